@@ -1,0 +1,50 @@
+# Shared by ./run and ./test: installs what the build needs, configures and builds. Sourced with the project's root
+# as working directory.
+
+PACKAGES="g++ cmake ninja-build ccache pkg-config python3
+qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6serialport6-dev libqt6svg6-dev qt6-multimedia-dev qt6-qpa-plugins
+libsodium-dev libsqlite3-dev fonts-dejavu-core"
+TEST_PACKAGES="libgtest-dev nlohmann-json3-dev"
+
+# install_packages NAME... : installs the Debian packages that are missing; quick when none is.
+install_packages() {
+    local missing=() name
+    for name in "$@"; do
+        dpkg-query -W -f '${Status}' "$name" 2>/dev/null | grep -q '^install ok installed' || missing+=("$name")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+
+    local root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null 2>&1; then
+            echo "These Debian packages are missing: ${missing[*]}" >&2
+            echo "Installing them needs root or sudo. As root run: apt-get install ${missing[*]}" >&2
+            return 1
+        fi
+        root=(sudo)
+    fi
+    echo "Installing: ${missing[*]}"
+    "${root[@]}" apt-get update -qq &&
+        "${root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends \
+            "${missing[@]}" >/dev/null || {
+            echo "The packages could not be installed. Try: apt-get install ${missing[*]}" >&2
+            return 1
+        }
+}
+
+# build_preset NAME [CMAKE ARGUMENT...] : configures when needed and builds the preset; its output goes to the build folder's
+# build.log and is shown only when something fails.
+build_preset() {
+    local preset=$1 folder log
+    shift
+    folder=build
+    [ "$preset" = release ] || folder="build-$preset"
+    mkdir -p "$folder"
+    log="$folder/build.log"
+    if [ ! -f "$folder/build.ninja" ] || [ $# -gt 0 ]; then
+        echo "Configuring ($preset) ..."
+        cmake --preset "$preset" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
+    fi
+    echo "Building ($preset) ..."
+    cmake --build --preset "$preset" >"$log" 2>&1 || { tail -n 60 "$log" >&2; return 1; }
+}
