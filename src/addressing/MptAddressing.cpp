@@ -1,0 +1,10 @@
+#include "addressing/MptAddressing.h"
+
+#include "addressing/Mpt1343Addressing.h"
+
+std::unique_ptr<MptAddressing> CreateAddressing(std::string_view numberingCode)
+{
+    if (numberingCode == "MPT1343")
+        return std::make_unique<Mpt1343Addressing>();
+    return nullptr;
+}

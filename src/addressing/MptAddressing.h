@@ -1,0 +1,51 @@
+#pragma once
+
+#include "addressing/AddressingError.h"
+#include "addressing/FleetConfig.h"
+#include "addressing/RadioAddress.h"
+#include "addressing/RadioNumbering.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Converts between what people dial and MPT1327 addresses under one numbering. Texts are UTF-8.
+//
+// For every valid address a, DialToAddress(AddressToDial(a)) and DialToAddress(ShortDial(a)) give a again,
+// as long as configuration and own numbering do not change in between.
+class MptAddressing {
+public:
+    virtual ~MptAddressing() = default;
+
+    // The code that CreateAddressing() was given.
+    virtual std::string NumberingCode() const = 0;
+    // Catalogue id of the numbering's name.
+    virtual int NumberingNameTextId() const = 0;
+
+    // Reads the configuration that belongs to this numbering and keeps nothing of the sources. Whatever a
+    // source throws is passed on; the old configuration is dropped then, and numbers are converted as with
+    // none.
+    virtual void SetConfigSource(IMpt1343FleetConfigSource& fleets, IActionetConfigSource& actionet) = 0;
+
+    // Takes what the radio reported about itself. Never throws for its contents: what cannot be used is left
+    // out and told by Warnings().
+    virtual void SetRadioNumbering(const RadioNumbering& numbering) = 0;
+
+    // What is doubtful about the present configuration and own numbering, for the log; empty when all is
+    // well.
+    virtual std::vector<AddressingError> Warnings() const = 0;
+
+    // Throws AddressingError on text that is no number.
+    virtual RadioAddress DialToAddress(const std::string& dial) const = 0;
+
+    // The one canonical text of an address: full number, else telephone form, else raw ("/" prefix ident).
+    // Throws AddressingError on an invalid address.
+    virtual std::string AddressToDial(const RadioAddress& address) const = 0;
+
+    // The shortest text that reaches the address from the own radio. Throws like AddressToDial().
+    virtual std::string ShortDial(const RadioAddress& address) const = 0;
+};
+
+// A converter for the numbering, "MPT1343"; null for a code that is not known.
+std::unique_ptr<MptAddressing> CreateAddressing(std::string_view numberingCode);

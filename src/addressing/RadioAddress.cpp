@@ -1,0 +1,34 @@
+#include "addressing/RadioAddress.h"
+
+#include "addressing/AddressingError.h"
+#include "addressing/DialText.h"
+
+namespace {
+
+void RequireInRange(int value, int max, AddressingCode code)
+{
+    if (value < 0 || value > max)
+        throw AddressingError(code, {std::to_string(value)});
+}
+
+bool IsGateway(int ident)
+{
+    return ident == pstnGatewayIdent || ident == pabxGatewayIdent;
+}
+
+} // namespace
+
+void ValidateAddress(const RadioAddress& address)
+{
+    RequireInRange(address.prefix, maxPrefix, AddressingCode::PrefixRange);
+    RequireInRange(address.ident, maxIdent, AddressingCode::IdentRange);
+    if (address.kind == AddressKind::Gateway) {
+        if (!IsGateway(address.ident))
+            throw AddressingError(AddressingCode::GatewayIdentNeeded);
+        RequireDigits(address.digits);
+        RequireTelephoneLength(address.digits);
+    } else if (address.kind != AddressKind::Radio || !address.digits.empty()) {
+        throw AddressingError(AddressingCode::AddressKind,
+                              {std::to_string(static_cast<int>(address.kind)), address.digits});
+    }
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+// One enumerator for each sentence that this room has to say. Its number is the id of the catalogue entry,
+// and the comment names the values of the placeholders #01, #02 … in order. An F is a fleet number, a P a
+// number prefix (200..327), A and B the ends of a range.
+enum class AddressingCode {
+    // Any number.
+    NumberEmpty = 5000,
+    InvalidCharacter = 5001, // the character (UTF-8)
+    RawFormLength = 5002,
+    PrefixRange = 5003, // prefix
+    IdentRange = 5004,  // ident
+    CallModifier = 5005,
+    TelephoneMissing = 5006,
+    TelephoneTooLong = 5007,
+    OwnNumberUnknown = 5008, // the form needs the own prefix or fleet, and the radio has not reported it
+    GatewayIdentNeeded = 5009,
+    AddressKind = 5010, // kind, digits
+
+    // MPT1343 numbers.
+    NumberLength = 5020,       // digits dialled
+    NumberPrefixRange = 5021,  // P
+    FleetNumberRange = 5022,   // F
+    TwoDigitRange = 5023,      // number in the fleet
+    ThreeDigitRange = 5024,    // number in the fleet
+    OwnUnitDigits = 5025,      // digits that the own fleet uses
+    OwnGroupDigits = 5026,     // digits that the own fleet uses
+    UnitNotInOwnFleet = 5027,  // number, A, B
+    GroupNotInOwnFleet = 5028, // number, A, B
+    OwnFleetHasNoUnits = 5029,
+    OwnFleetHasNoGroups = 5030,
+    FleetDigits = 5031,      // P, F, digits that the fleet uses
+    UnitNotInFleet = 5032,   // number, P, F, A, B
+    GroupNotInFleet = 5033,  // number, P, F, A, B
+    FleetHasNoUnits = 5034,  // P, F
+    FleetHasNoGroups = 5035, // P, F
+    NotAUnitFleet = 5036,    // P, F
+    NotAGroupFleet = 5037,   // P, F
+    OverlapsPlan = 5038,     // P, F, A, B (idents)
+    IdentAboveLimit = 5039,  // number dialled, ident
+
+    // Rows of a fleet plan. Prefix and fleet number out of range are reported as above.
+    UnitFleetSize = 5040,    // size
+    GroupFleetSize = 5041,   // size
+    FleetsOverlap = 5042,    // P, F, P, F of the other fleet
+    FleetEndsTooHigh = 5043, // P, F
+    FleetBaseIdent = 5044,   // base ident
+    FleetDigitsRange = 5045, // digits
+
+    // Warnings: the configuration works, but not as somebody meant it.
+    PlanRowIgnored = 5050,   // prefix, base ident, max ident, digits
+    OwnNumberIgnored = 5051, // prefix, ident
+    OwnFleetIgnored = 5052,  // base ident, max ident, digits
+    OwnFleetCut = 5053,      // A, B
+    OwnFleetDiffers = 5054,  // A, B (own idents), P, F, A, B (idents of that fleet of the plan)
+};
+
+// Name of the MPT1343 numbering: the caption of its configuration window.
+inline constexpr int textAddressingMpt1343Name = 4034;

@@ -1,0 +1,158 @@
+#include "addressing/TestPlans.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace {
+
+// The built-in catalogue, read without the program's own reader, which needs Qt.
+std::map<int, std::string> ReadCatalogue()
+{
+    std::ifstream file(TEST_DATA_DIR "/../../src/resources/catalogue/CKYN.CResourceStrs");
+    std::map<int, std::string> texts;
+    for (std::string line; std::getline(file, line);) {
+        const auto open = line.find('"');
+        if (line[0] >= '0' && line[0] <= '9' && open != std::string::npos)
+            texts[std::stoi(line)] = line.substr(open + 1, line.rfind('"') - open - 1);
+    }
+    return texts;
+}
+
+std::string Sentence(const AddressingError& error)
+{
+    static const std::map<int, std::string> texts = ReadCatalogue();
+    const auto found = texts.find(CatalogueIdOf(error.Code()));
+    if (found == texts.end())
+        return std::string("not in the catalogue: ") + error.what();
+    std::string text = found->second;
+    for (std::size_t i = 0; i < error.Values().size(); ++i) {
+        const std::string placeholder = "#0" + std::to_string(i + 1);
+        const auto pos = text.find(placeholder);
+        if (pos == std::string::npos)
+            return text + " lacks " + placeholder;
+        text.replace(pos, 3, error.Values()[i]);
+    }
+    return text;
+}
+
+DialVector Convert(const MptAddressing& addressing, const DialVector& vector)
+{
+    DialVector result;
+    result.plan = vector.plan;
+    result.dial = vector.dial;
+    try {
+        const RadioAddress address = addressing.DialToAddress(vector.dial);
+        result.prefix = std::to_string(address.prefix);
+        result.ident = std::to_string(address.ident);
+        result.kind = std::to_string(static_cast<int>(address.kind));
+        result.digits = address.digits;
+        result.canonical = addressing.AddressToDial(address);
+        result.shortDial = addressing.ShortDial(address);
+    } catch (const AddressingError& error) {
+        result.error = Sentence(error);
+    }
+    return result;
+}
+
+std::string Show(const DialVector& v)
+{
+    std::string text;
+    for (const std::string& field :
+         {v.plan, v.dial, v.prefix, v.ident, v.kind, v.digits, v.canonical, v.shortDial, v.error})
+        text += field + " | ";
+    return text;
+}
+
+TEST(DialVectors, Mpt1343)
+{
+    std::map<std::string, std::unique_ptr<MptAddressing>> addressings;
+    const auto vectors = ReadDialVectors();
+    ASSERT_EQ(vectors.size(), 108u);
+    for (const DialVector& vector : vectors) {
+        auto& addressing = addressings[vector.plan];
+        if (!addressing)
+            addressing = MakeMpt1343(PlanNamed(vector.plan));
+        EXPECT_EQ(Show(Convert(*addressing, vector)), Show(vector));
+    }
+}
+
+struct RefusedText {
+    const char* dial;
+    AddressingCode code;
+    std::vector<std::string> values = {};
+};
+
+TEST(DialVectors, OddTexts)
+{
+    const auto addressing = MakeMpt1343(PlanNamed("P1"));
+    const RefusedText refused[] = {
+        {" - \t#", AddressingCode::NumberEmpty},
+        {"##", AddressingCode::CallModifier},
+        {"21##", AddressingCode::CallModifier},
+        {"2*a", AddressingCode::CallModifier},
+        {"2a*", AddressingCode::InvalidCharacter, {"a"}},
+        {"21/", AddressingCode::InvalidCharacter, {"/"}},
+        {"2//1", AddressingCode::InvalidCharacter, {"/"}},
+        {"2\xC3\xA4", AddressingCode::InvalidCharacter, {"\xC3\xA4"}},
+        {"2\xE2\x82\xAC", AddressingCode::InvalidCharacter, {"\xE2\x82\xAC"}},
+        {"2\xE2\x82", AddressingCode::InvalidCharacter, {"\xEF\xBF\xBD"}},
+        {"2\xA4", AddressingCode::InvalidCharacter, {"\xEF\xBF\xBD"}},
+        {"*19810", AddressingCode::CallModifier},
+        {"1", AddressingCode::NumberLength, {"1"}},
+        {"12345678901", AddressingCode::NumberLength, {"11"}},
+        {"123456", AddressingCode::FleetNumberRange, {"1234"}},
+        {"605099", AddressingCode::IdentAboveLimit, {"605099", "8109"}},
+        {"/", AddressingCode::RawFormLength},
+        {"/00000034", AddressingCode::RawFormLength},
+        {"/000/003", AddressingCode::InvalidCharacter, {"/"}},
+        {"/12a*", AddressingCode::InvalidCharacter, {"a"}},
+        {"/1288102*1", AddressingCode::PrefixRange, {"128"}},
+        {"/0008102*", AddressingCode::TelephoneMissing},
+        {"/0008102*1*2", AddressingCode::InvalidCharacter, {"*"}},
+        {"/0008102*12345678901234567890123456789012", AddressingCode::TelephoneTooLong},
+    };
+    for (const RefusedText& text : refused) {
+        try {
+            addressing->DialToAddress(text.dial);
+            ADD_FAILURE() << text.dial << " was accepted";
+        } catch (const AddressingError& error) {
+            EXPECT_EQ(error.Code(), text.code) << text.dial << ": " << error.what();
+            EXPECT_EQ(error.Values(), text.values) << text.dial;
+        }
+    }
+    EXPECT_EQ(addressing->DialToAddress("\t201-2510 32 #"), (RadioAddress{1, 1032}));
+    EXPECT_EQ(addressing->DialToAddress("/000 8102 * 123#"),
+              (RadioAddress{0, 8102, AddressKind::Gateway, "123"}));
+    EXPECT_EQ(addressing->DialToAddress("/0008102"), (RadioAddress{0, 8102})) << "the gateway itself";
+}
+
+TEST(DialVectors, InvalidAddressesHaveNoNumber)
+{
+    const auto addressing = MakeMpt1343(PlanNamed("P1"));
+    const std::pair<RadioAddress, AddressingCode> refused[] = {
+        {{128, 1}, AddressingCode::PrefixRange},
+        {{-1, 1}, AddressingCode::PrefixRange},
+        {{0, 8192}, AddressingCode::IdentRange},
+        {{0, -1}, AddressingCode::IdentRange},
+        {{0, 3, AddressKind::Radio, "5"}, AddressingCode::AddressKind},
+        {{0, 3, static_cast<AddressKind>(2), ""}, AddressingCode::AddressKind},
+        {{0, 3, AddressKind::Gateway, "5"}, AddressingCode::GatewayIdentNeeded},
+        {{0, 8101, AddressKind::Gateway, ""}, AddressingCode::TelephoneMissing},
+        {{0, 8101, AddressKind::Gateway, "1+1"}, AddressingCode::InvalidCharacter},
+        {{0, 8102, AddressKind::Gateway, std::string(32, '4')}, AddressingCode::TelephoneTooLong},
+    };
+    for (const auto& [address, code] : refused) {
+        for (const bool shortForm : {false, true}) {
+            try {
+                const std::string dial =
+                    shortForm ? addressing->ShortDial(address) : addressing->AddressToDial(address);
+                ADD_FAILURE() << "written as " << dial;
+            } catch (const AddressingError& error) {
+                EXPECT_EQ(error.Code(), code) << error.what();
+            }
+        }
+    }
+}
+
+} // namespace

@@ -1,0 +1,147 @@
+#include "addressing/FleetPlanChecks.h"
+#include "addressing/TestPlans.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+std::optional<RadioAddress> TryDial(const MptAddressing& addressing, const std::string& dial)
+{
+    try {
+        return addressing.DialToAddress(dial);
+    } catch (const AddressingError&) {
+        return std::nullopt;
+    }
+}
+
+bool IsAllDigits(const std::string& text)
+{
+    return text.find_first_not_of("0123456789") == std::string::npos;
+}
+
+TEST(RoundTrip, EveryAddress)
+{
+    const auto addressing = MakeMpt1343(PlanNamed("P1"));
+    int failures = 0;
+    for (int prefix = 0; prefix <= maxPrefix; ++prefix) {
+        for (int ident = 0; ident <= maxIdent; ++ident) {
+            const RadioAddress address{prefix, ident};
+            const std::string full = addressing->AddressToDial(address);
+            const std::string brief = addressing->ShortDial(address);
+            if (TryDial(*addressing, full) != address ||
+                (brief != full && TryDial(*addressing, brief) != address)) {
+                ADD_FAILURE() << prefix << '-' << ident << ": " << full << ", " << brief;
+                ASSERT_LT(++failures, 20);
+            }
+        }
+    }
+}
+
+TEST(RoundTrip, EveryNumberOfThePlan)
+{
+    const TestPlan plan = PlanNamed("P1");
+    const auto addressing = MakeMpt1343(plan);
+    for (const FleetConfig& fleet : plan.fleets) {
+        for (int ident = fleet.baseIdent; ident <= fleet.maxIdent; ++ident) {
+            const std::string text = addressing->AddressToDial({fleet.prefix, ident});
+            EXPECT_EQ(text.size(), 7u + static_cast<std::size_t>(fleet.digits)) << text;
+            EXPECT_EQ(addressing->AddressToDial(addressing->DialToAddress(text)), text);
+        }
+    }
+}
+
+TEST(RoundTrip, EveryFleetNumberAndSize)
+{
+    const std::pair<FleetType, std::vector<int>> sizes[] = {{FleetType::Units, {2, 69, 70, 71, 699, 700}},
+                                                            {FleetType::Groups, {2, 9, 10, 11, 99, 100}}};
+    int accepted = 0;
+    int refused = 0;
+    for (const auto& [type, typeSizes] : sizes) {
+        for (const int size : typeSizes) {
+            for (int fleetNumber = 2001; fleetNumber <= 6050; ++fleetNumber) {
+                const PlannedFleet fleet{type, 327, fleetNumber, size};
+                const int base = (fleetNumber - 2000) * 2;
+                if (const auto error = CheckFleet(fleet)) {
+                    EXPECT_EQ(error->Code(), AddressingCode::FleetEndsTooHigh);
+                    EXPECT_GT(base + size - 1, 8100);
+                    ++refused;
+                    continue;
+                }
+                ++accepted;
+                const int digits = size > (type == FleetType::Units ? 70 : 10) ? 3 : 2;
+                const auto addressing = MakeMpt1343({{ToFleetConfig(fleet, digits)}, std::nullopt});
+                for (const int ident : {base, base + size / 2, base + size - 1}) {
+                    const std::string text = addressing->AddressToDial({127, ident});
+                    ASSERT_TRUE(IsAllDigits(text)) << text;
+                    ASSERT_EQ(addressing->DialToAddress(text), (RadioAddress{127, ident})) << text;
+                }
+            }
+        }
+    }
+    EXPECT_EQ(accepted + refused, 12 * 4050);
+    EXPECT_GT(refused, 0);
+}
+
+TEST(RoundTrip, AcceptedDigitsReachAFixedPoint)
+{
+    std::mt19937 random(1343);
+    for (const char* name : {"P1", "P2", "P3", "P4"}) {
+        const auto addressing = MakeMpt1343(PlanNamed(name));
+        int accepted = 0;
+        for (int i = 0; i < 20000; ++i) {
+            std::string dial(1 + random() % 12, '0');
+            for (char& c : dial)
+                c = static_cast<char>('0' + random() % 10);
+            if (i % 2 == 0) // numbers that begin like those of a fleet
+                dial.replace(0, 1, i % 4 == 0 ? "200" : "2");
+            const auto address = TryDial(*addressing, dial);
+            if (!address)
+                continue;
+            ++accepted;
+            const std::string canonical = addressing->AddressToDial(*address);
+            ASSERT_EQ(TryDial(*addressing, canonical), address) << dial << " became " << canonical;
+            ASSERT_EQ(TryDial(*addressing, addressing->ShortDial(*address)), address) << dial;
+        }
+        EXPECT_GT(accepted, 400) << name;
+    }
+}
+
+TEST(RoundTrip, TelephoneNumbers)
+{
+    std::mt19937 random(8101);
+    for (const char* name : {"P1", "P4"}) {
+        const auto addressing = MakeMpt1343(PlanNamed(name));
+        for (int i = 0; i < 20000; ++i) {
+            RadioAddress address{static_cast<int>(random() % (i % 2 ? 128 : 1)), i % 3 ? 8101 : 8102,
+                                 AddressKind::Gateway, std::string(1 + random() % 31, '0')};
+            for (char& c : address.digits)
+                c = static_cast<char>('0' + random() % 10);
+            const std::string dial = addressing->AddressToDial(address);
+            ASSERT_EQ(TryDial(*addressing, dial), address) << dial;
+            ASSERT_EQ(addressing->ShortDial(address), dial);
+        }
+    }
+}
+
+TEST(RoundTrip, OneWrongDigitNeverReachesTheSameRadio)
+{
+    const TestPlan plan = PlanNamed("P1");
+    const auto addressing = MakeMpt1343(plan);
+    for (const FleetConfig& fleet : plan.fleets) {
+        for (const int ident : {fleet.baseIdent, fleet.maxIdent}) {
+            const RadioAddress address{fleet.prefix, ident};
+            const std::string text = addressing->AddressToDial(address);
+            for (std::size_t pos = 0; pos < text.size(); ++pos) {
+                for (char digit = '0'; digit <= '9'; ++digit) {
+                    std::string wrong = text;
+                    wrong[pos] = digit;
+                    EXPECT_EQ(TryDial(*addressing, wrong) == address, wrong == text) << wrong;
+                }
+            }
+        }
+    }
+}
+
+} // namespace
