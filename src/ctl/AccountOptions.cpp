@@ -1,0 +1,30 @@
+#include "ctl/AccountOptions.h"
+
+#include "ctl/PasswordReader.h"
+
+QCommandLineOption AccountOptions::PasswordFromStdin()
+{
+    return QCommandLineOption("password-stdin",
+                              "read passwords from standard input, one a line, instead of the terminal");
+}
+
+QCommandLineOption AccountOptions::ActingAccount()
+{
+    return QCommandLineOption("as", "the account that does it (default: admin)", "NAME",
+                              defaultAdministrator);
+}
+
+dao::Location AccountOptions::TargetOf(const Request& request)
+{
+    const QString target = request.arguments[0];
+    if (target.isEmpty())
+        throw UsageError(QStringLiteral("TARGET is empty"));
+    return dao::LocationOf(target);
+}
+
+std::unique_ptr<dao::Workspace> AccountOptions::OpenAs(const QString& account, const Request& request,
+                                                       PasswordReader& passwords)
+{
+    const dao::Location location = TargetOf(request);
+    return dao::OpenWorkspace(location, account, passwords.Existing(account));
+}

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ctl/Command.h"
+#include "dao/Workspace.h"
+
+#include <memory>
+
+class PasswordReader;
+
+// What the commands about databases and accounts share.
+namespace AccountOptions {
+
+inline constexpr auto defaultAdministrator = "admin";
+
+// --password-stdin
+QCommandLineOption PasswordFromStdin();
+// --as: the account that does it, "admin" unless given.
+QCommandLineOption ActingAccount();
+
+// The database that TARGET, the first argument, names. UsageError when that is empty.
+dao::Location TargetOf(const Request& request);
+
+// Opens the database TARGET with the password of `account`, which is asked for.
+std::unique_ptr<dao::Workspace> OpenAs(const QString& account, const Request& request,
+                                       PasswordReader& passwords);
+
+} // namespace AccountOptions

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// One record of a CSV text: fields separated by commas, those that hold commas, quotes or line ends in double
+// quotes with quotes inside doubled (RFC 4180).
+struct CsvRecord {
+    int line; // on which the record begins, from 1
+    QStringList fields;
+};
+
+// Reads a file in UTF-8, with or without a byte order mark. Blank lines are no records. Raises Error that
+// names file, line and reason.
+QList<CsvRecord> ReadCsvFile(const QString& path);
+
+// An Error about one line of a file.
+[[noreturn]] void RaiseLineError(const QString& path, int line, const QString& reason);

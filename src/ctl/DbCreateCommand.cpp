@@ -1,0 +1,37 @@
+#include "ctl/AccountOptions.h"
+#include "ctl/Command.h"
+#include "ctl/Console.h"
+#include "ctl/PasswordReader.h"
+
+namespace {
+
+int Run(const Request& request)
+{
+    const QString administrator = request.options.value("admin");
+    const dao::Location location = AccountOptions::TargetOf(request);
+    PasswordReader passwords(request.options.isSet("password-stdin"));
+    dao::CreateDatabase(location, administrator, passwords.New(administrator));
+    Console::Print(QStringLiteral("Created %1 and %2").arg(location.database, location.workgroup));
+    return exitOk;
+}
+
+} // namespace
+
+Command DbCreateCommand()
+{
+    return {
+        .words = "db create",
+        .synopsis = "TARGET [--admin NAME] [--password-stdin]",
+        .summary = "make an empty database with its first administrator",
+        .help =
+            "TARGET is the path of the database file. The file of its accounts is made beside it, with the "
+            "same "
+            "name and\nthe ending kynw. Existing files are never touched. The administrator's password is "
+            "asked for twice.",
+        .options = {QCommandLineOption("admin", "the administrator's name (default: admin)", "NAME",
+                                       AccountOptions::defaultAdministrator),
+                    AccountOptions::PasswordFromStdin()},
+        .fewestArguments = 1,
+        .mostArguments = 1,
+        .run = Run};
+}

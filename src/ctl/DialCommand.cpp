@@ -1,0 +1,155 @@
+#include "addressing/MptAddressing.h"
+#include "core/Errors.h"
+#include "ctl/Command.h"
+#include "ctl/Console.h"
+#include "ctl/FleetPlanFile.h"
+#include "ctl/OwnNumberingFile.h"
+#include "radio/AddressingText.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <iostream>
+
+namespace {
+
+// Hands the rows of a file to the conversion.
+class FileSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
+public:
+    explicit FileSource(std::vector<FleetConfig> fleets) : m_fleets(std::move(fleets)) {}
+
+    int NumberOfFleets() override { return static_cast<int>(m_fleets.size()); }
+    void RetreiveFleetConfig(std::span<FleetConfig> fleets) override
+    {
+        std::copy(m_fleets.begin(), m_fleets.end(), fleets.begin());
+    }
+    void RetreiveActionetConfig(ActionetConfig&) override
+    {
+        throw std::logic_error("a fleet plan has no parameters of another numbering");
+    }
+
+private:
+    std::vector<FleetConfig> m_fleets;
+};
+
+// A JSON string with its quotes. Objects are put together by hand since QJsonObject sorts its names.
+QString Quoted(const std::string& text)
+{
+    const QByteArray list =
+        QJsonDocument(QJsonArray{QString::fromStdString(text)}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(list.mid(1, list.size() - 2));
+}
+
+class Dialler {
+public:
+    Dialler(const MptAddressing& addressing, const IStringSource& strings)
+        : m_addressing(addressing),
+          m_strings(strings)
+    {
+    }
+
+    void Dial(const std::string& text)
+    {
+        ++m_count;
+        try {
+            const RadioAddress address = m_addressing.DialToAddress(text);
+            Console::Print(
+                QStringLiteral(
+                    R"({"dial":%1,"prefix":%2,"ident":%3,"kind":%4,"digits":%5,"canonical":%6,"short":%7})")
+                    .arg(Quoted(text), QString::number(address.prefix), QString::number(address.ident),
+                         QString::number(static_cast<int>(address.kind)), Quoted(address.digits),
+                         Quoted(m_addressing.AddressToDial(address)),
+                         Quoted(m_addressing.ShortDial(address))));
+        } catch (const AddressingError& error) {
+            ++m_failed;
+            Console::Print(QStringLiteral(R"({"dial":%1,"error":%2})")
+                               .arg(Quoted(text),
+                                    Quoted(AddressingFailure(error, m_strings).Description().toStdString())));
+        }
+        Console::Flush();
+    }
+
+    int Result() const
+    {
+        if (m_failed == 0)
+            return exitOk;
+        Console::PrintError(
+            QStringLiteral("veltorkynctl: %1 of %2 texts are no numbers").arg(m_failed).arg(m_count));
+        return exitFailed;
+    }
+
+private:
+    const MptAddressing& m_addressing;
+    const IStringSource& m_strings;
+    int m_count = 0;
+    int m_failed = 0;
+};
+
+std::unique_ptr<MptAddressing> MakeAddressing(const Request& request)
+{
+    const QString code = request.options.value("numbering");
+    auto addressing = CreateAddressing(code.toStdString());
+    if (!addressing)
+        throw UsageError(QStringLiteral("--numbering: \"%1\" is not known; MPT1343 is").arg(code));
+    if (request.options.isSet("plan")) {
+        FileSource source(ReadFleetPlan(request.options.value("plan"), request.strings));
+        addressing->SetConfigSource(source, source);
+    }
+    if (request.options.isSet("own"))
+        addressing->SetRadioNumbering(ReadOwnNumbering(request.options.value("own")));
+    for (const AddressingError& warning : addressing->Warnings())
+        Console::PrintError(QStringLiteral("veltorkynctl: warning: %1")
+                                .arg(AddressingFailure(warning, request.strings).Description()));
+    return addressing;
+}
+
+int Run(const Request& request)
+{
+    const auto addressing = MakeAddressing(request);
+    Dialler dialler(*addressing, request.strings);
+    for (const QString& text : request.arguments)
+        dialler.Dial(text.toStdString());
+    if (request.arguments.isEmpty()) {
+        for (std::string line; std::getline(std::cin, line);) {
+            if (!line.empty() && line.back() == '\r')
+                line.pop_back();
+            dialler.Dial(line);
+        }
+    }
+    return dialler.Result();
+}
+
+constexpr auto help =
+    R"(Tells which radio, group or telephone each dialled TEXT means, and how that address is
+written. Without a TEXT it reads them from standard input, one a line. A TEXT that begins with a
+hyphen has to come after "--".
+
+For each text one JSON object is printed on a line of its own:
+  {"dial":TEXT,"prefix":0,"ident":3,"kind":0,"digits":"","canonical":"200200121","short":"21"}
+  {"dial":TEXT,"error":"Number is empty."}
+kind is 0 for a radio, a group or a special ident, 1 for a telephone number behind gateway 8101
+(public) or 8102 (PABX), which then is in digits. short is the shortest text for the own radio.
+When any text is in error, the exit code is 1.
+
+PLAN.csv is the fleet plan, UTF-8, its first line naming the columns: type (units or groups),
+digits (2 or 3), prefix (0..127), base_ident, max_ident, fleet_name, notes (the last two may be
+missing). Without it the plan is empty.
+
+OWN.json is what the own radio would report: an object with the whole numbers prefix, ident,
+unitBaseIdent, unitMaxIdent, groupBaseIdent, groupMaxIdent, unitDigits, groupDigits; a fleet that
+it has not got has base ident 0. Without it forms that need the own number are errors.)";
+
+} // namespace
+
+Command DialCommand()
+{
+    QCommandLineOption numbering("numbering", "the numbering; MPT1343 (default)", "CODE", "MPT1343");
+    return {.words = "dial",
+            .synopsis = "[--numbering MPT1343] [--plan PLAN.csv] [--own OWN.json] [TEXT...]",
+            .summary = "what a dialled text means, and back",
+            .help = help,
+            .options = {numbering, QCommandLineOption("plan", "the fleet plan", "PLAN.csv"),
+                        QCommandLineOption("own", "the own radio's numbering", "OWN.json")},
+            .fewestArguments = 0,
+            .mostArguments = -1,
+            .run = Run};
+}

@@ -1,0 +1,88 @@
+#include "core/Errors.h"
+#include "core/StringSource.h"
+#include "core/Validation.h"
+#include "ctl/AccountOptions.h"
+#include "ctl/Command.h"
+#include "ctl/Console.h"
+#include "ctl/PasswordReader.h"
+#include "ctl/TextIds.h"
+#include "dao/Passwords.h"
+
+namespace {
+
+constexpr int personalIdentifierLength = 20;
+
+struct NewAccount {
+    QString name;
+    QString password;
+    QString callsign;
+    QString group; // besides "Users"; empty: none
+    bool allowRegrouping = false;
+};
+
+// Account and profile are both there afterwards, or neither.
+void AddAccount(dao::Workspace& workspace, const NewAccount& account)
+{
+    workspace.BeginTrans();
+    try {
+        const auto profiles = workspace.Database().OpenTable("user_profile");
+        profiles->AddNew();
+        profiles->SetField("UserName", account.name);
+        profiles->SetField("callsign", account.callsign);
+        profiles->SetField("allow_dr", account.allowRegrouping);
+        profiles->Update();
+        const auto user =
+            workspace.CreateUser(account.name, dao::RandomText(personalIdentifierLength), account.password);
+        workspace.Users().Append(*user);
+        user->Groups().Append(dao::usersGroup);
+        if (!account.group.isEmpty())
+            user->Groups().Append(account.group);
+        workspace.CommitTrans();
+    } catch (...) {
+        workspace.Rollback();
+        throw;
+    }
+}
+
+int Run(const Request& request)
+{
+    NewAccount account{.name = request.arguments[1].trimmed(), .password = {}, .callsign = {}, .group = {}};
+    account.callsign =
+        request.options.isSet("callsign") ? request.options.value("callsign").trimmed() : account.name;
+    account.group = request.options.value("group");
+    account.allowRegrouping = request.options.isSet("allow-regrouping");
+    if (!IsValidCallsign(account.callsign))
+        throw UsageError(QStringLiteral("callsign \"%1\": %2")
+                             .arg(account.callsign, request.strings.LoadString(ctl::textCallsignRule)));
+
+    PasswordReader passwords(request.options.isSet("password-stdin"));
+    const auto workspace = AccountOptions::OpenAs(request.options.value("as"), request, passwords);
+    account.password = passwords.New(account.name);
+    AddAccount(*workspace, account);
+    Console::Print(QStringLiteral("Added %1").arg(account.name));
+    return exitOk;
+}
+
+} // namespace
+
+Command UserAddCommand()
+{
+    return {.words = "user add",
+            .synopsis = "TARGET NAME [--as NAME] [--callsign CALLSIGN] [--group GROUP] [--allow-regrouping] "
+                        "[--password-stdin]",
+            .summary = "add an operator's account",
+            .help = "TARGET is the path of the database file. Asks for the password of the administrator "
+                    "that does it, "
+                    "then\ntwice for that of the new account. With --password-stdin these are two lines, in "
+                    "this order.",
+            .options = {AccountOptions::ActingAccount(),
+                        QCommandLineOption(
+                            "callsign", "the operator's callsign (default: the account's name)", "CALLSIGN"),
+                        QCommandLineOption("group", "a group besides Users; Admins makes an administrator",
+                                           "GROUP"),
+                        QCommandLineOption("allow-regrouping", "the operator may regroup radios"),
+                        AccountOptions::PasswordFromStdin()},
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Run};
+}

@@ -1,0 +1,128 @@
+#include "ctl/CtlRun.h"
+#include "ctl/TerminalRun.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class Databases : public testing::Test {
+protected:
+    CtlRun Create() const
+    {
+        return RunCtl({"db", "create", m_target, "--admin", "Ada", "--password-stdin"}, "secret\n");
+    }
+
+    CtlRun User(const QStringList& arguments, const QByteArray& passwords) const
+    {
+        return RunCtl(QStringList{"user", arguments[0], m_target} + arguments.mid(1) +
+                          QStringList{"--password-stdin"},
+                      passwords);
+    }
+
+    void ExpectFailure(const CtlRun& run, const QByteArray& reason) const
+    {
+        EXPECT_EQ(run.code, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(run.err.startsWith("veltorkynctl: ") && run.err.contains(reason))
+            << run.err.toStdString();
+    }
+
+    QTemporaryDir m_folder;
+    const QString m_target = m_folder.filePath("site.kyndb");
+};
+
+TEST_F(Databases, CreatedOnceAndSound)
+{
+    const CtlRun created = Create();
+    ASSERT_EQ(created.code, 0) << created.err.toStdString();
+    EXPECT_TRUE(QFile::exists(m_target));
+    EXPECT_TRUE(QFile::exists(m_folder.filePath("site.kynw")));
+
+    const CtlRun check = RunCtl({"db", "check", m_target});
+    EXPECT_EQ(check.code, 0) << check.err.toStdString();
+    EXPECT_TRUE(check.out.contains("no problems found"));
+
+    ExpectFailure(Create(), m_target.toUtf8());
+}
+
+TEST_F(Databases, CheckTellsWhatIsWrong)
+{
+    EXPECT_EQ(RunCtl({"db", "check", m_target}).code, 1) << "nothing there";
+    ASSERT_EQ(Create().code, 0);
+    QFile::remove(m_folder.filePath("site.kynw"));
+    const CtlRun run = RunCtl({"db", "check", m_target});
+    EXPECT_EQ(run.code, 1);
+    EXPECT_TRUE(run.err.startsWith("error: ") && run.err.contains("site.kynw")) << run.err.toStdString();
+}
+
+TEST_F(Databases, NoPasswordNoDatabase)
+{
+    ExpectFailure(RunCtl({"db", "create", m_target, "--password-stdin"}, ""), "No password was given");
+    EXPECT_EQ(RunCtl({"db", "create", m_target, "--password-stdin"}, "\n").code, 1) << "an empty one";
+    EXPECT_FALSE(QFile::exists(m_target));
+}
+
+TEST_F(Databases, AccountsAreAddedListedAndTheirPasswordsChanged)
+{
+    ASSERT_EQ(Create().code, 0);
+    CtlRun run = User({"add", "Bo", "--as", "Ada", "--callsign", "Control_2", "--allow-regrouping"},
+                      "secret\nfirst\n");
+    ASSERT_EQ(run.code, 0) << run.err.toStdString();
+    ASSERT_EQ(User({"add", "Cy", "--as", "Ada", "--group", "Admins"}, "secret\nsecond\n").code, 0);
+
+    run = User({"list", "--as", "Bo"}, "first\n");
+    EXPECT_EQ(run.code, 0) << run.err.toStdString();
+    EXPECT_TRUE(run.out.contains("\nBo\tControl_2\tUsers\tyes\tno\n")) << run.out.toStdString();
+    EXPECT_TRUE(run.out.contains("\nCy\tCy\tAdmins,Users\tno\tno\n")) << run.out.toStdString();
+
+    EXPECT_EQ(User({"password", "Bo"}, "first\nthird\n").code, 0);
+    EXPECT_EQ(User({"list", "--as", "Bo"}, "first\n").code, 1);
+    EXPECT_EQ(User({"list", "--as", "Bo"}, "third\n").code, 0);
+    EXPECT_EQ(User({"password", "Bo", "--as", "Cy"}, "second\nfourth\n").code, 0);
+    EXPECT_EQ(User({"list", "--as", "Bo"}, "fourth\n").code, 0);
+    EXPECT_EQ(RunCtl({"db", "check", m_target}).code, 0);
+}
+
+TEST_F(Databases, RefusedChangesLeaveNothingBehind)
+{
+    ASSERT_EQ(Create().code, 0);
+    ASSERT_EQ(User({"add", "Bo", "--as", "Ada"}, "secret\nfirst\n").code, 0);
+    const QByteArray before = User({"list", "--as", "Ada"}, "secret\n").out;
+
+    ExpectFailure(User({"add", "Cy", "--as", "Ada"}, "wrong\nx\n"), "");
+    ExpectFailure(User({"add", "Cy", "--as", "Bo"}, "first\nx\n"), "");
+    ExpectFailure(User({"add", "bo", "--as", "Ada"}, "secret\nx\n"), "bo");
+    ExpectFailure(User({"add", "Cy", "--as", "Ada", "--group", "Nobody"}, "secret\nx\n"), "Nobody");
+    ExpectFailure(User({"add", "Cy", "--as", "Ada"}, "secret\n\n"), "");
+    ExpectFailure(User({"add", "Cy", "--as", "Ada"}, "secret\n"), "No password was given");
+    ExpectFailure(User({"password", "Cy", "--as", "Ada"}, "secret\nx\n"), "Cy");
+    ExpectFailure(User({"password", "Ada", "--as", "Bo"}, "first\nx\n"), "");
+
+    EXPECT_EQ(User({"list", "--as", "Ada"}, "secret\n").out, before);
+    EXPECT_EQ(RunCtl({"db", "check", m_target}).code, 0);
+}
+
+TEST_F(Databases, PasswordsAreAskedForUnseen)
+{
+    TerminalRun differing({"db", "create", m_target});
+    differing.Answer("New password of admin: ", "secret\n");
+    differing.Answer("The same again: ", "secrte\n");
+    EXPECT_EQ(differing.Finish(), 1);
+    EXPECT_NE(differing.Seen().find("differ"), std::string::npos) << differing.Seen();
+    EXPECT_FALSE(QFile::exists(m_target));
+
+    TerminalRun agreeing({"db", "create", m_target});
+    agreeing.Answer("New password of admin: ", "secret\n");
+    agreeing.Answer("The same again: ", "secret\n");
+    EXPECT_EQ(agreeing.Finish(), 0) << agreeing.Seen();
+    EXPECT_EQ(agreeing.Seen().find("secret"), std::string::npos) << agreeing.Seen();
+
+    TerminalRun interrupted({"user", "list", m_target});
+    interrupted.Answer("Password of admin: ", "\x03");
+    EXPECT_EQ(interrupted.Finish(), -SIGINT);
+    EXPECT_TRUE(interrupted.Echoes());
+}
+
+} // namespace

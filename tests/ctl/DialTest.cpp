@@ -1,0 +1,217 @@
+#include "addressing/TestPlans.h"
+#include "ctl/CtlRun.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+const QByteArray headings = "type,digits,prefix,base_ident,max_ident,fleet_name,notes\n";
+
+QByteArray PlanCsv(const std::vector<FleetConfig>& fleets)
+{
+    QByteArray csv = headings;
+    for (const FleetConfig& fleet : fleets) {
+        for (const QByteArray& field :
+             {QByteArray(fleet.fleetType == FleetType::Units ? "units" : "groups"),
+              QByteArray::number(fleet.digits), QByteArray::number(fleet.prefix),
+              QByteArray::number(fleet.baseIdent), QByteArray::number(fleet.maxIdent)})
+            csv += field + ',';
+        csv += "\"Fleet \"\"" + QByteArray::number(fleet.baseIdent) + "\"\", fire\",\"two\nlines\"\n";
+    }
+    return csv;
+}
+
+QByteArray OwnJson(const RadioNumbering& own)
+{
+    return QJsonDocument(QJsonObject{{"prefix", own.prefix},
+                                     {"ident", own.ident},
+                                     {"unitBaseIdent", own.unitBaseIdent},
+                                     {"unitMaxIdent", own.unitMaxIdent},
+                                     {"groupBaseIdent", own.groupBaseIdent},
+                                     {"groupMaxIdent", own.groupMaxIdent},
+                                     {"unitDigits", own.unitDigits},
+                                     {"groupDigits", own.groupDigits}})
+        .toJson();
+}
+
+QJsonObject ExpectedObject(const DialVector& vector)
+{
+    const auto text = [](const std::string& field) { return QString::fromStdString(field); };
+    if (!vector.error.empty())
+        return {{"dial", text(vector.dial)}, {"error", text(vector.error)}};
+    return {{"dial", text(vector.dial)},        {"prefix", std::stoi(vector.prefix)},
+            {"ident", std::stoi(vector.ident)}, {"kind", std::stoi(vector.kind)},
+            {"digits", text(vector.digits)},    {"canonical", text(vector.canonical)},
+            {"short", text(vector.shortDial)}};
+}
+
+class Dial : public testing::Test {
+protected:
+    // Options for plan and own number.
+    QStringList Options(const TestPlan& plan) const
+    {
+        QStringList options{"dial", "--numbering", "MPT1343", "--plan",
+                            WriteFile(m_folder.path(), "plan.csv", PlanCsv(plan.fleets))};
+        if (plan.own)
+            options << "--own" << WriteFile(m_folder.path(), "own.json", OwnJson(*plan.own));
+        return options;
+    }
+
+    CtlRun RunWithPlan(const QByteArray& csv) const
+    {
+        return RunCtl({"dial", "--plan", WriteFile(m_folder.path(), "plan.csv", csv), "200200121"});
+    }
+
+    CtlRun RunWithOwn(const QByteArray& json) const
+    {
+        return RunCtl({"dial", "--own", WriteFile(m_folder.path(), "own.json", json), "21"});
+    }
+
+    QTemporaryDir m_folder;
+};
+
+TEST_F(Dial, EveryVectorThroughStandardInput)
+{
+    for (const std::string name : {"P1", "P2", "P3", "P4"}) {
+        std::vector<QJsonObject> expected;
+        QByteArray input;
+        for (const DialVector& vector : ReadDialVectors()) {
+            if (vector.plan != name)
+                continue;
+            expected.push_back(ExpectedObject(vector));
+            input += QByteArray::fromStdString(vector.dial) + (expected.size() % 2 ? "\n" : "\r\n");
+        }
+        const CtlRun run = RunCtl(Options(PlanNamed(name)), input);
+        EXPECT_EQ(run.code, 1) << "some of them are errors";
+        const QList<QByteArray> lines = run.out.trimmed().split('\n');
+        ASSERT_EQ(lines.size(), static_cast<qsizetype>(expected.size())) << run.err.toStdString();
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            EXPECT_EQ(QJsonDocument::fromJson(lines[i]).object(), expected[static_cast<std::size_t>(i)])
+                << lines[i].toStdString();
+    }
+}
+
+TEST_F(Dial, TextsAsArguments)
+{
+    const QStringList options = Options(PlanNamed("P1"));
+    const CtlRun good = RunCtl(options + QStringList{"201/2510/32", "--", "-21"});
+    EXPECT_EQ(good.out, R"({"dial":"201/2510/32","prefix":1,"ident":1032,"kind":0,"digits":"",)"
+                        R"("canonical":"201251032","short":"201251032"})"
+                        "\n"
+                        R"({"dial":"-21","prefix":0,"ident":3,"kind":0,"digits":"",)"
+                        R"("canonical":"200200121","short":"21"})"
+                        "\n");
+    EXPECT_EQ(good.err, "");
+    EXPECT_EQ(good.code, 0);
+
+    const CtlRun bad = RunCtl(options + QStringList{"21", "", "2\"\n"});
+    EXPECT_TRUE(bad.out.startsWith(R"({"dial":"21","prefix":0,)")) << bad.out.toStdString();
+    EXPECT_TRUE(bad.out.endsWith(R"({"dial":"","error":"Number is empty."})"
+                                 "\n"
+                                 R"({"dial":"2\"\n","error":"Number contains the invalid character '\"'."})"
+                                 "\n"))
+        << bad.out.toStdString();
+    EXPECT_EQ(bad.err, "veltorkynctl: 2 of 3 texts are no numbers\n");
+    EXPECT_EQ(bad.code, 1);
+}
+
+TEST_F(Dial, DoubtfulOwnFleetIsAWarning)
+{
+    TestPlan plan = PlanNamed("P1");
+    plan.own->unitMaxIdent = 11;
+    const CtlRun run = RunCtl(Options(plan) + QStringList{"21"});
+    EXPECT_EQ(run.code, 0);
+    EXPECT_TRUE(run.err.startsWith("veltorkynctl: warning: ")) << run.err.toStdString();
+    EXPECT_TRUE(run.err.contains("200/2001")) << run.err.toStdString();
+}
+
+TEST_F(Dial, BadPlans)
+{
+    const QByteArray row = "units,2,0,2,71,A,\n";
+    const std::pair<QByteArray, QByteArray> plans[] = {
+        {"", "plan.csv: the file is empty"},
+        {"typ,digits\n", "line 1: unknown column \"typ\""},
+        {"type,digits,type\n", "line 1: column \"type\" comes twice"},
+        {"type,digits,prefix,base_ident\n", "line 1: column \"max_ident\" is missing"},
+        {headings + row + "units,2,0\n", "line 3: 3 fields where the heading has 7"},
+        {headings + "unit,2,0,2,71,A,\n", "line 2: type is \"unit\", not units or groups"},
+        {headings + "units,2,0,x,71,A,\n", "line 2: base_ident is \"x\", not a number"},
+        {headings + "units,2,0,,71,A,\n", "line 2: base_ident is \"\", not a number"},
+        {headings + "units,2,0,2,99999999999,A,\n", "line 2: max_ident is \"99999999999\", not a number"},
+        {headings + "units,2,128,2,71,A,\n", "line 2: Prefix 128 is out of range 0..127."},
+        {headings + "units,2,0,3,71,A,\n", "line 2: Base ident 3 is not an even number from 2 to 8100."},
+        {headings + "groups,3,0,7000,7100,A,\n", "line 2: Fleet size 101 is out of range 2..100."},
+        {headings + "units,2,0,8098,8101,A,\n", "line 2: Fleet 200/6049 would end above ident 8100."},
+        {headings + "units,4,0,2,71,A,\n", "line 2: A fleet's numbers cannot have 4 digits, only 2 or 3."},
+        {headings + row + "\n\nunits,2,0,70,79,\"B\nB\",\n",
+         "line 5: Fleet 200/2035 overlaps fleet 200/2001."},
+        {headings + row + "units,2,0,72,79,\"B,\nC\n", "line 3: a quoted field has no closing quote"},
+        {headings + "units,2,0,2,71,A\"B,\n", "line 2: a quote inside a field"},
+        {headings + "units,2,0,2,71,\"A\"B,\n", "line 2: a quoted field must be followed by"},
+        {headings + "units,2,0,2,71,\xE4,\n", "plan.csv: the file is not UTF-8"},
+    };
+    for (const auto& [csv, reason] : plans) {
+        const CtlRun run = RunWithPlan(csv);
+        EXPECT_EQ(run.code, 1) << csv.toStdString();
+        EXPECT_EQ(run.out, "");
+        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
+    }
+}
+
+TEST_F(Dial, PlansAsOtherProgramsWriteThem)
+{
+    const QByteArray plans[] = {
+        "\xEF\xBB\xBFtype,digits,prefix,base_ident,max_ident\r\nunits,2,0,2,71\r\n",
+        "max_ident, base_ident ,prefix,Digits,TYPE\n 71 ,2,0,2,\"Units\"",
+        "\"type\",\"digits\",\"prefix\",\"base_ident\",\"max_ident\"\n\n\"units\",\"2\",\"0\",\"2\",\"71\"\n",
+    };
+    for (const QByteArray& csv : plans) {
+        const CtlRun run = RunWithPlan(csv);
+        EXPECT_TRUE(run.out.contains(R"("canonical":"200200121")"))
+            << run.out.toStdString() << run.err.toStdString();
+        EXPECT_EQ(run.code, 0);
+    }
+}
+
+TEST_F(Dial, BadOwnNumberings)
+{
+    QJsonObject whole = QJsonDocument::fromJson(OwnJson(*PlanNamed("P1").own)).object();
+    const auto with = [&](const char* field, const QJsonValue& value) {
+        QJsonObject object = whole;
+        object.insert(QLatin1String(field), value);
+        return QJsonDocument(object).toJson();
+    };
+    const std::pair<QByteArray, QByteArray> files[] = {
+        {"", "own.json, line 1: "},
+        {"{\n\"prefix\": 0,\n}", "own.json, line 3: "},
+        {"[]", "own.json: this is not a JSON object"},
+        {R"({"prefix":0})", "field \"ident\" is missing"},
+        {with("prefix", "0"), "field \"prefix\" is not a whole number"},
+        {with("ident", 2.5), "field \"ident\" is not a whole number"},
+        {with("unitBaseIdent", QJsonValue::Null), "field \"unitBaseIdent\" is not a whole number"},
+        {with("prefix", 128), "field \"prefix\" is not in 0..127"},
+        {with("groupMaxIdent", -1), "field \"groupMaxIdent\" is not in 0..8191"},
+        {with("groupDigits", 4), "field \"groupDigits\" is not in 2..3"},
+    };
+    for (const auto& [json, reason] : files) {
+        const CtlRun run = RunWithOwn(json);
+        EXPECT_EQ(run.code, 1) << json.toStdString();
+        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
+    }
+    EXPECT_EQ(RunWithOwn(with("comment", "more than asked for")).code, 0);
+}
+
+TEST_F(Dial, MissingFilesAreNamed)
+{
+    for (const QString option : {"--plan", "--own"}) {
+        const CtlRun run = RunCtl({"dial", option, m_folder.filePath("nothing here"), "21"});
+        EXPECT_EQ(run.code, 1);
+        EXPECT_TRUE(run.err.contains("nothing here: ")) << run.err.toStdString();
+        EXPECT_EQ(RunCtl({"dial", option, m_folder.path(), "21"}).code, 1) << "a folder";
+    }
+}
+
+} // namespace
