@@ -1,0 +1,233 @@
+#include "map27/Messages.h"
+#include "map27/Causes.h"
+#include "map27/Describe.h"
+#include "map27/Framing.h"
+#include "map27/Json.h"
+#include "map27/Script.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+#include <stdexcept>
+
+using namespace map27;
+
+namespace {
+
+const std::vector<testing_json::Value>& Vectors()
+{
+    static const auto file = testing_json::ReadFile(TEST_DATA_DIR "/map27-vectors.json");
+    return file["messages"].items;
+}
+
+// Both directions through one door: the fields, or the error; and the octets again.
+struct Seen {
+    Fields fields;
+    std::string error;
+    Octets again;
+};
+
+Seen Decode(bool toRadio, const Octets& octets)
+{
+    Seen seen;
+    const auto take = [&seen](const auto& result, auto encode) {
+        if (const auto* error = std::get_if<DecodeError>(&result)) {
+            seen.error = DecodeErrorText(*error);
+            return;
+        }
+        seen.fields = Describe(std::get<0>(result));
+        seen.again = encode(std::get<0>(result));
+    };
+    if (toRadio)
+        take(DecodeToRadio(octets), EncodeToRadio);
+    else
+        take(DecodeFromRadio(octets), EncodeFromRadio);
+    return seen;
+}
+
+bool IsToRadio(const testing_json::Value& vector)
+{
+    return vector["direction"].text == "D->R";
+}
+
+} // namespace
+
+TEST(Messages, GoldenVectors)
+{
+    // What is words, or follows from the octets in another field.
+    const std::set<std::string> wordsOnly{"name",       "typeHex",    "direction", "type",
+                                          "ext.length", "codingName", "causeText", "reasonText"};
+    EXPECT_EQ(Vectors().size(), 65u);
+    for (const auto& vector : Vectors()) {
+        const std::string id = vector["id"].text;
+        const Octets octets = FromHex(vector["message"].text);
+        Seen seen = Decode(IsToRadio(vector), octets);
+        EXPECT_EQ(seen.error, "") << id;
+        EXPECT_EQ(ToHex(seen.again), vector["message"].text) << id;
+        for (const auto& [name, value] : testing_json::Flatten(vector["decoded"])) {
+            if (wordsOnly.count(name) == 0) {
+                EXPECT_EQ(seen.fields[name], value) << id << ' ' << name;
+            }
+        }
+        Octets body{0x04, 0x01, 0x01, 0x00};
+        body.insert(body.end(), octets.begin(), octets.end());
+        EXPECT_EQ(ToHex(EncodeFrame(body)), vector["frame_LT_ns1_ar1"].text) << id;
+        const auto direction = IsToRadio(vector) ? Direction::ToRadio : Direction::FromRadio;
+        EXPECT_EQ(TypeName(octets[0], direction), vector["decoded"]["name"].text) << id;
+    }
+}
+
+TEST(Messages, CutShortIsAnErrorAndExtraOctetsAreIgnored)
+{
+    // Types whose end is free: what follows belongs to them.
+    const std::set<std::uint8_t> freeEnd{Type::Sst, Type::Mst, Type::Numbering, Type::DialledString,
+                                         Type::DiversionRequest};
+    for (const auto& vector : Vectors()) {
+        const Octets octets = FromHex(vector["message"].text);
+        const bool toRadio = IsToRadio(vector);
+        const std::string what = vector["id"].text + ' ' + vector["message"].text;
+        if (freeEnd.count(octets[0]) == 0) {
+            Octets longer = octets;
+            longer.insert(longer.end(), {0x00, 0xFF, 0x12});
+            EXPECT_EQ(Decode(toRadio, longer).again, octets) << what;
+            // Settings had an octet less before version 1.5.
+            const std::size_t cut = octets[0] == Type::Settings ? 2 : 1;
+            EXPECT_EQ(Decode(toRadio, Octets(octets.begin(), octets.end() - cut)).error, "message too short")
+                << what;
+        }
+        for (std::size_t length = 0; length < 2; ++length)
+            EXPECT_EQ(Decode(toRadio, Octets(octets.begin(), octets.begin() + length)).error,
+                      "message too short")
+                << what;
+    }
+}
+
+TEST(Messages, Refusals)
+{
+    struct Case {
+        const char* what;
+        bool toRadio;
+        const char* octets;
+        const char* error;
+    };
+    const Case cases[] = {
+        {"nothing", false, "", "message too short"},
+        {"unassigned in the acknowledgement range", false, "D7 02 00 1F 00 00", "reserved message type"},
+        {"unassigned", false, "84 02 00 1F 00", "reserved message type"},
+        {"reserved range", false, "55 01", "reserved message type"},
+        {"free for customisation", false, "0B 02 00 1F 01", "unknown message type"},
+        {"only the terminal sends it", false, "87 02 01 2C 00 00", "unknown message type"},
+        {"only the radio sends it", true, "B1 02 00 1F 00 14 00 59 1F 40 1F 49", "unknown message type"},
+        {"only the radio sends it", true, "C0 02 00 1F 00 00", "unknown message type"},
+        {"address octets missing", false, "80 02 00 1F 13 01 22", "message too short"},
+        {"no status after the address octets", false, "80 02 00 1F 12 01 22", "message too short"},
+        {"no address, yet address octets", true, "80 02 00 1F 01 12 05",
+         "address description not understood"},
+        {"reserved address description", true, "80 02 00 1F 90 05", "address description not understood"},
+        {"reserved digit", true, "A4 00 1F A5 12 A1 22 08", "address description not understood"},
+        {"digits after the filler", true, "A4 00 1F A5 12 1F 22 08", "address description not understood"},
+        {"more than 24 digits", true, "A4 00 1F A5 1D 11 11 11 11 11 11 11 11 11 11 11 11 11 08",
+         "address description not understood"},
+        {"exchange missing", true, "A4 00 10 E1 30 08", "address description not understood"},
+        {"unit cut short", true, "80 02 00 1F 52 05 01 05", "address description not understood"},
+    };
+    for (const Case& test : cases)
+        EXPECT_EQ(Decode(test.toRadio, FromHex(test.octets)).error, test.error) << test.what;
+}
+
+TEST(Messages, FieldsBesideTheGoldenOnes)
+{
+    struct Case {
+        bool toRadio;
+        const char* octets;
+        const char* field;
+        const char* value;
+        bool sameAgain; // encoding restores the octets
+    };
+    const Case cases[] = {
+        // What the terminal does not understand of an address costs it no message.
+        {false, "C0 02 00 1F 92 12 34 00", "cause", "0", true},
+        {false, "80 02 00 1F 12 AA BB 05", "status", "5", true},
+        // Unused bits are masked: a real radio sets some above the channel number.
+        {false, "B5 41 55 00 00", "channel", "341", true},
+        {false, "80 82 E0 1F 00 05", "calling.pfix", "2", false},
+        {false, "80 82 E0 1F 00 05", "calling.ident", "31", false},
+        {false, "B3 F8 00 00", "codings.0", "", true},
+        {false, "B2 06 9E FF", "offHook", "true", true},
+        {false, "B2 04 00 09", "maxCallSeconds", "780", true},
+        {false, "B2 04 00 0A", "maxCallSeconds", "10", true},
+        {false, "B2 04 00 00", "maxCallSeconds", "null", true},
+        {false, "80 02 00 1F 00 FF", "status", "255", true},
+        {true, "80 02 00 1F 43 01 02 03 05", "status", "", false}, // three octets are too few for this kind
+        {false, "E4 00 00 00 44 00 10 E1 20 06", "ext.exchange", "2", true},
+        {true, "80 02 00 00 73 1B 2C 3F 05", "ext.digits", "1*2#3", true},
+        {false, "81 02 00 1F 00 B0 41 42", "bitsInLastOctet", "8", false},
+        {false, "81 02 00 1F 00 00 A5 80", "bits", "9", true},
+        {true, "87 02 01 2C 00 09 02 00 1F 00", "thirdParty", "true", true},
+        {true, "A4 02 00 1F 00 0D AB CD", "callDetails.custom", "5", true},
+    };
+    for (const Case& test : cases) {
+        Seen seen = Decode(test.toRadio, FromHex(test.octets));
+        EXPECT_EQ(seen.fields[test.field], test.value) << test.octets << ' ' << test.field;
+        EXPECT_EQ(ToHex(seen.again) == test.octets, test.sameAgain)
+            << test.octets << " -> " << ToHex(seen.again);
+    }
+}
+
+// Anything at all decodes to an error or to a message that survives encoding.
+TEST(Messages, NoiseDoesNoHarm)
+{
+    std::mt19937 random(1327);
+    int understood = 0;
+    for (int count = 0; count < 40000; ++count) {
+        Octets octets(random() % 30);
+        for (auto& octet : octets)
+            octet = static_cast<std::uint8_t>(random() % 3 == 0 ? random() : random() & 0x1F);
+        if (!octets.empty() && count % 2 == 0)
+            octets[0] = static_cast<std::uint8_t>(0x80 | random());
+        const bool toRadio = random() % 2 == 0;
+        const Seen seen = Decode(toRadio, octets);
+        if (!seen.error.empty())
+            continue;
+        ++understood;
+        const Seen again = Decode(toRadio, seen.again);
+        ASSERT_EQ(again.error, "") << ToHex(octets);
+        ASSERT_EQ(again.fields, seen.fields) << ToHex(octets);
+        ASSERT_EQ(again.again, seen.again) << ToHex(octets);
+    }
+    EXPECT_GT(understood, 3000);
+}
+
+TEST(Messages, WhatNoOctetsCanCarryIsNotEncoded)
+{
+    const Party gateway{{0, Ident::Pstn},
+                        {.kind = AddressKind::Digits, .unit = {}, .digits = "12a", .raw = {}}};
+    Party tooLong = gateway;
+    tooLong.description.digits = std::string(25, '1');
+    Party tooMany{{2, 31}, {.kind = AddressKind::Custom, .unit = {}, .digits = {}, .raw = Octets(16)}};
+    for (const Party& party : {Party{{128, 31}, {}}, Party{{2, 8192}, {}}, gateway, tooLong, tooMany})
+        EXPECT_THROW(EncodeToRadio(StatusMessage{party, 1}), std::invalid_argument) << ToText(party.address);
+    EXPECT_THROW(EncodeFromRadio(NetworkInfoMessage{1024, 0, 0}), std::invalid_argument);
+}
+
+TEST(Address, SendableIdents)
+{
+    const std::pair<Address, bool> cases[] = {
+        {{2, 0}, false},    {{0, 1}, true},     {{2, 8100}, true},  {{0, 8101}, true}, {{0, 8102}, true},
+        {{2, 8103}, false}, {{2, 8120}, false}, {{2, 8121}, true},  {{2, 8180}, true}, {{2, 8181}, false},
+        {{2, 8190}, false}, {{2, 8191}, true},  {{2, 8192}, false}, {{127, 31}, true}, {{128, 31}, false},
+    };
+    for (const auto& [address, sendable] : cases)
+        EXPECT_EQ(IsSendable(address), sendable) << ToText(address);
+}
+
+TEST(Causes, InWords)
+{
+    EXPECT_EQ(CauseText(0xE0, 0x0C), "called unit engaged or refuses");
+    EXPECT_EQ(CauseText(0xA6, 0x04), "no radio contact");
+    EXPECT_EQ(CauseText(0xA6, 0x08, Direction::ToRadio), "cancel message or call set-up");
+    EXPECT_EQ(CauseText(0xE4, 0x55), "failed, cause 55h");
+    EXPECT_EQ(CauseText(0xB4, 0x80), "unknown, cause 80h");
+    EXPECT_EQ(TypeName(0x87, Direction::FromRadio), "type 87h");
+}
