@@ -1,0 +1,27 @@
+#include "dao/Location.h"
+#include <QDir>
+#include <QFileInfo>
+
+namespace dao {
+
+bool IsServerTarget(const QString& database)
+{
+    return database.startsWith("postgresql://", Qt::CaseInsensitive) ||
+           database.startsWith("postgres://", Qt::CaseInsensitive);
+}
+
+QString WorkgroupFileFor(const QString& database)
+{
+    if (database.isEmpty() || IsServerTarget(database))
+        return {};
+    const QFileInfo file(database);
+    const QString name = file.completeBaseName() + ".kynw";
+    return file.path() == "." && !database.startsWith("./") ? name : QDir(file.path()).filePath(name);
+}
+
+Location LocationOf(const QString& database)
+{
+    return {database, WorkgroupFileFor(database)};
+}
+
+} // namespace dao

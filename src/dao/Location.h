@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+namespace dao {
+
+// Where a database and its accounts are. `database` is a file path (SQLite); "postgresql://..." names a
+// server and is refused with Kind::ServerNotSupported as long as there is no engine for it. `workgroup` is
+// the path of the file that holds the accounts.
+struct Location {
+    QString database;
+    QString workgroup;
+
+    bool operator==(const Location&) const = default;
+};
+
+// True for targets that name a database server.
+bool IsServerTarget(const QString& database);
+
+// The workgroup file that belongs to a database by convention: beside it, same base name, extension "kynw"
+// ("/data/site.kyndb" -> "/data/site.kynw"). Empty for an empty path and for a server.
+QString WorkgroupFileFor(const QString& database);
+
+// A database with the workgroup file that belongs to it by convention.
+Location LocationOf(const QString& database);
+
+} // namespace dao

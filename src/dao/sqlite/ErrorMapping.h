@@ -1,0 +1,14 @@
+#pragma once
+
+#include "dao/Error.h"
+#include <QString>
+
+struct sqlite3;
+
+namespace dao::sqlite {
+
+// The engine's last failure on `handle` as an Error. `code` is the (extended) result code, `path` the file to
+// be named in it.
+Error MakeError(sqlite3* handle, int code, const QString& path);
+
+} // namespace dao::sqlite

@@ -1,0 +1,178 @@
+#include "dao/sqlite/FilesCheck.h"
+#include "dao/TextIds.h"
+#include "dao/sqlite/Migrations.h"
+#include "dao/sqlite/SqliteWorkspace.h"
+
+namespace dao::sqlite {
+
+namespace {
+
+using Severity = Finding::Severity;
+
+// A check run on the attached files. `reference` is an empty database of the same schema, in memory.
+class FilesCheck {
+public:
+    FilesCheck(const Location& location, AttachedFiles files)
+        : m_location(location),
+          m_files(std::move(files))
+    {
+    }
+
+    QList<Finding> Run()
+    {
+        CheckFile("main", m_location.database, m_files.database.version, FileKind::Database);
+        CheckFile("workgroup", m_location.workgroup, m_files.workgroup.version, FileKind::Workgroup);
+        if (m_complete) {
+            CheckQueries();
+            CheckAccounts();
+        }
+        return m_findings;
+    }
+
+private:
+    void Add(Severity severity, int textId, const QStringList& values = {})
+    {
+        m_findings.append({severity, textId, values});
+    }
+
+    template <typename Row> void ForEach(Connection& connection, const QString& sql, Row row)
+    {
+        const auto statement = connection.Prepare(sql);
+        while (statement->Step())
+            row(statement->Row());
+    }
+
+    void CheckFile(const QString& schema, const QString& path, int version, FileKind kind)
+    {
+        const auto migrations = MigrationsOf(kind);
+        if (version < migrations.last().version) {
+            Add(Severity::Warning, textCheckOlder,
+                {path, QString::number(version), QString::number(migrations.last().version)});
+            m_complete = false;
+        }
+        Connection& files = *m_files.connection;
+        ForEach(files, "SELECT * FROM pragma_integrity_check(100, '" + schema + "')",
+                [&](const QVariantList& row) {
+                    if (row[0] != "ok")
+                        Add(Severity::Error, textCheckDamage, {path, row[0].toString()});
+                });
+        ForEach(files, "SELECT \"table\", parent FROM pragma_foreign_key_check(NULL, '" + schema + "')",
+                [&](const QVariantList& row) {
+                    Add(Severity::Error, textCheckReference, {row[0].toString(), row[1].toString()});
+                });
+        if (version < migrations.last().version)
+            return;
+        const auto reference = Connection::Open(":memory:", Connection::Mode::Create, {});
+        BuildSchema(*reference, kind, migrations, "reference");
+        CompareObjects(*reference, schema);
+        if (kind == FileKind::Database)
+            CompareQueries(*reference);
+    }
+
+    void CompareObjects(Connection& reference, const QString& schema)
+    {
+        const QString sql =
+            "SELECT 1 FROM " + schema + ".sqlite_schema WHERE type=? AND name=? AND tbl_name=?";
+        ForEach(reference, "SELECT type, name, tbl_name FROM main.sqlite_schema",
+                [&](const QVariantList& row) {
+                    if (m_files.connection->Value(sql, row).isValid())
+                        return;
+                    const QString name = row[1].toString();
+                    const QString type = row[0].toString();
+                    if (type == "table")
+                        Add(Severity::Error, textCheckTableMissing, {name});
+                    else if (type == "trigger")
+                        Add(Severity::Error, textCheckAppendable, {name});
+                    else
+                        Add(Severity::Error, textCheckIndexMissing, {row[2].toString(), name});
+                    m_complete = m_complete && type != "table";
+                });
+    }
+
+    void CompareQueries(Connection& reference)
+    {
+        if (!m_complete)
+            return;
+        ForEach(reference, "SELECT name FROM main.stored_query", [&](const QVariantList& row) {
+            if (!m_files.connection->Value("SELECT 1 FROM main.stored_query WHERE name=?", row).isValid())
+                Add(Severity::Error, textCheckQueryMissing, {row[0].toString()});
+        });
+    }
+
+    void CheckQueries()
+    {
+        ForEach(*m_files.connection, "SELECT name, sql FROM main.stored_query", [&](const QVariantList& row) {
+            try {
+                m_files.connection->Prepare(row[1].toString());
+            } catch (const Error& error) {
+                Add(Severity::Error, textCheckQueryFails, {row[0].toString(), error.engineText});
+            }
+        });
+    }
+
+    void CheckAccounts()
+    {
+        Connection& files = *m_files.connection;
+        if (files
+                .Value("SELECT count(*) FROM workgroup.membership WHERE group_name=?", {QString(adminsGroup)})
+                .toInt() == 0)
+            Add(Severity::Error, textCheckNoAdministrator);
+        ForEach(files,
+                "SELECT user_name FROM workgroup.account WHERE NOT EXISTS "
+                "(SELECT 1 FROM main.user_profile WHERE kyn_fold(\"UserName\")=kyn_fold(user_name))",
+                [&](const QVariantList& row) {
+                    Add(Severity::Warning, textCheckNoProfile, {row[0].toString()});
+                });
+        ForEach(files,
+                "SELECT \"UserName\" FROM main.user_profile WHERE NOT EXISTS "
+                "(SELECT 1 FROM workgroup.account WHERE kyn_fold(user_name)=kyn_fold(\"UserName\"))",
+                [&](const QVariantList& row) {
+                    Add(Severity::Warning, textCheckNoAccount, {row[0].toString()});
+                });
+    }
+
+    Location m_location;
+    AttachedFiles m_files;
+    QList<Finding> m_findings;
+    bool m_complete = true; // all tables are there, so that the contents can be looked at
+};
+
+} // namespace
+
+QList<Finding> CheckFiles(const Location& location)
+{
+    return FilesCheck(location, AttachFiles(location, {})).Run();
+}
+
+void BackupFiles(const Location& from, const Location& to)
+{
+    const OpenOptions options;
+    const auto files = AttachFiles(from, options);
+    NewFile database(to.database);
+    NewFile workgroup(to.workgroup);
+    // Reading in one transaction keeps writers out, so that both copies are of the same moment.
+    files.connection->Execute("BEGIN; SELECT 1 FROM main.file_info; SELECT 1 FROM workgroup.file_info;");
+    CopyContents(from.database, database.TemporaryPath(), options.busyTimeout);
+    CopyContents(from.workgroup, workgroup.TemporaryPath(), options.busyTimeout);
+    workgroup.Publish();
+    database.Publish();
+    workgroup.Keep();
+    database.Keep();
+}
+
+MigrationReport MigrateFiles(const Location& location)
+{
+    const OpenOptions options;
+    AttachFiles(location, options).connection->Close();
+    const auto database =
+        Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database), options.busyTimeout);
+    const auto workgroup = Migrate(location.workgroup, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup),
+                                   options.busyTimeout);
+    MigrationReport report{database.fromVersion, database.toVersion, {}};
+    for (const QString& copy : {database.copy, workgroup.copy})
+        if (!copy.isEmpty())
+            report.copies.append(copy);
+    return report;
+}
+
+} // namespace dao::sqlite

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "dao/Maintenance.h"
+
+namespace dao::sqlite {
+
+// The functions of dao/Maintenance.h on files.
+QList<Finding> CheckFiles(const Location& location);
+void BackupFiles(const Location& from, const Location& to);
+MigrationReport MigrateFiles(const Location& location);
+
+} // namespace dao::sqlite

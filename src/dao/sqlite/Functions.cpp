@@ -1,0 +1,65 @@
+#include "dao/sqlite/Functions.h"
+#include "dao/TextMatch.h"
+#include "dao/sqlite/Connection.h"
+#include <sqlite3.h>
+
+namespace dao::sqlite {
+
+namespace {
+
+QString TextOf(sqlite3_value* value)
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
+    return QString::fromUtf8(text, sqlite3_value_bytes(value));
+}
+
+void FoldFunction(sqlite3_context* context, int, sqlite3_value** values)
+{
+    if (sqlite3_value_type(values[0]) == SQLITE_NULL)
+        return;
+    const QByteArray folded = Fold(TextOf(values[0])).toUtf8();
+    sqlite3_result_text64(context, folded.constData(), static_cast<sqlite3_uint64>(folded.size()),
+                          SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
+void MatchFunction(sqlite3_context* context, int count, sqlite3_value** values)
+{
+    auto* lookFor = static_cast<LookFor*>(sqlite3_get_auxdata(context, 0));
+    std::unique_ptr<LookFor> compiled;
+    if (!lookFor) {
+        compiled = std::make_unique<LookFor>(TextOf(values[0]));
+        lookFor = compiled.get();
+    }
+    bool matches = lookFor->MatchesEverything();
+    for (int i = 1; i < count && !matches; ++i)
+        matches = lookFor->Matches(TextOf(values[i]));
+    // The search text is the same for every row: kept until the statement ends.
+    if (compiled)
+        sqlite3_set_auxdata(context, 0, compiled.release(),
+                            [](void* kept) { delete static_cast<LookFor*>(kept); });
+    sqlite3_result_int(context, matches ? 1 : 0);
+}
+
+void NowFunction(sqlite3_context* context, int, sqlite3_value**)
+{
+    const auto* connection = static_cast<const Connection*>(sqlite3_user_data(context));
+    sqlite3_result_int64(context, connection->CurrentTime().toMSecsSinceEpoch());
+}
+
+} // namespace
+
+void RegisterFunctions(sqlite3* handle, const Connection& connection)
+{
+    constexpr int pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
+    auto* data = const_cast<Connection*>(&connection);
+    for (const int result : {sqlite3_create_function_v2(handle, "kyn_fold", 1, pure, nullptr, FoldFunction,
+                                                        nullptr, nullptr, nullptr),
+                             sqlite3_create_function_v2(handle, "kyn_match", -1, pure, nullptr, MatchFunction,
+                                                        nullptr, nullptr, nullptr),
+                             sqlite3_create_function_v2(handle, "kyn_now", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,
+                                                        data, NowFunction, nullptr, nullptr, nullptr)})
+        if (result != SQLITE_OK)
+            throw connection.MakeError(result);
+}
+
+} // namespace dao::sqlite

@@ -1,0 +1,261 @@
+#include "dao/sqlite/KeysetRecordset.h"
+#include "dao/Criterion.h"
+#include "dao/Error.h"
+#include "dao/sqlite/Connection.h"
+#include <algorithm>
+
+namespace dao::sqlite {
+
+KeysetRecordset::KeysetRecordset(std::shared_ptr<Connection> connection, KeysetSource source)
+    : m_connection(std::move(connection)),
+      m_source(std::move(source)),
+      m_edit(m_source.table)
+{
+    for (const QString& field : m_source.table->KeyFields())
+        m_keyColumns.push_back(FieldPosition(m_source.fields, field));
+    for (const QString& shown : m_source.fields) {
+        const auto& columns = m_source.table->Columns();
+        const auto column =
+            std::find_if(columns.begin(), columns.end(), [&](const TableShape::Column& candidate) {
+                return candidate.name.compare(shown, Qt::CaseInsensitive) == 0;
+            });
+        m_tableColumns.push_back(column == columns.end() ? -1 : static_cast<int>(column - columns.begin()));
+    }
+    if (IsTableType())
+        m_index = &m_source.table->IndexNamed("PrimaryKey");
+}
+
+Connection& KeysetRecordset::Open() const
+{
+    if (!m_connection || !m_connection->IsOpen())
+        throw Error(Kind::Closed);
+    return *m_connection;
+}
+
+void KeysetRecordset::Close() noexcept
+{
+    m_connection.reset();
+    m_edit.Clear();
+    m_keys.reset();
+}
+
+bool KeysetRecordset::Eof()
+{
+    EnsurePlace();
+    return m_place == Place::AtEnd;
+}
+
+bool KeysetRecordset::Bof()
+{
+    EnsurePlace();
+    return m_place == Place::AtEnd && m_keys && m_keys->empty();
+}
+
+// A recordset just opened has its first record current; it is read only when somebody asks.
+void KeysetRecordset::EnsurePlace()
+{
+    Open();
+    if (m_place == Place::Unknown) {
+        ReadKeys();
+        MoveTo(0);
+    }
+}
+
+void KeysetRecordset::RequireRecord()
+{
+    EnsurePlace();
+    if (m_place != Place::OnRecord)
+        throw Error(Kind::NoCurrentRecord);
+}
+
+QVariant KeysetRecordset::Field(const QString& name)
+{
+    Open();
+    const int shown = FieldPosition(m_source.fields, name);
+    const int column = m_tableColumns[static_cast<std::size_t>(shown)];
+    if (column >= 0 && m_edit.IsSet(column))
+        return m_edit.Value(column);
+    if (m_edit.State() == EditBuffer::Kind::Adding)
+        return {};
+    RequireRecord();
+    return m_record[shown];
+}
+
+void KeysetRecordset::SetField(const QString& name, const QVariant& value)
+{
+    Open();
+    const int column = m_tableColumns[static_cast<std::size_t>(FieldPosition(m_source.fields, name))];
+    if (column < 0)
+        throw Error(Kind::NotUpdatable);
+    m_edit.Set(column, value);
+}
+
+void KeysetRecordset::AddNew()
+{
+    Open();
+    m_edit.Begin(EditBuffer::Kind::Adding);
+}
+
+void KeysetRecordset::Edit()
+{
+    RequireRecord();
+    m_edit.Begin(EditBuffer::Kind::Changing);
+}
+
+void KeysetRecordset::Update()
+{
+    Connection& connection = Open();
+    switch (m_edit.State()) {
+    case EditBuffer::Kind::None:
+        throw Error(Kind::NotEditing);
+    case EditBuffer::Kind::Adding:
+        m_edit.Insert(connection);
+        break;
+    case EditBuffer::Kind::Changing: {
+        if (m_edit.IsEmpty())
+            break;
+        if (!m_edit.Change(connection, m_key))
+            throw Error(Kind::RecordGone);
+        QVariantList key = m_key;
+        for (qsizetype i = 0; i < key.size(); ++i)
+            if (const int column =
+                    m_tableColumns[static_cast<std::size_t>(m_keyColumns[static_cast<std::size_t>(i)])];
+                m_edit.IsSet(column))
+                key[i] = m_edit.Value(column);
+        if (m_keys && m_next > 0 && m_next <= m_keys->size() && (*m_keys)[m_next - 1] == m_key)
+            (*m_keys)[m_next - 1] = key;
+        m_edit.Clear();
+        if (!ReadRecord(RowSql(), key))
+            m_place = Place::NoRecord; // the change has moved it out of what the query shows
+        return;
+    }
+    }
+    m_edit.Clear();
+}
+
+void KeysetRecordset::Delete()
+{
+    RequireRecord();
+    m_edit.Clear();
+    if (m_connection->Change(m_source.table->DeleteSql(), m_key) == 0)
+        throw Error(Kind::RecordGone);
+    m_place = Place::NoRecord;
+}
+
+void KeysetRecordset::MoveFirst()
+{
+    Open();
+    m_edit.Clear();
+    ReadKeys();
+    MoveTo(0);
+}
+
+void KeysetRecordset::MoveNext()
+{
+    EnsurePlace();
+    m_edit.Clear();
+    if (m_place == Place::AtEnd || (m_place == Place::NoRecord && !m_keys))
+        throw Error(Kind::NoCurrentRecord);
+    if (!m_keys) { // found by Seek or FindFirst: go on from there
+        ReadKeys();
+        const auto current = std::find(m_keys->begin(), m_keys->end(), m_key);
+        if (current == m_keys->end())
+            throw Error(Kind::RecordGone);
+        m_next = static_cast<std::size_t>(current - m_keys->begin()) + 1;
+    }
+    MoveTo(m_next);
+}
+
+// Makes the record at `position` current, or the next that still exists.
+void KeysetRecordset::MoveTo(std::size_t position)
+{
+    const QString sql = RowSql();
+    for (m_next = position; m_next < m_keys->size();)
+        if (const QVariantList& key = (*m_keys)[m_next++]; ReadRecord(sql, key))
+            return;
+    m_place = Place::AtEnd;
+}
+
+void KeysetRecordset::ReadKeys()
+{
+    std::vector<QVariantList> keys;
+    const auto statement = Open().Kept(IsTableType() ? m_index->keysSql : m_source.sql);
+    while (statement->Step()) {
+        QVariantList key;
+        for (std::size_t i = 0; i < m_keyColumns.size(); ++i)
+            key.append(statement->Column(IsTableType() ? static_cast<int>(i) : m_keyColumns[i]));
+        keys.push_back(std::move(key));
+    }
+    m_keys = std::move(keys);
+    m_next = 0;
+}
+
+QString KeysetRecordset::RowSql() const
+{
+    if (IsTableType())
+        return m_source.table->RowSql();
+    return "SELECT * FROM (" + m_source.sql + ") AS q WHERE " + AllEqual(m_source.table->KeyFields());
+}
+
+bool KeysetRecordset::ReadRecord(const QString& sql, const QVariantList& values)
+{
+    const auto statement = Open().Kept(sql);
+    statement->Bind(values);
+    if (!statement->Step())
+        return false;
+    m_record = statement->Row();
+    m_key.clear();
+    for (const int column : m_keyColumns)
+        m_key.append(m_record[column]);
+    m_place = Place::OnRecord;
+    return true;
+}
+
+void KeysetRecordset::Find(const QString& sql, const QVariantList& values)
+{
+    m_edit.Clear();
+    m_keys.reset();
+    m_noMatch = !ReadRecord(sql, values);
+    if (m_noMatch)
+        m_place = Place::NoRecord;
+}
+
+void KeysetRecordset::FindFirst(const QString& criterion)
+{
+    Open();
+    QStringList conditions;
+    QVariantList values;
+    for (const Comparison& comparison : ParseCriterion(criterion)) {
+        const QString& field = m_source.fields[FieldPosition(m_source.fields, comparison.field)];
+        conditions.append(Quoted(field) + comparison.comparator + "?");
+        values.append(comparison.value);
+    }
+    const QString from =
+        IsTableType() ? "main." + Quoted(m_source.table->Name()) : "(" + m_source.sql + ") AS q";
+    Find("SELECT " + QuotedList(m_source.fields) + " FROM " + from + " WHERE " + conditions.join(" AND ") +
+             " LIMIT 1",
+         values);
+}
+
+void KeysetRecordset::SetIndex(const QString& name)
+{
+    Open();
+    if (!IsTableType())
+        throw Error(Kind::WrongUse, {"SetIndex"});
+    m_index = &m_source.table->IndexNamed(name);
+    m_keys.reset();
+    m_place = Place::Unknown;
+    m_edit.Clear();
+}
+
+void KeysetRecordset::SeekKey(const QVariantList& key)
+{
+    Open();
+    if (!IsTableType())
+        throw Error(Kind::WrongUse, {"Seek"});
+    if (key.size() != m_index->fields.size())
+        throw Error(Kind::BadSeek, {m_index->name, QString::number(m_index->fields.size())});
+    Find(m_index->seekSql, key);
+}
+
+} // namespace dao::sqlite

@@ -1,0 +1,112 @@
+#include "dao/sqlite/Migrations.h"
+#include "dao/sqlite/Connection.h"
+#include <QFile>
+#include <QFileInfo>
+
+static void InitialiseSchemaResources()
+{
+    Q_INIT_RESOURCE(veltorkyn_schema);
+}
+
+namespace dao::sqlite {
+
+namespace {
+
+QString FreeCopyName(const QString& path, int version)
+{
+    const QString base = path + ".v" + QString::number(version);
+    QString name = base + ".bak";
+    for (int i = 2; QFileInfo::exists(name); ++i)
+        name = base + '-' + QString::number(i) + ".bak";
+    return name;
+}
+
+void StoreInfo(Connection& connection, const QString& name, const QString& value)
+{
+    connection.Change("INSERT INTO main.file_info (name, value) VALUES (?, ?) ON CONFLICT (name) DO UPDATE "
+                      "SET value=excluded.value",
+                      {name, value});
+}
+
+// Runs the scripts after `from` within the open transaction.
+void RunScripts(Connection& connection, const QList<Migration>& migrations, int from)
+{
+    for (const Migration& migration : migrations) {
+        if (migration.version <= from)
+            continue;
+        connection.Execute(migration.sql);
+        StoreInfo(connection, "schema_version", QString::number(migration.version));
+    }
+    if (connection.Value("SELECT count(*) FROM pragma_foreign_key_check()").toInt() != 0)
+        throw Error(Kind::InUse, {}, "foreign key violation");
+}
+
+} // namespace
+
+QList<Migration> MigrationsOf(FileKind kind)
+{
+    InitialiseSchemaResources();
+    const QString prefix = kind == FileKind::Workgroup ? "workgroup-" : "";
+    QList<Migration> migrations;
+    while (true) {
+        const int version = static_cast<int>(migrations.size()) + 1;
+        QFile file(":/veltorkyn/schema/sqlite/" + prefix + QString::number(version).rightJustified(4, '0') +
+                   ".sql");
+        if (!file.open(QIODevice::ReadOnly))
+            break;
+        migrations.append({version, QString::fromUtf8(file.readAll())});
+    }
+    if (migrations.isEmpty())
+        throw Error(Kind::Engine, {"schema scripts missing"}, "no schema scripts in the program");
+    return migrations;
+}
+
+void BuildSchema(Connection& connection, FileKind kind, const QList<Migration>& migrations,
+                 const QString& databaseId)
+{
+    ChangeScope scope(connection);
+    RunScripts(connection, migrations, 0);
+    StoreInfo(connection, "kind", kind == FileKind::Database ? "database" : "workgroup");
+    StoreInfo(connection, "database_id", databaseId);
+    scope.Commit();
+}
+
+MigrationResult Migrate(const QString& path, FileKind kind, const QList<Migration>& migrations,
+                        std::chrono::milliseconds busyTimeout)
+{
+    const auto connection = Connection::Open(path, Connection::Mode::ReadWrite, busyTimeout);
+    const int newest = migrations.last().version;
+    int version = ReadFileInfo(*connection, "main", path, kind).version;
+    if (version > newest)
+        throw Error(Kind::Newer, {path, QString::number(version), QString::number(newest)});
+    if (version == newest)
+        return {version, version, {}};
+
+    // Rebuilding a table needs references unchecked until the end; the setting cannot be changed within a
+    // transaction.
+    connection->Execute("PRAGMA foreign_keys=OFF");
+    ChangeScope scope(*connection);
+    version = ReadFileInfo(*connection, "main", path, kind).version;
+    if (version >= newest) // another workstation was faster
+        return {version, version, {}};
+
+    // The write lock is held, so nothing can change between the copy and the migration; a second connection
+    // reads.
+    const QString copyPath = FreeCopyName(path, version);
+    NewFile copy(copyPath);
+    CopyContents(path, copy.TemporaryPath(), busyTimeout);
+    copy.Publish();
+    try {
+        RunScripts(*connection, migrations, version);
+        scope.Commit();
+    } catch (const Error& error) {
+        if (error.kind == Kind::Locked || error.kind == Kind::DiskFull)
+            throw;
+        throw Error(Kind::MigrationFailed, {path, QString::number(newest)},
+                    error.engineText.isEmpty() ? QString::fromUtf8(error.what()) : error.engineText);
+    }
+    copy.Keep();
+    return {version, newest, copyPath};
+}
+
+} // namespace dao::sqlite

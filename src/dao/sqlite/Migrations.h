@@ -1,0 +1,35 @@
+#pragma once
+
+#include "dao/sqlite/Files.h"
+#include <QList>
+#include <QString>
+#include <chrono>
+
+namespace dao::sqlite {
+
+// One step of a file's schema: the script that leads from version - 1 to version.
+struct Migration {
+    int version;
+    QString sql;
+};
+
+// The scripts compiled into the program, numbered from 1 without a gap.
+QList<Migration> MigrationsOf(FileKind kind);
+
+// Builds the newest schema in an empty file, in one transaction.
+void BuildSchema(Connection& connection, FileKind kind, const QList<Migration>& migrations,
+                 const QString& databaseId);
+
+struct MigrationResult {
+    int fromVersion;
+    int toVersion;
+    QString copy; // the file as it was before; empty when there was nothing to do
+};
+
+// Brings a file to the newest version, in one transaction, after copying it to "<path>.v<version>.bak" (or
+// "-2.bak" and so on when that exists). Kind::Newer for a file from a newer program; Kind::MigrationFailed
+// leaves file as it was, without a copy; Kind::Locked when others keep it.
+MigrationResult Migrate(const QString& path, FileKind kind, const QList<Migration>& migrations,
+                        std::chrono::milliseconds busyTimeout);
+
+} // namespace dao::sqlite

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "dao/sqlite/Connection.h"
+#include "dao/sqlite/RecordsetBase.h"
+#include <optional>
+
+namespace dao::sqlite {
+
+// The rows of a running statement, forward-only; fields are taken from the statement when they are asked for.
+class SnapshotRecordset : public RecordsetBase {
+public:
+    // The statement has its parameters bound. The first row is read at once, so that failures show at
+    // opening.
+    explicit SnapshotRecordset(StatementUse statement);
+
+    bool Eof() override;
+    bool Bof() override;
+    bool NoMatch() const override { return true; }
+    QStringList FieldNames() const override;
+    QVariant Field(const QString& name) override;
+    // Only as long as the first row is current.
+    void MoveFirst() override;
+    void MoveNext() override;
+    void Close() noexcept override { m_statement.reset(); }
+
+private:
+    void Advance();
+    const StatementUse& Open() const;
+
+    std::optional<StatementUse> m_statement;
+    bool m_onRow = false;
+    bool m_empty = false;
+    bool m_moved = false;
+    int m_expected = 0; // column after the one read last: rows are mostly read in the order of their columns
+};
+
+} // namespace dao::sqlite

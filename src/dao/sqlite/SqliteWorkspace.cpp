@@ -1,0 +1,125 @@
+#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/Passwords.h"
+#include "dao/sqlite/Files.h"
+#include "dao/sqlite/Migrations.h"
+
+namespace dao::sqlite {
+
+namespace {
+
+constexpr std::chrono::milliseconds newFileTimeout{2000}; // nobody else knows the file yet
+
+void CreateDatabaseFile(const QString& path, const QString& databaseId, const QString& adminUser)
+{
+    const auto connection = Connection::Open(path, Connection::Mode::Create, newFileTimeout);
+    BuildSchema(*connection, FileKind::Database, MigrationsOf(FileKind::Database), databaseId);
+    connection->Change("INSERT INTO user_profile (\"UserName\", allow_dr) VALUES (?, 1)", {adminUser});
+}
+
+void CreateWorkgroupFile(const QString& path, const QString& databaseId, const QString& adminUser,
+                         const QByteArray& hash)
+{
+    const auto connection = Connection::Open(path, Connection::Mode::Create, newFileTimeout);
+    BuildSchema(*connection, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup), databaseId);
+    connection->Change("INSERT INTO account (user_name, pid, password_hash) VALUES (?, ?, ?)",
+                       {adminUser, RandomText(20), QString::fromLatin1(hash)});
+    for (const char* group : {adminsGroup, usersGroup})
+        connection->Change(
+            "INSERT INTO membership (account_id, group_name) SELECT account_id, ? FROM account",
+            {QString(group)});
+}
+
+int NewestVersion(FileKind kind)
+{
+    return MigrationsOf(kind).last().version;
+}
+
+void RequireKnownVersion(const FileInfo& info, FileKind kind, const QString& path)
+{
+    if (info.version > NewestVersion(kind))
+        throw Error(Kind::Newer, {path, QString::number(info.version), QString::number(NewestVersion(kind))});
+}
+
+} // namespace
+
+AttachedFiles AttachFiles(const Location& location, const OpenOptions& options)
+{
+    RequireUsableFile(location.database, FileKind::Database);
+    RequireUsableFile(location.workgroup, FileKind::Workgroup);
+    AttachedFiles files;
+    files.connection =
+        Connection::Open(location.database, Connection::Mode::ReadWrite, options.busyTimeout, options.now);
+    files.database = ReadFileInfo(*files.connection, "main", location.database, FileKind::Database);
+    RequireKnownVersion(files.database, FileKind::Database, location.database);
+    files.connection->Attach(location.workgroup, "workgroup");
+    files.workgroup = ReadFileInfo(*files.connection, "workgroup", location.workgroup, FileKind::Workgroup);
+    RequireKnownVersion(files.workgroup, FileKind::Workgroup, location.workgroup);
+    files.connection->NameInErrors(location.database);
+    if (files.database.databaseId != files.workgroup.databaseId)
+        throw Error(Kind::WorkgroupMismatch, {location.workgroup, location.database});
+    return files;
+}
+
+std::shared_ptr<Connection> OpenFiles(const Location& location, const OpenOptions& options)
+{
+    auto files = AttachFiles(location, options);
+    if (files.database.version < NewestVersion(FileKind::Database) ||
+        files.workgroup.version < NewestVersion(FileKind::Workgroup)) {
+        files.connection->Close();
+        Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database), options.busyTimeout);
+        Migrate(location.workgroup, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup),
+                options.busyTimeout);
+        files = AttachFiles(location, options);
+    }
+    // Somebody may have set another mode with a tool; a commit over both files would no longer be one.
+    files.connection->Execute("PRAGMA main.journal_mode=DELETE; PRAGMA workgroup.journal_mode=DELETE;");
+    return files.connection;
+}
+
+void CreateFiles(const Location& location, const QString& adminUser, const QString& adminPassword,
+                 const PasswordCost& cost)
+{
+    RequireUserName(adminUser);
+    if (adminPassword.isEmpty())
+        throw Error(Kind::BadPassword);
+    NewFile database(location.database);
+    NewFile workgroup(location.workgroup);
+    const QByteArray hash = HashPassword(adminPassword, cost);
+    const QString databaseId = RandomText(24);
+    CreateDatabaseFile(database.TemporaryPath(), databaseId, adminUser);
+    CreateWorkgroupFile(workgroup.TemporaryPath(), databaseId, adminUser, hash);
+    workgroup.Publish();
+    database.Publish();
+    workgroup.Keep();
+    database.Keep();
+}
+
+std::unique_ptr<Workspace> SqliteWorkspace::Open(const Location& location, const QString& user,
+                                                 const QString& password, const OpenOptions& options)
+{
+    auto connection = OpenFiles(location, options);
+    const QString name = CheckLogon(*connection, user, password, options.passwordCost);
+    return std::unique_ptr<Workspace>(new SqliteWorkspace(
+        std::make_shared<Session>(Session{std::move(connection), name, options.passwordCost})));
+}
+
+SqliteWorkspace::SqliteWorkspace(std::shared_ptr<Session> session)
+    : m_session(std::move(session)),
+      m_database(std::make_shared<SqliteDatabase>(m_session->connection)),
+      m_users(m_session),
+      m_groups(m_session)
+{
+}
+
+std::unique_ptr<User> SqliteWorkspace::CreateUser(const QString& name, const QString& pid,
+                                                  const QString& password)
+{
+    m_session->RequireAdministrator();
+    RequireUserName(name);
+    if (password.isEmpty())
+        throw Error(Kind::BadPassword);
+    return std::make_unique<SqliteUser>(m_session, name, pid,
+                                        HashPassword(password, m_session->passwordCost));
+}
+
+} // namespace dao::sqlite

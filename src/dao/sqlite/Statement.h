@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVariantList>
+#include <string>
+#include <vector>
+
+struct sqlite3_stmt;
+
+namespace dao::sqlite {
+
+class Connection;
+
+// One prepared statement of a Connection, which outlives it. Parameters and columns count from 0. Once the
+// connection is closed every use raises Kind::Closed.
+class Statement {
+public:
+    Statement(Connection& connection, const QString& sql, bool kept);
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+    ~Statement();
+
+    const QStringList& ParameterNames() const { return m_parameterNames; } // without their prefix
+    const QStringList& ColumnNames() const { return m_columnNames; }
+    void CheckOpen() const { Handle(); }
+    // A statement that returns rows and changes nothing.
+    bool IsSelect() const;
+
+    void Bind(int parameter, const QVariant& value);
+    void Bind(const QVariantList& values);
+    // True when there is a row. Raises the engine's failure, after which the statement is reset.
+    bool Step();
+    QVariant Column(int column) const;
+    QVariantList Row() const;
+    // Back to before the first row; releases the locks that reading holds. Values stay bound.
+    void Reset() noexcept;
+    // The same, and forgets the values.
+    void Clear() noexcept;
+
+private:
+    enum class Meaning { Plain, Boolean, TimeStamp };
+
+    // The text read last from a column. Names, icon keys and the like come again from row to row, and sharing
+    // the text is cheaper than making it anew.
+    struct LastText {
+        std::string bytes;
+        QString text;
+    };
+
+    sqlite3_stmt* Handle() const;
+    void DescribeColumns();
+    const QString& Text(int column) const;
+
+    Connection& m_connection;
+    sqlite3_stmt* m_statement = nullptr;
+    QStringList m_parameterNames;
+    QStringList m_columnNames;
+    std::vector<Meaning> m_meanings;
+    mutable std::vector<LastText> m_lastTexts;
+};
+
+} // namespace dao::sqlite

@@ -1,0 +1,333 @@
+#include "DaoFixture.h"
+#include "dao/Maintenance.h"
+#include "dao/TextIds.h"
+#include "dao/sqlite/Migrations.h"
+#include "dao/sqlite/SqliteWorkspace.h"
+#include <QDir>
+#include <QFile>
+#include <sqlite3.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace dao;
+
+class FilesTest : public DaoTest {
+protected:
+    FilesTest() { m_workspace.reset(); }
+
+    static void Write(const QString& path, const QByteArray& contents)
+    {
+        QFile file(path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        file.write(contents);
+    }
+    static QByteArray Read(const QString& path)
+    {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+        return file.readAll();
+    }
+    // Runs SQL on a file without this program's help; checks nothing, as damage is what the tests are after.
+    static void Tamper(const QString& path, const char* sql)
+    {
+        sqlite3* handle = nullptr;
+        sqlite3_open(path.toUtf8().constData(), &handle);
+        sqlite3_exec(handle, sql, nullptr, nullptr, nullptr);
+        sqlite3_close(handle);
+    }
+    QStringList Entries()
+    {
+        return QDir(m_folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    }
+};
+
+// What `action` fails with when it is run as the user "nobody"; -1 for nothing.
+static int KindAsNobody(const std::function<void()>& action)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        if (setgid(65534) != 0 || setuid(65534) != 0)
+            _exit(250);
+        const auto kind = KindOf(action);
+        _exit(kind ? static_cast<int>(*kind) : 255);
+    }
+    int state = 0;
+    waitpid(child, &state, 0);
+    const int code = WIFEXITED(state) ? WEXITSTATUS(state) : 250;
+    return code == 255 ? -1 : code;
+}
+
+TEST_F(FilesTest, BadFilesAreToldApart)
+{
+    const QString database = m_location.database;
+    const QString workgroup = m_location.workgroup;
+    const QString other = m_folder.filePath("other.kyndb");
+    CreateDatabase(LocationOf(other), "Boss", "secret", PasswordCost::Lowest());
+    Write(m_folder.filePath("text"), QByteArray(5000, 'x'));
+    Write(m_folder.filePath("empty"), "");
+    Tamper(m_folder.filePath("foreign"), "create table t (a)");
+    Write(m_folder.filePath("newer.kyndb"), Read(database));
+    Tamper(m_folder.filePath("newer.kyndb"), "update file_info set value='7' where name='schema_version'");
+    Write(m_folder.filePath("newer.kynw"), Read(workgroup));
+    Tamper(m_folder.filePath("newer.kynw"), "update file_info set value='7' where name='schema_version'");
+    Write(m_folder.filePath("torn.kyndb"), Read(database).left(8192) + QByteArray(4096, '\xA5'));
+    Write(m_folder.filePath("torn.kynw"), Read(workgroup).left(4096));
+    struct Case {
+        QString database;
+        QString workgroup;
+        Kind kind;
+        QString named; // the first value
+    };
+    const auto in = [&](const char* name) { return m_folder.filePath(name); };
+    const Case cases[] = {
+        {"", workgroup, Kind::NoSuchFile, ""},
+        {in("missing"), workgroup, Kind::NoSuchFile, in("missing")},
+        {in("no/such/folder.kyndb"), workgroup, Kind::NoSuchFile, in("no/such/folder.kyndb")},
+        {m_folder.path(), workgroup, Kind::NotADatabase, m_folder.path()},
+        {"/dev/null", workgroup, Kind::NotADatabase, "/dev/null"},
+        {in("text"), workgroup, Kind::NotADatabase, in("text")},
+        {in("empty"), workgroup, Kind::NotADatabase, in("empty")},
+        {in("foreign"), workgroup, Kind::NotADatabase, in("foreign")},
+        {workgroup, workgroup, Kind::NotADatabase, workgroup},
+        {in("newer.kyndb"), workgroup, Kind::Newer, in("newer.kyndb")},
+        {in("torn.kyndb"), workgroup, Kind::Damaged, in("torn.kyndb")},
+        {"postgresql://boss:pw@server/fleet", "", Kind::ServerNotSupported, "postgresql://boss@server/fleet"},
+        {database, "", Kind::WorkgroupMissing, ""},
+        {database, in("missing"), Kind::WorkgroupMissing, in("missing")},
+        {database, in("text"), Kind::NotADatabase, in("text")},
+        {database, m_folder.path(), Kind::NotADatabase, m_folder.path()},
+        {database, database, Kind::NotADatabase, database},
+        {database, in("newer.kynw"), Kind::Newer, in("newer.kynw")},
+        {database, in("torn.kynw"), Kind::Damaged, in("torn.kynw")},
+        {database, in("other.kynw"), Kind::WorkgroupMismatch, in("other.kynw")},
+    };
+    const QStringList entries = Entries();
+    for (const Case& c : cases) {
+        const auto open = [&] { OpenWorkspace({c.database, c.workgroup}, "Boss", "secret", m_options); };
+        EXPECT_EQ(KindOf(open), c.kind) << c.database.toStdString() << ", " << c.workgroup.toStdString();
+        EXPECT_EQ(ValuesOf(open).value(0), c.named);
+    }
+    EXPECT_EQ(Entries(), entries); // nothing was created or left
+    EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
+}
+
+TEST_F(FilesTest, FilesLockedByOthers)
+{
+    for (const QString& path : {m_location.database, m_location.workgroup}) {
+        sqlite3* handle = nullptr;
+        ASSERT_EQ(sqlite3_open(path.toUtf8().constData(), &handle), SQLITE_OK);
+        ASSERT_EQ(sqlite3_exec(handle, "begin exclusive", nullptr, nullptr, nullptr), SQLITE_OK);
+        EXPECT_EQ(KindOf([&] { Open(); }), Kind::Locked);
+        EXPECT_EQ(ValuesOf([&] { Open(); }), QStringList({path}));
+        sqlite3_close(handle);
+    }
+}
+
+TEST_F(FilesTest, RightsOfTheOperatingSystem)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs to become another user";
+    const auto open = [&] { Open(); };
+    const auto create = [&] {
+        CreateDatabase(LocationOf(m_folder.filePath("new.kyndb")), "Boss", "x", PasswordCost::Lowest());
+    };
+    const QByteArray folder = m_folder.path().toUtf8();
+    const QByteArray database = m_location.database.toUtf8();
+    const QByteArray workgroup = m_location.workgroup.toUtf8();
+    struct Case {
+        int folder, database, workgroup;
+        int kind;
+    };
+    const Case cases[] = {
+        {0777, 0666, 0666, -1},
+        {0777, 0444, 0666, static_cast<int>(Kind::ReadOnly)},
+        {0777, 0666, 0444, static_cast<int>(Kind::ReadOnly)},
+        {0777, 0000, 0666, static_cast<int>(Kind::NotReadable)},
+        {0777, 0666, 0000, static_cast<int>(Kind::NotReadable)},
+        {0555, 0666, 0666, static_cast<int>(Kind::ReadOnly)}, // no place for the journal
+    };
+    for (const Case& c : cases) {
+        ASSERT_EQ(chmod(database, static_cast<mode_t>(c.database)), 0);
+        ASSERT_EQ(chmod(workgroup, static_cast<mode_t>(c.workgroup)), 0);
+        ASSERT_EQ(chmod(folder, static_cast<mode_t>(c.folder)), 0);
+        EXPECT_EQ(KindAsNobody(open), c.kind)
+            << std::oct << c.folder << ' ' << c.database << ' ' << c.workgroup;
+    }
+    EXPECT_EQ(KindAsNobody(create), static_cast<int>(Kind::CannotCreate));
+    chmod(folder, 0700);
+}
+
+TEST_F(FilesTest, CreationLeavesBothFilesOrNone)
+{
+    const auto in = [&](const char* name) { return m_folder.filePath(name); };
+    Write(in("taken.kynw"), "mine");
+    struct Case {
+        Location location;
+        const char* user;
+        const char* password;
+        Kind kind;
+    };
+    const Case cases[] = {
+        {m_location, "Boss", "x", Kind::FileExists},
+        {LocationOf(in("taken.kyndb")), "Boss", "x", Kind::FileExists},
+        {LocationOf(in("no/folder.kyndb")), "Boss", "x", Kind::CannotCreate},
+        {{in("a.kyndb"), in("no/a.kynw")}, "Boss", "x", Kind::CannotCreate},
+        {{in("a.kyndb"), in("a.kyndb")}, "Boss", "x", Kind::FileExists},
+        {{in("a.kyndb"), ""}, "Boss", "x", Kind::CannotCreate},
+        {LocationOf(in("a.kyndb")), "Boss", "", Kind::BadPassword},
+        {LocationOf(in("a.kyndb")), "", "x", Kind::BadUserName},
+        {LocationOf("postgresql://server/db"), "Boss", "x", Kind::ServerNotSupported},
+    };
+    const QStringList entries = Entries();
+    for (const Case& c : cases) {
+        EXPECT_EQ(KindOf([&] { CreateDatabase(c.location, c.user, c.password, PasswordCost::Lowest()); }),
+                  c.kind)
+            << c.location.database.toStdString();
+        EXPECT_EQ(Entries(), entries);
+    }
+    EXPECT_EQ(Read(in("taken.kynw")), "mine");
+}
+
+TEST(LocationTest, WorkgroupFileStandsBesideTheDatabase)
+{
+    const QStringList cases[] = {
+        {"/data/site.kyndb", "/data/site.kynw"},
+        {"site.kyndb", "site.kynw"},
+        {"./site.kyndb", "./site.kynw"},
+        {"/a.b/c.d.kyndb", "/a.b/c.d.kynw"},
+        {"/data/plain", "/data/plain.kynw"},
+        {"", ""},
+        {"postgresql://host/db", ""},
+    };
+    for (const QStringList& c : cases)
+        EXPECT_EQ(LocationOf(c[0]).workgroup, c[1]);
+}
+
+class MigrationTest : public FilesTest {
+protected:
+    sqlite::MigrationResult Migrate(const QList<sqlite::Migration>& later)
+    {
+        auto migrations = sqlite::MigrationsOf(sqlite::FileKind::Database);
+        migrations.append(later);
+        return sqlite::Migrate(m_location.database, sqlite::FileKind::Database, migrations,
+                               m_options.busyTimeout);
+    }
+};
+
+TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
+{
+    EXPECT_TRUE(Migrate({}).copy.isEmpty());
+    Write(m_location.database + ".v1.bak", "kept from earlier");
+    m_workspace = Open();
+    AddAddress("Car", "1");
+    AddAddress("Ops", "2", 2);
+    Add("dynamic_regroup", {"group_id", "member_id", "pos"}, {{2, 1, 1}});
+    m_workspace.reset();
+    // Rebuilds a table that another one refers to, which needs references unchecked on the way.
+    const auto result =
+        Migrate({{2, "create table extra (id integer primary key); insert into extra values (5);"},
+                 {3, "create table a2 (address_id integer primary key, callsign); insert into a2 select "
+                     "address_id, callsign "
+                     "from address; drop table address; alter table a2 rename to address; insert into extra "
+                     "values (6);"}});
+    EXPECT_EQ(result.fromVersion, 1);
+    EXPECT_EQ(result.toVersion, 3);
+    EXPECT_EQ(result.copy, m_location.database + ".v1-2.bak");
+    EXPECT_EQ(Read(m_location.database + ".v1.bak"), "kept from earlier");
+    EXPECT_EQ(KindOf([&] { Open(); }), Kind::Newer); // for the program without these steps
+    EXPECT_EQ(ValuesOf([&] { Open(); }), QStringList({m_location.database, "3", "1"}));
+    const auto migrated = sqlite::Connection::Open(m_location.database, sqlite::Connection::Mode::ReadWrite,
+                                                   m_options.busyTimeout);
+    EXPECT_EQ(migrated->Value("select sum(id) + count(member_id) from extra, dynamic_regroup"), 13);
+    migrated->Close();
+    m_location.database = result.copy; // the copy is a whole database of the old schema
+    EXPECT_EQ(Open()->Database().SchemaVersion(), 1);
+}
+
+TEST_F(MigrationTest, FailureLeavesFileAndFolderAsTheyWere)
+{
+    const QStringList entries = Entries();
+    const QByteArray before = Read(m_location.database);
+    for (const char* sql :
+         {"create table extra (a); nonsense", "insert into dynamic_regroup values (8, 9, 1)"}) {
+        const auto migrate = [&] { Migrate({{2, "create table more (a)"}, {3, sql}}); };
+        EXPECT_EQ(KindOf(migrate), Kind::MigrationFailed) << sql;
+        EXPECT_EQ(ValuesOf(migrate), QStringList({m_location.database, "3"}));
+        EXPECT_EQ(Entries(), entries);
+        EXPECT_EQ(Read(m_location.database), before);
+    }
+    const auto user = Open();
+    user->BeginTrans();
+    EXPECT_EQ(KindOf([&] { Migrate({{2, "create table extra (a)"}}); }), Kind::Locked);
+    EXPECT_EQ(user->Database().SchemaVersion(), 1);
+}
+
+class MaintenanceTest : public FilesTest {
+protected:
+    QList<int> Check()
+    {
+        QList<int> ids;
+        for (const Finding& finding : CheckDatabase(m_location))
+            ids.append(finding.textId);
+        return ids;
+    }
+};
+
+TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
+{
+    EXPECT_EQ(Check(), QList<int>());
+    const QByteArray database = Read(m_location.database);
+    const QByteArray workgroup = Read(m_location.workgroup);
+    struct Case {
+        const char* databaseSql;
+        const char* workgroupSql;
+        QList<int> found;
+    };
+    const Case cases[] = {
+        {"drop table fleet", "", {textCheckTableMissing, textCheckIndexMissing, textCheckIndexMissing}},
+        {"drop index MemberPos", "", {textCheckIndexMissing}},
+        {"drop trigger event_no_delete", "", {textCheckAppendable}},
+        {"delete from stored_query where name='ungroup'", "", {textCheckQueryMissing}},
+        {"update stored_query set sql='select x from address' where name='ungroup'",
+         "",
+         {textCheckQueryFails}},
+        {"insert into dynamic_regroup values (8, 9, 1)", "", {textCheckReference, textCheckReference}},
+        {"delete from user_profile", "", {textCheckNoProfile}},
+        {"", "delete from membership where group_name='Admins'", {textCheckNoAdministrator}},
+        {"", "delete from account", {textCheckReference, textCheckReference, textCheckNoAccount}},
+        {"update file_info set value='0' where name='schema_version'", "", {textCheckOlder}},
+        {"update file_info set value='9' where name='schema_version'", "", {textNewer}},
+        {"", "update file_info set value='x' where name='database_id'", {textWorkgroupMismatch}},
+        {"insert into fleet values ('A', 1, 2, 3, 4, 5, null); pragma writable_schema=1; "
+         "update sqlite_schema set sql=replace(sql, 'prefix, base_ident', 'max_ident') where "
+         "name='i_fleetbase'",
+         "",
+         {textCheckDamage}},
+    };
+    for (const Case& c : cases) {
+        Tamper(m_location.database, c.databaseSql);
+        Tamper(m_location.workgroup, c.workgroupSql);
+        EXPECT_EQ(Check(), c.found) << c.databaseSql << c.workgroupSql;
+        Write(m_location.database, database);
+        Write(m_location.workgroup, workgroup);
+    }
+    m_location.database = m_folder.filePath("missing");
+    EXPECT_EQ(Check(), QList<int>({textNoSuchFile}));
+}
+
+TEST_F(MaintenanceTest, BackupIsAWholeDatabase)
+{
+    m_workspace = Open();
+    Add("status", {"status_code"}, {{7}});
+    const Location copy = LocationOf(m_folder.filePath("copy.kyndb"));
+    BackupDatabase(m_location, copy);
+    EXPECT_EQ(KindOf([&] { BackupDatabase(m_location, copy); }), Kind::FileExists);
+    EXPECT_EQ(KindOf([&] { BackupDatabase(m_location, LocationOf("/no/folder/x.kyndb")); }),
+              Kind::CannotCreate);
+    Add("status", {"status_code"}, {{8}});
+    m_location = copy;
+    EXPECT_EQ(Check(), QList<int>());
+    m_workspace = Open();
+    EXPECT_EQ(Sql("status", "status_code"), QStringList({"7"}));
+    EXPECT_EQ(MigrateDatabase(m_location).copies, QStringList());
+}
