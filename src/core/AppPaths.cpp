@@ -1,0 +1,22 @@
+#include "core/AppPaths.h"
+
+#include <QStandardPaths>
+
+namespace {
+
+QString Inside(QStandardPaths::StandardLocation location)
+{
+    return QStandardPaths::writableLocation(location) + u'/' + AppPaths::title;
+}
+
+} // namespace
+
+QString AppPaths::DataFolder()
+{
+    return Inside(QStandardPaths::GenericDataLocation);
+}
+
+QString AppPaths::DefaultSettingsFile()
+{
+    return Inside(QStandardPaths::GenericConfigLocation) + u'/' + title + ".ini";
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+class QWidget;
+struct IStringSource;
+
+// Fills a window's texts from the catalogue: every widget, action and the window itself that carries the
+// dynamic property "textId" gets that text as caption or text, "toolTipId" as tool tip, "accessibleNameId" as
+// accessible name, "placeholderId" as placeholder. Raises Error for an id that is in no catalogue.
+void LoadCaptions(QWidget& window, const IStringSource& strings);

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "dao/Location.h"
+
+#include <QString>
+#include <optional>
+
+// What somebody enters who sets up the database: a new one with its first administrator, or an existing one.
+struct FirstRunChoice {
+    bool create = true;
+    dao::Location location;
+    // For a new database only.
+    QString userName;
+    QString password;
+    QString repeated;
+};
+
+// A field of the entry that has to be corrected, and the catalogue sentence that says so.
+struct FirstRunProblem {
+    enum class Field { Database, Workgroup, UserName, Password };
+
+    Field field;
+    int textId;
+};
+
+// The first problem in the entry itself; whether the files can be made or opened is not looked at.
+std::optional<FirstRunProblem> CheckFirstRun(const FirstRunChoice& choice);
+
+// A typed path as an absolute one; a relative path starts in the user's data folder. A server's target, and
+// an empty text, stay as they are.
+QString FullPath(const QString& typed);

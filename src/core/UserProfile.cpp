@@ -1,0 +1,78 @@
+#include "core/UserProfile.h"
+
+#include "core/DbSession.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/StringSource.h"
+#include "core/TextIds.h"
+#include "dao/Workspace.h"
+
+#include <functional>
+
+namespace {
+
+// The operator's own row, current; nothing when the account has none.
+std::unique_ptr<dao::Recordset> FindOwnRow(IDbSession& session)
+{
+    auto rows = session.Database().OpenTable("user_profile");
+    rows->SetIndex("i_user");
+    rows->Seek(session.Workspace().UserName());
+    return rows->NoMatch() ? nullptr : std::move(rows);
+}
+
+void StoreLoggedOn(dao::Recordset& row, bool on)
+{
+    row.Edit();
+    row.SetField("logged_on", on);
+    row.Update();
+}
+
+// Tries until it succeeds or the operator declines.
+bool Retry(IPrompt& prompt, const IStringSource& strings, const std::function<void()>& attempt)
+{
+    for (;;) {
+        try {
+            attempt();
+            return true;
+        } catch (const std::exception& failure) {
+            ProgramLog::Write(QStringLiteral("User profile: %1").arg(QString::fromUtf8(failure.what())));
+        }
+        if (!prompt.AskQuestion(strings.LoadString(core::textUserProfileRetry)))
+            return false;
+    }
+}
+
+} // namespace
+
+UserProfile::UserProfile(IDbSession& session, IPrompt& prompt, const IStringSource& strings)
+    : m_session(session),
+      m_prompt(prompt),
+      m_strings(strings)
+{
+}
+
+void UserProfile::ReadUserProfile()
+{
+    Retry(m_prompt, m_strings, [this] {
+        m_marker.reset();
+        m_allowDr = false; // of the operator before
+        const auto row = FindOwnRow(m_session);
+        if (!row)
+            return;
+        m_marker = row->Field("profile_id").toInt();
+        m_allowDr = row->Field("allow_dr").toBool();
+        StoreLoggedOn(*row, true);
+    });
+}
+
+void UserProfile::ClearLoggedOnFlag()
+{
+    if (!m_marker)
+        return;
+    const bool cleared = Retry(m_prompt, m_strings, [this] {
+        if (const auto row = FindOwnRow(m_session))
+            StoreLoggedOn(*row, false);
+    });
+    if (cleared)
+        m_marker.reset();
+}

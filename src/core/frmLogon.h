@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+class LogonPause;
+struct IStringSource;
+namespace Ui {
+class frmLogon;
+}
+
+// Asks for user name and password until an attempt succeeds. A wrong password is said inside the dialog;
+// after several of them it takes a growing time until the next attempt is allowed, which is counted down.
+class frmLogon : public QDialog {
+    Q_OBJECT
+
+public:
+    enum class Outcome {
+        LoggedOn,      // the dialog is accepted
+        WrongPassword, // the dialog asks again
+        Failed,        // the dialog is rejected; the caller knows why
+    };
+    // Must not raise, since it is called from an event.
+    using Attempt = std::function<Outcome(const QString& userName, const QString& password)>;
+
+    // `pause` outlives the dialog, so that closing and opening it does not shorten the wait.
+    frmLogon(const IStringSource& strings, LogonPause& pause, Attempt attempt, QWidget* parent = nullptr);
+    ~frmLogon() override;
+
+    // Stands in the caption.
+    void SetAppName(const QString& name);
+    void SetUserName(const QString& name);
+
+public Q_SLOTS:
+    // Looks at the clock: shows how long to wait, or allows the next attempt. Called several times a second
+    // meanwhile.
+    void Tick();
+
+private:
+    void TryLogon();
+    void ShowMessage(const QString& text);
+
+    const IStringSource& m_strings;
+    LogonPause& m_pause;
+    Attempt m_attempt;
+    QString m_refusal; // what the message line says beside the countdown
+    QTimer m_timer;
+    std::unique_ptr<Ui::frmLogon> m_ui;
+};

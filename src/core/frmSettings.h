@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+class Settings;
+struct IBeeper;
+struct IDbSession;
+struct IPrompt;
+struct ISerialDefaults;
+struct IStringSource;
+namespace Ui {
+class frmSettings;
+}
+
+// What the settings dialog reads and stores; all must outlive it.
+struct SettingsServices {
+    IDbSession& session;
+    ISerialDefaults& serial;
+    Settings& settings;
+    IPrompt& prompt;
+    IBeeper& beeper;
+    const IStringSource& strings;
+};
+
+// Edits the operator's settings. Made once and hidden between uses; it reads all values each time it is
+// shown. Show it with exec(). When no file is configured it says so and does not appear.
+class frmSettings : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmSettings(const SettingsServices& services, QWidget* parent = nullptr);
+    ~frmSettings() override;
+
+    int exec() override;
+    void setVisible(bool visible) override;
+
+private:
+    bool Activate();
+    void LoadFiles();
+    void LoadSerial();
+    void LoadOptions();
+    void Save();
+    void Store(const QString& port);
+
+    SettingsServices m_services;
+    std::unique_ptr<Ui::frmSettings> m_ui;
+};

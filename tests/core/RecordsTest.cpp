@@ -1,0 +1,197 @@
+// What this library reads and writes in the open database: profile, registry, log records.
+
+#include "core/EventLog.h"
+#include "core/ProgramLog.h"
+#include "core/Registry.h"
+#include "core/StringSource.h"
+#include "core/UserProfile.h"
+#include "support/ScriptedPrompt.h"
+#include "support/TestDatabase.h"
+
+namespace {
+
+const QString retryQuestion = "Can't read or update user profile. Retry?";
+
+class RecordsTest : public testing::Test {
+protected:
+    // Makes the next uses of the session fail.
+    void FailNext(int uses)
+    {
+        session.onUse = [this, uses]() mutable {
+            if (uses-- > 0)
+                throw dao::Error(dao::Kind::Locked, {"the file"});
+            session.onUse = nullptr;
+        };
+    }
+
+    bool LoggedOnFlag()
+    {
+        const auto workspace = database.Open();
+        const auto rows = workspace->Database().OpenTable("user_profile");
+        rows->SetIndex("i_user");
+        rows->Seek(QString("admin"));
+        return rows->Field("logged_on").toBool();
+    }
+
+    CStringSourceImpl strings{QStringList{}};
+    TestDatabase database;
+    TestSession session{database};
+    ScriptedPrompt prompt;
+};
+
+TEST_F(RecordsTest, ProfileIsMarkedAndUnmarkedOnce)
+{
+    UserProfile profile(session, prompt, strings);
+    EXPECT_FALSE(profile.AllowDynamicRegrouping());
+    profile.ReadUserProfile();
+    EXPECT_TRUE(profile.Marker().has_value());
+    EXPECT_TRUE(LoggedOnFlag());
+
+    profile.ClearLoggedOnFlag();
+    EXPECT_FALSE(profile.Marker().has_value());
+    EXPECT_FALSE(LoggedOnFlag());
+    FailNext(1); // a second call touches nothing
+    profile.ClearLoggedOnFlag();
+    EXPECT_TRUE(session.onUse);
+}
+
+TEST_F(RecordsTest, TheRightComesFromTheRowAndNotFromTheOperatorBefore)
+{
+    database.AddOperator("guest", "guest");
+    const auto rows = session.Database().OpenTable("user_profile");
+    rows->SetIndex("i_user");
+    rows->Seek(QString("admin"));
+    rows->Edit();
+    rows->SetField("allow_dr", true);
+    rows->Update();
+
+    UserProfile profile(session, prompt, strings);
+    profile.ReadUserProfile();
+    EXPECT_TRUE(profile.AllowDynamicRegrouping());
+    profile.ClearLoggedOnFlag();
+
+    session.logonName = session.logonPassword = "guest";
+    session.Logon(true, true);
+    profile.ReadUserProfile(); // an account without a profile
+    EXPECT_FALSE(profile.Marker().has_value());
+    EXPECT_FALSE(profile.AllowDynamicRegrouping());
+    profile.ClearLoggedOnFlag();
+}
+
+TEST_F(RecordsTest, ProfileOffersRetries)
+{
+    UserProfile profile(session, prompt, strings);
+    FailNext(2);
+    prompt.ExpectQuestion(retryQuestion, true);
+    prompt.ExpectQuestion(retryQuestion, true);
+    profile.ReadUserProfile();
+    EXPECT_TRUE(profile.Marker().has_value());
+
+    FailNext(1);
+    prompt.ExpectQuestion(retryQuestion, false);
+    profile.ClearLoggedOnFlag();
+    EXPECT_TRUE(profile.Marker().has_value()) << "still to be cleared";
+    session.onUse = nullptr;
+    profile.ClearLoggedOnFlag();
+    EXPECT_FALSE(LoggedOnFlag());
+
+    FailNext(1);
+    prompt.ExpectQuestion(retryQuestion, false);
+    profile.ReadUserProfile();
+    EXPECT_FALSE(profile.Marker().has_value());
+}
+
+TEST_F(RecordsTest, RegistryAddsEditsAndNeverFails)
+{
+    EXPECT_EQ(RegistryGet(session, "ANN_FPP", "10"), "10");
+    RegistrySet(session, "ANN_FPP", "11");
+    RegistrySet(session, "ANN_FPP", "12");
+    EXPECT_EQ(RegistryGet(session, "ANN_FPP", "10"), "12");
+    RegistrySet(session, "ANN_FPP", "");
+    EXPECT_EQ(RegistryGet(session, "ANN_FPP", "10"), "");
+
+    session.Logoff();
+    RegistrySet(session, "ANN_FPP", "13");
+    EXPECT_EQ(RegistryGet(session, "ANN_FPP", "10"), "10");
+}
+
+class EventLogTest : public RecordsTest {
+protected:
+    // The only record of the last day that the station's address takes part in.
+    std::unique_ptr<dao::Recordset> Stored()
+    {
+        const auto query = session.Database().QueryDef("get_events");
+        query->SetParameter("MyAdr", "200");
+        query->SetParameter("MyCallsign", "Base");
+        query->SetParameter("TimeUnit", "d");
+        query->SetParameter("TimeVal", 1);
+        return query->OpenSnapshot();
+    }
+
+    EventLog log{session, strings};
+    const QDateTime time = QDateTime::currentDateTime().addSecs(-60);
+};
+
+TEST_F(EventLogTest, StoresTheRecordAsItIs)
+{
+    log.AppendLogRecord(time, EventType::Text,
+                        QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
+                                          "e; 'x'"),
+                        "Car 1", "200");
+    const auto record = Stored();
+    ASSERT_FALSE(record->Eof());
+    EXPECT_EQ(record->Field("time_stamp").toDateTime(), time);
+    EXPECT_EQ(record->Field("event_type").toInt(), 2);
+    EXPECT_EQ(record->Field("Desc").toString(), QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
+                                                                  "e; 'x'"));
+    EXPECT_EQ(record->Field("from_address").toString(), "Car 1");
+    EXPECT_EQ(record->Field("to_address").toString(), "200");
+}
+
+TEST_F(EventLogTest, CutsTheDescriptionToItsFieldWithoutHalfCharacters)
+{
+    const int size = session.Database().FieldSize("event", "desc");
+    ASSERT_GT(size, 0);
+    const QString picture = QString::fromUtf8("\xF0\x9F\x93\xBB");
+    log.AppendLogRecord(time, EventType::Text, picture.repeated(size + 1), "Car 1", "200");
+    EXPECT_EQ(Stored()->Field("Desc").toString(), picture.repeated(size));
+}
+
+TEST_F(EventLogTest, WhatCannotBeStoredIsInTheProgramsLogFile)
+{
+    QTemporaryDir folder;
+    ProgramLog::Open(folder.path());
+    FailNext(1);
+    try {
+        log.AppendLogRecord(time, EventType::Call, "Voice\nline", "Car 1", "200");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_EQ(error.Description(),
+                  "the file is locked by another program or workstation. Please try again.");
+    }
+    QFile file(ProgramLog::FileName());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QByteArray contents = file.readAll();
+    EXPECT_EQ(contents.count('\n'), 1);
+    EXPECT_TRUE(contents.contains("type 3, desc \"Voice\\nline\", from \"Car 1\", to \"200\""))
+        << contents.toStdString();
+}
+
+TEST(ProgramLogTest, KeepsOneOlderGeneration)
+{
+    QTemporaryDir folder;
+    ProgramLog::Open(folder.filePath("made/here"));
+    const QString line(1000, u'x');
+    for (int i = 0; i < 5000; ++i)
+        ProgramLog::Write(QString("%1 %2").arg(i).arg(line));
+    const QFileInfo current(ProgramLog::FileName()), older(ProgramLog::FileName() + ".1");
+    EXPECT_GT(current.size(), 0);
+    EXPECT_LE(current.size(), 2 * 1024 * 1024);
+    EXPECT_GT(older.size(), 1024 * 1024);
+    EXPECT_LE(older.size(), 2 * 1024 * 1024);
+    QFile file(ProgramLog::FileName());
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_TRUE(file.readAll().contains(" 4999 xxx"));
+}
+
+} // namespace

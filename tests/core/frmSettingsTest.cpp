@@ -1,0 +1,188 @@
+#include "core/frmSettings.h"
+
+#include "core/DbSession.h"
+#include "core/Errors.h"
+#include "core/SerialDefaults.h"
+#include "core/Settings.h"
+#include "core/StringSource.h"
+#include "core/TextIds.h"
+#include "support/DialogDriver.h"
+#include "support/FakeBeeper.h"
+#include "support/QtPrinters.h"
+#include "support/ScriptedPrompt.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QTemporaryDir>
+
+using driver::Child;
+using driver::Click;
+using driver::Type;
+
+namespace {
+
+struct FakeSerial : ISerialDefaults {
+    QString DefaultPort() const override { return port; }
+    void SetDefaultPort(const QString& value) override { port = value; }
+    int DefaultBaud() const override { return baud; }
+    void SetDefaultBaud(int value) override { baud = value; }
+
+    QString port = "COM2";
+    int baud = 9600;
+};
+
+// Only its paths are used.
+struct FakeSession : IDbSession {
+    dao::Workspace& Workspace() override { throw Error(ErrorCode::General, {}); }
+    dao::Database& Database() override { throw Error(ErrorCode::General, {}); }
+    QString MakePID(const QString&, const QString&) override { return {}; }
+    QString WorkgroupFile() const override { return Given(workgroup); }
+    void SetWorkgroupFile(const QString& path) override { workgroup = path; }
+    QString DatabaseFile() const override { return Given(database); }
+    void SetDatabaseFile(const QString& path) override { database = path; }
+    void SetAppName(const QString&) override {}
+    void SetSettingsSection(const QString&) override {}
+    void Logon(bool, bool) override {}
+    void Logoff() override {}
+    bool IsOpen() const override { return false; }
+    QString SelectWorkgroupFile() override { return Given(picked); }
+    QString SelectDatabaseFile() override { return Given(picked); }
+    bool IsMemberOf(const QString&) override { return false; }
+
+    static QString Given(const QString& path)
+    {
+        if (path.isEmpty())
+            throw Error(ErrorCode::NoFile, "no file");
+        return path;
+    }
+
+    QString workgroup = "/old.kynw", database = "/old.kyndb", picked;
+};
+
+class frmSettingsTest : public testing::Test {
+protected:
+    void SetUp() override { form.setObjectName("frmSettings"); }
+
+    QTemporaryDir folder;
+    CStringSourceImpl strings{QStringList{}};
+    FakeSession session;
+    FakeSerial serial;
+    Settings settings{folder.filePath("settings.ini"), strings};
+    ScriptedPrompt prompt;
+    FakeBeeper beeper;
+    frmSettings form{{session, serial, settings, prompt, beeper, strings}};
+    QLineEdit& databaseField = Child<QLineEdit>(form, "txtDbFile");
+    QComboBox& port = Child<QComboBox>(form, "cmbPort");
+    QComboBox& rate = Child<QComboBox>(form, "cmbBaudRate");
+};
+
+TEST_F(frmSettingsTest, ShowsWhatIsStoredAndStoresWhatIsEntered)
+{
+    settings.SetPrintfEscapes(true);
+    form.show();
+    EXPECT_EQ(form.windowTitle(), "Settings");
+    EXPECT_EQ(databaseField.text(), "/old.kyndb");
+    EXPECT_EQ(Child<QLineEdit>(form, "txtSysFile").text(), "/old.kynw");
+    EXPECT_EQ(port.currentText(), "COM2");
+    EXPECT_EQ(rate.currentText(), "9600");
+    EXPECT_TRUE(Child<QCheckBox>(form, "chkNotifyWithBeep").isChecked());
+    EXPECT_TRUE(Child<QCheckBox>(form, "chkPrintfEscapes").isChecked());
+
+    Type(form, "txtDbFile", " /new, x.kyndb");
+    Type(form, "txtSysFile", "");
+    Type(form, "cmbPort", " COM7 ");
+    QTest::keyClick(&rate, Qt::Key_Up);
+    Click(form, "chkNotifyWithBeep");
+    Click(form, "cmdSave");
+    EXPECT_FALSE(form.isVisible());
+    EXPECT_EQ(session.database, " /new, x.kyndb");
+    EXPECT_EQ(session.workgroup, "");
+    EXPECT_EQ(serial.port, "COM7");
+    EXPECT_EQ(serial.baud, 1200);
+    EXPECT_FALSE(settings.BeepNotify());
+    EXPECT_TRUE(settings.PrintfEscapes());
+
+    session.workgroup = "/w";
+    form.show();
+    EXPECT_EQ(port.currentText(), "COM7");
+}
+
+TEST_F(frmSettingsTest, ABlankPortIsRefused)
+{
+    form.show();
+    Type(form, "cmbPort", "   ");
+    prompt.ExpectInfo("Please select the serial port.");
+    Click(form, "cmdSave");
+    EXPECT_TRUE(form.isVisible());
+    EXPECT_EQ(beeper.beeps, 1);
+    EXPECT_EQ(form.focusWidget(), &port);
+    EXPECT_EQ(serial.port, "COM2");
+}
+
+TEST_F(frmSettingsTest, ARateThatIsNotInTheListStays)
+{
+    serial.baud = 4800;
+    form.show();
+    EXPECT_EQ(rate.currentIndex(), -1);
+    Click(form, "cmdSave");
+    EXPECT_EQ(serial.baud, 4800);
+}
+
+TEST_F(frmSettingsTest, ClosingAndCancellingStoreNothing)
+{
+    const std::function<void()> ways[] = {[&] { Click(form, "cmdCancel"); }, [&] { form.close(); },
+                                          [&] { QTest::keyClick(&form, Qt::Key_Escape); }};
+    for (const auto& leave : ways) {
+        form.show();
+        Type(form, "cmbPort", "COM9");
+        Type(form, "txtDbFile", "x");
+        leave();
+        EXPECT_FALSE(form.isVisible());
+        EXPECT_EQ(serial.port, "COM2");
+        EXPECT_EQ(session.database, "/old.kyndb");
+    }
+    form.show();
+    EXPECT_EQ(port.currentText(), "COM2");
+}
+
+TEST_F(frmSettingsTest, PickersFillTheirFieldUnlessTheyFail)
+{
+    form.show();
+    Click(form, "cmdSelDbFile");
+    EXPECT_EQ(databaseField.text(), "/old.kyndb");
+    session.picked = "/picked";
+    Click(form, "cmdSelDbFile");
+    EXPECT_EQ(databaseField.text(), "/picked");
+    Click(form, "cmdSelSysFile");
+    EXPECT_EQ(Child<QLineEdit>(form, "txtSysFile").text(), "/picked");
+}
+
+TEST_F(frmSettingsTest, WithoutAFileItSaysSoAndStaysAway)
+{
+    session.database.clear();
+    prompt.ExpectError("Please select a file. The program won't proceed until you do it.");
+    EXPECT_EQ(form.exec(), QDialog::Rejected);
+    EXPECT_FALSE(form.isVisible());
+}
+
+TEST_F(frmSettingsTest, OtherFailuresAreShownAndTheDialogStays)
+{
+    settings.Write("prefs", "beepnotify", "maybe");
+    prompt.ExpectError("Settings, section [prefs], beepnotify: \"maybe\" is neither True nor False.");
+    const driver::WhenShown shown("frmSettings", [this](QWidget& dialog) {
+        EXPECT_EQ(port.currentText(), "COM2");
+        QFile::remove(settings.FileName());
+        ASSERT_TRUE(QDir().mkpath(settings.FileName())); // nothing can be stored now
+        prompt.ExpectError(
+            QString("The settings file %1 cannot be read: Is a directory").arg(settings.FileName()));
+        Click(dialog, "cmdSave");
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.close();
+    });
+    EXPECT_EQ(form.exec(), QDialog::Rejected);
+}
+
+} // namespace

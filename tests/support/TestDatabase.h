@@ -1,0 +1,114 @@
+#pragma once
+
+#include "core/DbSession.h"
+#include "core/Errors.h"
+#include "dao/Workspace.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <functional>
+#include <stdexcept>
+
+// A real database with one administrator in a folder of its own. Making one takes a while, so it is made once
+// and then copied.
+class TestDatabase {
+    QTemporaryDir m_folder;
+
+public:
+    static constexpr auto userName = "admin";
+    static constexpr auto password = "secret";
+
+    TestDatabase()
+    {
+        const dao::Location model = Model();
+        if (!QFile::copy(model.database, location.database) ||
+            !QFile::copy(model.workgroup, location.workgroup))
+            throw std::runtime_error("the test database cannot be copied");
+    }
+
+    static dao::OpenOptions Options()
+    {
+        dao::OpenOptions options;
+        options.passwordCost = dao::PasswordCost::Lowest();
+        return options;
+    }
+
+    std::unique_ptr<dao::Workspace> Open(const QString& user = userName, const QString& pass = password,
+                                         const dao::OpenOptions& options = Options()) const
+    {
+        return dao::OpenWorkspace(location, user, pass, options);
+    }
+
+    // Adds an operator, a member of "Users" without a profile.
+    void AddOperator(const QString& name, const QString& pass) const
+    {
+        const auto workspace = Open();
+        workspace->Users().Append(*workspace->CreateUser(name, "PID0123456789", pass));
+        workspace->Users().Item(name)->Groups().Append(dao::usersGroup);
+    }
+
+    QString Folder() const { return m_folder.path(); }
+
+    const dao::Location location = dao::LocationOf(m_folder.filePath("test.kyndb"));
+
+private:
+    static dao::Location Model()
+    {
+        static const QTemporaryDir folder;
+        static const dao::Location model = [] {
+            const dao::Location made = dao::LocationOf(folder.filePath("model.kyndb"));
+            dao::CreateDatabase(made, userName, password, dao::PasswordCost::Lowest());
+            return made;
+        }();
+        return model;
+    }
+};
+
+// A session that is logged on without a dialog.
+class TestSession : public IDbSession {
+public:
+    explicit TestSession(const TestDatabase& database,
+                         const dao::OpenOptions& options = TestDatabase::Options())
+        : m_database(database),
+          m_options(options)
+    {
+        Logon(true, true);
+    }
+
+    // Called before every use of the workspace and the database; what it raises the user gets.
+    std::function<void()> onUse;
+    // With whom Logon logs on.
+    QString logonName = TestDatabase::userName;
+    QString logonPassword = TestDatabase::password;
+
+    dao::Workspace& Workspace() override
+    {
+        if (onUse)
+            onUse();
+        if (!m_workspace)
+            throw Error(ErrorCode::General, "nobody is logged on");
+        return *m_workspace;
+    }
+    dao::Database& Database() override { return Workspace().Database(); }
+    QString MakePID(const QString&, const QString&) override { return "PID01234567890123456"; }
+    QString WorkgroupFile() const override { return m_database.location.workgroup; }
+    void SetWorkgroupFile(const QString&) override {}
+    QString DatabaseFile() const override { return m_database.location.database; }
+    void SetDatabaseFile(const QString&) override {}
+    void SetAppName(const QString&) override {}
+    void SetSettingsSection(const QString&) override {}
+    void Logon(bool, bool) override { m_workspace = m_database.Open(logonName, logonPassword, m_options); }
+    void Logoff() override { m_workspace.reset(); }
+    bool IsOpen() const override { return m_workspace != nullptr; }
+    QString SelectWorkgroupFile() override { return {}; }
+    QString SelectDatabaseFile() override { return {}; }
+    bool IsMemberOf(const QString& group) override
+    {
+        return Workspace().Users().Item(m_workspace->UserName())->Groups().Contains(group);
+    }
+
+private:
+    const TestDatabase& m_database;
+    dao::OpenOptions m_options;
+    std::unique_ptr<dao::Workspace> m_workspace;
+};

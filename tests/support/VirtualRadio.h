@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/Errors.h"
+#include "radio/RadioPort.h"
+#include "simulator/Radio.h"
+#include "support/FakeClock.h"
+
+#include <QByteArray>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+
+// A simulated radio with its network at the other end of a line without hardware, in the time of a fake clock. The line
+// carries the real octets; what one end writes the other reads at the next Step.
+class VirtualRadio {
+public:
+    VirtualRadio(FakeClock& clock, sim::Scenario scenario)
+        : radio(std::move(scenario), map27::LinkParameters::ForBitRate(9600), 1), m_clock(clock)
+    {
+    }
+
+    // For the radio control: every name leads here while the line is plugged in.
+    std::function<std::unique_ptr<RadioPort>(const QString&, int)> Ports()
+    {
+        return [this](const QString&, int) { return std::make_unique<Port>(*this); };
+    }
+
+    // One round of both directions and of the radio's own timers.
+    void Step()
+    {
+        const QByteArray octets = std::exchange(m_toRadio, {});
+        if (!octets.isEmpty()) {
+            const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
+            Transmit(radio.Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
+        }
+        Transmit(radio.OnTime(Now()));
+        const QByteArray answer = std::exchange(m_fromRadio, {});
+        if (!answer.isEmpty() && m_port)
+            Q_EMIT m_port->Received(answer);
+    }
+
+    // What happens on the air side; fails the test when it cannot.
+    void Perform(const sim::Action& action)
+    {
+        sim::Radio::Result result = radio.Perform(action, Now());
+        EXPECT_EQ(result.problem, "");
+        Transmit(result.output);
+    }
+
+    // Pulls the cable out; the console's port reports it.
+    void Unplug()
+    {
+        plugged = false;
+        if (m_port) {
+            Port* port = m_port;
+            port->Close();
+            Q_EMIT port->Failed(QStringLiteral("unplugged"));
+        }
+    }
+
+    sim::Radio radio;
+    bool plugged = true;
+
+private:
+    class Port : public RadioPort {
+    public:
+        explicit Port(VirtualRadio& owner) : m_owner(owner) {}
+        ~Port() override { Close(); }
+
+        void Open(bool wait) override
+        {
+            if (m_owner.plugged) {
+                m_owner.m_port = this;
+                m_owner.Transmit(m_owner.radio.Connect(m_owner.Now()));
+                if (!wait)
+                    Q_EMIT Opened();
+            } else if (wait) {
+                throw Error(ErrorCode::General, QStringLiteral("unplugged"));
+            } else {
+                Q_EMIT Failed(QStringLiteral("unplugged"));
+            }
+        }
+        void Close() override
+        {
+            if (!IsOpen())
+                return;
+            m_owner.m_port = nullptr;
+            m_owner.m_toRadio.clear();
+            m_owner.radio.Disconnect(m_owner.Now());
+            m_owner.m_fromRadio.clear();
+        }
+        bool IsOpen() const override { return m_owner.m_port == this; }
+        void Write(const QByteArray& octets) override { m_owner.m_toRadio += octets; }
+
+    private:
+        VirtualRadio& m_owner;
+    };
+
+    void Transmit(const sim::RadioOutput& output)
+    {
+        for (const map27::Octets& frame : output.frames)
+            m_fromRadio.append(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size()));
+    }
+    sim::TimePoint Now() const { return sim::TimePoint{m_clock.Ticks()}; }
+
+    FakeClock& m_clock;
+    Port* m_port = nullptr;
+    QByteArray m_toRadio;
+    QByteArray m_fromRadio;
+};
