@@ -1,0 +1,72 @@
+#pragma once
+
+#include "simulator/Air.h"
+#include "simulator/Attempt.h"
+
+#include <functional>
+
+namespace sim {
+
+// The radio's one call, made or taken, with its hook and its transmit key.
+class CallService {
+public:
+    enum class State {
+        Idle,
+        SettingUp, // outgoing, not yet connected
+        Ringing,   // incoming, to be answered
+        Answering, // off hook, not yet connected
+        Connected,
+    };
+
+    // `hookChanged` is called after every change of hook or transmit key that the console is to hear of.
+    CallService(Air& air, std::function<void()> hookChanged);
+
+    State GetState() const { return m_state; }
+    bool OffHook() const { return m_state == State::Answering || m_state == State::Connected; }
+    bool Transmitting() const { return m_transmitting; }
+
+    // A4 or A5 of the console; the radio has seen to it that nothing else is open and the address can be
+    // called.
+    void SetUp(const map27::CallMessage& message);
+    // Hook and transmit key as the console wants them.
+    void Control(const map27::RadioControlMessage& control);
+    // 86 or A6 of the console. Nothing when there is no call: it may have crossed the news of the end.
+    void Clear();
+
+    // A call for this radio. Why it cannot come in, in plain words; empty when it does. It takes the place of
+    // a call that is being set up, and an emergency call that of any other.
+    std::string ComeIn(const CallAction& call);
+    // The other side hangs up or stops ringing. Why it cannot, in plain words.
+    std::string HangUpByOther();
+
+    // Everything ends: with the word that there is no service, or without a word.
+    void LoseService();
+    void Drop();
+
+private:
+    void TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, Milliseconds talk);
+    void Connect(Milliseconds talk);
+    void Answer();
+    void EndFirst();
+    void End();
+    void StartLimit();
+    map27::CallMessage IncomingMessage(const CallAction& call) const;
+    void TellSetUp(map27::AckOutcome outcome, std::uint8_t cause);
+    void TellReceive(map27::AckOutcome outcome, std::uint8_t cause);
+    void TellCleared(bool abnormal, std::uint8_t cause);
+    void Refuse(std::uint8_t reason);
+
+    Air& m_air;
+    std::function<void()> m_hookChanged;
+    State m_state = State::Idle;
+    bool m_transmitting = false;
+    map27::Party m_party; // the other side, as told to the console
+    Milliseconds m_hangUpAfter{};
+    Attempt m_attempt;
+    Timer m_ringing; // the caller gives up, or the answer takes effect
+    Timer m_talk;    // the other side hangs up
+    Timer m_warning; // of the maximum call time
+    Timer m_limit;
+};
+
+} // namespace sim

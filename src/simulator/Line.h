@@ -1,0 +1,61 @@
+#pragma once
+
+#include "simulator/Faults.h"
+#include "simulator/FrameSplitter.h"
+#include "simulator/Pacer.h"
+
+#include "map27/Causes.h"
+
+namespace sim {
+
+// A frame as it was on the wire, for the trace. The time is that of its last octet; a frame that never
+// reached the wire has the time at which it would have set out.
+struct TracedFrame {
+    TimePoint at;
+    map27::Direction direction;
+    map27::Octets frame;
+    Fault fault = Fault::None;
+};
+
+// What arrives at the two ends.
+struct LineOutput {
+    map27::Octets toRadio;
+    map27::Octets toConsole;
+    std::vector<TracedFrame> traced;
+};
+
+// The serial line between console and radio, with its speed and its faults. Knows no clock.
+class Line {
+public:
+    Line(unsigned bitsPerSecond, const FaultSettings& faults, std::uint64_t seed);
+
+    void PushFromConsole(map27::OctetSpan octets, TimePoint now) { m_fromConsole.Push(octets, now); }
+    void PushFromRadio(map27::Octets frame, TimePoint now);
+
+    // What has arrived since the last call.
+    LineOutput Take(TimePoint now);
+    Deadline NextDeadline() const;
+
+    void SetSilent(bool silent) { m_faults.SetSilent(silent); }
+    // Whatever is under way is lost.
+    void Clear();
+
+private:
+    struct FrameUnderWay {
+        map27::Octets frame;
+        Fault fault;
+        std::size_t octetsLeft;
+    };
+
+    void TakeFromConsole(TimePoint now, LineOutput& output);
+    void TakeFromRadio(TimePoint now, LineOutput& output);
+
+    Faults m_faults;
+    Pacer m_fromConsole;
+    Pacer m_fromRadio;
+    FrameSplitter m_splitter;
+    std::deque<FrameUnderWay> m_underWay; // from the radio
+    std::vector<TracedFrame> m_lost;      // from the radio, not yet traced
+};
+
+} // namespace sim

@@ -1,0 +1,83 @@
+#include "simulator/MessageService.h"
+
+#include "simulator/Outcome.h"
+
+#include <algorithm>
+
+namespace sim {
+
+namespace {
+
+constexpr std::uint8_t causeAborted = 0x08;
+constexpr std::uint8_t causeTooLong = 0x05;
+constexpr std::uint8_t causeCodingImpossible = 0x06;
+
+bool IsDigit(std::uint8_t octet)
+{
+    return (octet >= '0' && octet <= '9') || octet == '*' || octet == '#' || octet == 0;
+}
+
+// Whether every octet is a character of the coding.
+bool CanBeCoded(const map27::ShortData& data)
+{
+    const auto all = [&](auto isCharacter) { return std::ranges::all_of(data.octets, isCharacter); };
+    switch (data.coding) {
+    case map27::Coding::Ccitt5:
+    case map27::Coding::TelexAscii:
+        return all([](std::uint8_t octet) { return octet < 0x80; });
+    case map27::Coding::BcdAscii:
+        return all(IsDigit);
+    case map27::Coding::Bcd:
+        return all([](std::uint8_t octet) { return octet <= 0x0F; });
+    case map27::Coding::Telex:
+        return all([](std::uint8_t octet) { return octet <= 0x1F; });
+    default:
+        return true;
+    }
+}
+
+} // namespace
+
+void MessageService::Send(const map27::StatusMessage& message)
+{
+    if (message.status > 31)
+        m_air.console.Tell(map27::ProtocolInfoMessage{map27::ProtocolReason::CodingNotSupported});
+    else
+        Start(message.party, Service::Status);
+}
+
+void MessageService::Send(const map27::ShortDataMessage& message)
+{
+    if (!map27::IsKnown(message.data.coding))
+        m_air.console.Tell(map27::ProtocolInfoMessage{map27::ProtocolReason::CodingNotSupported});
+    else if (!CanBeCoded(message.data))
+        m_air.console.Tell(map27::ClearMessage{true, message.party.address, causeCodingImpossible});
+    else if (!map27::Fits(message.data, message.size))
+        m_air.console.Tell(map27::ClearMessage{true, message.party.address, causeTooLong});
+    else
+        Start(message.party, Service::Text);
+}
+
+void MessageService::Cancel()
+{
+    if (!IsOpen())
+        return;
+    m_attempt.Stop();
+    Acknowledge(map27::AckOutcome::Negative, causeAborted);
+}
+
+void MessageService::Start(const map27::Party& called, Service service)
+{
+    m_party = m_air.AcknowledgedParty(called);
+    const Reaction reaction = m_air.scenario.fleet.ReactionOf(called, service);
+    m_attempt.Start(StepsOf(reaction, service), [this](StepOutcome outcome, std::uint8_t cause) {
+        Acknowledge(AckOutcomeOf(outcome), cause);
+    });
+}
+
+void MessageService::Acknowledge(map27::AckOutcome outcome, std::uint8_t cause)
+{
+    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Message, m_party, cause});
+}
+
+} // namespace sim

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "simulator/Air.h"
+#include "simulator/Attempt.h"
+
+namespace sim {
+
+// Statuses and texts that the console sends: one at a time, D0 on the way if the called radio is so, then C0
+// or E0.
+class MessageService {
+public:
+    explicit MessageService(Air& air) : m_air(air), m_attempt(air.schedule) {}
+
+    // The radio has seen to it that nothing else is open.
+    void Send(const map27::StatusMessage& message);
+    // Tells the console at once when the data cannot go over the air.
+    void Send(const map27::ShortDataMessage& message);
+
+    bool IsOpen() const { return m_attempt.IsOpen(); }
+
+    // The console gives up; it is told that the message has ended.
+    void Cancel();
+    // The message ends without a word.
+    void Drop() { m_attempt.Stop(); }
+
+private:
+    void Start(const map27::Party& called, Service service);
+    void Acknowledge(map27::AckOutcome outcome, std::uint8_t cause);
+
+    Air& m_air;
+    Attempt m_attempt;
+    map27::Party m_party; // as acknowledgements name it
+};
+
+} // namespace sim

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "map27/Messages.h"
+#include "simulator/Fleet.h"
+
+namespace sim {
+
+// "status 5 to Unit20 (0/2)", "text \"HELLO\" to ...", "emergency call to Group90 (0/7000)" of what the
+// console sent; empty for everything that is no status, text or call.
+std::string DescribeRequest(const map27::ToRadio& message, const Fleet& fleet);
+
+} // namespace sim

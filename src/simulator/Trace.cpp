@@ -1,0 +1,15 @@
+#include "simulator/Trace.h"
+
+namespace sim {
+
+std::string TraceLine(const TracedFrame& frame)
+{
+    std::string line = "{\"ms\":" + std::to_string(frame.at.time_since_epoch().count());
+    line += frame.direction == map27::Direction::ToRadio ? ",\"dir\":\"D>R\"" : ",\"dir\":\"R>D\"";
+    line += ",\"frame\":\"" + map27::ToHex(frame.frame) + '"';
+    if (frame.fault != Fault::None)
+        line += std::string(",\"fault\":\"") + FaultText(frame.fault) + '"';
+    return line + '}';
+}
+
+} // namespace sim

@@ -1,0 +1,67 @@
+#include "simulator/Program.h"
+#include "simulator/main/SignalWatch.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+constexpr int failed = 1;
+constexpr int wrongArguments = 2;
+
+void PrintOut(const std::string& text)
+{
+    std::fputs(text.c_str(), stdout);
+    std::fflush(stdout);
+}
+
+void PrintLog(const std::string& line)
+{
+    std::fprintf(stderr, "veltorkyn-radio: %s\n", line.c_str());
+}
+
+std::string VersionText()
+{
+    return "veltorkyn-radio " + std::to_string(VELTORKYN_VERSION_MAJOR) + '.' +
+           std::to_string(VELTORKYN_VERSION_MINOR) + '.' + std::to_string(VELTORKYN_VERSION_PATCH) + '\n';
+}
+
+int Run(const sim::Options& options)
+{
+    try {
+        sim::SignalWatch signalWatch;
+        QObject::connect(&signalWatch, &sim::SignalWatch::Ended, qApp, &QCoreApplication::quit);
+        sim::Program program(options, {PrintOut, PrintLog});
+        PrintOut("ready: " + program.PortName().toStdString() + '\n');
+        program.ReadCommands(STDIN_FILENO);
+        return QCoreApplication::exec();
+    } catch (const std::exception& error) {
+        PrintLog(error.what());
+        return failed;
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    QCoreApplication application(argc, argv);
+    const auto parsed = sim::ParseOptions(QCoreApplication::arguments().mid(1));
+    if (std::holds_alternative<sim::HelpWanted>(parsed)) {
+        PrintOut(sim::OptionsHelp());
+        return 0;
+    }
+    if (std::holds_alternative<sim::VersionWanted>(parsed)) {
+        PrintOut(VersionText());
+        return 0;
+    }
+    if (const auto* problem = std::get_if<sim::OptionsProblem>(&parsed)) {
+        PrintLog(problem->reason);
+        return wrongArguments;
+    }
+    return Run(std::get<sim::Options>(parsed));
+}

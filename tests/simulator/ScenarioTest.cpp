@@ -1,0 +1,154 @@
+#include "simulator/ScenarioReader.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// The document with the part named replaced; "radio" alone is enough for a scenario.
+QByteArray Document(const QByteArray& more)
+{
+    return R"({"radio": {"prefix": 0, "ident": 3},)" + more + "}";
+}
+
+QByteArray FleetOf(const QByteArray& member)
+{
+    return Document(R"("fleet": [{"name": "A", "prefix": 0, "ident": 2}, )" + member + "]");
+}
+
+QByteArray EventOf(const QByteArray& event)
+{
+    return Document(R"("fleet": [{"name": "A", "prefix": 0, "ident": 2},
+                                 {"name": "G", "prefix": 0, "ident": 7000, "kind": "group"}],
+                       "events": [)" +
+                    event + "]");
+}
+
+struct ErrorCase {
+    QByteArray document;
+    std::string expected; // the whole message
+};
+
+} // namespace
+
+TEST(Scenario, ErrorsNameThePlaceAndTheReason)
+{
+    const ErrorCase cases[] = {
+        {"{\n\"radio\":\n{,\n}", "line 3: not valid JSON: unterminated object"},
+        {"", "line 1: not valid JSON: illegal value"},
+        {"[]", "top level: must be an object, not a list"},
+        {"{}", "top level: field \"radio\" is missing"},
+        {R"({"radio": 3})", "radio: must be an object, not a number"},
+        {R"({"radio": {"prefix": 0}})", "radio: field \"ident\" is missing"},
+        {R"({"radio": {"prefix": 128, "ident": 3}})", "radio.prefix: must be 0 to 127, not 128"},
+        {R"({"radio": {"prefix": 0, "ident": 8101}})", "radio.ident: must be 1 to 8100, not 8101"},
+        {R"({"radio": {"prefix": 0.5, "ident": 3}})", "radio.prefix: must be a whole number, not 0.5"},
+        {R"({"radio": {"prefix": 0, "ident": 3, "units": {"base": 20, "max": 10, "digits": 2}}})",
+         "radio.units.max: must be 20 to 8100, not 10"},
+        {R"({"radio": {"prefix": 0, "ident": 3, "units": {"base": 20, "max": 30, "digits": 4}}})",
+         "radio.units.digits: must be 2 to 3, not 4"},
+        {Document(R"("flet": [])"),
+         "top level: unknown field \"flet\"; there are radio, network, fleet, strangers, pstn, pabx, events"},
+        {Document(R"("network": {"systemIdentity": "8000"})"),
+         "network.systemIdentity: must be a hexadecimal text, \"0000\" to \"7FFF\""},
+        {Document(R"("network": {"fieldStrength": [10]})"),
+         "network.fieldStrength: must be a number, or a list of the lowest and the highest one"},
+        {Document(R"("network": {"fieldStrength": [100, 50]})"),
+         "network.fieldStrength[1]: must be 100 to 255, not 50"},
+        {Document(R"("network": {"maxCallSeconds": 290})"),
+         "network.maxCallSeconds: must be 0 (no limit), 10 to 254 seconds, or whole minutes of 300 to 780 "
+         "seconds"},
+        {Document(R"("fleet": {})"), "fleet: must be a list, not an object"},
+        {FleetOf(R"({"name": "a", "prefix": 0, "ident": 4})"), "fleet[1].name: there is another \"a\""},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 2})"), "fleet[1]: \"A\" has the same address"},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 3})"),
+         "fleet[1]: this is the address of the radio itself"},
+        {FleetOf(R"({"name": "B 1", "prefix": 0, "ident": 4})"),
+         "fleet[1].name: must be a name of 1 to 32 characters without blank, slash and quotation mark"},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "kind": "car"})"),
+         "fleet[1].kind: must be \"unit\" or \"group\", not \"car\""},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "call": {"behaviour": true}})"),
+         "fleet[1].call.behaviour: must be a text, not true or false"},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "status": "asleep"})"),
+         "fleet[1].status: unknown behaviour \"asleep\"; there are answers, slow, rings, queued, busy, "
+         "refuses, "
+         "engaged, no-answer, call-back, out-of-reach, rejects, overload, silent"},
+        {Document(R"("pstn": {"numbers": {"12a": "rings"}})"),
+         "pstn.numbers.12a: the number must be 1 to 24 characters 0-9 * #"},
+        {EventOf(R"({"do": "hangup"})"), "events[0]: field \"at\" is missing"},
+        {EventOf(R"({"at": -1, "do": "hangup"})"), "events[0].at: must be 0 to 2592000, not -1"},
+        {EventOf(R"({"at": 1, "every": 0, "do": "hangup"})"), "events[0].every: must be 0.1 seconds or more"},
+        {EventOf(R"({"at": 1, "do": "sleep"})"),
+         "events[0].do: unknown event \"sleep\"; there are status, text, call, pstn-call, pabx-call, hangup, "
+         "contact-lost, contact-found, field, behave"},
+        {EventOf(R"({"at": 1, "do": "status", "from": "B", "code": 1})"),
+         "events[0].from: there is no \"B\" in the fleet, and it is no prefix/ident"},
+        {EventOf(R"({"at": 1, "do": "status", "from": "G", "code": 1})"),
+         "events[0]: G is a group, and only a radio sends and calls"},
+        {EventOf(R"({"at": 1, "do": "status", "from": "A", "code": 32})"),
+         "events[0].code: must be 0 to 31, not 32"},
+        {EventOf(R"({"at": 1, "do": "text", "from": "A", "text": "ä"})"),
+         "events[0]: the coding has no character \"ä\""},
+        {EventOf(R"({"at": 1, "do": "text", "from": "A", "text": ""})"), "events[0]: the text is empty"},
+        {EventOf(R"({"at": 1, "do": "text", "from": "A", "bits": 8, "text": ")" + QByteArray(89, 'x') +
+                 R"("})"),
+         "events[0]: the text has 89 characters, and 88 are possible"},
+        {EventOf(R"({"at": 1, "do": "call", "from": "A", "to": "all"})"),
+         "events[0].to: must be \"radio\", \"group\" or \"system\", not \"all\""},
+        {EventOf(R"({"at": 1, "do": "behave", "who": "B", "behaviour": "busy"})"),
+         "events[0]: there is no \"B\" in the fleet"},
+    };
+    for (const auto& [document, expected] : cases) {
+        try {
+            sim::ReadScenario(document);
+            ADD_FAILURE() << "accepted: " << document.toStdString();
+        } catch (const sim::ScenarioError& error) {
+            EXPECT_EQ(error.what(), expected);
+        }
+    }
+}
+
+TEST(Scenario, ReactionsBuildUponTheMembersOwn)
+{
+    const sim::Scenario scenario = sim::ReadScenario(FleetOf(R"(
+        {"name": "B", "prefix": 0, "ident": 4, "behaviour": "rings", "reactAfterMs": 100,
+         "answerAfterMs": 1000,
+         "status": "slow", "text": {"reactAfterMs": 5}, "call": {"talkMs": 7}})"));
+    const sim::Reactions& reactions = scenario.fleet.Find("b")->reactions;
+    using std::chrono::milliseconds;
+    EXPECT_EQ(reactions.status, sim::Reaction::Of(sim::Behaviour::Slow));
+    EXPECT_EQ(reactions.text,
+              (sim::Reaction{sim::Behaviour::Rings, milliseconds(5), milliseconds(1000), {}}));
+    EXPECT_EQ(reactions.call,
+              (sim::Reaction{sim::Behaviour::Rings, milliseconds(100), milliseconds(1000), milliseconds(7)}));
+}
+
+TEST(Scenario, TheShippedOnesShareTheirFleet)
+{
+    const sim::Scenario demonstration = sim::LoadScenario(":/veltorkyn/scenarios/demonstration.json");
+    const sim::Scenario tour = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    EXPECT_FALSE(demonstration.events.empty());
+    EXPECT_TRUE(tour.events.empty());
+    ASSERT_EQ(demonstration.fleet.members.size(), tour.fleet.members.size());
+    for (std::size_t i = 0; i < tour.fleet.members.size(); ++i) {
+        EXPECT_EQ(demonstration.fleet.members[i].name, tour.fleet.members[i].name);
+        EXPECT_EQ(demonstration.fleet.members[i].address, tour.fleet.members[i].address);
+        EXPECT_EQ(demonstration.fleet.members[i].reactions.call, tour.fleet.members[i].reactions.call);
+    }
+    EXPECT_EQ(tour.fleet.Find("Unit22")->address, (map27::Address{0, 4}));
+    EXPECT_EQ(tour.GroupList().size(), 3U);
+}
+
+TEST(Scenario, MaximumCallTimesThatTheMessageCanTell)
+{
+    const std::pair<int, std::optional<int>> cases[] = {{0, 255},  {9, {}},  {10, 10}, {254, 254}, {255, {}},
+                                                        {299, {}}, {300, 1}, {780, 9}, {840, {}}};
+    for (const auto& [seconds, code] : cases) {
+        const auto found = sim::MaxCallTimeCode(seconds);
+        EXPECT_EQ(found ? std::optional<int>(*found) : std::nullopt, code) << seconds;
+        map27::OperatingConditionMessage condition;
+        condition.maxCallTimeCode = found.value_or(255);
+        if (found && seconds > 0) {
+            EXPECT_EQ(condition.MaxCallSeconds(), static_cast<unsigned>(seconds));
+        }
+    }
+}
