@@ -1,0 +1,57 @@
+#include "radio/FleetDataSource.h"
+
+#include "core/DbSession.h"
+#include "core/Errors.h"
+#include "core/Registry.h"
+#include "dao/Database.h"
+#include "radio/TextIds.h"
+
+#include <QString>
+
+FleetDataSource::FleetDataSource(IDbSession& session, const IStringSource& strings)
+    : m_session(session), m_strings(strings)
+{
+}
+
+int FleetDataSource::NumberOfFleets()
+{
+    const int count = CountFleets();
+    if (count == 0)
+        RaiseCatalogueError(m_strings, RadioText::FleetPlanNotConfigured);
+    return count;
+}
+
+void FleetDataSource::RetreiveFleetConfig(std::span<FleetConfig> fleets)
+{
+    const int count = CountFleets();
+    if (count == 0 || static_cast<std::size_t>(count) != fleets.size())
+        RaiseCatalogueError(m_strings, RadioText::FleetPlanNotConfigured);
+    const auto records =
+        m_session.Database().OpenSnapshot(QStringLiteral("select * from fleet order by prefix, base_ident"));
+    for (FleetConfig& fleet : fleets) {
+        if (records->Eof())
+            RaiseCatalogueError(m_strings, RadioText::NumberingUnexpectedEnd);
+        fleet.fleetType = records->Field(QStringLiteral("fleet_type")).toInt() == 1 ? FleetType::Units
+                                                                                     : FleetType::Groups;
+        fleet.digits = records->Field(QStringLiteral("digits")).toInt();
+        fleet.prefix = records->Field(QStringLiteral("prefix")).toInt();
+        fleet.baseIdent = records->Field(QStringLiteral("base_ident")).toInt();
+        fleet.maxIdent = records->Field(QStringLiteral("max_ident")).toInt();
+        records->MoveNext();
+    }
+}
+
+void FleetDataSource::RetreiveActionetConfig(ActionetConfig& config)
+{
+    config.model = RegistryGet(m_session, QStringLiteral("ANN_MODEL"), QStringLiteral("-1")).toInt();
+    if (config.model == -1)
+        RaiseCatalogueError(m_strings, RadioText::AnnNotConfigured);
+    config.FPP = RegistryGet(m_session, QStringLiteral("ANN_FPP"), QStringLiteral("10")).toInt();
+    config.MEP = RegistryGet(m_session, QStringLiteral("ANN_MEP"), QStringLiteral("0")).toInt();
+}
+
+int FleetDataSource::CountFleets()
+{
+    const auto records = m_session.Database().OpenSnapshot(QStringLiteral("select count(*) as c from fleet"));
+    return records->Eof() ? 0 : records->Field(QStringLiteral("c")).toInt();
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+// State of the link with the radio, as the operator is told it.
+struct LinkStatus {
+    enum class State {
+        Closed,     // nobody is logged on, or the link was closed on purpose
+        Connecting, // the port is open, the radio has not answered yet
+        Ready,      // the radio is there
+        Lost,       // it was there or the port failed; retried for ever
+    };
+
+    State state = State::Closed;
+    QString text;            // what is wrong, in plain words; empty when Ready or Closed
+    bool simulation = false; // the radio says of itself that it is a simulated one
+
+    bool operator==(const LinkStatus&) const = default;
+};

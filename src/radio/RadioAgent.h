@@ -1,0 +1,87 @@
+#pragma once
+
+#include "radio/AgentRules.h"
+#include "radio/Map27Executive.h"
+#include "radio/RadioBoxes.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <memory>
+
+class MptAddressing;
+struct IAgentWindow;
+
+// Receives every event of the radio control and every button of the call dialogue, and decides the outcome of each
+// transaction by the table of AgentRules: advances the facade's transaction kind, writes log records and calls back
+// into the views.
+class RadioAgent : public QObject {
+    Q_OBJECT
+
+public:
+    RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window);
+    ~RadioAgent() override;
+
+    // The facade whose transaction is driven; null makes the agent deaf (not connected).
+    void SetExec(Map27Executive* executive) { m_executive = executive; }
+    void SetViews(const RadioViews& views) { m_views = views; }
+
+    // Null while not connected.
+    MptAddressing* Addressing() const { return m_addressing.get(); }
+    void SetAddressing(std::unique_ptr<MptAddressing> addressing);
+
+    const QString& MyAddress() const { return m_myAddress; }
+    const QString& MyCallsign() const { return m_myCallsign; }
+
+    // Buttons of the dialogue.
+    void PressMainButton() { React(AgentTrigger::MainButton); }
+    void PressCloseButton() { React(AgentTrigger::CloseButton); }
+    void SetTransmit(bool on);
+
+    // Takes back a regroup or ungroup that the radio has not confirmed.
+    void CancelRegroup();
+    void ReloadIndividuals();
+
+Q_SIGNALS:
+    void EmergencyCallReceived(const QString& party, const QDateTime& time);
+
+private:
+    struct Party {
+        QString dial;
+        QString callsign;
+    };
+
+    void ConnectEvents();
+    void OnStatusReceived(qint16 prefix, qint16 ident, qint16 status);
+    void OnTextReceived(const QString& text, qint16 prefix, qint16 ident);
+    void OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
+    void OnNumberingReceived();
+    void OnOperatingCondition(int inContact, int fieldStrength);
+    void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
+
+    void React(AgentTrigger trigger);
+    bool Request(const AgentReaction& reaction);
+    void WriteOutgoingRecord();
+    void StoreRegroup();
+    void UpdateDuty(const QString& callsign, int status);
+    void UpdateScada(const QString& text);
+    void Append(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                const QString& to);
+    void Show(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+              const QString& to);
+    void Notify();
+    void SbrMessage(const QString& text);
+    Party Resolve(int prefix, int ident) const;
+    QString IncomingCaption(bool emergency, int prefix, int ident) const;
+    QString Text(int id) const;
+
+    RadioServices m_services;
+    Map27Control& m_control;
+    IAgentWindow& m_window;
+    Map27Executive* m_executive = nullptr;
+    RadioViews m_views;
+    RadioBoxes m_boxes;
+    std::unique_ptr<MptAddressing> m_addressing;
+    QString m_myAddress;
+    QString m_myCallsign;
+    bool m_recordsFailing = false; // the warning for records that cannot be written has been shown
+};

@@ -1,0 +1,117 @@
+#include "radio/SerialRadioPort.h"
+
+#include "core/Errors.h"
+#include "core/FormatMessage.h"
+#include "radio/TextIds.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <cerrno>
+#include <grp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// Name of the group that owns a device, which is the one to join; empty when it cannot be known.
+QString GroupOf(const QString& device)
+{
+    struct stat status {};
+    if (::stat(QFile::encodeName(device).constData(), &status) != 0)
+        return {};
+    const group* owner = ::getgrgid(status.st_gid);
+    return owner ? QString::fromLocal8Bit(owner->gr_name) : QString::number(status.st_gid);
+}
+
+bool IsCharacterDevice(const QString& device)
+{
+    struct stat status {};
+    return ::stat(QFile::encodeName(device).constData(), &status) == 0 && S_ISCHR(status.st_mode);
+}
+
+}
+
+SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings)
+    : m_name(name), m_bitsPerSecond(bitsPerSecond), m_strings(strings)
+{
+    connect(&m_port, &QSerialPort::readyRead, this, [this] { Q_EMIT Received(m_port.readAll()); });
+    connect(&m_port, &QSerialPort::errorOccurred, this, &SerialRadioPort::OnError);
+}
+
+QString SerialRadioPort::DevicePath(const QString& name)
+{
+    static const QRegularExpression com(QStringLiteral("^COM([1-9][0-9]{0,2}):?$"),
+                                        QRegularExpression::CaseInsensitiveOption);
+    const QRegularExpressionMatch match = com.match(name);
+    if (match.hasMatch())
+        return QStringLiteral("/dev/ttyS%1").arg(match.captured(1).toInt() - 1);
+    return name.startsWith(QLatin1Char('/')) ? name : QStringLiteral("/dev/") + name;
+}
+
+void SerialRadioPort::Open(bool wait)
+{
+    Close();
+    const QString path = DevicePath(m_name);
+    // A link is followed, so that two names of one device share one lock.
+    const QString target = QFileInfo(path).canonicalFilePath();
+    const QString device = target.isEmpty() ? path : target;
+    QString problem;
+    if (!QFileInfo::exists(device))
+        problem = FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+    else if (!IsCharacterDevice(device))
+        problem = FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
+    else {
+        m_port.setPortName(device);
+        m_port.setBaudRate(m_bitsPerSecond);
+        if (!m_port.open(QIODevice::ReadWrite))
+            problem = Problem(device);
+    }
+    if (problem.isEmpty()) {
+        Q_EMIT Opened();
+    } else if (wait) {
+        throw Error(ErrorCode::General, problem);
+    } else {
+        Q_EMIT Failed(problem);
+    }
+}
+
+QString SerialRadioPort::Problem(const QString& device) const
+{
+    const bool permitted = ::access(QFile::encodeName(device).constData(), R_OK | W_OK) == 0;
+    if (!permitted && (errno == EACCES || errno == EPERM))
+        return FormatMessage(m_strings, RadioText::PortNotPermitted, {m_name, GroupOf(device)});
+    switch (m_port.error()) {
+    case QSerialPort::DeviceNotFoundError: return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+    case QSerialPort::PermissionError: return FormatMessage(m_strings, RadioText::PortBusy, {m_name});
+    case QSerialPort::UnsupportedOperationError:
+        return FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
+    default: return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
+    }
+}
+
+void SerialRadioPort::Close()
+{
+    if (m_port.isOpen())
+        m_port.close();
+}
+
+void SerialRadioPort::Write(const QByteArray& octets)
+{
+    if (m_port.isOpen())
+        m_port.write(octets);
+}
+
+// Only what ends the line counts; a modem line that a device does not have is no failure.
+void SerialRadioPort::OnError(QSerialPort::SerialPortError error)
+{
+    const bool gone = error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
+                      error == QSerialPort::ReadError || error == QSerialPort::WriteError;
+    if (!gone || !m_port.isOpen())
+        return;
+    const QString text = error == QSerialPort::ResourceError
+                             ? FormatMessage(m_strings, RadioText::PortAbsent, {m_name})
+                             : FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
+    Close();
+    Q_EMIT Failed(text);
+}

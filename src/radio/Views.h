@@ -1,0 +1,66 @@
+#pragma once
+
+#include "core/EventLog.h"
+
+#include <QDateTime>
+#include <QString>
+
+struct RadioNumbering;
+
+// What the radio agent calls back into. The main window implements these; none is owned by the agent, and each must
+// outlive the radio link facade or be taken back by SetViews({}).
+
+struct ILogView {
+    virtual ~ILogView() = default;
+    // desc is the display text: a status already in words, a text message as received.
+    virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                                const QString& to) = 0;
+};
+
+struct IStatusView {
+    virtual ~IStatusView() = default;
+    virtual void SbrMessage(const QString& text) = 0;
+    // Field strength 0 (unknown) to 255 (highest).
+    virtual void ShowOperatingConditions(bool inService, int fieldStrength) = 0;
+    // Texts of the panels "callsign" and "ident".
+    virtual void ShowOwnAddress(const QString& callsign, const QString& ident) = 0;
+};
+
+struct ITalkgroupView {
+    virtual ~ITalkgroupView() = default;
+    virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
+    virtual bool StoreRegroup() = 0;
+    virtual bool StoreUngroup() = 0;
+    virtual void ReflectRegroup() = 0;
+    virtual void ReflectUngroup() = 0;
+    virtual void CancelRegroup() = 0;
+    virtual void CancelUngroup() = 0;
+};
+
+struct IScadaView {
+    virtual ~IScadaView() = default;
+    virtual void UpdateScadaSensors(const QString& bits) = 0; // eight characters
+    virtual void UpdateScadaControls(const QString& bits) = 0;
+    virtual void ReflectScadaControl() = 0;
+    virtual void CancelScadaControl() = 0;
+};
+
+struct IIndividualsView {
+    virtual ~IIndividualsView() = default;
+    virtual void ReloadInds() = 0;
+};
+
+struct INumberingView {
+    virtual ~INumberingView() = default;
+    virtual void DisplayDiags(const RadioNumbering& numbering) = 0;
+};
+
+// A view that is not there is null and is passed over.
+struct RadioViews {
+    ILogView* log = nullptr;
+    IStatusView* status = nullptr;
+    ITalkgroupView* talkgroups = nullptr;
+    IScadaView* scada = nullptr;
+    IIndividualsView* individuals = nullptr;
+    INumberingView* numbering = nullptr;
+};

@@ -1,0 +1,117 @@
+// Every problem of a port is one clear sentence.
+
+#include "core/Errors.h"
+#include "core/StringSource.h"
+#include "radio/RadioPort.h"
+#include "radio/SerialRadioPort.h"
+#include "support/OtherUser.h"
+#include "support/QtPrinters.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSerialPort>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <pty.h>
+
+namespace {
+
+class Ports : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        char name[128];
+        ASSERT_EQ(openpty(&m_master, &m_slave, name, nullptr, nullptr), 0);
+        pty = QString::fromLatin1(name);
+    }
+    void TearDown() override
+    {
+        ::close(m_master);
+        ::close(m_slave);
+    }
+
+    QString Problem(const QString& name)
+    {
+        try {
+            MakeRadioPort(name, 9600, m_strings)->Open(true);
+        } catch (const Error& failure) {
+            return failure.Description();
+        }
+        return {};
+    }
+
+    QString pty;
+
+private:
+    int m_master = -1;
+    int m_slave = -1;
+    CStringSourceImpl m_source{QStringList{}};
+    const IStringSource& m_strings = m_source.CreateStringSource(QStringLiteral("CKYN"));
+};
+
+TEST_F(Ports, APseudoTerminalOpensWithoutModemLines)
+{
+    EXPECT_EQ(Problem(pty), QString());
+    EXPECT_EQ(Problem(pty), QString()) << "opened again after it was closed";
+}
+
+TEST_F(Ports, ProblemsInPlainWords)
+{
+    QTemporaryDir folder;
+    const QString file = folder.filePath(QStringLiteral("plain"));
+    QFile plain(file);
+    ASSERT_TRUE(plain.open(QIODevice::WriteOnly));
+    QTcpServer server;
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    const QString closed = QStringLiteral("tcp://127.0.0.1:%1").arg(server.serverPort());
+    server.close();
+
+    const std::pair<QString, QString> cases[] = {
+        {QStringLiteral("COM87"),
+         QStringLiteral("Port COM87 does not exist. Check the cable and the port in the settings.")},
+        {QStringLiteral("ttyNothing"),
+         QStringLiteral("Port ttyNothing does not exist. Check the cable and the port in the settings.")},
+        {file, QStringLiteral("%1 is not a serial port.").arg(file)},
+        {QStringLiteral("tcp://127.0.0.1"),
+         QStringLiteral("tcp://127.0.0.1 is not a valid address. Write it as tcp://host:port.")},
+        {closed, QStringLiteral("Nothing answers at %1. Check that the device is switched on and the port number is "
+                                "right.")
+                     .arg(closed)},
+        {QStringLiteral("tcp://no-such-host.invalid:4001"), QStringLiteral("Host no-such-host.invalid is not known.")},
+    };
+    for (const auto& [name, sentence] : cases)
+        EXPECT_EQ(Problem(name), sentence);
+}
+
+TEST_F(Ports, Busy)
+{
+    QSerialPort other(pty);
+    ASSERT_TRUE(other.open(QIODevice::ReadWrite));
+    EXPECT_EQ(Problem(pty), QStringLiteral("Port %1 is in use by another program. Close that program or select "
+                                           "another port.")
+                                .arg(pty));
+}
+
+TEST_F(Ports, NotPermittedNamesTheGroup)
+{
+    ASSERT_EQ(::chmod(pty.toLatin1().constData(), 0620), 0);
+    const QString group = QFileInfo(pty).group();
+    EXPECT_TRUE(AsNobody([&] {
+        const QString problem = Problem(pty);
+        return problem.startsWith(QStringLiteral("You are not permitted to use port %1.").arg(pty)) &&
+               problem.contains(QStringLiteral("add you to the group %1.").arg(group));
+    }));
+}
+
+TEST(PortNames, ComNumbersAndDevices)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"COM1", "/dev/ttyS0"},         {"com2", "/dev/ttyS1"},     {"COM10", "/dev/ttyS9"}, {"ttyUSB0", "/dev/ttyUSB0"},
+        {"/dev/serial/x", "/dev/serial/x"}, {"COM0", "/dev/COM0"},
+    };
+    for (const auto& [name, device] : cases)
+        EXPECT_EQ(SerialRadioPort::DevicePath(QString::fromLatin1(name)), QString::fromLatin1(device));
+}
+
+}
