@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QAbstractListModel>
+#include <QHash>
+#include <QIcon>
+#include <deque>
+#include <vector>
+
+// One line of the message log.
+struct LogLine {
+    QString text;
+    QString iconKey; // a key without a picture shows none
+    QString tag;     // the other party; empty for a date line
+
+    bool operator==(const LogLine&) const = default;
+};
+
+// The lines that the message log shows, oldest first. One column; its header is the given caption.
+class LogModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    enum Role { TagRole = Qt::UserRole, IconKeyRole };
+
+    LogModel(const QString& caption, QObject* parent);
+
+    void Append(const LogLine& line);
+    void RemoveFirst(); // does nothing without a line
+    void Clear();
+    void Replace(std::vector<LogLine> lines);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+private:
+    QIcon Icon(const QString& key) const;
+
+    QString m_caption;
+    std::deque<LogLine> m_lines;
+    mutable QHash<QString, QIcon> m_icons; // filled on demand
+};

@@ -1,0 +1,141 @@
+#include "mainwindow/LogonCommand.h"
+
+#include "core/DbSession.h"
+#include "core/Errors.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/Settings.h"
+#include "core/StringSource.h"
+#include "core/UserProfile.h"
+#include "mainwindow/Services.h"
+#include "mainwindow/SessionState.h"
+#include "mainwindow/TextIds.h"
+#include "radio/Map27Executive.h"
+
+#include <QScopedValueRollback>
+
+LogonCommand::LogonCommand(const Services& services, SessionState& state, ILogonView& view)
+    : m_services(services), m_state(state), m_view(view)
+{
+}
+
+void LogonCommand::Run()
+{
+    if (m_running) {
+        return;
+    }
+    const QScopedValueRollback running(m_running, true);
+    if (m_state.LoggedOn) {
+        Logoff();
+    } else {
+        Logon();
+    }
+}
+
+void LogonCommand::Logon()
+{
+    m_view.PressSessionButton(false);
+    if (!OpenSession() || !ReadRights() || !ConnectRadio()) {
+        return;
+    }
+    Attempt([this] { m_services.profile.ReadUserProfile(); });
+    Attempt([this] { m_view.LoadTalkgroupCaptions(); });
+    m_state.LoggedOn = true;
+    m_view.LoadLists();
+    m_view.SetSessionCaption(Text(MainText::Logout));
+    m_view.PressSessionButton(true);
+    Attempt([this] { m_services.settings.IncrementLogonCount(); });
+    Attempt([this] {
+        m_view.SetNumberingCaption(m_services.executive.CurrentNumberingName() + QStringLiteral("..."));
+    });
+    m_view.SbrMessage(Text(MainText::LoggedOn));
+    m_view.SetCommandStates();
+}
+
+bool LogonCommand::OpenSession()
+{
+    try {
+        m_services.session.Logon(true, true);
+        return true;
+    } catch (const std::exception& failure) {
+        if (CodeOf(failure) == ErrorCode::LogonCancelled) {
+            m_view.SbrMessage(DescribeError(failure, m_services.strings));
+        } else {
+            ShowFailure(failure);
+        }
+        return false;
+    }
+}
+
+bool LogonCommand::ReadRights()
+{
+    try {
+        m_state.Administrator = m_services.session.IsMemberOf(QStringLiteral("Admins"));
+        return true;
+    } catch (const std::exception& failure) {
+        ShowFailure(failure);
+        Attempt([this] { m_services.session.Logoff(); });
+        return false;
+    }
+}
+
+bool LogonCommand::ConnectRadio()
+{
+    try {
+        m_services.executive.Connect();
+        return true;
+    } catch (const std::exception& failure) {
+        if (CodeOf(failure) == ErrorCode::NumberingNotConfigured) {
+            m_services.prompt.ShowInfo(DescribeError(failure, m_services.strings));
+            return true;
+        }
+        ShowFailure(failure);
+        m_state.Administrator = false;
+        Attempt([this] { m_services.session.Logoff(); });
+        return false;
+    }
+}
+
+void LogonCommand::Logoff()
+{
+    m_view.PressSessionButton(true);
+    if (!m_services.prompt.AskConfirmation(Text(MainText::LogoutQuestion))) {
+        return;
+    }
+    EndSession();
+    Attempt([this] { m_services.session.Logoff(); });
+    m_view.SetSessionCaption(Text(MainText::Logon));
+    m_view.PressSessionButton(false);
+    m_state = {};
+    m_view.ForbidRegrouping();
+    m_view.SbrMessage(Text(MainText::LoggedOff));
+    m_view.SetCommandStates();
+}
+
+void LogonCommand::EndSession()
+{
+    Attempt([this] {
+        m_services.executive.UpdateDutyStatus(m_services.executive.MyCallsign(), false);
+    });
+    Attempt([this] { m_services.profile.ClearLoggedOnFlag(); });
+    Attempt([this] { m_services.executive.Disconnect(); });
+}
+
+void LogonCommand::ShowFailure(const std::exception& failure)
+{
+    m_services.prompt.ShowError(DescribeError(failure, m_services.strings));
+}
+
+void LogonCommand::Attempt(const std::function<void()>& step)
+{
+    try {
+        step();
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(DescribeError(failure, m_services.strings));
+    }
+}
+
+QString LogonCommand::Text(int id) const
+{
+    return m_services.strings.LoadString(id);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+struct Services;
+struct SessionState;
+
+// What logging on and off changes in the main window.
+struct ILogonView {
+    virtual ~ILogonView() = default;
+
+    virtual void PressSessionButton(bool pressed) = 0;
+    // Caption of miLogOnLogOff; the session button's tip follows it.
+    virtual void SetSessionCaption(const QString& caption) = 0;
+    virtual void SetNumberingCaption(const QString& caption) = 0; // of miNumbering
+    virtual void SbrMessage(const QString& text) = 0;
+    virtual void LoadTalkgroupCaptions() = 0;
+    // Status messages, talkgroups and individuals; asks its own questions and never raises.
+    virtual void LoadLists() = 0;
+    virtual void ForbidRegrouping() = 0;
+    virtual void SetCommandStates() = 0;
+};
+
+// The command miLogOnLogOff: logs on when nobody is logged on, else off. It shows its own messages and never raises; a
+// step whose failure is not said to stop it is passed over when it fails.
+class LogonCommand {
+public:
+    LogonCommand(const Services& services, SessionState& state, ILogonView& view);
+
+    void Run();
+    // What remains of the session when the program ends: own radio off duty, profile unmarked, link closed.
+    void EndSession();
+
+private:
+    void Logon();
+    bool OpenSession();
+    bool ReadRights();
+    bool ConnectRadio();
+    void Logoff();
+    void ShowFailure(const std::exception& failure);
+    void Attempt(const std::function<void()>& step);
+    QString Text(int id) const;
+
+    const Services& m_services;
+    SessionState& m_state;
+    ILogonView& m_view;
+    bool m_running = false; // an operator can press the button again while a dialog is open
+};

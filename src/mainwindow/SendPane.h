@@ -1,0 +1,99 @@
+#pragma once
+
+#include <QWidget>
+
+class KeyedToolBar;
+class Map27Executive;
+class QComboBox;
+class QLabel;
+class QPushButton;
+struct IBeeper;
+struct IPrompt;
+struct IStringSource;
+struct SessionState;
+struct StatusItem;
+
+// "picSend": composes a status message, a text message or a call to one address and checks it; sending is the radio
+// link's. Keeps its contents after sending.
+class SendPane : public QWidget {
+    Q_OBJECT
+
+public:
+    enum class MessageType { Status, Text, Call };
+    struct CallOptions {
+        bool emergency = false;
+        bool priority = false;
+        bool dialog = false; // the called party may talk back
+    };
+    struct Parts {
+        const IStringSource& strings;
+        IPrompt& prompt;
+        IBeeper& beeper;
+        Map27Executive& executive;
+        const SessionState& session;
+    };
+
+    SendPane(const Parts& parts, QWidget* parent);
+
+    // Fixed by the pane's font.
+    int PaneHeight() const;
+
+    QString Address() const;
+    void SetAddress(const QString& addresses);
+    void SetStati(const std::vector<StatusItem>& stati);
+
+    // Presses the selector button and shows what belongs to it.
+    void SelectType(MessageType type);
+    void PrepareCall(const CallOptions& options);
+    void SelectEncoding(bool eightBit);
+
+    bool IsEightBitEncoding() const;
+    bool IsEmergencyCall() const;
+    bool IsPriorityCall() const;
+    bool IsDialogAllowed() const;
+
+    // The command cmdSend. Refused input is answered by a beep and the focus on its box. Does nothing while nobody is
+    // logged on.
+    void Send();
+
+    QPushButton& SendButton() { return *cmdSend; }
+    QPushButton& SearchButton() { return *cmdSearchAddress; }
+
+Q_SIGNALS:
+    void SearchRequested(const QString& lookfor);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void BuildBoxes();
+    void BuildBars();
+    void BuildLabels();
+    void OrderTabs();
+    void SelectTypeByKey(const QString& key);
+    void CallOptionClicked(const QString& key);
+    void Refuse(QComboBox& box);
+    void LayOut();
+    void PlaceControls(int paneWidth);
+    int RowHeight() const;
+
+    const IStringSource& m_strings;
+    IPrompt& m_prompt;
+    IBeeper& m_beeper;
+    Map27Executive& m_executive;
+    const SessionState& m_session;
+    bool m_placed = false;
+    KeyedToolBar* tbMessageSelector;
+    KeyedToolBar* tbSdmOptions;
+    KeyedToolBar* tbCallOptions;
+    QComboBox* cmbAddress;
+    QComboBox* cmbStatusMessage;
+    QComboBox* cmbTextMessage;
+    QPushButton* cmdSearchAddress;
+    QPushButton* cmdSend;
+    QLabel* Label1; // of cmbAddress
+    QLabel* Label2; // of the message boxes
+    QLabel* Label3; // of the options
+};

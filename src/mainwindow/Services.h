@@ -1,0 +1,31 @@
+#pragma once
+
+class FleetDataSource;
+class Map27Executive;
+class Settings;
+class StatusTexts;
+class UserProfile;
+class frmPassword;
+class frmSettings;
+struct Clock;
+struct IBeeper;
+struct IDbSession;
+struct IPrompt;
+struct IStringSource;
+
+// The process-wide objects. The application builds and owns them; all of them outlive the main window's Unload.
+struct Services {
+    const IStringSource& strings;
+    IPrompt& prompt;
+    IDbSession& session;
+    FleetDataSource& fleetData;
+    Map27Executive& executive;
+    Settings& settings;
+    Clock& clock;
+    IBeeper& beeper;
+    StatusTexts& statusTexts;
+    UserProfile& profile;
+    // Loaded at start and kept hidden between uses; null where there is none (tests).
+    frmSettings* settingsDialog = nullptr;
+    frmPassword* passwordDialog = nullptr;
+};

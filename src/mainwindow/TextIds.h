@@ -1,0 +1,83 @@
+#pragma once
+
+// Catalogue ids of the main window. Captions of menus and commands stand in the action table beside their names.
+namespace MainText {
+
+constexpr int MultipleAddresses = 2001;
+constexpr int AskedNetworkInfo = 2002;
+constexpr int AskedNumbering = 2003;
+constexpr int AskedOperatingCondition = 2028;
+constexpr int ExitQuestion = 2020;
+constexpr int StaticRoot = 2021;
+constexpr int DynamicRoot = 2022;
+constexpr int LogoutQuestion = 2027;
+constexpr int LoggedOn = 2039;
+constexpr int Minutes = 2048;
+constexpr int Hours = 2049;
+constexpr int Days = 2050;
+constexpr int LoggedOff = 2051;
+constexpr int Logon = 2052;
+constexpr int Logout = 2053;
+constexpr int LastUpdated = 2054;
+constexpr int ShowAsText = 2055;
+constexpr int ShowAsHex = 2056;
+
+constexpr int VersionTip = 2013;
+constexpr int OpConTip = 2014;
+constexpr int FieldTip = 2015;
+constexpr int CallsignTip = 2016;
+constexpr int IdentTip = 2017;
+constexpr int DateTip = 2018;
+constexpr int TimeTip = 2019;
+
+constexpr int WindowCaption = 4074;
+constexpr int CallsignColumn = 4075;
+constexpr int AddressColumn = 4076;
+constexpr int NameColumn = 4077;
+constexpr int AllOff = 4078;
+constexpr int AllOn = 4079;
+constexpr int QueryControls = 4080;
+constexpr int QuerySensors = 4081;
+constexpr int ScadaUnit = 4082;
+constexpr int EmergencyTip = 4083;
+constexpr int PriorityTip = 4084;
+constexpr int DialogTip = 4085;
+constexpr int SevenTip = 4086;
+constexpr int EightTip = 4087;
+constexpr int StatusTip = 4088;
+constexpr int TextTip = 4089;
+constexpr int CallTip = 4090;
+constexpr int Search = 4091;
+constexpr int Send = 4092;
+constexpr int RefreshLogTip = 4093;
+constexpr int ClearLogTip = 4094;
+constexpr int LogFontTip = 4095;
+constexpr int LogColumn = 4096;
+constexpr int LogPeriod = 4097;
+constexpr int SeeLast = 4098;
+constexpr int TalkgroupsTab = 4099;
+constexpr int IndividualsTab = 4100;
+constexpr int ScadaTab = 4101;
+constexpr int OptionsLabel = 4102;
+constexpr int MessageLabel = 4103;
+constexpr int ToLabel = 4104;
+
+// Texts of our own.
+constexpr int Simulation = 5400;
+constexpr int EmergencyFrom = 5401;
+constexpr int EmergencyFromAndMore = 5402;
+constexpr int Dismiss = 5403;
+constexpr int InService = 5410;
+constexpr int OutOfService = 5411;
+constexpr int ConditionUnknown = 5412;
+constexpr int FieldStrength = 5413;
+constexpr int MainToolBarName = 5420;
+constexpr int MessageTypeName = 5421;
+constexpr int EncodingName = 5422;
+constexpr int CallOptionsName = 5423;
+constexpr int LogToolBarName = 5424;
+constexpr int LogTimeUnitName = 5425;
+constexpr int SensorsName = 5427;
+constexpr int ControlsName = 5428;
+
+}

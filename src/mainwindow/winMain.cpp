@@ -1,0 +1,390 @@
+#include "mainwindow/winMain.h"
+
+#include "core/Captions.h"
+#include "core/Clock.h"
+#include "core/Errors.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/StringSource.h"
+#include "core/frmPassword.h"
+#include "core/frmSettings.h"
+#include "mainwindow/FrameKeys.h"
+#include "mainwindow/GroupsPane.h"
+#include "mainwindow/Icons.h"
+#include "mainwindow/IndividualsPane.h"
+#include "mainwindow/KeyedToolBar.h"
+#include "mainwindow/LinkStrip.h"
+#include "mainwindow/LogPane.h"
+#include "mainwindow/MainMenu.h"
+#include "mainwindow/PaneLayout.h"
+#include "mainwindow/PaneSplitter.h"
+#include "mainwindow/ScadaPane.h"
+#include "mainwindow/SendPane.h"
+#include "mainwindow/StatusBar.h"
+#include "mainwindow/TextIds.h"
+#include "radio/Map27Executive.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QTabBar>
+#include <QToolButton>
+
+// Outside any namespace, as Q_INIT_RESOURCE demands: the pictures lie in a static library.
+static void InitIconResource()
+{
+    Q_INIT_RESOURCE(veltorkyn_icons);
+}
+
+namespace {
+
+constexpr auto MainBarPrefix = "tbMain_";
+
+bool IsLastOfGroup(const QString& key)
+{
+    return key == QLatin1String("fullscreen") || key == QLatin1String("disconnect")
+        || key == QLatin1String("refresh") || key == QLatin1String("sendname");
+}
+
+}
+
+winMain::winMain(const Services& services)
+    : m_services(services), m_logLines(services.statusTexts), m_logReader(services.session, services.executive),
+      m_placement(*this, services.settings), m_logon(m_services, m_session, *this)
+{
+    InitIconResource();
+    setObjectName(QStringLiteral("winMain"));
+    setProperty("textId", MainText::WindowCaption);
+    setWindowIcon(LoadIcon(QStringLiteral("veltorkyn")));
+    m_menu = std::make_unique<MainMenu>(*menuBar(), m_services.strings);
+    BuildFrame();
+    LoadCaptions(*this, m_services.strings);
+    ConnectMenus();
+    ConnectPanes();
+    Load();
+    ConnectServices();
+}
+
+winMain::~winMain()
+{
+    if (!m_unloaded) {
+        m_services.executive.SetViews({});
+    }
+}
+
+void winMain::BuildFrame()
+{
+    m_client = new QWidget(this);
+    setCentralWidget(m_client);
+    BuildToolBar();
+    m_strip = new LinkStrip(m_services.strings, m_client);
+    BuildTabs();
+    picHPaneResize = new PaneSplitter(m_client);
+    picLog = new LogPane(m_services.strings, m_services.settings, m_logLines, m_logReader, m_session, m_client);
+    picSend = new SendPane(
+        {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session}, m_client);
+    // Last, so that it stays in front of the panes in a window that is too low for all.
+    sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
+    m_client->installEventFilter(this);
+}
+
+void winMain::BuildToolBar()
+{
+    tbMain = new KeyedToolBar(QStringLiteral("tbMain"), m_client);
+    tbMain->setProperty("accessibleNameId", MainText::MainToolBarName);
+    for (const CommandRow& row : ActionTable()) {
+        const QString name = QLatin1String(row.name);
+        if (row.kind == CommandRow::Kind::Button && name.startsWith(QLatin1String(MainBarPrefix))) {
+            const QString key = name.mid(static_cast<qsizetype>(qstrlen(MainBarPrefix)));
+            const bool stays = key == QLatin1String("fullscreen") || key == QLatin1String("session");
+            tbMain->AddButton(key, stays ? KeyedToolBar::Style::Check : KeyedToolBar::Style::Plain,
+                              row.toolTip);
+            if (IsLastOfGroup(key)) {
+                tbMain->AddGap();
+            }
+        }
+    }
+    tbMain->AddStretch();
+    tbMain->setContentsMargins(4, 2, 4, 2);
+    SetSessionCaption(m_menu->Action(QStringLiteral("miLogOnLogOff")).text());
+}
+
+void winMain::BuildTabs()
+{
+    tsMain = new QTabBar(m_client);
+    tsMain->setObjectName(QStringLiteral("tsMain"));
+    tsMain->setDrawBase(true);
+    tsMain->setExpanding(false);
+    const auto addTab = [this](int textId, const char* key) {
+        const int index = tsMain->addTab(Text(textId));
+        tsMain->setTabData(index, QLatin1String(key));
+    };
+    addTab(MainText::TalkgroupsTab, "talkgroups");
+    addTab(MainText::IndividualsTab, "individuals");
+    addTab(MainText::ScadaTab, "scada");
+
+    picGroups = new GroupsPane(m_services.strings, m_client);
+    picIndividuals = new IndividualsPane(m_services.strings, m_client);
+    picScada = new ScadaPane(m_services.settings, m_client);
+    ShowTab(0);
+}
+
+void winMain::ConnectPanes()
+{
+    connect(tbMain, &KeyedToolBar::ButtonClicked, this, &winMain::RunToolButton);
+    connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
+    connect(tsMain, &QTabBar::currentChanged, this, &winMain::ShowTab);
+    connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
+
+    connect(picLog, &LogPane::AddressesChosen, picSend, &SendPane::SetAddress);
+    connect(picLog, &LogPane::CallRequested, this, &winMain::CallSelectedParty);
+    connect(picLog, &LogPane::MenuRequested, this, &winMain::ShowMessagingMenu);
+    connect(picLog, &LogPane::DataViewChanged, this, &winMain::ShowLogDataViewCaption);
+
+    connect(sbrStatus, &StatusBar::PanelDoubleClicked, this, &winMain::RunPanelCommand);
+    connect(sbrStatus, &StatusBar::PanelMenuRequested, this, &winMain::ShowPanelMenu);
+
+    auto* keys = new FrameKeys(*this);
+    connect(keys, &FrameKeys::NextTab, this, &winMain::SelectNextTab);
+    connect(keys, &FrameKeys::PreviousTab, this, &winMain::SelectPreviousTab);
+    connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
+}
+
+void winMain::ConnectServices()
+{
+    Map27Executive& executive = m_services.executive;
+    RadioViews views;
+    views.log = this;
+    views.status = this;
+    executive.SetViews(views);
+    connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
+    connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
+    m_strip->ShowLink(executive.Link());
+    if (m_services.passwordDialog != nullptr) {
+        connect(m_services.passwordDialog, &frmPassword::PasswordChanged, this, &winMain::SbrMessage);
+    }
+}
+
+void winMain::Load()
+{
+    SetCommandStates();
+    Attempt([this] { m_logWidth = m_services.settings.LogWidth(); });
+    Attempt([this] { picLog->SetLogDataView(m_services.settings.LogView()); });
+    Attempt([this] { picLog->LoadLogPrefs(); });
+    picIndividuals->SizeColumns();
+    Attempt([this] { picScada->LoadUnit(); });
+    picSend->SelectType(SendPane::MessageType::Status);
+    RestoreWindowPlacement();
+}
+
+void winMain::RestoreWindowPlacement()
+{
+    Settings::Placement placement;
+    Attempt([&] { placement = m_placement.Stored(); });
+    m_placement.RestoreRectangle(placement);
+    SetFullScreen(placement.fullScreen);
+    m_placement.RestoreState(placement);
+}
+
+void winMain::LogOnAtStart()
+{
+    Attempt([this] {
+        if (m_services.settings.GetLogonCount() != 0 && !m_session.LoggedOn) {
+            m_logon.Run();
+        }
+    });
+}
+
+// The first logon waits until the window stands, so that its dialog has something to stand on.
+void winMain::showEvent(QShowEvent* event)
+{
+    QMainWindow::showEvent(event);
+    if (!m_wasShown) {
+        m_wasShown = true;
+        QMetaObject::invokeMethod(this, &winMain::LogOnAtStart, Qt::QueuedConnection);
+    }
+}
+
+void winMain::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (sbrStatus != nullptr
+        && (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange)) {
+        LayoutPanes();
+    }
+}
+
+bool winMain::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize) {
+        LayoutPanes();
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void winMain::LayoutPanes()
+{
+    EnableFullScreen(m_placement.IsNormal());
+
+    const QSize client = m_client->size();
+    const int barHeight = tbMain->sizeHint().height();
+    const int stripHeight = m_strip->HeightAt(client.width());
+    PaneSizes sizes;
+    sizes.client = client;
+    sizes.toolBarHeight = barHeight + stripHeight;
+    sizes.statusBarHeight = sbrStatus->sizeHint().height();
+    sizes.tabRowHeight = tsMain->sizeHint().height();
+    sizes.splitterWidth = PaneSplitter::Width;
+    sizes.sendPaneHeight = picSend->PaneHeight();
+    sizes.logWidth = m_logWidth;
+    const PaneLayout layout = ArrangePanes(sizes);
+
+    tbMain->setGeometry(0, 0, client.width(), barHeight);
+    m_strip->setGeometry(0, barHeight, client.width(), stripHeight);
+    tsMain->setGeometry(0, layout.tabStrip.top(), client.width(), sizes.tabRowHeight);
+    picLog->setGeometry(layout.log);
+    picHPaneResize->setGeometry(layout.splitter);
+    picHPaneResize->SetRange(layout.tabStripClient);
+    for (QWidget* pane : {static_cast<QWidget*>(picGroups), static_cast<QWidget*>(picIndividuals),
+                          static_cast<QWidget*>(picScada)}) {
+        pane->setGeometry(layout.tabPane);
+    }
+    picSend->setGeometry(layout.send);
+    sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
+}
+
+void winMain::StoreLogWidth()
+{
+    const int right = picLog->x() + picLog->width();
+    m_logWidth = right - (picHPaneResize->x() + picHPaneResize->width());
+    Attempt([this] { m_services.settings.SetLogWidth(m_logWidth); });
+    LayoutPanes();
+}
+
+void winMain::SetFullScreen(bool on)
+{
+    m_placement.SetFullScreen(on);
+    m_menu->Action(QStringLiteral("miFullscreen")).setChecked(on);
+    tbMain->SetPressed(QStringLiteral("fullscreen"), on);
+}
+
+void winMain::EnableFullScreen(bool enabled)
+{
+    if (m_allowed.normalWindow != enabled) {
+        m_allowed.normalWindow = enabled;
+        SetCommandStates();
+    }
+}
+
+QString winMain::SelectedTab() const
+{
+    return tsMain->tabData(tsMain->currentIndex()).toString();
+}
+
+void winMain::SelectTab(const QString& key)
+{
+    for (int index = 0; index < tsMain->count(); ++index) {
+        if (tsMain->tabData(index).toString() == key) {
+            tsMain->setCurrentIndex(index);
+        }
+    }
+}
+
+void winMain::SelectNextTab()
+{
+    tsMain->setCurrentIndex((tsMain->currentIndex() + 1) % tsMain->count());
+}
+
+void winMain::SelectPreviousTab()
+{
+    tsMain->setCurrentIndex((tsMain->currentIndex() + tsMain->count() - 1) % tsMain->count());
+}
+
+void winMain::ShowTab(int index)
+{
+    const QString key = tsMain->tabData(index).toString();
+    picGroups->setVisible(key == QLatin1String("talkgroups"));
+    picIndividuals->setVisible(key == QLatin1String("individuals"));
+    picScada->setVisible(key == QLatin1String("scada"));
+}
+
+void winMain::closeEvent(QCloseEvent* event)
+{
+    const bool ask = m_session.LoggedOn && !m_exitDecided && !m_unloaded && !qApp->isSavingSession();
+    if (m_askingExit || (ask && !AskExit())) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    Unload();
+}
+
+bool winMain::AskExit()
+{
+    if (m_askingExit) {
+        return false;
+    }
+    m_askingExit = true;
+    const bool yes = m_services.prompt.AskConfirmation(Text(MainText::ExitQuestion));
+    m_askingExit = false;
+    return yes;
+}
+
+void winMain::Exit()
+{
+    if (!m_session.LoggedOn || AskExit()) {
+        CloseUnasked();
+    }
+}
+
+void winMain::CloseUnasked()
+{
+    m_exitDecided = true;
+    close();
+}
+
+void winMain::Unload()
+{
+    if (m_unloaded) {
+        return;
+    }
+    m_unloaded = true;
+    constexpr bool Quietly = false;
+    Attempt([this] { picLog->SaveLogPeriod(); }, Quietly);
+    Attempt([this] { picScada->StoreUnit(); }, Quietly);
+    Attempt([this] { m_placement.Save(); }, Quietly);
+    if (m_session.LoggedOn) {
+        m_logon.EndSession();
+        m_session = {};
+    }
+    m_services.executive.SetViews({});
+    m_services.executive.disconnect(this);
+    m_services.executive.disconnect(m_strip);
+    sbrStatus->StopClock();
+    for (QDialog* dialog : {static_cast<QDialog*>(m_services.settingsDialog),
+                            static_cast<QDialog*>(m_services.passwordDialog)}) {
+        if (dialog != nullptr) {
+            dialog->setParent(nullptr);
+        }
+    }
+    Q_EMIT Unloaded();
+}
+
+// Runs a step whose failure must not stop the others; the operator is told in the status bar, the log file always.
+void winMain::Attempt(const std::function<void()>& step, bool tell)
+{
+    try {
+        step();
+    } catch (const std::exception& failure) {
+        const QString description = DescribeError(failure, m_services.strings);
+        ProgramLog::Write(description);
+        if (tell) {
+            SbrMessage(description);
+        }
+    }
+}
+
+QString winMain::Text(int id) const
+{
+    return m_services.strings.LoadString(id);
+}

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "mainwindow/ActionTable.h"
+#include "mainwindow/LogLineFormatter.h"
+#include "mainwindow/LogReader.h"
+#include "mainwindow/LogonCommand.h"
+#include "mainwindow/Services.h"
+#include "mainwindow/SessionState.h"
+#include "mainwindow/WindowPlacement.h"
+#include "radio/Views.h"
+
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+class GroupsPane;
+class IndividualsPane;
+class KeyedToolBar;
+class LinkStrip;
+class LogPane;
+class MainMenu;
+class PaneSplitter;
+class QTabBar;
+class ScadaPane;
+class SendPane;
+class StatusBar;
+
+// The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they can decide
+// themselves. Built and loaded by its constructor, which raises what makes the window impossible; settings that
+// cannot be read are told in the status bar and their defaults taken.
+//
+// Closing it ends the session and emits Unloaded once; after that it uses no service any more.
+class winMain : public QMainWindow, public ILogView, public IStatusView, private ILogonView {
+    Q_OBJECT
+
+public:
+    // Becomes the log and status view of the radio link.
+    explicit winMain(const Services& services);
+    ~winMain() override;
+
+    bool LoggedOn() const { return m_session.LoggedOn; }
+
+    void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                        const QString& to) override;
+    void CheckDayChange(const QDateTime& time);
+    void SbrMessage(const QString& text) override;
+    void ShowOperatingConditions(bool inService, int fieldStrength) override;
+    void ShowOwnAddress(const QString& callsign, const QString& ident) override;
+
+    // Reads the status messages afresh. Does nothing while nobody is logged on.
+    void LoadStati();
+    // command: "regroup", "ungroup" or "sendname"; any other changes nothing.
+    void AllowCommand(const QString& command, bool allow);
+
+    void SetFullScreen(bool on);
+    bool IsFullScreen() const { return m_placement.IsFullScreen(); }
+    void SelectTab(const QString& key);
+    void SelectNextTab();
+    void SelectPreviousTab();
+
+    // Closes the window without its question, for a system that is shutting down.
+    void CloseUnasked();
+
+Q_SIGNALS:
+    // The window is gone and the session ended; the application shuts down.
+    void Unloaded();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void BuildFrame();
+    void BuildToolBar();
+    void BuildTabs();
+    void ConnectMenus();
+    void ConnectPanes();
+    void ConnectServices();
+    void Load();
+    void RestoreWindowPlacement();
+    void LogOnAtStart();
+    void OnCommand(const QString& name, const std::function<void()>& run);
+    void ConnectRadioCommands();
+    void ConnectMessagingCommands();
+
+    void LayoutPanes();
+    void EnableFullScreen(bool enabled);
+    void StoreLogWidth();
+    void ShowTab(int index);
+    QString SelectedTab() const;
+
+    void RunToolButton(const QString& key);
+    void RunPanelCommand(const QString& panel);
+    void ShowPanelMenu(const QString& panel, const QPoint& place);
+    void AskRadio(int message, const std::function<void()>& ask);
+    void ResetRadioLink();
+    void ToggleLogDataView();
+    void ShowLogDataViewCaption(const QString& view);
+    void CallSelectedParty();
+    void ShowMessagingMenu(const QPoint& place);
+    void ShowEmergency(const QString& party, const QDateTime& time);
+
+    bool AskExit();
+    void Exit();
+    void Unload();
+    void Attempt(const std::function<void()>& step, bool tell = true);
+    QString Text(int id) const;
+
+    // ILogonView
+    void PressSessionButton(bool pressed) override;
+    void SetSessionCaption(const QString& caption) override;
+    void SetNumberingCaption(const QString& caption) override;
+    void LoadTalkgroupCaptions() override;
+    void LoadLists() override;
+    void ForbidRegrouping() override;
+    void SetCommandStates() override;
+
+    Services m_services;
+    SessionState m_session;
+    CommandContext m_allowed; // what window state and selection allow; the rest is filled in when it is used
+    LogLineFormatter m_logLines;
+    LogReader m_logReader;
+    WindowPlacement m_placement;
+    LogonCommand m_logon;
+    std::unique_ptr<MainMenu> m_menu;
+
+    QWidget* m_client = nullptr; // everything below the menu bar
+    KeyedToolBar* tbMain = nullptr;
+    LinkStrip* m_strip = nullptr;
+    QTabBar* tsMain = nullptr;
+    GroupsPane* picGroups = nullptr;
+    IndividualsPane* picIndividuals = nullptr;
+    ScadaPane* picScada = nullptr;
+    PaneSplitter* picHPaneResize = nullptr;
+    LogPane* picLog = nullptr;
+    SendPane* picSend = nullptr;
+    StatusBar* sbrStatus = nullptr;
+
+    double m_logWidth = 190;
+    bool m_wasShown = false;
+    bool m_askingExit = false;
+    bool m_exitDecided = false;
+    bool m_unloaded = false;
+};

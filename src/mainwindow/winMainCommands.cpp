@@ -1,0 +1,283 @@
+// The commands of the main window and what logging on and off changes in it.
+
+#include "mainwindow/winMain.h"
+
+#include "core/Errors.h"
+#include "core/Prompt.h"
+#include "core/Settings.h"
+#include "core/StringSource.h"
+#include "core/UserProfile.h"
+#include "core/frmPassword.h"
+#include "core/frmSettings.h"
+#include "mainwindow/GroupsPane.h"
+#include "mainwindow/KeyedToolBar.h"
+#include "mainwindow/LinkStrip.h"
+#include "mainwindow/LogPane.h"
+#include "mainwindow/MainMenu.h"
+#include "mainwindow/SendPane.h"
+#include "mainwindow/ShowModal.h"
+#include "mainwindow/StatusBar.h"
+#include "mainwindow/StatusList.h"
+#include "mainwindow/TextIds.h"
+#include "radio/Map27Executive.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QToolButton>
+
+void winMain::ConnectMenus()
+{
+    m_menu->Action(QStringLiteral("miFullscreen")).setCheckable(true);
+    OnCommand(QStringLiteral("miLogOnLogOff"), [this] { m_logon.Run(); });
+    OnCommand(QStringLiteral("miSettings"), [this] {
+        if (m_services.settingsDialog != nullptr) {
+            ShowModal(*m_services.settingsDialog, *this);
+        }
+    });
+    OnCommand(QStringLiteral("miPassword"), [this] {
+        if (m_services.passwordDialog != nullptr) {
+            ShowModal(*m_services.passwordDialog, *this);
+        }
+    });
+    OnCommand(QStringLiteral("mbExit"), [this] { Exit(); });
+    OnCommand(QStringLiteral("miFullscreen"), [this] { SetFullScreen(!IsFullScreen()); });
+    OnCommand(QStringLiteral("miLogDataView"), [this] { ToggleLogDataView(); });
+    ConnectRadioCommands();
+    ConnectMessagingCommands();
+}
+
+void winMain::OnCommand(const QString& name, const std::function<void()>& run)
+{
+    connect(&m_menu->Action(name), &QAction::triggered, this, [run] { run(); });
+}
+
+void winMain::ConnectRadioCommands()
+{
+    Map27Executive& executive = m_services.executive;
+    OnCommand(QStringLiteral("miOpCon"), [this, &executive] {
+        AskRadio(MainText::AskedOperatingCondition, [&executive] { executive.AskOperatingCondition(); });
+    });
+    OnCommand(QStringLiteral("miNetInfo"), [this, &executive] {
+        AskRadio(MainText::AskedNetworkInfo, [&executive] { executive.AskNetworkInfo(); });
+    });
+    OnCommand(QStringLiteral("miNumInfo"), [this, &executive] {
+        AskRadio(MainText::AskedNumbering, [&executive] { executive.AskNumbering(); });
+    });
+}
+
+void winMain::ConnectMessagingCommands()
+{
+    struct CallRow {
+        const char* name;
+        SendPane::CallOptions options;
+    };
+    constexpr CallRow Calls[] = {
+        {"miSendCall", {.emergency = false, .priority = false, .dialog = true}},
+        {"miSendEmrgCall", {.emergency = true, .priority = false, .dialog = true}},
+        {"miSendPriorCall", {.emergency = false, .priority = true, .dialog = true}},
+        {"miSendBcast", {.emergency = false, .priority = false, .dialog = false}},
+        {"miSendEmrgBcast", {.emergency = true, .priority = false, .dialog = false}},
+        {"miSendPriorBcast", {.emergency = false, .priority = true, .dialog = false}},
+    };
+    for (const CallRow& call : Calls) {
+        OnCommand(QLatin1String(call.name), [this, options = call.options] { picSend->PrepareCall(options); });
+    }
+    OnCommand(QStringLiteral("miSendStatus"), [this] { picSend->SelectType(SendPane::MessageType::Status); });
+    OnCommand(QStringLiteral("miSendText"), [this] { picSend->SelectType(SendPane::MessageType::Text); });
+}
+
+void winMain::RunToolButton(const QString& key)
+{
+    if (key == QLatin1String("fullscreen")) {
+        SetFullScreen(tbMain->IsPressed(key));
+    } else if (key == QLatin1String("session")) {
+        m_logon.Run();
+    } else if (key == QLatin1String("disconnect")) {
+        ResetRadioLink();
+    }
+}
+
+void winMain::RunPanelCommand(const QString& panel)
+{
+    if (panel == QLatin1String("opcon") || panel == QLatin1String("field")) {
+        m_menu->Action(QStringLiteral("miOpCon")).trigger();
+    } else if (panel == QLatin1String("callsign") || panel == QLatin1String("ident")) {
+        m_menu->Action(QStringLiteral("miNumInfo")).trigger();
+    } else if (panel == QLatin1String("version")) {
+        m_menu->Action(QStringLiteral("miAbout")).trigger();
+    }
+}
+
+void winMain::ShowPanelMenu(const QString& panel, const QPoint& place)
+{
+    static const QStringList RadioPanels = {QStringLiteral("opcon"), QStringLiteral("field"),
+                                            QStringLiteral("callsign"), QStringLiteral("ident")};
+    if (panel == QLatin1String("version")) {
+        m_menu->PopUp(QStringLiteral("mbHelp"), place);
+    } else if (m_session.LoggedOn && RadioPanels.contains(panel)) {
+        m_menu->PopUp(QStringLiteral("mbRadio"), place);
+    }
+}
+
+void winMain::AskRadio(int message, const std::function<void()>& ask)
+{
+    if (m_session.LoggedOn) {
+        SbrMessage(Text(message));
+        Attempt(ask);
+    }
+}
+
+void winMain::ResetRadioLink()
+{
+    try {
+        m_services.executive.ResetTran();
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+}
+
+void winMain::ToggleLogDataView()
+{
+    Attempt([this] {
+        const QString view = m_services.settings.LogView();
+        if (view == QLatin1String("text")) {
+            picLog->SetLogDataView(QStringLiteral("hex"));
+        } else if (view == QLatin1String("hex")) {
+            picLog->SetLogDataView(QStringLiteral("text"));
+        }
+    });
+}
+
+void winMain::ShowLogDataViewCaption(const QString& view)
+{
+    QAction& item = m_menu->Action(QStringLiteral("miLogDataView"));
+    if (view == QLatin1String("hex")) {
+        item.setText(Text(MainText::ShowAsText));
+    } else if (view == QLatin1String("text")) {
+        item.setText(Text(MainText::ShowAsHex));
+    }
+}
+
+void winMain::CallSelectedParty()
+{
+    if (!m_session.LoggedOn || !picLog->SelectedTag()) {
+        return;
+    }
+    m_menu->Action(QStringLiteral("miSendCall")).trigger();
+    if (!picSend->Address().trimmed().isEmpty()) {
+        picSend->Send();
+    }
+}
+
+void winMain::ShowMessagingMenu(const QPoint& place)
+{
+    if (m_session.LoggedOn && picLog->SelectedTag()) {
+        m_menu->PopUp(QStringLiteral("mbMessaging"), place, QStringLiteral("miSendCall"));
+    }
+}
+
+void winMain::ShowEmergency(const QString& party, const QDateTime& time)
+{
+    m_strip->ShowEmergency(party, time);
+    QApplication::alert(this);
+}
+
+void winMain::LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                             const QString& to)
+{
+    picLog->LogShowNewLine(time, type, desc, from, to);
+}
+
+void winMain::CheckDayChange(const QDateTime& time)
+{
+    picLog->CheckDayChange(time);
+}
+
+void winMain::SbrMessage(const QString& text)
+{
+    sbrStatus->SbrMessage(text);
+}
+
+void winMain::ShowOperatingConditions(bool inService, int fieldStrength)
+{
+    sbrStatus->ShowOperatingConditions(inService, fieldStrength);
+}
+
+void winMain::ShowOwnAddress(const QString& callsign, const QString& ident)
+{
+    sbrStatus->ShowOwnAddress(callsign, ident);
+}
+
+void winMain::LoadStati()
+{
+    if (m_session.LoggedOn) {
+        picSend->SetStati(ReadStati(m_services.session, m_services.statusTexts));
+    }
+}
+
+void winMain::AllowCommand(const QString& command, bool allow)
+{
+    if (command == QLatin1String("regroup")) {
+        m_allowed.regroup = allow;
+    } else if (command == QLatin1String("ungroup")) {
+        m_allowed.ungroup = allow;
+    } else if (command == QLatin1String("sendname")) {
+        m_allowed.sendName = allow;
+    }
+    SetCommandStates();
+}
+
+void winMain::PressSessionButton(bool pressed)
+{
+    tbMain->SetPressed(QStringLiteral("session"), pressed);
+}
+
+void winMain::SetSessionCaption(const QString& caption)
+{
+    m_menu->Action(QStringLiteral("miLogOnLogOff")).setText(caption);
+    QToolButton* button = tbMain->Button(QStringLiteral("session"));
+    const QString tip = QString(caption).remove(QLatin1Char('&'));
+    button->setToolTip(tip);
+    button->setAccessibleName(tip);
+}
+
+void winMain::SetNumberingCaption(const QString& caption)
+{
+    m_menu->Action(QStringLiteral("miNumbering")).setText(caption);
+}
+
+void winMain::LoadTalkgroupCaptions()
+{
+    picGroups->LoadRootCaptions();
+}
+
+void winMain::LoadLists()
+{
+    Attempt([this] { LoadStati(); });
+}
+
+void winMain::ForbidRegrouping()
+{
+    m_allowed.regroup = false;
+    m_allowed.ungroup = false;
+    m_allowed.sendName = false;
+    SetCommandStates();
+}
+
+void winMain::SetCommandStates()
+{
+    CommandContext context = m_allowed;
+    context.loggedOn = m_session.LoggedOn;
+    context.administrator = m_session.Administrator;
+    context.allowDynamicRegrouping = m_services.profile.AllowDynamicRegrouping();
+    const auto states = CommandStates(context);
+    for (auto state = states.begin(); state != states.end(); ++state) {
+        if (m_menu->Contains(state.key())) {
+            m_menu->SetState(state.key(), state->enabled, state->visible);
+        } else if (auto* button = findChild<QAbstractButton*>(state.key())) {
+            button->setEnabled(state->enabled);
+            button->setVisible(state->visible);
+        }
+    }
+}

@@ -1,0 +1,383 @@
+// The frame: places of the panes, full screen, splitter, placement across runs, tabs, closing, status bar and strip.
+
+#include "MainWindowStack.h"
+#include "core/Registry.h"
+#include "mainwindow/FieldBar.h"
+#include "mainwindow/PaneLayout.h"
+#include "mainwindow/StatusBar.h"
+#include "support/DialogDriver.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QToolButton>
+
+namespace {
+
+struct FieldCase {
+    int strength;
+    const char* text;
+};
+
+TEST(FieldBar, RoundsHalvesToTheEvenMark)
+{
+    constexpr FieldCase Cases[] = {
+        {0, "0 ........"},     {15, "15 ........"},   {16, "16 |......."},   {46, "46 |......."},
+        {47, "47 ||......"},   {79, "79 ||......"},   {80, "80 |||....."},   {100, "100 |||....."},
+        {239, "239 ||||||||"}, {240, "240 ||||||||"}, {255, "255 ||||||||"}, {207, "207 ||||||.."},
+    };
+    for (const FieldCase& c : Cases)
+        EXPECT_EQ(FieldBarText(c.strength), QLatin1String(c.text));
+}
+
+struct LayoutCase {
+    double logWidth;
+    QRect log, splitter, tabPane, send;
+};
+
+TEST(PaneLayout, SharesTheClientAreaOfTheTabs)
+{
+    const LayoutCase Cases[] = {
+        {190, {410, 72, 190, 204}, {404, 72, 6, 204}, {0, 72, 404, 204}, {0, 280, 600, 90}},
+        {0, {600, 72, 0, 204}, {594, 72, 6, 204}, {0, 72, 594, 204}, {0, 280, 600, 90}},
+        {594, {6, 72, 594, 204}, {0, 72, 6, 204}, {0, 72, 0, 204}, {0, 280, 600, 90}},
+        {5000, {6, 72, 594, 204}, {0, 72, 6, 204}, {0, 72, 0, 204}, {0, 280, 600, 90}},
+    };
+    for (const LayoutCase& c : Cases) {
+        const PaneLayout layout = ArrangePanes({.client = {600, 392},
+                                                .toolBarHeight = 40,
+                                                .statusBarHeight = 22,
+                                                .tabRowHeight = 30,
+                                                .splitterWidth = 6,
+                                                .sendPaneHeight = 90,
+                                                .logWidth = c.logWidth});
+        EXPECT_EQ(layout.tabStrip, QRect(0, 40, 600, 330));
+        EXPECT_EQ(layout.log, c.log);
+        EXPECT_EQ(layout.splitter, c.splitter);
+        EXPECT_EQ(layout.tabPane, c.tabPane);
+        EXPECT_EQ(layout.send, c.send);
+    }
+}
+
+TEST(Frame, OpensWhereItStoodAndFirstAtTheDefaultPlace)
+{
+    MainWindowStack stack;
+    winMain& first = stack.Open();
+    EXPECT_EQ(QRect(first.pos(), first.size()), QRect(0, 0, 600, 400));
+    EXPECT_FALSE(first.IsFullScreen());
+    EXPECT_EQ(stack.Find<QTabBar>("tsMain").currentIndex(), 0);
+    first.move(30, 40);
+    first.resize(640, 480);
+    stack.CloseWindow();
+    winMain& second = stack.Open();
+    EXPECT_EQ(QRect(second.pos(), second.size()), QRect(30, 40, 640, 480));
+
+    // A place that is on no screen any more.
+    stack.CloseWindow();
+    stack.settings.Write(QStringLiteral("winMain"), QStringLiteral("x"), QStringLiteral("9000"));
+    winMain& third = stack.Open();
+    EXPECT_TRUE(third.screen()->geometry().intersects(third.geometry()));
+    // A place that is none is told and replaced.
+    stack.CloseWindow();
+    stack.settings.Write(QStringLiteral("winMain"), QStringLiteral("x"), QStringLiteral("left"));
+    EXPECT_EQ(stack.Open().size(), QSize(600, 400));
+    EXPECT_TRUE(stack.Panel("main").contains(QStringLiteral("left")));
+}
+
+TEST(Frame, FullScreenRestoresAndStoresTheRectangleBefore)
+{
+    MainWindowStack stack;
+    winMain& window = stack.Open();
+    const QRect normal(50, 60, 620, 420);
+    window.move(normal.topLeft());
+    window.resize(normal.size());
+    stack.Click("tbMain_fullscreen");
+    EXPECT_EQ(window.geometry(), window.screen()->geometry());
+    EXPECT_TRUE(stack.Action("miFullscreen").isChecked());
+    EXPECT_TRUE(stack.Action("miFullscreen").isEnabled()) << "full screen can be left again";
+    stack.Trigger("miFullscreen");
+    EXPECT_EQ(QRect(window.pos(), window.size()), normal);
+    EXPECT_FALSE(stack.Find<QToolButton>("tbMain_fullscreen").isChecked());
+
+    stack.Trigger("miFullscreen");
+    stack.CloseWindow();
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("wi"), {}), QStringLiteral("620"));
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("fullscreen"), {}), QStringLiteral("True"));
+    winMain& again = stack.Open();
+    EXPECT_TRUE(again.IsFullScreen());
+    EXPECT_EQ(again.geometry(), again.screen()->geometry());
+    stack.Click("tbMain_fullscreen");
+    EXPECT_EQ(QRect(again.pos(), again.size()), normal);
+}
+
+TEST(Frame, AMaximisedWindowHasNoFullScreenAndComesBackMaximised)
+{
+    MainWindowStack stack;
+    winMain& window = stack.Open();
+    window.showMaximized();
+    EXPECT_FALSE(stack.Action("miFullscreen").isEnabled());
+    EXPECT_FALSE(stack.Find<QWidget>("tbMain_fullscreen").isEnabled());
+    stack.CloseWindow();
+    EXPECT_EQ(stack.settings.WindowPlacement().width, 600);
+    winMain& again = stack.Open();
+    EXPECT_TRUE(again.isMaximized());
+    again.showNormal();
+    EXPECT_TRUE(stack.Action("miFullscreen").isEnabled());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return again.size() == QSize(600, 400); }));
+}
+
+void Drag(QWidget& splitter, int by)
+{
+    const QPoint start = splitter.rect().topLeft();
+    QTest::mousePress(&splitter, Qt::LeftButton, Qt::NoModifier, start);
+    EXPECT_EQ(splitter.backgroundRole(), QPalette::Highlight);
+    const QPoint end = start + QPoint(by, 0);
+    QMouseEvent move(QEvent::MouseMove, QPointF(end), QPointF(splitter.mapToGlobal(end)), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    QApplication::sendEvent(&splitter, &move);
+    QTest::mouseRelease(&splitter, Qt::LeftButton, Qt::NoModifier, {});
+    EXPECT_EQ(splitter.backgroundRole(), QPalette::Button);
+}
+
+TEST(Frame, TheSplitterStaysInsideAndItsWidthIsKept)
+{
+    MainWindowStack stack;
+    stack.Open();
+    EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 190);
+    Drag(stack.Find<QWidget>("picHPaneResize"), -60);
+    EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 250);
+    EXPECT_EQ(stack.Find<QWidget>("picGroups").width() + 6 + 250, 600);
+    stack.CloseWindow();
+    stack.Open();
+    EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 250);
+    Drag(stack.Find<QWidget>("picHPaneResize"), -5000);
+    EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 594);
+    Drag(stack.Find<QWidget>("picHPaneResize"), 5000);
+    EXPECT_EQ(stack.settings.LogWidth(), 0);
+}
+
+TEST(Frame, TabsGoRoundAndShowTheirPane)
+{
+    MainWindowStack stack;
+    stack.Open();
+    const QStringList panes = {QStringLiteral("picGroups"), QStringLiteral("picIndividuals"), QStringLiteral("picScada")};
+    const auto shown = [&] {
+        QStringList visible;
+        for (const QString& pane : panes)
+            if (stack.Find<QWidget>(pane.toLatin1()).isVisible())
+                visible.append(pane);
+        return visible.join(QLatin1Char(' '));
+    };
+    auto& address = stack.Find<QWidget>("cmbAddress");
+    EXPECT_EQ(shown(), panes[0]);
+    for (const int next : {1, 2, 0, 1}) {
+        QTest::keyClick(&address, Qt::Key_Tab, Qt::ControlModifier);
+        EXPECT_EQ(shown(), panes[next]);
+    }
+    for (const int next : {0, 2}) {
+        QTest::keyClick(&address, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
+        EXPECT_EQ(shown(), panes[next]);
+    }
+    stack.Window().SelectTab(QStringLiteral("individuals"));
+    EXPECT_EQ(shown(), panes[1]);
+}
+
+TEST(Closing, AsksExactlyOnceWhileLoggedOn)
+{
+    MainWindowStack stack;
+    winMain& window = stack.Open();
+    QSignalSpy unloaded(&window, &winMain::Unloaded);
+    stack.LogOn();
+    // The close button a second time while the question is open asks no second one.
+    stack.prompt.whileOpen = [&] { window.close(); };
+    stack.prompt.ExpectConfirmation(stack.Text(2020), false);
+    EXPECT_FALSE(window.close());
+    stack.prompt.ExpectConfirmation(stack.Text(2020), false);
+    stack.Trigger("mbExit");
+    stack.prompt.whileOpen = nullptr;
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(unloaded.count(), 0);
+
+    stack.prompt.ExpectConfirmation(stack.Text(2020), true);
+    stack.Trigger("mbExit");
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_EQ(unloaded.count(), 1);
+    window.close();
+    EXPECT_EQ(unloaded.count(), 1);
+}
+
+TEST(Closing, EndsTheSessionButLeavesTheDatabaseOpen)
+{
+    MainWindowStack stack;
+    winMain& window = stack.Open();
+    stack.LogOn();
+    RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("1"));
+    stack.executive.UpdateDutyStatus(QStringLiteral("Dispatch"), true);
+    stack.prompt.ExpectConfirmation(stack.Text(2020), true);
+    EXPECT_TRUE(window.close());
+    EXPECT_TRUE(stack.session.IsOpen());
+    EXPECT_FALSE(stack.ProfileIsLoggedOn());
+    EXPECT_TRUE(stack.control->operations.contains(QStringLiteral("CloseLink")));
+    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
+    directory->SetIndex(QStringLiteral("i_callsign"));
+    directory->Seek(QStringLiteral("Dispatch"));
+    EXPECT_FALSE(directory->Field(QStringLiteral("on_duty")).toBool());
+    // What the radio still says reaches no window.
+    Q_EMIT stack.control->TextReceived(QStringLiteral("late"), 0, 2);
+}
+
+TEST(Closing, WithoutAnOperatorThereIsNoQuestion)
+{
+    MainWindowStack stack;
+    winMain& window = stack.Open();
+    QSignalSpy unloaded(&window, &winMain::Unloaded);
+    EXPECT_TRUE(window.close());
+    EXPECT_EQ(unloaded.count(), 1);
+}
+
+TEST(Dialogs, BlockTheMainWindowButNotTheOneOfTheRadioCall)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    Q_EMIT stack.control->IncomingCall(0, 8, 0, 2);
+    {
+        driver::WhenShown act(QStringLiteral("frmSettings"), [&](QWidget& dialog) {
+            EXPECT_EQ(dialog.windowModality(), Qt::WindowModal);
+            EXPECT_EQ(dialog.parentWidget(), &stack.Window());
+            EXPECT_EQ(stack.executive.AgentWindow().parentWidget(), nullptr);
+            driver::Click(dialog, QStringLiteral("cmdCancel"));
+        });
+        stack.Trigger("miSettings");
+    }
+    EXPECT_EQ(stack.settingsDialog.parentWidget(), nullptr) << "the window would take the dialog with it";
+    {
+        driver::WhenShown act(QStringLiteral("frmPassword"), [](QWidget& dialog) {
+            driver::Type(dialog, QStringLiteral("txt_0"), QString::fromLatin1(TestDatabase::password));
+            driver::Type(dialog, QStringLiteral("txt_1"), QStringLiteral("new secret"));
+            driver::Type(dialog, QStringLiteral("txt_2"), QStringLiteral("new secret"));
+            driver::Click(dialog, QStringLiteral("Command2"));
+        });
+        stack.Trigger("miPassword");
+    }
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2231));
+}
+
+TEST(StatusBar, ShowsMessagesConditionAndTime)
+{
+    MainWindowStack stack;
+    stack.Open();
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^V\\d+\\.\\d{2,}\\.\\d{4,}$")).match(stack.Panel("version")).hasMatch());
+    EXPECT_EQ(stack.Panel("callsign"), QStringLiteral("---"));
+    EXPECT_EQ(stack.Panel("time"), QStringLiteral("10:00 AM"));
+    stack.clock.Step(std::chrono::hours(15));
+    dynamic_cast<StatusBar&>(stack.Find<QWidget>("sbrStatus")).ShowNow();
+    EXPECT_EQ(stack.Panel("time"), QStringLiteral("1:00 AM"));
+    EXPECT_EQ(stack.Panel("date"), QStringLiteral("3/2/24"));
+
+    stack.Window().SbrMessage(QStringLiteral("text"));
+    EXPECT_EQ(stack.Panel("main"), QStringLiteral("text"));
+    EXPECT_EQ(stack.Find<QLabel>("main").toolTip(),
+              QStringLiteral("Last updated: Saturday, March 2, 2024 at 1:00 AM."));
+    for (const bool inService : {true, false}) {
+        stack.Window().ShowOperatingConditions(inService, 47);
+        EXPECT_EQ(stack.Panel("opcon"), QString(QChar(inService ? 216 : 215)));
+        EXPECT_EQ(stack.Find<QLabel>("opcon").accessibleName(), stack.Text(inService ? 5410 : 5411));
+        EXPECT_EQ(stack.Panel("field"), QStringLiteral("47 ||......"));
+    }
+}
+
+TEST(StatusBar, MouseAsksTheRadioAndOpensMenus)
+{
+    struct DoubleClick {
+        const char* panel;
+        const char* request;
+    };
+    constexpr DoubleClick Cases[] = {{"opcon", "RequestRadioInfo 3"}, {"field", "RequestRadioInfo 3"},
+                                     {"callsign", "RequestRadioInfo 1"}, {"ident", "RequestRadioInfo 1"}};
+    MainWindowStack stack;
+    stack.Open();
+    for (const DoubleClick& c : Cases) {
+        QTest::mouseDClick(&stack.Find<QLabel>(c.panel), Qt::LeftButton);
+        QTest::mouseClick(&stack.Find<QLabel>(c.panel), Qt::RightButton);
+        EXPECT_FALSE(stack.Find<QMenu>("mbRadio").isVisible());
+    }
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    stack.LogOn();
+    for (const DoubleClick& c : Cases) {
+        QTest::mouseDClick(&stack.Find<QLabel>(c.panel), Qt::LeftButton);
+        EXPECT_EQ(stack.control->TakeOperations(), QStringList({QLatin1String(c.request)})) << c.panel;
+        QTest::mouseClick(&stack.Find<QLabel>(c.panel), Qt::RightButton);
+        EXPECT_TRUE(stack.Find<QMenu>("mbRadio").isVisible()) << c.panel;
+        stack.Find<QMenu>("mbRadio").close();
+    }
+    QTest::mouseClick(&stack.Find<QLabel>("main"), Qt::RightButton);
+    EXPECT_FALSE(stack.Find<QMenu>("mbRadio").isVisible());
+    QTest::mouseClick(&stack.Find<QLabel>("version"), Qt::RightButton);
+    EXPECT_TRUE(stack.Find<QMenu>("mbHelp").isVisible());
+    stack.Find<QMenu>("mbHelp").close();
+}
+
+TEST(RadioCommands, SayWhatWasAskedOrWhyItCouldNot)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    stack.Trigger("miNetInfo");
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("RequestRadioInfo 4")}));
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2002));
+    stack.control->failures[QStringLiteral("RequestRadioInfo")] = QStringLiteral("no connection");
+    stack.Trigger("miOpCon");
+    EXPECT_EQ(stack.Panel("main"), QStringLiteral("no connection"));
+    stack.control->failures[QStringLiteral("ResetLink")] = QStringLiteral("no port");
+    stack.prompt.ExpectWarning(QStringLiteral("no port"));
+    stack.Click("tbMain_disconnect");
+}
+
+TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    const int tabsAlone = stack.Find<QWidget>("tsMain").y();
+    const int sendAlone = stack.Find<QWidget>("picSend").y();
+    LinkStatus status{LinkStatus::State::Lost, QStringLiteral("The cable is out. ").repeated(20), false};
+    Q_EMIT stack.control->LinkChanged(status);
+    EXPECT_EQ(stack.Find<QLabel>("linkText").text(), status.text);
+    const int strip = stack.Find<QWidget>("linkStrip").height();
+    EXPECT_GT(strip, 2 * stack.Window().fontMetrics().height()) << "a long text is not cut";
+    EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone + strip);
+    EXPECT_EQ(stack.Find<QWidget>("picSend").y(), sendAlone) << "the lower edge stays";
+    EXPECT_FALSE(stack.Find<QWidget>("simulationText").isVisible());
+
+    Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), true});
+    EXPECT_TRUE(stack.Find<QWidget>("simulationText").isVisible());
+    Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
+    EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone);
+}
+
+TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    constexpr qint16 Emergency = 165;
+    const auto text = [&] { return stack.Find<QLabel>("emergencyText").text(); };
+    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 2);
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
+    stack.clock.Step(std::chrono::seconds(7));
+    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 4);
+    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 4);
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)"));
+    Q_EMIT stack.control->TransactionCleared(0, 0);
+    Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
+    stack.Click("cmdDismissEmergency");
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
+    stack.Click("cmdDismissEmergency");
+    EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());
+}
+
+}

@@ -1,0 +1,157 @@
+// Logging on and off, step by step.
+
+#include "MainWindowStack.h"
+#include "core/Registry.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QToolButton>
+
+namespace {
+
+bool SessionPressed(MainWindowStack& stack)
+{
+    return stack.Find<QToolButton>("tbMain_session").isChecked();
+}
+
+struct FailureCase {
+    const char* name;
+    std::function<void(MainWindowStack&)> prepare;
+    const char* message; // in the status bar when no box is expected
+};
+
+void Raise(quint32 code, const char* description)
+{
+    throw Error(code, QLatin1String(description));
+}
+
+const FailureCase Failures[] = {
+    {"Cancelled",
+     [](MainWindowStack& s) {
+         s.session.onLogon = [] { Raise(ErrorCode::LogonCancelled, "Cancelled by the operator."); };
+     },
+     "Cancelled by the operator."},
+    {"LogonFailed",
+     [](MainWindowStack& s) {
+         s.session.onLogon = [] { Raise(ErrorCode::General, "No such file."); };
+         s.prompt.ExpectError(QStringLiteral("No such file."));
+     },
+     ""},
+    {"RightsUnreadable",
+     [](MainWindowStack& s) {
+         s.session.onIsMemberOf = [] { Raise(ErrorCode::General, "Disk gone."); };
+         s.prompt.ExpectError(QStringLiteral("Disk gone."));
+     },
+     ""},
+    {"RadioAbsent",
+     [](MainWindowStack& s) {
+         s.control->failures[QStringLiteral("OpenLink")] = QStringLiteral("Port COM2 does not exist.");
+         s.prompt.ExpectError(QStringLiteral("Port COM2 does not exist."));
+     },
+     ""},
+};
+
+TEST(Logon, AFailureLeavesNobodyLoggedOn)
+{
+    for (const FailureCase& c : Failures) {
+        SCOPED_TRACE(c.name);
+        MainWindowStack stack;
+        stack.Open();
+        c.prepare(stack);
+        stack.Click("tbMain_session");
+        stack.prompt.Finish();
+        EXPECT_FALSE(stack.Window().LoggedOn());
+        EXPECT_FALSE(stack.session.IsOpen());
+        EXPECT_FALSE(SessionPressed(stack));
+        EXPECT_FALSE(stack.Action("miPassword").isEnabled());
+        EXPECT_EQ(stack.Panel("main"), QLatin1String(c.message));
+        EXPECT_EQ(stack.settings.GetLogonCount(), 0);
+        // The next attempt is not hindered, nor does it inherit anything.
+        stack.session.onLogon = nullptr;
+        stack.session.onIsMemberOf = nullptr;
+        stack.control->failures.clear();
+        stack.LogOn();
+    }
+}
+
+TEST(Logon, WithoutNumberingAnAdministratorIsLoggedOnToConfigureIt)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.session.Logon(true, true);
+    const auto fleets = stack.session.Database().OpenTable(QStringLiteral("fleet"));
+    fleets->MoveFirst();
+    fleets->Delete();
+    stack.session.Logoff();
+    stack.prompt.ExpectInfo(stack.Text(204));
+    stack.Trigger("miLogOnLogOff");
+    EXPECT_TRUE(stack.Window().LoggedOn());
+    EXPECT_TRUE(stack.Action("miNumInfo").isEnabled());
+    EXPECT_EQ(stack.settings.GetLogonCount(), 1);
+    EXPECT_EQ(stack.Action("miNumbering").text(), stack.Text(4034) + QStringLiteral("..."));
+}
+
+TEST(Logon, FillsTheWindowAndLogoffUndoesIt)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    EXPECT_EQ(stack.settings.GetLogonCount(), 1);
+    EXPECT_TRUE(stack.ProfileIsLoggedOn());
+    EXPECT_TRUE(SessionPressed(stack));
+    EXPECT_EQ(stack.Action("miLogOnLogOff").text(), stack.Text(2053));
+    EXPECT_EQ(stack.Find<QToolButton>("tbMain_session").toolTip(), stack.Text(2053));
+    EXPECT_EQ(stack.Action("miNumbering").text(), stack.Text(4034) + QStringLiteral("..."));
+    EXPECT_EQ(stack.Panel("callsign"), QStringLiteral("Dispatch  "));
+    EXPECT_EQ(stack.Panel("ident"), QStringLiteral("200200121"));
+    const auto& stati = stack.Find<QComboBox>("cmbStatusMessage");
+    ASSERT_EQ(stati.count(), 2);
+    EXPECT_EQ(stati.itemText(0), QStringLiteral("05 - Proceed"));
+    EXPECT_EQ(stati.itemData(1).toInt(), 7);
+    EXPECT_EQ(stati.currentText(), QString()) << "a status is chosen that nobody chose";
+
+    stack.prompt.ExpectConfirmation(stack.Text(2027), false);
+    stack.Click("tbMain_session");
+    EXPECT_TRUE(stack.Window().LoggedOn());
+    EXPECT_TRUE(SessionPressed(stack));
+
+    stack.prompt.ExpectConfirmation(stack.Text(2027), true);
+    stack.Click("tbMain_session");
+    EXPECT_FALSE(stack.Window().LoggedOn());
+    EXPECT_FALSE(stack.session.IsOpen());
+    EXPECT_FALSE(SessionPressed(stack));
+    EXPECT_EQ(stack.Action("miLogOnLogOff").text(), stack.Text(2052));
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2051));
+    EXPECT_TRUE(stack.control->operations.contains(QStringLiteral("CloseLink")));
+    stack.session.Logon(true, true);
+    EXPECT_FALSE(stack.ProfileIsLoggedOn());
+}
+
+TEST(Logon, RunsByItselfOnceSomebodyHasEverLoggedOn)
+{
+    MainWindowStack stack;
+    stack.Open();
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(stack.Window().LoggedOn());
+    stack.CloseWindow();
+    stack.settings.IncrementLogonCount();
+    stack.Open();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return stack.Window().LoggedOn(); }));
+}
+
+TEST(Logon, OwnRadioGoesOffDutyAtLogoff)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("1"));
+    stack.executive.UpdateDutyStatus(QStringLiteral("Dispatch"), true);
+    stack.LogOff();
+    stack.session.Logon(true, true);
+    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
+    directory->SetIndex(QStringLiteral("i_callsign"));
+    directory->Seek(QStringLiteral("Dispatch"));
+    EXPECT_FALSE(directory->Field(QStringLiteral("on_duty")).toBool());
+}
+
+}
