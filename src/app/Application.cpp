@@ -1,0 +1,109 @@
+#include "app/Application.h"
+
+#include "core/AppPaths.h"
+#include "core/Beeper.h"
+#include "core/Clock.h"
+#include "core/DbSessionImpl.h"
+#include "core/EventLog.h"
+#include "core/ListHelpers.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/Settings.h"
+#include "core/UserProfile.h"
+#include "core/frmPassword.h"
+#include "core/frmSettings.h"
+#include "mainwindow/Services.h"
+#include "mainwindow/winMain.h"
+#include "radio/FleetDataSource.h"
+#include "radio/Map27Executive.h"
+#include "radio/SerialMap27Control.h"
+#include "radio/StatusTexts.h"
+
+#include <QApplication>
+
+// In the order of their creation; released in reverse.
+struct Application::Objects {
+    SystemClock clock;
+    Beeper beeper;
+    std::unique_ptr<Settings> settings;
+    std::unique_ptr<StatusTexts> statusTexts;
+    std::unique_ptr<Prompt> prompt;
+    std::unique_ptr<DbSession> session;
+    std::unique_ptr<EventLog> eventLog;
+    std::unique_ptr<UserProfile> profile;
+    std::unique_ptr<FleetDataSource> fleetData;
+    std::unique_ptr<Map27Executive> executive;
+    std::unique_ptr<frmSettings> settingsDialog;
+    std::unique_ptr<frmPassword> passwordDialog;
+    std::unique_ptr<winMain> mainWindow;
+};
+
+Application::Application(const IStringSource& strings) : m_strings(strings) {}
+
+Application::~Application()
+{
+    ShutdownApplication();
+}
+
+void Application::StartUp(const QString& settingsFile)
+{
+    m_objects = std::make_unique<Objects>();
+    Objects& o = *m_objects;
+    o.settings = std::make_unique<Settings>(settingsFile, m_strings);
+    o.statusTexts = std::make_unique<StatusTexts>(m_strings);
+
+    const QString title = QString::fromLatin1(AppPaths::title);
+    m_stage = QStringLiteral("Prompt");
+    o.prompt = std::make_unique<Prompt>(m_strings);
+    m_stage = QStringLiteral("DbSession");
+    o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
+    o.eventLog = std::make_unique<EventLog>(*o.session, m_strings);
+    o.profile = std::make_unique<UserProfile>(*o.session, *o.prompt, m_strings);
+    m_stage = QStringLiteral("FleetDataSource");
+    o.fleetData = std::make_unique<FleetDataSource>(*o.session, m_strings);
+    m_stage = QStringLiteral("Map27Executive");
+    o.executive = std::make_unique<Map27Executive>(
+        RadioServices{m_strings, *o.prompt, *o.settings, *o.session, *o.fleetData, *o.statusTexts, *o.eventLog,
+                      o.clock, o.beeper},
+        std::make_unique<SerialMap27Control>(m_strings, o.clock));
+    m_stage.clear();
+
+    o.executive->SetAppName(title);
+    o.prompt->SetAppName(title);
+    o.session->SetAppName(title);
+    o.session->SetSettingsSection(QStringLiteral("DB"));
+
+    o.settingsDialog = std::make_unique<frmSettings>(
+        SettingsServices{*o.session, *o.executive, *o.settings, *o.prompt, o.beeper, m_strings});
+    o.passwordDialog = std::make_unique<frmPassword>(*o.session, *o.prompt, m_strings);
+    ShowMainWindow();
+}
+
+void Application::ShowMainWindow()
+{
+    Objects& o = *m_objects;
+    o.mainWindow = std::make_unique<winMain>(Services{m_strings, *o.prompt, *o.session, *o.fleetData, *o.executive,
+                                                      *o.settings, o.clock, o.beeper, *o.statusTexts, *o.profile,
+                                                      o.settingsDialog.get(), o.passwordDialog.get()});
+    QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);
+    o.mainWindow->show();
+}
+
+void Application::ShutdownApplication()
+{
+    if (!m_objects)
+        return;
+    Objects& o = *m_objects;
+    o.passwordDialog.reset();
+    o.settingsDialog.reset();
+    if (o.executive)
+        o.executive->Disconnect();
+    o.mainWindow.reset();
+    o.executive.reset();
+    o.fleetData.reset();
+    o.profile.reset();
+    o.eventLog.reset();
+    o.session.reset();
+    o.prompt.reset();
+    m_objects.reset();
+}

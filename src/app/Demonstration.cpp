@@ -1,0 +1,229 @@
+#include "app/Demonstration.h"
+
+#include "core/Errors.h"
+#include "core/Settings.h"
+#include "dao/Database.h"
+#include "dao/Location.h"
+#include "dao/Recordset.h"
+#include "dao/Workspace.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+constexpr int AnswerTimeout = 2000; // ms
+constexpr int StartTimeout = 10000; // ms
+constexpr int IndividualType = 1;   // field Type of the directory
+constexpr int TalkgroupType = 2;
+
+using Field = std::pair<QString, QVariant>;
+
+void AddRecord(dao::Recordset& records, std::initializer_list<Field> fields)
+{
+    records.AddNew();
+    for (const auto& [name, value] : fields)
+        records.SetField(name, value);
+    records.Update();
+}
+
+QString Text(const QJsonObject& object, const char* key)
+{
+    return object.value(QLatin1String(key)).toString();
+}
+
+int Number(const QJsonObject& object, const char* key)
+{
+    return object.value(QLatin1String(key)).toInt();
+}
+
+void FillFleets(dao::Database& database, const QJsonArray& fleets)
+{
+    const auto records = database.OpenTable(QStringLiteral("fleet"));
+    for (const QJsonValue& value : fleets) {
+        const QJsonObject fleet = value.toObject();
+        AddRecord(*records, {{QStringLiteral("fleet_name"), Text(fleet, "name")},
+                             {QStringLiteral("fleet_type"), Text(fleet, "type") == QLatin1String("units") ? 1 : 2},
+                             {QStringLiteral("digits"), Number(fleet, "digits")},
+                             {QStringLiteral("prefix"), Number(fleet, "prefix")},
+                             {QStringLiteral("base_ident"), Number(fleet, "base")},
+                             {QStringLiteral("max_ident"), Number(fleet, "max")}});
+    }
+}
+
+void FillDirectory(dao::Database& database, const QJsonArray& individuals, const QJsonArray& talkgroups)
+{
+    auto records = database.OpenDynaset(QStringLiteral("browse_individuals"));
+    for (const QJsonValue& value : individuals) {
+        const QJsonObject radio = value.toObject();
+        AddRecord(*records, {{QStringLiteral("callsign"), Text(radio, "callsign")},
+                             {QStringLiteral("IDENT"), Text(radio, "ident")},
+                             {QStringLiteral("Type"), IndividualType},
+                             {QStringLiteral("Name"), Text(radio, "name")},
+                             {QStringLiteral("dynamic"), radio.value(QLatin1String("dynamic")).toBool()}});
+    }
+    records = database.OpenDynaset(QStringLiteral("browse_talkgroups"));
+    for (const QJsonValue& value : talkgroups) {
+        const QJsonObject group = value.toObject();
+        AddRecord(*records, {{QStringLiteral("callsign"), Text(group, "callsign")},
+                             {QStringLiteral("IDENT"), Text(group, "ident")},
+                             {QStringLiteral("Type"), TalkgroupType},
+                             {QStringLiteral("dynamic"), group.value(QLatin1String("dynamic")).toBool()},
+                             {QStringLiteral("default_pos"), Number(group, "position")}});
+    }
+}
+
+void FillStatuses(dao::Database& database, const QJsonArray& statuses)
+{
+    const auto records = database.OpenTable(QStringLiteral("status"));
+    for (const QJsonValue& value : statuses) {
+        const QJsonObject status = value.toObject();
+        AddRecord(*records, {{QStringLiteral("status_code"), Number(status, "code")},
+                             {QStringLiteral("in_desc"), Text(status, "in")},
+                             {QStringLiteral("out_desc"), Text(status, "out")}});
+    }
+}
+
+void FillRegistry(dao::Database& database, const QJsonObject& settings)
+{
+    const auto records = database.OpenTable(QStringLiteral("kyn_registry"));
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+        AddRecord(*records, {{QStringLiteral("Key"), setting.key()},
+                             {QStringLiteral("Value"), setting.value().toString()}});
+}
+
+void AddOperator(dao::Workspace& workspace, const Demonstration::Account& account)
+{
+    auto user = workspace.CreateUser(account.user, QStringLiteral("demonstration"), account.password);
+    workspace.Users().Append(*user);
+    workspace.Users().Item(account.user)->Groups().Append(QLatin1String(dao::usersGroup));
+    const auto profiles = workspace.Database().OpenTable(QStringLiteral("user_profile"));
+    AddRecord(*profiles, {{QStringLiteral("UserName"), account.user},
+                          {QStringLiteral("callsign"), account.user},
+                          {QStringLiteral("allow_dr"), true},
+                          {QStringLiteral("logged_on"), false}});
+}
+
+}
+
+const Demonstration::Account Demonstration::Administrator{QStringLiteral("Anna"), QStringLiteral("anna-demo"), true};
+const Demonstration::Account Demonstration::Operator{QStringLiteral("Oliver"), QStringLiteral("oliver-demo"), false};
+
+Demonstration::Demonstration(const QString& folder) : m_folder(QDir(folder).absolutePath())
+{
+    if (!QDir().mkpath(m_folder))
+        throw Error(ErrorCode::General, m_folder);
+}
+
+Demonstration::~Demonstration()
+{
+    if (m_radio.state() == QProcess::NotRunning)
+        return;
+    m_radio.terminate();
+    if (!m_radio.waitForFinished(AnswerTimeout))
+        m_radio.kill();
+    m_radio.waitForFinished(AnswerTimeout);
+}
+
+QString Demonstration::SettingsFile() const
+{
+    return m_folder + QStringLiteral("/VeltorKyn.ini");
+}
+
+QString Demonstration::DatabaseFile() const
+{
+    return m_folder + QStringLiteral("/VeltorKyn.kyndb");
+}
+
+QString Demonstration::WorkgroupFile() const
+{
+    return dao::WorkgroupFileFor(DatabaseFile());
+}
+
+QString Demonstration::PortLink() const
+{
+    return m_folder + QStringLiteral("/radio");
+}
+
+QString Demonstration::TraceFile() const
+{
+    return m_folder + QStringLiteral("/wire.jsonl");
+}
+
+void Demonstration::Clean()
+{
+    for (const QString& file : {SettingsFile(), DatabaseFile(), WorkgroupFile(), TraceFile()})
+        QFile::remove(file);
+}
+
+void Demonstration::CreateDatabase()
+{
+    if (QFileInfo::exists(DatabaseFile()))
+        return;
+    const dao::Location location{DatabaseFile(), WorkgroupFile()};
+    dao::CreateDatabase(location, Administrator.user, Administrator.password);
+    Fill(location, Administrator);
+}
+
+void Demonstration::WriteSettings(const IStringSource& strings) const
+{
+    Settings settings(SettingsFile(), strings);
+    settings.SetSerialPort(PortLink());
+    settings.Write(QStringLiteral("DB"), QStringLiteral("databasefile"), DatabaseFile());
+    settings.Write(QStringLiteral("DB"), QStringLiteral("workgroupfile"), WorkgroupFile());
+    if (settings.GetLogonCount() == 0) {
+        settings.SetLogWidth(460);
+        settings.SetWindowPlacement({.x = 60, .y = 60, .width = 1040, .height = 680});
+    }
+}
+
+void Demonstration::Fill(const dao::Location& location, const Account& administrator)
+{
+    QFile file(QStringLiteral(":/veltorkyn/demonstration/directory.json"));
+    if (!file.open(QIODevice::ReadOnly))
+        throw Error(ErrorCode::General, file.fileName());
+    const QJsonObject content = QJsonDocument::fromJson(file.readAll()).object();
+
+    const auto workspace = dao::OpenWorkspace(location, administrator.user, administrator.password);
+    workspace->BeginTrans();
+    dao::Database& database = workspace->Database();
+    FillFleets(database, content.value(QLatin1String("fleets")).toArray());
+    FillDirectory(database, content.value(QLatin1String("individuals")).toArray(),
+                  content.value(QLatin1String("talkgroups")).toArray());
+    FillStatuses(database, content.value(QLatin1String("statuses")).toArray());
+    FillRegistry(database, content.value(QLatin1String("registry")).toObject());
+    AddOperator(*workspace, Operator);
+    workspace->CommitTrans();
+}
+
+void Demonstration::StartRadio(const QString& scenario)
+{
+    const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
+    m_radio.setProcessChannelMode(QProcess::SeparateChannels);
+    m_radio.start(program, {QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
+                            QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario), QStringLiteral("--trace"),
+                            TraceFile()});
+    QString answer;
+    while (!answer.contains(QLatin1String("ready"))) {
+        if (!m_radio.waitForReadyRead(StartTimeout)) {
+            const QString problem = QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed();
+            throw Error(ErrorCode::General, problem.isEmpty() ? m_radio.errorString() : problem);
+        }
+        answer += QString::fromLocal8Bit(m_radio.readAllStandardOutput());
+    }
+}
+
+QString Demonstration::TellRadio(const QString& command)
+{
+    m_radio.readAllStandardOutput();
+    m_radio.write(command.toUtf8() + '\n');
+    QString answer;
+    while (!answer.contains(QLatin1Char('\n')) && m_radio.waitForReadyRead(AnswerTimeout))
+        answer += QString::fromUtf8(m_radio.readAllStandardOutput());
+    return answer.trimmed();
+}

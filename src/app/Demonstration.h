@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QProcess>
+#include <QString>
+
+struct IStringSource;
+
+namespace dao {
+struct Location;
+}
+
+// What a demonstration needs beside the console: a folder of its own with settings and files, a simulated radio on a
+// pseudo terminal, and a database with a small fleet. The operator's own settings and data are not touched.
+class Demonstration {
+public:
+    // Accounts of the demonstration database.
+    struct Account {
+        QString user;
+        QString password;
+        bool administrator;
+    };
+    static const Account Administrator;
+    static const Account Operator;
+
+    // Everything lies in this folder; it is created. Raises Error.
+    explicit Demonstration(const QString& folder);
+    // Ends the simulated radio.
+    ~Demonstration();
+
+    const QString& Folder() const { return m_folder; }
+    QString SettingsFile() const;
+    QString DatabaseFile() const;
+    QString WorkgroupFile() const;
+    QString PortLink() const; // the radio's port, once it was started
+    QString TraceFile() const;
+
+    // Removes what an earlier demonstration left in the folder.
+    void Clean();
+    // Creates the database with its accounts and its fleet, unless it is there already. Raises dao::Error.
+    void CreateDatabase();
+    // Points the settings file at the radio and the database, keeping what else it holds.
+    void WriteSettings(const IStringSource& strings) const;
+    // Puts fleet plan, directory, statuses and the operator's account into an open, empty database.
+    static void Fill(const dao::Location& location, const Account& administrator);
+    // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises Error.
+    void StartRadio(const QString& scenario);
+    // One command to the radio's trainer's channel; returns its answer, empty after two seconds without one.
+    QString TellRadio(const QString& command);
+
+private:
+    QString m_folder;
+    QProcess m_radio;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+// Catalogue ids of the application and of what the guided tour looks for.
+namespace AppText {
+
+constexpr int AlreadyRunning = 2057;
+constexpr int StartFailed = 2058;
+
+constexpr int NumberingNotConfigured = 204;
+constexpr int LogoutQuestion = 2027;
+constexpr int LoggedOn = 2039;
+constexpr int LoggedOff = 2051;
+constexpr int Voice = 2075;
+constexpr int PstnCall = 2077;
+constexpr int Answer = 2191;
+constexpr int EmergencyIn = 2197;
+constexpr int Hungup = 2199;
+constexpr int ConnectedTalk = 2200;
+constexpr int SendingWait = 2201;
+constexpr int MessageNotSent = 2202;
+constexpr int NetworkInfo = 2205;
+constexpr int CallingWait = 2207;
+constexpr int Transmitting = 2209;
+constexpr int IncomingCall = 2211;
+constexpr int PasswordChanged = 2231;
+constexpr int WrongPassword = 5114;
+
+}

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "app/TourRunner.h"
+
+#include <QString>
+
+class Demonstration;
+struct IStringSource;
+
+// The steps of the guided tour, chapter by chapter, and what they look at.
+class TourScript {
+public:
+    TourScript(const IStringSource& strings, Demonstration& demonstration);
+
+    std::vector<TourStep> Steps();
+
+private:
+    using Look = std::function<QString()>;
+
+    void FirstStart();
+    void LogOn();
+    void Messages();
+    void OutgoingCalls();
+    void IncomingCalls();
+    void Window();
+    void LogOff();
+
+    void Add(const QString& name, const QString& expected, std::function<void()> act, Look look);
+    void SelectMessage(const QString& selector);
+    // A command of the simulated radio; raises Error unless it says that it was done.
+    void Radio(const QString& command);
+
+    QString Text(int id) const;
+    // What must be seen.
+    Look Shows(const QString& widget, const QString& text) const;
+    Look Contains(const QString& widget, const QString& text) const;
+    Look Visible(const QString& widget) const;
+    Look Hidden(const QString& widget) const;
+    Look Box(int textId) const;
+    Look LogShows(const QString& text) const;
+    static Look FillsScreen(bool fills);
+    static Look All(std::vector<Look> looks);
+
+    const IStringSource& m_strings;
+    Demonstration& m_demonstration;
+    std::vector<TourStep> m_steps;
+};

@@ -1,0 +1,131 @@
+#include "app/Application.h"
+#include "app/CommandLine.h"
+#include "app/ConsoleTour.h"
+#include "app/Demonstration.h"
+#include "app/TextIds.h"
+#include "core/AppPaths.h"
+#include "core/Errors.h"
+#include "core/FormatMessage.h"
+#include "core/ProgramLog.h"
+#include "core/Settings.h"
+#include "core/StringSource.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
+#include <QLockFile>
+#include <QMessageBox>
+#include <cstdio>
+
+namespace {
+
+constexpr int Failed = 1;
+constexpr int WrongArguments = 2;
+
+void ShowBox(const QString& text)
+{
+    QMessageBox box(QMessageBox::Critical, QString::fromLatin1(AppPaths::title), text, QMessageBox::Ok);
+    box.setObjectName(QStringLiteral("startBox"));
+    box.exec();
+}
+
+void Print(const QString& text, FILE* stream = stdout)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+QString Version()
+{
+    return QStringLiteral("%1.%2.%3")
+        .arg(VELTORKYN_VERSION_MAJOR)
+        .arg(VELTORKYN_VERSION_MINOR)
+        .arg(VELTORKYN_VERSION_PATCH);
+}
+
+// The console on one settings file, until its main window is closed.
+int RunConsole(const IStringSource& strings, const QString& settingsFile)
+{
+    QDir().mkpath(QFileInfo(settingsFile).absolutePath());
+    QLockFile lock(settingsFile + QStringLiteral(".lock"));
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock() && lock.error() == QLockFile::LockFailedError) {
+        ShowBox(strings.LoadString(AppText::AlreadyRunning));
+        return Failed;
+    }
+    Application application(strings);
+    try {
+        application.StartUp(settingsFile);
+    } catch (const std::exception& failure) {
+        ShowBox(FormatMessage(strings, AppText::StartFailed,
+                              {DescribeError(failure, strings), application.StageName()}));
+        return Failed;
+    }
+    const int result = QApplication::exec();
+    application.ShutdownApplication();
+    return result;
+}
+
+int RunDemonstration(const IStringSource& strings, const QString& folder)
+{
+    Demonstration demonstration(folder);
+    demonstration.CreateDatabase();
+    demonstration.WriteSettings(strings);
+    demonstration.StartRadio(QStringLiteral("demonstration"));
+    Print(QStringLiteral("The demonstration is kept in %1. Log on as\n").arg(demonstration.Folder()));
+    for (const Demonstration::Account& account : {Demonstration::Operator, Demonstration::Administrator}) {
+        Print(QStringLiteral("  %1   password %2   %3\n")
+                  .arg(account.user, -8)
+                  .arg(account.password, -12)
+                  .arg(account.administrator ? QStringLiteral("administrator") : QStringLiteral("operator")));
+    }
+    return RunConsole(strings, demonstration.SettingsFile());
+}
+
+int Run(const CommandLine& line)
+{
+    CStringSourceImpl source;
+    const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
+    try {
+        switch (line.mode) {
+        case CommandLine::Mode::Tour: return RunConsoleTour(strings, line.folder);
+        case CommandLine::Mode::Demonstration: return RunDemonstration(strings, line.folder);
+        default: break;
+        }
+        ProgramLog::Open(AppPaths::DataFolder());
+        return RunConsole(strings, line.settingsFile.isEmpty() ? Settings::DefaultFile() : line.settingsFile);
+    } catch (const std::exception& failure) {
+        Print(DescribeError(failure, strings) + QLatin1Char('\n'), stderr);
+        return Failed;
+    }
+}
+
+}
+
+int main(int argc, char** argv)
+{
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    const CommandLine line = CommandLine::Parse(arguments);
+    switch (line.mode) {
+    case CommandLine::Mode::Help: Print(CommandLine::Help()); return 0;
+    case CommandLine::Mode::Version: Print(QStringLiteral("VeltorKyn %1\n").arg(Version())); return 0;
+    case CommandLine::Mode::Wrong:
+        Print(QStringLiteral("veltorkyn: %1\n").arg(line.problem), stderr);
+        Print(CommandLine::Help(), stderr);
+        return WrongArguments;
+    case CommandLine::Mode::Tour:
+        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        break;
+    default: break;
+    }
+    QApplication::setApplicationName(QString::fromLatin1(AppPaths::title));
+    QApplication::setApplicationVersion(Version());
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication application(argc, argv);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/veltorkyn/icons/veltorkyn.svg")));
+    return Run(line);
+}

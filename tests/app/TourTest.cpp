@@ -1,0 +1,112 @@
+// The guided tour from beginning to end, and what it put on the wire.
+
+#include "map27/Framing.h"
+#include "map27/Messages.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+#include <map>
+#include <optional>
+
+namespace {
+
+constexpr int TourLimit = 110'000; // ms
+
+// What one end sent and the other acknowledged, by the rules of the link (MAP27 v1.5, 4.4).
+struct Direction {
+    std::optional<std::uint8_t> lastNumber; // N(S) of the last new LT
+    std::optional<std::uint8_t> credited;   // highest N(S) + 1 that the peer's last LA allows
+};
+
+class TraceChecker {
+public:
+    void Check(const QByteArray& line, int number)
+    {
+        const QJsonObject entry = QJsonDocument::fromJson(line).object();
+        const bool toRadio = entry.value(QStringLiteral("dir")).toString() == QLatin1String("D>R");
+        const QByteArray octets = QByteArray::fromHex(entry.value(QStringLiteral("frame")).toString().toLatin1());
+        map27::FrameDecoder decoder;
+        const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
+        const auto bodies = decoder.Feed({first, static_cast<std::size_t>(octets.size())});
+        ASSERT_EQ(bodies.size(), 1U) << "line " << number << ": " << line.toStdString();
+        CheckBody(bodies.front(), toRadio, number);
+    }
+
+    int messages = 0;
+
+private:
+    void CheckBody(const map27::Octets& body, bool toRadio, int number)
+    {
+        ASSERT_GE(body.size(), 4U) << "line " << number;
+        Direction& own = toRadio ? m_toRadio : m_fromRadio;
+        Direction& other = toRadio ? m_fromRadio : m_toRadio;
+        switch (body[0]) {
+        case 1: // LR: everything begins anew
+            m_toRadio = m_fromRadio = {};
+            break;
+        case 2: // LA
+            other.credited = static_cast<std::uint8_t>(body[1] + body[2]);
+            break;
+        case 4: CheckTransfer(body, own, toRadio, number); break;
+        default: ADD_FAILURE() << "line " << number << ": packet type " << int(body[0]);
+        }
+    }
+
+    void CheckTransfer(const map27::Octets& body, Direction& own, bool toRadio, int number)
+    {
+        const std::uint8_t sequence = body[1];
+        const std::uint8_t expected = own.lastNumber ? static_cast<std::uint8_t>(*own.lastNumber + 1) : 1;
+        const bool repeated = own.lastNumber && sequence == *own.lastNumber;
+        EXPECT_TRUE(sequence == expected || repeated) << "line " << number << ": N(S) " << int(sequence);
+        ASSERT_TRUE(own.credited) << "line " << number << ": sent without credit";
+        if (!repeated) {
+            const auto left = static_cast<std::uint8_t>(*own.credited - sequence);
+            EXPECT_TRUE(left >= 1 && left < 128) << "line " << number << ": beyond the credit";
+        }
+        own.lastNumber = sequence;
+        const map27::OctetSpan message(body.data() + 4, body.size() - 4);
+        if (toRadio)
+            EXPECT_TRUE(std::holds_alternative<map27::ToRadio>(map27::DecodeToRadio(message))) << "line " << number;
+        else
+            EXPECT_TRUE(std::holds_alternative<map27::FromRadio>(map27::DecodeFromRadio(message))) << "line " << number;
+        ++messages;
+    }
+
+    Direction m_toRadio;
+    Direction m_fromRadio;
+};
+
+QStringList LinesOf(const QString& path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+    return QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+}
+
+TEST(Tour, EveryStepSucceedsAndTheWireIsSound)
+{
+    QTemporaryDir folder;
+    QProcess console;
+    console.setProcessChannelMode(QProcess::ForwardedChannels);
+    console.start(QStringLiteral(CONSOLE_PROGRAM), {QStringLiteral("--tour"), folder.path()});
+    ASSERT_TRUE(console.waitForFinished(TourLimit));
+    const QStringList log = LinesOf(folder.filePath(QStringLiteral("tour.log")));
+    for (const QString& line : log)
+        EXPECT_TRUE(line.endsWith(QLatin1String(": ok"))) << line.toStdString();
+    EXPECT_EQ(console.exitCode(), 0);
+    EXPECT_GT(log.size(), 40);
+    EXPECT_EQ(QDir(folder.path()).entryList({QStringLiteral("*.png")}).size(), log.size());
+
+    TraceChecker checker;
+    const QStringList trace = LinesOf(folder.filePath(QStringLiteral("wire.jsonl")));
+    for (int i = 0; i < trace.size(); ++i)
+        checker.Check(trace[i].toUtf8(), i + 1);
+    EXPECT_GT(checker.messages, 50);
+}
+
+}
