@@ -4,7 +4,7 @@
 PACKAGES="g++ cmake ninja-build ccache pkg-config python3
 qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite libqt6serialport6-dev libqt6svg6-dev qt6-multimedia-dev qt6-qpa-plugins
 libsodium-dev libsqlite3-dev fonts-dejavu-core"
-TEST_PACKAGES="libgtest-dev nlohmann-json3-dev"
+TEST_PACKAGES="libgtest-dev"
 
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.
 install_packages() {

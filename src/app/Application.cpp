@@ -62,10 +62,10 @@ void Application::StartUp(const QString& settingsFile)
     m_stage = QStringLiteral("FleetDataSource");
     o.fleetData = std::make_unique<FleetDataSource>(*o.session, m_strings);
     m_stage = QStringLiteral("Map27Executive");
-    o.executive = std::make_unique<Map27Executive>(
-        RadioServices{m_strings, *o.prompt, *o.settings, *o.session, *o.fleetData, *o.statusTexts, *o.eventLog,
-                      o.clock, o.beeper},
-        std::make_unique<SerialMap27Control>(m_strings, o.clock));
+    o.executive = std::make_unique<Map27Executive>(RadioServices{m_strings, *o.prompt, *o.settings,
+                                                                 *o.session, *o.fleetData, *o.statusTexts,
+                                                                 *o.eventLog, o.clock, o.beeper},
+                                                   std::make_unique<SerialMap27Control>(m_strings, o.clock));
     m_stage.clear();
 
     o.executive->SetAppName(title);
@@ -82,9 +82,9 @@ void Application::StartUp(const QString& settingsFile)
 void Application::ShowMainWindow()
 {
     Objects& o = *m_objects;
-    o.mainWindow = std::make_unique<winMain>(Services{m_strings, *o.prompt, *o.session, *o.fleetData, *o.executive,
-                                                      *o.settings, o.clock, o.beeper, *o.statusTexts, *o.profile,
-                                                      o.settingsDialog.get(), o.passwordDialog.get()});
+    o.mainWindow = std::make_unique<winMain>(
+        Services{m_strings, *o.prompt, *o.session, *o.fleetData, *o.executive, *o.settings, o.clock, o.beeper,
+                 *o.statusTexts, *o.profile, o.settingsDialog.get(), o.passwordDialog.get()});
     QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);
     o.mainWindow->show();
 }

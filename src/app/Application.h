@@ -11,8 +11,8 @@ public:
     explicit Application(const IStringSource& strings);
     ~Application();
 
-    // Builds everything and shows the main window; from then on window events drive the program. Raises whatever
-    // could not be built; StageName() then says what it was.
+    // Builds everything and shows the main window; from then on window events drive the program. Raises
+    // whatever could not be built; StageName() then says what it was.
     void StartUp(const QString& settingsFile);
     // Closes every secondary window, disconnects the radio and releases the objects.
     void ShutdownApplication();

@@ -10,7 +10,8 @@ CommandLine CommandLine::Parse(const QStringList& arguments)
     };
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         const QString& argument = arguments[i];
-        const bool takesValue = argument == QLatin1String("--settings") || argument == QLatin1String("--tour") ||
+        const bool takesValue = argument == QLatin1String("--settings") ||
+                                argument == QLatin1String("--tour") ||
                                 argument == QLatin1String("--demonstration");
         if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
             line.mode = Mode::Help;
@@ -41,15 +42,16 @@ CommandLine CommandLine::Parse(const QStringList& arguments)
 
 QString CommandLine::Help()
 {
-    return QStringLiteral("usage: veltorkyn [--settings FILE] | --demonstration DIR | --tour DIR\n"
-                          "\n"
-                          "The dispatcher console for MPT1327 trunked radio.\n"
-                          "\n"
-                          "  --settings FILE      another settings file than the user's own\n"
-                          "  --demonstration DIR  a demonstration database and a simulated radio, all kept in DIR\n"
-                          "  --tour DIR           the guided tour: pictures and tour.log in DIR; needs no display\n"
-                          "  --version            prints the version\n"
-                          "  --help               prints this\n"
-                          "\n"
-                          "Exit codes: 0 done, 1 failed (the reason is shown), 2 wrong arguments.\n");
+    return QStringLiteral(
+        "usage: veltorkyn [--settings FILE] | --demonstration DIR | --tour DIR\n"
+        "\n"
+        "The dispatcher console for MPT1327 trunked radio.\n"
+        "\n"
+        "  --settings FILE      another settings file than the user's own\n"
+        "  --demonstration DIR  a demonstration database and a simulated radio, all kept in DIR\n"
+        "  --tour DIR           the guided tour: pictures and tour.log in DIR; needs no display\n"
+        "  --version            prints the version\n"
+        "  --help               prints this\n"
+        "\n"
+        "Exit codes: 0 done, 1 failed (the reason is shown), 2 wrong arguments.\n");
 }

@@ -19,7 +19,7 @@ void Prepare(const QString& settingsFile, const IStringSource& strings)
     settings.SetWindowPlacement({.x = 40, .y = 60, .width = 1000, .height = 640});
 }
 
-}
+} // namespace
 
 int RunConsoleTour(const IStringSource& strings, const QString& folder)
 {
@@ -34,7 +34,8 @@ int RunConsoleTour(const IStringSource& strings, const QString& folder)
     TourScript script(strings, demonstration);
     TourRunner runner(demonstration.Folder(), script.Steps());
     // Queued: the end may come while a dialog of a failed step is still open.
-    QObject::connect(&runner, &TourRunner::Finished, qApp, [] { QApplication::exit(); }, Qt::QueuedConnection);
+    QObject::connect(
+        &runner, &TourRunner::Finished, qApp, [] { QApplication::exit(); }, Qt::QueuedConnection);
     runner.Start();
     QApplication::exec();
     application.ShutdownApplication();

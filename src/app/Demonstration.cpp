@@ -47,12 +47,13 @@ void FillFleets(dao::Database& database, const QJsonArray& fleets)
     const auto records = database.OpenTable(QStringLiteral("fleet"));
     for (const QJsonValue& value : fleets) {
         const QJsonObject fleet = value.toObject();
-        AddRecord(*records, {{QStringLiteral("fleet_name"), Text(fleet, "name")},
-                             {QStringLiteral("fleet_type"), Text(fleet, "type") == QLatin1String("units") ? 1 : 2},
-                             {QStringLiteral("digits"), Number(fleet, "digits")},
-                             {QStringLiteral("prefix"), Number(fleet, "prefix")},
-                             {QStringLiteral("base_ident"), Number(fleet, "base")},
-                             {QStringLiteral("max_ident"), Number(fleet, "max")}});
+        AddRecord(*records,
+                  {{QStringLiteral("fleet_name"), Text(fleet, "name")},
+                   {QStringLiteral("fleet_type"), Text(fleet, "type") == QLatin1String("units") ? 1 : 2},
+                   {QStringLiteral("digits"), Number(fleet, "digits")},
+                   {QStringLiteral("prefix"), Number(fleet, "prefix")},
+                   {QStringLiteral("base_ident"), Number(fleet, "base")},
+                   {QStringLiteral("max_ident"), Number(fleet, "max")}});
     }
 }
 
@@ -109,10 +110,12 @@ void AddOperator(dao::Workspace& workspace, const Demonstration::Account& accoun
                           {QStringLiteral("logged_on"), false}});
 }
 
-}
+} // namespace
 
-const Demonstration::Account Demonstration::Administrator{QStringLiteral("Anna"), QStringLiteral("anna-demo"), true};
-const Demonstration::Account Demonstration::Operator{QStringLiteral("Oliver"), QStringLiteral("oliver-demo"), false};
+const Demonstration::Account Demonstration::Administrator{QStringLiteral("Anna"), QStringLiteral("anna-demo"),
+                                                          true};
+const Demonstration::Account Demonstration::Operator{QStringLiteral("Oliver"), QStringLiteral("oliver-demo"),
+                                                     false};
 
 Demonstration::Demonstration(const QString& folder) : m_folder(QDir(folder).absolutePath())
 {
@@ -206,8 +209,8 @@ void Demonstration::StartRadio(const QString& scenario)
     const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
     m_radio.setProcessChannelMode(QProcess::SeparateChannels);
     m_radio.start(program, {QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
-                            QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario), QStringLiteral("--trace"),
-                            TraceFile()});
+                            QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario),
+                            QStringLiteral("--trace"), TraceFile()});
     QString answer;
     while (!answer.contains(QLatin1String("ready"))) {
         if (!m_radio.waitForReadyRead(StartTimeout)) {

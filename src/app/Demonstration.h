@@ -9,8 +9,9 @@ namespace dao {
 struct Location;
 }
 
-// What a demonstration needs beside the console: a folder of its own with settings and files, a simulated radio on a
-// pseudo terminal, and a database with a small fleet. The operator's own settings and data are not touched.
+// What a demonstration needs beside the console: a folder of its own with settings and files, a simulated
+// radio on a pseudo terminal, and a database with a small fleet. The operator's own settings and data are not
+// touched.
 class Demonstration {
 public:
     // Accounts of the demonstration database.
@@ -42,7 +43,8 @@ public:
     void WriteSettings(const IStringSource& strings) const;
     // Puts fleet plan, directory, statuses and the operator's account into an open, empty database.
     static void Fill(const dao::Location& location, const Account& administrator);
-    // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises Error.
+    // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises
+    // Error.
     void StartRadio(const QString& scenario);
     // One command to the radio's trainer's channel; returns its answer, empty after two seconds without one.
     QString TellRadio(const QString& command);

@@ -25,4 +25,4 @@ constexpr int IncomingCall = 2211;
 constexpr int PasswordChanged = 2231;
 constexpr int WrongPassword = 5114;
 
-}
+} // namespace AppText

@@ -81,7 +81,7 @@ QAction* Item(QMenu* menu, const QString& name)
     return nullptr;
 }
 
-}
+} // namespace
 
 QWidget* TourHand::Find(const QString& name)
 {

@@ -7,8 +7,8 @@
 class QAction;
 class QWidget;
 
-// The hand of the guided tour: synthetic clicks and keys on the real windows. Every operation raises Error when a person could
-// not have done it, because the thing is missing, hidden or disabled.
+// The hand of the guided tour: synthetic clicks and keys on the real windows. Every operation raises Error
+// when a person could not have done it, because the thing is missing, hidden or disabled.
 namespace TourHand {
 
 // A widget by its name in any visible window, the active one first.
@@ -29,4 +29,4 @@ void AnswerBox(bool agree);
 // What a widget shows: its text, title or current text.
 QString TextOf(const QString& name);
 
-}
+} // namespace TourHand

@@ -53,7 +53,7 @@ void PaintWindow(QPainter& painter, QWidget* window)
     painter.drawPixmap(window->pos(), window->grab());
 }
 
-}
+} // namespace
 
 QImage TakeTourPicture()
 {

@@ -2,6 +2,6 @@
 
 #include <QImage>
 
-// A picture of all visible windows as they lie above each other, each with a plain title bar, since the tour runs
-// without a window manager.
+// A picture of all visible windows as they lie above each other, each with a plain title bar, since the tour
+// runs without a window manager.
 QImage TakeTourPicture();

@@ -7,14 +7,16 @@
 
 namespace {
 
-constexpr int Glance = 25;     // ms between looks
-constexpr int Settle = 60;     // ms that a step's last change is given to be painted
+constexpr int Glance = 25;      // ms between looks
+constexpr int Settle = 60;      // ms that a step's last change is given to be painted
 constexpr int Patience = 10000; // ms
 
-}
+} // namespace
 
 TourRunner::TourRunner(const QString& folder, std::vector<TourStep> steps)
-    : m_folder(folder), m_steps(std::move(steps)), m_log(folder + QStringLiteral("/tour.log"))
+    : m_folder(folder),
+      m_steps(std::move(steps)),
+      m_log(folder + QStringLiteral("/tour.log"))
 {
     QDir pictures(m_folder);
     for (const QString& old : pictures.entryList({QStringLiteral("[0-9][0-9]-*.png")}, QDir::Files))
@@ -71,7 +73,8 @@ void TourRunner::End(const QString& seen)
     SavePicture();
     const TourStep& step = m_steps[m_current];
     QString line = QStringLiteral("%1 %2: ").arg(Number(), step.name);
-    line += seen.isEmpty() ? QStringLiteral("ok") : QStringLiteral("FAILED, expected %1, saw %2").arg(step.expected, seen);
+    line += seen.isEmpty() ? QStringLiteral("ok")
+                           : QStringLiteral("FAILED, expected %1, saw %2").arg(step.expected, seen);
     m_log.write(line.toUtf8() + '\n');
     m_log.flush();
     m_failed = !seen.isEmpty();

@@ -17,8 +17,8 @@ struct TourStep {
     std::function<QString()> look;
 };
 
-// Takes the steps one after the other while the program's own event loop runs, modal dialogs included. Each step is
-// waited for, photographed as NN-name.png and written to tour.log. The first failure ends the tour.
+// Takes the steps one after the other while the program's own event loop runs, modal dialogs included. Each
+// step is waited for, photographed as NN-name.png and written to tour.log. The first failure ends the tour.
 class TourRunner : public QObject {
     Q_OBJECT
 

@@ -25,10 +25,11 @@ QString Quoted(const QString& text)
     return QStringLiteral("\"%1\"").arg(text);
 }
 
-}
+} // namespace
 
 TourScript::TourScript(const IStringSource& strings, Demonstration& demonstration)
-    : m_strings(strings), m_demonstration(demonstration)
+    : m_strings(strings),
+      m_demonstration(demonstration)
 {
 }
 
@@ -59,7 +60,8 @@ void TourScript::Radio(const QString& command)
 {
     const QString answer = m_demonstration.TellRadio(command);
     if (!answer.startsWith(QLatin1String("ok")))
-        throw Error(ErrorCode::General, QStringLiteral("the radio answered \"%1\" to \"%2\"").arg(answer, command));
+        throw Error(ErrorCode::General,
+                    QStringLiteral("the radio answered \"%1\" to \"%2\"").arg(answer, command));
 }
 
 QString TourScript::Text(int id) const

@@ -89,9 +89,12 @@ int Run(const CommandLine& line)
     const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
     try {
         switch (line.mode) {
-        case CommandLine::Mode::Tour: return RunConsoleTour(strings, line.folder);
-        case CommandLine::Mode::Demonstration: return RunDemonstration(strings, line.folder);
-        default: break;
+        case CommandLine::Mode::Tour:
+            return RunConsoleTour(strings, line.folder);
+        case CommandLine::Mode::Demonstration:
+            return RunDemonstration(strings, line.folder);
+        default:
+            break;
         }
         ProgramLog::Open(AppPaths::DataFolder());
         return RunConsole(strings, line.settingsFile.isEmpty() ? Settings::DefaultFile() : line.settingsFile);
@@ -101,7 +104,7 @@ int Run(const CommandLine& line)
     }
 }
 
-}
+} // namespace
 
 int main(int argc, char** argv)
 {
@@ -110,8 +113,12 @@ int main(int argc, char** argv)
         arguments.append(QString::fromLocal8Bit(argv[i]));
     const CommandLine line = CommandLine::Parse(arguments);
     switch (line.mode) {
-    case CommandLine::Mode::Help: Print(CommandLine::Help()); return 0;
-    case CommandLine::Mode::Version: Print(QStringLiteral("VeltorKyn %1\n").arg(Version())); return 0;
+    case CommandLine::Mode::Help:
+        Print(CommandLine::Help());
+        return 0;
+    case CommandLine::Mode::Version:
+        Print(QStringLiteral("VeltorKyn %1\n").arg(Version()));
+        return 0;
     case CommandLine::Mode::Wrong:
         Print(QStringLiteral("veltorkyn: %1\n").arg(line.problem), stderr);
         Print(CommandLine::Help(), stderr);
@@ -120,7 +127,8 @@ int main(int argc, char** argv)
         if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
         break;
-    default: break;
+    default:
+        break;
     }
     QApplication::setApplicationName(QString::fromLatin1(AppPaths::title));
     QApplication::setApplicationVersion(Version());

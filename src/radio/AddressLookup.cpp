@@ -13,8 +13,8 @@
 
 namespace {
 
-// The field `wanted` of the directory entry whose `index` field equals the key; the fallback when there is none or the
-// directory cannot be read.
+// The field `wanted` of the directory entry whose `index` field equals the key; the fallback when there is
+// none or the directory cannot be read.
 QString Find(IDbSession& session, const QString& index, const QString& key, const QString& wanted,
              const QString& fallback)
 {
@@ -28,7 +28,7 @@ QString Find(IDbSession& session, const QString& index, const QString& key, cons
     }
 }
 
-}
+} // namespace
 
 QStringList Map27Executive::ParseAddressLine(const QString& line)
 {
@@ -44,7 +44,8 @@ QStringList Map27Executive::ParseAddressLine(const QString& line)
 QString Map27Executive::MakeFullAddress(const QString& dial) const
 {
     try {
-        return QString::fromStdString(Addressing().AddressToDial(Addressing().DialToAddress(dial.toStdString())));
+        return QString::fromStdString(
+            Addressing().AddressToDial(Addressing().DialToAddress(dial.toStdString())));
     } catch (const AddressingError& failure) {
         throw AddressingFailure(failure, m_services.strings);
     }

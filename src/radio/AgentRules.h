@@ -13,7 +13,7 @@ enum class AgentTrigger {
     MessageDelivered, // 192
     MessageFailed,    // 224
     Cleared,
-    MainButton,  // Cancel, Answer or Hungup
+    MainButton, // Cancel, Answer or Hungup
     CloseButton,
 };
 

@@ -9,7 +9,8 @@
 #include <QString>
 
 FleetDataSource::FleetDataSource(IDbSession& session, const IStringSource& strings)
-    : m_session(session), m_strings(strings)
+    : m_session(session),
+      m_strings(strings)
 {
 }
 
@@ -31,8 +32,8 @@ void FleetDataSource::RetreiveFleetConfig(std::span<FleetConfig> fleets)
     for (FleetConfig& fleet : fleets) {
         if (records->Eof())
             RaiseCatalogueError(m_strings, RadioText::NumberingUnexpectedEnd);
-        fleet.fleetType = records->Field(QStringLiteral("fleet_type")).toInt() == 1 ? FleetType::Units
-                                                                                     : FleetType::Groups;
+        fleet.fleetType =
+            records->Field(QStringLiteral("fleet_type")).toInt() == 1 ? FleetType::Units : FleetType::Groups;
         fleet.digits = records->Field(QStringLiteral("digits")).toInt();
         fleet.prefix = records->Field(QStringLiteral("prefix")).toInt();
         fleet.baseIdent = records->Field(QStringLiteral("base_ident")).toInt();

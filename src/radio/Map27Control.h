@@ -5,9 +5,10 @@
 #include <QObject>
 #include <QString>
 
-// The MAP27 radio on its port, as the rest of the console sees it. Addresses are MPT1327 prefix and ident. Every operation
-// either starts the request and returns, or raises Error with a description for the operator; none waits for the
-// radio. Outcomes arrive as events (signals), always on the user interface thread, one at a time.
+// The MAP27 radio on its port, as the rest of the console sees it. Addresses are MPT1327 prefix and ident.
+// Every operation either starts the request and returns, or raises Error with a description for the operator;
+// none waits for the radio. Outcomes arrive as events (signals), always on the user interface thread, one at
+// a time.
 //
 // CancelTransaction, ClearCall, ResetLink and CloseLink never raise merely because nothing is in progress.
 class Map27Control : public QObject {
@@ -30,8 +31,8 @@ public:
     virtual bool UnitTwoDigit() const = 0;
     virtual bool GroupTwoDigit() const = 0;
 
-    // Raises when the port cannot be opened. From then on a lost link is retried until CloseLink. On an open link
-    // it closes that one first.
+    // Raises when the port cannot be opened. From then on a lost link is retried until CloseLink. On an open
+    // link it closes that one first.
     virtual void OpenLink() = 0;
     virtual void CloseLink() = 0;
     virtual void SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos, qint16 groupPrefix,
@@ -54,13 +55,15 @@ public:
 
 Q_SIGNALS:
     void StatusReceived(qint16 prefix, qint16 ident, qint16 status);
-    // In radio contact, off hook, transmitting, field strength 0..255, maximum call time in seconds (0 unlimited).
+    // In radio contact, off hook, transmitting, field strength 0..255, maximum call time in seconds (0
+    // unlimited).
     void OperatingConditionReceived(int inContact, int offHook, int transmitting, int fieldStrength,
                                     int maxCallSeconds);
     void TextReceived(const QString& text, qint16 prefix, qint16 ident);
     void NumberingReceived();
     void TransactionCleared(int type, int cause);
-    // Codes are MAP27 message types: 196, 212, 228; 197, 229; 192, 208, 224. The cause is for trace and log file.
+    // Codes are MAP27 message types: 196, 212, 228; 197, 229; 192, 208, 224. The cause is for trace and log
+    // file.
     void OutgoingCallProgress(qint16 code, int cause);
     void AnswerProgress(qint16 code, int cause);
     // callCode 165 = emergency; flags bit value 8 = the call rings and must be answered.

@@ -30,10 +30,11 @@ qint16 Ident(const RadioAddress& address)
     return static_cast<qint16>(address.ident);
 }
 
-}
+} // namespace
 
 Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<class Map27Control> control)
-    : m_services(services), m_control(std::move(control)),
+    : m_services(services),
+      m_control(std::move(control)),
       m_window(std::make_unique<frmMap27Agent>(services.strings)),
       m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window)),
       m_appName(services.strings.LoadString(RadioText::DefaultAppName))
@@ -205,10 +206,9 @@ void Map27Executive::SendText(const QString& address, const QString& text, bool 
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
         return;
     }
-    StartMessage(address, EventType::Text, sent, TransactionKind::Text, RadioText::SendingText,
-                 [&](const RadioAddress& to) {
-                     m_control->SendTextMessage(Prefix(to), Ident(to), sent, eightBit);
-                 });
+    StartMessage(
+        address, EventType::Text, sent, TransactionKind::Text, RadioText::SendingText,
+        [&](const RadioAddress& to) { m_control->SendTextMessage(Prefix(to), Ident(to), sent, eightBit); });
 }
 
 void Map27Executive::StartCall(const QString& address, bool emergency, bool priority, bool dialog)
@@ -222,7 +222,8 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
     }
     m_outgoing.LastDestination = address;
     const QString dial = LookupIdent(address);
-    m_window->CallOutPrepare(Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall), dial);
+    m_window->CallOutPrepare(Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall),
+                             dial);
     RadioAddress to;
     if (!ToAddress(dial, to))
         return;

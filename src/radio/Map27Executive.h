@@ -62,8 +62,8 @@ public:
     class Map27Control& Map27Control() { return *m_control; }
     OutgoingMessage& Outgoing() { return m_outgoing; }
 
-    // Raise Error. Connect that fails for anything but a missing numbering (ErrorCode::NumberingNotConfigured)
-    // has closed the link again.
+    // Raise Error. Connect that fails for anything but a missing numbering
+    // (ErrorCode::NumberingNotConfigured) has closed the link again.
     void Connect();
     void LoadFleetData();
     void Disconnect(); // harmless when not connected
@@ -115,8 +115,9 @@ private:
     bool ToAddress(const QString& dial, RadioAddress& address);
     void PrepareMessaging(const QString& party, int captionText);
     bool Start(enum TransactionKind kind, const std::function<void()>& operation);
-    void StartMessage(const QString& address, EventType kind, const QString& text, enum TransactionKind transaction,
-                      int captionText, const std::function<void(const RadioAddress&)>& operation);
+    void StartMessage(const QString& address, EventType kind, const QString& text,
+                      enum TransactionKind transaction, int captionText,
+                      const std::function<void(const RadioAddress&)>& operation);
     MptAddressing& Addressing() const;
     QString Text(int id) const;
 

@@ -27,10 +27,13 @@ bool MeansStatus(const QString& setting, int status)
     return numeric && code == status;
 }
 
-}
+} // namespace
 
 RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window)
-    : m_services(services), m_control(control), m_window(window), m_boxes(services.prompt)
+    : m_services(services),
+      m_control(control),
+      m_window(window),
+      m_boxes(services.prompt)
 {
     ConnectEvents();
 }
@@ -188,9 +191,11 @@ void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
 {
     if (!m_executive)
         return;
-    const QString identity =
-        QString::number(static_cast<quint16>(systemIdentity), 16).toUpper().rightJustified(4, QLatin1Char('0'));
-    SbrMessage(FormatMessage(m_services.strings, RadioText::NetworkInfo, {QString::number(channel), identity}));
+    const QString identity = QString::number(static_cast<quint16>(systemIdentity), 16)
+                                 .toUpper()
+                                 .rightJustified(4, QLatin1Char('0'));
+    SbrMessage(
+        FormatMessage(m_services.strings, RadioText::NetworkInfo, {QString::number(channel), identity}));
 }
 
 void RadioAgent::React(AgentTrigger trigger)
@@ -228,10 +233,17 @@ bool RadioAgent::Request(const AgentReaction& reaction)
 {
     try {
         switch (reaction.request) {
-        case AgentReaction::Request::None: break;
-        case AgentReaction::Request::Cancel: m_control.CancelTransaction(); break;
-        case AgentReaction::Request::Clear: m_control.ClearCall(); break;
-        case AgentReaction::Request::Answer: m_control.AnswerCall(true); break;
+        case AgentReaction::Request::None:
+            break;
+        case AgentReaction::Request::Cancel:
+            m_control.CancelTransaction();
+            break;
+        case AgentReaction::Request::Clear:
+            m_control.ClearCall();
+            break;
+        case AgentReaction::Request::Answer:
+            m_control.AnswerCall(true);
+            break;
         }
     } catch (const std::exception& failure) {
         const QString text = DescribeError(failure, m_services.strings);
@@ -292,9 +304,11 @@ void RadioAgent::ReloadIndividuals()
 
 void RadioAgent::UpdateDuty(const QString& callsign, int status)
 {
-    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_onduty"), QStringLiteral("1")), status))
+    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_onduty"), QStringLiteral("1")),
+                    status))
         m_executive->UpdateDutyStatus(callsign, true);
-    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_offduty"), QStringLiteral("2")), status))
+    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_offduty"), QStringLiteral("2")),
+                    status))
         m_executive->UpdateDutyStatus(callsign, false);
 }
 
@@ -360,7 +374,8 @@ RadioAgent::Party RadioAgent::Resolve(int prefix, int ident) const
         dial.clear();
     }
     if (dial.isEmpty()) {
-        dial = QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
+        dial =
+            QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
     }
     return {dial, m_executive->LookupCallsign(dial)};
 }

@@ -11,9 +11,9 @@
 class MptAddressing;
 struct IAgentWindow;
 
-// Receives every event of the radio control and every button of the call dialogue, and decides the outcome of each
-// transaction by the table of AgentRules: advances the facade's transaction kind, writes log records and calls back
-// into the views.
+// Receives every event of the radio control and every button of the call dialogue, and decides the outcome of
+// each transaction by the table of AgentRules: advances the facade's transaction kind, writes log records and
+// calls back into the views.
 class RadioAgent : public QObject {
     Q_OBJECT
 

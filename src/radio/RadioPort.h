@@ -13,8 +13,8 @@ class RadioPort : public QObject {
 public:
     using QObject::QObject;
 
-    // Opens the line. With `wait` it is open on return, or Error says in plain words why not; without, Opened or Failed
-    // comes later and the caller is not held up by a slow network.
+    // Opens the line. With `wait` it is open on return, or Error says in plain words why not; without, Opened
+    // or Failed comes later and the caller is not held up by a slow network.
     virtual void Open(bool wait) = 0;
     virtual void Close() = 0;
     virtual bool IsOpen() const = 0;
@@ -27,6 +27,7 @@ Q_SIGNALS:
     void Failed(const QString& text);
 };
 
-// A port by its name in the settings: COMn, a device's name or path, tcp://host:port. Raises Error for a name that
-// cannot be one.
-std::unique_ptr<RadioPort> MakeRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings);
+// A port by its name in the settings: COMn, a device's name or path, tcp://host:port. Raises Error for a name
+// that cannot be one.
+std::unique_ptr<RadioPort> MakeRadioPort(const QString& name, int bitsPerSecond,
+                                         const IStringSource& strings);

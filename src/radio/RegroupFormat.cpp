@@ -9,7 +9,7 @@ map27::Octets Head(Operation operation, int position)
     return {0x56, 0x4B, 0x01, static_cast<std::uint8_t>(operation), static_cast<std::uint8_t>(position)};
 }
 
-}
+} // namespace
 
 map27::Octets RegroupFormat::Regroup(int position, map27::Address group)
 {

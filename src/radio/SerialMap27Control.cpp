@@ -28,7 +28,8 @@ qint16 Number(unsigned value)
 
 QString HexOf(const map27::Octets& octets)
 {
-    const QByteArray bytes(reinterpret_cast<const char*>(octets.data()), static_cast<qsizetype>(octets.size()));
+    const QByteArray bytes(reinterpret_cast<const char*>(octets.data()),
+                           static_cast<qsizetype>(octets.size()));
     return QString::fromLatin1(bytes.toHex(' ').toUpper());
 }
 
@@ -36,10 +37,12 @@ template <typename... Handlers> struct Overloaded : Handlers... {
     using Handlers::operator()...;
 };
 
-}
+} // namespace
 
 SerialMap27Control::SerialMap27Control(const IStringSource& strings, const Clock& clock, PortFactory ports)
-    : m_strings(strings), m_clock(clock), m_ports(std::move(ports))
+    : m_strings(strings),
+      m_clock(clock),
+      m_ports(std::move(ports))
 {
     if (!m_ports) {
         m_ports = [&strings](const QString& name, int bitsPerSecond) {
@@ -164,7 +167,8 @@ void SerialMap27Control::OnTime()
 void SerialMap27Control::Run(const QString& subject, const Operation& operation)
 {
     if (!m_terminal)
-        throw Error(ErrorCode::First + RadioText::NotConnected, m_strings.LoadString(RadioText::NotConnected));
+        throw Error(ErrorCode::First + RadioText::NotConnected,
+                    m_strings.LoadString(RadioText::NotConnected));
     map27::OperationResult result = operation(*m_terminal, Now());
     Take(std::move(result.output));
     if (result.refusal)
@@ -174,7 +178,8 @@ void SerialMap27Control::Run(const QString& subject, const Operation& operation)
 void SerialMap27Control::Take(map27::TerminalOutput output)
 {
     for (const map27::Octets& frame : output.frames)
-        m_port->Write(QByteArray(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size())));
+        m_port->Write(
+            QByteArray(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size())));
     for (map27::TerminalEvent& event : output.events)
         m_events.push_back(std::move(event));
     // From the event loop, so that no event arrives inside an operation of its receiver.
@@ -246,7 +251,8 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             },
             [&](const map27::LinkFailed& e) { HandleLinkFailed(e.reason); },
             [&](const map27::Report& e) {
-                ProgramLog::Write(QStringLiteral("%1 %2").arg(QString::fromStdString(e.text), HexOf(e.message)));
+                ProgramLog::Write(
+                    QStringLiteral("%1 %2").arg(QString::fromStdString(e.text), HexOf(e.message)));
             },
         },
         event);

@@ -13,9 +13,9 @@ class RadioPort;
 struct Clock;
 struct IStringSource;
 
-// The radio control on a real line: owns the port, the terminal's end of MAP27 and the one timer that drives it. A line that
-// fails after OpenLink is opened again for ever with a growing pause; a transaction that was open then ends with
-// TransactionCleared.
+// The radio control on a real line: owns the port, the terminal's end of MAP27 and the one timer that drives
+// it. A line that fails after OpenLink is opened again for ever with a growing pause; a transaction that was
+// open then ends with TransactionCleared.
 class SerialMap27Control : public Map27Control {
     Q_OBJECT
 

@@ -26,14 +26,15 @@ QString ShownAddress(qint16 prefix, qint16 ident)
     return QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
 }
 
-}
+} // namespace
 
 void SerialMap27Control::SendStatusMessage(qint16 prefix, qint16 ident, qint16 status)
 {
     const bool known = status >= 0 && status <= 31;
-    Run(known ? ShownAddress(prefix, ident) : QString::number(status), [&](Terminal& terminal, TimePoint now) {
-        return terminal.SendStatus(AddressOf(prefix, ident), static_cast<unsigned>(status), now);
-    });
+    Run(known ? ShownAddress(prefix, ident) : QString::number(status),
+        [&](Terminal& terminal, TimePoint now) {
+            return terminal.SendStatus(AddressOf(prefix, ident), static_cast<unsigned>(status), now);
+        });
 }
 
 void SerialMap27Control::SendTextMessage(qint16 prefix, qint16 ident, const QString& text, bool eightBit)
@@ -44,8 +45,8 @@ void SerialMap27Control::SendTextMessage(qint16 prefix, qint16 ident, const QStr
     });
 }
 
-void SerialMap27Control::SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos, qint16 groupPrefix,
-                                            qint16 groupIdent)
+void SerialMap27Control::SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos,
+                                            qint16 groupPrefix, qint16 groupIdent)
 {
     Run(ShownAddress(memberPrefix, memberIdent), [&](Terminal& terminal, TimePoint now) {
         const map27::Octets command = RegroupFormat::Regroup(pos, AddressOf(groupPrefix, groupIdent));
@@ -58,8 +59,9 @@ void SerialMap27Control::SendGroupNameCommand(qint16 prefix, qint16 ident, qint1
     const auto command = RegroupFormat::GroupName(pos, name.toStdString());
     if (const auto* problem = std::get_if<map27::TextProblem>(&command)) {
         if (problem->fault == map27::TextFault::TooLong) {
-            throw Error(ErrorCode::First + RadioText::NameTooLong,
-                        FormatMessage(m_strings, RadioText::NameTooLong, {name, QString::number(problem->limit)}));
+            throw Error(
+                ErrorCode::First + RadioText::NameTooLong,
+                FormatMessage(m_strings, RadioText::NameTooLong, {name, QString::number(problem->limit)}));
         }
         throw RefusalError({.code = map27::RefusalCode::Text, .text = *problem}, name, m_strings);
     }

@@ -30,10 +30,12 @@ bool IsCharacterDevice(const QString& device)
     return ::stat(QFile::encodeName(device).constData(), &status) == 0 && S_ISCHR(status.st_mode);
 }
 
-}
+} // namespace
 
 SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings)
-    : m_name(name), m_bitsPerSecond(bitsPerSecond), m_strings(strings)
+    : m_name(name),
+      m_bitsPerSecond(bitsPerSecond),
+      m_strings(strings)
 {
     connect(&m_port, &QSerialPort::readyRead, this, [this] { Q_EMIT Received(m_port.readAll()); });
     connect(&m_port, &QSerialPort::errorOccurred, this, &SerialRadioPort::OnError);
@@ -82,11 +84,14 @@ QString SerialRadioPort::Problem(const QString& device) const
     if (!permitted && (errno == EACCES || errno == EPERM))
         return FormatMessage(m_strings, RadioText::PortNotPermitted, {m_name, GroupOf(device)});
     switch (m_port.error()) {
-    case QSerialPort::DeviceNotFoundError: return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
-    case QSerialPort::PermissionError: return FormatMessage(m_strings, RadioText::PortBusy, {m_name});
+    case QSerialPort::DeviceNotFoundError:
+        return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+    case QSerialPort::PermissionError:
+        return FormatMessage(m_strings, RadioText::PortBusy, {m_name});
     case QSerialPort::UnsupportedOperationError:
         return FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
-    default: return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
+    default:
+        return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
     }
 }
 

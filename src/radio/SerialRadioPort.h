@@ -4,8 +4,8 @@
 
 #include <QSerialPort>
 
-// A serial port: eight data bits, no parity, one stop bit, no flow control (MAP27 v1.5, 3.3). Modem lines are neither needed
-// nor touched, so that pseudo terminals work too.
+// A serial port: eight data bits, no parity, one stop bit, no flow control (MAP27 v1.5, 3.3). Modem lines are
+// neither needed nor touched, so that pseudo terminals work too.
 class SerialRadioPort : public RadioPort {
     Q_OBJECT
 

@@ -18,7 +18,9 @@ bool TcpRadioPort::IsName(const QString& name)
     return name.startsWith(QLatin1String("tcp://"), Qt::CaseInsensitive);
 }
 
-TcpRadioPort::TcpRadioPort(const QString& name, const IStringSource& strings) : m_name(name), m_strings(strings)
+TcpRadioPort::TcpRadioPort(const QString& name, const IStringSource& strings)
+    : m_name(name),
+      m_strings(strings)
 {
     const QUrl url(name, QUrl::StrictMode);
     if (!url.isValid() || url.host().isEmpty() || url.port() <= 0 || !url.path().isEmpty())
@@ -82,7 +84,8 @@ QString TcpRadioPort::Problem() const
         return FormatMessage(m_strings, RadioText::PortHostRefused, {m_name});
     case QAbstractSocket::SocketTimeoutError:
         return FormatMessage(m_strings, RadioText::PortHostSilent, {m_name});
-    default: return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_socket.errorString()});
+    default:
+        return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_socket.errorString()});
     }
 }
 

@@ -49,7 +49,6 @@ constexpr int IncomingPstnCall = 2212;
 constexpr int IncomingPabxCall = 2213;
 constexpr int IncomingSysWideCall = 2214;
 
-
 // Texts of our own.
 constexpr int LinkConnecting = 5300;
 constexpr int LinkLostSilent = 5301;
@@ -77,4 +76,4 @@ constexpr int NoCall = 5328;
 constexpr int NotConnected = 5329;
 constexpr int NameTooLong = 5330;
 
-}
+} // namespace RadioText

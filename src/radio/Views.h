@@ -7,14 +7,14 @@
 
 struct RadioNumbering;
 
-// What the radio agent calls back into. The main window implements these; none is owned by the agent, and each must
-// outlive the radio link facade or be taken back by SetViews({}).
+// What the radio agent calls back into. The main window implements these; none is owned by the agent, and
+// each must outlive the radio link facade or be taken back by SetViews({}).
 
 struct ILogView {
     virtual ~ILogView() = default;
     // desc is the display text: a status already in words, a text message as received.
-    virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                                const QString& to) = 0;
+    virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc,
+                                const QString& from, const QString& to) = 0;
 };
 
 struct IStatusView {

@@ -22,17 +22,20 @@ bool IsNavigationKey(int key)
     case Qt::Key_Control:
     case Qt::Key_Alt:
     case Qt::Key_AltGr:
-    case Qt::Key_Meta: return true;
-    default: return false;
+    case Qt::Key_Meta:
+        return true;
+    default:
+        return false;
     }
 }
 
-}
+} // namespace
 
 frmMap27Agent::frmMap27Agent(const IStringSource& strings)
-    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
-                           Qt::WindowStaysOnTopHint),
-      m_strings(strings), m_form(std::make_unique<Ui::frmMap27Agent>())
+    : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                           Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
+      m_strings(strings),
+      m_form(std::make_unique<Ui::frmMap27Agent>())
 {
     m_form->setupUi(this);
     LoadCaptions();
@@ -195,12 +198,17 @@ bool frmMap27Agent::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick: PressTransmit(); break;
-    case QEvent::MouseButtonRelease: KeyUp(); break;
+    case QEvent::MouseButtonDblClick:
+        PressTransmit();
+        break;
+    case QEvent::MouseButtonRelease:
+        KeyUp();
+        break;
     case QEvent::FocusOut: // the release would go elsewhere, and the transmitter would stay keyed
         ReleaseTransmit();
         break;
-    default: break;
+    default:
+        break;
     }
     return QWidget::eventFilter(watched, event);
 }

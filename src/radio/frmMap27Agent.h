@@ -11,9 +11,9 @@ namespace Ui {
 class frmMap27Agent;
 }
 
-// The radio interface window: who the other party is, what is happening, and the buttons of the transaction in progress.
-// It decides nothing. The operator cannot close it from its frame; it stays above the other windows and is not
-// blocked by a dialog of the main window, so that a call can be answered at any time.
+// The radio interface window: who the other party is, what is happening, and the buttons of the transaction
+// in progress. It decides nothing. The operator cannot close it from its frame; it stays above the other
+// windows and is not blocked by a dialog of the main window, so that a call can be answered at any time.
 class frmMap27Agent : public QWidget, public IAgentWindow {
     Q_OBJECT
 

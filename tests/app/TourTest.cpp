@@ -29,7 +29,8 @@ public:
     {
         const QJsonObject entry = QJsonDocument::fromJson(line).object();
         const bool toRadio = entry.value(QStringLiteral("dir")).toString() == QLatin1String("D>R");
-        const QByteArray octets = QByteArray::fromHex(entry.value(QStringLiteral("frame")).toString().toLatin1());
+        const QByteArray octets =
+            QByteArray::fromHex(entry.value(QStringLiteral("frame")).toString().toLatin1());
         map27::FrameDecoder decoder;
         const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
         const auto bodies = decoder.Feed({first, static_cast<std::size_t>(octets.size())});
@@ -52,8 +53,11 @@ private:
         case 2: // LA
             other.credited = static_cast<std::uint8_t>(body[1] + body[2]);
             break;
-        case 4: CheckTransfer(body, own, toRadio, number); break;
-        default: ADD_FAILURE() << "line " << number << ": packet type " << int(body[0]);
+        case 4:
+            CheckTransfer(body, own, toRadio, number);
+            break;
+        default:
+            ADD_FAILURE() << "line " << number << ": packet type " << int(body[0]);
         }
     }
 
@@ -71,9 +75,11 @@ private:
         own.lastNumber = sequence;
         const map27::OctetSpan message(body.data() + 4, body.size() - 4);
         if (toRadio)
-            EXPECT_TRUE(std::holds_alternative<map27::ToRadio>(map27::DecodeToRadio(message))) << "line " << number;
+            EXPECT_TRUE(std::holds_alternative<map27::ToRadio>(map27::DecodeToRadio(message)))
+                << "line " << number;
         else
-            EXPECT_TRUE(std::holds_alternative<map27::FromRadio>(map27::DecodeFromRadio(message))) << "line " << number;
+            EXPECT_TRUE(std::holds_alternative<map27::FromRadio>(map27::DecodeFromRadio(message)))
+                << "line " << number;
         ++messages;
     }
 
@@ -109,4 +115,4 @@ TEST(Tour, EveryStepSucceedsAndTheWireIsSound)
     EXPECT_GT(checker.messages, 50);
 }
 
-}
+} // namespace

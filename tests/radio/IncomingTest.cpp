@@ -86,7 +86,8 @@ TEST(Incoming, TextsAndScadaReports)
             stack.radio.Perform(sim::TextAction{stack.AddressOf(Unit27), coding, text});
             stack.Run(1500);
             EXPECT_EQ(stack.views.scada, QString::fromLatin1(scada)) << text;
-            EXPECT_EQ(stack.Records().last(), QStringLiteral("2|%1|Unit27|Dispatch").arg(QString::fromLatin1(text)));
+            EXPECT_EQ(stack.Records().last(),
+                      QStringLiteral("2|%1|Unit27|Dispatch").arg(QString::fromLatin1(text)));
         }
     }
 }
@@ -104,9 +105,18 @@ class IncomingCall : public testing::TestWithParam<CallCase> {};
 
 const CallCase CallCases[] = {
     {"Ringing", {.from = {0, Unit27}}, "Incoming Call", "Unit27", TransactionKind::CallRinging, 0},
-    {"Connected", {.from = {0, Unit27}, .rings = false}, "Incoming Call", "Unit27", TransactionKind::CallConnected, 0},
-    {"Emergency", {.from = {0, Unit27}, .emergency = true, .rings = false}, "Emergency Incoming Call", "Unit27",
-     TransactionKind::CallConnected, 1},
+    {"Connected",
+     {.from = {0, Unit27}, .rings = false},
+     "Incoming Call",
+     "Unit27",
+     TransactionKind::CallConnected,
+     0},
+    {"Emergency",
+     {.from = {0, Unit27}, .emergency = true, .rings = false},
+     "Emergency Incoming Call",
+     "Unit27",
+     TransactionKind::CallConnected,
+     1},
     {"Telephone", {.from = {0, 8101}}, "Incoming PSTN Call", "/0008101", TransactionKind::CallRinging, 0},
 };
 
@@ -124,14 +134,15 @@ TEST_P(IncomingCall, IsShownAndRecorded)
     EXPECT_EQ(stack.executive.AgentWindow().windowTitle(), QString::fromLatin1(c.caption));
     EXPECT_EQ(stack.Agent<QListWidget>("lsParty").item(0)->text(), QString::fromLatin1(c.party));
     EXPECT_EQ(emergencies, c.emergencies);
-    EXPECT_EQ(stack.Records(), QStringList(QStringLiteral("3|%1|%2|Dispatch")
-                                               .arg(QString::fromLatin1(c.caption), QString::fromLatin1(c.party))));
+    EXPECT_EQ(stack.Records(),
+              QStringList(QStringLiteral("3|%1|%2|Dispatch")
+                              .arg(QString::fromLatin1(c.caption), QString::fromLatin1(c.party))));
 
     if (c.kind == TransactionKind::CallRinging) {
         EXPECT_EQ(stack.Button(), stack.Text(RadioText::Answer));
         stack.Click("cmdAnswerHungup");
-        ASSERT_TRUE(
-            stack.RunUntil([&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
+        ASSERT_TRUE(stack.RunUntil(
+            [&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
     }
     EXPECT_EQ(stack.Button(), stack.Text(RadioText::Hungup));
     stack.radio.Perform(sim::HangUpAction{});
@@ -237,4 +248,4 @@ TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
     EXPECT_FALSE(stack.radio.radio.Condition().transmitting);
 }
 
-}
+} // namespace

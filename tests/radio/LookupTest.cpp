@@ -75,14 +75,16 @@ TEST(FleetData, RowsAsTheNumberingTakesThem)
     RadioStack stack;
     const auto fleets = stack.session.Database().OpenTable(QStringLiteral("fleet"));
     fleets->AddNew();
-    for (const auto& [name, value] : {std::pair("fleet_type", 0), std::pair("digits", 3), std::pair("prefix", 0),
-                                      std::pair("base_ident", 7000), std::pair("max_ident", 7009)})
+    for (const auto& [name, value] :
+         {std::pair("fleet_type", 0), std::pair("digits", 3), std::pair("prefix", 0),
+          std::pair("base_ident", 7000), std::pair("max_ident", 7009)})
         fleets->SetField(QString::fromLatin1(name), value);
     fleets->SetField(QStringLiteral("fleet_name"), QStringLiteral("groups"));
     fleets->Update();
     std::vector<FleetConfig> rows(static_cast<std::size_t>(stack.fleetData.NumberOfFleets()));
     stack.fleetData.RetreiveFleetConfig(rows);
-    EXPECT_EQ(rows, (std::vector<FleetConfig>{{FleetType::Units, 2, 0, 2, 71}, {FleetType::Groups, 3, 0, 7000, 7009}}));
+    EXPECT_EQ(rows, (std::vector<FleetConfig>{{FleetType::Units, 2, 0, 2, 71},
+                                              {FleetType::Groups, 3, 0, 7000, 7009}}));
     std::vector<FleetConfig> tooFew(1);
     EXPECT_THROW(stack.fleetData.RetreiveFleetConfig(tooFew), Error);
     ActionetConfig parameters;
@@ -92,4 +94,4 @@ TEST(FleetData, RowsAsTheNumberingTakesThem)
     EXPECT_EQ(parameters, (ActionetConfig{.FPP = 10, .MEP = 0, .model = 2}));
 }
 
-}
+} // namespace

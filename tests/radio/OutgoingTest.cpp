@@ -1,4 +1,5 @@
-// What becomes of everything that the operator starts: over the real wire, to the real database, in virtual time.
+// What becomes of everything that the operator starts: over the real wire, to the real database, in virtual
+// time.
 
 #include "RadioStack.h"
 #include "radio/TextIds.h"
@@ -8,9 +9,9 @@ namespace {
 struct OutgoingCase {
     const char* name;
     std::function<void(RadioStack&)> send;
-    QStringList records;  // afterwards in the table event
-    QStringList lines;    // shown in the log
-    int warning;          // catalogue id of the box at the end; 0 none
+    QStringList records; // afterwards in the table event
+    QStringList lines;   // shown in the log
+    int warning;         // catalogue id of the box at the end; 0 none
     const char* scada;
 };
 
@@ -19,30 +20,63 @@ class Outgoing : public testing::TestWithParam<OutgoingCase> {};
 const QString Long(101, QLatin1Char('a'));
 
 const OutgoingCase Cases[] = {
-    {"StatusDelivered", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit20"), 5); },
-     {QStringLiteral("1|5|Dispatch|Unit20")}, {QStringLiteral("1|05 - Proceed|Dispatch|Unit20")}, 0, "reflect "},
-    {"StatusWithoutText", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral(" 22 "), 31); },
-     {QStringLiteral("1|31|Dispatch| 22 ")}, {QStringLiteral("1|Status 31 out.|Dispatch| 22 ")}, 0, "reflect "},
-    {"StatusQueuedThenDelivered", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit25"), 5); },
-     {QStringLiteral("1|5|Dispatch|Unit25")}, {QStringLiteral("1|05 - Proceed|Dispatch|Unit25")}, 0, "reflect "},
-    {"StatusRefused", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit23"), 5); }, {}, {},
-     RadioText::MessageNotSent, "cancel "},
-    {"StatusOutOfReach", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("24"), 5); }, {}, {},
-     RadioText::MessageNotSent, "cancel "},
-    {"TextSevenBit", [](RadioStack& s) { s.executive.SendText(QStringLiteral("Unit20"), QStringLiteral("a\\tb"), false); },
-     {QStringLiteral("2|a\\tb|Dispatch|Unit20")}, {QStringLiteral("2|a\\tb|Dispatch|Unit20")}, 0, "reflect "},
+    {"StatusDelivered",
+     [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit20"), 5); },
+     {QStringLiteral("1|5|Dispatch|Unit20")},
+     {QStringLiteral("1|05 - Proceed|Dispatch|Unit20")},
+     0,
+     "reflect "},
+    {"StatusWithoutText",
+     [](RadioStack& s) { s.executive.SendStatus(QStringLiteral(" 22 "), 31); },
+     {QStringLiteral("1|31|Dispatch| 22 ")},
+     {QStringLiteral("1|Status 31 out.|Dispatch| 22 ")},
+     0,
+     "reflect "},
+    {"StatusQueuedThenDelivered",
+     [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit25"), 5); },
+     {QStringLiteral("1|5|Dispatch|Unit25")},
+     {QStringLiteral("1|05 - Proceed|Dispatch|Unit25")},
+     0,
+     "reflect "},
+    {"StatusRefused",
+     [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Unit23"), 5); },
+     {},
+     {},
+     RadioText::MessageNotSent,
+     "cancel "},
+    {"StatusOutOfReach",
+     [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("24"), 5); },
+     {},
+     {},
+     RadioText::MessageNotSent,
+     "cancel "},
+    {"TextSevenBit",
+     [](RadioStack& s) { s.executive.SendText(QStringLiteral("Unit20"), QStringLiteral("a\\tb"), false); },
+     {QStringLiteral("2|a\\tb|Dispatch|Unit20")},
+     {QStringLiteral("2|a\\tb|Dispatch|Unit20")},
+     0,
+     "reflect "},
     {"TextEightBitLong",
      [](RadioStack& s) { s.executive.SendText(QStringLiteral("Unit20"), QString(88, QChar(0xE9)), true); },
      {QStringLiteral("2|%1|Dispatch|Unit20").arg(QString(88, QChar(0xE9)))},
-     {QStringLiteral("2|%1|Dispatch|Unit20").arg(QString(88, QChar(0xE9)))}, 0, "reflect "},
+     {QStringLiteral("2|%1|Dispatch|Unit20").arg(QString(88, QChar(0xE9)))},
+     0,
+     "reflect "},
     {"TextEscapesExpanded",
      [](RadioStack& s) {
          s.settings.SetPrintfEscapes(true);
          s.executive.SendText(QStringLiteral("Unit20"), QStringLiteral("a\\\\b#01"), false);
      },
-     {QStringLiteral("2|a\\b#01|Dispatch|Unit20")}, {QStringLiteral("2|a\\b#01|Dispatch|Unit20")}, 0, "reflect "},
-    {"CallRefused", [](RadioStack& s) { s.executive.StartCall(QStringLiteral("Unit23"), false, false, true); }, {}, {},
-     RadioText::CallFailed, ""},
+     {QStringLiteral("2|a\\b#01|Dispatch|Unit20")},
+     {QStringLiteral("2|a\\b#01|Dispatch|Unit20")},
+     0,
+     "reflect "},
+    {"CallRefused",
+     [](RadioStack& s) { s.executive.StartCall(QStringLiteral("Unit23"), false, false, true); },
+     {},
+     {},
+     RadioText::CallFailed,
+     ""},
 };
 
 TEST_P(Outgoing, EndsAsItShould)
@@ -62,7 +96,8 @@ TEST_P(Outgoing, EndsAsItShould)
     EXPECT_FALSE(stack.executive.Outgoing().MessagePending);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Outgoing, testing::ValuesIn(Cases), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, Outgoing, testing::ValuesIn(Cases),
+                         [](const auto& test) { return test.param.name; });
 
 struct RefusedCase {
     const char* name;
@@ -77,7 +112,8 @@ const RefusedCase RefusedCases[] = {
      QStringLiteral("Number contains the invalid character 'N'.")},
     {"TextTooLong", [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), Long, false); },
      QStringLiteral("The message is too long: 101 characters, at most 100 can be sent in this encoding.")},
-    {"TextTooLongForEightBit", [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), Long.left(89), true); },
+    {"TextTooLongForEightBit",
+     [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), Long.left(89), true); },
      QStringLiteral("The message is too long: 89 characters, at most 88 can be sent in this encoding.")},
     {"CharacterNotInCoding",
      [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), QString(QChar(0xE9)), false); },
@@ -89,7 +125,8 @@ const RefusedCase RefusedCases[] = {
      QStringLiteral("Status 32 does not exist. A status is a number from 0 to 31.")},
     {"IdentNotForTerminals", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("/0008185"), 5); },
      QStringLiteral("The radio can't send to address /0008185.")},
-    {"DummyAddress", [](RadioStack& s) { s.executive.StartCall(QStringLiteral("/0000000"), false, false, true); },
+    {"DummyAddress",
+     [](RadioStack& s) { s.executive.StartCall(QStringLiteral("/0000000"), false, false, true); },
      QStringLiteral("The radio can't send to address /0000000.")},
 };
 
@@ -110,14 +147,16 @@ TEST_P(Refused, SaysWhyAndLeavesTheRadioFree)
     EXPECT_EQ(stack.Records().size(), 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Refused, testing::ValuesIn(RefusedCases), [](const auto& test) { return test.param.name; });
+INSTANTIATE_TEST_SUITE_P(All, Refused, testing::ValuesIn(RefusedCases),
+                         [](const auto& test) { return test.param.name; });
 
 TEST(OutgoingCall, RingsConnectsTransmitsAndHangsUp)
 {
     RadioStack stack;
     stack.LogOn();
     stack.executive.StartCall(QStringLiteral("Unit22"), true, false, true);
-    ASSERT_TRUE(stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::CallingWait)); }));
+    ASSERT_TRUE(
+        stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::CallingWait)); }));
     EXPECT_EQ(stack.Button(), stack.Text(RadioText::Cancel));
     ASSERT_TRUE(
         stack.RunUntil([&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
@@ -142,26 +181,31 @@ TEST(OutgoingCall, RingsConnectsTransmitsAndHangsUp)
 
 TEST(OutgoingCall, GatewaysByTheDialledNumber)
 {
-    for (const auto& [dial, description] : {std::pair("01223456789", RadioText::PstnCall), std::pair("4711", RadioText::PabxCall)}) {
+    for (const auto& [dial, description] :
+         {std::pair("01223456789", RadioText::PstnCall), std::pair("4711", RadioText::PabxCall)}) {
         RadioStack stack;
         stack.LogOn();
         stack.executive.StartCall(QString::fromLatin1(dial), false, false, true);
-        ASSERT_TRUE(
-            stack.RunUntil([&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }))
-            << dial;
-        EXPECT_EQ(stack.Records(), QStringList(QStringLiteral("3|%1|Dispatch|%2")
-                                                   .arg(stack.Text(description), QString::fromLatin1(dial))));
+        ASSERT_TRUE(stack.RunUntil([&] {
+            return stack.executive.TransactionKind() == TransactionKind::CallConnected;
+        })) << dial;
+        EXPECT_EQ(
+            stack.Records(),
+            QStringList(
+                QStringLiteral("3|%1|Dispatch|%2").arg(stack.Text(description), QString::fromLatin1(dial))));
     }
 }
 
-// A cancelled message is never shown as sent, even when its acknowledgement is on the way, and does not confirm the next.
+// A cancelled message is never shown as sent, even when its acknowledgement is on the way, and does not
+// confirm the next.
 TEST(OutgoingMessage, CancelledIsNeverConfirmed)
 {
     for (const char* button : {"cmdAnswerHungup", "cmdClose"}) {
         RadioStack stack;
         stack.LogOn();
         stack.executive.SendStatus(QStringLiteral("Unit25"), 5);
-        ASSERT_TRUE(stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::SendingWait)); }));
+        ASSERT_TRUE(
+            stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::SendingWait)); }));
         stack.Click(button);
         EXPECT_FALSE(stack.AgentShown());
         stack.prompt.ExpectWarning(stack.Text(RadioText::MessageNotSent));
@@ -209,7 +253,8 @@ TEST(OutgoingMessage, EndedByLinkResetOrCable)
         ASSERT_TRUE(stack.RunToEnd()) << name;
         EXPECT_FALSE(stack.AgentShown()) << name;
         EXPECT_EQ(stack.Records(), QStringList()) << name;
-        ASSERT_TRUE(stack.RunUntil([&] { return stack.executive.Link().state == LinkStatus::State::Ready; })) << name;
+        ASSERT_TRUE(stack.RunUntil([&] { return stack.executive.Link().state == LinkStatus::State::Ready; }))
+            << name;
         stack.Run(1000);
         stack.executive.SendStatus(QStringLiteral("Unit20"), 5);
         ASSERT_TRUE(stack.RunToEnd()) << name;
@@ -234,4 +279,4 @@ TEST(Regroup, StoredOnlyWhenConfirmed)
     }
 }
 
-}
+} // namespace

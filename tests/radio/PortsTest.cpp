@@ -75,10 +75,12 @@ TEST_F(Ports, ProblemsInPlainWords)
         {file, QStringLiteral("%1 is not a serial port.").arg(file)},
         {QStringLiteral("tcp://127.0.0.1"),
          QStringLiteral("tcp://127.0.0.1 is not a valid address. Write it as tcp://host:port.")},
-        {closed, QStringLiteral("Nothing answers at %1. Check that the device is switched on and the port number is "
-                                "right.")
-                     .arg(closed)},
-        {QStringLiteral("tcp://no-such-host.invalid:4001"), QStringLiteral("Host no-such-host.invalid is not known.")},
+        {closed,
+         QStringLiteral("Nothing answers at %1. Check that the device is switched on and the port number is "
+                        "right.")
+             .arg(closed)},
+        {QStringLiteral("tcp://no-such-host.invalid:4001"),
+         QStringLiteral("Host no-such-host.invalid is not known.")},
     };
     for (const auto& [name, sentence] : cases)
         EXPECT_EQ(Problem(name), sentence);
@@ -88,9 +90,10 @@ TEST_F(Ports, Busy)
 {
     QSerialPort other(pty);
     ASSERT_TRUE(other.open(QIODevice::ReadWrite));
-    EXPECT_EQ(Problem(pty), QStringLiteral("Port %1 is in use by another program. Close that program or select "
-                                           "another port.")
-                                .arg(pty));
+    EXPECT_EQ(Problem(pty),
+              QStringLiteral("Port %1 is in use by another program. Close that program or select "
+                             "another port.")
+                  .arg(pty));
 }
 
 TEST_F(Ports, NotPermittedNamesTheGroup)
@@ -107,11 +110,15 @@ TEST_F(Ports, NotPermittedNamesTheGroup)
 TEST(PortNames, ComNumbersAndDevices)
 {
     const std::pair<const char*, const char*> cases[] = {
-        {"COM1", "/dev/ttyS0"},         {"com2", "/dev/ttyS1"},     {"COM10", "/dev/ttyS9"}, {"ttyUSB0", "/dev/ttyUSB0"},
-        {"/dev/serial/x", "/dev/serial/x"}, {"COM0", "/dev/COM0"},
+        {"COM1", "/dev/ttyS0"},
+        {"com2", "/dev/ttyS1"},
+        {"COM10", "/dev/ttyS9"},
+        {"ttyUSB0", "/dev/ttyUSB0"},
+        {"/dev/serial/x", "/dev/serial/x"},
+        {"COM0", "/dev/COM0"},
     };
     for (const auto& [name, device] : cases)
         EXPECT_EQ(SerialRadioPort::DevicePath(QString::fromLatin1(name)), QString::fromLatin1(device));
 }
 
-}
+} // namespace

@@ -61,16 +61,21 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
     int reloads = 0;
 };
 
-// The whole radio side on a real database, with a simulated radio at the other end of the real wire, in virtual time.
+// The whole radio side on a real database, with a simulated radio at the other end of the real wire, in
+// virtual time.
 class RadioStack {
 public:
     RadioStack()
         : strings(m_source.CreateStringSource(QStringLiteral("CKYN"))),
-          settings(m_folder.filePath(QStringLiteral("test.ini")), strings), session(database), statusTexts(strings),
-          eventLog(session, strings), fleetData(session, strings),
+          settings(m_folder.filePath(QStringLiteral("test.ini")), strings),
+          session(database),
+          statusTexts(strings),
+          eventLog(session, strings),
+          fleetData(session, strings),
           radio(clock, sim::LoadScenario(QStringLiteral(":/veltorkyn/scenarios/tour.json"))),
           control(new SerialMap27Control(strings, clock, radio.Ports())),
-          executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
+          executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock,
+                                  beeper},
                     std::unique_ptr<Map27Control>(control))
     {
         FillDatabase();
@@ -109,8 +114,8 @@ public:
     QStringList Records()
     {
         QStringList records;
-        const auto events = session.Database().OpenSnapshot(
-            QStringLiteral("select event_type, \"desc\", from_address, to_address from event order by time_stamp"));
+        const auto events = session.Database().OpenSnapshot(QStringLiteral(
+            "select event_type, \"desc\", from_address, to_address from event order by time_stamp"));
         for (; !events->Eof(); events->MoveNext()) {
             QStringList fields;
             for (const char* name : {"event_type", "desc", "from_address", "to_address"})
@@ -153,13 +158,18 @@ private:
 
     void FillDatabase()
     {
-        Add("fleet", {{"fleet_name", "units"}, {"fleet_type", 1}, {"digits", 2}, {"prefix", 0}, {"base_ident", 2},
+        Add("fleet", {{"fleet_name", "units"},
+                      {"fleet_type", 1},
+                      {"digits", 2},
+                      {"prefix", 0},
+                      {"base_ident", 2},
                       {"max_ident", 71}});
         Add("kyn_registry", {{"Key", "on_off_duty"}, {"Value", "1"}});
         const auto directory = session.Database().OpenDynaset(QStringLiteral("browse_individuals"));
-        for (const auto& [callsign, ident] : {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
-                                              std::pair("Unit22", "200200122"), std::pair("Unit23", "200200123"),
-                                              std::pair("Unit25", "200200125"), std::pair("Unit27", "200200127")}) {
+        for (const auto& [callsign, ident] :
+             {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
+              std::pair("Unit22", "200200122"), std::pair("Unit23", "200200123"),
+              std::pair("Unit25", "200200125"), std::pair("Unit27", "200200127")}) {
             directory->AddNew();
             directory->SetField(QStringLiteral("callsign"), QString::fromLatin1(callsign));
             directory->SetField(QStringLiteral("IDENT"), QString::fromLatin1(ident));

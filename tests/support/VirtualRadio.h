@@ -10,12 +10,13 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-// A simulated radio with its network at the other end of a line without hardware, in the time of a fake clock. The line
-// carries the real octets; what one end writes the other reads at the next Step.
+// A simulated radio with its network at the other end of a line without hardware, in the time of a fake
+// clock. The line carries the real octets; what one end writes the other reads at the next Step.
 class VirtualRadio {
 public:
     VirtualRadio(FakeClock& clock, sim::Scenario scenario)
-        : radio(std::move(scenario), map27::LinkParameters::ForBitRate(9600), 1), m_clock(clock)
+        : radio(std::move(scenario), map27::LinkParameters::ForBitRate(9600), 1),
+          m_clock(clock)
     {
     }
 
@@ -99,7 +100,8 @@ private:
     void Transmit(const sim::RadioOutput& output)
     {
         for (const map27::Octets& frame : output.frames)
-            m_fromRadio.append(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size()));
+            m_fromRadio.append(reinterpret_cast<const char*>(frame.data()),
+                               static_cast<qsizetype>(frame.size()));
     }
     sim::TimePoint Now() const { return sim::TimePoint{m_clock.Ticks()}; }
 
