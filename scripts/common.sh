@@ -2,7 +2,7 @@
 # as working directory.
 
 PACKAGES="g++ cmake ninja-build ccache pkg-config python3
-qt6-base-dev qt6-base-dev-tools libqt6sql6-sqlite qt6-serialport-dev qt6-svg-dev qt6-multimedia-dev qt6-qpa-plugins
+qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev qt6-multimedia-dev qt6-qpa-plugins
 libsodium-dev libsqlite3-dev fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev"
 

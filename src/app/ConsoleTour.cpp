@@ -19,6 +19,12 @@ void Prepare(const QString& settingsFile, const IStringSource& strings)
     settings.SetWindowPlacement({.x = 40, .y = 60, .width = 1000, .height = 640});
 }
 
+// What the platform without a screen cannot do is no news to whoever reads the tour's output.
+void WriteToLog(QtMsgType, const QMessageLogContext&, const QString& text)
+{
+    ProgramLog::Write(text);
+}
+
 } // namespace
 
 int RunConsoleTour(const IStringSource& strings, const QString& folder)
@@ -26,6 +32,7 @@ int RunConsoleTour(const IStringSource& strings, const QString& folder)
     Demonstration demonstration(folder);
     demonstration.Clean();
     ProgramLog::Open(demonstration.Folder());
+    qInstallMessageHandler(WriteToLog);
     Prepare(demonstration.SettingsFile(), strings);
     demonstration.StartRadio(QStringLiteral("tour"));
 

@@ -194,7 +194,9 @@ void SendPane::SelectTypeByKey(const QString& key)
 
     QComboBox* message = status ? cmbStatusMessage : cmbTextMessage;
     const bool addressFirst = (!status && !text) || IsBlank(Address());
-    (addressFirst ? cmbAddress : message)->setFocus();
+    QComboBox* first = addressFirst ? cmbAddress : message;
+    first->setFocus();
+    first->lineEdit()->selectAll(); // what is typed next replaces what was sent last
 }
 
 void SendPane::PrepareCall(const CallOptions& options)

@@ -131,6 +131,7 @@ void frmMap27Agent::Place()
         if (!below && window != this && window->isVisible() && window->isWindow())
             below = window;
     }
+    winId(); // a place given before the native window exists is not kept by every platform
     if (below)
         move(below->frameGeometry().center() - rect().center());
     m_placed = true;
