@@ -8,8 +8,11 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <algorithm>
 
 namespace {
+
+const QColor AlertColor(0xb0, 0x10, 0x20);
 
 // Keys that move the focus or close things; they never key the transmitter.
 bool IsNavigationKey(int key)
@@ -126,14 +129,13 @@ void frmMap27Agent::ShowAgent()
 // The first time over the middle of the window that the operator works in; later where it was left.
 void frmMap27Agent::Place()
 {
-    const QWidget* below = QApplication::activeWindow();
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
-        if (!below && window != this && window->isVisible() && window->isWindow())
-            below = window;
-    }
-    winId(); // a place given before the native window exists is not kept by every platform
-    if (below)
-        move(below->frameGeometry().center() - rect().center());
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.prepend(QApplication::activeWindow());
+    const auto below = std::find_if(windows.begin(), windows.end(), [this](const QWidget* window) {
+        return window && window != this && window->isVisible() && window->windowType() != Qt::Popup;
+    });
+    if (below != windows.end())
+        move((*below)->frameGeometry().center() - rect().center());
     m_placed = true;
 }
 
@@ -147,7 +149,7 @@ void frmMap27Agent::ShowEmergency(bool emergency)
 {
     QPalette palette;
     if (emergency) {
-        palette.setColor(QPalette::Window, QColor(0xb0, 0x10, 0x20));
+        palette.setColor(QPalette::Window, AlertColor);
         palette.setColor(QPalette::WindowText, Qt::white);
     }
     m_form->lblCaption->setPalette(palette);
@@ -179,6 +181,12 @@ void frmMap27Agent::SetTransmitState(bool on)
 {
     m_form->cmdPTT->setText(m_strings.LoadString(on ? RadioText::Transmitting : RadioText::TransmitReleased));
     m_form->cmdPTT->setDown(on);
+    QPalette palette;
+    if (on) {
+        palette.setColor(QPalette::Button, AlertColor);
+        palette.setColor(QPalette::ButtonText, Qt::white);
+    }
+    m_form->cmdPTT->setPalette(palette);
     Q_EMIT TransmitChanged(on);
 }
 
