@@ -74,8 +74,7 @@ constexpr CommandRow Rows[] = {
 
 bool Holds(When when, const CommandContext& context)
 {
-    const bool mayRegroup =
-        context.loggedOn && (context.administrator || context.allowDynamicRegrouping);
+    const bool mayRegroup = context.loggedOn && (context.administrator || context.allowDynamicRegrouping);
     switch (when) {
     case When::Always:
         return true;
@@ -95,7 +94,7 @@ bool Holds(When when, const CommandContext& context)
     return false;
 }
 
-}
+} // namespace
 
 std::span<const CommandRow> ActionTable()
 {

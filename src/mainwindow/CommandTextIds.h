@@ -54,4 +54,4 @@ constexpr int UngroupTip = 2010;
 constexpr int SendNameTip = 2011;
 constexpr int AddressDirTip = 2012;
 
-}
+} // namespace CommandText

@@ -16,7 +16,7 @@ int RoundedMarks(int n)
     return up ? whole + 1 : whole;
 }
 
-}
+} // namespace
 
 QString FieldBarText(int fieldStrength)
 {

@@ -17,7 +17,7 @@ QTreeWidgetItem* NewRoot(QTreeWidget* tree, const char* key, const char* picture
     return root;
 }
 
-}
+} // namespace
 
 GroupsPane::GroupsPane(const IStringSource& strings, QWidget* parent) : QWidget(parent), m_strings(strings)
 {

@@ -15,7 +15,7 @@ QString KeyOf(const QToolButton& button)
     return button.property(KeyProperty).toString();
 }
 
-}
+} // namespace
 
 KeyedToolBar::KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation orientation)
     : QWidget(parent),

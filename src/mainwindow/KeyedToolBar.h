@@ -6,7 +6,8 @@
 class QBoxLayout;
 class QToolButton;
 
-// A row or column of buttons with pictures, each known by its key. Button "k" of the bar "b" has the object name "b_k".
+// A row or column of buttons with pictures, each known by its key. Button "k" of the bar "b" has the object
+// name "b_k".
 class KeyedToolBar : public QWidget {
     Q_OBJECT
 
@@ -19,8 +20,8 @@ public:
 
     KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation orientation = Qt::Horizontal);
 
-    // Picture of the same key unless another is named; the tip (a catalogue id, 0 none) is filled with the window's
-    // captions.
+    // Picture of the same key unless another is named; the tip (a catalogue id, 0 none) is filled with the
+    // window's captions.
     QToolButton* AddButton(const QString& key, Style style, int toolTip, const QString& picture = {});
     void AddGap();
     // Keeps the buttons together at the beginning of a bar that is longer than they are.

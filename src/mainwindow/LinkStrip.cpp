@@ -57,7 +57,7 @@ QHBoxLayout* NewRow(QWidget* row)
     return layout;
 }
 
-}
+} // namespace
 
 LinkStrip::LinkStrip(const IStringSource& strings, QWidget* parent) : QWidget(parent), m_strings(strings)
 {
@@ -162,10 +162,10 @@ void LinkStrip::ShowNewestEmergency()
         const Emergency& newest = m_emergencies.back();
         const qsizetype more = static_cast<qsizetype>(m_emergencies.size()) - 1;
         const QString time = LongTime(newest.time.time());
-        m_emergencyText->setText(
-            more == 0 ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
-                      : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
-                                      {newest.party, time, QString::number(more)}));
+        m_emergencyText->setText(more == 0
+                                     ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
+                                     : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
+                                                     {newest.party, time, QString::number(more)}));
     }
     Q_EMIT ContentChanged();
 }

@@ -10,8 +10,9 @@ class QLabel;
 class QPushButton;
 struct IStringSource;
 
-// The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated one, and
-// emergency calls until the operator has dismissed each. It takes no room when it has nothing to say.
+// The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
+// one, and emergency calls until the operator has dismissed each. It takes no room when it has nothing to
+// say.
 class LinkStrip : public QWidget {
     Q_OBJECT
 
@@ -19,8 +20,8 @@ public:
     LinkStrip(const IStringSource& strings, QWidget* parent);
 
     void ShowLink(const LinkStatus& status);
-    // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party that calls
-    // again takes the place of its earlier call.
+    // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party
+    // that calls again takes the place of its earlier call.
     void ShowEmergency(const QString& party, const QDateTime& time);
 
     // Height that its content needs at a width; 0 without content.

@@ -6,9 +6,9 @@ class QAbstractItemView;
 class QKeyEvent;
 class QPoint;
 
-// What the operator does on a list that addresses messages: calls the chosen line, reloads the list, asks for the messaging
-// menu. Enter and F5 count without Shift, Ctrl and Alt. The menu is asked for when the right button is released, or by the
-// keyboard.
+// What the operator does on a list that addresses messages: calls the chosen line, reloads the list, asks for
+// the messaging menu. Enter and F5 count without Shift, Ctrl and Alt. The menu is asked for when the right
+// button is released, or by the keyboard.
 class ListGestures : public QObject {
     Q_OBJECT
 

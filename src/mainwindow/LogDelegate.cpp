@@ -28,7 +28,7 @@ QChar SignOf(QChar character)
     }
 }
 
-}
+} // namespace
 
 QString LogDelegate::displayText(const QVariant& value, const QLocale&) const
 {

@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-// Draws a line of the log on one line: line ends and other control characters of a message appear as signs. The
-// picture of a selected line keeps its own colours and background.
+// Draws a line of the log on one line: line ends and other control characters of a message appear as signs.
+// The picture of a selected line keeps its own colours and background.
 class LogDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -11,5 +11,6 @@ public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
-    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 };

@@ -65,7 +65,7 @@ QString LineText(const QDateTime& time, const QString& party, const QString& des
     return QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), party, desc);
 }
 
-}
+} // namespace
 
 QString FormatLogData(const QString& data, const QString& view)
 {

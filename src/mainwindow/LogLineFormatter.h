@@ -8,8 +8,9 @@
 
 class StatusTexts;
 
-// A text message as the log shows it: as it is in the view "text"; in the view "hex" each character as two hexadecimal
-// digits and a blank, by its Windows-1252 code (3F for a character without one). Any other view: as it is.
+// A text message as the log shows it: as it is in the view "text"; in the view "hex" each character as two
+// hexadecimal digits and a blank, by its Windows-1252 code (3F for a character without one). Any other view:
+// as it is.
 QString FormatLogData(const QString& data, const QString& view);
 
 // The own radio in the two ways in which a record may name it.
@@ -30,8 +31,8 @@ struct StoredEvent {
     QString iconKey; // "status", "text" or "call"
 };
 
-// Makes the lines of the message log: text, picture, party, and a date line before the first line of each day. Times are
-// shown in local time.
+// Makes the lines of the message log: text, picture, party, and a date line before the first line of each
+// day. Times are shown in local time.
 class LogLineFormatter {
 public:
     explicit LogLineFormatter(const StatusTexts& statusTexts);

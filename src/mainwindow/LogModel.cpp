@@ -16,9 +16,11 @@ bool IsPictureOfLine(const QString& key)
                        [&](const char* known) { return key == QLatin1String(known); });
 }
 
-}
+} // namespace
 
-LogModel::LogModel(const QString& caption, QObject* parent) : QAbstractListModel(parent), m_caption(caption) {}
+LogModel::LogModel(const QString& caption, QObject* parent) : QAbstractListModel(parent), m_caption(caption)
+{
+}
 
 void LogModel::Append(const LogLine& line)
 {
@@ -89,5 +91,6 @@ QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role
 QIcon LogModel::Icon(const QString& key) const
 {
     const auto known = m_icons.constFind(key);
-    return known != m_icons.constEnd() ? *known : *m_icons.insert(key, IsPictureOfLine(key) ? LoadIcon(key) : QIcon());
+    return known != m_icons.constEnd() ? *known
+                                       : *m_icons.insert(key, IsPictureOfLine(key) ? LoadIcon(key) : QIcon());
 }

@@ -33,11 +33,15 @@ constexpr int Gap = 3;
 
 constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
 
-}
+} // namespace
 
 LogPane::LogPane(const IStringSource& strings, Settings& settings, LogLineFormatter& formatter,
                  const LogReader& reader, const SessionState& session, QWidget* parent)
-    : QWidget(parent), m_settings(settings), m_formatter(formatter), m_reader(reader), m_session(session),
+    : QWidget(parent),
+      m_settings(settings),
+      m_formatter(formatter),
+      m_reader(reader),
+      m_session(session),
       m_model(new LogModel(strings.LoadString(MainText::LogColumn), this))
 {
     setObjectName(QStringLiteral("picLog"));
@@ -109,13 +113,12 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     if (m_model->rowCount() >= MaxLines()) {
         m_model->RemoveFirst();
     }
-    m_model->Append(
-        m_formatter.LiveLine(time, type, desc, from, to, m_reader.Own(), View()));
+    m_model->Append(m_formatter.LiveLine(time, type, desc, from, to, m_reader.Own(), View()));
 
     const QModelIndex last = m_model->index(m_model->rowCount() - 1);
     WidenFor(last.row());
-    lvLog->selectionModel()->setCurrentIndex(last, QItemSelectionModel::ClearAndSelect
-                                                       | QItemSelectionModel::Rows);
+    lvLog->selectionModel()->setCurrentIndex(last,
+                                             QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     lvLog->scrollTo(last);
 }
 
@@ -285,7 +288,8 @@ void LogPane::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
 }
 
-// Where the pane is too narrow for all of the period controls, the label goes first: the box has its name as tool tip.
+// Where the pane is too narrow for all of the period controls, the label goes first: the box has its name as
+// tool tip.
 void LogPane::LayOut()
 {
     const int strip = std::max(StripHeight, fontMetrics().height() + 8);

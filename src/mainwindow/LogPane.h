@@ -29,8 +29,8 @@ public:
                         const QString& to);
     // Adds a date line when the day of this time is another one than that of the line before.
     void CheckDayChange(const QDateTime& time);
-    // Shows the chosen period afresh. What cannot be read stays away without a message; the log file says why. Does
-    // nothing while nobody is logged on.
+    // Shows the chosen period afresh. What cannot be read stays away without a message; the log file says
+    // why. Does nothing while nobody is logged on.
     void ReloadLog();
     // "text" or "hex". Raises Error when the choice cannot be stored.
     void SetLogDataView(const QString& view);
@@ -80,6 +80,6 @@ private:
     QLineEdit* txtLogPeriod;
     QComboBox* cmbLogTimeUnit;
     QString m_lastView = QStringLiteral("text");
-    int m_contentWidth = 0;         // pixels of the widest line
+    int m_contentWidth = 0;          // pixels of the widest line
     bool m_changedByProgram = false; // the selection changes, but not by the operator
 };

@@ -18,10 +18,11 @@ StoredEvent CurrentEvent(dao::Recordset& records)
     return event;
 }
 
-}
+} // namespace
 
 LogReader::LogReader(IDbSession& session, const Map27Executive& executive)
-    : m_session(session), m_executive(executive)
+    : m_session(session),
+      m_executive(executive)
 {
 }
 

@@ -15,7 +15,9 @@
 #include <QScopedValueRollback>
 
 LogonCommand::LogonCommand(const Services& services, SessionState& state, ILogonView& view)
-    : m_services(services), m_state(state), m_view(view)
+    : m_services(services),
+      m_state(state),
+      m_view(view)
 {
 }
 
@@ -114,9 +116,7 @@ void LogonCommand::Logoff()
 
 void LogonCommand::EndSession()
 {
-    Attempt([this] {
-        m_services.executive.UpdateDutyStatus(m_services.executive.MyCallsign(), false);
-    });
+    Attempt([this] { m_services.executive.UpdateDutyStatus(m_services.executive.MyCallsign(), false); });
     Attempt([this] { m_services.profile.ClearLoggedOnFlag(); });
     Attempt([this] { m_services.executive.Disconnect(); });
 }

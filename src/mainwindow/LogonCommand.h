@@ -22,8 +22,8 @@ struct ILogonView {
     virtual void SetCommandStates() = 0;
 };
 
-// The command miLogOnLogOff: logs on when nobody is logged on, else off. It shows its own messages and never raises; a
-// step whose failure is not said to stop it is passed over when it fails.
+// The command miLogOnLogOff: logs on when nobody is logged on, else off. It shows its own messages and never
+// raises; a step whose failure is not said to stop it is passed over when it fails.
 class LogonCommand {
 public:
     LogonCommand(const Services& services, SessionState& state, ILogonView& view);

@@ -4,7 +4,8 @@
 
 namespace {
 
-// The locale's long time format without its zone, which Qt writes as "t" to "tttt", in some locales in brackets.
+// The locale's long time format without its zone, which Qt writes as "t" to "tttt", in some locales in
+// brackets.
 QString FormatWithoutZone(const QString& format)
 {
     QString result;
@@ -21,7 +22,7 @@ QString FormatWithoutZone(const QString& format)
     return result.simplified();
 }
 
-}
+} // namespace
 
 QString LongTime(const QTime& time)
 {

@@ -12,7 +12,7 @@ QRect Place(int left, int top, int width, int height)
     return {left, top, std::max(width, 0), std::max(height, 0)};
 }
 
-}
+} // namespace
 
 PaneLayout ArrangePanes(const PaneSizes& sizes)
 {
@@ -28,15 +28,15 @@ PaneLayout ArrangePanes(const PaneSizes& sizes)
     const int height = layout.tabStripClient.height();
 
     const int widestLog = std::max(width - sizes.splitterWidth, 0);
-    const int logWidth = static_cast<int>(
-        std::lround(std::clamp(sizes.logWidth, 0.0, static_cast<double>(widestLog))));
-    layout.log = Place(left + width - logWidth, top + Margin, logWidth,
-                       height - 3 * Margin - sizes.sendPaneHeight);
+    const int logWidth =
+        static_cast<int>(std::lround(std::clamp(sizes.logWidth, 0.0, static_cast<double>(widestLog))));
+    layout.log =
+        Place(left + width - logWidth, top + Margin, logWidth, height - 3 * Margin - sizes.sendPaneHeight);
     layout.splitter = Place(layout.log.left() - sizes.splitterWidth, layout.log.top(), sizes.splitterWidth,
                             layout.log.height());
     layout.tabPane = Place(left, top + Margin, width - logWidth - sizes.splitterWidth, layout.log.height());
-    layout.send = Place(left, layout.tabPane.top() + layout.tabPane.height() + 2 * Margin, width,
-                        sizes.sendPaneHeight);
+    layout.send =
+        Place(left, layout.tabPane.top() + layout.tabPane.height() + 2 * Margin, width, sizes.sendPaneHeight);
     return layout;
 }
 

@@ -4,10 +4,10 @@
 
 // What the places of the panes depend on. All lengths are device-independent pixels.
 struct PaneSizes {
-    QSize client;           // of the window, without its menu bar
-    int toolBarHeight = 0;  // with what is shown beneath it
+    QSize client;          // of the window, without its menu bar
+    int toolBarHeight = 0; // with what is shown beneath it
     int statusBarHeight = 0;
-    int tabRowHeight = 0;   // of the tab strip; below it is its client area
+    int tabRowHeight = 0; // of the tab strip; below it is its client area
     int splitterWidth = 0;
     int sendPaneHeight = 0;
     double logWidth = 0;
@@ -22,8 +22,8 @@ struct PaneLayout {
     QRect send;
 };
 
-// Where the panes go. A stored log width that the window has no room for is shown as wide as it fits, so that the
-// splitter can always be reached. Never gives a negative width or height.
+// Where the panes go. A stored log width that the window has no room for is shown as wide as it fits, so that
+// the splitter can always be reached. Never gives a negative width or height.
 PaneLayout ArrangePanes(const PaneSizes& sizes);
 
 // Left edge of the splitter for a mouse at a horizontal position: inside the client area.

@@ -27,10 +27,9 @@ QListWidget* NewList(const char* name, int accessibleNameId, QWidget* parent)
     return list;
 }
 
-}
+} // namespace
 
-ScadaPane::ScadaPane(Settings& settings, QWidget* parent)
-    : QWidget(parent), m_settings(settings)
+ScadaPane::ScadaPane(Settings& settings, QWidget* parent) : QWidget(parent), m_settings(settings)
 {
     setObjectName(QStringLiteral("picScada"));
     auto* label = new QLabel(this);

@@ -55,10 +55,14 @@ bool IsBlank(const QString& text)
     return text.trimmed().isEmpty();
 }
 
-}
+} // namespace
 
 SendPane::SendPane(const Parts& parts, QWidget* parent)
-    : QWidget(parent), m_strings(parts.strings), m_prompt(parts.prompt), m_beeper(parts.beeper), m_executive(parts.executive),
+    : QWidget(parent),
+      m_strings(parts.strings),
+      m_prompt(parts.prompt),
+      m_beeper(parts.beeper),
+      m_executive(parts.executive),
       m_session(parts.session)
 {
     setObjectName(QStringLiteral("picSend"));
@@ -338,8 +342,8 @@ void SendPane::PlaceControls(int paneWidth)
     const int selectorWidth = tbMessageSelector->sizeHint().width();
     tbMessageSelector->setGeometry(Margin, top1, selectorWidth, top3 + row - top1);
     const int labelLeft = Margin + selectorWidth + Gap;
-    const int labelWidth = std::max({Label1->sizeHint().width(), Label2->sizeHint().width(),
-                                     Label3->sizeHint().width()});
+    const int labelWidth =
+        std::max({Label1->sizeHint().width(), Label2->sizeHint().width(), Label3->sizeHint().width()});
     const int left = labelLeft + labelWidth + Gap;
     const int searchNeeds = textWidth(cmdSearchAddress);
     const int beside = std::max(BesideAddressBox, left + Gap + searchNeeds + Margin);

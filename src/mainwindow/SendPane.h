@@ -13,8 +13,8 @@ struct IStringSource;
 struct SessionState;
 struct StatusItem;
 
-// "picSend": composes a status message, a text message or a call to one address and checks it; sending is the radio
-// link's. Keeps its contents after sending.
+// "picSend": composes a status message, a text message or a call to one address and checks it; sending is the
+// radio link's. Keeps its contents after sending.
 class SendPane : public QWidget {
     Q_OBJECT
 
@@ -52,8 +52,8 @@ public:
     bool IsPriorityCall() const;
     bool IsDialogAllowed() const;
 
-    // The command cmdSend. Refused input is answered by a beep and the focus on its box. Does nothing while nobody is
-    // logged on.
+    // The command cmdSend. Refused input is answered by a beep and the focus on its box. Does nothing while
+    // nobody is logged on.
     void Send();
 
     QPushButton& SendButton() { return *cmdSend; }

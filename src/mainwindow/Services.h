@@ -13,7 +13,8 @@ struct IDbSession;
 struct IPrompt;
 struct IStringSource;
 
-// The process-wide objects. The application builds and owns them; all of them outlive the main window's Unload.
+// The process-wide objects. The application builds and owns them; all of them outlive the main window's
+// Unload.
 struct Services {
     const IStringSource& strings;
     IPrompt& prompt;

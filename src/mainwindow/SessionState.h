@@ -1,6 +1,7 @@
 #pragma once
 
-// Whether an operator is logged on and may administer. Owned by the main window, changed by logon and logoff only.
+// Whether an operator is logged on and may administer. Owned by the main window, changed by logon and logoff
+// only.
 struct SessionState {
     bool LoggedOn = false;
     bool Administrator = false; // member of the group "Admins"; false while nobody is logged on

@@ -25,10 +25,10 @@ struct PanelRow {
 };
 
 constexpr PanelRow Panels[] = {
-    {"version", MainText::VersionTip}, {"main", 0},
-    {"opcon", MainText::OpConTip},     {"field", MainText::FieldTip},
+    {"version", MainText::VersionTip},   {"main", 0},
+    {"opcon", MainText::OpConTip},       {"field", MainText::FieldTip},
     {"callsign", MainText::CallsignTip}, {"ident", MainText::IdentTip},
-    {"date", MainText::DateTip},       {"time", MainText::TimeTip},
+    {"date", MainText::DateTip},         {"time", MainText::TimeTip},
 };
 
 QString VersionText()
@@ -39,10 +39,12 @@ QString VersionText()
         .arg(VELTORKYN_VERSION_PATCH, 4, 10, QLatin1Char('0'));
 }
 
-}
+} // namespace
 
 StatusBar::StatusBar(const IStringSource& strings, const Clock& clock, QWidget* parent)
-    : QWidget(parent), m_strings(strings), m_clock(clock)
+    : QWidget(parent),
+      m_strings(strings),
+      m_clock(clock)
 {
     setObjectName(QStringLiteral("sbrStatus"));
     auto* row = new QHBoxLayout(this);

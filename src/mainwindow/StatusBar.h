@@ -8,8 +8,8 @@ class StatusPanel;
 struct Clock;
 struct IStringSource;
 
-// "sbrStatus": eight panels along the window's lower edge, by key from left to right "version", "main", "opcon",
-// "field", "callsign", "ident", "date", "time". Date and time stay current by themselves.
+// "sbrStatus": eight panels along the window's lower edge, by key from left to right "version", "main",
+// "opcon", "field", "callsign", "ident", "date", "time". Date and time stay current by themselves.
 class StatusBar : public QWidget {
     Q_OBJECT
 

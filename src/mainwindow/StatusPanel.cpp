@@ -7,11 +7,11 @@
 
 namespace {
 
-constexpr int Margin = 6;  // left and right of the text
-constexpr int Padding = 4; // above and below
+constexpr int Margin = 6;   // left and right of the text
+constexpr int Padding = 4;  // above and below
 constexpr int Rounding = 2; // an advance is a rounded fraction
 
-}
+} // namespace
 
 StatusPanel::StatusPanel(const QString& key, QWidget* parent) : QLabel(parent)
 {

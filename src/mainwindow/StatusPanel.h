@@ -3,7 +3,8 @@
 #include <QIcon>
 #include <QLabel>
 
-// One panel of the status bar. A text that is too long ends in "...", so that no panel pushes another one out.
+// One panel of the status bar. A text that is too long ends in "...", so that no panel pushes another one
+// out.
 class StatusPanel : public QLabel {
     Q_OBJECT
 

@@ -1,6 +1,7 @@
 #pragma once
 
-// Catalogue ids of the main window. Captions of menus and commands stand in the action table beside their names.
+// Catalogue ids of the main window. Captions of menus and commands stand in the action table beside their
+// names.
 namespace MainText {
 
 constexpr int MultipleAddresses = 2001;
@@ -80,4 +81,4 @@ constexpr int LogTimeUnitName = 5425;
 constexpr int SensorsName = 5427;
 constexpr int ControlsName = 5428;
 
-}
+} // namespace MainText

@@ -13,12 +13,11 @@ constexpr int StoredMaximised = 2;
 bool OnSomeScreen(const QRect& rectangle)
 {
     const auto screens = QGuiApplication::screens();
-    return std::any_of(screens.begin(), screens.end(), [&](const QScreen* screen) {
-        return screen->geometry().intersects(rectangle);
-    });
+    return std::any_of(screens.begin(), screens.end(),
+                       [&](const QScreen* screen) { return screen->geometry().intersects(rectangle); });
 }
 
-}
+} // namespace
 
 WindowPlacement::WindowPlacement(QWidget& window, Settings& settings) : m_window(window), m_settings(settings)
 {

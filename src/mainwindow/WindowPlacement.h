@@ -6,15 +6,16 @@
 
 class QWidget;
 
-// Place and size of the main window over its life and across runs, and its full-screen mode. Lengths are device-independent
-// pixels; left and top are those of the frame.
+// Place and size of the main window over its life and across runs, and its full-screen mode. Lengths are
+// device-independent pixels; left and top are those of the frame.
 class WindowPlacement {
 public:
     WindowPlacement(QWidget& window, Settings& settings);
 
     // Raises Error for a stored value that is no number; nothing is changed then.
     Settings::Placement Stored() const { return m_settings.WindowPlacement(); }
-    // Gives the window its stored rectangle in the normal state. One that lies on no screen is moved onto the first.
+    // Gives the window its stored rectangle in the normal state. One that lies on no screen is moved onto the
+    // first.
     void RestoreRectangle(const Settings::Placement& placement);
     void RestoreState(const Settings::Placement& placement);
     // Raises Error when the settings cannot be written.

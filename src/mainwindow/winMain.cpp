@@ -42,15 +42,18 @@ constexpr auto MainBarPrefix = "tbMain_";
 
 bool IsLastOfGroup(const QString& key)
 {
-    return key == QLatin1String("fullscreen") || key == QLatin1String("disconnect")
-        || key == QLatin1String("refresh") || key == QLatin1String("sendname");
+    return key == QLatin1String("fullscreen") || key == QLatin1String("disconnect") ||
+           key == QLatin1String("refresh") || key == QLatin1String("sendname");
 }
 
-}
+} // namespace
 
 winMain::winMain(const Services& services)
-    : m_services(services), m_logLines(services.statusTexts), m_logReader(services.session, services.executive),
-      m_placement(*this, services.settings), m_logon(m_services, m_session, *this)
+    : m_services(services),
+      m_logLines(services.statusTexts),
+      m_logReader(services.session, services.executive),
+      m_placement(*this, services.settings),
+      m_logon(m_services, m_session, *this)
 {
     InitIconResource();
     setObjectName(QStringLiteral("winMain"));
@@ -80,9 +83,11 @@ void winMain::BuildFrame()
     m_strip = new LinkStrip(m_services.strings, m_client);
     BuildTabs();
     picHPaneResize = new PaneSplitter(m_client);
-    picLog = new LogPane(m_services.strings, m_services.settings, m_logLines, m_logReader, m_session, m_client);
+    picLog =
+        new LogPane(m_services.strings, m_services.settings, m_logLines, m_logReader, m_session, m_client);
     picSend = new SendPane(
-        {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session}, m_client);
+        {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session},
+        m_client);
     // Last, so that it stays in front of the panes in a window that is too low for all.
     sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
     m_client->installEventFilter(this);
@@ -188,6 +193,9 @@ void winMain::RestoreWindowPlacement()
 
 void winMain::LogOnAtStart()
 {
+    if (!m_startProblems.isEmpty()) {
+        m_services.prompt.ShowWarning(m_startProblems.join(QLatin1Char('\n')));
+    }
     Attempt([this] {
         if (m_services.settings.GetLogonCount() != 0 && !m_session.LoggedOn) {
             m_logon.Run();
@@ -208,8 +216,8 @@ void winMain::showEvent(QShowEvent* event)
 void winMain::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (sbrStatus != nullptr
-        && (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange)) {
+    if (sbrStatus != nullptr &&
+        (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange)) {
         LayoutPanes();
     }
 }
@@ -370,7 +378,8 @@ void winMain::Unload()
     Q_EMIT Unloaded();
 }
 
-// Runs a step whose failure must not stop the others; the operator is told in the status bar, the log file always.
+// Runs a step whose failure must not stop the others; the operator is told in the status bar, the log file
+// always.
 void winMain::Attempt(const std::function<void()>& step, bool tell)
 {
     try {
@@ -378,8 +387,10 @@ void winMain::Attempt(const std::function<void()>& step, bool tell)
     } catch (const std::exception& failure) {
         const QString description = DescribeError(failure, m_services.strings);
         ProgramLog::Write(description);
-        if (tell) {
+        if (tell && m_wasShown) {
             SbrMessage(description);
+        } else if (tell) {
+            m_startProblems.append(description);
         }
     }
 }

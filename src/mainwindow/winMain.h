@@ -25,9 +25,9 @@ class ScadaPane;
 class SendPane;
 class StatusBar;
 
-// The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they can decide
-// themselves. Built and loaded by its constructor, which raises what makes the window impossible; settings that
-// cannot be read are told in the status bar and their defaults taken.
+// The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they
+// can decide themselves. Built and loaded by its constructor, which raises what makes the window impossible;
+// settings that cannot be read are told in a box once it is seen, and their defaults taken.
 //
 // Closing it ends the session and emits Unloaded once; after that it uses no service any more.
 class winMain : public QMainWindow, public ILogView, public IStatusView, private ILogonView {
@@ -140,6 +140,7 @@ private:
 
     double m_logWidth = 190;
     bool m_wasShown = false;
+    QStringList m_startProblems; // told once the window is seen
     bool m_askingExit = false;
     bool m_exitDecided = false;
     bool m_unloaded = false;

@@ -81,7 +81,8 @@ void winMain::ConnectMessagingCommands()
         {"miSendPriorBcast", {.emergency = false, .priority = true, .dialog = false}},
     };
     for (const CallRow& call : Calls) {
-        OnCommand(QLatin1String(call.name), [this, options = call.options] { picSend->PrepareCall(options); });
+        OnCommand(QLatin1String(call.name),
+                  [this, options = call.options] { picSend->PrepareCall(options); });
     }
     OnCommand(QStringLiteral("miSendStatus"), [this] { picSend->SelectType(SendPane::MessageType::Status); });
     OnCommand(QStringLiteral("miSendText"), [this] { picSend->SelectType(SendPane::MessageType::Text); });

@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScreen>
 #include <QSignalSpy>
@@ -80,11 +81,6 @@ TEST(Frame, OpensWhereItStoodAndFirstAtTheDefaultPlace)
     stack.settings.Write(QStringLiteral("winMain"), QStringLiteral("x"), QStringLiteral("9000"));
     winMain& third = stack.Open();
     EXPECT_TRUE(third.screen()->geometry().intersects(third.geometry()));
-    // A place that is none is told and replaced.
-    stack.CloseWindow();
-    stack.settings.Write(QStringLiteral("winMain"), QStringLiteral("x"), QStringLiteral("left"));
-    EXPECT_EQ(stack.Open().size(), QSize(600, 400));
-    EXPECT_TRUE(stack.Panel("main").contains(QStringLiteral("left")));
 }
 
 TEST(Frame, FullScreenRestoresAndStoresTheRectangleBefore)
@@ -378,6 +374,23 @@ TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
     EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
     stack.Click("cmdDismissEmergency");
     EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());
+}
+
+// What somebody wrote into the settings by hand is told once, all of it, and the window opens with the defaults.
+TEST(Frame, NonsenseSettingsAreToldInOneBox)
+{
+    MainWindowStack stack;
+    stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("log_width"), QStringLiteral("abc"));
+    stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("log_time_period"), QStringLiteral("-5"));
+    stack.settings.Write(QStringLiteral("winMain"), QStringLiteral("fullscreen"), QStringLiteral("perhaps"));
+    stack.prompt.ExpectWarning(
+        QStringLiteral("Settings, section [prefs], log_width: \"abc\" is not a number.\n"
+                       "Settings, section [winMain], fullscreen: \"perhaps\" is neither True nor False."));
+    const winMain& window = stack.Open();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(600, 400));
+    EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 190);
+    EXPECT_EQ(stack.Find<QLineEdit>("txtLogPeriod").text(), QStringLiteral("30"));
 }
 
 }
