@@ -88,6 +88,12 @@ void Map27Executive::LoadFleetData()
 
 void Map27Executive::Disconnect()
 {
+    // A call would go on at the radio, perhaps with the transmitter keyed.
+    if (m_kind != TransactionKind::None) {
+        m_control->CancelTransaction();
+        m_control->ClearCall();
+    }
+    m_agent->CancelRegroup();
     m_agent->SetExec(nullptr);
     m_agent->SetAddressing(nullptr);
     m_control->CloseLink();

@@ -119,11 +119,12 @@ void SerialMap27Control::CloseLink()
     m_timer.stop();
     m_retryAt.reset();
     m_events.clear();
-    if (m_port)
+    if (m_port) {
+        m_port->disconnect(this);
         m_port->Close();
-    // Kept alive until the event loop: the call may come from one of its signals.
-    if (m_port)
+        // Kept alive until the event loop: the call may come from one of its signals.
         m_port.release()->deleteLater();
+    }
     m_terminal.reset();
     m_status.simulation = false;
     SetStatus(LinkStatus::State::Closed, {});

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr int LastWordsLimit = 100; // ms
+
 // Name of the group that owns a device, which is the one to join; empty when it cannot be known.
 QString GroupOf(const QString& device)
 {
@@ -97,8 +99,12 @@ QString SerialRadioPort::Problem(const QString& device) const
 
 void SerialRadioPort::Close()
 {
-    if (m_port.isOpen())
-        m_port.close();
+    if (!m_port.isOpen())
+        return;
+    // The last words, a hang-up perhaps, still go out.
+    if (m_port.error() == QSerialPort::NoError && m_port.bytesToWrite() > 0)
+        m_port.waitForBytesWritten(LastWordsLimit);
+    m_port.close();
 }
 
 void SerialRadioPort::Write(const QByteArray& octets)

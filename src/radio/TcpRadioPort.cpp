@@ -9,9 +9,10 @@
 
 namespace {
 
-constexpr int ConnectLimit = 2000; // ms
+constexpr int ConnectLimit = 2000;  // ms
+constexpr int LastWordsLimit = 100; // ms
 
-}
+} // namespace
 
 bool TcpRadioPort::IsName(const QString& name)
 {
@@ -65,6 +66,9 @@ void TcpRadioPort::Open(bool wait)
 void TcpRadioPort::Close()
 {
     m_limit.stop();
+    // The last words, a hang-up perhaps, still go out.
+    if (IsOpen() && m_socket.bytesToWrite() > 0)
+        m_socket.waitForBytesWritten(LastWordsLimit);
     m_socket.abort();
 }
 

@@ -228,6 +228,19 @@ TEST(Incoming, BoxesComeOneAtATimeAndEventsGoOn)
     EXPECT_EQ(stack.Records().size(), 1);
 }
 
+TEST(Agent, LoggingOffHangsUp)
+{
+    RadioStack stack;
+    stack.LogOn();
+    stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27), .rings = false});
+    stack.Run(300);
+    EXPECT_TRUE(stack.radio.radio.Condition().offHook);
+    stack.executive.Disconnect();
+    EXPECT_FALSE(stack.radio.offHookAtClose);
+    EXPECT_FALSE(stack.AgentShown());
+    EXPECT_EQ(stack.executive.Link().state, LinkStatus::State::Closed);
+}
+
 TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
 {
     RadioStack stack;

@@ -29,11 +29,7 @@ public:
     // One round of both directions and of the radio's own timers.
     void Step()
     {
-        const QByteArray octets = std::exchange(m_toRadio, {});
-        if (!octets.isEmpty()) {
-            const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
-            Transmit(radio.Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
-        }
+        FeedRadio();
         Transmit(radio.OnTime(Now()));
         const QByteArray answer = std::exchange(m_fromRadio, {});
         if (!answer.isEmpty() && m_port)
@@ -61,6 +57,7 @@ public:
 
     sim::Radio radio;
     bool plugged = true;
+    bool offHookAtClose = false; // when the console closed its port last
 
 private:
     class Port : public RadioPort {
@@ -85,8 +82,9 @@ private:
         {
             if (!IsOpen())
                 return;
+            m_owner.FeedRadio();
+            m_owner.offHookAtClose = m_owner.radio.Condition().offHook;
             m_owner.m_port = nullptr;
-            m_owner.m_toRadio.clear();
             m_owner.radio.Disconnect(m_owner.Now());
             m_owner.m_fromRadio.clear();
         }
@@ -97,6 +95,14 @@ private:
         VirtualRadio& m_owner;
     };
 
+    void FeedRadio()
+    {
+        const QByteArray octets = std::exchange(m_toRadio, {});
+        if (octets.isEmpty())
+            return;
+        const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
+        Transmit(radio.Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
+    }
     void Transmit(const sim::RadioOutput& output)
     {
         for (const map27::Octets& frame : output.frames)
