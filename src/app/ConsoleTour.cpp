@@ -29,7 +29,7 @@ void WriteToLog(QtMsgType, const QMessageLogContext&, const QString& text)
 
 int RunConsoleTour(const IStringSource& strings, const QString& folder)
 {
-    Demonstration demonstration(folder);
+    Demonstration demonstration(folder, strings);
     demonstration.Clean();
     ProgramLog::Open(demonstration.Folder());
     qInstallMessageHandler(WriteToLog);

@@ -1,7 +1,9 @@
 #include "app/Demonstration.h"
 
 #include "core/Errors.h"
+#include "core/FormatMessage.h"
 #include "core/Settings.h"
+#include "core/TextIds.h"
 #include "dao/Database.h"
 #include "dao/Location.h"
 #include "dao/Recordset.h"
@@ -117,10 +119,12 @@ const Demonstration::Account Demonstration::Administrator{QStringLiteral("Anna")
 const Demonstration::Account Demonstration::Operator{QStringLiteral("Oliver"), QStringLiteral("oliver-demo"),
                                                      false};
 
-Demonstration::Demonstration(const QString& folder) : m_folder(QDir(folder).absolutePath())
+Demonstration::Demonstration(const QString& folder, const IStringSource& strings)
+    : m_strings(strings),
+      m_folder(QDir(folder).absolutePath())
 {
     if (!QDir().mkpath(m_folder))
-        throw Error(ErrorCode::General, m_folder);
+        throw Error(ErrorCode::General, FormatMessage(strings, core::textFolderNotCreated, {m_folder}));
 }
 
 Demonstration::~Demonstration()
@@ -173,9 +177,9 @@ void Demonstration::CreateDatabase()
     Fill(location, Administrator);
 }
 
-void Demonstration::WriteSettings(const IStringSource& strings) const
+void Demonstration::WriteSettings() const
 {
-    Settings settings(SettingsFile(), strings);
+    Settings settings(SettingsFile(), m_strings);
     settings.SetSerialPort(PortLink());
     settings.Write(QStringLiteral("DB"), QStringLiteral("databasefile"), DatabaseFile());
     settings.Write(QStringLiteral("DB"), QStringLiteral("workgroupfile"), WorkgroupFile());
@@ -215,7 +219,9 @@ void Demonstration::StartRadio(const QString& scenario)
     while (!answer.contains(QLatin1String("ready"))) {
         if (!m_radio.waitForReadyRead(StartTimeout)) {
             const QString problem = QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed();
-            throw Error(ErrorCode::General, problem.isEmpty() ? m_radio.errorString() : problem);
+            throw Error(ErrorCode::General, problem.isEmpty()
+                                                ? QStringLiteral("%1: %2").arg(program, m_radio.errorString())
+                                                : problem);
         }
         answer += QString::fromLocal8Bit(m_radio.readAllStandardOutput());
     }

@@ -24,7 +24,7 @@ public:
     static const Account Operator;
 
     // Everything lies in this folder; it is created. Raises Error.
-    explicit Demonstration(const QString& folder);
+    Demonstration(const QString& folder, const IStringSource& strings);
     // Ends the simulated radio.
     ~Demonstration();
 
@@ -40,7 +40,7 @@ public:
     // Creates the database with its accounts and its fleet, unless it is there already. Raises dao::Error.
     void CreateDatabase();
     // Points the settings file at the radio and the database, keeping what else it holds.
-    void WriteSettings(const IStringSource& strings) const;
+    void WriteSettings() const;
     // Puts fleet plan, directory, statuses and the operator's account into an open, empty database.
     static void Fill(const dao::Location& location, const Account& administrator);
     // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises
@@ -50,6 +50,7 @@ public:
     QString TellRadio(const QString& command);
 
 private:
+    const IStringSource& m_strings;
     QString m_folder;
     QProcess m_radio;
 };

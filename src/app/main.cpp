@@ -69,9 +69,9 @@ int RunConsole(const IStringSource& strings, const QString& settingsFile)
 
 int RunDemonstration(const IStringSource& strings, const QString& folder)
 {
-    Demonstration demonstration(folder);
+    Demonstration demonstration(folder, strings);
     demonstration.CreateDatabase();
-    demonstration.WriteSettings(strings);
+    demonstration.WriteSettings();
     demonstration.StartRadio(QStringLiteral("demonstration"));
     Print(QStringLiteral("The demonstration is kept in %1. Log on as\n").arg(demonstration.Folder()));
     for (const Demonstration::Account& account : {Demonstration::Operator, Demonstration::Administrator}) {

@@ -47,9 +47,8 @@ public:
     {
     }
 
-    void Dial(const std::string& text)
+    void Dial(const std::string& text) const
     {
-        ++m_count;
         try {
             const RadioAddress address = m_addressing.DialToAddress(text);
             Console::Print(
@@ -60,7 +59,6 @@ public:
                          Quoted(m_addressing.AddressToDial(address)),
                          Quoted(m_addressing.ShortDial(address))));
         } catch (const AddressingError& error) {
-            ++m_failed;
             Console::Print(QStringLiteral(R"({"dial":%1,"error":%2})")
                                .arg(Quoted(text),
                                     Quoted(AddressingFailure(error, m_strings).Description().toStdString())));
@@ -68,20 +66,9 @@ public:
         Console::Flush();
     }
 
-    int Result() const
-    {
-        if (m_failed == 0)
-            return exitOk;
-        Console::PrintError(
-            QStringLiteral("veltorkynctl: %1 of %2 texts are no numbers").arg(m_failed).arg(m_count));
-        return exitFailed;
-    }
-
 private:
     const MptAddressing& m_addressing;
     const IStringSource& m_strings;
-    int m_count = 0;
-    int m_failed = 0;
 };
 
 std::unique_ptr<MptAddressing> MakeAddressing(const Request& request)
@@ -105,7 +92,7 @@ std::unique_ptr<MptAddressing> MakeAddressing(const Request& request)
 int Run(const Request& request)
 {
     const auto addressing = MakeAddressing(request);
-    Dialler dialler(*addressing, request.strings);
+    const Dialler dialler(*addressing, request.strings);
     for (const QString& text : request.arguments)
         dialler.Dial(text.toStdString());
     if (request.arguments.isEmpty()) {
@@ -115,7 +102,7 @@ int Run(const Request& request)
             dialler.Dial(line);
         }
     }
-    return dialler.Result();
+    return exitOk;
 }
 
 constexpr auto help =
@@ -128,7 +115,7 @@ For each text one JSON object is printed on a line of its own:
   {"dial":TEXT,"error":"Number is empty."}
 kind is 0 for a radio, a group or a special ident, 1 for a telephone number behind gateway 8101
 (public) or 8102 (PABX), which then is in digits. short is the shortest text for the own radio.
-When any text is in error, the exit code is 1.
+A text in error is an answer like any other: the exit code stays 0.
 
 PLAN.csv is the fleet plan, UTF-8, its first line naming the columns: type (units or groups),
 digits (2 or 3), prefix (0..127), base_ident, max_ident, fleet_name, notes (the last two may be
