@@ -43,7 +43,7 @@ QString PathOrEmpty(const std::function<QString()>& read)
 QString PickExisting(FilePicker::Kind kind, const QString& start, const IStringSource& strings)
 {
     const FilePicker picker{kind, false, start.isEmpty() ? DefaultDatabaseFile() : start};
-    const QString file = picker.Pick(strings, QApplication::activeWindow());
+    QString file = picker.Pick(strings, QApplication::activeWindow());
     if (file.isEmpty())
         throw Error(ErrorCode::General, strings.LoadString(core::textNoFileChosen));
     return file;
@@ -93,7 +93,7 @@ QString DbSession::MakePID(const QString&, const QString&)
 
 QString DbSession::DatabaseFile() const
 {
-    const QString path = m_settings.Read(m_section, databaseKey, DefaultDatabaseFile());
+    QString path = m_settings.Read(m_section, databaseKey, DefaultDatabaseFile());
     if (path.isEmpty())
         throw Error(ErrorCode::NoFile, m_strings.LoadString(core::textNoDatabaseFile));
     return path;
@@ -108,7 +108,7 @@ QString DbSession::WorkgroupFile() const
 {
     // By default beside the database, wherever that is.
     const QString database = m_settings.Read(m_section, databaseKey, DefaultDatabaseFile());
-    const QString path = m_settings.Read(m_section, workgroupKey, dao::WorkgroupFileFor(database));
+    QString path = m_settings.Read(m_section, workgroupKey, dao::WorkgroupFileFor(database));
     if (path.isEmpty() && !dao::IsServerTarget(database))
         throw Error(ErrorCode::NoFile, m_strings.LoadString(core::textNoWorkgroupFile));
     return path;

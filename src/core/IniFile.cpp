@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr qint64 largestFile = 1024 * 1024; // bytes; a settings file has a few hundred
+constexpr qint64 largestFile = qint64{1024} * 1024; // bytes; a settings file has a few hundred
 constexpr QLatin1String encodedStart("@percent(");
 constexpr QLatin1String encodedEnd(")");
 
