@@ -50,10 +50,10 @@ Catalogue ParseCatalogue(const QByteArray& bytes, const QString& name)
         const QStringView line = raw.trimmed();
         if (line.isEmpty() || line.startsWith(u';'))
             continue;
-        Entry entry = ParseEntry(line, name, number);
+        const Entry entry = ParseEntry(line, name, number);
         if (catalogue.contains(entry.id))
             RaiseBroken(name, number, "this number was used before");
-        catalogue.insert(entry.id, std::move(entry.text));
+        catalogue.insert(entry.id, entry.text);
     }
     return catalogue;
 }

@@ -29,7 +29,7 @@ std::optional<FirstRunProblem> CheckFirstRun(const FirstRunChoice& choice)
 
 QString FullPath(const QString& typed)
 {
-    const QString path = typed.trimmed();
+    QString path = typed.trimmed();
     if (path.isEmpty() || dao::IsServerTarget(path))
         return path;
     return QDir::cleanPath(QDir(AppPaths::DataFolder()).absoluteFilePath(path));

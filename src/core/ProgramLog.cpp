@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr qint64 largestSize = 2 * 1024 * 1024; // bytes
+constexpr qint64 largestSize = qint64{2} * 1024 * 1024; // bytes
 constexpr auto name = "veltorkyn.log";
 constexpr auto olderSuffix = ".1";
 
