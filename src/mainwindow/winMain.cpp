@@ -193,9 +193,8 @@ void winMain::RestoreWindowPlacement()
 
 void winMain::LogOnAtStart()
 {
-    if (!m_startProblems.isEmpty()) {
+    if (!m_startProblems.isEmpty())
         m_services.prompt.ShowWarning(m_startProblems.join(QLatin1Char('\n')));
-    }
     Attempt([this] {
         if (m_services.settings.GetLogonCount() != 0 && !m_session.LoggedOn) {
             m_logon.Run();
