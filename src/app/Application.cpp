@@ -5,8 +5,6 @@
 #include "core/Clock.h"
 #include "core/DbSessionImpl.h"
 #include "core/EventLog.h"
-#include "core/ListHelpers.h"
-#include "core/ProgramLog.h"
 #include "core/Prompt.h"
 #include "core/Settings.h"
 #include "core/UserProfile.h"

@@ -34,7 +34,7 @@ int RunConsoleTour(const IStringSource& strings, const QString& folder)
     ProgramLog::Open(demonstration.Folder());
     qInstallMessageHandler(WriteToLog);
     Prepare(demonstration.SettingsFile(), strings);
-    demonstration.StartRadio(QStringLiteral("tour"));
+    demonstration.StartRadio(QStringLiteral("tour"), demonstration.TraceFile());
 
     Application application(strings);
     application.StartUp(demonstration.SettingsFile());

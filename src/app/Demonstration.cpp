@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
+#include "core/ProgramLog.h"
 #include "core/Settings.h"
 #include "core/TextIds.h"
 #include "dao/Database.h"
@@ -208,13 +209,15 @@ void Demonstration::Fill(const dao::Location& location, const Account& administr
     workspace->CommitTrans();
 }
 
-void Demonstration::StartRadio(const QString& scenario)
+void Demonstration::StartRadio(const QString& scenario, const QString& traceFile)
 {
     const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
     m_radio.setProcessChannelMode(QProcess::SeparateChannels);
-    m_radio.start(program, {QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
-                            QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario),
-                            QStringLiteral("--trace"), TraceFile()});
+    QStringList arguments{QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
+                          QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario)};
+    if (!traceFile.isEmpty())
+        arguments.append({QStringLiteral("--trace"), traceFile});
+    m_radio.start(program, arguments);
     QString answer;
     while (!answer.contains(QLatin1String("ready"))) {
         if (!m_radio.waitForReadyRead(StartTimeout)) {
@@ -225,6 +228,9 @@ void Demonstration::StartRadio(const QString& scenario)
         }
         answer += QString::fromLocal8Bit(m_radio.readAllStandardOutput());
     }
+    QObject::connect(&m_radio, &QProcess::readyReadStandardError, &m_radio, [this] {
+        ProgramLog::Write(QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed());
+    });
 }
 
 QString Demonstration::TellRadio(const QString& command)

@@ -45,7 +45,8 @@ public:
     static void Fill(const dao::Location& location, const Account& administrator);
     // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises
     // Error.
-    void StartRadio(const QString& scenario);
+    // What the radio notes goes to the program's log file; its trace to `traceFile`, unless that is empty.
+    void StartRadio(const QString& scenario, const QString& traceFile = {});
     // One command to the radio's trainer's channel; returns its answer, empty after two seconds without one.
     QString TellRadio(const QString& command);
 

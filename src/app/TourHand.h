@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QPoint>
 #include <QString>
 #include <Qt>
 
-class QAction;
 class QWidget;
 
 // The hand of the guided tour: synthetic clicks and keys on the real windows. Every operation raises Error

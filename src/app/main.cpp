@@ -70,6 +70,7 @@ int RunConsole(const IStringSource& strings, const QString& settingsFile)
 int RunDemonstration(const IStringSource& strings, const QString& folder)
 {
     Demonstration demonstration(folder, strings);
+    ProgramLog::Open(demonstration.Folder());
     demonstration.CreateDatabase();
     demonstration.WriteSettings();
     demonstration.StartRadio(QStringLiteral("demonstration"));

@@ -32,7 +32,7 @@ struct IDbSession {
     virtual void Logoff() = 0;
     virtual bool IsOpen() const = 0;
 
-    // Let the operator pick a file. Raise ErrorCode::LogonCancelled's plain sibling (General) when cancelled.
+    // Let the operator pick a file. Raise Error (ErrorCode::General) when nothing was picked.
     virtual QString SelectWorkgroupFile() = 0;
     virtual QString SelectDatabaseFile() = 0;
 

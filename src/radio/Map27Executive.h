@@ -77,6 +77,8 @@ public:
     void AskNumbering();
     void AskNetworkInfo();
 
+    // Whose settings hold the port; there is one settings file per application, so that nothing else depends
+    // on it.
     void SetAppName(const QString& name) { m_appName = name; }
     QString DefaultPort() const override;
     void SetDefaultPort(const QString& port) override;

@@ -142,9 +142,10 @@ void SerialMap27Control::OnPortFailed(const QString& text)
     if (m_terminal->State() != map27::TerminalState::Idle)
         m_events.push_back(map27::TransactionCleared{map27::ClearedBy::LinkLoss, 0, 0});
     m_terminal->Stop();
-    if (m_status.text != text)
-        ProgramLog::Write(text);
-    SetStatus(LinkStatus::State::Lost, FormatMessage(m_strings, RadioText::LinkLostPort, {text}));
+    const QString lost = FormatMessage(m_strings, RadioText::LinkLostPort, {text});
+    if (m_status.text != lost) // once, not at every retry
+        ProgramLog::Write(lost);
+    SetStatus(LinkStatus::State::Lost, lost);
     m_retryAt = Now() + m_retryPause;
     m_retryPause = std::min(2 * m_retryPause, LongestRetry);
     Take({});

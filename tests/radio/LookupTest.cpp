@@ -43,7 +43,6 @@ TEST(Duty, OnlyWhenInUseAndOnlyForKnownCallsigns)
 TEST(Connect, NumberingNotConfiguredKeepsTheLinkAndOtherFailuresCloseIt)
 {
     RadioStack stack;
-    stack.session.Database().QueryDef(QStringLiteral("ungroup")); // the database is open
     const auto fleets = stack.session.Database().OpenTable(QStringLiteral("fleet"));
     fleets->MoveFirst();
     fleets->Delete();
