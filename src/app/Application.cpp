@@ -1,5 +1,6 @@
 #include "app/Application.h"
 
+#include "app/ConsoleWindows.h"
 #include "core/AppPaths.h"
 #include "core/Beeper.h"
 #include "core/Clock.h"
@@ -33,6 +34,7 @@ struct Application::Objects {
     std::unique_ptr<Map27Executive> executive;
     std::unique_ptr<frmSettings> settingsDialog;
     std::unique_ptr<frmPassword> passwordDialog;
+    std::unique_ptr<ConsoleWindows> windows;
     std::unique_ptr<winMain> mainWindow;
 };
 
@@ -80,9 +82,12 @@ void Application::StartUp(const QString& settingsFile)
 void Application::ShowMainWindow()
 {
     Objects& o = *m_objects;
-    o.mainWindow = std::make_unique<winMain>(
-        Services{m_strings, *o.prompt, *o.session, *o.fleetData, *o.executive, *o.settings, o.clock, o.beeper,
-                 *o.statusTexts, *o.profile, o.settingsDialog.get(), o.passwordDialog.get()});
+    Services services{
+        m_strings, *o.prompt, *o.session,     *o.fleetData, *o.executive,           *o.settings,
+        o.clock,   o.beeper,  *o.statusTexts, *o.profile,   o.settingsDialog.get(), o.passwordDialog.get()};
+    o.windows = std::make_unique<ConsoleWindows>(services);
+    services.windows = o.windows.get();
+    o.mainWindow = std::make_unique<winMain>(services);
     QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);
     o.mainWindow->show();
 }
@@ -94,6 +99,7 @@ void Application::ShutdownApplication()
     Objects& o = *m_objects;
     o.passwordDialog.reset();
     o.settingsDialog.reset();
+    o.windows.reset();
     if (o.executive)
         o.executive->Disconnect();
     o.mainWindow.reset();

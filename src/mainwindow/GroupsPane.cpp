@@ -1,7 +1,7 @@
 #include "mainwindow/GroupsPane.h"
 
+#include "core/Icons.h"
 #include "core/StringSource.h"
-#include "mainwindow/Icons.h"
 #include "mainwindow/TextIds.h"
 
 #include <QTreeWidget>

@@ -1,6 +1,6 @@
 #include "mainwindow/KeyedToolBar.h"
 
-#include "mainwindow/Icons.h"
+#include "core/Icons.h"
 
 #include <QBoxLayout>
 #include <QEvent>

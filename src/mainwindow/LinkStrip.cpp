@@ -1,8 +1,8 @@
 #include "mainwindow/LinkStrip.h"
 
 #include "core/FormatMessage.h"
+#include "core/Icons.h"
 #include "core/StringSource.h"
-#include "mainwindow/Icons.h"
 #include "mainwindow/LongTime.h"
 #include "mainwindow/TextIds.h"
 

@@ -1,6 +1,6 @@
 #include "mainwindow/LogModel.h"
 
-#include "mainwindow/Icons.h"
+#include "core/Icons.h"
 
 #include <algorithm>
 #include <iterator>

@@ -12,6 +12,7 @@ struct IBeeper;
 struct IDbSession;
 struct IPrompt;
 struct IStringSource;
+struct IWindows;
 
 // The process-wide objects. The application builds and owns them; all of them outlive the main window's
 // Unload.
@@ -29,4 +30,6 @@ struct Services {
     // Loaded at start and kept hidden between uses; null where there is none (tests).
     frmSettings* settingsDialog = nullptr;
     frmPassword* passwordDialog = nullptr;
+    // Windows of other rooms; null where there are none (tests).
+    IWindows* windows = nullptr;
 };

@@ -2,9 +2,9 @@
 
 #include "core/Clock.h"
 #include "core/FormatMessage.h"
+#include "core/Icons.h"
 #include "core/StringSource.h"
 #include "mainwindow/FieldBar.h"
-#include "mainwindow/Icons.h"
 #include "mainwindow/StatusPanel.h"
 #include "mainwindow/TextIds.h"
 

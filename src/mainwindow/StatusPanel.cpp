@@ -1,6 +1,6 @@
 #include "mainwindow/StatusPanel.h"
 
-#include "mainwindow/Icons.h"
+#include "core/Icons.h"
 
 #include <QPainter>
 #include <algorithm>

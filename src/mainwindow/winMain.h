@@ -84,6 +84,7 @@ private:
     void OnCommand(const QString& name, const std::function<void()>& run);
     void ConnectRadioCommands();
     void ConnectMessagingCommands();
+    void ConnectWindows();
 
     void LayoutPanes();
     void EnableFullScreen(bool enabled);

@@ -5,6 +5,7 @@
 #include "core/Errors.h"
 #include "core/Prompt.h"
 #include "core/Settings.h"
+#include "core/ShowModal.h"
 #include "core/StringSource.h"
 #include "core/UserProfile.h"
 #include "core/frmPassword.h"
@@ -15,10 +16,10 @@
 #include "mainwindow/LogPane.h"
 #include "mainwindow/MainMenu.h"
 #include "mainwindow/SendPane.h"
-#include "mainwindow/ShowModal.h"
 #include "mainwindow/StatusBar.h"
 #include "mainwindow/StatusList.h"
 #include "mainwindow/TextIds.h"
+#include "mainwindow/Windows.h"
 #include "radio/Map27Executive.h"
 
 #include <QAbstractButton>
@@ -45,6 +46,7 @@ void winMain::ConnectMenus()
     OnCommand(QStringLiteral("miLogDataView"), [this] { ToggleLogDataView(); });
     ConnectRadioCommands();
     ConnectMessagingCommands();
+    ConnectWindows();
 }
 
 void winMain::OnCommand(const QString& name, const std::function<void()>& run)
@@ -88,6 +90,31 @@ void winMain::ConnectMessagingCommands()
     OnCommand(QStringLiteral("miSendText"), [this] { picSend->SelectType(SendPane::MessageType::Text); });
 }
 
+void winMain::ConnectWindows()
+{
+    struct WindowRow {
+        const char* command;
+        void (IWindows::*open)(winMain&);
+    };
+    constexpr WindowRow Rows[] = {
+        {"miNumberingDiag", &IWindows::OpenNumberingDiagnostics},
+        {"miUserManager", &IWindows::OpenUserManager},
+        {"miNumbering", &IWindows::OpenNumbering},
+        {"miSelectNumbering", &IWindows::OpenNumberingSelection},
+        {"miAddressDir", &IWindows::OpenAddressDirectory},
+        {"miEditStati", &IWindows::OpenStatusEditor},
+        {"miHelpTopix", &IWindows::OpenHelp},
+        {"miAbout", &IWindows::OpenAbout},
+    };
+    if (m_services.windows == nullptr) {
+        return;
+    }
+    for (const WindowRow& row : Rows) {
+        OnCommand(QLatin1String(row.command),
+                  [this, open = row.open] { (m_services.windows->*open)(*this); });
+    }
+}
+
 void winMain::RunToolButton(const QString& key)
 {
     if (key == QLatin1String("fullscreen")) {
@@ -96,6 +123,8 @@ void winMain::RunToolButton(const QString& key)
         m_logon.Run();
     } else if (key == QLatin1String("disconnect")) {
         ResetRadioLink();
+    } else if (key == QLatin1String("addressdir")) {
+        m_menu->Action(QStringLiteral("miAddressDir")).trigger();
     }
 }
 
@@ -105,6 +134,7 @@ void winMain::RunPanelCommand(const QString& panel)
         m_menu->Action(QStringLiteral("miOpCon")).trigger();
     } else if (panel == QLatin1String("callsign") || panel == QLatin1String("ident")) {
         m_menu->Action(QStringLiteral("miNumInfo")).trigger();
+        m_menu->Action(QStringLiteral("miNumberingDiag")).trigger();
     } else if (panel == QLatin1String("version")) {
         m_menu->Action(QStringLiteral("miAbout")).trigger();
     }

@@ -1,4 +1,4 @@
-#include "mainwindow/Icons.h"
+#include "core/Icons.h"
 
 #include <QFile>
 #include <QWidget>

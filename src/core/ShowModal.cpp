@@ -1,4 +1,4 @@
-#include "mainwindow/ShowModal.h"
+#include "core/ShowModal.h"
 
 #include <QDialog>
 #include <QPointer>

@@ -1,0 +1,22 @@
+#pragma once
+
+class winMain;
+
+// Opens the windows that do not belong to the main window's own room. The application implements it, so that
+// rooms of windows need not know each other. `owner` is the window that they stand before and tell what they
+// changed. All are modal to it and return when closed, unless said otherwise; none raises.
+struct IWindows {
+    virtual ~IWindows() = default;
+
+    virtual void OpenUserManager(winMain& owner) = 0;
+    // Settings of the numbering in use.
+    virtual void OpenNumbering(winMain& owner) = 0;
+    virtual void OpenNumberingSelection(winMain& owner) = 0;
+    // Returns at once.
+    virtual void OpenNumberingDiagnostics(winMain& owner) = 0;
+    virtual void OpenAddressDirectory(winMain& owner) = 0;
+    virtual void OpenStatusEditor(winMain& owner) = 0;
+    // At its contents. Returns at once.
+    virtual void OpenHelp(winMain& owner) = 0;
+    virtual void OpenAbout(winMain& owner) = 0;
+};
