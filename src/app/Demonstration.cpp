@@ -211,12 +211,39 @@ void Demonstration::Fill(const dao::Location& location, const Account& administr
 
 void Demonstration::StartRadio(const QString& scenario, const QString& traceFile)
 {
+    m_scenario = scenario;
+    m_traceFile = traceFile;
+    RunRadio();
+    // Not before: until it is ready its last words are the reason of a failure.
+    QObject::connect(&m_radio, &QProcess::readyReadStandardError, &m_radio, [this] {
+        ProgramLog::Write(QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed());
+    });
+}
+
+void Demonstration::KillRadio()
+{
+    m_radio.kill();
+    m_radio.waitForFinished(AnswerTimeout);
+}
+
+void Demonstration::RestartRadio()
+{
+    RunRadio();
+}
+
+void Demonstration::RunRadio()
+{
     const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
     m_radio.setProcessChannelMode(QProcess::SeparateChannels);
     QStringList arguments{QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
-                          QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(scenario)};
-    if (!traceFile.isEmpty())
-        arguments.append({QStringLiteral("--trace"), traceFile});
+                          QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(m_scenario)};
+    ++m_starts;
+    if (!m_traceFile.isEmpty()) {
+        QString file = m_traceFile;
+        if (m_starts > 1)
+            file.insert(file.lastIndexOf(QLatin1Char('.')), QStringLiteral("-%1").arg(m_starts));
+        arguments.append({QStringLiteral("--trace"), file});
+    }
     m_radio.start(program, arguments);
     QString answer;
     while (!answer.contains(QLatin1String("ready"))) {
@@ -228,9 +255,6 @@ void Demonstration::StartRadio(const QString& scenario, const QString& traceFile
         }
         answer += QString::fromLocal8Bit(m_radio.readAllStandardOutput());
     }
-    QObject::connect(&m_radio, &QProcess::readyReadStandardError, &m_radio, [this] {
-        ProgramLog::Write(QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed());
-    });
 }
 
 QString Demonstration::TellRadio(const QString& command)

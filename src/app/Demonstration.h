@@ -47,11 +47,20 @@ public:
     // Error.
     // What the radio notes goes to the program's log file; its trace to `traceFile`, unless that is empty.
     void StartRadio(const QString& scenario, const QString& traceFile = {});
+    // Ends the simulated radio without warning, as a crash or a pulled plug would.
+    void KillRadio();
+    // Starts it again as it was. Its trace begins a file of its own: wire-2.jsonl and so on.
+    void RestartRadio();
     // One command to the radio's trainer's channel; returns its answer, empty after two seconds without one.
     QString TellRadio(const QString& command);
 
 private:
+    void RunRadio();
+
     const IStringSource& m_strings;
     QString m_folder;
     QProcess m_radio;
+    QString m_scenario;
+    QString m_traceFile; // empty: none
+    int m_starts = 0;
 };

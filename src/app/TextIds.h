@@ -24,5 +24,6 @@ constexpr int Transmitting = 2209;
 constexpr int IncomingCall = 2211;
 constexpr int PasswordChanged = 2231;
 constexpr int WrongPassword = 5114;
+constexpr int LinkLost = 5303;
 
 } // namespace AppText

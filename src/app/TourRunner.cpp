@@ -7,9 +7,8 @@
 
 namespace {
 
-constexpr int Glance = 25;      // ms between looks
-constexpr int Settle = 60;      // ms that a step's last change is given to be painted
-constexpr int Patience = 10000; // ms
+constexpr int Glance = 25; // ms between looks
+constexpr int Settle = 60; // ms that a step's last change is given to be painted
 
 } // namespace
 
@@ -62,7 +61,7 @@ void TourRunner::Act()
 void TourRunner::Look()
 {
     const QString seen = m_trouble.isEmpty() ? m_steps[m_current].look() : m_trouble;
-    if (!seen.isEmpty() && m_trouble.isEmpty() && m_waited.elapsed() < Patience)
+    if (!seen.isEmpty() && m_trouble.isEmpty() && m_waited.elapsed() < m_steps[m_current].patience)
         return;
     m_timer.stop();
     QTimer::singleShot(Settle, this, [this, seen] { End(seen); });

@@ -15,6 +15,7 @@ struct TourStep {
     std::function<void()> act;
     // Empty when what is expected is seen; else what is seen instead.
     std::function<QString()> look;
+    int patience = 10000; // ms until it must be seen
 };
 
 // Takes the steps one after the other while the program's own event loop runs, modal dialogs included. Each

@@ -41,6 +41,7 @@ std::vector<TourStep> TourScript::Steps()
     Messages();
     OutgoingCalls();
     IncomingCalls();
+    Recovery();
     Window();
     LogOff();
     return m_steps;
@@ -48,7 +49,7 @@ std::vector<TourStep> TourScript::Steps()
 
 void TourScript::Add(const QString& name, const QString& expected, std::function<void()> act, Look look)
 {
-    m_steps.push_back({name, expected, std::move(act), std::move(look)});
+    m_steps.push_back({.name = name, .expected = expected, .act = std::move(act), .look = std::move(look)});
 }
 
 void TourScript::SelectMessage(const QString& selector)
@@ -113,6 +114,13 @@ TourScript::Look TourScript::LogShows(const QString& text) const
                 return QString();
         }
         return QStringLiteral("log with last line ") + Quoted(lines.isEmpty() ? QString() : lines.last());
+    };
+}
+
+TourScript::Look TourScript::LogLacks(const QString& text) const
+{
+    return [this, text] {
+        return LogShows(text)().isEmpty() ? QStringLiteral("log with ") + Quoted(text) : QString();
     };
 }
 

@@ -22,6 +22,8 @@ private:
     void Messages();
     void OutgoingCalls();
     void IncomingCalls();
+    void Recovery();
+    void KillRadio(const QString& during);
     void Window();
     void LogOff();
 
@@ -38,6 +40,7 @@ private:
     Look Hidden(const QString& widget) const;
     Look Box(int textId) const;
     Look LogShows(const QString& text) const;
+    Look LogLacks(const QString& text) const;
     static Look FillsScreen(bool fills);
     static Look All(std::vector<Look> looks);
 

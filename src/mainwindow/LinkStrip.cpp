@@ -73,7 +73,7 @@ LinkStrip::LinkStrip(const IStringSource& strings, QWidget* parent) : QWidget(pa
 
 void LinkStrip::ShowLink(const LinkStatus& status)
 {
-    const bool lost = status.state == LinkStatus::State::Lost;
+    const bool lost = status.state == LinkStatus::State::Lost || status.state == LinkStatus::State::Silent;
     m_simulation->setVisible(status.simulation);
     m_stateText->setText(status.text);
     m_statePicture->setVisible(lost);

@@ -110,6 +110,11 @@ LinkOutput Link::HoldReceiving(bool hold, TimePoint now)
     return TakeOutput();
 }
 
+Deadline Link::UnacknowledgedSince() const
+{
+    return m_outstanding.empty() ? Deadline{} : Deadline{m_outstanding.front().since};
+}
+
 LinkCounters Link::Counters() const
 {
     LinkCounters counters = m_counters;
@@ -147,7 +152,7 @@ void Link::SendQueued(TimePoint now)
 {
     while (m_sendCredit > 0 && !m_queue.empty() && m_outstanding.size() < m_agreed.k) {
         --m_sendCredit;
-        m_outstanding.push_back({m_nextToSend++, std::move(m_queue.front())});
+        m_outstanding.push_back({m_nextToSend++, std::move(m_queue.front()), now});
         m_queue.pop_front();
         m_triesLeft = m_own.n2;
         ++m_counters.messagesOut;

@@ -116,6 +116,8 @@ public:
     std::size_t LongestMessage() const { return m_agreed.LongestMessage(); }
     // Messages waiting for credit or acknowledgement.
     std::size_t Backlog() const { return m_queue.size() + m_outstanding.size(); }
+    // When the oldest message that still waits for its acknowledgement was sent first; empty when none does.
+    Deadline UnacknowledgedSince() const;
     LinkCounters Counters() const;
     const LinkParameters& OwnParameters() const { return m_own; }
 
@@ -123,6 +125,7 @@ private:
     struct Sent {
         std::uint8_t number;
         Octets message;
+        TimePoint since;
     };
 
     // Bodies received, by state.

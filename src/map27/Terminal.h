@@ -88,9 +88,12 @@ public:
 
     // The operator's question.
     OperationResult RequestRadioInfo(unsigned kind, TimePoint now);
-    // A question of the control's own (operating condition), to see whether the radio is alive. Nothing when
-    // the link is down or a question is open already.
+    // A question of the control's own, to see whether the radio is alive: the operating condition, or what
+    // the radio has answered before on this link. Nothing when the link is down, a question is open already,
+    // or its refusal could be taken for that of a request.
     TerminalOutput Probe(TimePoint now);
+    // When the oldest message that the radio has not acknowledged was sent; empty when it owes none.
+    Deadline UnacknowledgedSince() const { return m_link.UnacknowledgedSince(); }
 
     bool IsLinkReady() const { return m_link.IsReady(); }
     TerminalState State() const { return m_state; }
@@ -178,6 +181,8 @@ private:
     bool TakeQuestion(RadioInfo kind);
     bool RefusesQuestion(const Signal& signal);
     void GiveUpQuestions(TimePoint now);
+    void TellUnanswered(const Question& question, const std::string& reason, const Octets& octets = {});
+    bool HasAnswered(RadioInfo kind) const { return m_answeredOnThisLink[static_cast<std::size_t>(kind)]; }
     void ForgetQuestions();
     template <typename Event, typename Message>
     void Publish(Known<Message>& known, const Message& message, bool always);
@@ -203,6 +208,7 @@ private:
     std::deque<RadioInfo> m_ownQuestions; // still to be asked
     std::vector<Question> m_openQuestions;
     std::array<bool, 5> m_answeredOnThisLink{};
+    std::array<bool, 5> m_unansweredTold{}; // own questions come again and again: one report a link is enough
 
     std::optional<std::uint8_t> m_ownPrefix;
     Known<PersonalityMessage> m_personality;

@@ -66,4 +66,10 @@ std::string RefusalText(const Refusal& refusal)
     return "refused";
 }
 
+void TerminalOutput::Append(TerminalOutput later)
+{
+    std::move(later.frames.begin(), later.frames.end(), std::back_inserter(frames));
+    std::move(later.events.begin(), later.events.end(), std::back_inserter(events));
+}
+
 } // namespace map27

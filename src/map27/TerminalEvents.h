@@ -112,6 +112,9 @@ using TerminalEvent =
 struct TerminalOutput {
     std::vector<Octets> frames;
     std::vector<TerminalEvent> events;
+
+    // Adds what a later call brought about.
+    void Append(TerminalOutput later);
 };
 
 enum class RefusalCode {

@@ -3,6 +3,7 @@
 #include "map27/Causes.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace map27 {
 
@@ -36,7 +37,15 @@ OperationResult Terminal::RequestRadioInfo(unsigned kind, TimePoint now)
 
 TerminalOutput Terminal::Probe(TimePoint now)
 {
-    if (m_link.IsReady() && !OwnQuestionIsOpen() && m_ownQuestions.empty())
+    if (!m_link.IsReady() || OwnQuestionIsOpen() || !m_ownQuestions.empty())
+        return TakeOutput(now);
+    constexpr RadioInfo kinds[] = {RadioInfo::OperatingCondition, RadioInfo::Numbering, RadioInfo::Network,
+                                   RadioInfo::Personality};
+    const auto* answered = std::find_if(std::begin(kinds), std::end(kinds),
+                                        [this](RadioInfo kind) { return HasAnswered(kind); });
+    if (answered != std::end(kinds))
+        Ask(*answered, false, now);
+    else if (!RequestIsOpen())
         Ask(RadioInfo::OperatingCondition, false, now);
     return TakeOutput(now);
 }
@@ -93,16 +102,13 @@ bool Terminal::RefusesQuestion(const Signal& signal)
 {
     const auto found =
         std::find_if(m_openQuestions.begin(), m_openQuestions.end(), [this](const Question& question) {
-            if (m_answeredOnThisLink[static_cast<std::size_t>(question.kind)])
+            if (HasAnswered(question.kind))
                 return false;
             return !RequestIsOpen() || m_progressSeen || !question.duringTransaction;
         });
     if (found == m_openQuestions.end())
         return false;
-    TellReport(ReportKind::Unanswered,
-               std::string(InfoText(found->kind)) + ": " + CauseText(signal.type, signal.cause),
-               signal.octets);
-    ++m_counters.unanswered;
+    TellUnanswered(*found, CauseText(signal.type, signal.cause), signal.octets);
     m_openQuestions.erase(found);
     return true;
 }
@@ -111,12 +117,18 @@ void Terminal::GiveUpQuestions(TimePoint now)
 {
     const auto isOver = [now](const Question& question) { return question.giveUpAt <= now; };
     for (const Question& question : m_openQuestions) {
-        if (!isOver(question))
-            continue;
-        ++m_counters.unanswered;
-        TellReport(ReportKind::Unanswered, std::string(InfoText(question.kind)) + ": no answer");
+        if (isOver(question))
+            TellUnanswered(question, "no answer");
     }
     std::erase_if(m_openQuestions, isOver);
+}
+
+void Terminal::TellUnanswered(const Question& question, const std::string& reason, const Octets& octets)
+{
+    ++m_counters.unanswered;
+    const bool told = std::exchange(m_unansweredTold[static_cast<std::size_t>(question.kind)], true);
+    if (question.byOperator || !told)
+        TellReport(ReportKind::Unanswered, std::string(InfoText(question.kind)) + ": " + reason, octets);
 }
 
 void Terminal::ForgetQuestions()
@@ -124,6 +136,7 @@ void Terminal::ForgetQuestions()
     m_ownQuestions.clear();
     m_openQuestions.clear();
     m_answeredOnThisLink = {};
+    m_unansweredTold = {};
 }
 
 // ---- answers ------------------------------------------------------------------------------------------

@@ -8,6 +8,7 @@ struct LinkStatus {
         Closed,     // nobody is logged on, or the link was closed on purpose
         Connecting, // the port is open, the radio has not answered yet
         Ready,      // the radio is there
+        Silent,     // it is there no more, it seems: it owes an acknowledgement
         Lost,       // it was there or the port failed; retried for ever
     };
 

@@ -18,7 +18,7 @@ namespace {
 using map27::Milliseconds;
 
 constexpr Milliseconds FirstRetry{500};
-constexpr Milliseconds LongestRetry{10000};
+constexpr Milliseconds LongestRetry{5000};
 constexpr std::uint8_t SimulationBit = 0x80; // of facilities c, which the standard leaves free
 
 qint16 Number(unsigned value)
@@ -106,7 +106,10 @@ void SerialMap27Control::OpenLink()
     connect(m_port.get(), &RadioPort::Failed, this, &SerialMap27Control::OnPortFailed);
     connect(m_port.get(), &RadioPort::Received, this, [this](const QByteArray& octets) {
         const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
-        Take(m_terminal->Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
+        const map27::OctetSpan span{first, static_cast<std::size_t>(octets.size())};
+        m_watch.Hear(span);
+        Take(m_terminal->Feed(span, Now()));
+        Supervise();
     });
     m_terminal = std::make_unique<map27::Terminal>(
         map27::TerminalParameters::ForBitRate(static_cast<unsigned>(m_baudRate)));
@@ -130,25 +133,44 @@ void SerialMap27Control::CloseLink()
     SetStatus(LinkStatus::State::Closed, {});
 }
 
-void SerialMap27Control::OnPortOpened()
+void SerialMap27Control::StartLink()
 {
-    m_retryAt.reset();
-    SetStatus(LinkStatus::State::Connecting, PortText(RadioText::LinkConnecting));
+    m_watch.Begin(Now(), *m_terminal);
     Take(m_terminal->Start(Now()));
 }
 
-void SerialMap27Control::OnPortFailed(const QString& text)
+void SerialMap27Control::EndLink()
 {
     if (m_terminal->State() != map27::TerminalState::Idle)
         m_events.push_back(map27::TransactionCleared{map27::ClearedBy::LinkLoss, 0, 0});
     m_terminal->Stop();
-    const QString lost = FormatMessage(m_strings, RadioText::LinkLostPort, {text});
-    if (m_status.text != lost) // once, not at every retry
-        ProgramLog::Write(lost);
-    SetStatus(LinkStatus::State::Lost, lost);
+}
+
+void SerialMap27Control::OnPortOpened()
+{
+    m_retryAt.reset();
+    // Opened again by Reopen: what was wrong still is, until the radio answers.
+    if (!std::exchange(m_reopening, false))
+        SetStatus(LinkStatus::State::Connecting, PortText(RadioText::LinkConnecting));
+    StartLink();
+}
+
+void SerialMap27Control::OnPortFailed(const QString& text)
+{
+    m_reopening = false;
+    EndLink();
+    Complain(LinkStatus::State::Lost, FormatMessage(m_strings, RadioText::LinkLostPort, {text}));
     m_retryAt = Now() + m_retryPause;
     m_retryPause = std::min(2 * m_retryPause, LongestRetry);
     Take({});
+}
+
+void SerialMap27Control::Reopen()
+{
+    EndLink();
+    m_reopening = true;
+    m_port->Close();
+    m_port->Open(false);
 }
 
 void SerialMap27Control::OnTime()
@@ -160,10 +182,57 @@ void SerialMap27Control::OnTime()
         m_port->Open(false);
         return;
     }
-    if (m_port->IsOpen())
-        Take(m_terminal->OnTime(Now()));
-    else
+    if (!m_port->IsOpen()) {
         Schedule();
+        return;
+    }
+    map27::TerminalOutput output = m_terminal->OnTime(Now());
+    if (m_watch.TakeProbe(*m_terminal, Now()))
+        output.Append(m_terminal->Probe(Now()));
+    Take(std::move(output));
+    Supervise();
+}
+
+void SerialMap27Control::Supervise()
+{
+    ShowFinding(m_watch.Look(*m_terminal, Now()));
+    if (m_port->IsOpen() && m_watch.ReopenIsDue(*m_terminal, Now()))
+        Reopen();
+    Schedule();
+}
+
+void SerialMap27Control::ShowFinding(LinkWatch::Finding finding)
+{
+    using enum LinkWatch::Finding;
+    switch (finding) {
+    case None:
+        if (m_status.state == LinkStatus::State::Silent)
+            SetStatus(LinkStatus::State::Ready, {});
+        return;
+    case LinkSlow:
+        return; // the text of the loss or of connecting still holds
+    case Owes:
+        Complain(LinkStatus::State::Silent, PortText(RadioText::LinkOwes));
+        return;
+    case Silent:
+        Complain(LinkStatus::State::Lost, PortText(RadioText::LinkLostSilent));
+        return;
+    case Foreign:
+        Complain(LinkStatus::State::Lost,
+                 FormatMessage(m_strings, RadioText::LinkForeign, {m_portName, m_watch.HeardInstead()}));
+        return;
+    case Noise:
+        Complain(LinkStatus::State::Lost,
+                 FormatMessage(m_strings, RadioText::LinkNoise, {m_portName, QString::number(m_baudRate)}));
+        return;
+    case Damaged:
+        Complain(LinkStatus::State::Lost, PortText(RadioText::LinkDamaged));
+        return;
+    case Echo:
+        m_port->Close();
+        OnPortFailed(PortText(RadioText::LinkEcho));
+        return;
+    }
 }
 
 void SerialMap27Control::Run(const QString& subject, const Operation& operation)
@@ -179,9 +248,11 @@ void SerialMap27Control::Run(const QString& subject, const Operation& operation)
 
 void SerialMap27Control::Take(map27::TerminalOutput output)
 {
-    for (const map27::Octets& frame : output.frames)
+    for (const map27::Octets& frame : output.frames) {
+        m_watch.Send(frame);
         m_port->Write(
             QByteArray(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size())));
+    }
     for (map27::TerminalEvent& event : output.events)
         m_events.push_back(std::move(event));
     // From the event loop, so that no event arrives inside an operation of its receiver.
@@ -249,6 +320,7 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             [&](const map27::SettingsReceived&) {},
             [&](const map27::LinkReady&) {
                 m_retryPause = FirstRetry;
+                m_watch.LinkIsReady(Now());
                 SetStatus(LinkStatus::State::Ready, {});
             },
             [&](const map27::LinkFailed& e) { HandleLinkFailed(e.reason); },
@@ -269,6 +341,10 @@ void SerialMap27Control::HandleLinkFailed(map27::LinkFailure reason)
     else if (reason == map27::LinkFailure::RetriesUsedUp)
         id = RadioText::LinkLostRetries;
     SetStatus(LinkStatus::State::Lost, PortText(id));
+    m_watch.Begin(Now(), *m_terminal);
+    // A dead network connection or a stuck adapter does not say so.
+    if (reason != map27::LinkFailure::PeerReset && m_port->IsOpen())
+        Reopen();
 }
 
 void SerialMap27Control::HandlePersonality(const map27::PersonalityMessage& personality)
@@ -281,12 +357,20 @@ void SerialMap27Control::Schedule()
 {
     map27::Deadline deadline = m_retryAt;
     if (m_port && m_port->IsOpen())
-        deadline = map27::Earlier(deadline, m_terminal->NextDeadline());
+        deadline = map27::Earlier(map27::Earlier(deadline, m_terminal->NextDeadline()),
+                                  m_watch.NextLook(*m_terminal));
     if (!deadline) {
         m_timer.stop();
         return;
     }
     m_timer.start(std::max(Milliseconds{0}, *deadline - Now()));
+}
+
+void SerialMap27Control::Complain(LinkStatus::State state, const QString& text)
+{
+    if (m_status.text != text) // once, not at every retry
+        ProgramLog::Write(text);
+    SetStatus(state, text);
 }
 
 void SerialMap27Control::SetStatus(LinkStatus::State state, const QString& text)

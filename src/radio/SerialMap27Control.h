@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/Terminal.h"
+#include "radio/LinkWatch.h"
 #include "radio/Map27Control.h"
 
 #include <QTimer>
@@ -14,8 +15,9 @@ struct Clock;
 struct IStringSource;
 
 // The radio control on a real line: owns the port, the terminal's end of MAP27 and the one timer that drives
-// it. A line that fails after OpenLink is opened again for ever with a growing pause; a transaction that was
-// open then ends with TransactionCleared.
+// it. A line that fails after OpenLink is opened again for ever with a growing pause, and one without a link
+// now and then; a transaction that was open then ends with TransactionCleared. A radio that has nothing to
+// say is asked every 8 seconds whether it is there.
 class SerialMap27Control : public Map27Control {
     Q_OBJECT
 
@@ -70,9 +72,15 @@ private:
     void Handle(const map27::TerminalEvent& event);
     void HandleLinkFailed(map27::LinkFailure reason);
     void HandlePersonality(const map27::PersonalityMessage& personality);
+    void StartLink();
+    void EndLink();
     void OnPortOpened();
     void OnPortFailed(const QString& text);
+    void Reopen();
+    void Supervise();
+    void ShowFinding(LinkWatch::Finding finding);
     void Schedule();
+    void Complain(LinkStatus::State state, const QString& text);
     void SetStatus(LinkStatus::State state, const QString& text);
     QString PortText(int id) const;
     map27::TimePoint Now() const;
@@ -86,8 +94,10 @@ private:
     std::unique_ptr<map27::Terminal> m_terminal;
     map27::NumberingMessage m_numbering; // as last reported
     LinkStatus m_status;
+    LinkWatch m_watch;
     QTimer m_timer;
     std::deque<map27::TerminalEvent> m_events; // waiting to be delivered from the event loop
     std::optional<map27::TimePoint> m_retryAt;
     map27::Milliseconds m_retryPause{0};
+    bool m_reopening = false;
 };

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
+#include "radio/PortHolder.h"
 #include "radio/TextIds.h"
 
 #include <QFile>
@@ -34,10 +35,12 @@ bool IsCharacterDevice(const QString& device)
 
 } // namespace
 
-SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings)
+SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings,
+                                 std::shared_ptr<const SerialAdapters> adapters)
     : m_name(name),
       m_bitsPerSecond(bitsPerSecond),
-      m_strings(strings)
+      m_strings(strings),
+      m_adapters(std::move(adapters))
 {
     connect(&m_port, &QSerialPort::readyRead, this, [this] { Q_EMIT Received(m_port.readAll()); });
     connect(&m_port, &QSerialPort::errorOccurred, this, &SerialRadioPort::OnError);
@@ -53,25 +56,34 @@ QString SerialRadioPort::DevicePath(const QString& name)
     return name.startsWith(QLatin1Char('/')) ? name : QStringLiteral("/dev/") + name;
 }
 
-void SerialRadioPort::Open(bool wait)
+QString SerialRadioPort::Device() const
 {
-    Close();
+    const QString known = m_adapter.isEmpty() ? QString() : m_adapters->DeviceOf(m_adapter);
+    if (!known.isEmpty())
+        return known;
     const QString path = DevicePath(m_name);
     // A link is followed, so that two names of one device share one lock.
     const QString target = QFileInfo(path).canonicalFilePath();
-    const QString device = target.isEmpty() ? path : target;
+    return target.isEmpty() ? path : target;
+}
+
+void SerialRadioPort::Open(bool wait)
+{
+    Close();
+    m_device = Device();
     QString problem;
-    if (!QFileInfo::exists(device))
+    if (!QFileInfo::exists(m_device))
         problem = FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
-    else if (!IsCharacterDevice(device))
+    else if (!IsCharacterDevice(m_device))
         problem = FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
     else {
-        m_port.setPortName(device);
+        m_port.setPortName(m_device);
         m_port.setBaudRate(m_bitsPerSecond);
         if (!m_port.open(QIODevice::ReadWrite))
-            problem = Problem(device);
+            problem = Problem();
     }
     if (problem.isEmpty()) {
+        m_adapter = m_adapters->IdentityOf(m_device);
         Q_EMIT Opened();
     } else if (wait) {
         throw Error(ErrorCode::General, problem);
@@ -80,21 +92,30 @@ void SerialRadioPort::Open(bool wait)
     }
 }
 
-QString SerialRadioPort::Problem(const QString& device) const
+QString SerialRadioPort::Problem() const
 {
-    const bool permitted = ::access(QFile::encodeName(device).constData(), R_OK | W_OK) == 0;
+    if (!QFileInfo::exists(m_device))
+        return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+    const bool permitted = ::access(QFile::encodeName(m_device).constData(), R_OK | W_OK) == 0;
     if (!permitted && (errno == EACCES || errno == EPERM))
-        return FormatMessage(m_strings, RadioText::PortNotPermitted, {m_name, GroupOf(device)});
+        return FormatMessage(m_strings, RadioText::PortNotPermitted, {m_name, GroupOf(m_device)});
     switch (m_port.error()) {
     case QSerialPort::DeviceNotFoundError:
         return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
     case QSerialPort::PermissionError:
-        return FormatMessage(m_strings, RadioText::PortBusy, {m_name});
+        return BusyText();
     case QSerialPort::UnsupportedOperationError:
         return FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
     default:
         return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
     }
+}
+
+QString SerialRadioPort::BusyText() const
+{
+    const QString holder = HolderOfPort(m_device);
+    return holder.isEmpty() ? FormatMessage(m_strings, RadioText::PortBusy, {m_name})
+                            : FormatMessage(m_strings, RadioText::PortBusyBy, {m_name, holder});
 }
 
 void SerialRadioPort::Close()
@@ -120,7 +141,9 @@ void SerialRadioPort::OnError(QSerialPort::SerialPortError error)
                       error == QSerialPort::ReadError || error == QSerialPort::WriteError;
     if (!gone || !m_port.isOpen())
         return;
-    const QString text = error == QSerialPort::ResourceError
+    // The device may be there for a moment yet when its line is already dead.
+    const bool unplugged = error == QSerialPort::ResourceError || !QFileInfo::exists(m_device);
+    const QString text = unplugged
                              ? FormatMessage(m_strings, RadioText::PortAbsent, {m_name})
                              : FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
     Close();

@@ -55,6 +55,10 @@ constexpr int LinkLostSilent = 5301;
 constexpr int LinkLostRestarted = 5302;
 constexpr int LinkLostPort = 5303;
 constexpr int LinkLostRetries = 5304;
+constexpr int LinkOwes = 5306;
+constexpr int LinkForeign = 5307;
+constexpr int LinkNoise = 5308;
+constexpr int LinkDamaged = 5309;
 constexpr int PortAbsent = 5310;
 constexpr int PortBusy = 5311;
 constexpr int PortNotPermitted = 5312;
@@ -64,6 +68,7 @@ constexpr int PortBadAddress = 5315;
 constexpr int PortNoSerial = 5316;
 constexpr int PortOther = 5317;
 constexpr int PortHostSilent = 5318;
+constexpr int PortBusyBy = 5319;
 constexpr int LinkNotReady = 5320;
 constexpr int RadioBusy = 5321;
 constexpr int AddressNotSendable = 5322;
@@ -75,5 +80,6 @@ constexpr int PhoneDigits = 5327;
 constexpr int NoCall = 5328;
 constexpr int NotConnected = 5329;
 constexpr int NameTooLong = 5330;
+constexpr int LinkEcho = 5331;
 
 } // namespace RadioText

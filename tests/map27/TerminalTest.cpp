@@ -365,6 +365,19 @@ TEST(Terminal, QuestionsAndAnswers)
             < D0 02 00 1F 00 02 => ! message 208 02 to 2/31
             < B4 02 => ! report unanswered
             < C0 02 00 1F 00 00 => ! message 192 00 to 2/31)"},
+        {"a probe that the radio may refuse never meets a request; one refusal is reported once", R"(
+            radio mute
+            radio resets => > B0 00 ; ! failed: the other end asked for a new link ; ! ready
+            < B4 02 => > B0 01 ; ! report unanswered
+            < B4 02 => > B0 03 ; ! report unanswered
+            < B4 02 => > B0 04 ; ! report unanswered
+            < B4 02 => ! report unanswered
+            probe => > B0 03
+            < B4 02
+            status 2/31 5 => > 80 02 00 1F 00 05
+            probe
+            < C0 02 00 1F 00 00 => ! message 192 00 to 2/31
+            probe => > B0 03)"},
         {"messages that mean nothing here, and nonsense", R"(
             < 00 01 02 => ! report not used
             < 01 55 => ! report not used

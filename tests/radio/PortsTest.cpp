@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/StringSource.h"
+#include "radio/PortHolder.h"
 #include "radio/RadioPort.h"
 #include "radio/SerialRadioPort.h"
 #include "support/OtherUser.h"
@@ -9,11 +10,14 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
 #include <QSerialPort>
 #include <QTcpServer>
 #include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <utility>
 
 namespace {
 
@@ -27,8 +31,15 @@ protected:
     }
     void TearDown() override
     {
-        ::close(m_master);
+        PullOut();
         ::close(m_slave);
+    }
+
+    // The device goes: its pseudo terminal loses the other end.
+    void PullOut()
+    {
+        if (m_master >= 0)
+            ::close(std::exchange(m_master, -1));
     }
 
     QString Problem(const QString& name)
@@ -47,6 +58,8 @@ private:
     int m_master = -1;
     int m_slave = -1;
     CStringSourceImpl m_source{QStringList{}};
+
+protected:
     const IStringSource& m_strings = m_source.CreateStringSource(QStringLiteral("CKYN"));
 };
 
@@ -94,6 +107,56 @@ TEST_F(Ports, Busy)
               QStringLiteral("Port %1 is in use by another program. Close that program or select "
                              "another port.")
                   .arg(pty));
+}
+
+TEST_F(Ports, WhoHoldsIt)
+{
+    EXPECT_EQ(HolderOfPort(pty), QString()) << "this program itself is nobody to name";
+    QProcess other;
+    other.setStandardInputFile(pty);
+    other.start(QStringLiteral("sleep"), {QStringLiteral("60")});
+    ASSERT_TRUE(other.waitForStarted());
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return HolderOfPort(pty) == QStringLiteral("sleep (process %1)").arg(other.processId());
+    })) << HolderOfPort(pty).toStdString();
+    other.kill();
+    other.waitForFinished();
+}
+
+// Pseudo terminals as adapters with serial numbers.
+struct FakeAdapters : SerialAdapters {
+    QString IdentityOf(const QString& device) const override { return plugged.key(device); }
+    QString DeviceOf(const QString& identity) const override { return plugged.value(identity); }
+    QMap<QString, QString> plugged; // device by serial number
+};
+
+TEST_F(Ports, AnAdapterIsFoundAgainUnderAnotherName)
+{
+    const auto adapters = std::make_shared<FakeAdapters>();
+    adapters->plugged[QStringLiteral("A100")] = pty;
+    SerialRadioPort port(pty, 9600, m_strings, adapters);
+    QString failure;
+    QByteArray heard;
+    QObject::connect(&port, &RadioPort::Failed, &port, [&](const QString& text) { failure = text; });
+    QObject::connect(&port, &RadioPort::Received, &port, [&](const QByteArray& octets) { heard += octets; });
+    port.Open(true);
+
+    PullOut();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !failure.isEmpty(); }));
+    EXPECT_FALSE(port.IsOpen());
+
+    int master = -1;
+    int slave = -1;
+    char other[128];
+    ASSERT_EQ(openpty(&master, &slave, other, nullptr, nullptr), 0);
+    adapters->plugged[QStringLiteral("A100")] = QString::fromLatin1(other);
+    port.Open(false);
+    ASSERT_TRUE(port.IsOpen());
+    ASSERT_EQ(::write(master, "here", 4), 4);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return heard == "here"; }));
+    port.Close();
+    ::close(master);
+    ::close(slave);
 }
 
 TEST_F(Ports, NotPermittedNamesTheGroup)

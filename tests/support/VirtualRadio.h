@@ -29,6 +29,13 @@ public:
     // One round of both directions and of the radio's own timers.
     void Step()
     {
+        if (instead) {
+            const QByteArray heard = instead(std::exchange(m_toRadio, {}));
+            m_fromRadio.clear();
+            if (!heard.isEmpty() && m_port)
+                Q_EMIT m_port->Received(heard);
+            return;
+        }
         FeedRadio();
         Transmit(radio.OnTime(Now()));
         const QByteArray answer = std::exchange(m_fromRadio, {});
@@ -44,6 +51,8 @@ public:
         Transmit(result.output);
     }
 
+    bool IsOpen() const { return m_port != nullptr; }
+
     // Pulls the cable out; the console's port reports it.
     void Unplug()
     {
@@ -56,6 +65,8 @@ public:
     }
 
     sim::Radio radio;
+    // While set, something else is at the other end: what it sends, given what it got.
+    std::function<QByteArray(const QByteArray&)> instead;
     bool plugged = true;
     bool offHookAtClose = false; // when the console closed its port last
 

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+// The serial adapters that are plugged in. An adapter with a serial number is known again when it comes back
+// under another name.
+class SerialAdapters {
+public:
+    virtual ~SerialAdapters() = default;
+
+    // Vendor, product and serial number of the adapter behind a device; empty for one without a serial
+    // number.
+    virtual QString IdentityOf(const QString& device) const;
+    // The device under which an adapter is plugged in now; empty when it is not.
+    virtual QString DeviceOf(const QString& identity) const;
+};
