@@ -1,3 +1,4 @@
+#include "core/AccountChanges.h"
 #include "core/Errors.h"
 #include "core/StringSource.h"
 #include "core/Validation.h"
@@ -12,43 +13,13 @@ namespace {
 
 constexpr int personalIdentifierLength = 20;
 
-struct NewAccount {
-    QString name;
-    QString password;
-    QString callsign;
-    QString group; // besides "Users"; empty: none
-    bool allowRegrouping = false;
-};
-
-// Account and profile are both there afterwards, or neither.
-void AddAccount(dao::Workspace& workspace, const NewAccount& account)
-{
-    workspace.BeginTrans();
-    try {
-        const auto profiles = workspace.Database().OpenTable("user_profile");
-        profiles->AddNew();
-        profiles->SetField("UserName", account.name);
-        profiles->SetField("callsign", account.callsign);
-        profiles->SetField("allow_dr", account.allowRegrouping);
-        profiles->Update();
-        const auto user =
-            workspace.CreateUser(account.name, dao::RandomText(personalIdentifierLength), account.password);
-        workspace.Users().Append(*user);
-        user->Groups().Append(dao::usersGroup);
-        if (!account.group.isEmpty())
-            user->Groups().Append(account.group);
-        workspace.CommitTrans();
-    } catch (...) {
-        workspace.Rollback();
-        throw;
-    }
-}
-
 int Run(const Request& request)
 {
-    NewAccount account{.name = request.arguments[1].trimmed(), .password = {}, .callsign = {}, .group = {}};
+    NewAccount account;
+    account.userName = request.arguments[1].trimmed();
+    account.pid = dao::RandomText(personalIdentifierLength);
     account.callsign =
-        request.options.isSet("callsign") ? request.options.value("callsign").trimmed() : account.name;
+        request.options.isSet("callsign") ? request.options.value("callsign").trimmed() : account.userName;
     account.group = request.options.value("group");
     account.allowRegrouping = request.options.isSet("allow-regrouping");
     if (!IsValidCallsign(account.callsign))
@@ -57,9 +28,9 @@ int Run(const Request& request)
 
     PasswordReader passwords(request.options.isSet("password-stdin"));
     const auto workspace = AccountOptions::OpenAs(request.options.value("as"), request, passwords);
-    account.password = passwords.New(account.name);
+    account.password = passwords.New(account.userName);
     AddAccount(*workspace, account);
-    Console::Print(QStringLiteral("Added %1").arg(account.name));
+    Console::Print(QStringLiteral("Added %1").arg(account.userName));
     return exitOk;
 }
 

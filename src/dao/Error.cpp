@@ -48,6 +48,7 @@ constexpr KindInfo kinds[] = {
     {Kind::NoCurrentRecord, textNoCurrentRecord, "no current record"},
     {Kind::NotEditing, textNotEditing, "no record is being edited"},
     {Kind::RecordGone, textRecordGone, "record was deleted"},
+    {Kind::RecordChanged, textRecordChanged, "record was changed"},
     {Kind::DuplicateKey, textDuplicateKey, "duplicate key"},
     {Kind::BadValue, textBadValue, "value not allowed"},
     {Kind::InUse, textInUse, "reference violated"},

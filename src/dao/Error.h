@@ -46,6 +46,7 @@ enum class Kind {
     NoCurrentRecord,    // none
     NotEditing,         // none: a field written, or Update called, without AddNew or Edit
     RecordGone,         // none: somebody deleted the record meanwhile
+    RecordChanged,      // none: somebody changed the record since it was read
     DuplicateKey,       // index, the value that is there already
     BadValue,           // field
     InUse,         // none: other records refer to the one to be deleted, or the one referred to is missing

@@ -22,7 +22,9 @@ namespace dao {
 // Field names ignore case. Null is an invalid QVariant, when reading and when writing; a QString, even a null
 // one, is stored as text. Booleans are read as bool, time stamps as QDateTime in UTC with milliseconds.
 //
-// Errors are dao::Error. After a failed Update the recordset is still being edited: correct the fields and
+// Update never overwrites what somebody else stored: Kind::RecordChanged when a field of the record is no
+// longer as it was read, Kind::RecordGone when the record is deleted. Errors are dao::Error. After a failed
+// Update the recordset is still being edited: correct the fields and
 // call Update again, or CancelUpdate.
 class Recordset {
 public:
@@ -40,6 +42,11 @@ public:
     virtual QStringList FieldNames() const = 0;
     // The current record's value; while editing, the value written so far.
     virtual QVariant Field(const QString& name) = 0;
+    // For reading many records: the position of a field, and the current record's value there. Null is an
+    // empty text and 0; a number stands for a boolean (0, 1) and a time stamp (milliseconds since 1970), too.
+    virtual int Position(const QString& name) const = 0;
+    virtual QString TextAt(int position) = 0;
+    virtual qlonglong NumberAt(int position) = 0;
     virtual void SetField(const QString& name, const QVariant& value) = 0;
 
     // Begin a new record / change the current one; Update stores it, moving away or CancelUpdate drops it.

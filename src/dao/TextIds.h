@@ -64,4 +64,6 @@ constexpr int textCheckNoProfile = 5168;
 constexpr int textCheckNoAccount = 5169;
 constexpr int textCheckAppendable = 5170;
 
+constexpr int textRecordChanged = 5171;
+
 } // namespace dao

@@ -165,6 +165,38 @@ TEST_F(RecordsetTest, CriteriaThatAreNoComparisonsAreRefused)
     EXPECT_FALSE(dynaset->NoMatch());
 }
 
+TEST_F(RecordsetTest, RecordChangedElsewhereIsNotOverwritten)
+{
+    AddAddress("Unit20", "20");
+    const auto other = Open();
+    const QString found = QStringLiteral("address_id=%1").arg(IdOf("Unit20"));
+    const auto change = [&](dao::Database& database, const char* field, const QVariant& value) {
+        const auto records = database.OpenDynaset("browse_individuals");
+        records->FindFirst(found);
+        records->Edit();
+        records->SetField(field, value);
+        records->Update();
+    };
+    const auto dynaset = Db().OpenDynaset("browse_individuals");
+    dynaset->FindFirst(found);
+    change(other->Database(), "note", "theirs");
+    dynaset->Edit();
+    dynaset->SetField("Name", "mine");
+    EXPECT_EQ(KindOf([&] { dynaset->Update(); }), Kind::RecordChanged);
+    EXPECT_EQ(KindOf([&] { dynaset->Update(); }), Kind::RecordChanged); // not forgotten by trying again
+    EXPECT_EQ(Sql("address", "note Name"), QStringList({"theirs|"}));
+
+    dynaset->FindFirst(found); // read again, null fields and all
+    dynaset->Edit();
+    dynaset->SetField("Name", "mine");
+    dynaset->Update();
+    Execute("update_duty_status", {{"cs", "Unit20"}, {"ds", true}}); // a field that this query does not show
+    dynaset->Edit();
+    dynaset->SetField("dynamic", true);
+    dynaset->Update();
+    EXPECT_EQ(Sql("address", "note Name dynamic on_duty"), QStringList({"theirs|mine|1|1"}));
+}
+
 TEST_F(RecordsetTest, RecordDeletedElsewhereIsReportedAndSkipped)
 {
     Add("status", {"status_code"}, {{1}, {2}, {3}});

@@ -88,12 +88,17 @@ public:
     Error MakeError(int code) const;
     QDateTime CurrentTime() const;
 
+    // The account whose session this is; feeds the SQL function kyn_user().
+    const QString& User() const { return m_user; }
+    void SetUser(const QString& user) { m_user = user; }
+
 private:
     Connection(const QString& path, Now now);
 
     sqlite3* m_handle = nullptr;
     QString m_errorPath;
     Now m_now;
+    QString m_user;
     bool m_inTransaction = false;
     QHash<QString, std::vector<std::shared_ptr<StatementSlot>>> m_kept;
 };

@@ -27,7 +27,10 @@ Error ConstraintError(int code, const QString& message)
         return Error(Kind::DuplicateKey, {ConstraintName(message), QString()}, message);
     case SQLITE_CONSTRAINT_FOREIGNKEY:
         return Error(Kind::InUse, {}, message);
-    case SQLITE_CONSTRAINT_TRIGGER: // RESTRICT is a trigger of the engine's own
+    case SQLITE_CONSTRAINT_TRIGGER:
+        if (message == notPermittedMessage)
+            return Error(Kind::NotPermitted, {}, message);
+        // RESTRICT is a trigger of the engine's own
         return Error(message.startsWith("FOREIGN KEY") ? Kind::InUse : Kind::Refused, {}, message);
     default:
         return Error(Kind::BadValue, {ConstraintName(message)}, message);

@@ -46,6 +46,14 @@ void NowFunction(sqlite3_context* context, int, sqlite3_value**)
     sqlite3_result_int64(context, connection->CurrentTime().toMSecsSinceEpoch());
 }
 
+void UserFunction(sqlite3_context* context, int, sqlite3_value**)
+{
+    const auto* connection = static_cast<const Connection*>(sqlite3_user_data(context));
+    const QByteArray user = connection->User().toUtf8();
+    sqlite3_result_text64(context, user.constData(), static_cast<sqlite3_uint64>(user.size()),
+                          SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
 } // namespace
 
 void RegisterFunctions(sqlite3* handle, const Connection& connection)
@@ -57,7 +65,9 @@ void RegisterFunctions(sqlite3* handle, const Connection& connection)
                              sqlite3_create_function_v2(handle, "kyn_match", -1, pure, nullptr, MatchFunction,
                                                         nullptr, nullptr, nullptr),
                              sqlite3_create_function_v2(handle, "kyn_now", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,
-                                                        data, NowFunction, nullptr, nullptr, nullptr)})
+                                                        data, NowFunction, nullptr, nullptr, nullptr),
+                             sqlite3_create_function_v2(handle, "kyn_user", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,
+                                                        data, UserFunction, nullptr, nullptr, nullptr)})
         if (result != SQLITE_OK)
             throw connection.MakeError(result);
 }

@@ -114,8 +114,7 @@ void KeysetRecordset::Update()
     case EditBuffer::Kind::Changing: {
         if (m_edit.IsEmpty())
             break;
-        if (!m_edit.Change(connection, m_key))
-            throw Error(Kind::RecordGone);
+        ChangeRecord(connection);
         QVariantList key = m_key;
         for (qsizetype i = 0; i < key.size(); ++i)
             if (const int column =
@@ -131,6 +130,23 @@ void KeysetRecordset::Update()
     }
     }
     m_edit.Clear();
+}
+
+void KeysetRecordset::ChangeRecord(Connection& connection)
+{
+    QStringList columns;
+    QVariantList read;
+    for (std::size_t i = 0; i < m_tableColumns.size(); ++i) {
+        if (m_tableColumns[i] < 0)
+            continue;
+        columns.append(m_source.table->ColumnNames()[m_tableColumns[i]]);
+        read.append(m_record[static_cast<qsizetype>(i)]);
+    }
+    if (m_edit.Change(connection, m_key, columns, read))
+        return;
+    const auto record = connection.Kept(m_source.table->RowSql());
+    record->Bind(m_key);
+    throw Error(record->Step() ? Kind::RecordChanged : Kind::RecordGone);
 }
 
 void KeysetRecordset::Delete()

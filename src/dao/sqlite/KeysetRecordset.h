@@ -47,6 +47,7 @@ private:
     void ReadKeys();
     void MoveTo(std::size_t position);
     void Find(const QString& sql, const QVariantList& values);
+    void ChangeRecord(Connection& connection);
     bool ReadRecord(const QString& sql, const QVariantList& values);
     QString RowSql() const;
 

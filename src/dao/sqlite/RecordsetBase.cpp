@@ -33,9 +33,13 @@ void EditBuffer::Insert(Connection& connection) const
     Run(connection, m_table->InsertSql(m_fields), Values());
 }
 
-bool EditBuffer::Change(Connection& connection, const QVariantList& key) const
+bool EditBuffer::Change(Connection& connection, const QVariantList& key, const QStringList& columns,
+                        const QVariantList& read) const
 {
-    return Run(connection, m_table->UpdateSql(m_fields), Values() + key) > 0;
+    QString sql = m_table->UpdateSql(m_fields);
+    for (const QString& column : columns)
+        sql += " AND " + Quoted(column) + " IS ?";
+    return Run(connection, sql, Values() + key + read) > 0;
 }
 
 // Tells in an error about a key which index it was and what value stands there already.
@@ -56,6 +60,13 @@ int EditBuffer::Run(Connection& connection, const QString& sql, const QVariantLi
         }
         throw Error(dao::Kind::DuplicateKey, {index, key.join(", ")}, error.engineText);
     }
+}
+
+qlonglong RecordsetBase::NumberAt(int position)
+{
+    const QVariant value = Field(FieldNames().at(position));
+    return value.typeId() == QMetaType::QDateTime ? value.toDateTime().toMSecsSinceEpoch()
+                                                  : value.toLongLong();
 }
 
 void RecordsetBase::SetField(const QString&, const QVariant&)

@@ -25,8 +25,10 @@ public:
     QVariant Value(int column) const { return m_values[static_cast<std::size_t>(column)]; }
 
     void Insert(Connection& connection) const;
-    // Returns false when the record is gone.
-    bool Change(Connection& connection, const QVariantList& key) const;
+    // Changes the record of that key whose `columns` still have the values `read`. Returns false when there
+    // is none.
+    bool Change(Connection& connection, const QVariantList& key, const QStringList& columns,
+                const QVariantList& read) const;
 
 private:
     QVariantList Values() const;
@@ -41,6 +43,9 @@ private:
 // What a kind of recordset does not offer, refused.
 class RecordsetBase : public Recordset {
 public:
+    int Position(const QString& name) const override { return FieldPosition(FieldNames(), name); }
+    QString TextAt(int position) override { return Field(FieldNames().at(position)).toString(); }
+    qlonglong NumberAt(int position) override;
     void SetField(const QString& name, const QVariant& value) override;
     void AddNew() override;
     void Edit() override;

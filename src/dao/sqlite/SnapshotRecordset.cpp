@@ -53,6 +53,14 @@ QVariant SnapshotRecordset::Field(const QString& name)
     return statement->Column(m_expected++);
 }
 
+const Statement& SnapshotRecordset::Row() const
+{
+    const StatementUse& statement = Open();
+    if (!m_onRow)
+        throw Error(Kind::NoCurrentRecord);
+    return *statement.operator->();
+}
+
 void SnapshotRecordset::MoveFirst()
 {
     Open();

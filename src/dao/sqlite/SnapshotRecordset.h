@@ -18,6 +18,8 @@ public:
     bool NoMatch() const override { return true; }
     QStringList FieldNames() const override;
     QVariant Field(const QString& name) override;
+    QString TextAt(int position) override { return Row().Text(position); }
+    qlonglong NumberAt(int position) override { return Row().Number(position); }
     // Only as long as the first row is current.
     void MoveFirst() override;
     void MoveNext() override;
@@ -26,6 +28,7 @@ public:
 private:
     void Advance();
     const StatementUse& Open() const;
+    const Statement& Row() const;
 
     std::optional<StatementUse> m_statement;
     bool m_onRow = false;

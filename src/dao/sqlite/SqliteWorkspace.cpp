@@ -2,6 +2,7 @@
 #include "dao/Passwords.h"
 #include "dao/sqlite/Files.h"
 #include "dao/sqlite/Migrations.h"
+#include "dao/sqlite/Rights.h"
 
 namespace dao::sqlite {
 
@@ -99,6 +100,8 @@ std::unique_ptr<Workspace> SqliteWorkspace::Open(const Location& location, const
 {
     auto connection = OpenFiles(location, options);
     const QString name = CheckLogon(*connection, user, password, options.passwordCost);
+    connection->SetUser(name);
+    RestrictToRights(*connection);
     return std::unique_ptr<Workspace>(new SqliteWorkspace(
         std::make_shared<Session>(Session{std::move(connection), name, options.passwordCost})));
 }

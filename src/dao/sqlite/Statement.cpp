@@ -143,7 +143,10 @@ QVariant Statement::Column(int column) const
 
 const QString& Statement::Text(int column) const
 {
+    static const QString null = QStringLiteral("");
     const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+    if (!text)
+        return null;
     const std::string_view bytes(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)));
     LastText& last = m_lastTexts[static_cast<std::size_t>(column)];
     if (last.bytes != bytes || last.text.isNull()) {
@@ -151,6 +154,11 @@ const QString& Statement::Text(int column) const
         last.text = QString::fromUtf8(text, static_cast<qsizetype>(bytes.size()));
     }
     return last.text;
+}
+
+qlonglong Statement::Number(int column) const
+{
+    return sqlite3_column_int64(m_statement, column);
 }
 
 QVariantList Statement::Row() const

@@ -33,6 +33,9 @@ public:
     // True when there is a row. Raises the engine's failure, after which the statement is reset.
     bool Step();
     QVariant Column(int column) const;
+    // The same without a variant. Null is an empty text and 0.
+    const QString& Text(int column) const;
+    qlonglong Number(int column) const;
     QVariantList Row() const;
     // Back to before the first row; releases the locks that reading holds. Values stay bound.
     void Reset() noexcept;
@@ -51,7 +54,6 @@ private:
 
     sqlite3_stmt* Handle() const;
     void DescribeColumns();
-    const QString& Text(int column) const;
 
     Connection& m_connection;
     sqlite3_stmt* m_statement = nullptr;

@@ -1,0 +1,61 @@
+#include "dao/sqlite/Rights.h"
+#include "dao/sqlite/Connection.h"
+#include "dao/sqlite/ErrorMapping.h"
+
+namespace dao::sqlite {
+
+namespace {
+
+constexpr auto notAdministrator = "NOT (SELECT administrator FROM temp.session_right)";
+
+struct Rule {
+    const char* table;
+    const char* change;
+    const char* when;
+};
+
+// Adding, changing and deleting in the other tables is permitted.
+constexpr Rule rules[] = {
+    {"address", "INSERT", notAdministrator},
+    {"address", R"(UPDATE OF address_id, callsign, "IDENT", dynamic, note, "Type", "Name", default_pos)",
+     notAdministrator},
+    {"address", "DELETE", notAdministrator},
+    {"user_profile", "INSERT", notAdministrator},
+    {"user_profile", R"(UPDATE OF profile_id, "UserName", callsign, allow_dr)", notAdministrator},
+    {"user_profile", "UPDATE OF logged_on",
+     "kyn_fold(OLD.\"UserName\") <> kyn_fold(kyn_user()) "
+     "AND NOT (SELECT administrator FROM temp.session_right)"},
+    {"user_profile", "DELETE", notAdministrator},
+};
+
+// Tables that only administrators change.
+constexpr const char* administrated[] = {"status",       "fleet",     "kyn_registry",
+                                         "stored_query", "index_def", "file_info"};
+
+// Triggers of the connection, not of the file: they bind this program's sessions, whatever schema they find.
+QString Trigger(const Rule& rule, int number)
+{
+    return QString("CREATE TEMP TRIGGER right_%1 BEFORE %2 ON main.%3 WHEN %4 "
+                   "BEGIN SELECT RAISE(ABORT, '%5'); END;")
+        .arg(QString::number(number), rule.change, rule.table, rule.when, notPermittedMessage);
+}
+
+} // namespace
+
+void RestrictToRights(Connection& connection)
+{
+    QString script =
+        "PRAGMA temp_store=MEMORY;"
+        "CREATE TEMP VIEW session_right AS SELECT EXISTS (SELECT 1 FROM workgroup.membership "
+        "JOIN workgroup.account USING (account_id) WHERE kyn_fold(user_name)=kyn_fold(kyn_user()) "
+        "AND group_name='Admins') AS administrator;";
+    int number = 0;
+    for (const Rule& rule : rules)
+        script += Trigger(rule, ++number);
+    for (const char* table : administrated)
+        for (const char* change : {"INSERT", "UPDATE", "DELETE"})
+            script += Trigger({table, change, notAdministrator}, ++number);
+    connection.Execute(script);
+}
+
+} // namespace dao::sqlite
