@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -40,6 +41,16 @@ std::size_t FirstNonDigit(std::string_view text)
 }
 
 } // namespace
+
+RadioAddress SubscriberAddress(int prefix, int ident)
+{
+    return {.prefix = prefix, .ident = ident, .kind = AddressKind::Radio, .digits = {}};
+}
+
+RadioAddress GatewayAddress(int prefix, int ident, std::string digits)
+{
+    return {.prefix = prefix, .ident = ident, .kind = AddressKind::Gateway, .digits = std::move(digits)};
+}
 
 std::string CleanDialText(std::string_view dial)
 {

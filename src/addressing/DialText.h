@@ -10,6 +10,9 @@
 // Dialled for everybody in the system; accepted under every numbering, never printed.
 inline constexpr std::string_view everybodyDial = "*1981";
 
+RadioAddress SubscriberAddress(int prefix, int ident);
+RadioAddress GatewayAddress(int prefix, int ident, std::string digits);
+
 // The text without blanks, tabs, hyphens and one closing '#' (the send key). Throws when nothing is left.
 std::string CleanDialText(std::string_view dial);
 

@@ -45,11 +45,8 @@ void FleetTable::SetOwn(const RadioNumbering& numbering)
     m_ownUnits.reset();
     m_ownGroups.reset();
     m_ownWarnings.clear();
-    if (numbering.prefix < 0 || numbering.prefix > maxPrefix || numbering.ident < 0 ||
-        numbering.ident > maxIdent) {
-        m_ownWarnings.emplace_back(
-            AddressingCode::OwnNumberIgnored,
-            std::vector{std::to_string(numbering.prefix), std::to_string(numbering.ident)});
+    if (const auto error = CheckOwnNumber(numbering)) {
+        m_ownWarnings.push_back(*error);
         return;
     }
     m_ownPrefix = numbering.prefix;

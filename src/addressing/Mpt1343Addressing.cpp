@@ -56,16 +56,6 @@ bool Reaches(const FleetConfig& row, const std::string& number)
     return row.baseIdent + OffsetOf(number) <= row.maxIdent;
 }
 
-RadioAddress Subscriber(int prefix, int ident)
-{
-    return {.prefix = prefix, .ident = ident, .kind = AddressKind::Radio, .digits = {}};
-}
-
-RadioAddress Gateway(int prefix, int ident, std::string digits)
-{
-    return {.prefix = prefix, .ident = ident, .kind = AddressKind::Gateway, .digits = std::move(digits)};
-}
-
 // Extensions have the lengths that no radio number has, or begin where no fleet number does (those end at
 // 6050).
 bool IsPabxExtension(const std::string& digits)
@@ -118,7 +108,7 @@ RadioAddress Mpt1343Addressing::DialToAddress(const std::string& dial) const
     if (IsRawForm(text))
         return ParseRaw(text);
     if (text == everybodyDial)
-        return Subscriber(OwnPrefix(), everybodyIdent);
+        return SubscriberAddress(OwnPrefix(), everybodyIdent);
     const std::string digits = WithoutInnerSlashes(text);
     RequireDigits(digits);
     return DialDigits(digits);
@@ -129,10 +119,10 @@ RadioAddress Mpt1343Addressing::DialDigits(const std::string& digits) const
     if (digits.front() == '0') {
         std::string telephone = digits.substr(1);
         RequireTelephoneLength(telephone);
-        return Gateway(OwnPrefix(), pstnGatewayIdent, std::move(telephone));
+        return GatewayAddress(OwnPrefix(), pstnGatewayIdent, std::move(telephone));
     }
     if (IsPabxExtension(digits))
-        return Gateway(OwnPrefix(), pabxGatewayIdent, digits);
+        return GatewayAddress(OwnPrefix(), pabxGatewayIdent, digits);
     switch (digits.size()) {
     case 2:
     case 3:
@@ -168,7 +158,7 @@ RadioAddress Mpt1343Addressing::DialOwnFleet(const std::string& number) const
         throw AddressingError(
             ForType(type, AddressingCode::UnitNotInOwnFleet, AddressingCode::GroupNotInOwnFleet),
             {number, FirstNumberText(*row), LastNumberText(*row)});
-    return Subscriber(prefix, row->baseIdent + OffsetOf(number));
+    return SubscriberAddress(prefix, row->baseIdent + OffsetOf(number));
 }
 
 RadioAddress Mpt1343Addressing::DialFleet(int prefix, const std::string& fleetAndNumber,
@@ -184,7 +174,7 @@ RadioAddress Mpt1343Addressing::DialFleet(int prefix, const std::string& fleetAn
     const FleetType type = TypeOfNumber(number);
     const FleetConfig* row = m_fleets.Find(prefix, BaseIdentOf(fleetNumber), type);
     if (!row)
-        return Subscriber(prefix, UnplannedIdent(prefix, fleetNumber, number, dialled));
+        return SubscriberAddress(prefix, UnplannedIdent(prefix, fleetNumber, number, dialled));
     if (row->digits != static_cast<int>(number.size()))
         throw AddressingError(AddressingCode::FleetDigits,
                               {NumberPrefixText(prefix), fleet, std::to_string(row->digits)});
@@ -192,7 +182,7 @@ RadioAddress Mpt1343Addressing::DialFleet(int prefix, const std::string& fleetAn
         throw AddressingError(
             ForType(type, AddressingCode::UnitNotInFleet, AddressingCode::GroupNotInFleet),
             {number, NumberPrefixText(prefix), fleet, FirstNumberText(*row), LastNumberText(*row)});
-    return Subscriber(prefix, row->baseIdent + OffsetOf(number));
+    return SubscriberAddress(prefix, row->baseIdent + OffsetOf(number));
 }
 
 int Mpt1343Addressing::UnplannedIdent(int prefix, int fleetNumber, const std::string& number,

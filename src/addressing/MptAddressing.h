@@ -47,5 +47,5 @@ public:
     virtual std::string ShortDial(const RadioAddress& address) const = 0;
 };
 
-// A converter for the numbering, "MPT1343"; null for a code that is not known.
+// A converter for the numbering, "MPT1343" or "ACTIONET"; null for a code that is not known.
 std::unique_ptr<MptAddressing> CreateAddressing(std::string_view numberingCode);

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "addressing/AddressingError.h"
+
+#include <optional>
+
 // The own radio's number and the fleet it belongs to, as the radio reports them (MAP27 v1.5, radio
 // numbering). A row whose base ident is 0, or whose max is below its base, says that the radio has no such
 // fleet.
@@ -15,3 +19,6 @@ struct RadioNumbering {
 
     bool operator==(const RadioNumbering&) const = default;
 };
+
+// An own prefix or ident that cannot exist, as a warning.
+std::optional<AddressingError> CheckOwnNumber(const RadioNumbering& numbering);

@@ -4,6 +4,9 @@
 // and the comment names the values of the placeholders #01, #02 … in order. An F is a fleet number, a P a
 // number prefix (200..327), A and B the ends of a range.
 enum class AddressingCode {
+    // A number was dialled, and the numbering has no configuration to convert it with.
+    NumberingNotConfigured = 204,
+
     // Any number.
     NumberEmpty = 5000,
     InvalidCharacter = 5001, // the character (UTF-8)
@@ -53,7 +56,25 @@ enum class AddressingCode {
     OwnFleetIgnored = 5052,  // base ident, max ident, digits
     OwnFleetCut = 5053,      // A, B
     OwnFleetDiffers = 5054,  // A, B (own idents), P, F, A, B (idents of that fleet of the plan)
+    // The same of the ANN parameters: A, B (reported idents), digits, A, B (idents of its fleet), digits.
+    OwnUnitsDiffer = 5055,
+    OwnGroupsDiffer = 5056,
+    OwnIdentNoUnit = 5057, // own ident
+
+    // ANN numbers. An S is the digit of a large fleet, an SD the two of a small fleet or a block of mini
+    // fleets.
+    OwnFleetDigits = 5060,      // digits that the own fleet uses
+    LargeFleetRange = 5061,     // number in the fleet, S
+    SmallFleetRange = 5062,     // number in the fleet, SD
+    NotInOwnMiniFleet = 5063,   // number, A, B (its units), A, B (its groups)
+    NotUsedInMiniFleets = 5064, // number in the fleet
+
+    // ANN parameters.
+    ActionetRange = 5070,
+    ActionetSum = 5071,
+    ActionetModel = 5072, // index of the model
 };
 
-// Name of the MPT1343 numbering: the caption of its configuration window.
+// Name of each numbering: the caption of its configuration window.
 inline constexpr int textAddressingMpt1343Name = 4034;
+inline constexpr int textAddressingActionetName = 4016;

@@ -64,16 +64,18 @@ std::string Show(const DialVector& v)
     return text;
 }
 
-TEST(DialVectors, Mpt1343)
+TEST(DialVectors, BothNumberings)
 {
     std::map<std::string, std::unique_ptr<MptAddressing>> addressings;
-    const auto vectors = ReadDialVectors();
-    ASSERT_EQ(vectors.size(), 108u);
-    for (const DialVector& vector : vectors) {
-        auto& addressing = addressings[vector.plan];
-        if (!addressing)
-            addressing = MakeMpt1343(PlanNamed(vector.plan));
-        EXPECT_EQ(Show(Convert(*addressing, vector)), Show(vector));
+    for (const auto& [file, count] : {std::pair{"mpt1343.tsv", 108u}, std::pair{"actionet.tsv", 81u}}) {
+        const auto vectors = ReadDialVectors(file);
+        ASSERT_EQ(vectors.size(), count);
+        for (const DialVector& vector : vectors) {
+            auto& addressing = addressings[vector.plan];
+            if (!addressing)
+                addressing = MakeAddressing(PlanNamed(vector.plan));
+            EXPECT_EQ(Show(Convert(*addressing, vector)), Show(vector));
+        }
     }
 }
 
@@ -85,7 +87,7 @@ struct RefusedText {
 
 TEST(DialVectors, OddTexts)
 {
-    const auto addressing = MakeMpt1343(PlanNamed("P1"));
+    const auto addressing = MakeAddressing(PlanNamed("P1"));
     const RefusedText refused[] = {
         {" - \t#", AddressingCode::NumberEmpty},
         {"##", AddressingCode::CallModifier},
@@ -129,7 +131,7 @@ TEST(DialVectors, OddTexts)
 
 TEST(DialVectors, InvalidAddressesHaveNoNumber)
 {
-    const auto addressing = MakeMpt1343(PlanNamed("P1"));
+    const auto addressing = MakeAddressing(PlanNamed("P1"));
     const std::pair<RadioAddress, AddressingCode> refused[] = {
         {{128, 1}, AddressingCode::PrefixRange},
         {{-1, 1}, AddressingCode::PrefixRange},

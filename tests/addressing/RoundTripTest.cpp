@@ -1,9 +1,12 @@
+#include "addressing/ActionetLayout.h"
 #include "addressing/FleetPlanChecks.h"
 #include "addressing/TestPlans.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
+#include <set>
 
 namespace {
 
@@ -21,19 +24,54 @@ bool IsAllDigits(const std::string& text)
     return text.find_first_not_of("0123456789") == std::string::npos;
 }
 
+// Both forms of an address lead back to it; so no two addresses share a text.
+bool RoundTrips(const MptAddressing& addressing, const RadioAddress& address)
+{
+    const std::string full = addressing.AddressToDial(address);
+    const std::string brief = addressing.ShortDial(address);
+    return TryDial(addressing, full) == address && (brief == full || TryDial(addressing, brief) == address);
+}
+
 TEST(RoundTrip, EveryAddress)
 {
-    const auto addressing = MakeMpt1343(PlanNamed("P1"));
-    int failures = 0;
-    for (int prefix = 0; prefix <= maxPrefix; ++prefix) {
-        for (int ident = 0; ident <= maxIdent; ++ident) {
-            const RadioAddress address{prefix, ident};
-            const std::string full = addressing->AddressToDial(address);
-            const std::string brief = addressing->ShortDial(address);
-            if (TryDial(*addressing, full) != address ||
-                (brief != full && TryDial(*addressing, brief) != address)) {
-                ADD_FAILURE() << prefix << '-' << ident << ": " << full << ", " << brief;
-                ASSERT_LT(++failures, 20);
+    for (const char* name : {"P1", "ANN-A", "ANN-B", "ANN-C", "ANN-D"}) {
+        SCOPED_TRACE(name);
+        const auto addressing = MakeAddressing(PlanNamed(name));
+        for (int prefix = 0; prefix <= maxPrefix; ++prefix) {
+            for (int ident = 0; ident <= maxIdent; ++ident) {
+                if (!RoundTrips(*addressing, {prefix, ident}))
+                    FAIL() << prefix << '-' << ident;
+            }
+        }
+    }
+}
+
+TEST(RoundTrip, EveryActionetModelAndParameters)
+{
+    for (int model = 0; model <= 3; ++model) {
+        for (int fpp = 0; fpp <= 10; ++fpp) {
+            for (int mep = 0; mep <= 10 - fpp; ++mep) {
+                SCOPED_TRACE(testing::Message() << model << ", FPP " << fpp << ", MEP " << mep);
+                const ActionetConfig config{fpp, mep, model};
+                // The own radio in a different fleet and under a different prefix each time.
+                const int ident = 1 + (fpp * 1511 + mep * 811) % maxSubscriberIdent;
+                const RadioNumbering own{.prefix = fpp, .ident = ident};
+                const auto addressing = MakeAddressing({{}, own, config});
+                std::set<int> fleets;
+                std::map<ActionetFleetKind, int> kinds;
+                int numbers = 0;
+                for (int other = 1; other <= maxSubscriberIdent; ++other) {
+                    if (!RoundTrips(*addressing, {own.prefix, other}))
+                        FAIL() << other;
+                    const ActionetFleet fleet = ActionetFleetOf(config, other);
+                    numbers += fleet.NumberOf(other).has_value();
+                    if (fleets.insert(fleet.FirstIdent()).second)
+                        ++kinds[fleet.shape->kind];
+                }
+                EXPECT_EQ(kinds[ActionetFleetKind::Large], fpp);
+                EXPECT_EQ(kinds[ActionetFleetKind::Small], (10 - fpp - mep) * 10);
+                EXPECT_EQ(kinds[ActionetFleetKind::Mini], mep * 30);
+                EXPECT_EQ(numbers, fpp * 800 + (10 - fpp - mep) * 800 + mep * 30 * 26);
             }
         }
     }
@@ -42,7 +80,7 @@ TEST(RoundTrip, EveryAddress)
 TEST(RoundTrip, EveryNumberOfThePlan)
 {
     const TestPlan plan = PlanNamed("P1");
-    const auto addressing = MakeMpt1343(plan);
+    const auto addressing = MakeAddressing(plan);
     for (const FleetConfig& fleet : plan.fleets) {
         for (int ident = fleet.baseIdent; ident <= fleet.maxIdent; ++ident) {
             const std::string text = addressing->AddressToDial({fleet.prefix, ident});
@@ -71,7 +109,7 @@ TEST(RoundTrip, EveryFleetNumberAndSize)
                 }
                 ++accepted;
                 const int digits = size > (type == FleetType::Units ? 70 : 10) ? 3 : 2;
-                const auto addressing = MakeMpt1343({{ToFleetConfig(fleet, digits)}, std::nullopt});
+                const auto addressing = MakeAddressing({{ToFleetConfig(fleet, digits)}, std::nullopt});
                 for (const int ident : {base, base + size / 2, base + size - 1}) {
                     const std::string text = addressing->AddressToDial({127, ident});
                     ASSERT_TRUE(IsAllDigits(text)) << text;
@@ -87,8 +125,8 @@ TEST(RoundTrip, EveryFleetNumberAndSize)
 TEST(RoundTrip, AcceptedDigitsReachAFixedPoint)
 {
     std::mt19937 random(1343);
-    for (const char* name : {"P1", "P2", "P3", "P4"}) {
-        const auto addressing = MakeMpt1343(PlanNamed(name));
+    for (const char* name : {"P1", "P2", "P3", "P4", "ANN-A", "ANN-B", "ANN-C", "ANN-D"}) {
+        const auto addressing = MakeAddressing(PlanNamed(name));
         int accepted = 0;
         for (int i = 0; i < 20000; ++i) {
             std::string dial(1 + random() % 12, '0');
@@ -111,8 +149,8 @@ TEST(RoundTrip, AcceptedDigitsReachAFixedPoint)
 TEST(RoundTrip, TelephoneNumbers)
 {
     std::mt19937 random(8101);
-    for (const char* name : {"P1", "P4"}) {
-        const auto addressing = MakeMpt1343(PlanNamed(name));
+    for (const char* name : {"P1", "P4", "ANN-A", "ANN-C"}) {
+        const auto addressing = MakeAddressing(PlanNamed(name));
         for (int i = 0; i < 20000; ++i) {
             RadioAddress address{static_cast<int>(random() % (i % 2 ? 128 : 1)), i % 3 ? 8101 : 8102,
                                  AddressKind::Gateway, std::string(1 + random() % 31, '0')};
@@ -127,18 +165,23 @@ TEST(RoundTrip, TelephoneNumbers)
 
 TEST(RoundTrip, OneWrongDigitNeverReachesTheSameRadio)
 {
-    const TestPlan plan = PlanNamed("P1");
-    const auto addressing = MakeMpt1343(plan);
-    for (const FleetConfig& fleet : plan.fleets) {
-        for (const int ident : {fleet.baseIdent, fleet.maxIdent}) {
-            const RadioAddress address{fleet.prefix, ident};
-            const std::string text = addressing->AddressToDial(address);
-            for (std::size_t pos = 0; pos < text.size(); ++pos) {
-                for (char digit = '0'; digit <= '9'; ++digit) {
-                    std::string wrong = text;
-                    wrong[pos] = digit;
-                    EXPECT_EQ(TryDial(*addressing, wrong) == address, wrong == text) << wrong;
-                }
+    std::vector<std::pair<std::string, RadioAddress>> cases;
+    for (const FleetConfig& fleet : PlanNamed("P1").fleets) {
+        cases.push_back({"P1", {fleet.prefix, fleet.baseIdent}});
+        cases.push_back({"P1", {fleet.prefix, fleet.maxIdent}});
+    }
+    for (const int ident : {1, 800, 2431, 2510, 6481, 8099}) {
+        for (const char* name : {"ANN-A", "ANN-B", "ANN-D"})
+            cases.push_back({name, {9, ident}});
+    }
+    for (const auto& [name, address] : cases) {
+        const auto addressing = MakeAddressing(PlanNamed(name));
+        const std::string text = addressing->AddressToDial(address);
+        for (std::size_t pos = 0; pos < text.size(); ++pos) {
+            for (char digit = '0'; digit <= '9'; ++digit) {
+                std::string wrong = text;
+                wrong[pos] = digit;
+                EXPECT_EQ(TryDial(*addressing, wrong) == address, wrong == text) << wrong;
             }
         }
     }

@@ -9,10 +9,11 @@
 #include <string>
 #include <vector>
 
-// A fleet plan and an own number that the vectors are read with.
+// A configuration and an own number that the vectors are read with.
 struct TestPlan {
     std::vector<FleetConfig> fleets;
     std::optional<RadioNumbering> own;
+    std::optional<ActionetConfig> actionet = std::nullopt; // ANN instead of MPT1343
 };
 
 inline TestPlan PlanNamed(const std::string& name)
@@ -38,42 +39,55 @@ inline TestPlan PlanNamed(const std::string& name)
         return {{}, RadioNumbering{10, 5000, 4900, 5599, 7000, 7099, 3, 3}};
     if (name == "P4")
         return {};
+    if (name == "ANN-A") // large fleet 0
+        return {{}, RadioNumbering{.prefix = 0, .ident = 1}, ActionetConfig{.FPP = 3, .MEP = 2, .model = 3}};
+    if (name == "ANN-B") // third mini fleet of block 99
+        return {
+            {}, RadioNumbering{.prefix = 4, .ident = 8074}, ActionetConfig{.FPP = 0, .MEP = 10, .model = 1}};
+    if (name == "ANN-C") // large fleet 1
+        return {
+            {}, RadioNumbering{.prefix = 7, .ident = 811}, ActionetConfig{.FPP = 10, .MEP = 0, .model = 0}};
+    if (name == "ANN-D") // small fleet 01
+        return {
+            {}, RadioNumbering{.prefix = 12, .ident = 82}, ActionetConfig{.FPP = 0, .MEP = 0, .model = 2}};
     throw std::invalid_argument("no plan " + name);
 }
 
 class ListSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
 public:
     explicit ListSource(std::vector<FleetConfig> fleets) : m_fleets(std::move(fleets)) {}
+    explicit ListSource(const ActionetConfig& actionet) : m_actionet(actionet) {}
 
     int NumberOfFleets() override { return static_cast<int>(m_fleets.size()); }
     void RetreiveFleetConfig(std::span<FleetConfig> fleets) override
     {
         std::copy(m_fleets.begin(), m_fleets.end(), fleets.begin());
     }
-    void RetreiveActionetConfig(ActionetConfig&) override { throw std::logic_error("not asked for"); }
+    void RetreiveActionetConfig(ActionetConfig& config) override { config = m_actionet.value(); }
 
 private:
     std::vector<FleetConfig> m_fleets;
+    std::optional<ActionetConfig> m_actionet;
 };
 
-inline std::unique_ptr<MptAddressing> MakeMpt1343(const TestPlan& plan)
+inline std::unique_ptr<MptAddressing> MakeAddressing(const TestPlan& plan)
 {
-    auto addressing = CreateAddressing("MPT1343");
-    ListSource source(plan.fleets);
+    auto addressing = CreateAddressing(plan.actionet ? "ACTIONET" : "MPT1343");
+    ListSource source = plan.actionet ? ListSource(*plan.actionet) : ListSource(plan.fleets);
     addressing->SetConfigSource(source, source);
     if (plan.own)
         addressing->SetRadioNumbering(*plan.own);
     return addressing;
 }
 
-// A line of data/addressing/mpt1343.tsv: what a text converts to and back, or the sentence that refuses it.
+// A line of a file in data/addressing: what a text converts to and back, or the sentence that refuses it.
 struct DialVector {
     std::string plan, dial, prefix, ident, kind, digits, canonical, shortDial, error;
 };
 
-inline std::vector<DialVector> ReadDialVectors()
+inline std::vector<DialVector> ReadDialVectors(const std::string& name)
 {
-    std::ifstream file(TEST_DATA_DIR "/addressing/mpt1343.tsv");
+    std::ifstream file(TEST_DATA_DIR "/addressing/" + name);
     std::vector<DialVector> vectors;
     std::string line;
     std::getline(file, line); // headings

@@ -78,7 +78,7 @@ TEST_F(Dial, EveryVectorThroughStandardInput)
     for (const std::string name : {"P1", "P2", "P3", "P4"}) {
         std::vector<QJsonObject> expected;
         QByteArray input;
-        for (const DialVector& vector : ReadDialVectors()) {
+        for (const DialVector& vector : ReadDialVectors("mpt1343.tsv")) {
             if (vector.plan != name)
                 continue;
             expected.push_back(ExpectedObject(vector));
