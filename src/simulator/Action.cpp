@@ -34,6 +34,16 @@ std::string CheckCall(const CallAction& action, const Fleet& fleet)
     return telephone ? std::string{} : CheckSender(action.from, fleet);
 }
 
+std::string CheckSignal(const SignalAction& action, const Fleet& fleet)
+{
+    const Subscriber* member = fleet.Find(action.who);
+    if (!member)
+        return "there is no \"" + action.who + "\" in the fleet";
+    if (member->kind != SubscriberKind::Outstation)
+        return member->name + " is no outstation";
+    return {};
+}
+
 std::string DescribeCall(const CallAction& action, const Fleet& fleet)
 {
     std::string text = action.emergency ? "emergency " : "";
@@ -59,6 +69,11 @@ std::string CheckAction(const Action& action, const Fleet& fleet)
                                          ? std::string{}
                                          : "there is no \"" + behave.who + "\" in the fleet";
                           },
+                          [&](const SignalAction& signal) { return CheckSignal(signal, fleet); },
+                          [&](const NumberingAction& numbering) {
+                              const Subscriber* member = fleet.Find(numbering.address);
+                              return member ? member->name + " has this address" : std::string{};
+                          },
                           [](const auto&) { return std::string{}; },
                       },
                       action);
@@ -80,6 +95,11 @@ std::string Describe(const Action& action, const Fleet& fleet)
             },
             [](const FieldAction& a) { return "field strength " + std::to_string(a.strength); },
             [](const BehaveAction& a) { return a.who + " " + std::string(WordOf(a.reaction.behaviour)); },
+            [](const SignalAction& a) {
+                return std::string(a.isControl ? "control " : "sensor ") + std::to_string(a.number) + " of " +
+                       a.who + ' ' + std::string(WordOf(a.signal));
+            },
+            [](const NumberingAction& a) { return "own number " + ToText(a.address); },
             [](const RestartAction&) { return std::string("restart of the radio"); },
         },
         action);

@@ -2,6 +2,7 @@
 
 #include "map27/CharacterCoding.h"
 #include "simulator/Fleet.h"
+#include "simulator/OwnRadio.h"
 
 #include <variant>
 
@@ -57,13 +58,30 @@ struct BehaveAction {
     bool operator==(const BehaveAction&) const = default;
 };
 
+// A sensor or control of an outstation changes without the console's doing.
+struct SignalAction {
+    std::string who; // name of the outstation
+    bool isControl = false;
+    std::uint8_t number = 0; // 0..7
+    Signal signal = Signal::Off;
+    bool operator==(const SignalAction&) const = default;
+};
+
+// The radio gets another number, and other ranges where they are given.
+struct NumberingAction {
+    map27::Address address;
+    std::optional<map27::NumberRange> units;
+    std::optional<map27::NumberRange> groups;
+    bool operator==(const NumberingAction&) const = default;
+};
+
 // The radio is switched off and on.
 struct RestartAction {
     bool operator==(const RestartAction&) const = default;
 };
 
 using Action = std::variant<StatusAction, TextAction, CallAction, HangUpAction, ContactAction, FieldAction,
-                            BehaveAction, RestartAction>;
+                            BehaveAction, SignalAction, NumberingAction, RestartAction>;
 
 // Why the action cannot be meant so, in plain words; empty when it can. Says nothing about the moment.
 std::string CheckAction(const Action& action, const Fleet& fleet);

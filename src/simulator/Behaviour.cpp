@@ -51,12 +51,25 @@ constexpr std::array rows{
     Row{Behaviour::Silent, "silent", {none, none}, {none, none}, 0, 0},
 };
 
+constexpr std::array<std::pair<std::string_view, Service>, 4> services{{{"status", Service::Status},
+                                                                        {"text", Service::Text},
+                                                                        {"call", Service::Call},
+                                                                        {"regroup", Service::Regroup}}};
+
 const Row& RowOf(Behaviour behaviour)
 {
     return *std::ranges::find(rows, behaviour, &Row::behaviour);
 }
 
 } // namespace
+
+std::optional<Service> ServiceOfWord(std::string_view word)
+{
+    const auto service = std::ranges::find(services, word, &std::pair<std::string_view, Service>::first);
+    if (service == services.end())
+        return std::nullopt;
+    return service->second;
+}
 
 Reaction Reaction::Of(Behaviour behaviour)
 {

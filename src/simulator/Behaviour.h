@@ -11,7 +11,10 @@
 namespace sim {
 
 // What somebody asks of the network.
-enum class Service { Status, Text, Call };
+enum class Service { Status, Text, Call, Regroup };
+
+// "status", "text", "call", "regroup".
+std::optional<Service> ServiceOfWord(std::string_view word);
 
 // How the network and the radio addressed take a request; Behaviour.cpp says what each one sends.
 enum class Behaviour {

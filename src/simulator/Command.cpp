@@ -1,90 +1,16 @@
 #include "simulator/Command.h"
 
+#include "simulator/CommandWords.h"
+
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 
 namespace sim {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
 constexpr int longestMs = 3600 * 1000;
-
-// The words of a line, taken one after another. Throws CommandProblem.
-class Words {
-public:
-    Words(std::string_view line, const Scenario& scenario) : m_scenario(&scenario), m_rest(line) { Trim(); }
-
-    bool AtEnd() const { return m_rest.empty(); }
-
-    std::string_view Peek() const { return m_rest.substr(0, m_rest.find_first_of(blanks)); }
-
-    std::string_view Next(const char* what)
-    {
-        if (AtEnd())
-            throw CommandProblem{std::string(what) + " is missing"};
-        const std::string_view word = Peek();
-        m_rest.remove_prefix(word.size());
-        m_afterWord = m_rest;
-        Trim();
-        return word;
-    }
-
-    bool Skip(std::string_view word)
-    {
-        if (Peek() != word)
-            return false;
-        Next("");
-        return true;
-    }
-
-    int Number(const char* what, int lowest, int highest)
-    {
-        const std::string word(Next(what));
-        int value = 0;
-        const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
-        if (error != std::errc{} || end != word.data() + word.size() || value < lowest || value > highest)
-            throw CommandProblem{std::string(what) + " must be " + std::to_string(lowest) + " to " +
-                                 std::to_string(highest) + ", not \"" + word + '"'};
-        return value;
-    }
-
-    map27::Address Sender()
-    {
-        const std::string word(Next("the sender"));
-        const auto address = m_scenario->fleet.Resolve(word);
-        if (!address)
-            throw CommandProblem{"there is no \"" + word + "\" in the fleet, and it is no prefix/ident"};
-        return *address;
-    }
-
-    // All that is left, but for the one blank after the word before.
-    std::string Remainder()
-    {
-        std::string text(m_afterWord.empty() ? m_afterWord : m_afterWord.substr(1));
-        m_rest = {};
-        return text;
-    }
-
-    void End() const
-    {
-        if (!AtEnd())
-            throw CommandProblem{"\"" + std::string(m_rest) + "\" is too much"};
-    }
-
-private:
-    void Trim()
-    {
-        const std::size_t begin = m_rest.find_first_not_of(blanks);
-        m_rest.remove_prefix(begin == std::string_view::npos ? m_rest.size() : begin);
-    }
-
-    const Scenario* m_scenario;
-    std::string_view m_rest;
-    std::string_view m_afterWord;
-};
 
 Command ParseStatus(Words& words, const Scenario&)
 {
@@ -165,12 +91,9 @@ Command ParseBehave(Words& words, const Scenario&)
 {
     BehaveAction action;
     action.who = words.Next("the name");
-    if (words.Skip("status"))
-        action.service = Service::Status;
-    else if (words.Skip("text"))
-        action.service = Service::Text;
-    else if (words.Skip("call"))
-        action.service = Service::Call;
+    action.service = ServiceOfWord(words.Peek());
+    if (action.service)
+        words.Next("");
     const std::string word(words.Next("the behaviour"));
     const auto behaviour = BehaviourOfWord(word);
     if (!behaviour)
@@ -181,6 +104,57 @@ Command ParseBehave(Words& words, const Scenario&)
     if (!words.AtEnd())
         action.reaction.answerAfter = Milliseconds(words.Number("the time to answer", 0, longestMs));
     return Action(action);
+}
+
+template <bool isControl> Command ParseSignal(Words& words, const Scenario&)
+{
+    SignalAction action;
+    action.who = words.Next("the outstation");
+    action.isControl = isControl;
+    action.number = static_cast<std::uint8_t>(words.Number("the number", 0, 7));
+    const std::string word(words.Next("on, off or unknown"));
+    const auto signal = SignalOfWord(word);
+    if (!signal)
+        throw CommandProblem{"it is on, off or unknown, not \"" + word + '"'};
+    action.signal = *signal;
+    return Action(action);
+}
+
+map27::NumberRange ParseRange(Words& words)
+{
+    map27::NumberRange range;
+    range.base = static_cast<std::uint16_t>(words.Number("the base", 1, HighestSubscriberIdent));
+    range.highest =
+        static_cast<std::uint16_t>(words.Number("the highest number", range.base, HighestSubscriberIdent));
+    range.threeDigits = words.Number("the digits", 2, 3) == 3;
+    return range;
+}
+
+Command ParseNumbering(Words& words, const Scenario&)
+{
+    const std::string own(words.Next("the own number"));
+    const auto address = ParseAddress(own);
+    if (!address)
+        throw CommandProblem{"\"" + own + "\" is no prefix/ident"};
+    NumberingAction action{*address, std::nullopt, std::nullopt};
+    while (!words.AtEnd()) {
+        if (words.Skip("units"))
+            action.units = ParseRange(words);
+        else if (words.Skip("groups"))
+            action.groups = ParseRange(words);
+        else
+            throw CommandProblem{"\"" + std::string(words.Peek()) + "\" is neither units nor groups"};
+    }
+    return Action(action);
+}
+
+template <typename About> Command ParseMember(Words& words, const Scenario& scenario)
+{
+    const std::string name(words.Next("the name"));
+    const Subscriber* member = scenario.fleet.Find(name);
+    if (!member)
+        throw CommandProblem{"there is no \"" + name + "\" in the fleet"};
+    return About{member->address};
 }
 
 Command ParseRestart(Words&, const Scenario&)
@@ -219,12 +193,18 @@ constexpr std::array kinds{
     CommandKind{"hangup", ParseHangUp, "", "the other side hangs up or stops ringing"},
     CommandKind{"contact", ParseContact, "lost|found", "radio contact"},
     CommandKind{"field", ParseField, "N", "field strength 0..255, no longer wandering"},
-    CommandKind{"behave", ParseBehave, "NAME [status|text|call] BEHAVIOUR [REACT_MS [ANSWER_MS]]",
+    CommandKind{"behave", ParseBehave, "NAME [status|text|call|regroup] BEHAVIOUR [REACT_MS [ANSWER_MS]]",
                 "how NAME takes requests from now on"},
+    CommandKind{"sensor", ParseSignal<false>, "NAME N on|off|unknown", "sensor 0..7 of an outstation"},
+    CommandKind{"control", ParseSignal<true>, "NAME N on|off|unknown", "control 0..7 of an outstation"},
+    CommandKind{"numbering", ParseNumbering, "PREFIX/IDENT [units BASE MAX DIGITS] [groups BASE MAX DIGITS]",
+                "the radio's own number and ranges"},
     CommandKind{"restart", ParseRestart, "", "the radio is switched off and on"},
     CommandKind{"silent", ParseSilent, "on|off", "nothing gets through the line"},
     CommandKind{"state", ParsePlain<StateCommand>, "", "link, contact, hook, call and message of the radio"},
     CommandKind{"last", ParsePlain<LastCommand>, "", "the console's last status, text or call"},
+    CommandKind{"groups", ParseMember<GroupsCommand>, "NAME", "the dynamic groups that NAME holds"},
+    CommandKind{"signals", ParseMember<SignalsCommand>, "NAME", "sensors and controls of an outstation"},
     CommandKind{"list", ParsePlain<ListCommand>, "", "the fleet"},
     CommandKind{"help", ParsePlain<HelpCommand>, "", "these commands"},
 };

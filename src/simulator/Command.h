@@ -11,11 +11,18 @@ struct HelpCommand {};
 struct ListCommand {};  // the fleet
 struct StateCommand {}; // of the radio
 struct LastCommand {};  // the console's last request
+struct GroupsCommand {  // a radio's dynamic groups
+    map27::Address radio;
+};
+struct SignalsCommand { // of an outstation
+    map27::Address outstation;
+};
 struct SilentCommand {
     bool silent = true; // nothing gets through the line
 };
 
-using Command = std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, SilentCommand>;
+using Command = std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, GroupsCommand,
+                             SignalsCommand, SilentCommand>;
 
 struct CommandProblem {
     std::string reason; // in plain words

@@ -1,5 +1,6 @@
 #include "simulator/EventReader.h"
 
+#include "simulator/NumberReader.h"
 #include "simulator/ReactionReader.h"
 
 #include <algorithm>
@@ -101,9 +102,38 @@ Action ReadField(const JsonNode& event, const Scenario&)
 
 Action ReadBehave(const JsonNode& event, const Scenario&)
 {
-    event.RequireMembers({"at", "every", "do", "who", "behaviour"});
-    return BehaveAction{event.Member("who").Text(), std::nullopt,
+    event.RequireMembers({"at", "every", "do", "who", "service", "behaviour"});
+    BehaveAction action{event.Member("who").Text(), std::nullopt,
                         Reaction::Of(ReadBehaviour(event.Member("behaviour")))};
+    if (const auto service = event.Find("service")) {
+        action.service = ServiceOfWord(service->Text());
+        if (!action.service)
+            service->Fail("must be \"status\", \"text\", \"call\" or \"regroup\", not \"" + service->Text() +
+                          "\"");
+    }
+    return action;
+}
+
+template <bool isControl> Action ReadSignal(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do", "who", "number", "is"});
+    const JsonNode is = event.Member("is");
+    const auto signal = SignalOfWord(is.Text());
+    if (!signal)
+        is.Fail("must be \"on\", \"off\" or \"unknown\", not \"" + is.Text() + "\"");
+    return SignalAction{event.Member("who").Text(), isControl,
+                        static_cast<std::uint8_t>(event.Member("number").Integer(0, 7)), *signal};
+}
+
+Action ReadNumbering(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do", "prefix", "ident", "units", "groups"});
+    NumberingAction action{ReadAddress(event), std::nullopt, std::nullopt};
+    if (const auto units = event.Find("units"))
+        action.units = ReadRange(*units);
+    if (const auto groups = event.Find("groups"))
+        action.groups = ReadRange(*groups);
+    return action;
 }
 
 struct EventKind {
@@ -122,6 +152,9 @@ constexpr std::array kinds{
     EventKind{"contact-found", ReadContact<true>},
     EventKind{"field", ReadField},
     EventKind{"behave", ReadBehave},
+    EventKind{"sensor", ReadSignal<false>},
+    EventKind{"control", ReadSignal<true>},
+    EventKind{"numbering", ReadNumbering},
 };
 
 Action ReadAction(const JsonNode& event, const Scenario& scenario)

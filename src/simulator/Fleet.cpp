@@ -42,10 +42,25 @@ Reaction& Reactions::To(Service service)
         return status;
     case Service::Text:
         return text;
+    case Service::Regroup:
+        return regroup;
     case Service::Call:
         break;
     }
     return call;
+}
+
+std::string_view WordOf(SubscriberKind kind)
+{
+    switch (kind) {
+    case SubscriberKind::Group:
+        return "group";
+    case SubscriberKind::Outstation:
+        return "outstation";
+    case SubscriberKind::Unit:
+        break;
+    }
+    return "unit";
 }
 
 const Subscriber* Fleet::Find(map27::Address address) const

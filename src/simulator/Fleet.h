@@ -2,6 +2,7 @@
 
 #include "map27/Address.h"
 #include "simulator/Behaviour.h"
+#include "simulator/OutstationSettings.h"
 
 #include <map>
 #include <string>
@@ -10,14 +11,18 @@
 
 namespace sim {
 
-enum class SubscriberKind { Unit, Group };
+enum class SubscriberKind { Unit, Group, Outstation };
+
+// The words of scenarios, "unit".
+std::string_view WordOf(SubscriberKind kind);
 
 struct Reactions {
     Reaction status = Reaction::Of(Behaviour::Answers);
     Reaction text = Reaction::Of(Behaviour::Answers);
     Reaction call = Reaction::Of(Behaviour::Answers);
+    Reaction regroup = Reaction::Of(Behaviour::Answers); // regroup and group name commands
 
-    static Reactions All(const Reaction& reaction) { return {reaction, reaction, reaction}; }
+    static Reactions All(const Reaction& reaction) { return {reaction, reaction, reaction, reaction}; }
     Reaction& To(Service service);
     const Reaction& To(Service service) const { return const_cast<Reactions*>(this)->To(service); }
 };
@@ -27,6 +32,7 @@ struct Subscriber {
     map27::Address address;
     SubscriberKind kind = SubscriberKind::Unit;
     Reactions reactions;
+    OutstationSettings outstation; // of an outstation, as it begins
 };
 
 // Telephone numbers behind one gateway.

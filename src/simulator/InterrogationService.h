@@ -12,6 +12,9 @@ public:
     // Personality, numbering, settings and network information. False for any other question.
     bool Answer(std::uint8_t reason);
 
+    // Unasked, after a change.
+    void TellNumbering() { m_air.console.Tell(Numbering()); }
+
     // Takes what the console switches on and off, as far as the radio has it, and tells what is in force.
     void Set(const map27::SettingsMessage& settings);
     // Of Facility; whether the user has what comes in that way accepted.

@@ -1,5 +1,6 @@
 #include "simulator/MessageService.h"
 
+#include "simulator/GroupCommand.h"
 #include "simulator/Outcome.h"
 
 #include <algorithm>
@@ -43,7 +44,7 @@ void MessageService::Send(const map27::StatusMessage& message)
     if (message.status > 31)
         m_air.console.Tell(map27::ProtocolInfoMessage{map27::ProtocolReason::CodingNotSupported});
     else
-        Start(message.party, Service::Status);
+        Start(message.party, Service::Status, message);
 }
 
 void MessageService::Send(const map27::ShortDataMessage& message)
@@ -55,7 +56,7 @@ void MessageService::Send(const map27::ShortDataMessage& message)
     else if (!map27::Fits(message.data, message.size))
         m_air.console.Tell(map27::ClearMessage{true, message.party.address, causeTooLong});
     else
-        Start(message.party, Service::Text);
+        Start(message.party, IsGroupCommand(message.data) ? Service::Regroup : Service::Text, message);
 }
 
 void MessageService::Cancel()
@@ -66,13 +67,16 @@ void MessageService::Cancel()
     Acknowledge(map27::AckOutcome::Negative, causeAborted);
 }
 
-void MessageService::Start(const map27::Party& called, Service service)
+void MessageService::Start(const map27::Party& called, Service service, map27::ToRadio message)
 {
     m_party = m_air.AcknowledgedParty(called);
     const Reaction reaction = m_air.scenario.fleet.ReactionOf(called, service);
-    m_attempt.Start(StepsOf(reaction, service), [this](StepOutcome outcome, std::uint8_t cause) {
-        Acknowledge(AckOutcomeOf(outcome), cause);
-    });
+    m_attempt.Start(StepsOf(reaction, service),
+                    [this, message = std::move(message)](StepOutcome outcome, std::uint8_t cause) {
+                        if (outcome == StepOutcome::Success)
+                            m_delivered(message);
+                        Acknowledge(AckOutcomeOf(outcome), cause);
+                    });
 }
 
 void MessageService::Acknowledge(map27::AckOutcome outcome, std::uint8_t cause)

@@ -9,7 +9,15 @@ namespace sim {
 // or E0.
 class MessageService {
 public:
-    explicit MessageService(Air& air) : m_air(air), m_attempt(air.schedule) {}
+    using Delivered = std::function<void(const map27::ToRadio& message)>;
+
+    // `delivered` is called with a message that has reached the called radio, before the console is told.
+    MessageService(Air& air, Delivered delivered)
+        : m_air(air),
+          m_delivered(std::move(delivered)),
+          m_attempt(air.schedule)
+    {
+    }
 
     // The radio has seen to it that nothing else is open.
     void Send(const map27::StatusMessage& message);
@@ -24,10 +32,11 @@ public:
     void Drop() { m_attempt.Stop(); }
 
 private:
-    void Start(const map27::Party& called, Service service);
+    void Start(const map27::Party& called, Service service, map27::ToRadio message);
     void Acknowledge(map27::AckOutcome outcome, std::uint8_t cause);
 
     Air& m_air;
+    Delivered m_delivered;
     Attempt m_attempt;
     map27::Party m_party; // as acknowledgements name it
 };

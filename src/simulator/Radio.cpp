@@ -43,9 +43,10 @@ Radio::Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed)
       m_reception(m_schedule, m_random, m_scenario.network.field, [this] { TellCondition(); }),
       m_interrogations(m_air),
       m_deliveries(m_air),
-      m_messages(m_air),
+      m_messages(m_air, [this](const map27::ToRadio& message) { Reach(message); }),
       m_calls(m_air, [this] { TellCondition(); })
 {
+    BuildOutstations();
 }
 
 RadioOutput Radio::Connect(TimePoint now)
@@ -272,6 +273,26 @@ std::string Radio::Do(const BehaveAction& action)
     return {};
 }
 
+std::string Radio::Do(const SignalAction& action)
+{
+    const map27::Address address = m_scenario.fleet.Find(action.who)->address;
+    Outstation& outstation = *std::ranges::find(m_outstations, address, &Outstation::Address);
+    if (action.isControl)
+        outstation.SetControl(action.number, action.signal);
+    else
+        outstation.SetSensor(action.number, action.signal);
+    return {};
+}
+
+std::string Radio::Do(const NumberingAction& action)
+{
+    m_scenario.radio.address = action.address;
+    m_scenario.radio.units = action.units.value_or(m_scenario.radio.units);
+    m_scenario.radio.groups = action.groups.value_or(m_scenario.radio.groups);
+    m_interrogations.TellNumbering();
+    return {};
+}
+
 std::string Radio::Do(const RestartAction&)
 {
     DropEverything();
@@ -288,6 +309,42 @@ std::string Radio::WhyNothingArrives(std::uint8_t facility) const
     if (!m_interrogations.Accepts(facility))
         return "the console has switched this kind of message or call off";
     return {};
+}
+
+void Radio::BuildOutstations()
+{
+    for (const Subscriber& member : m_scenario.fleet.members) {
+        if (member.kind != SubscriberKind::Outstation)
+            continue;
+        m_outstations.emplace_back(
+            m_schedule, m_random, member.address, member.outstation, [this](const TextAction& report) {
+                // Nobody misses a report while there is no console to have it.
+                if (const std::string problem = Do(report); !problem.empty() && m_link.IsReady())
+                    Note("report of " + m_scenario.fleet.Describe({report.from, {}}) +
+                         " left out: " + problem);
+            });
+    }
+}
+
+const Outstation* Radio::FindOutstation(map27::Address address) const
+{
+    const auto found = std::ranges::find(m_outstations, address, &Outstation::Address);
+    return found == m_outstations.end() ? nullptr : &*found;
+}
+
+void Radio::Reach(const map27::ToRadio& message)
+{
+    if (const auto* status = std::get_if<map27::StatusMessage>(&message)) {
+        const auto found = std::ranges::find(m_outstations, status->party.address, &Outstation::Address);
+        if (found != m_outstations.end())
+            found->Take(status->status);
+    } else if (const auto* data = std::get_if<map27::ShortDataMessage>(&message);
+               data && IsGroupCommand(data->data)) {
+        if (const auto command = DecodeGroupCommand(data->data))
+            m_groups.Obey(*command, data->party.address, m_scenario.fleet);
+        else
+            Note("a group command that no radio can follow: " + map27::ToHex(data->data.octets));
+    }
 }
 
 void Radio::DropEverything()

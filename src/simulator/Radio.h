@@ -4,10 +4,13 @@
 #include "simulator/Air.h"
 #include "simulator/CallService.h"
 #include "simulator/DeliveryService.h"
+#include "simulator/GroupMemory.h"
 #include "simulator/InterrogationService.h"
 #include "simulator/MessageService.h"
+#include "simulator/Outstation.h"
 #include "simulator/Reception.h"
 
+#include <list>
 #include <utility>
 
 namespace sim {
@@ -44,6 +47,9 @@ public:
     bool MessageOpen() const { return m_messages.IsOpen(); }
     map27::OperatingConditionMessage Condition() const;
     const Scenario& GetScenario() const { return m_scenario; }
+    // Null when the address is no outstation's.
+    const Outstation* FindOutstation(map27::Address address) const;
+    const GroupMemory& Groups() const { return m_groups; }
     // The console's last status, text or call, "status 5 to Unit20 (0/2)"; empty before the first.
     const std::string& LastRequest() const { return m_lastRequest; }
 
@@ -79,9 +85,14 @@ private:
     std::string Do(const ContactAction& action);
     std::string Do(const FieldAction& action);
     std::string Do(const BehaveAction& action);
+    std::string Do(const SignalAction& action);
+    std::string Do(const NumberingAction& action);
     std::string Do(const RestartAction& action);
     std::string WhyNothingArrives(std::uint8_t facility) const;
     void DropEverything();
+    void BuildOutstations();
+    // What a message of the console does at the radio that it has reached.
+    void Reach(const map27::ToRadio& message);
 
     Scenario m_scenario;
     Random m_random;
@@ -97,6 +108,8 @@ private:
     DeliveryService m_deliveries;
     MessageService m_messages;
     CallService m_calls;
+    GroupMemory m_groups;
+    std::list<Outstation> m_outstations; // a list: they stay where they are
 };
 
 } // namespace sim

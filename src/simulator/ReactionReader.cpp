@@ -55,6 +55,8 @@ Reactions ReadReactions(const JsonNode& member)
         reactions.text = ReadReactionOr(*text, own);
     if (const auto call = member.Find("call"))
         reactions.call = ReadReactionOr(*call, own);
+    if (const auto regroup = member.Find("regroup"))
+        reactions.regroup = ReadReactionOr(*regroup, own);
     return reactions;
 }
 

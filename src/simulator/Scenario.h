@@ -2,15 +2,9 @@
 
 #include "map27/Messages.h"
 #include "simulator/Action.h"
+#include "simulator/OwnRadio.h"
 
 namespace sim {
-
-// The radio that the console is connected to.
-struct OwnRadio {
-    map27::Address address;
-    map27::NumberRange units;
-    map27::NumberRange groups;
-};
 
 // Field strength as the radio reports it; wanders between the two, or stays when they are equal.
 struct FieldStrength {

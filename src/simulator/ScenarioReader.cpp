@@ -1,6 +1,7 @@
 #include "simulator/ScenarioReader.h"
 
 #include "simulator/EventReader.h"
+#include "simulator/NumberReader.h"
 #include "simulator/ReactionReader.h"
 
 #include <QFile>
@@ -12,23 +13,6 @@ namespace sim {
 namespace {
 
 constexpr std::size_t longestName = 32;
-
-map27::Address ReadAddress(const JsonNode& node)
-{
-    return {static_cast<std::uint8_t>(node.Member("prefix").Integer(0, map27::HighestPrefix)),
-            static_cast<std::uint16_t>(node.Member("ident").Integer(1, HighestSubscriberIdent))};
-}
-
-map27::NumberRange ReadRange(const JsonNode& node)
-{
-    node.RequireMembers({"base", "max", "digits"});
-    map27::NumberRange range;
-    range.base = static_cast<std::uint16_t>(node.Member("base").Integer(1, HighestSubscriberIdent));
-    range.highest =
-        static_cast<std::uint16_t>(node.Member("max").Integer(range.base, HighestSubscriberIdent));
-    range.threeDigits = node.Member("digits").Integer(2, 3) == 3;
-    return range;
-}
 
 OwnRadio ReadRadio(const JsonNode& node)
 {
@@ -108,10 +92,49 @@ std::string ReadName(const JsonNode& node, const Fleet& fleet)
     return name;
 }
 
+SubscriberKind ReadKind(const JsonNode& node)
+{
+    const std::string word = node.Text();
+    for (const auto kind : {SubscriberKind::Unit, SubscriberKind::Group, SubscriberKind::Outstation}) {
+        if (word == WordOf(kind))
+            return kind;
+    }
+    node.Fail("must be \"unit\", \"group\" or \"outstation\", not \"" + word + "\"");
+}
+
+Signals ReadSignals(const JsonNode& node)
+{
+    const auto signals = SignalsOfText(node.Text());
+    if (!signals)
+        node.Fail("must be eight characters, number 7 first: 0 off, 1 on, any other unknown");
+    return *signals;
+}
+
+OutstationSettings ReadOutstation(const JsonNode& node)
+{
+    constexpr double aDay = 86400;
+    node.RequireMembers({"sensors", "controls", "bits", "changeEvery", "reportEvery", "reportAfterMs"});
+    OutstationSettings settings;
+    if (const auto sensors = node.Find("sensors"))
+        settings.sensors = ReadSignals(*sensors);
+    if (const auto controls = node.Find("controls"))
+        settings.controls = ReadSignals(*controls);
+    if (const auto bits = node.Find("bits"))
+        settings.coding =
+            bits->Integer(7, 8) == 8 ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
+    if (const auto every = node.Find("changeEvery"))
+        settings.changeEvery = Milliseconds(every->SecondsAsMilliseconds(aDay));
+    if (const auto every = node.Find("reportEvery"))
+        settings.reportEvery = Milliseconds(every->SecondsAsMilliseconds(aDay));
+    if (const auto after = node.Find("reportAfterMs"))
+        settings.reportAfter = Milliseconds(after->Integer(1, 60000));
+    return settings;
+}
+
 Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
 {
     node.RequireMembers({"name", "prefix", "ident", "kind", "behaviour", "reactAfterMs", "answerAfterMs",
-                         "talkMs", "status", "text", "call"});
+                         "talkMs", "status", "text", "call", "regroup", "outstation"});
     Subscriber member;
     member.name = ReadName(node.Member("name"), scenario.fleet);
     member.address = ReadAddress(node);
@@ -119,13 +142,14 @@ Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
         node.Fail("this is the address of the radio itself");
     if (const Subscriber* other = scenario.fleet.Find(member.address))
         node.Fail("\"" + other->name + "\" has the same address");
-    if (const auto kind = node.Find("kind")) {
-        const std::string word = kind->Text();
-        if (word != "unit" && word != "group")
-            kind->Fail("must be \"unit\" or \"group\", not \"" + word + "\"");
-        member.kind = word == "group" ? SubscriberKind::Group : SubscriberKind::Unit;
-    }
+    if (const auto kind = node.Find("kind"))
+        member.kind = ReadKind(*kind);
     member.reactions = ReadReactions(node);
+    if (const auto outstation = node.Find("outstation")) {
+        if (member.kind != SubscriberKind::Outstation)
+            outstation->Fail("belongs to the kind \"outstation\" only");
+        member.outstation = ReadOutstation(*outstation);
+    }
     return member;
 }
 

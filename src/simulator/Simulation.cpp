@@ -94,6 +94,15 @@ std::string Simulation::Perform(const Command& command, TimePoint now)
         return "ok " + StateText();
     if (std::holds_alternative<LastCommand>(command))
         return m_radio.LastRequest().empty() ? "ok" : "ok " + m_radio.LastRequest();
+    if (const auto* groups = std::get_if<GroupsCommand>(&command)) {
+        const Scenario& scenario = m_radio.GetScenario();
+        const std::string held = m_radio.Groups().Describe(groups->radio, scenario.fleet);
+        return held.empty() ? "ok" : "ok " + held;
+    }
+    if (const auto* signals = std::get_if<SignalsCommand>(&command)) {
+        const Outstation* outstation = m_radio.FindOutstation(signals->outstation);
+        return outstation ? "ok " + outstation->Describe() : "error that is no outstation";
+    }
     if (std::holds_alternative<ListCommand>(command))
         return ListText() + "ok";
     return CommandHelp() + "ok";
@@ -104,10 +113,11 @@ std::string Simulation::ListText() const
     std::string text;
     for (const Subscriber& member : m_radio.GetScenario().fleet.members) {
         text += member.name + ' ' + map27::ToText(member.address);
-        text += member.kind == SubscriberKind::Group ? " group" : " unit";
+        text += ' ' + std::string(WordOf(member.kind));
         text += " status " + std::string(WordOf(member.reactions.status.behaviour));
         text += " text " + std::string(WordOf(member.reactions.text.behaviour));
-        text += " call " + std::string(WordOf(member.reactions.call.behaviour)) + '\n';
+        text += " call " + std::string(WordOf(member.reactions.call.behaviour));
+        text += " regroup " + std::string(WordOf(member.reactions.regroup.behaviour)) + '\n';
     }
     return text;
 }

@@ -27,6 +27,14 @@ TEST(Command, MistakesAreAnsweredInPlainWords)
         {"behave Nobody busy", "error there is no \"Nobody\" in the fleet"},
         {"behave Unit20 call", "error the behaviour is missing"},
         {"behave Unit20 busy 1 -1", "error the time to answer must be 0 to 3600000, not \"-1\""},
+        {"sensor Plant30 8 on", "error the number must be 0 to 7, not \"8\""},
+        {"sensor Plant30 0 red", "error it is on, off or unknown, not \"red\""},
+        {"control Unit20 0 on", "error Unit20 is no outstation"},
+        {"groups Nobody", "error there is no \"Nobody\" in the fleet"},
+        {"signals Unit20", "error that is no outstation"},
+        {"numbering 0/2", "error Unit20 has this address"},
+        {"numbering 5", "error \"5\" is no prefix/ident"},
+        {"numbering 1/5 units 20 10 2", "error the highest number must be 20 to 8100, not \"10\""},
         {"silent maybe", "error silent is on or off, not \"maybe\""},
         {"hangup now", "error \"now\" is too much"},
         {"hangup", "error there is no call"},
@@ -59,7 +67,8 @@ TEST(Command, OneServiceOfAMemberCanChangeItsBehaviour)
 {
     TerminalBench bench;
     EXPECT_EQ(bench.Execute("behave unit20 text overload 10"), "ok");
-    EXPECT_NE(bench.Execute("list").find("Unit20 0/2 unit status answers text overload call answers\n"),
+    EXPECT_NE(bench.Execute("list").find("Unit20 0/2 unit status answers text overload call answers "
+                                         "regroup answers\n"),
               std::string::npos);
 }
 
@@ -67,8 +76,9 @@ TEST(Command, HelpListsEveryCommandItKnows)
 {
     TerminalBench bench;
     const std::string help = '\n' + bench.Execute("help");
-    for (const char* word : {"status", "text", "call", "pstn-call", "pabx-call", "hangup", "contact", "field",
-                             "behave", "restart", "silent", "state", "last", "list", "help"})
+    for (const char* word : {"status",  "text",   "call",   "pstn-call", "pabx-call", "hangup", "contact",
+                             "field",   "behave", "sensor", "control",   "numbering", "groups", "signals",
+                             "restart", "silent", "state",  "last",      "list",      "help"})
         EXPECT_NE(help.find(std::string("\n  ") + word + ' '), std::string::npos) << word;
     EXPECT_TRUE(help.ends_with("\nok"));
 }

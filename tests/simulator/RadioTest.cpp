@@ -128,6 +128,24 @@ TEST(Radio, WhatTheConsoleSwitchesOffDoesNotArrive)
     EXPECT_EQ(bench.TakeMessages().back(), "80 00 00 02 00 05");
 }
 
+TEST(Radio, ANewOwnNumberIsReportedUnasked)
+{
+    TerminalBench bench;
+    ASSERT_EQ(bench.Execute("numbering 5/1207 units 1000 1999 3"), "ok");
+    const auto reports = bench.Events<map27::NumberingReceived>();
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_EQ(reports[0].info.radio, (map27::Address{5, 1207}));
+    EXPECT_EQ(reports[0].info.individuals, (map27::NumberRange{1000, 1999, true}));
+    EXPECT_EQ(reports[0].info.groups, (map27::NumberRange{7000, 7009, false})); // kept
+    // To what is another prefix now the radio acknowledges without an address.
+    bench.Deliver(bench.console.SendStatus({0, 2}, 1, bench.now).output);
+    bench.RunFor(Milliseconds(400));
+    EXPECT_TRUE(std::ranges::any_of(bench.traced, [](const sim::TracedFrame& frame) {
+        return map27::ToHex(frame.frame).find("C0 00 00 00 00 00") != std::string::npos;
+    }));
+    EXPECT_EQ(bench.Events<map27::MessageProgress>().back().code, 192);
+}
+
 TEST(Radio, TheFieldStrengthWandersWithinItsRange)
 {
     sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
