@@ -1,5 +1,6 @@
 #pragma once
 
+#include "admin/AdminServices.h"
 #include "mainwindow/Services.h"
 #include "mainwindow/Windows.h"
 
@@ -18,5 +19,7 @@ public:
     void OpenAbout(winMain& owner) override;
 
 private:
+    AdminServices Admin() const;
+
     Services m_services; // without windows: it is itself what they would be
 };

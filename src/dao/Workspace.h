@@ -119,9 +119,9 @@ public:
 std::unique_ptr<Workspace> OpenWorkspace(const Location& location, const QString& user,
                                          const QString& password, const OpenOptions& options = {});
 
-// Creates both files with the groups "Admins" and "Users" and one account that is in both and has a profile.
-// Either both files are there afterwards or none; existing files are never touched (Kind::FileExists).
-// Kind::BadUserName, Kind::BadPassword (empty), Kind::CannotCreate.
+// Creates both files with the groups "Admins", "Operators" and "Users" and one account that is in the first
+// and the last and has a profile. Either both files are there afterwards or none; existing files are never
+// touched (Kind::FileExists). Kind::BadUserName, Kind::BadPassword (empty), Kind::CannotCreate.
 void CreateDatabase(const Location& location, const QString& adminUser, const QString& adminPassword,
                     const PasswordCost& cost = PasswordCost::Interactive());
 

@@ -42,7 +42,7 @@ constexpr CommandRow Rows[] = {
     {Item, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always, NotBuilt},
 
     {Menu, "mbAdmin", AdminMenu, 0, When::Administrator, When::Administrator},
-    {Item, "miUserManager", UserManager, 0, When::Always, When::Always, NotBuilt},
+    {Item, "miUserManager", UserManager, 0, When::Always, When::Always},
     {Separator, "", UserSeparator, 0, When::Always, When::Always},
     {Item, "miNumbering", Numbering, 0, When::Always, When::Always, NotBuilt},
     {Item, "miSelectNumbering", SelectNumbering, 0, When::Always, When::Always, NotBuilt},

@@ -1,6 +1,6 @@
 #include "mainwindow/ListGestures.h"
 
-#include "mainwindow/PlainKey.h"
+#include "core/PlainKey.h"
 
 #include <QAbstractItemView>
 #include <QContextMenuEvent>

@@ -4,7 +4,7 @@
 #include "core/Prompt.h"
 #include "core/StringSource.h"
 #include "mainwindow/KeyedToolBar.h"
-#include "mainwindow/PlainKey.h"
+#include "core/PlainKey.h"
 #include "mainwindow/SendInput.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/StatusList.h"

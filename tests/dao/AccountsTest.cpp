@@ -13,7 +13,7 @@ protected:
 TEST_F(AccountsTest, FirstAdministratorIsInBothGroupsAndHasAProfile)
 {
     EXPECT_EQ(m_workspace->UserName(), "Boss");
-    EXPECT_EQ(m_workspace->Groups().Names(), QStringList({"Admins", "Users"}));
+    EXPECT_EQ(m_workspace->Groups().Names(), QStringList({"Admins", "Operators", "Users"}));
     EXPECT_EQ(m_workspace->Users().Item("bOSS")->Groups().Names(), QStringList({"Admins", "Users"}));
     EXPECT_EQ(m_workspace->Users().Item("Boss")->Pid().size(), 20);
     EXPECT_EQ(Sql("user_profile", "UserName"), QStringList({"Boss"}));

@@ -16,9 +16,10 @@ ROOMS = {
     "core": {"dao"},
     "radio": {"core", "dao", "map27", "addressing"},
     "mainwindow": {"radio", "core", "dao", "addressing"},
+    "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
     "ctl": {"radio", "core", "dao", "addressing"},
-    "app": {"mainwindow", "radio", "core", "dao", "addressing"},
+    "app": {"mainwindow", "admin", "radio", "core", "dao", "addressing"},
 }
 WITHOUT_QT = {"map27", "addressing"}
 WITHOUT_WIDGETS = {"dao"}
