@@ -6,17 +6,37 @@
 
 namespace {
 
-StoredEvent CurrentEvent(dao::Recordset& records)
-{
-    StoredEvent event;
-    event.time = records.Field(QStringLiteral("time_stamp")).toDateTime();
-    event.eventType = records.Field(QStringLiteral("event_type")).toInt();
-    event.from = records.Field(QStringLiteral("from_address")).toString();
-    event.to = records.Field(QStringLiteral("to_address")).toString();
-    event.desc = records.Field(QStringLiteral("Desc")).toString();
-    event.iconKey = records.Field(QStringLiteral("icon_key")).toString();
-    return event;
-}
+// Where get_events has its fields.
+struct Columns {
+    explicit Columns(const dao::Recordset& records)
+        : time(records.Position(QStringLiteral("time_stamp"))),
+          type(records.Position(QStringLiteral("event_type"))),
+          from(records.Position(QStringLiteral("from_address"))),
+          to(records.Position(QStringLiteral("to_address"))),
+          desc(records.Position(QStringLiteral("Desc"))),
+          iconKey(records.Position(QStringLiteral("icon_key")))
+    {
+    }
+
+    StoredEvent Read(dao::Recordset& records) const
+    {
+        StoredEvent event;
+        event.time = QDateTime::fromMSecsSinceEpoch(records.NumberAt(time), Qt::UTC);
+        event.eventType = static_cast<int>(records.NumberAt(type));
+        event.from = records.TextAt(from);
+        event.to = records.TextAt(to);
+        event.desc = records.TextAt(desc);
+        event.iconKey = records.TextAt(iconKey);
+        return event;
+    }
+
+    int time;
+    int type;
+    int from;
+    int to;
+    int desc;
+    int iconKey;
+};
 
 } // namespace
 
@@ -42,8 +62,9 @@ void LogReader::Read(const QString& unit, int period, int most,
     query->SetParameter(QStringLiteral("TimeVal"), period);
 
     const auto records = query->OpenSnapshot();
+    const Columns columns(*records);
     for (int count = 0; count < most && !records->Eof(); ++count) {
-        handOver(CurrentEvent(*records));
+        handOver(columns.Read(*records));
         records->MoveNext();
     }
     records->Close();
