@@ -45,7 +45,7 @@ winMain& MainWindowStack::Open()
 {
     m_window = std::make_unique<winMain>(
         Services{strings, prompt, session, fleetData, executive, settings, clock, beeper, statusTexts, profile,
-                 &settingsDialog, &passwordDialog});
+                 &settingsDialog, &passwordDialog, &windows});
     m_window->show();
     m_window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));

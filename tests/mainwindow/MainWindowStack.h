@@ -14,6 +14,7 @@
 #include "support/FakeClock.h"
 #include "support/FakeMap27Control.h"
 #include "support/QtPrinters.h"
+#include "support/RecordingWindows.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"
 
@@ -108,6 +109,7 @@ public:
     Map27Executive executive;
     frmSettings settingsDialog;
     frmPassword passwordDialog;
+    RecordingWindows windows;
 
 private:
     std::unique_ptr<winMain> m_window;

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "mainwindow/Windows.h"
+
+#include <QStringList>
+
+// Notes which windows the main window opened.
+struct RecordingWindows : IWindows {
+    void OpenUserManager(winMain&) override { opened.append("users"); }
+    void OpenNumbering(winMain&) override { opened.append("numbering"); }
+    void OpenNumberingSelection(winMain&) override { opened.append("selection"); }
+    void OpenNumberingDiagnostics(winMain&) override { opened.append("diagnostics"); }
+    void OpenAddressDirectory(winMain&) override { opened.append("directory"); }
+    void OpenStatusEditor(winMain&) override { opened.append("statuses"); }
+    void OpenHelp(winMain&) override { opened.append("help"); }
+    void OpenAbout(winMain&) override { opened.append("about"); }
+
+    QStringList opened;
+};
