@@ -87,6 +87,7 @@ void Application::ShowMainWindow()
         o.clock,   o.beeper,  *o.statusTexts, *o.profile,   o.settingsDialog.get(), o.passwordDialog.get()};
     o.windows = std::make_unique<ConsoleWindows>(services);
     services.windows = o.windows.get();
+    services.numberingView = &o.windows->NumberingView();
     o.mainWindow = std::make_unique<winMain>(services);
     QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);
     o.mainWindow->show();

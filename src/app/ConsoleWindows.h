@@ -3,11 +3,23 @@
 #include "admin/AdminServices.h"
 #include "mainwindow/Services.h"
 #include "mainwindow/Windows.h"
+#include "numbering/NumberingServices.h"
+
+#include <functional>
+#include <memory>
+
+class QDialog;
+class frmNumInfoDiagnostics;
+struct INumberingView;
 
 // The windows around the main window, on the application's services.
 class ConsoleWindows : public IWindows {
 public:
-    explicit ConsoleWindows(const Services& services) : m_services(services) {}
+    explicit ConsoleWindows(const Services& services);
+    ~ConsoleWindows() override;
+
+    // The window that keeps what the radio reports of its numbering.
+    INumberingView& NumberingView();
 
     void OpenUserManager(winMain& owner) override;
     void OpenNumbering(winMain& owner) override;
@@ -20,6 +32,9 @@ public:
 
 private:
     AdminServices Admin() const;
+    NumberingServices ForNumbering() const;
+    void ShowDialog(winMain& owner, const std::function<std::unique_ptr<QDialog>()>& make);
 
     Services m_services; // without windows: it is itself what they would be
+    std::unique_ptr<frmNumInfoDiagnostics> m_diagnostics;
 };

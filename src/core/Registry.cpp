@@ -3,6 +3,7 @@
 #include "core/DbSession.h"
 #include "core/ProgramLog.h"
 #include "dao/Database.h"
+#include "dao/Workspace.h"
 
 namespace {
 
@@ -13,6 +14,21 @@ void NoteFailure(const char* doing, const QString& key, const std::exception& fa
 {
     ProgramLog::Write(QStringLiteral("Registry: %1 %2 failed: %3")
                           .arg(QLatin1String(doing), key, QString::fromUtf8(failure.what())));
+}
+
+void Store(IDbSession& session, const QString& key, const QString& value)
+{
+    const auto rows = session.Database().OpenTable(table);
+    rows->SetIndex(keyIndex);
+    rows->Seek(key);
+    if (rows->NoMatch()) {
+        rows->AddNew();
+        rows->SetField("Key", key);
+    } else {
+        rows->Edit();
+    }
+    rows->SetField("Value", value);
+    rows->Update();
 }
 
 } // namespace
@@ -33,18 +49,22 @@ QString RegistryGet(IDbSession& session, const QString& key, const QString& fall
 void RegistrySet(IDbSession& session, const QString& key, const QString& value)
 {
     try {
-        const auto rows = session.Database().OpenTable(table);
-        rows->SetIndex(keyIndex);
-        rows->Seek(key);
-        if (rows->NoMatch()) {
-            rows->AddNew();
-            rows->SetField("Key", key);
-        } else {
-            rows->Edit();
-        }
-        rows->SetField("Value", value);
-        rows->Update();
+        Store(session, key, value);
     } catch (const std::exception& failure) {
         NoteFailure("writing", key, failure);
+    }
+}
+
+void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>& values)
+{
+    dao::Workspace& workspace = session.Workspace();
+    workspace.BeginTrans();
+    try {
+        for (const auto& [key, value] : values)
+            Store(session, key, value);
+        workspace.CommitTrans();
+    } catch (...) {
+        workspace.Rollback();
+        throw;
     }
 }

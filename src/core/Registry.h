@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <utility>
 
 struct IDbSession;
 
@@ -8,3 +10,7 @@ struct IDbSession;
 // a failing read gives the default, a failing write stores nothing.
 QString RegistryGet(IDbSession& session, const QString& key, const QString& fallback);
 void RegistrySet(IDbSession& session, const QString& key, const QString& value);
+
+// Stores all of these values or none, in one transaction. Raises Error or dao::Error when that fails: for
+// windows that must not close over a setting that was not stored.
+void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>& values);

@@ -67,8 +67,10 @@ LinkStrip::LinkStrip(const IStringSource& strings, QWidget* parent) : QWidget(pa
     rows->setSpacing(0);
     rows->addWidget(m_emergencyRow = BuildEmergencyRow());
     rows->addWidget(m_stateRow = BuildStateRow());
+    rows->addWidget(m_doubtRow = BuildDoubtRow());
     m_emergencyRow->hide();
     m_stateRow->hide();
+    m_doubtRow->hide();
 }
 
 void LinkStrip::ShowLink(const LinkStatus& status)
@@ -97,10 +99,19 @@ void LinkStrip::ShowEmergency(const QString& party, const QDateTime& time)
     QAccessible::updateAccessibility(&alert);
 }
 
+void LinkStrip::ShowDoubts(const QStringList& doubts)
+{
+    m_doubtRow->setVisible(!doubts.isEmpty());
+    if (!doubts.isEmpty()) {
+        m_doubtText->setText(FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
+    }
+    Q_EMIT ContentChanged();
+}
+
 int LinkStrip::HeightAt(int width) const
 {
     int height = 0;
-    for (const QWidget* row : {m_emergencyRow, m_stateRow}) {
+    for (const QWidget* row : {m_emergencyRow, m_stateRow, m_doubtRow}) {
         if (!row->isHidden()) {
             height += row->heightForWidth(width);
         }
@@ -115,8 +126,6 @@ QWidget* LinkStrip::BuildEmergencyRow()
     Colour(*row, QColor(EmergencyBack), QColor(White));
     QHBoxLayout* layout = NewRow(row);
 
-    auto* picture = new QLabel(row);
-    picture->setPixmap(LoadIcon(QStringLiteral("warning")).pixmap(IconSize(*this)));
     m_emergencyText = NewText(QStringLiteral("emergencyText"), row);
     QFont bold = m_emergencyText->font();
     bold.setBold(true);
@@ -125,7 +134,7 @@ QWidget* LinkStrip::BuildEmergencyRow()
     m_dismiss->setObjectName(QStringLiteral("cmdDismissEmergency"));
     connect(m_dismiss, &QPushButton::clicked, this, &LinkStrip::Dismiss);
 
-    layout->addWidget(picture, 0, Qt::AlignTop);
+    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
     layout->addWidget(m_emergencyText, 1);
     layout->addWidget(m_dismiss, 0, Qt::AlignTop);
     return row;
@@ -146,6 +155,24 @@ QWidget* LinkStrip::BuildStateRow()
     layout->addWidget(m_simulation, 0, Qt::AlignTop);
     layout->addWidget(m_statePicture, 0, Qt::AlignTop);
     layout->addWidget(m_stateText, 1);
+    return row;
+}
+
+QWidget* LinkStrip::BuildDoubtRow()
+{
+    auto* row = new QWidget(this);
+    row->setObjectName(QStringLiteral("numberingRow"));
+    Colour(*row, QColor(LostBack), QColor(LostText));
+    QHBoxLayout* layout = NewRow(row);
+
+    m_doubtText = NewText(QStringLiteral("numberingText"), row);
+    auto* dismiss = new QPushButton(m_strings.LoadString(MainText::Dismiss), row);
+    dismiss->setObjectName(QStringLiteral("cmdDismissNumbering"));
+    connect(dismiss, &QPushButton::clicked, this, [this] { ShowDoubts({}); });
+
+    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
+    layout->addWidget(m_doubtText, 1);
+    layout->addWidget(dismiss, 0, Qt::AlignTop);
     return row;
 }
 

@@ -11,8 +11,8 @@ class QPushButton;
 struct IStringSource;
 
 // The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
-// one, and emergency calls until the operator has dismissed each. It takes no room when it has nothing to
-// say.
+// one, emergency calls until the operator has dismissed each, and a numbering that does not fit the radio
+// until it does or is dismissed. It takes no room when it has nothing to say.
 class LinkStrip : public QWidget {
     Q_OBJECT
 
@@ -23,6 +23,8 @@ public:
     // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party
     // that calls again takes the place of its earlier call.
     void ShowEmergency(const QString& party, const QDateTime& time);
+    // The first one is shown; none when they are over.
+    void ShowDoubts(const QStringList& doubts);
 
     // Height that its content needs at a width; 0 without content.
     int HeightAt(int width) const;
@@ -39,6 +41,7 @@ private:
 
     QWidget* BuildStateRow();
     QWidget* BuildEmergencyRow();
+    QWidget* BuildDoubtRow();
     void Dismiss();
     void ShowNewestEmergency();
 
@@ -46,6 +49,8 @@ private:
     QWidget* m_emergencyRow = nullptr;
     QLabel* m_emergencyText = nullptr;
     QPushButton* m_dismiss = nullptr;
+    QWidget* m_doubtRow = nullptr;
+    QLabel* m_doubtText = nullptr;
     QWidget* m_stateRow = nullptr;
     QLabel* m_simulation = nullptr;
     QLabel* m_statePicture = nullptr;

@@ -10,6 +10,7 @@ class frmSettings;
 struct Clock;
 struct IBeeper;
 struct IDbSession;
+struct INumberingView;
 struct IPrompt;
 struct IStringSource;
 struct IWindows;
@@ -32,4 +33,6 @@ struct Services {
     frmPassword* passwordDialog = nullptr;
     // Windows of other rooms; null where there are none (tests).
     IWindows* windows = nullptr;
+    // Where the radio's report about its numbering is shown; null where it is not (tests).
+    INumberingView* numberingView = nullptr;
 };

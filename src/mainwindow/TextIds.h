@@ -80,5 +80,6 @@ constexpr int LogToolBarName = 5424;
 constexpr int LogTimeUnitName = 5425;
 constexpr int SensorsName = 5427;
 constexpr int ControlsName = 5428;
+constexpr int NumberingDoubt = 5790;
 
 } // namespace MainText

@@ -161,9 +161,11 @@ void winMain::ConnectServices()
     RadioViews views;
     views.log = this;
     views.status = this;
+    views.numbering = m_services.numberingView;
     executive.SetViews(views);
     connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
+    connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     m_strip->ShowLink(executive.Link());
     if (m_services.passwordDialog != nullptr) {
         connect(m_services.passwordDialog, &frmPassword::PasswordChanged, this, &winMain::SbrMessage);

@@ -44,11 +44,19 @@ void FleetDataSource::RetreiveFleetConfig(std::span<FleetConfig> fleets)
 
 void FleetDataSource::RetreiveActionetConfig(ActionetConfig& config)
 {
-    config.model = RegistryGet(m_session, QStringLiteral("ANN_MODEL"), QStringLiteral("-1")).toInt();
+    config.model = Parameter(QStringLiteral("ANN_MODEL"), QStringLiteral("-1"));
     if (config.model == -1)
         RaiseCatalogueError(m_strings, RadioText::AnnNotConfigured);
-    config.FPP = RegistryGet(m_session, QStringLiteral("ANN_FPP"), QStringLiteral("10")).toInt();
-    config.MEP = RegistryGet(m_session, QStringLiteral("ANN_MEP"), QStringLiteral("0")).toInt();
+    config.FPP = Parameter(QStringLiteral("ANN_FPP"), QStringLiteral("10"));
+    config.MEP = Parameter(QStringLiteral("ANN_MEP"), QStringLiteral("0"));
+}
+
+// -1, which no parameter may be, for a text that is no whole number.
+int FleetDataSource::Parameter(const QString& key, const QString& fallback)
+{
+    bool whole = false;
+    const int value = RegistryGet(m_session, key, fallback).toInt(&whole);
+    return whole ? value : -1;
 }
 
 int FleetDataSource::CountFleets()

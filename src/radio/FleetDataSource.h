@@ -2,6 +2,8 @@
 
 #include "addressing/FleetConfig.h"
 
+#include <QString>
+
 struct IDbSession;
 struct IStringSource;
 
@@ -18,6 +20,7 @@ public:
 
 private:
     int CountFleets();
+    int Parameter(const QString& key, const QString& fallback);
 
     IDbSession& m_session;
     const IStringSource& m_strings;

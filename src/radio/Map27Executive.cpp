@@ -3,6 +3,7 @@
 #include "addressing/MptAddressing.h"
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
+#include "core/ProgramLog.h"
 #include "core/Prompt.h"
 #include "core/Registry.h"
 #include "core/Settings.h"
@@ -44,6 +45,7 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     connect(m_window.get(), &frmMap27Agent::TransmitChanged, m_agent.get(), &RadioAgent::SetTransmit);
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
     connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
+    connect(m_agent.get(), &RadioAgent::NumberingDoubted, this, &Map27Executive::NumberingDoubted);
 }
 
 Map27Executive::~Map27Executive() = default;
@@ -76,7 +78,22 @@ void Map27Executive::Connect()
 void Map27Executive::LoadFleetData()
 {
     try {
+        ReadConfiguration();
+    } catch (...) {
+        m_agent->ConfigurationChanged(); // the old one is dropped
+        throw;
+    }
+    m_agent->ConfigurationChanged();
+}
+
+void Map27Executive::ReadConfiguration()
+{
+    try {
         Addressing().SetConfigSource(m_services.fleetData, m_services.fleetData);
+    } catch (const AddressingError& failure) {
+        // Parameters that cannot be used are as good as none: whoever may set them has to get in.
+        ProgramLog::Write(AddressingFailure(failure, m_services.strings).Description());
+        RaiseCatalogueError(m_services.strings, RadioText::NumberingNotConfigured);
     } catch (const Error& failure) {
         const quint32 code = failure.Code();
         if (code == ErrorCode::First + RadioText::AnnNotConfigured ||

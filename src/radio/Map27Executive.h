@@ -63,7 +63,8 @@ public:
     OutgoingMessage& Outgoing() { return m_outgoing; }
 
     // Raise Error. Connect that fails for anything but a missing numbering
-    // (ErrorCode::NumberingNotConfigured) has closed the link again.
+    // (ErrorCode::NumberingNotConfigured) has closed the link again. What LoadFleetData reads holds for the
+    // next number that is dialled.
     void Connect();
     void LoadFleetData();
     void Disconnect(); // harmless when not connected
@@ -111,8 +112,12 @@ Q_SIGNALS:
     void LinkChanged(const LinkStatus& status);
     // An emergency call has arrived; party as shown in the call dialogue.
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
+    // What is doubtful about the numbering's configuration and what the radio reports of its own number, one
+    // sentence each; empty when they fit again. Raised only when it changes.
+    void NumberingDoubted(const QStringList& doubts);
 
 private:
+    void ReadConfiguration();
     bool IsBusy(int notReadyText);
     bool ToAddress(const QString& dial, RadioAddress& address);
     void PrepareMessaging(const QString& party, int captionText);

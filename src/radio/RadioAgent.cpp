@@ -40,11 +40,6 @@ RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAg
 
 RadioAgent::~RadioAgent() = default;
 
-void RadioAgent::SetAddressing(std::unique_ptr<MptAddressing> addressing)
-{
-    m_addressing = std::move(addressing);
-}
-
 void RadioAgent::ConnectEvents()
 {
     using Control = Map27Control;
@@ -132,50 +127,6 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     }
     Append(time, EventType::Call, caption, caller.callsign, m_myCallsign);
     Show(time, EventType::Call, caption, caller.callsign, m_myCallsign);
-}
-
-void RadioAgent::OnNumberingReceived()
-{
-    if (!m_executive)
-        return;
-    const RadioNumbering numbering{.prefix = m_control.RadioPrefix(),
-                                   .ident = m_control.RadioIdent(),
-                                   .unitBaseIdent = m_control.UnitBaseIdent(),
-                                   .unitMaxIdent = m_control.UnitMaxIdent(),
-                                   .groupBaseIdent = m_control.GroupBaseIdent(),
-                                   .groupMaxIdent = m_control.GroupMaxIdent(),
-                                   .unitDigits = m_control.UnitTwoDigit() ? 2 : 3,
-                                   .groupDigits = m_control.GroupTwoDigit() ? 2 : 3};
-    if (m_views.numbering)
-        m_views.numbering->DisplayDiags(numbering);
-    try {
-        if (!m_addressing)
-            throw Error(ErrorCode::General, {});
-        m_addressing->SetRadioNumbering(numbering);
-        for (const AddressingError& doubt : m_addressing->Warnings())
-            ProgramLog::Write(AddressingFailure(doubt, m_services.strings).Description());
-        m_myAddress = QString::fromStdString(
-            m_addressing->AddressToDial({.prefix = numbering.prefix, .ident = numbering.ident}));
-    } catch (const std::exception&) {
-        SbrMessage(Text(RadioText::Ready));
-        return;
-    }
-
-    const QString callsign = m_executive->LookupCallsign(m_myAddress);
-    const bool changed = callsign != m_myCallsign;
-    if (changed && !m_myCallsign.isEmpty())
-        m_executive->UpdateDutyStatus(m_myCallsign, false);
-    m_myCallsign = callsign;
-    if (m_myAddress != m_myCallsign) {
-        if (m_views.status)
-            m_views.status->ShowOwnAddress(m_myCallsign + QStringLiteral("  "), m_myAddress);
-        m_executive->UpdateDutyStatus(m_myCallsign, true);
-    } else if (m_views.status) {
-        m_views.status->ShowOwnAddress(QStringLiteral("---"), m_myAddress);
-    }
-    if (changed && m_views.talkgroups)
-        m_views.talkgroups->ReloadDynamicGroups({});
-    SbrMessage(Text(RadioText::Ready));
 }
 
 void RadioAgent::OnOperatingCondition(int inContact, int fieldStrength)

@@ -1,12 +1,15 @@
 #pragma once
 
+#include "addressing/RadioNumbering.h"
 #include "radio/AgentRules.h"
 #include "radio/Map27Executive.h"
 #include "radio/RadioBoxes.h"
 
 #include <QDateTime>
 #include <QObject>
+#include <QStringList>
 #include <memory>
+#include <optional>
 
 class MptAddressing;
 struct IAgentWindow;
@@ -28,6 +31,8 @@ public:
     // Null while not connected.
     MptAddressing* Addressing() const { return m_addressing.get(); }
     void SetAddressing(std::unique_ptr<MptAddressing> addressing);
+    // Its configuration has been read anew: the own address is converted again.
+    void ConfigurationChanged();
 
     const QString& MyAddress() const { return m_myAddress; }
     const QString& MyCallsign() const { return m_myCallsign; }
@@ -43,6 +48,8 @@ public:
 
 Q_SIGNALS:
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
+    // What is doubtful about configuration and reported numbering has changed; empty when all is well.
+    void NumberingDoubted(const QStringList& doubts);
 
 private:
     struct Party {
@@ -57,6 +64,10 @@ private:
     void OnNumberingReceived();
     void OnOperatingCondition(int inContact, int fieldStrength);
     void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
+
+    void TakeOwnNumber();
+    void TakeOwnCallsign();
+    void TellDoubts(const QStringList& doubts);
 
     void React(AgentTrigger trigger);
     bool Request(const AgentReaction& reaction);
@@ -81,6 +92,8 @@ private:
     RadioViews m_views;
     RadioBoxes m_boxes;
     std::unique_ptr<MptAddressing> m_addressing;
+    std::optional<RadioNumbering> m_numbering; // as the radio reported it since the logon
+    QStringList m_doubts;
     QString m_myAddress;
     QString m_myCallsign;
     bool m_recordsFailing = false; // the warning for records that cannot be written has been shown

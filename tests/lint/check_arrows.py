@@ -15,11 +15,12 @@ ROOMS = {
     "dao": set(),
     "core": {"dao"},
     "radio": {"core", "dao", "map27", "addressing"},
+    "numbering": {"radio", "core", "dao", "addressing"},
     "mainwindow": {"radio", "core", "dao", "addressing"},
     "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
-    "ctl": {"radio", "core", "dao", "addressing"},
-    "app": {"mainwindow", "admin", "radio", "core", "dao", "addressing"},
+    "ctl": {"numbering", "radio", "core", "dao", "addressing"},
+    "app": {"mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
 }
 WITHOUT_QT = {"map27", "addressing"}
 WITHOUT_WIDGETS = {"dao"}

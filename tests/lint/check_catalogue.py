@@ -18,7 +18,7 @@ CATALOGUE = "src/resources/catalogue/CKYN.CResourceStrs"
 SATELLITES = "src/resources/catalogue/satellites"
 # Name of the help file, name of the operators' group, and a number that is stored as a setting.
 NEVER_TRANSLATED = {101, 2256, 4097}
-SHOWING_ROOMS = ("core", "radio", "admin", "mainwindow", "app")
+SHOWING_ROOMS = ("core", "radio", "numbering", "admin", "mainwindow", "app")
 
 PLACEHOLDER = re.compile(r"#\d\d")
 ESCAPE = re.compile(r"\\(.?)")

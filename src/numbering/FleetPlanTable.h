@@ -1,0 +1,39 @@
+#pragma once
+
+#include "numbering/FleetRules.h"
+
+#include <memory>
+#include <vector>
+
+namespace dao {
+class Database;
+class Recordset;
+} // namespace dao
+
+// The fleet plan in the database, open as long as the object lives. Errors are dao::Error.
+class FleetPlanTable {
+public:
+    explicit FleetPlanTable(dao::Database& database);
+    ~FleetPlanTable();
+
+    // All rows by prefix and base ident, read afresh.
+    std::vector<FleetRecord> Read();
+    std::optional<FleetRecord> Find(const QString& name);
+
+    void Add(const FleetRecord& record);
+    // `name` is the row's present name. A row that is gone meanwhile raises Kind::RecordGone.
+    void Change(const QString& name, const FleetRecord& record);
+    void Delete(const QString& name);
+
+    // What an entry is checked against that is to replace the row `replaced`, or to be a new one.
+    FleetPlanContext ContextFor(const std::optional<QString>& replaced);
+
+private:
+    bool Seek(const QString& name);
+    FleetRecord Current();
+    void Write(const FleetRecord& record);
+
+    std::unique_ptr<dao::Recordset> m_records;
+    int m_longestName;
+    int m_longestNotes;
+};

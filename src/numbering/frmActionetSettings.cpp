@@ -1,0 +1,106 @@
+#include "numbering/frmActionetSettings.h"
+
+#include "core/Captions.h"
+#include "core/Errors.h"
+#include "core/Prompt.h"
+#include "core/Registry.h"
+#include "core/StringSource.h"
+#include "numbering/ActionetRules.h"
+#include "numbering/TextIds.h"
+#include "radio/Map27Executive.h"
+#include "ui_frmActionetSettings.h"
+
+namespace {
+
+constexpr auto modelKey = "ANN_MODEL";
+constexpr auto fppKey = "ANN_FPP";
+constexpr auto mepKey = "ANN_MEP";
+
+// In the order of their stored indexes.
+constexpr int modelTexts[] = {NumberingText::ModelSmall, NumberingText::ModelMedium,
+                              NumberingText::ModelLarge, NumberingText::ModelExtraLarge};
+
+constexpr int countsWidth = 50; // characters
+constexpr int countsLines = 3;
+
+} // namespace
+
+frmActionetSettings::frmActionetSettings(const NumberingServices& services, QWidget* parent)
+    : QDialog(parent),
+      m_services(services),
+      m_ui(std::make_unique<Ui::frmActionetSettings>())
+{
+    m_ui->setupUi(this);
+    LoadCaptions(*this, services.strings);
+    for (const int id : modelTexts)
+        m_ui->cmbModel->addItem(services.strings.LoadString(id), m_ui->cmbModel->count());
+    m_ui->lblFPPVal->setMinimumWidth(fontMetrics().horizontalAdvance(QString::number(maxActionetParameter)));
+    m_ui->txtStat->setMinimumSize(countsWidth * fontMetrics().averageCharWidth(),
+                                  (countsLines + 1) * fontMetrics().lineSpacing());
+    Load();
+
+    connect(m_ui->sldFPP, &QSlider::sliderMoved, m_ui->lblFPPVal, qOverload<int>(&QLabel::setNum));
+    connect(m_ui->sldMEP, &QSlider::sliderMoved, m_ui->lblMEPVal, qOverload<int>(&QLabel::setNum));
+    connect(m_ui->sldFPP, &QSlider::valueChanged, this, [this](int fpp) {
+        m_ui->sldMEP->setValue(LimitedBy(fpp, m_ui->sldMEP->value()));
+        ShowValues();
+    });
+    connect(m_ui->sldMEP, &QSlider::valueChanged, this, [this](int mep) {
+        m_ui->sldFPP->setValue(LimitedBy(mep, m_ui->sldFPP->value()));
+        ShowValues();
+    });
+    connect(m_ui->cmdSave, &QPushButton::clicked, this, &frmActionetSettings::Save);
+    connect(m_ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmActionetSettings::~frmActionetSettings() = default;
+
+void frmActionetSettings::Load()
+{
+    m_ui->cmbModel->setCurrentIndex(m_ui->cmbModel->findData(Stored(modelKey, -1)));
+    m_ui->sldFPP->setValue(Stored(fppKey, maxActionetParameter));
+    m_ui->sldMEP->setValue(LimitedBy(m_ui->sldFPP->value(), Stored(mepKey, 0)));
+    ShowValues();
+}
+
+void frmActionetSettings::ShowValues()
+{
+    const int fpp = m_ui->sldFPP->value();
+    const int mep = m_ui->sldMEP->value();
+    m_ui->lblFPPVal->setNum(fpp);
+    m_ui->lblMEPVal->setNum(mep);
+    m_ui->txtStat->setPlainText(FleetCountsText(fpp, mep, m_services.strings));
+}
+
+void frmActionetSettings::Save()
+{
+    if (m_ui->cmbModel->currentIndex() < 0) {
+        m_services.prompt.ShowWarning(m_services.strings.LoadString(NumberingText::SelectModel));
+        m_ui->cmbModel->setFocus();
+        return;
+    }
+    const auto decimal = [](int value) { return QString::number(value); };
+    try {
+        RegistryStore(m_services.session,
+                      {{QLatin1String(modelKey), decimal(m_ui->cmbModel->currentData().toInt())},
+                       {QLatin1String(fppKey), decimal(m_ui->sldFPP->value())},
+                       {QLatin1String(mepKey), decimal(m_ui->sldMEP->value())}});
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return;
+    }
+    accept();
+    try {
+        m_services.executive.LoadFleetData();
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+}
+
+int frmActionetSettings::Stored(const char* key, int fallback) const
+{
+    bool whole = false;
+    const int value =
+        RegistryGet(m_services.session, QLatin1String(key), QString::number(fallback)).toInt(&whole);
+    return whole ? value : fallback;
+}
