@@ -15,6 +15,8 @@ namespace {
 
 constexpr auto prefs = "prefs";
 constexpr auto scada = "scada";
+constexpr QLatin1String sensorName("sensor");
+constexpr QLatin1String controlName("control");
 constexpr auto regrouping = "dynamic regrouping";
 constexpr auto serial = "serial_comm";
 constexpr auto mainWindow = "winMain";
@@ -228,6 +230,26 @@ QString Settings::ScadaLastUnit() const
 void Settings::SetScadaLastUnit(const QString& unit)
 {
     Write(scada, "last", unit);
+}
+
+QString Settings::ScadaSensorName(int sensor) const
+{
+    return Read(scada, QString::number(sensor) + sensorName, QString());
+}
+
+void Settings::SetScadaSensorName(int sensor, const QString& name)
+{
+    Write(scada, QString::number(sensor) + sensorName, name);
+}
+
+QString Settings::ScadaControlName(int control) const
+{
+    return Read(scada, QString::number(control) + controlName, QString());
+}
+
+void Settings::SetScadaControlName(int control, const QString& name)
+{
+    Write(scada, QString::number(control) + controlName, name);
 }
 
 QString Settings::DefaultGroupKey() const

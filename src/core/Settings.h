@@ -47,6 +47,10 @@ public:
     void SetLogFont(int step);
     QString ScadaLastUnit() const;
     void SetScadaLastUnit(const QString& unit);
+    QString ScadaSensorName(int sensor) const; // 0..7
+    void SetScadaSensorName(int sensor, const QString& name);
+    QString ScadaControlName(int control) const; // 0..7
+    void SetScadaControlName(int control, const QString& name);
     QString DefaultGroupKey() const;
     void SetDefaultGroupKey(const QString& key);
     QString SerialPort(const QString& fallback) const;

@@ -36,10 +36,10 @@ constexpr CommandRow Rows[] = {
     {Item, "miSendText", SendText, 0, When::Always, When::Always},
 
     {Menu, "mbDynReg", RegroupingMenu, 0, When::LoggedOn, When::LoggedOn},
-    {Item, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always, NotBuilt},
-    {Item, "miRegroup", RegroupItem, 0, When::Regroup, When::Always, NotBuilt},
-    {Item, "miUngroup", UngroupItem, 0, When::Ungroup, When::Always, NotBuilt},
-    {Item, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always, NotBuilt},
+    {Item, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always},
+    {Item, "miRegroup", RegroupItem, 0, When::Regroup, When::Always},
+    {Item, "miUngroup", UngroupItem, 0, When::Ungroup, When::Always},
+    {Item, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always},
 
     {Menu, "mbAdmin", AdminMenu, 0, When::Administrator, When::Administrator},
     {Item, "miUserManager", UserManager, 0, When::Always, When::Always},
@@ -62,14 +62,18 @@ constexpr CommandRow Rows[] = {
     {Button, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow, When::Always},
     {Button, "tbMain_session", 0, 0, When::Always, When::Always}, // its tip is the caption of miLogOnLogOff
     {Button, "tbMain_disconnect", 0, DisconnectTip, When::LoggedOn, When::Always},
-    {Button, "tbMain_refresh", 0, RefreshTip, When::LoggedOn, When::Always, NotBuilt},
-    {Button, "tbMain_regroup", 0, RegroupTip, When::Regroup, When::Always, NotBuilt},
-    {Button, "tbMain_ungroup", 0, UngroupTip, When::Ungroup, When::Always, NotBuilt},
-    {Button, "tbMain_sendname", 0, SendNameTip, When::SendName, When::Always, NotBuilt},
+    {Button, "tbMain_refresh", 0, RefreshTip, When::LoggedOn, When::Always},
+    {Button, "tbMain_regroup", 0, RegroupTip, When::Regroup, When::Always},
+    {Button, "tbMain_ungroup", 0, UngroupTip, When::Ungroup, When::Always},
+    {Button, "tbMain_sendname", 0, SendNameTip, When::SendName, When::Always},
     {Button, "tbMain_addressdir", 0, AddressDirTip, When::Administrator, When::Administrator, NotBuilt},
     {Button, "tbRefreshLog_refresh", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdSend", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always, NotBuilt},
+    {Button, "cmdQrySensors", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdQryControls", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdALLON", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdALLOFF", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
 };
 
 bool Holds(When when, const CommandContext& context)

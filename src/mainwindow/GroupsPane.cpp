@@ -1,43 +1,178 @@
 #include "mainwindow/GroupsPane.h"
 
 #include "core/Icons.h"
+#include "core/ListHelpers.h"
 #include "core/StringSource.h"
+#include "mainwindow/ListGestures.h"
+#include "mainwindow/OutcomeDelegate.h"
+#include "mainwindow/SessionState.h"
+#include "mainwindow/TalkgroupModel.h"
+#include "mainwindow/TalkgroupTree.h"
 #include "mainwindow/TextIds.h"
+#include "mainwindow/TreePlace.h"
 
-#include <QTreeWidget>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
-namespace {
-
-QTreeWidgetItem* NewRoot(QTreeWidget* tree, const char* key, const char* picture)
-{
-    auto* root = new QTreeWidgetItem(tree);
-    root->setData(0, GroupsPane::KeyRole, QLatin1String(key));
-    root->setIcon(0, LoadIcon(QLatin1String(picture)));
-    return root;
-}
-
-} // namespace
-
-GroupsPane::GroupsPane(const IStringSource& strings, QWidget* parent) : QWidget(parent), m_strings(strings)
+GroupsPane::GroupsPane(const TalkgroupServices& services, const SessionState& session, QWidget* parent)
+    : QWidget(parent),
+      m_services(services),
+      m_session(session),
+      m_model(new TalkgroupModel(services.strings, this)),
+      m_loader(services, *m_model),
+      m_commands(services, *m_model)
 {
     setObjectName(QStringLiteral("picGroups"));
-    tvGroups = new QTreeWidget(this);
-    tvGroups->setObjectName(QStringLiteral("tvGroups"));
-    tvGroups->setProperty("accessibleNameId", MainText::TalkgroupsTab);
-    tvGroups->setHeaderHidden(true);
-    tvGroups->setIconSize(IconSize(*this));
+    BuildTree();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(tvGroups);
-
-    NewRoot(tvGroups, "static", "talkgroup");
-    NewRoot(tvGroups, "dynamic", "talkgroup_dynamic");
     LoadRootCaptions();
+}
+
+void GroupsPane::BuildTree()
+{
+    tvGroups = new TalkgroupTree(this);
+    tvGroups->setObjectName(QStringLiteral("tvGroups"));
+    tvGroups->setProperty("accessibleNameId", MainText::TalkgroupsTab);
+    tvGroups->setIconSize(IconSize(*this));
+    tvGroups->setModel(m_model);
+    tvGroups->setItemDelegate(new OutcomeDelegate(tvGroups));
+
+    connect(tvGroups->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &GroupsPane::TellChosen);
+    connect(tvGroups, &TalkgroupTree::clicked, this, &GroupsPane::TellChosen);
+    connect(tvGroups, &TalkgroupTree::MemberDropped, this,
+            [this](const QString& member, const QString& group) { m_commands.Drop(member, group); });
+    auto* gestures = new ListGestures(*tvGroups, ListGestures::DoubleClick::Unfolds);
+    connect(gestures, &ListGestures::CallRequested, this, &GroupsPane::CallRequested);
+    connect(gestures, &ListGestures::ReloadRequested, this, [this] { ReloadGrps(); });
+    connect(gestures, &ListGestures::MenuRequested, this, &GroupsPane::MenuRequested);
 }
 
 void GroupsPane::LoadRootCaptions()
 {
-    tvGroups->topLevelItem(0)->setText(0, m_strings.LoadString(MainText::StaticRoot));
-    tvGroups->topLevelItem(1)->setText(0, m_strings.LoadString(MainText::DynamicRoot));
+    m_model->SetRootCaptions(m_services.strings.LoadString(MainText::StaticRoot),
+                             m_services.strings.LoadString(MainText::DynamicRoot));
+}
+
+void GroupsPane::SetMayDrag(const std::function<bool()>& mayDrag)
+{
+    tvGroups->mayDrag = mayDrag;
+}
+
+QModelIndex GroupsPane::SelectedNode() const
+{
+    return GetSelectedItem(*tvGroups);
+}
+
+void GroupsPane::ShowSelection()
+{
+    if (SelectedNode().isValid()) {
+        tvGroups->scrollTo(SelectedNode());
+    }
+}
+
+void GroupsPane::TellChosen()
+{
+    if (m_changedByProgram) {
+        return;
+    }
+    const QString callsign = SelectedNode().data(TalkgroupModel::TagRole).toString();
+    if (!callsign.isEmpty()) {
+        Q_EMIT AddressChosen(callsign);
+    }
+    Q_EMIT AllowedChanged();
+}
+
+void GroupsPane::ReloadGrps(const QString& lookfor)
+{
+    Reload(true, lookfor, false);
+}
+
+void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
+{
+    QMetaObject::invokeMethod(
+        this, [this, lookfor] { Reload(false, lookfor, true); }, Qt::QueuedConnection);
+}
+
+// A reload that comes while another one asks whether to try again has nothing to add to it.
+void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool byRadio)
+{
+    if (!m_session.LoggedOn || m_reloading) {
+        return;
+    }
+    const QScopedValueRollback reloading(m_reloading, true);
+    const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
+    {
+        const QScopedValueRollback quiet(m_changedByProgram, true);
+        if (withStatic) {
+            m_loader.LoadStatic(lookfor);
+        }
+        m_loader.LoadDynamic(lookfor);
+        m_commands.MarkPending();
+        UnfoldFilled([&](const QModelIndex& node) {
+            return byRadio && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+        });
+        if (byRadio) {
+            place.Restore([this](const QString& key) { return m_model->Find(key); });
+        } else {
+            tvGroups->clearSelection();
+            ScrollToLast();
+        }
+    }
+    Q_EMIT AllowedChanged();
+}
+
+// Groups first: a root that is still folded has nothing to lay out.
+void GroupsPane::UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded)
+{
+    for (const char* rootKey : {TalkgroupModel::StaticKey, TalkgroupModel::DynamicKey}) {
+        const QModelIndex root = m_model->Root(rootKey);
+        for (int row = 0; row < m_model->rowCount(root); ++row) {
+            const QModelIndex group = m_model->index(row, 0, root);
+            if (m_model->hasChildren(group) && !wasFolded(group)) {
+                tvGroups->expand(group);
+            }
+        }
+        if (m_model->hasChildren(root) && !wasFolded(root)) {
+            tvGroups->expand(root);
+        }
+    }
+}
+
+// To the node that was added last: a static group, then a dynamic one or its member.
+void GroupsPane::ScrollToLast()
+{
+    for (const char* rootKey : {TalkgroupModel::StaticKey, TalkgroupModel::DynamicKey}) {
+        QModelIndex last = m_model->Root(rootKey);
+        while (m_model->hasChildren(last)) {
+            last = m_model->index(m_model->rowCount(last) - 1, 0, last);
+            tvGroups->scrollTo(last);
+        }
+    }
+}
+
+void GroupsPane::ReflectRegroup()
+{
+    KeepPlace([this] { m_commands.ReflectRegroup(); });
+}
+
+void GroupsPane::ReflectUngroup()
+{
+    KeepPlace([this] { m_commands.ReflectUngroup(); });
+}
+
+void GroupsPane::KeepPlace(const std::function<void()>& change)
+{
+    {
+        const QScopedValueRollback quiet(m_changedByProgram, true);
+        const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
+        change();
+        UnfoldFilled([&](const QModelIndex& node) {
+            return place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+        });
+        place.Restore([this](const QString& key) { return m_model->Find(key); });
+    }
+    Q_EMIT AllowedChanged();
 }

@@ -1,24 +1,68 @@
 #pragma once
 
+#include "mainwindow/NodeClass.h"
+#include "mainwindow/RegroupCommands.h"
+#include "mainwindow/TalkgroupLoader.h"
+#include "radio/Views.h"
+
 #include <QWidget>
 
-class QTreeWidget;
-struct IStringSource;
+class TalkgroupModel;
+class TalkgroupTree;
+struct SessionState;
 
-// "picGroups": the tree of talkgroups. It has its two roots, keys "static" and "dynamic".
-class GroupsPane : public QWidget {
+// "picGroups": the tree of static and dynamic talkgroups with the radios in them. What the radio brings about
+// neither scrolls it nor changes what the operator has selected.
+class GroupsPane : public QWidget, public ITalkgroupView {
     Q_OBJECT
 
 public:
-    // Key of a node.
-    static constexpr int KeyRole = Qt::UserRole;
-
-    GroupsPane(const IStringSource& strings, QWidget* parent);
+    GroupsPane(const TalkgroupServices& services, const SessionState& session, QWidget* parent);
 
     // Captions of the roots.
     void LoadRootCaptions();
+    // Reads the groups that match a search text, empty: all. Does nothing while nobody is logged on.
+    void ReloadGrps(const QString& lookfor = {});
+    // Asked before a member is dragged.
+    void SetMayDrag(const std::function<bool()>& mayDrag);
+
+    RegroupCommands& Commands() { return m_commands; }
+    QModelIndex SelectedNode() const; // invalid when there is none
+    RegroupingAllowed Allowed() const { return RegroupingAllowedFor(SelectedNode()); }
+    void ShowSelection();
+
+    // From the radio; the reload follows from the event loop.
+    void ReloadDynamicGroups(const QString& lookfor) override;
+    bool StoreRegroup() override { return m_commands.StoreRegroup(); }
+    bool StoreUngroup() override { return m_commands.StoreUngroup(); }
+    void ReflectRegroup() override;
+    void ReflectUngroup() override;
+    void CancelRegroup() override { m_commands.CancelRegroup(); }
+    void CancelUngroup() override { m_commands.CancelUngroup(); }
+
+Q_SIGNALS:
+    // The operator chose a node with a callsign.
+    void AddressChosen(const QString& callsign);
+    // What the selection allows may be something else now.
+    void AllowedChanged();
+    // Enter.
+    void CallRequested();
+    void MenuRequested(const QPoint& place);
 
 private:
-    const IStringSource& m_strings;
-    QTreeWidget* tvGroups;
+    void BuildTree();
+    void TellChosen();
+    void Reload(bool withStatic, const QString& lookfor, bool byRadio);
+    void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
+    void ScrollToLast();
+    void KeepPlace(const std::function<void()>& change);
+
+    TalkgroupServices m_services;
+    const SessionState& m_session;
+    TalkgroupModel* m_model;
+    TalkgroupLoader m_loader;
+    RegroupCommands m_commands;
+    TalkgroupTree* tvGroups = nullptr;
+    bool m_changedByProgram = false; // the selection changes, but not by the operator
+    bool m_reloading = false;        // a question about it may be open
 };

@@ -1,20 +1,63 @@
 #pragma once
 
+#include "radio/Views.h"
+
+#include <QModelIndex>
 #include <QWidget>
 
+class IndividualsModel;
 class QTreeView;
+class Settings;
+struct IDbSession;
+struct IPrompt;
 struct IStringSource;
+struct SessionState;
 
-// "picIndividuals": the list of individual radios, with its three columns.
-class IndividualsPane : public QWidget {
+// "picIndividuals": the list of individual radios, on duty where duty status is kept. What the radio brings
+// about neither scrolls it nor changes what the operator has selected.
+class IndividualsPane : public QWidget, public IIndividualsView {
     Q_OBJECT
 
 public:
-    IndividualsPane(const IStringSource& strings, QWidget* parent);
+    struct Parts {
+        const IStringSource& strings;
+        IPrompt& prompt;
+        Settings& settings;
+        IDbSession& database;
+        const SessionState& session;
+    };
+
+    IndividualsPane(const Parts& parts, QWidget* parent);
+
+    // Reads the radios that match a search text, empty: all. Does nothing while nobody is logged on.
+    void ReloadInds(const QString& lookfor);
+    // From the radio; the reload follows from the event loop, once for several changes.
+    void ReloadInds() override;
 
     // Sizes the columns to contents and headers.
     void SizeColumns();
+    QModelIndex SelectedItem() const; // invalid when there is none
+    bool AllowsRegrouping() const;    // of the selected item
+    void ShowSelection();
+
+Q_SIGNALS:
+    // The operator chose items; their callsigns as an address line.
+    void AddressesChosen(const QString& addresses);
+    // What the selection allows may be something else now.
+    void AllowedChanged();
+    // Double-click or Enter.
+    void CallRequested();
+    void MenuRequested(const QPoint& place);
 
 private:
-    QTreeView* lvIndividuals;
+    void BuildList();
+    void TellChosen();
+    void Reload(const QString& lookfor, bool byRadio);
+
+    Parts m_parts;
+    IndividualsModel* m_model;
+    QTreeView* lvIndividuals = nullptr;
+    bool m_changedByProgram = false; // the selection changes, but not by the operator
+    bool m_reloading = false;        // a question about it may be open
+    bool m_reloadDue = false;
 };

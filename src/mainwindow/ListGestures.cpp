@@ -7,7 +7,10 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
-ListGestures::ListGestures(QAbstractItemView& list) : QObject(&list), m_list(list)
+ListGestures::ListGestures(QAbstractItemView& list, DoubleClick doubleClick)
+    : QObject(&list),
+      m_list(list),
+      m_doubleClick(doubleClick)
 {
     list.installEventFilter(this);
     list.viewport()->installEventFilter(this);
@@ -26,7 +29,8 @@ bool ListGestures::eventFilter(QObject* watched, QEvent* event)
         return false;
     }
     case QEvent::MouseButtonDblClick:
-        if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        if (m_doubleClick == DoubleClick::Calls &&
+            static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
             Q_EMIT CallRequested();
         }
         return false;

@@ -13,8 +13,11 @@ class ListGestures : public QObject {
     Q_OBJECT
 
 public:
+    // What a double click of the left button means: the call, or nothing more than the view's own.
+    enum class DoubleClick { Calls, Unfolds };
+
     // Becomes a child of the list.
-    explicit ListGestures(QAbstractItemView& list);
+    explicit ListGestures(QAbstractItemView& list, DoubleClick doubleClick = DoubleClick::Calls);
 
 Q_SIGNALS:
     void CallRequested();
@@ -30,4 +33,5 @@ private:
     QPoint MenuPlaceOfSelection() const;
 
     QAbstractItemView& m_list;
+    DoubleClick m_doubleClick;
 };

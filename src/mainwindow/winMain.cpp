@@ -9,7 +9,6 @@
 #include "core/StringSource.h"
 #include "core/frmPassword.h"
 #include "core/frmSettings.h"
-#include "mainwindow/FrameKeys.h"
 #include "mainwindow/GroupsPane.h"
 #include "mainwindow/IndividualsPane.h"
 #include "mainwindow/KeyedToolBar.h"
@@ -114,53 +113,15 @@ void winMain::BuildToolBar()
     SetSessionCaption(m_menu->Action(QStringLiteral("miLogOnLogOff")).text());
 }
 
-void winMain::BuildTabs()
-{
-    tsMain = new QTabBar(m_client);
-    tsMain->setObjectName(QStringLiteral("tsMain"));
-    tsMain->setDrawBase(true);
-    tsMain->setExpanding(false);
-    const auto addTab = [this](int textId, const char* key) {
-        const int index = tsMain->addTab(Text(textId));
-        tsMain->setTabData(index, QLatin1String(key));
-    };
-    addTab(MainText::TalkgroupsTab, "talkgroups");
-    addTab(MainText::IndividualsTab, "individuals");
-    addTab(MainText::ScadaTab, "scada");
-
-    picGroups = new GroupsPane(m_services.strings, m_client);
-    picIndividuals = new IndividualsPane(m_services.strings, m_client);
-    picScada = new ScadaPane(m_services.settings, m_client);
-    ShowTab(0);
-}
-
-void winMain::ConnectPanes()
-{
-    connect(tbMain, &KeyedToolBar::ButtonClicked, this, &winMain::RunToolButton);
-    connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
-    connect(tsMain, &QTabBar::currentChanged, this, &winMain::ShowTab);
-    connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
-
-    connect(picLog, &LogPane::AddressesChosen, picSend, &SendPane::SetAddress);
-    connect(picLog, &LogPane::CallRequested, this, &winMain::CallSelectedParty);
-    connect(picLog, &LogPane::MenuRequested, this, &winMain::ShowMessagingMenu);
-    connect(picLog, &LogPane::DataViewChanged, this, &winMain::ShowLogDataViewCaption);
-
-    connect(sbrStatus, &StatusBar::PanelDoubleClicked, this, &winMain::RunPanelCommand);
-    connect(sbrStatus, &StatusBar::PanelMenuRequested, this, &winMain::ShowPanelMenu);
-
-    auto* keys = new FrameKeys(*this);
-    connect(keys, &FrameKeys::NextTab, this, &winMain::SelectNextTab);
-    connect(keys, &FrameKeys::PreviousTab, this, &winMain::SelectPreviousTab);
-    connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
-}
-
 void winMain::ConnectServices()
 {
     Map27Executive& executive = m_services.executive;
     RadioViews views;
     views.log = this;
     views.status = this;
+    views.talkgroups = picGroups;
+    views.scada = picScada;
+    views.individuals = picIndividuals;
     views.numbering = m_services.numberingView;
     executive.SetViews(views);
     connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
@@ -179,7 +140,7 @@ void winMain::Load()
     Attempt([this] { picLog->SetLogDataView(m_services.settings.LogView()); });
     Attempt([this] { picLog->LoadLogPrefs(); });
     picIndividuals->SizeColumns();
-    Attempt([this] { picScada->LoadUnit(); });
+    Attempt([this] { picScada->Load(); });
     picSend->SelectType(SendPane::MessageType::Status);
     RestoreWindowPlacement();
 }
@@ -283,38 +244,6 @@ void winMain::EnableFullScreen(bool enabled)
         m_allowed.normalWindow = enabled;
         SetCommandStates();
     }
-}
-
-QString winMain::SelectedTab() const
-{
-    return tsMain->tabData(tsMain->currentIndex()).toString();
-}
-
-void winMain::SelectTab(const QString& key)
-{
-    for (int index = 0; index < tsMain->count(); ++index) {
-        if (tsMain->tabData(index).toString() == key) {
-            tsMain->setCurrentIndex(index);
-        }
-    }
-}
-
-void winMain::SelectNextTab()
-{
-    tsMain->setCurrentIndex((tsMain->currentIndex() + 1) % tsMain->count());
-}
-
-void winMain::SelectPreviousTab()
-{
-    tsMain->setCurrentIndex((tsMain->currentIndex() + tsMain->count() - 1) % tsMain->count());
-}
-
-void winMain::ShowTab(int index)
-{
-    const QString key = tsMain->tabData(index).toString();
-    picGroups->setVisible(key == QLatin1String("talkgroups"));
-    picIndividuals->setVisible(key == QLatin1String("individuals"));
-    picScada->setVisible(key == QLatin1String("scada"));
 }
 
 void winMain::closeEvent(QCloseEvent* event)

@@ -47,8 +47,11 @@ public:
     void ShowOperatingConditions(bool inService, int fieldStrength) override;
     void ShowOwnAddress(const QString& callsign, const QString& ident) override;
 
-    // Reads the status messages afresh. Does nothing while nobody is logged on.
+    // Read the status messages, the talkgroups and the individuals afresh. Do nothing while nobody is logged
+    // on.
     void LoadStati();
+    void ReloadGrps(const QString& lookfor = {});
+    void ReloadInds(const QString& lookfor = {});
     // command: "regroup", "ungroup" or "sendname"; any other changes nothing.
     void AllowCommand(const QString& command, bool allow);
 
@@ -77,6 +80,7 @@ private:
     void BuildTabs();
     void ConnectMenus();
     void ConnectPanes();
+    void ConnectDirectoryPanes();
     void ConnectServices();
     void Load();
     void RestoreWindowPlacement();
@@ -84,6 +88,7 @@ private:
     void OnCommand(const QString& name, const std::function<void()>& run);
     void ConnectRadioCommands();
     void ConnectMessagingCommands();
+    void ConnectRegroupingCommands();
     void ConnectWindows();
 
     void LayoutPanes();
@@ -99,8 +104,14 @@ private:
     void ResetRadioLink();
     void ToggleLogDataView();
     void ShowLogDataViewCaption(const QString& view);
-    void CallSelectedParty();
-    void ShowMessagingMenu(const QPoint& place);
+    void CallParty(bool chosen);
+    void ShowMessagingMenu(bool chosen, const QPoint& place);
+    void AllowBySelection();
+    bool ReloadTab(const QString& lookfor);
+    void SearchAddress(const QString& lookfor);
+    void RunRegroupingCommand(const QString& key);
+    void RequestRegroup();
+    void SetDefaultGroup();
     void ShowEmergency(const QString& party, const QDateTime& time);
 
     bool AskExit();

@@ -46,6 +46,7 @@ void winMain::ConnectMenus()
     OnCommand(QStringLiteral("miLogDataView"), [this] { ToggleLogDataView(); });
     ConnectRadioCommands();
     ConnectMessagingCommands();
+    ConnectRegroupingCommands();
     ConnectWindows();
 }
 
@@ -125,6 +126,8 @@ void winMain::RunToolButton(const QString& key)
         ResetRadioLink();
     } else if (key == QLatin1String("addressdir")) {
         m_menu->Action(QStringLiteral("miAddressDir")).trigger();
+    } else {
+        RunRegroupingCommand(key);
     }
 }
 
@@ -187,24 +190,6 @@ void winMain::ShowLogDataViewCaption(const QString& view)
         item.setText(Text(MainText::ShowAsText));
     } else if (view == QLatin1String("text")) {
         item.setText(Text(MainText::ShowAsHex));
-    }
-}
-
-void winMain::CallSelectedParty()
-{
-    if (!m_session.LoggedOn || !picLog->SelectedTag()) {
-        return;
-    }
-    m_menu->Action(QStringLiteral("miSendCall")).trigger();
-    if (!picSend->Address().trimmed().isEmpty()) {
-        picSend->Send();
-    }
-}
-
-void winMain::ShowMessagingMenu(const QPoint& place)
-{
-    if (m_session.LoggedOn && picLog->SelectedTag()) {
-        m_menu->PopUp(QStringLiteral("mbMessaging"), place, QStringLiteral("miSendCall"));
     }
 }
 
@@ -286,6 +271,8 @@ void winMain::LoadTalkgroupCaptions()
 void winMain::LoadLists()
 {
     Attempt([this] { LoadStati(); });
+    ReloadGrps();
+    ReloadInds();
 }
 
 void winMain::ForbidRegrouping()

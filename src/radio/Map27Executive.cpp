@@ -341,6 +341,7 @@ bool Map27Executive::Start(enum TransactionKind kind, const std::function<void()
 {
     // Set first: an outcome may arrive before the operation returns.
     m_kind = kind;
+    ++m_lastTransaction;
     try {
         operation();
     } catch (const std::exception& failure) {

@@ -58,6 +58,9 @@ public:
     void SetViews(const RadioViews& views);
 
     enum TransactionKind TransactionKind() const { return m_kind; }
+    // Number of the transaction that a send operation started last, so that whoever started one knows whether
+    // an outcome is its own.
+    unsigned LastTransaction() const { return m_lastTransaction; }
     void SetTransactionKind(enum TransactionKind kind) { m_kind = kind; }
     class Map27Control& Map27Control() { return *m_control; }
     OutgoingMessage& Outgoing() { return m_outgoing; }
@@ -133,6 +136,7 @@ private:
     std::unique_ptr<frmMap27Agent> m_window;
     std::unique_ptr<RadioAgent> m_agent;
     enum TransactionKind m_kind = TransactionKind::None;
+    unsigned m_lastTransaction = 0;
     OutgoingMessage m_outgoing;
     QString m_appName;
 };

@@ -12,6 +12,7 @@
 #include "radio/AddressingText.h"
 #include "radio/IAgentWindow.h"
 #include "radio/Map27Control.h"
+#include "radio/ScadaReport.h"
 #include "radio/StatusTexts.h"
 #include "radio/TextIds.h"
 
@@ -90,7 +91,8 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
         return;
     const Party sender = Resolve(prefix, ident);
     const QDateTime time = m_services.clock.Now();
-    UpdateScada(text);
+    if (m_views.scada)
+        PassScadaReport(text, *m_views.scada);
     Append(time, EventType::Text, text, sender.callsign, m_myCallsign);
     Show(time, EventType::Text, text, sender.callsign, m_myCallsign);
     Notify();
@@ -233,10 +235,22 @@ void RadioAgent::StoreRegroup()
 {
     if (!m_views.talkgroups)
         return;
-    if (m_views.talkgroups->StoreRegroup())
-        m_views.talkgroups->ReflectRegroup();
-    if (m_views.talkgroups->StoreUngroup())
-        m_views.talkgroups->ReflectUngroup();
+    // The box comes from the event loop: one in the middle of this event would let the next one in.
+    const auto attempt = [this](const auto& step) {
+        try {
+            step();
+        } catch (const std::exception& failure) {
+            m_boxes.ShowWarning(DescribeError(failure, m_services.strings));
+        }
+    };
+    attempt([this] {
+        if (m_views.talkgroups->StoreRegroup())
+            m_views.talkgroups->ReflectRegroup();
+    });
+    attempt([this] {
+        if (m_views.talkgroups->StoreUngroup())
+            m_views.talkgroups->ReflectUngroup();
+    });
 }
 
 void RadioAgent::CancelRegroup()
@@ -261,20 +275,6 @@ void RadioAgent::UpdateDuty(const QString& callsign, int status)
     if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_offduty"), QStringLiteral("2")),
                     status))
         m_executive->UpdateDutyStatus(callsign, false);
-}
-
-void RadioAgent::UpdateScada(const QString& text)
-{
-    if (!m_views.scada)
-        return;
-    if (text.size() == 10 && text.startsWith(QLatin1String("I:")))
-        m_views.scada->UpdateScadaSensors(text.mid(2));
-    else if (text.size() == 10 && text.startsWith(QLatin1String("O:")))
-        m_views.scada->UpdateScadaControls(text.mid(2));
-    else if (text.size() == 18 && text.startsWith(QLatin1String("B:"))) {
-        m_views.scada->UpdateScadaSensors(text.mid(2, 8));
-        m_views.scada->UpdateScadaControls(text.mid(10, 8));
-    }
 }
 
 void RadioAgent::Append(const QDateTime& time, EventType type, const QString& desc, const QString& from,

@@ -74,7 +74,6 @@ private:
     void WriteOutgoingRecord();
     void StoreRegroup();
     void UpdateDuty(const QString& callsign, int status);
-    void UpdateScada(const QString& text);
     void Append(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                 const QString& to);
     void Show(const QDateTime& time, EventType type, const QString& desc, const QString& from,

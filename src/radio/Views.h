@@ -29,6 +29,8 @@ struct IStatusView {
 struct ITalkgroupView {
     virtual ~ITalkgroupView() = default;
     virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
+    // The radio has confirmed. True when a pending change was stored and has to be reflected; raise what keeps
+    // it from being stored. Nothing is pending afterwards.
     virtual bool StoreRegroup() = 0;
     virtual bool StoreUngroup() = 0;
     virtual void ReflectRegroup() = 0;

@@ -1,0 +1,6 @@
+#pragma once
+
+class Settings;
+
+// Most entries that lists of the directory show.
+int AddressListLimit(const Settings& settings);

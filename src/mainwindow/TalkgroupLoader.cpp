@@ -1,0 +1,60 @@
+#include "mainwindow/TalkgroupLoader.h"
+
+#include "core/Errors.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/Settings.h"
+#include "core/StringSource.h"
+#include "mainwindow/ListLimit.h"
+#include "mainwindow/TalkgroupReader.h"
+#include "mainwindow/TextIds.h"
+#include "radio/Map27Executive.h"
+
+void TalkgroupLoader::LoadStatic(const QString& lookfor)
+{
+    std::vector<TalkgroupRow> groups;
+    const auto read = [&] {
+        groups.clear();
+        TalkgroupReader(m_services.session)
+            .ReadStatic(lookfor, AddressListLimit(m_services.settings), groups);
+    };
+    Read(read, MainText::StaticGroupsUnread);
+    m_model.ReplaceStatic(groups);
+}
+
+void TalkgroupLoader::LoadDynamic(const QString& lookfor)
+{
+    const TalkgroupReader reader(m_services.session);
+    std::vector<TalkgroupRow> groups;
+    std::vector<GroupMemberRow> members;
+    QString defaultGroup;
+    const auto readGroups = [&] {
+        groups.clear();
+        defaultGroup = m_services.settings.DefaultGroupKey();
+        reader.ReadDynamic(lookfor, AddressListLimit(m_services.settings), groups);
+    };
+    const auto readMembers = [&] {
+        members.clear();
+        reader.ReadMembers(m_services.executive.MyCallsign(), members);
+    };
+    if (Read(readGroups, MainText::DynamicGroupsUnread)) {
+        Read(readMembers, MainText::DynamicGroupsUnread);
+    }
+    m_model.ReplaceDynamic(groups, members, defaultGroup);
+}
+
+// Until it succeeds or the operator gives up. Whether it succeeded.
+bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion)
+{
+    for (;;) {
+        try {
+            read();
+            return true;
+        } catch (const std::exception& failure) {
+            ProgramLog::Write(DescribeError(failure, m_services.strings));
+        }
+        if (!m_services.prompt.AskQuestion(m_services.strings.LoadString(retryQuestion))) {
+            return false;
+        }
+    }
+}

@@ -1,0 +1,249 @@
+// The tabs of the main window, and the commands that act on what is selected in them.
+
+#include "mainwindow/winMain.h"
+
+#include "core/Prompt.h"
+#include "core/UserProfile.h"
+#include "mainwindow/FrameKeys.h"
+#include "mainwindow/GroupsPane.h"
+#include "mainwindow/IndividualsModel.h"
+#include "mainwindow/IndividualsPane.h"
+#include "mainwindow/KeyedToolBar.h"
+#include "mainwindow/LinkStrip.h"
+#include "mainwindow/LogPane.h"
+#include "mainwindow/MainMenu.h"
+#include "mainwindow/NodeKeys.h"
+#include "mainwindow/PaneSplitter.h"
+#include "mainwindow/ScadaPane.h"
+#include "mainwindow/SendPane.h"
+#include "mainwindow/StatusBar.h"
+#include "mainwindow/TalkgroupModel.h"
+#include "mainwindow/TextIds.h"
+
+#include <QAction>
+#include <QTabBar>
+
+void winMain::BuildTabs()
+{
+    tsMain = new QTabBar(m_client);
+    tsMain->setObjectName(QStringLiteral("tsMain"));
+    tsMain->setDrawBase(true);
+    tsMain->setExpanding(false);
+    const auto addTab = [this](int textId, const char* key) {
+        const int index = tsMain->addTab(Text(textId));
+        tsMain->setTabData(index, QLatin1String(key));
+    };
+    addTab(MainText::TalkgroupsTab, "talkgroups");
+    addTab(MainText::IndividualsTab, "individuals");
+    addTab(MainText::ScadaTab, "scada");
+
+    const Services& s = m_services;
+    picGroups =
+        new GroupsPane({s.strings, s.prompt, s.executive, s.settings, s.session}, m_session, m_client);
+    picIndividuals = new IndividualsPane({s.strings, s.prompt, s.settings, s.session, m_session}, m_client);
+    picScada = new ScadaPane({s.strings, s.prompt, s.settings, s.executive, m_session}, m_client);
+    ShowTab(0);
+}
+
+void winMain::ConnectPanes()
+{
+    connect(tbMain, &KeyedToolBar::ButtonClicked, this, &winMain::RunToolButton);
+    connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
+    connect(tsMain, &QTabBar::currentChanged, this, &winMain::ShowTab);
+    connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
+    ConnectDirectoryPanes();
+
+    connect(picLog, &LogPane::AddressesChosen, picSend, &SendPane::SetAddress);
+    connect(picLog, &LogPane::CallRequested, this, [this] { CallParty(picLog->SelectedTag().has_value()); });
+    connect(picLog, &LogPane::MenuRequested, this,
+            [this](const QPoint& place) { ShowMessagingMenu(picLog->SelectedTag().has_value(), place); });
+    connect(picLog, &LogPane::DataViewChanged, this, &winMain::ShowLogDataViewCaption);
+
+    connect(sbrStatus, &StatusBar::PanelDoubleClicked, this, &winMain::RunPanelCommand);
+    connect(sbrStatus, &StatusBar::PanelMenuRequested, this, &winMain::ShowPanelMenu);
+
+    auto* keys = new FrameKeys(*this);
+    connect(keys, &FrameKeys::NextTab, this, &winMain::SelectNextTab);
+    connect(keys, &FrameKeys::PreviousTab, this, &winMain::SelectPreviousTab);
+    connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
+}
+
+void winMain::ConnectDirectoryPanes()
+{
+    picGroups->SetMayDrag([this] {
+        return m_session.LoggedOn && (m_session.Administrator || m_services.profile.AllowDynamicRegrouping());
+    });
+    connect(picGroups, &GroupsPane::AddressChosen, picSend, &SendPane::SetAddress);
+    connect(picGroups, &GroupsPane::AllowedChanged, this, &winMain::AllowBySelection);
+    connect(picGroups, &GroupsPane::CallRequested, this,
+            [this] { CallParty(IsRegroupTarget(picGroups->SelectedNode())); });
+    connect(picGroups, &GroupsPane::MenuRequested, this, [this](const QPoint& place) {
+        ShowMessagingMenu(IsRegroupTarget(picGroups->SelectedNode()), place);
+    });
+
+    connect(picIndividuals, &IndividualsPane::AddressesChosen, picSend, &SendPane::SetAddress);
+    connect(picIndividuals, &IndividualsPane::AllowedChanged, this, &winMain::AllowBySelection);
+    connect(picIndividuals, &IndividualsPane::CallRequested, this,
+            [this] { CallParty(picIndividuals->SelectedItem().isValid()); });
+    connect(picIndividuals, &IndividualsPane::MenuRequested, this, [this](const QPoint& place) {
+        ShowMessagingMenu(picIndividuals->SelectedItem().isValid(), place);
+    });
+
+    connect(picSend, &SendPane::SearchRequested, this, &winMain::SearchAddress);
+}
+
+void winMain::ConnectRegroupingCommands()
+{
+    OnCommand(QStringLiteral("miDefDynamic"), [this] { SetDefaultGroup(); });
+    OnCommand(QStringLiteral("miRegroup"), [this] { RunToolButton(QStringLiteral("regroup")); });
+    OnCommand(QStringLiteral("miUngroup"), [this] { RunToolButton(QStringLiteral("ungroup")); });
+    OnCommand(QStringLiteral("miSetGroupName"), [this] { RunToolButton(QStringLiteral("sendname")); });
+}
+
+QString winMain::SelectedTab() const
+{
+    return tsMain->tabData(tsMain->currentIndex()).toString();
+}
+
+void winMain::SelectTab(const QString& key)
+{
+    for (int index = 0; index < tsMain->count(); ++index) {
+        if (tsMain->tabData(index).toString() == key) {
+            tsMain->setCurrentIndex(index);
+        }
+    }
+}
+
+void winMain::SelectNextTab()
+{
+    tsMain->setCurrentIndex((tsMain->currentIndex() + 1) % tsMain->count());
+}
+
+void winMain::SelectPreviousTab()
+{
+    tsMain->setCurrentIndex((tsMain->currentIndex() + tsMain->count() - 1) % tsMain->count());
+}
+
+void winMain::ShowTab(int index)
+{
+    const QString key = tsMain->tabData(index).toString();
+    picGroups->setVisible(key == QLatin1String("talkgroups"));
+    picIndividuals->setVisible(key == QLatin1String("individuals"));
+    picScada->setVisible(key == QLatin1String("scada"));
+    if (m_session.LoggedOn) {
+        AllowBySelection();
+        picGroups->ShowSelection();
+        picIndividuals->ShowSelection();
+    }
+}
+
+void winMain::AllowBySelection()
+{
+    const QString tab = SelectedTab();
+    RegroupingAllowed allowed;
+    if (tab == QLatin1String("talkgroups")) {
+        allowed = picGroups->Allowed();
+    } else if (tab == QLatin1String("individuals")) {
+        allowed.regroup = picIndividuals->AllowsRegrouping();
+    }
+    AllowCommand(QStringLiteral("regroup"), allowed.regroup);
+    AllowCommand(QStringLiteral("sendname"), allowed.sendName);
+    AllowCommand(QStringLiteral("ungroup"), allowed.ungroup);
+}
+
+void winMain::ReloadGrps(const QString& lookfor)
+{
+    picGroups->ReloadGrps(lookfor);
+}
+
+void winMain::ReloadInds(const QString& lookfor)
+{
+    picIndividuals->ReloadInds(lookfor);
+}
+
+// Of the shown directory pane; true when there is one.
+bool winMain::ReloadTab(const QString& lookfor)
+{
+    const QString tab = SelectedTab();
+    if (tab == QLatin1String("talkgroups")) {
+        ReloadGrps(lookfor);
+    } else if (tab == QLatin1String("individuals")) {
+        ReloadInds(lookfor);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void winMain::SearchAddress(const QString& lookfor)
+{
+    if (m_session.LoggedOn && ReloadTab(lookfor)) {
+        picSend->SetAddress({});
+    }
+}
+
+void winMain::RunRegroupingCommand(const QString& key)
+{
+    if (!m_session.LoggedOn) {
+        return;
+    }
+    if (key == QLatin1String("refresh")) {
+        ReloadTab({});
+    } else if (key == QLatin1String("regroup")) {
+        RequestRegroup();
+    } else if (key == QLatin1String("ungroup")) {
+        picGroups->Commands().Ungroup(picGroups->SelectedNode());
+    } else if (key == QLatin1String("sendname")) {
+        picGroups->Commands().SendGroupName(picGroups->SelectedNode());
+    }
+}
+
+void winMain::RequestRegroup()
+{
+    RegroupCommands& commands = picGroups->Commands();
+    if (commands.ShownDefaultGroup().isEmpty()) {
+        m_services.prompt.ShowWarning(Text(MainText::NoDefaultGroup));
+        SelectTab(QStringLiteral("talkgroups"));
+        return;
+    }
+    const QString tab = SelectedTab();
+    const QModelIndex item = picIndividuals->SelectedItem();
+    const QModelIndex node = picGroups->SelectedNode();
+    if (tab == QLatin1String("individuals") && item.isValid()) {
+        commands.RegroupToDefault(item.data(IndividualsModel::TagRole).toString(),
+                                  IndividualIdOf(item.data(IndividualsModel::KeyRole).toString()));
+    } else if (tab == QLatin1String("talkgroups") && IsDynamicMemberNode(node)) {
+        commands.RegroupToDefault(node.data(TalkgroupModel::TagRole).toString(),
+                                  PartsOfMemberKey(node.data(TalkgroupModel::KeyRole).toString()).memberId);
+    }
+}
+
+void winMain::SetDefaultGroup()
+{
+    if (SelectedTab() != QLatin1String("talkgroups")) {
+        m_services.prompt.ShowWarning(Text(MainText::GoToTalkgroups));
+        SelectTab(QStringLiteral("talkgroups"));
+    } else if (!IsDynamicGroupNode(picGroups->SelectedNode())) {
+        m_services.prompt.ShowWarning(Text(MainText::NotADynamicGroup));
+    } else {
+        Attempt([this] { picGroups->Commands().SetDefaultGroup(picGroups->SelectedNode()); });
+    }
+}
+
+void winMain::CallParty(bool chosen)
+{
+    if (!m_session.LoggedOn || !chosen) {
+        return;
+    }
+    m_menu->Action(QStringLiteral("miSendCall")).trigger();
+    if (!picSend->Address().trimmed().isEmpty()) {
+        picSend->Send();
+    }
+}
+
+void winMain::ShowMessagingMenu(bool chosen, const QPoint& place)
+{
+    if (m_session.LoggedOn && chosen) {
+        m_menu->PopUp(QStringLiteral("mbMessaging"), place, QStringLiteral("miSendCall"));
+    }
+}

@@ -1,0 +1,8 @@
+#pragma once
+
+class QString;
+struct IScadaView;
+
+// Hands an outstation's report that came as a text message ("I:", "O:", "B:" and the bits) to the view; any
+// other text is passed over.
+void PassScadaReport(const QString& text, IScadaView& view);
