@@ -18,6 +18,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <csignal>
+#include <cstdlib>
+#include <sys/prctl.h>
+#include <unistd.h>
+
 namespace {
 
 constexpr int AnswerTimeout = 2000; // ms
@@ -235,8 +240,7 @@ void Demonstration::RunRadio()
 {
     const QString program = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
     m_radio.setProcessChannelMode(QProcess::SeparateChannels);
-    QStringList arguments{QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"),
-                          QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(m_scenario)};
+    QStringList arguments{QStringLiteral("--pty"), PortLink(), QStringLiteral("--scenario"), m_scenario};
     ++m_starts;
     if (!m_traceFile.isEmpty()) {
         QString file = m_traceFile;
@@ -244,6 +248,12 @@ void Demonstration::RunRadio()
             file.insert(file.lastIndexOf(QLatin1Char('.')), QStringLiteral("-%1").arg(m_starts));
         arguments.append({QStringLiteral("--trace"), file});
     }
+    // Without its console nobody would ever end it.
+    m_radio.setChildProcessModifier([console = ::getpid()] {
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (::getppid() != console)
+            ::_exit(EXIT_FAILURE);
+    });
     m_radio.start(program, arguments);
     QString answer;
     while (!answer.contains(QLatin1String("ready"))) {

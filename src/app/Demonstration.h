@@ -43,8 +43,8 @@ public:
     void WriteSettings() const;
     // Puts fleet plan, directory, statuses and the operator's account into an open, empty database.
     static void Fill(const dao::Location& location, const Account& administrator);
-    // Starts the simulated radio with a scenario of its own and waits until the console may connect. Raises
-    // Error.
+    // Starts the simulated radio with a scenario of its own and waits until the console may connect. It ends
+    // with this program, however this one ends. Raises Error.
     // What the radio notes goes to the program's log file; its trace to `traceFile`, unless that is empty.
     void StartRadio(const QString& scenario, const QString& traceFile = {});
     // Ends the simulated radio without warning, as a crash or a pulled plug would.

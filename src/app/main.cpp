@@ -73,7 +73,7 @@ int RunDemonstration(const IStringSource& strings, const QString& folder)
     ProgramLog::Open(demonstration.Folder());
     demonstration.CreateDatabase();
     demonstration.WriteSettings();
-    demonstration.StartRadio(QStringLiteral("demonstration"));
+    demonstration.StartRadio(QStringLiteral("busy-day"));
     Print(QStringLiteral("The demonstration is kept in %1. Log on as\n").arg(demonstration.Folder()));
     for (const Demonstration::Account& account : {Demonstration::Operator, Demonstration::Administrator}) {
         Print(QStringLiteral("  %1   password %2   %3\n")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/CharacterCoding.h"
+#include "simulator/FaultSettings.h"
 #include "simulator/Fleet.h"
 #include "simulator/OwnRadio.h"
 
@@ -32,6 +33,8 @@ struct CallAction {
     CallScope scope = CallScope::Individual;
     bool emergency = false;
     bool rings = true;          // must be answered
+    bool data = false;          // a modem call
+    bool include = false;       // into a call that is there already
     Milliseconds hangUpAfter{}; // the caller hangs up this long after connection; 0: never
     bool operator==(const CallAction&) const = default;
 };
@@ -75,13 +78,40 @@ struct NumberingAction {
     bool operator==(const NumberingAction&) const = default;
 };
 
+// Modem data of the other side in a data call.
+struct ModemAction {
+    map27::Octets octets;
+    bool operator==(const ModemAction&) const = default;
+};
+
+// Many messages at once.
+struct StormAction {
+    int count = 500;
+    double texts = 0.2; // share of texts, the rest are statuses
+    bool operator==(const StormAction&) const = default;
+};
+
+struct FaultAction {
+    FaultKind kind = FaultKind::BitErrors;
+    double value = 0;
+    bool operator==(const FaultAction&) const = default;
+};
+
+// Nothing gets through the line.
+struct SilenceAction {
+    bool silent = true;
+    Milliseconds duration{}; // 0: until told otherwise
+    bool operator==(const SilenceAction&) const = default;
+};
+
 // The radio is switched off and on.
 struct RestartAction {
     bool operator==(const RestartAction&) const = default;
 };
 
 using Action = std::variant<StatusAction, TextAction, CallAction, HangUpAction, ContactAction, FieldAction,
-                            BehaveAction, SignalAction, NumberingAction, RestartAction>;
+                            BehaveAction, SignalAction, NumberingAction, ModemAction, StormAction,
+                            FaultAction, SilenceAction, RestartAction>;
 
 // Why the action cannot be meant so, in plain words; empty when it can. Says nothing about the moment.
 std::string CheckAction(const Action& action, const Fleet& fleet);

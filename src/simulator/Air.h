@@ -28,6 +28,9 @@ struct Air {
     // The party that acknowledgements name: the called one without digits, or nobody when the call goes to
     // another prefix (MAP27 v1.5, A6.5).
     map27::Party AcknowledgedParty(const map27::Party& called) const;
+    // The same with the address that it was diverted to, when the cause speaks of a diversion and somebody
+    // knows it.
+    map27::Party AcknowledgedParty(const map27::Party& called, Service service, std::uint8_t cause) const;
     map27::Address OwnGateway(std::uint16_t ident) const { return {scenario.radio.address.prefix, ident}; }
 };
 

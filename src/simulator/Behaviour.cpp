@@ -17,6 +17,11 @@ constexpr std::uint8_t NotedForCallBack = 0x07;
 constexpr std::uint8_t UnitBusy = 0x0A;
 constexpr std::uint8_t Overloaded = 0x0B;
 constexpr std::uint8_t EngagedOrRefused = 0x0C;
+constexpr std::uint8_t DivertedNoRetry = 0x06;
+constexpr std::uint8_t DivertedUnavailable = 0x0E;
+constexpr std::uint8_t DivertedGroup = 0x16;
+constexpr std::uint8_t DivertedRetry = 0x26;
+constexpr std::uint8_t DivertedGroupRetry = 0x36;
 
 // A cause on the way, and the cause at the end; success when that is 0.
 struct Course {
@@ -44,10 +49,24 @@ constexpr std::array rows{
     Row{Behaviour::Refuses, "refuses", {none, EngagedOrRefused}, {Alerting, EngagedOrRefused}, 300, 2000},
     Row{Behaviour::Engaged, "engaged", {none, EngagedOrRefused}, {none, EngagedOrRefused}, 300, 0},
     Row{Behaviour::NoAnswer, "no-answer", {none, Success}, {Alerting, Unreachable}, 300, 15000},
-    Row{Behaviour::CallBack, "call-back", {none, Success}, {none, NotedForCallBack}, 300, 0},
+    Row{Behaviour::CallBack, "call-back", {none, Success}, {none, NotedForCallBack}, 300, 10000},
     Row{Behaviour::OutOfReach, "out-of-reach", {none, Unreachable}, {none, Unreachable}, 1500, 0},
     Row{Behaviour::Rejects, "rejects", {none, Invalid}, {none, Invalid}, 300, 0},
     Row{Behaviour::Overload, "overload", {none, Overloaded}, {none, Overloaded}, 300, 0},
+    Row{Behaviour::Diverted, "diverted", {DivertedRetry, Success}, {DivertedRetry, Success}, 300, 1000},
+    Row{Behaviour::DivertedAway, "diverted-away", {none, DivertedNoRetry}, {none, DivertedNoRetry}, 300, 0},
+    Row{Behaviour::DivertedNowhere,
+        "diverted-nowhere",
+        {none, DivertedUnavailable},
+        {none, DivertedUnavailable},
+        300,
+        0},
+    Row{Behaviour::DivertedToGroup,
+        "diverted-to-group",
+        {none, DivertedGroup},
+        {DivertedGroupRetry, Success},
+        300,
+        1000},
     Row{Behaviour::Silent, "silent", {none, none}, {none, none}, 0, 0},
 };
 
@@ -90,6 +109,12 @@ std::vector<Step> StepsOf(const Reaction& reaction, Service service)
             {delay, *course.last == Success ? StepOutcome::Success : StepOutcome::Failure, *course.last});
     }
     return steps;
+}
+
+bool IsDiversion(Behaviour behaviour)
+{
+    return behaviour == Behaviour::Diverted || behaviour == Behaviour::DivertedAway ||
+           behaviour == Behaviour::DivertedNowhere || behaviour == Behaviour::DivertedToGroup;
 }
 
 std::optional<Behaviour> BehaviourOfWord(std::string_view word)

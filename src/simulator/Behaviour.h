@@ -30,6 +30,10 @@ enum class Behaviour {
     OutOfReach,
     Rejects,
     Overload,
+    Diverted,
+    DivertedAway,
+    DivertedNowhere,
+    DivertedToGroup,
     Silent,
 };
 
@@ -37,7 +41,7 @@ enum class Behaviour {
 struct Reaction {
     Behaviour behaviour = Behaviour::Answers;
     Milliseconds reactAfter{};  // request to the network's first word
-    Milliseconds answerAfter{}; // first word to the last one, when there are two
+    Milliseconds answerAfter{}; // first word to the last one, when there are two; call-back: until it calls
     Milliseconds talk{};        // calls: the other side hangs up this long after connection; 0: never
 
     // The behaviour with its usual times.
@@ -58,6 +62,9 @@ struct Step {
 
 // What follows a request. The last step is a final one, save for a network that never answers.
 std::vector<Step> StepsOf(const Reaction& reaction, Service service);
+
+// Whether it is about a diversion that the network knows of.
+bool IsDiversion(Behaviour behaviour);
 
 // The words of scenarios and commands, "out-of-reach".
 std::optional<Behaviour> BehaviourOfWord(std::string_view word);

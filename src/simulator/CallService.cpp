@@ -9,6 +9,7 @@ namespace {
 // Causes, MAP27 v1.5, A7.5.
 constexpr std::uint8_t connected = 0x00;
 constexpr std::uint8_t emergencyProceeding = 0x05;
+constexpr std::uint8_t notedForCallBack = 0x07;
 constexpr std::uint8_t aborted = 0x08;
 constexpr std::uint8_t timeNearlyUp = 0x0A;
 constexpr std::uint8_t cancelledByNetwork = 0x03;
@@ -18,7 +19,9 @@ constexpr std::uint8_t noService = 0x04;
 constexpr std::uint8_t endedAbnormally = 0x0E;
 
 // Bits of the call details from the radio.
+constexpr std::uint8_t includeBit = 0x40;
 constexpr std::uint8_t groupBit = 0x20;
+constexpr std::uint8_t dataBit = 0x10;
 constexpr std::uint8_t offHookNeededBit = 0x08;
 
 constexpr Milliseconds emergencyReaction{100};
@@ -26,10 +29,13 @@ constexpr Milliseconds answerTime{300}; // off hook to connected
 
 } // namespace
 
-CallService::CallService(Air& air, std::function<void()> hookChanged)
+CallService::CallService(Air& air, std::function<void()> hookChanged,
+                         std::function<void(map27::Address, Milliseconds)> calledBack)
     : m_air(air),
       m_hookChanged(std::move(hookChanged)),
+      m_calledBack(std::move(calledBack)),
       m_attempt(air.schedule),
+      m_include(air.schedule),
       m_ringing(air.schedule),
       m_talk(air.schedule),
       m_warning(air.schedule),
@@ -39,30 +45,54 @@ CallService::CallService(Air& air, std::function<void()> hookChanged)
 
 void CallService::SetUp(const map27::CallMessage& message)
 {
-    // An include call needs a call; data calls and custom services this radio does not have.
+    // An include call needs a call; custom services this radio does not have.
     if (message.details.Include())
         return Refuse(map27::ProtocolReason::StateMismatch);
-    if (message.details.Data() || message.details.Custom() != 0)
+    if (message.details.Custom() != 0 || (message.details.Data() && !m_air.scenario.radio.dataCalls))
         return Refuse(map27::ProtocolReason::NotSupported);
 
+    m_isData = message.details.Data();
+    m_called = message.party;
     m_party = m_air.AcknowledgedParty(message.party);
     m_state = State::SettingUp;
     const Reaction reaction = m_air.scenario.fleet.ReactionOf(message.party, Service::Call);
-    std::vector<Step> steps = StepsOf(reaction, Service::Call);
+    std::vector<Step> steps = m_air.scenario.fleet.StepsTo(message.party, Service::Call);
     if (message.emergency)
         steps.insert(steps.begin(), {emergencyReaction, StepOutcome::Pending, emergencyProceeding});
-    m_attempt.Start(std::move(steps), [this, talk = reaction.talk](StepOutcome outcome, std::uint8_t cause) {
-        TakeSetUpStep(outcome, cause, talk);
+    m_attempt.Start(std::move(steps), [this, reaction](StepOutcome outcome, std::uint8_t cause) {
+        TakeSetUpStep(outcome, cause, reaction);
     });
 }
 
-void CallService::TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, Milliseconds talk)
+void CallService::Include(const map27::CallMessage& message)
+{
+    if (!m_air.scenario.radio.includeCalls)
+        return Refuse(map27::ProtocolReason::NotSupported);
+    if (m_state != State::Connected || m_include.IsOpen())
+        return Refuse(map27::ProtocolReason::StateMismatch);
+    m_included = message.party;
+    m_include.Start(
+        m_air.scenario.fleet.StepsTo(message.party, Service::Call),
+        [this](StepOutcome outcome, std::uint8_t cause) { TellInclude(AckOutcomeOf(outcome), cause); });
+}
+
+void CallService::CancelInclude()
+{
+    if (!m_include.IsOpen())
+        return;
+    m_include.Stop();
+    TellInclude(map27::AckOutcome::Negative, aborted);
+}
+
+void CallService::TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, const Reaction& reaction)
 {
     if (outcome == StepOutcome::Failure)
         m_state = State::Idle;
     TellSetUp(AckOutcomeOf(outcome), cause);
     if (outcome == StepOutcome::Success)
-        Connect(talk);
+        Connect(reaction.talk);
+    if (cause == notedForCallBack && reaction.answerAfter > Milliseconds(0))
+        m_calledBack(m_called.address, reaction.answerAfter);
 }
 
 void CallService::Connect(Milliseconds talk)
@@ -169,6 +199,7 @@ std::string CallService::ComeIn(const CallAction& call)
     const map27::CallMessage message = IncomingMessage(call);
     if (std::string problem = m_air.console.Tell(message); !problem.empty())
         return problem;
+    m_isData = call.data;
     m_party = message.party;
     m_hangUpAfter = call.hangUpAfter;
     if (!call.rings) {
@@ -220,6 +251,7 @@ void CallService::LoseService()
 void CallService::Drop()
 {
     m_attempt.Stop();
+    m_include.Stop();
     m_ringing.Stop();
     m_talk.Stop();
     m_warning.Stop();
@@ -247,12 +279,23 @@ map27::CallMessage CallService::IncomingMessage(const CallAction& call) const
         message.details.octet |= groupBit;
     if (call.rings)
         message.details.octet |= offHookNeededBit;
+    if (call.data)
+        message.details.octet |= dataBit;
+    if (call.include)
+        message.details.octet |= includeBit;
     return message;
 }
 
 void CallService::TellSetUp(map27::AckOutcome outcome, std::uint8_t cause)
 {
-    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Setup, m_party, cause});
+    const map27::Party party = m_air.AcknowledgedParty(m_called, Service::Call, cause);
+    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Setup, party, cause});
+}
+
+void CallService::TellInclude(map27::AckOutcome outcome, std::uint8_t cause)
+{
+    const map27::Party party = m_air.AcknowledgedParty(m_included, Service::Call, cause);
+    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Setup, party, cause});
 }
 
 void CallService::TellReceive(map27::AckOutcome outcome, std::uint8_t cause)

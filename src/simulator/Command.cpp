@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <optional>
 
 namespace sim {
@@ -11,6 +12,7 @@ namespace sim {
 namespace {
 
 constexpr int longestMs = 3600 * 1000;
+constexpr int mostAtOnce = 5000;
 
 Command ParseStatus(Words& words, const Scenario&)
 {
@@ -49,8 +51,13 @@ Command ParseCall(Words& words, const Scenario&)
             action.scope = CallScope::Group;
         else if (word == "system")
             action.scope = CallScope::SystemWide;
+        else if (word == "data")
+            action.data = true;
+        else if (word == "include")
+            action.include = true;
         else
-            throw CommandProblem{"\"" + word + "\" is none of ring, connected, emergency, group, system"};
+            throw CommandProblem{"\"" + word +
+                                 "\" is none of ring, connected, emergency, group, system, data, include"};
     }
     action.rings = rings.value_or(action.scope == CallScope::Individual);
     return Action(action);
@@ -167,7 +174,45 @@ Command ParseSilent(Words& words, const Scenario&)
     const std::string word(words.Next("on or off"));
     if (word != "on" && word != "off")
         throw CommandProblem{"silent is on or off, not \"" + word + '"'};
-    return SilentCommand{word == "on"};
+    SilenceAction action{word == "on", {}};
+    if (action.silent && !words.AtEnd())
+        action.duration = std::chrono::seconds(words.Number("the seconds", 1, 86400));
+    return Action(action);
+}
+
+Command ParseFault(Words& words, const Scenario&)
+{
+    const std::string word(words.Next("the fault"));
+    const std::string value(words.AtEnd() ? "" : words.Next(""));
+    std::string problem;
+    const auto choice = ChooseFault(word, value, problem);
+    if (!choice)
+        throw CommandProblem{problem};
+    return Action(FaultAction{choice->kind, choice->value});
+}
+
+Command ParseStorm(Words& words, const Scenario&)
+{
+    StormAction action;
+    if (!words.AtEnd())
+        action.count = words.Number("the number of messages", 1, mostAtOnce);
+    return Action(action);
+}
+
+Command ParseModem(Words& words, const Scenario&)
+{
+    ModemAction action;
+    while (!words.AtEnd()) {
+        const std::string word(words.Next(""));
+        unsigned octet = 0;
+        const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), octet, 16);
+        if (error != std::errc{} || end != word.data() + word.size() || octet > 0xFF)
+            throw CommandProblem{"\"" + word + "\" is no hexadecimal octet"};
+        action.octets.push_back(static_cast<std::uint8_t>(octet));
+    }
+    if (action.octets.empty())
+        throw CommandProblem{"the octets are missing"};
+    return Action(action);
 }
 
 template <typename Plain> Command ParsePlain(Words&, const Scenario&)
@@ -185,7 +230,8 @@ struct CommandKind {
 constexpr std::array kinds{
     CommandKind{"status", ParseStatus, "FROM CODE", "a status 0..31 arrives"},
     CommandKind{"text", ParseText, "FROM [7|8] TEXT", "a text arrives, in 7-bit or 8-bit characters (7)"},
-    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system]", "a call comes in"},
+    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data] [include]",
+                "a call comes in"},
     CommandKind{"pstn-call", ParseTelephoneCall<map27::Ident::Pstn>, "[DIGITS]",
                 "a call from the public telephone"},
     CommandKind{"pabx-call", ParseTelephoneCall<map27::Ident::Pabx>, "[DIGITS]",
@@ -200,7 +246,10 @@ constexpr std::array kinds{
     CommandKind{"numbering", ParseNumbering, "PREFIX/IDENT [units BASE MAX DIGITS] [groups BASE MAX DIGITS]",
                 "the radio's own number and ranges"},
     CommandKind{"restart", ParseRestart, "", "the radio is switched off and on"},
-    CommandKind{"silent", ParseSilent, "on|off", "nothing gets through the line"},
+    CommandKind{"modem", ParseModem, "HEX...", "data of the other side in a data call"},
+    CommandKind{"storm", ParseStorm, "[COUNT]", "many messages at once (500)"},
+    CommandKind{"fault", ParseFault, "NAME [VALUE|off]", "a fault on purpose from now on"},
+    CommandKind{"silent", ParseSilent, "on [SECONDS]|off", "nothing gets through the line"},
     CommandKind{"state", ParsePlain<StateCommand>, "", "link, contact, hook, call and message of the radio"},
     CommandKind{"last", ParsePlain<LastCommand>, "", "the console's last status, text or call"},
     CommandKind{"groups", ParseMember<GroupsCommand>, "NAME", "the dynamic groups that NAME holds"},
@@ -236,6 +285,8 @@ std::string CommandHelp()
         usage.resize(std::max<std::size_t>(usage.size() + 2, 26), ' ');
         help += "  " + usage + std::string(kind.meaning) + '\n';
     }
+    for (const FaultDescription& fault : faultDescriptions)
+        help += "  fault " + std::string(fault.word) + ": " + std::string(fault.meaning) + '\n';
     help += "FROM is a name of the fleet or prefix/ident. Behaviours: " + BehaviourWords() + ".\n";
     return help;
 }

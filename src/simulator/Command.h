@@ -17,12 +17,9 @@ struct GroupsCommand {  // a radio's dynamic groups
 struct SignalsCommand { // of an outstation
     map27::Address outstation;
 };
-struct SilentCommand {
-    bool silent = true; // nothing gets through the line
-};
 
-using Command = std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, GroupsCommand,
-                             SignalsCommand, SilentCommand>;
+using Command =
+    std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, GroupsCommand, SignalsCommand>;
 
 struct CommandProblem {
     std::string reason; // in plain words

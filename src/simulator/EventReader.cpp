@@ -59,11 +59,16 @@ void ReadCallFields(const JsonNode& event, CallAction& action)
         action.rings = rings->Boolean();
     if (const auto hangUp = event.Find("hangUpAfter"))
         action.hangUpAfter = Milliseconds(hangUp->SecondsAsMilliseconds(86400));
+    if (const auto data = event.Find("data"))
+        action.data = data->Boolean();
+    if (const auto include = event.Find("include"))
+        action.include = include->Boolean();
 }
 
 Action ReadCall(const JsonNode& event, const Scenario& scenario)
 {
-    event.RequireMembers({"at", "every", "do", "from", "to", "emergency", "rings", "hangUpAfter"});
+    event.RequireMembers(
+        {"at", "every", "do", "from", "to", "emergency", "rings", "hangUpAfter", "data", "include"});
     CallAction action;
     action.from = ReadSender(event, scenario.fleet);
     if (const auto to = event.Find("to"))
@@ -136,6 +141,40 @@ Action ReadNumbering(const JsonNode& event, const Scenario&)
     return action;
 }
 
+Action ReadStorm(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do", "count", "texts"});
+    StormAction action;
+    if (const auto count = event.Find("count"))
+        action.count = count->Integer(1, 5000);
+    if (const auto texts = event.Find("texts"))
+        action.texts = texts->Number(0, 1);
+    return action;
+}
+
+Action ReadFault(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do", "name", "value"});
+    const JsonNode name = event.Member("name");
+    const FaultDescription* fault = FaultOfWord(name.Text());
+    if (!fault)
+        name.Fail("unknown fault \"" + name.Text() + "\"; there are " + FaultWords());
+    const auto value = event.Find("value");
+    return FaultAction{fault->kind, value ? value->Number(0, fault->highest) : fault->usual};
+}
+
+Action ReadSilence(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do", "seconds"});
+    return SilenceAction{true, Milliseconds(event.Member("seconds").SecondsAsMilliseconds(86400))};
+}
+
+Action ReadRestart(const JsonNode& event, const Scenario&)
+{
+    event.RequireMembers({"at", "every", "do"});
+    return RestartAction{};
+}
+
 struct EventKind {
     std::string_view word;
     Action (*read)(const JsonNode&, const Scenario&);
@@ -155,6 +194,10 @@ constexpr std::array kinds{
     EventKind{"sensor", ReadSignal<false>},
     EventKind{"control", ReadSignal<true>},
     EventKind{"numbering", ReadNumbering},
+    EventKind{"storm", ReadStorm},
+    EventKind{"fault", ReadFault},
+    EventKind{"silence", ReadSilence},
+    EventKind{"restart", ReadRestart},
 };
 
 Action ReadAction(const JsonNode& event, const Scenario& scenario)

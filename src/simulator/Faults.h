@@ -1,32 +1,39 @@
 #pragma once
 
+#include "map27/Direction.h"
 #include "map27/Octets.h"
+#include "simulator/FaultSettings.h"
 #include "simulator/Random.h"
+#include "simulator/Schedule.h"
 
 namespace sim {
 
-// What may be made wrong on purpose.
-struct FaultSettings {
-    double bitErrors = 0;  // probability of each bit to be inverted, 0..1
-    double dropFrames = 0; // probability of each frame to get lost, 0..1
+// What a frame came to.
+struct Struck {
+    map27::Octets sent;     // the frame as its sender meant it
+    map27::Octets octets;   // what goes over the line: with noise, repetitions and all; empty: nothing
+    Milliseconds late{};    // so much later than it could have been
+    std::string_view fault; // for a trace; empty: none
 };
-
-enum class Fault { None, BitErrors, Dropped, Silent };
-
-// As it stands in a trace.
-const char* FaultText(Fault fault);
 
 // Spoils frames of both directions. While silent nothing gets through at all.
 class Faults {
 public:
-    Faults(const FaultSettings& settings, std::uint64_t seed) : m_settings(settings), m_random(seed) {}
+    Faults(FaultSettings settings, std::uint64_t seed) : m_settings(std::move(settings)), m_random(seed) {}
 
+    void Set(FaultKind kind, double value) { m_settings.Set(kind, value); }
     void SetSilent(bool silent) { m_silent = silent; }
 
-    // Changes the frame, or says that it does not arrive.
-    Fault Strike(map27::Octets& frame);
+    Struck Strike(map27::Octets frame, map27::Direction direction);
+    // Octets between frames: only silence and bit errors concern them.
+    map27::Octets StrikeNoise(map27::Octets octets);
 
 private:
+    bool Strikes(FaultKind kind) { return m_random.Chance(m_settings.Of(kind)); }
+    void ChangeContent(map27::Octets& frame, Struck& struck);
+    void InvertBits(map27::Octets& octets);
+    map27::Octets NoiseOctets();
+
     FaultSettings m_settings;
     Random m_random;
     bool m_silent = false;

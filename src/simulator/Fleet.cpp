@@ -7,6 +7,9 @@ namespace sim {
 
 namespace {
 
+constexpr Milliseconds diversionReaction{300};
+constexpr std::uint8_t causeDiverted = 0x26; // the radio tries the new address
+
 bool SameName(std::string_view a, std::string_view b)
 {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
@@ -103,6 +106,28 @@ Reaction Fleet::ReactionOf(const map27::Party& called, Service service) const
         return Reaction::Of(Behaviour::Answers);
     const Subscriber* member = Find(called.address);
     return member ? member->reactions.To(service) : strangers;
+}
+
+const Diversion* Fleet::FindDiversion(map27::Address called, Service service) const
+{
+    if (service == Service::Regroup)
+        return nullptr;
+    const auto found = std::ranges::find_if(diversions, [&](const Diversion& diversion) {
+        return diversion.from == called && (service == Service::Call ? diversion.speech : diversion.data);
+    });
+    return found == diversions.end() ? nullptr : &*found;
+}
+
+std::vector<Step> Fleet::StepsTo(const map27::Party& called, Service service) const
+{
+    const Reaction own = ReactionOf(called, service);
+    const Diversion* diversion = FindDiversion(called.address, service);
+    if (!diversion || IsDiversion(own.behaviour))
+        return StepsOf(own, service);
+    // The new target is tried once; its own diversions do not count any more.
+    std::vector<Step> steps = StepsOf(ReactionOf({diversion->to, {}}, service), service);
+    steps.insert(steps.begin(), {diversionReaction, StepOutcome::Pending, causeDiverted});
+    return steps;
 }
 
 std::string Fleet::Describe(const map27::Party& party) const

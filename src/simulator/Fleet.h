@@ -2,6 +2,7 @@
 
 #include "map27/Address.h"
 #include "simulator/Behaviour.h"
+#include "simulator/Diversion.h"
 #include "simulator/OutstationSettings.h"
 
 #include <map>
@@ -47,6 +48,7 @@ public:
     std::vector<Subscriber> members;
     TelephoneNetwork pstn;
     TelephoneNetwork pabx;
+    std::vector<Diversion> diversions;
     Reaction strangers = Reaction::Of(Behaviour::Rejects); // radio addresses that are nobody's
 
     // Null when nobody has it.
@@ -59,6 +61,11 @@ public:
     std::optional<map27::Address> Resolve(std::string_view text) const;
 
     Reaction ReactionOf(const map27::Party& called, Service service) const;
+
+    // Null when requests of this kind go to the address itself.
+    const Diversion* FindDiversion(map27::Address called, Service service) const;
+    // What follows a request to this party, diversions included.
+    std::vector<Step> StepsTo(const map27::Party& called, Service service) const;
 
     // "Unit20 (0/2)", "0/77", "PSTN 01223", for a person.
     std::string Describe(const map27::Party& party) const;

@@ -4,8 +4,16 @@ namespace sim {
 
 namespace {
 
-constexpr std::uint8_t facilities =
-    map27::Facility::Voice | map27::Facility::Status | map27::Facility::Sst | map27::Facility::Mst;
+std::uint8_t FacilitiesOf(const OwnRadio& radio)
+{
+    unsigned facilities =
+        map27::Facility::Voice | map27::Facility::Status | map27::Facility::Sst | map27::Facility::Mst;
+    if (radio.dataCalls)
+        facilities |= map27::Facility::Modem;
+    if (radio.diversions)
+        facilities |= map27::Facility::AutomaticDiversion;
+    return static_cast<std::uint8_t>(facilities);
+}
 
 constexpr std::uint8_t codings = map27::CodingBit::BcdAscii | map27::CodingBit::TelexAscii |
                                  map27::CodingBit::Binary | map27::CodingBit::Bcd | map27::CodingBit::Telex |
@@ -13,7 +21,11 @@ constexpr std::uint8_t codings = map27::CodingBit::BcdAscii | map27::CodingBit::
 
 } // namespace
 
-InterrogationService::InterrogationService(Air& air) : m_air(air), m_settings{facilities, 0, 0, codings} {}
+InterrogationService::InterrogationService(Air& air)
+    : m_air(air),
+      m_settings{FacilitiesOf(air.scenario.radio), 0, 0, codings}
+{
+}
 
 bool InterrogationService::Answer(std::uint8_t reason)
 {
@@ -38,7 +50,7 @@ bool InterrogationService::Answer(std::uint8_t reason)
 
 void InterrogationService::Set(const map27::SettingsMessage& settings)
 {
-    m_settings.facilitiesA = settings.facilitiesA & facilities;
+    m_settings.facilitiesA = settings.facilitiesA & FacilitiesOf(m_air.scenario.radio);
     if (settings.codings)
         m_settings.codings = *settings.codings & codings;
     m_air.console.Tell(m_settings);
@@ -48,7 +60,7 @@ map27::PersonalityMessage InterrogationService::Personality() const
 {
     map27::PersonalityMessage personality;
     personality.radio = m_air.scenario.radio.address;
-    personality.facilitiesA = facilities;
+    personality.facilitiesA = FacilitiesOf(m_air.scenario.radio);
     personality.facilitiesC = simulatedBit;
     personality.codings = codings;
     return personality;

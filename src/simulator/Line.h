@@ -8,13 +8,13 @@
 
 namespace sim {
 
-// A frame as it was on the wire, for the trace. The time is that of its last octet; a frame that never
-// reached the wire has the time at which it would have set out.
+// A frame as it was on the wire, for the trace, without its noise and repetitions. The time is that of its
+// last octet; a frame that never reached the wire has the time at which it would have set out.
 struct TracedFrame {
     TimePoint at;
     map27::Direction direction;
     map27::Octets frame;
-    Fault fault = Fault::None;
+    std::string_view fault; // a fault's word or "silent"; empty: none
 };
 
 // What arrives at the two ends.
@@ -36,24 +36,35 @@ public:
     LineOutput Take(TimePoint now);
     Deadline NextDeadline() const;
 
+    void SetFault(FaultKind kind, double value) { m_faults.Set(kind, value); }
     void SetSilent(bool silent) { m_faults.SetSilent(silent); }
     // Whatever is under way is lost.
     void Clear();
 
 private:
     struct FrameUnderWay {
-        map27::Octets frame;
-        Fault fault;
+        TracedFrame traced;
         std::size_t octetsLeft;
+    };
+    // Octets that are late; none overtakes another.
+    struct Late {
+        TimePoint due;
+        map27::Octets octets;
+        std::optional<TracedFrame> traced; // from the radio
     };
 
     void TakeFromConsole(TimePoint now, LineOutput& output);
     void TakeFromRadio(TimePoint now, LineOutput& output);
+    void HandToRadio(TimePoint now, LineOutput& output);
+    void HandToPacer(TimePoint now);
+    static void Hold(std::deque<Late>& late, Late one);
 
     Faults m_faults;
     Pacer m_fromConsole;
     Pacer m_fromRadio;
     FrameSplitter m_splitter;
+    std::deque<Late> m_lateFromConsole;   // after the line
+    std::deque<Late> m_lateFromRadio;     // before it
     std::deque<FrameUnderWay> m_underWay; // from the radio
     std::vector<TracedFrame> m_lost;      // from the radio, not yet traced
 };

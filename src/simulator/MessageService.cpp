@@ -12,6 +12,9 @@ namespace {
 constexpr std::uint8_t causeAborted = 0x08;
 constexpr std::uint8_t causeTooLong = 0x05;
 constexpr std::uint8_t causeCodingImpossible = 0x06;
+constexpr std::uint8_t causeNoMedium = 0x0D;
+constexpr std::uint8_t causeSplit = 0x22;
+constexpr Milliseconds networkReaction{300};
 
 bool IsDigit(std::uint8_t octet)
 {
@@ -69,9 +72,10 @@ void MessageService::Cancel()
 
 void MessageService::Start(const map27::Party& called, Service service, map27::ToRadio message)
 {
-    m_party = m_air.AcknowledgedParty(called);
-    const Reaction reaction = m_air.scenario.fleet.ReactionOf(called, service);
-    m_attempt.Start(StepsOf(reaction, service),
+    m_called = called;
+    m_service = service;
+    std::vector<Step> steps = Steps(called, service, message);
+    m_attempt.Start(std::move(steps),
                     [this, message = std::move(message)](StepOutcome outcome, std::uint8_t cause) {
                         if (outcome == StepOutcome::Success)
                             m_delivered(message);
@@ -79,9 +83,24 @@ void MessageService::Start(const map27::Party& called, Service service, map27::T
                     });
 }
 
+std::vector<Step> MessageService::Steps(const map27::Party& called, Service service,
+                                        const map27::ToRadio& message) const
+{
+    std::vector<Step> steps = m_air.scenario.fleet.StepsTo(called, service);
+    const auto* data = std::get_if<map27::ShortDataMessage>(&message);
+    const MediumTexts medium = m_air.scenario.network.mediumTexts;
+    if (!data || data->size != map27::DataSize::Medium || medium == MediumTexts::Carried || steps.empty())
+        return steps;
+    if (medium == MediumTexts::Refused)
+        return {{networkReaction, StepOutcome::Failure, causeNoMedium}};
+    steps.insert(steps.begin(), {networkReaction, StepOutcome::Pending, causeSplit});
+    return steps;
+}
+
 void MessageService::Acknowledge(map27::AckOutcome outcome, std::uint8_t cause)
 {
-    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Message, m_party, cause});
+    const map27::Party party = m_air.AcknowledgedParty(m_called, m_service, cause);
+    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Message, party, cause});
 }
 
 } // namespace sim

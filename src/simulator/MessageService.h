@@ -33,12 +33,14 @@ public:
 
 private:
     void Start(const map27::Party& called, Service service, map27::ToRadio message);
+    std::vector<Step> Steps(const map27::Party& called, Service service, const map27::ToRadio& message) const;
     void Acknowledge(map27::AckOutcome outcome, std::uint8_t cause);
 
     Air& m_air;
     Delivered m_delivered;
     Attempt m_attempt;
-    map27::Party m_party; // as acknowledgements name it
+    map27::Party m_called;
+    Service m_service = Service::Status;
 };
 
 } // namespace sim

@@ -16,17 +16,16 @@ Where the console connects:
   --listen HOST:PORT  a TCP port; port 0 takes any that is free
 
 What it does:
-  --scenario FILE     own numbering, fleet, behaviours and timed events as JSON
-                      (default: the built-in demonstration; the one without
-                      events is :/veltorkyn/scenarios/tour.json)
+  --scenario NAME     own numbering, fleet, behaviours and timed events: a JSON
+                      file, or one of the built-in busy-day (default),
+                      quiet-day, storm, failing-network, training and tour
   --speed BAUD        speed of the line in both directions, 50 to 1000000 bits
                       per second; 0: as fast as possible (default 9600)
   --trace FILE        write every frame to FILE, one JSON object a line
   --seed N            seed of everything that happens by chance (default 1)
 
 Faults on purpose:
-  --bit-errors P      invert each bit with the probability P, 0 to 1
-  --drop-frames P     lose each frame with the probability P, 0 to 1
+  --fault NAME[=VALUE]  see docs/scenarios.md; may be given several times
   --silent-after S    fall silent S seconds after the link came up first
 
   --help, --version
@@ -81,6 +80,18 @@ void ParseSeed(const QString& name, const QString& value, Options& options)
         Fail(name, '"' + value.toStdString() + "\" is not a whole number from 0");
 }
 
+void ParseFault(const QString& name, const QString& value, Options& options)
+{
+    const std::string text = value.toStdString();
+    const std::size_t equals = std::min(text.find('='), text.size());
+    std::string problem;
+    const auto choice = ChooseFault(text.substr(0, equals),
+                                    equals < text.size() ? text.substr(equals + 1) : std::string{}, problem);
+    if (!choice)
+        Fail(name, problem);
+    options.simulation.faults.Set(choice->kind, choice->value);
+}
+
 struct Switch {
     const char* name;
     void (*take)(const QString& name, const QString& value, Options& options);
@@ -95,10 +106,7 @@ constexpr std::array switches{
     Switch{"--speed", ParseSpeed},
     Switch{"--trace", [](const QString&, const QString& value, Options& o) { o.trace = value; }},
     Switch{"--seed", ParseSeed},
-    Switch{"--bit-errors", [](const QString& name, const QString& value,
-                              Options& o) { o.simulation.faults.bitErrors = ParseReal(name, value, 1); }},
-    Switch{"--drop-frames", [](const QString& name, const QString& value,
-                               Options& o) { o.simulation.faults.dropFrames = ParseReal(name, value, 1); }},
+    Switch{"--fault", ParseFault},
     Switch{"--silent-after",
            [](const QString& name, const QString& value, Options& o) {
                o.simulation.silentAfter =

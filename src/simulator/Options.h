@@ -13,7 +13,7 @@ struct Options {
     QString ptyLink; // either this or listenHost is set
     QString listenHost;
     quint16 listenPort = 0;
-    QString scenario = QStringLiteral(":/veltorkyn/scenarios/demonstration.json");
+    QString scenario = QStringLiteral("busy-day");
     QString trace; // empty: none
     SimulationSettings simulation;
 };

@@ -9,6 +9,10 @@ struct OwnRadio {
     map27::Address address;
     map27::NumberRange units;
     map27::NumberRange groups;
+    // What not every radio can do.
+    bool dataCalls = false; // and modem data in them
+    bool includeCalls = false;
+    bool diversions = false;
 };
 
 } // namespace sim

@@ -12,6 +12,8 @@ namespace {
 
 constexpr std::uint8_t noService = 0x04;
 constexpr std::uint8_t cancelAttempt = 0x08;
+constexpr std::uint8_t cancelInclude = 0x09;
+constexpr std::uint8_t cancelDiversion = 0x0A;
 constexpr std::uint8_t hangUp = 0x07;
 constexpr std::uint8_t operatingConditionReason = 3;
 constexpr Milliseconds restartPause{500};
@@ -44,8 +46,14 @@ Radio::Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed)
       m_interrogations(m_air),
       m_deliveries(m_air),
       m_messages(m_air, [this](const map27::ToRadio& message) { Reach(message); }),
-      m_calls(m_air, [this] { TellCondition(); })
+      m_calls(
+          m_air, [this] { TellCondition(); },
+          [this](map27::Address from, Milliseconds after) { CallBack(from, after); }),
+      m_diversions(m_air, m_scenario.fleet),
+      m_faults(seed + 2)
 {
+    for (const FaultDescription& fault : faultDescriptions)
+        m_faults.Set(fault.kind, m_scenario.faults.Of(fault.kind));
     BuildOutstations();
 }
 
@@ -107,9 +115,14 @@ map27::OperatingConditionMessage Radio::Condition() const
 
 std::string Radio::Tell(const map27::FromRadio& message)
 {
-    auto [result, output] = m_link.Send(map27::EncodeFromRadio(message), m_now);
-    Take(std::move(output));
-    switch (result) {
+    map27::SendResult told = map27::SendResult::Accepted;
+    for (const map27::Octets& octets : m_faults.Strike(message)) {
+        auto [result, output] = m_link.Send(octets, m_now);
+        Take(std::move(output));
+        if (told == map27::SendResult::Accepted)
+            told = result;
+    }
+    switch (told) {
     case map27::SendResult::Accepted:
         return {};
     case map27::SendResult::NotReady:
@@ -160,13 +173,31 @@ void Radio::OnMessage(const map27::Octets& octets)
                                                    : map27::ProtocolReason::Unrecognised);
 }
 
+bool Radio::IsBusy() const
+{
+    return m_messages.IsOpen() || m_diversions.IsOpen() || m_calls.GetState() != CallService::State::Idle;
+}
+
+bool Radio::AdmitDiversion()
+{
+    if (!m_scenario.radio.diversions)
+        Complain(map27::ProtocolReason::NotSupported);
+    else if (!m_reception.InContact())
+        Tell(map27::ClearMessage{true, {}, noService});
+    else if (IsBusy())
+        Complain(map27::ProtocolReason::StateMismatch);
+    else
+        return true;
+    return false;
+}
+
 bool Radio::Admit(const map27::Party& called, Service service)
 {
     if (!m_reception.InContact()) {
         Tell(map27::ClearMessage{true, {}, noService});
         return false;
     }
-    if (m_messages.IsOpen() || m_calls.GetState() != CallService::State::Idle) {
+    if (IsBusy()) {
         Complain(map27::ProtocolReason::StateMismatch);
         return false;
     }
@@ -191,12 +222,23 @@ void Radio::Handle(const map27::ShortDataMessage& message)
 
 void Radio::Handle(const map27::CallMessage& message)
 {
-    if (Admit(message.party, Service::Call))
+    const bool included = message.details.Include() && !message.emergency;
+    if (included && m_calls.GetState() == CallService::State::Connected) {
+        if (CanBeAddressed(message.party, Service::Call))
+            m_calls.Include(message);
+        else
+            Complain(map27::ProtocolReason::NotSupported);
+    } else if (Admit(message.party, Service::Call)) {
         m_calls.SetUp(message);
+    }
 }
 
 void Radio::Handle(const map27::ClearMessage& message)
 {
+    if (message.abnormal && message.cause == cancelInclude)
+        return m_calls.CancelInclude();
+    if (message.abnormal && message.cause == cancelDiversion)
+        return m_diversions.Abort();
     if (message.abnormal && message.cause != cancelAttempt)
         return Complain(map27::ProtocolReason::NotSupported);
     if (!message.abnormal && message.cause != hangUp)
@@ -204,6 +246,26 @@ void Radio::Handle(const map27::ClearMessage& message)
     if (message.abnormal)
         m_messages.Cancel();
     m_calls.Clear();
+}
+
+void Radio::Handle(const map27::DiversionRequestMessage& message)
+{
+    if (AdmitDiversion())
+        m_diversions.Set(message);
+}
+
+void Radio::Handle(const map27::DiversionCancelMessage& message)
+{
+    if (AdmitDiversion())
+        m_diversions.Cancel(message);
+}
+
+void Radio::Handle(const map27::ModemDataMessage&)
+{
+    if (!m_scenario.radio.dataCalls)
+        Complain(map27::ProtocolReason::NotSupported);
+    else if (!m_calls.IsDataCall())
+        Complain(map27::ProtocolReason::StateMismatch);
 }
 
 void Radio::Handle(const map27::InterrogationMessage& message)
@@ -222,7 +284,7 @@ void Radio::Handle(const map27::ProtocolInfoMessage& message)
 
 std::string Radio::Do(const StatusAction& action)
 {
-    std::string problem = WhyNothingArrives(map27::Facility::Status);
+    std::string problem = WhyNothingArrives(map27::Facility::Status, Service::Status);
     return problem.empty() ? m_deliveries.Deliver(action) : problem;
 }
 
@@ -231,26 +293,34 @@ std::string Radio::Do(const TextAction& action)
     const auto encoded = map27::EncodeText(action.text, action.coding);
     const auto* text = std::get_if<map27::EncodedText>(&encoded);
     const bool isMedium = text && text->size == map27::DataSize::Medium;
-    std::string problem = WhyNothingArrives(isMedium ? map27::Facility::Mst : map27::Facility::Sst);
+    std::string problem =
+        WhyNothingArrives(isMedium ? map27::Facility::Mst : map27::Facility::Sst, Service::Text);
     return problem.empty() ? m_deliveries.Deliver(action) : problem;
 }
 
 std::string Radio::Do(const CallAction& action)
 {
-    if (std::string problem = WhyNothingArrives(map27::Facility::Voice); !problem.empty())
+    const std::uint8_t facility = action.data ? map27::Facility::Modem : map27::Facility::Voice;
+    std::optional<Service> divertible;
+    if (action.scope == CallScope::Individual)
+        divertible = Service::Call;
+    if (std::string problem = WhyNothingArrives(facility, divertible); !problem.empty())
         return problem;
     std::string problem = m_calls.ComeIn(action);
-    if (problem.empty())
+    if (problem.empty()) {
         m_messages.Drop();
+        m_diversions.Drop();
+    }
     return problem;
 }
 
 std::string Radio::Do(const ContactAction& action)
 {
     if (!action.inContact && m_reception.InContact()) {
-        if (m_messages.IsOpen())
+        if (m_messages.IsOpen() || m_diversions.IsOpen())
             Tell(map27::ClearMessage{true, {}, noService});
         m_messages.Drop();
+        m_diversions.Drop();
         m_calls.LoseService();
     }
     m_reception.SetContact(action.inContact);
@@ -293,14 +363,36 @@ std::string Radio::Do(const NumberingAction& action)
     return {};
 }
 
+std::string Radio::Do(const ModemAction& action)
+{
+    if (!m_calls.IsDataCall())
+        return "there is no data call";
+    return Tell(map27::ModemDataMessage{action.octets});
+}
+
+std::string Radio::Do(const StormAction& action)
+{
+    std::string problem = WhyNothingArrives(map27::Facility::Status, Service::Status);
+    return problem.empty() ? m_deliveries.Deliver(action) : problem;
+}
+
+std::string Radio::Do(const FaultAction& action)
+{
+    m_faults.Set(action.kind, action.value);
+    return {};
+}
+
 std::string Radio::Do(const RestartAction&)
 {
+    if (const std::size_t lost = m_deliveries.Waiting(); lost > 0)
+        Note(std::to_string(lost) + " messages for the console are lost with the restart");
+    m_deliveries.Forget();
     DropEverything();
     Take(m_link.Reset(m_now, restartPause));
     return {};
 }
 
-std::string Radio::WhyNothingArrives(std::uint8_t facility) const
+std::string Radio::WhyNothingArrives(std::uint8_t facility, std::optional<Service> divertible) const
 {
     if (!m_link.IsReady())
         return "no console is connected";
@@ -308,7 +400,31 @@ std::string Radio::WhyNothingArrives(std::uint8_t facility) const
         return "the radio is out of contact";
     if (!m_interrogations.Accepts(facility))
         return "the console has switched this kind of message or call off";
+    const Diversion* diversion =
+        divertible ? m_scenario.fleet.FindDiversion(m_scenario.radio.address, *divertible) : nullptr;
+    if (diversion)
+        return "it is diverted to " + m_scenario.fleet.Describe({diversion->to, {}});
     return {};
+}
+
+RadioOutput Radio::TakeOutput()
+{
+    if (m_link.IsReady())
+        m_deliveries.HandOver([this] { return m_link.Backlog(); });
+    return std::exchange(m_output, {});
+}
+
+// Somebody who has noted a call of the console calls by himself, as soon as the radio is free.
+void Radio::CallBack(map27::Address from, Milliseconds after)
+{
+    m_schedule.After(after, [this, from, after] {
+        if (IsBusy() && m_link.IsReady())
+            return CallBack(from, after);
+        CallAction call;
+        call.from = from;
+        if (const std::string problem = Do(call); !problem.empty())
+            Note(Describe(Action(call), m_scenario.fleet) + " left out: " + problem);
+    });
 }
 
 void Radio::BuildOutstations()
@@ -335,7 +451,10 @@ const Outstation* Radio::FindOutstation(map27::Address address) const
 void Radio::Reach(const map27::ToRadio& message)
 {
     if (const auto* status = std::get_if<map27::StatusMessage>(&message)) {
-        const auto found = std::ranges::find(m_outstations, status->party.address, &Outstation::Address);
+        const map27::Address called = status->party.address;
+        const Diversion* diversion = m_scenario.fleet.FindDiversion(called, Service::Status);
+        const map27::Address target = diversion ? diversion->to : called;
+        const auto found = std::ranges::find(m_outstations, target, &Outstation::Address);
         if (found != m_outstations.end())
             found->Take(status->status);
     } else if (const auto* data = std::get_if<map27::ShortDataMessage>(&message);
@@ -351,6 +470,7 @@ void Radio::DropEverything()
 {
     m_messages.Drop();
     m_calls.Drop();
+    m_diversions.Drop();
 }
 
 } // namespace sim

@@ -4,8 +4,10 @@
 #include "simulator/Air.h"
 #include "simulator/CallService.h"
 #include "simulator/DeliveryService.h"
+#include "simulator/DiversionService.h"
 #include "simulator/GroupMemory.h"
 #include "simulator/InterrogationService.h"
+#include "simulator/MessageFaults.h"
 #include "simulator/MessageService.h"
 #include "simulator/Outstation.h"
 #include "simulator/Reception.h"
@@ -50,6 +52,9 @@ public:
     // Null when the address is no outstation's.
     const Outstation* FindOutstation(map27::Address address) const;
     const GroupMemory& Groups() const { return m_groups; }
+    // Messages for the console that it has not taken yet.
+    std::size_t Waiting() const { return m_deliveries.Waiting() + m_link.Backlog(); }
+    map27::LinkCounters GetLinkCounters() const { return m_link.Counters(); }
     // The console's last status, text or call, "status 5 to Unit20 (0/2)"; empty before the first.
     const std::string& LastRequest() const { return m_lastRequest; }
 
@@ -62,10 +67,13 @@ private:
     void Take(map27::LinkOutput output);
     void OnMessage(const map27::Octets& octets);
     void Note(std::string text) { m_output.notes.push_back(std::move(text)); }
-    RadioOutput TakeOutput() { return std::exchange(m_output, {}); }
+    RadioOutput TakeOutput();
 
     // Whether a message or call to this party may begin now; tells the console why not.
     bool Admit(const map27::Party& called, Service service);
+    bool AdmitDiversion();
+    bool IsBusy() const;
+    void CallBack(map27::Address from, Milliseconds after);
     void Handle(const map27::StatusMessage& message);
     void Handle(const map27::ShortDataMessage& message);
     void Handle(const map27::CallMessage& message);
@@ -74,6 +82,9 @@ private:
     void Handle(const map27::InterrogationMessage& message);
     void Handle(const map27::SettingsMessage& message) { m_interrogations.Set(message); }
     void Handle(const map27::ProtocolInfoMessage& message);
+    void Handle(const map27::DiversionRequestMessage& message);
+    void Handle(const map27::DiversionCancelMessage& message);
+    void Handle(const map27::ModemDataMessage& message);
     void Handle(const map27::VolumeMessage&) {} // there is no loudspeaker, and no answer either
     void Handle(const map27::EscapeMessage&) { Complain(map27::ProtocolReason::Unrecognised); }
     template <typename Message> void Handle(const Message&) { Complain(map27::ProtocolReason::NotSupported); }
@@ -87,8 +98,13 @@ private:
     std::string Do(const BehaveAction& action);
     std::string Do(const SignalAction& action);
     std::string Do(const NumberingAction& action);
+    std::string Do(const ModemAction& action);
+    std::string Do(const StormAction& action);
+    std::string Do(const FaultAction& action);
+    std::string Do(const SilenceAction&) { return {}; } // of the line, not of the radio
     std::string Do(const RestartAction& action);
-    std::string WhyNothingArrives(std::uint8_t facility) const;
+    // `divertible`: what can be diverted away from the radio; a group call cannot.
+    std::string WhyNothingArrives(std::uint8_t facility, std::optional<Service> divertible) const;
     void DropEverything();
     void BuildOutstations();
     // What a message of the console does at the radio that it has reached.
@@ -108,6 +124,8 @@ private:
     DeliveryService m_deliveries;
     MessageService m_messages;
     CallService m_calls;
+    DiversionService m_diversions;
+    MessageFaults m_faults;
     GroupMemory m_groups;
     std::list<Outstation> m_outstations; // a list: they stay where they are
 };

@@ -2,6 +2,7 @@
 
 #include "map27/Messages.h"
 #include "simulator/Action.h"
+#include "simulator/FaultSettings.h"
 #include "simulator/OwnRadio.h"
 
 namespace sim {
@@ -13,6 +14,9 @@ struct FieldStrength {
     Milliseconds every{30000}; // between two reports while it wanders
 };
 
+// What the network does with medium texts (MST).
+enum class MediumTexts { Carried, Refused, Split };
+
 struct NetworkProperties {
     std::uint16_t channel = 1;        // 10 bits
     std::uint16_t systemIdentity = 0; // 15 bits
@@ -20,6 +24,7 @@ struct NetworkProperties {
     std::uint8_t maxCallTimeCode = 255; // as in the operating condition message
     Milliseconds callWarning{10000};    // this long before the maximum call time the radio warns
     Milliseconds ringing{30000};        // a caller whom nobody answers gives up after this
+    MediumTexts mediumTexts = MediumTexts::Carried;
 };
 
 struct TimedEvent {
@@ -33,6 +38,7 @@ struct Scenario {
     NetworkProperties network;
     Fleet fleet;
     std::vector<TimedEvent> events;
+    FaultSettings faults; // from the beginning
 
     // Groups that the own radio listens to: those of the fleet.
     std::vector<map27::Address> GroupList() const;

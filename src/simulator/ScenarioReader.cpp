@@ -14,9 +14,22 @@ namespace {
 
 constexpr std::size_t longestName = 32;
 
+void AddFacility(OwnRadio& radio, const JsonNode& node)
+{
+    const std::string word = node.Text();
+    if (word == "data")
+        radio.dataCalls = true;
+    else if (word == "include")
+        radio.includeCalls = true;
+    else if (word == "diversion")
+        radio.diversions = true;
+    else
+        node.Fail("must be \"data\", \"include\" or \"diversion\", not \"" + word + "\"");
+}
+
 OwnRadio ReadRadio(const JsonNode& node)
 {
-    node.RequireMembers({"prefix", "ident", "units", "groups"});
+    node.RequireMembers({"prefix", "ident", "units", "groups", "facilities"});
     OwnRadio radio;
     radio.address = ReadAddress(node);
     // A radio without one of them reports a range of zeros.
@@ -24,6 +37,10 @@ OwnRadio ReadRadio(const JsonNode& node)
         radio.units = ReadRange(*units);
     if (const auto groups = node.Find("groups"))
         radio.groups = ReadRange(*groups);
+    if (const auto facilities = node.Find("facilities")) {
+        for (const JsonNode& facility : facilities->Items())
+            AddFacility(radio, facility);
+    }
     return radio;
 }
 
@@ -60,10 +77,34 @@ std::uint8_t ReadMaxCallTime(const JsonNode& node)
     return *code;
 }
 
+MediumTexts ReadMediumTexts(const JsonNode& node)
+{
+    const std::string word = node.Text();
+    if (word == "refused")
+        return MediumTexts::Refused;
+    if (word == "split")
+        return MediumTexts::Split;
+    if (word != "carried")
+        node.Fail("must be \"carried\", \"refused\" or \"split\", not \"" + word + "\"");
+    return MediumTexts::Carried;
+}
+
+FaultSettings ReadFaults(const JsonNode& node)
+{
+    FaultSettings faults;
+    for (const auto& [word, value] : node.Entries()) {
+        const FaultDescription* fault = FaultOfWord(word);
+        if (!fault)
+            value.Fail("unknown fault \"" + word + "\"; there are " + FaultWords());
+        faults.Set(fault->kind, value.Number(0, fault->highest));
+    }
+    return faults;
+}
+
 NetworkProperties ReadNetwork(const JsonNode& node)
 {
     node.RequireMembers({"channel", "systemIdentity", "fieldStrength", "fieldStrengthEvery", "maxCallSeconds",
-                         "callWarning", "ringing"});
+                         "callWarning", "ringing", "mediumTexts"});
     NetworkProperties network;
     if (const auto channel = node.Find("channel"))
         network.channel = static_cast<std::uint16_t>(channel->Integer(0, 1023));
@@ -79,6 +120,8 @@ NetworkProperties ReadNetwork(const JsonNode& node)
         network.callWarning = Milliseconds(warning->SecondsAsMilliseconds(3600));
     if (const auto ringing = node.Find("ringing"))
         network.ringing = Milliseconds(ringing->SecondsAsMilliseconds(3600));
+    if (const auto medium = node.Find("mediumTexts"))
+        network.mediumTexts = ReadMediumTexts(*medium);
     return network;
 }
 
@@ -134,7 +177,7 @@ OutstationSettings ReadOutstation(const JsonNode& node)
 Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
 {
     node.RequireMembers({"name", "prefix", "ident", "kind", "behaviour", "reactAfterMs", "answerAfterMs",
-                         "talkMs", "status", "text", "call", "regroup", "outstation"});
+                         "talkMs", "status", "text", "call", "regroup", "outstation", "divertTo"});
     Subscriber member;
     member.name = ReadName(node.Member("name"), scenario.fleet);
     member.address = ReadAddress(node);
@@ -151,6 +194,22 @@ Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
         member.outstation = ReadOutstation(*outstation);
     }
     return member;
+}
+
+// After all members are known by name.
+void ReadDiversions(const JsonNode& list, Fleet& fleet)
+{
+    std::size_t index = 0;
+    for (const JsonNode& node : list.Items()) {
+        const Subscriber& member = fleet.members[index++];
+        const auto divertTo = node.Find("divertTo");
+        if (!divertTo)
+            continue;
+        const Subscriber* target = std::as_const(fleet).Find(divertTo->Text());
+        if (!target || target == &member)
+            divertTo->Fail("there is no other \"" + divertTo->Text() + "\" in the fleet");
+        fleet.diversions.push_back({member.address, target->address});
+    }
 }
 
 TelephoneNetwork ReadTelephones(const JsonNode& node)
@@ -174,7 +233,7 @@ TelephoneNetwork ReadTelephones(const JsonNode& node)
 Scenario ReadScenario(const QByteArray& json)
 {
     const JsonNode root = JsonNode::Parse(json);
-    root.RequireMembers({"radio", "network", "fleet", "strangers", "pstn", "pabx", "events"});
+    root.RequireMembers({"radio", "network", "fleet", "strangers", "pstn", "pabx", "events", "faults"});
     Scenario scenario;
     scenario.radio = ReadRadio(root.Member("radio"));
     if (const auto network = root.Find("network"))
@@ -182,6 +241,7 @@ Scenario ReadScenario(const QByteArray& json)
     if (const auto fleet = root.Find("fleet")) {
         for (const JsonNode& member : fleet->Items())
             scenario.fleet.members.push_back(ReadSubscriber(member, scenario));
+        ReadDiversions(*fleet, scenario.fleet);
         if (scenario.GroupList().size() > MostGroups)
             fleet->Fail("has more than " + std::to_string(MostGroups) + " groups");
     }
@@ -191,6 +251,8 @@ Scenario ReadScenario(const QByteArray& json)
         scenario.fleet.pstn = ReadTelephones(*pstn);
     if (const auto pabx = root.Find("pabx"))
         scenario.fleet.pabx = ReadTelephones(*pabx);
+    if (const auto faults = root.Find("faults"))
+        scenario.faults = ReadFaults(*faults);
     if (const auto events = root.Find("events")) {
         for (const JsonNode& event : events->Items())
             scenario.events.push_back(ReadEvent(event, scenario));
@@ -198,18 +260,19 @@ Scenario ReadScenario(const QByteArray& json)
     return scenario;
 }
 
-Scenario LoadScenario(const QString& path)
+Scenario LoadScenario(const QString& name)
 {
-    QFile file(path);
+    const QString builtIn = QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(name);
+    QFile file(!QFile::exists(name) && QFile::exists(builtIn) ? builtIn : name);
     if (!file.open(QIODevice::ReadOnly))
-        throw ScenarioError(path.toStdString() + ": cannot be read: " + file.errorString().toStdString());
+        throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
     const QByteArray text = file.readAll();
     if (file.error() != QFileDevice::NoError)
-        throw ScenarioError(path.toStdString() + ": cannot be read: " + file.errorString().toStdString());
+        throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
     try {
         return ReadScenario(text);
     } catch (const ScenarioError& error) {
-        throw ScenarioError(path.toStdString() + ": " + error.what());
+        throw ScenarioError(name.toStdString() + ": " + error.what());
     }
 }
 

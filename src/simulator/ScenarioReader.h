@@ -10,7 +10,8 @@ namespace sim {
 // A scenario document (docs/scenarios.md). Throws ScenarioError.
 Scenario ReadScenario(const QByteArray& json);
 
-// The file, or a resource when the path begins with ":/". Throws ScenarioError that begins with the path.
-Scenario LoadScenario(const QString& path);
+// A file, a resource when the name begins with ":/", or one of the built-in ones by its bare name
+// ("busy-day"). A file of that name goes before it. Throws ScenarioError that begins with the name.
+Scenario LoadScenario(const QString& name);
 
 } // namespace sim

@@ -21,12 +21,19 @@ const char* CallStateText(CallService::State state)
     return "connected";
 }
 
+Scenario WithFaults(Scenario scenario, const FaultSettings& faults)
+{
+    scenario.faults.Overlay(faults);
+    return scenario;
+}
+
 } // namespace
 
 Simulation::Simulation(const Scenario& scenario, const SimulationSettings& settings)
     : m_settings(settings),
-      m_radio(scenario, map27::LinkParameters::ForBitRate(settings.bitsPerSecond), settings.seed),
-      m_line(settings.bitsPerSecond, settings.faults, settings.seed + 1),
+      m_radio(WithFaults(scenario, settings.faults),
+              map27::LinkParameters::ForBitRate(settings.bitsPerSecond), settings.seed),
+      m_line(settings.bitsPerSecond, m_radio.GetScenario().faults, settings.seed + 1),
       m_script(scenario.events)
 {
 }
@@ -65,7 +72,8 @@ SimulationOutput Simulation::OnTime(TimePoint now)
 Deadline Simulation::NextDeadline() const
 {
     const Deadline transport = map27::Earlier(m_radio.NextDeadline(), m_line.NextDeadline());
-    return map27::Earlier(map27::Earlier(transport, m_script.NextDeadline()), m_silentAt);
+    const Deadline silence = map27::Earlier(m_silentAt, m_silentUntil);
+    return map27::Earlier(map27::Earlier(transport, m_script.NextDeadline()), silence);
 }
 
 Simulation::Answer Simulation::Execute(std::string_view commandLine, TimePoint now)
@@ -82,13 +90,8 @@ Simulation::Answer Simulation::Execute(std::string_view commandLine, TimePoint n
 std::string Simulation::Perform(const Command& command, TimePoint now)
 {
     if (const auto* action = std::get_if<Action>(&command)) {
-        auto [problem, output] = m_radio.Perform(*action, now);
-        Take(std::move(output), now);
+        const std::string problem = Perform(*action, now);
         return problem.empty() ? "ok" : "error " + problem;
-    }
-    if (const auto* silent = std::get_if<SilentCommand>(&command)) {
-        m_line.SetSilent(silent->silent);
-        return "ok";
     }
     if (std::holds_alternative<StateCommand>(command))
         return "ok " + StateText();
@@ -106,6 +109,25 @@ std::string Simulation::Perform(const Command& command, TimePoint now)
     if (std::holds_alternative<ListCommand>(command))
         return ListText() + "ok";
     return CommandHelp() + "ok";
+}
+
+std::string Simulation::Perform(const Action& action, TimePoint now)
+{
+    if (const auto* fault = std::get_if<FaultAction>(&action))
+        m_line.SetFault(fault->kind, fault->value);
+    if (const auto* silence = std::get_if<SilenceAction>(&action))
+        BeSilent(silence->silent, now, silence->duration);
+    auto [problem, output] = m_radio.Perform(action, now);
+    Take(std::move(output), now);
+    return problem;
+}
+
+void Simulation::BeSilent(bool silent, TimePoint now, Milliseconds duration)
+{
+    m_line.SetSilent(silent);
+    m_silentUntil.reset();
+    if (silent && duration > Milliseconds(0))
+        m_silentUntil = now + duration;
 }
 
 std::string Simulation::ListText() const
@@ -139,9 +161,11 @@ void Simulation::Advance(TimePoint now)
 {
     if (m_silentAt && *m_silentAt <= now) {
         m_silentAt.reset();
-        m_line.SetSilent(true);
+        BeSilent(true, now, Milliseconds(0));
         m_output.notes.push_back("silent from now on");
     }
+    if (m_silentUntil && *m_silentUntil <= now)
+        BeSilent(false, now, Milliseconds(0));
     Pump(now);
     Take(m_radio.OnTime(now), now);
     RunScript(now);
@@ -176,9 +200,7 @@ void Simulation::Pump(TimePoint now)
 void Simulation::RunScript(TimePoint now)
 {
     for (const Action& action : m_script.TakeDue(now)) {
-        auto [problem, output] = m_radio.Perform(action, now);
-        Take(std::move(output), now);
-        if (!problem.empty())
+        if (const std::string problem = Perform(action, now); !problem.empty())
             m_output.notes.push_back(Describe(action, m_radio.GetScenario().fleet) + " left out: " + problem);
     }
 }

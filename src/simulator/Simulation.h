@@ -8,9 +8,9 @@
 namespace sim {
 
 struct SimulationSettings {
-    unsigned bitsPerSecond = 9600; // 0: the line takes no time
-    FaultSettings faults;
-    std::optional<Milliseconds> silentAfter; // since the link came up first
+    unsigned bitsPerSecond = 9600;             // 0: the line takes no time
+    FaultSettings faults{};                    // before those of the scenario
+    std::optional<Milliseconds> silentAfter{}; // since the link came up first
     std::uint64_t seed = 1;
 };
 
@@ -45,6 +45,8 @@ private:
     void Take(RadioOutput output, TimePoint now);
     void Pump(TimePoint now);
     void RunScript(TimePoint now);
+    std::string Perform(const Action& action, TimePoint now);
+    void BeSilent(bool silent, TimePoint now, Milliseconds duration);
     void FollowLink(TimePoint now);
     std::string Perform(const Command& command, TimePoint now);
     std::string ListText() const;
@@ -56,6 +58,7 @@ private:
     Line m_line;
     Script m_script;
     Deadline m_silentAt;
+    Deadline m_silentUntil;
     bool m_linkSeen = false;
     SimulationOutput m_output;
 };

@@ -7,8 +7,8 @@ std::string TraceLine(const TracedFrame& frame)
     std::string line = "{\"ms\":" + std::to_string(frame.at.time_since_epoch().count());
     line += frame.direction == map27::Direction::ToRadio ? ",\"dir\":\"D>R\"" : ",\"dir\":\"R>D\"";
     line += ",\"frame\":\"" + map27::ToHex(frame.frame) + '"';
-    if (frame.fault != Fault::None)
-        line += std::string(",\"fault\":\"") + FaultText(frame.fault) + '"';
+    if (!frame.fault.empty())
+        line += ",\"fault\":\"" + std::string(frame.fault) + '"';
     return line + '}';
 }
 

@@ -18,10 +18,8 @@ public:
         Event event;
     };
 
-    explicit Bench(const sim::Scenario& scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json"),
-                   const sim::SimulationSettings& settings = {.bitsPerSecond = 0,
-                                                              .faults = {},
-                                                              .silentAfter = {}})
+    explicit Bench(const sim::Scenario& scenario = sim::LoadScenario("tour"),
+                   const sim::SimulationSettings& settings = {.bitsPerSecond = 0})
         : simulation(scenario, settings)
     {
         Deliver(console.Start(now));

@@ -79,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(
                     OutgoingCase{"Refuses", "refuses", false, {"300 212 1", "2300 228 12"}},
                     OutgoingCase{"Engaged", "engaged", false, {"300 228 12"}},
                     OutgoingCase{"NoAnswer", "no-answer", false, {"300 212 1", "15300 228 4"}},
-                    OutgoingCase{"CallBack", "call-back", false, {"300 228 7"}},
+                    OutgoingCase{"CallBack", "call-back", false, {"300 228 7", "10300 in 164 8 0/2"}},
                     OutgoingCase{"OutOfReach", "out-of-reach", true, {"100 212 5", "1600 228 4"}},
                     OutgoingCase{"Rejects", "rejects", false, {"300 228 3"}},
                     OutgoingCase{"Overload", "overload", false, {"300 228 11"}},
@@ -141,7 +141,7 @@ TEST(Call, HookAndKeyAreReportedAndHangingUpEndsIt)
 
 TEST(Call, TheMaximumCallTimeWarnsAndEnds)
 {
-    sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    sim::Scenario scenario = sim::LoadScenario("tour");
     scenario.network.maxCallTimeCode = *sim::MaxCallTimeCode(30);
     TerminalBench bench(scenario);
     BeInCall(bench);

@@ -19,7 +19,8 @@ TEST(Command, MistakesAreAnsweredInPlainWords)
         {"text Unit20", "error the text is empty"},
         {"text Unit20 Grüße", "error the coding has no character \"ü\""},
         {"text Unit20 \xFF\xFE", "error the text is not UTF-8"},
-        {"call Unit20 loud", "error \"loud\" is none of ring, connected, emergency, group, system"},
+        {"call Unit20 loud", "error \"loud\" is none of ring, connected, emergency, group, system, data, "
+                             "include"},
         {"call Group90", "error Group90 is a group, and only a radio sends and calls"},
         {"pstn-call 12x", "error \"12x\" is no telephone number"},
         {"contact broken", "error contact is lost or found, not \"broken\""},
@@ -36,6 +37,11 @@ TEST(Command, MistakesAreAnsweredInPlainWords)
         {"numbering 5", "error \"5\" is no prefix/ident"},
         {"numbering 1/5 units 20 10 2", "error the highest number must be 20 to 8100, not \"10\""},
         {"silent maybe", "error silent is on or off, not \"maybe\""},
+        {"silent on 0", "error the seconds must be 1 to 86400, not \"0\""},
+        {"fault noise 2", "error noise must be off or 0 to 1, not \"2\""},
+        {"modem 1G", "error \"1G\" is no hexadecimal octet"},
+        {"modem 01", "error there is no data call"},
+        {"storm 0", "error the number of messages must be 1 to 5000, not \"0\""},
         {"hangup now", "error \"now\" is too much"},
         {"hangup", "error there is no call"},
     };
@@ -76,16 +82,17 @@ TEST(Command, HelpListsEveryCommandItKnows)
 {
     TerminalBench bench;
     const std::string help = '\n' + bench.Execute("help");
-    for (const char* word : {"status",  "text",   "call",   "pstn-call", "pabx-call", "hangup", "contact",
-                             "field",   "behave", "sensor", "control",   "numbering", "groups", "signals",
-                             "restart", "silent", "state",  "last",      "list",      "help"})
+    for (const char* word :
+         {"status", "text",   "call",    "pstn-call", "pabx-call", "hangup",  "contact", "field",
+          "behave", "sensor", "control", "numbering", "groups",    "signals", "restart", "modem",
+          "storm",  "fault",  "silent",  "state",     "last",      "list",    "help"})
         EXPECT_NE(help.find(std::string("\n  ") + word + ' '), std::string::npos) << word;
     EXPECT_TRUE(help.ends_with("\nok"));
 }
 
 TEST(Script, RunsOnlyWhileAConsoleIsThere)
 {
-    sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    sim::Scenario scenario = sim::LoadScenario("tour");
     const sim::Action status = sim::StatusAction{{0, 2}, 7};
     scenario.events.push_back({Milliseconds(2000), Milliseconds(1000), status});
     scenario.events.push_back({Milliseconds(2500), Milliseconds(0), sim::ContactAction{false}});
@@ -110,7 +117,7 @@ TEST(Script, RunsOnlyWhileAConsoleIsThere)
 
 TEST(Script, TheDemonstrationRunsForHoursWithoutAMistake)
 {
-    TerminalBench bench(sim::LoadScenario(":/veltorkyn/scenarios/demonstration.json"));
+    TerminalBench bench(sim::LoadScenario("busy-day"));
     bench.RunFor(std::chrono::hours(3));
     EXPECT_GT(bench.Events<map27::StatusReceived>().size(), 80U);
     EXPECT_GT(bench.Events<map27::TextReceived>().size(), 50U);

@@ -82,8 +82,10 @@ TEST(FrameSplitter, KeepsEveryOctetInWhateverPiecesItComes)
 
 TEST(Line, TheLinkSurvivesAnUnreliableLine)
 {
-    sim::SimulationSettings settings{.bitsPerSecond = 9600, .faults = {0.0005, 0.05}, .silentAfter = {}};
-    TerminalBench bench(sim::LoadScenario(":/veltorkyn/scenarios/tour.json"), settings);
+    sim::SimulationSettings settings;
+    settings.faults.Set(sim::FaultKind::BitErrors, 0.0005);
+    settings.faults.Set(sim::FaultKind::DropFrames, 0.05);
+    TerminalBench bench(sim::LoadScenario("tour"), settings);
     bench.RunFor(std::chrono::minutes(2));
     bench.Forget();
     for (int i = 0; i < 200; ++i) {
@@ -94,8 +96,8 @@ TEST(Line, TheLinkSurvivesAnUnreliableLine)
     int dropped = 0;
     int spoiled = 0;
     for (const sim::TracedFrame& one : bench.traced) {
-        dropped += one.fault == sim::Fault::Dropped;
-        spoiled += one.fault == sim::Fault::BitErrors;
+        dropped += one.fault == "drop-frames";
+        spoiled += one.fault == "bit-errors";
     }
     EXPECT_NEAR(dropped, bench.traced.size() * 0.05, bench.traced.size() * 0.02);
     EXPECT_GT(spoiled, 0);
@@ -104,9 +106,11 @@ TEST(Line, TheLinkSurvivesAnUnreliableLine)
 TEST(Line, TheSameSeedGivesTheSameRun)
 {
     const auto run = [](std::uint64_t seed) {
-        sim::SimulationSettings settings{
-            .bitsPerSecond = 9600, .faults = {0.001, 0.1}, .silentAfter = {}, .seed = seed};
-        TerminalBench bench(sim::LoadScenario(":/veltorkyn/scenarios/demonstration.json"), settings);
+        sim::SimulationSettings settings{.seed = seed};
+        for (const sim::FaultKind kind : {sim::FaultKind::BitErrors, sim::FaultKind::DropFrames,
+                                          sim::FaultKind::Noise, sim::FaultKind::Delay})
+            settings.faults.Set(kind, sim::DescriptionOf(kind).usual);
+        TerminalBench bench(sim::LoadScenario("busy-day"), settings);
         bench.RunFor(std::chrono::minutes(10));
         std::string trace;
         for (const sim::TracedFrame& one : bench.traced)
@@ -119,8 +123,8 @@ TEST(Line, TheSameSeedGivesTheSameRun)
 
 TEST(Line, FallingSilentIsNoticedByTheConsoleAndCanEnd)
 {
-    sim::SimulationSettings settings{.bitsPerSecond = 0, .faults = {}, .silentAfter = Milliseconds(5000)};
-    TerminalBench bench(sim::LoadScenario(":/veltorkyn/scenarios/tour.json"), settings);
+    sim::SimulationSettings settings{.bitsPerSecond = 0, .silentAfter = Milliseconds(5000)};
+    TerminalBench bench(sim::LoadScenario("tour"), settings);
     bench.RunFor(std::chrono::minutes(3));
     const auto failures = bench.Events<map27::LinkFailed>();
     ASSERT_EQ(failures.size(), 1U);
@@ -145,6 +149,6 @@ TEST(Trace, LinesAreJsonWithTheFrameAsOnTheWire)
     EXPECT_TRUE(line["frame"].toString().startsWith("16 10 02 04 "));
     EXPECT_TRUE(line["frame"].toString().contains("80 00 00 10 10 00 10 10 10 03 "));
 
-    const sim::TracedFrame lost{At(1), map27::Direction::FromRadio, {0x16}, sim::Fault::Dropped};
-    EXPECT_EQ(sim::TraceLine(lost), R"({"ms":1,"dir":"R>D","frame":"16","fault":"dropped"})");
+    const sim::TracedFrame lost{At(1), map27::Direction::FromRadio, {0x16}, "lost-la"};
+    EXPECT_EQ(sim::TraceLine(lost), R"({"ms":1,"dir":"R>D","frame":"16","fault":"lost-la"})");
 }

@@ -50,14 +50,16 @@ TEST_P(MessageBehaviour, EndsStatusAndTextAlike)
 
 INSTANTIATE_TEST_SUITE_P(
     All, MessageBehaviour,
-    testing::Values(BehaviourCase{"answers", {"300 192 0"}}, BehaviourCase{"slow", {"8000 192 0"}},
-                    BehaviourCase{"rings", {"300 192 0"}},
-                    BehaviourCase{"queued", {"300 208 2", "2300 192 0"}},
-                    BehaviourCase{"busy 100 500", {"100 208 10", "600 192 0"}},
-                    BehaviourCase{"refuses", {"300 224 12"}}, BehaviourCase{"engaged", {"300 224 12"}},
-                    BehaviourCase{"no-answer", {"300 192 0"}}, BehaviourCase{"call-back", {"300 192 0"}},
-                    BehaviourCase{"out-of-reach", {"1500 224 4"}}, BehaviourCase{"rejects 50", {"50 224 3"}},
-                    BehaviourCase{"overload", {"300 224 11"}}, BehaviourCase{"silent", {}}),
+    testing::Values(
+        BehaviourCase{"answers", {"300 192 0"}}, BehaviourCase{"slow", {"8000 192 0"}},
+        BehaviourCase{"rings", {"300 192 0"}}, BehaviourCase{"queued", {"300 208 2", "2300 192 0"}},
+        BehaviourCase{"busy 100 500", {"100 208 10", "600 192 0"}}, BehaviourCase{"refuses", {"300 224 12"}},
+        BehaviourCase{"engaged", {"300 224 12"}}, BehaviourCase{"no-answer", {"300 192 0"}},
+        BehaviourCase{"call-back", {"300 192 0"}}, BehaviourCase{"out-of-reach", {"1500 224 4"}},
+        BehaviourCase{"rejects 50", {"50 224 3"}}, BehaviourCase{"overload", {"300 224 11"}},
+        BehaviourCase{"diverted", {"300 208 38", "1300 192 0"}},
+        BehaviourCase{"diverted-away", {"300 224 6"}}, BehaviourCase{"diverted-nowhere", {"300 224 14"}},
+        BehaviourCase{"diverted-to-group", {"300 224 22"}}, BehaviourCase{"silent", {}}),
     [](const auto& row) {
         std::string name = row.param.behaviour;
         std::erase_if(name, [](char c) { return c == '-' || c == ' '; });
@@ -142,14 +144,14 @@ TEST_P(ReceivedText, ArrivesPaddedAndIsReadAsItWasWritten)
 {
     // Every seed pads in its own way.
     for (std::uint64_t seed = 1; seed <= 6; ++seed) {
-        const sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
-        RawBench raw(scenario, {.bitsPerSecond = 0, .faults = {}, .silentAfter = {}, .seed = seed});
+        const sim::Scenario scenario = sim::LoadScenario("tour");
+        RawBench raw(scenario, {.bitsPerSecond = 0, .seed = seed});
         ASSERT_EQ(raw.Execute(GetParam().command), "ok");
         const auto messages = raw.Events<map27::MessageReceived>();
         ASSERT_EQ(messages.size(), 1U);
         EXPECT_EQ(messages[0].message.size(), 6 + GetParam().octets);
 
-        TerminalBench bench(scenario, {.bitsPerSecond = 0, .faults = {}, .silentAfter = {}, .seed = seed});
+        TerminalBench bench(scenario, {.bitsPerSecond = 0, .seed = seed});
         ASSERT_EQ(bench.Execute(GetParam().command), "ok");
         const auto texts = bench.Events<map27::TextReceived>();
         ASSERT_EQ(texts.size(), 1U);

@@ -74,7 +74,7 @@ TEST(Outstation, WhatItDoesNotGetItDoesNotDo)
 
 TEST(Outstation, SensorsChangeByThemselvesAndSayWhatTheyAre)
 {
-    sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    sim::Scenario scenario = sim::LoadScenario("tour");
     sim::OutstationSettings& settings = scenario.fleet.Find("Plant30")->outstation;
     settings.changeEvery = Milliseconds(10000);
     settings.reportEvery = Milliseconds(65000);

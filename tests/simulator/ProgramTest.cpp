@@ -36,7 +36,7 @@ public:
             throw std::runtime_error("no pipe");
         m_commandsOut = sim::FileDescriptor(ends[0]);
         m_commandsIn = sim::FileDescriptor(ends[1]);
-        options.scenario = ":/veltorkyn/scenarios/tour.json";
+        options.scenario = "tour";
         program = std::make_unique<sim::Program>(
             options, sim::Program::Console{[this](const std::string& text) { answers += text; },
                                            [this](const std::string& line) { log += line + '\n'; }});

@@ -148,7 +148,7 @@ TEST(Radio, ANewOwnNumberIsReportedUnasked)
 
 TEST(Radio, TheFieldStrengthWandersWithinItsRange)
 {
-    sim::Scenario scenario = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    sim::Scenario scenario = sim::LoadScenario("tour");
     scenario.network.field = {150, 170, Milliseconds(10000)};
     TerminalBench bench(scenario);
     bench.RunFor(std::chrono::minutes(30));

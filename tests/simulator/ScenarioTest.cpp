@@ -47,7 +47,8 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {R"({"radio": {"prefix": 0, "ident": 3, "units": {"base": 20, "max": 30, "digits": 4}}})",
          "radio.units.digits: must be 2 to 3, not 4"},
         {Document(R"("flet": [])"),
-         "top level: unknown field \"flet\"; there are radio, network, fleet, strangers, pstn, pabx, events"},
+         "top level: unknown field \"flet\"; there are radio, network, fleet, strangers, pstn, pabx, events, "
+         "faults"},
         {Document(R"("network": {"systemIdentity": "8000"})"),
          "network.systemIdentity: must be a hexadecimal text, \"0000\" to \"7FFF\""},
         {Document(R"("network": {"fieldStrength": [10]})"),
@@ -57,6 +58,13 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {Document(R"("network": {"maxCallSeconds": 290})"),
          "network.maxCallSeconds: must be 0 (no limit), 10 to 254 seconds, or whole minutes of 300 to 780 "
          "seconds"},
+        {R"({"radio": {"prefix": 0, "ident": 3, "facilities": ["radar"]}})",
+         "radio.facilities[0]: must be \"data\", \"include\" or \"diversion\", not \"radar\""},
+        {Document(R"("network": {"mediumTexts": "lost"})"),
+         "network.mediumTexts: must be \"carried\", \"refused\" or \"split\", not \"lost\""},
+        {Document(R"("faults": {"noise": 2})"), "faults.noise: must be 0 to 1, not 2"},
+        {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "divertTo": "B"})"),
+         "fleet[1].divertTo: there is no other \"B\" in the fleet"},
         {Document(R"("fleet": {})"), "fleet: must be a list, not an object"},
         {FleetOf(R"({"name": "a", "prefix": 0, "ident": 4})"), "fleet[1].name: there is another \"a\""},
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 2})"), "fleet[1]: \"A\" has the same address"},
@@ -71,7 +79,8 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "status": "asleep"})"),
          "fleet[1].status: unknown behaviour \"asleep\"; there are answers, slow, rings, queued, busy, "
          "refuses, "
-         "engaged, no-answer, call-back, out-of-reach, rejects, overload, silent"},
+         "engaged, no-answer, call-back, out-of-reach, rejects, overload, diverted, diverted-away, "
+         "diverted-nowhere, diverted-to-group, silent"},
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "outstation": {}})"),
          "fleet[1].outstation: belongs to the kind \"outstation\" only"},
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "kind": "outstation",
@@ -85,7 +94,8 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {EventOf(R"({"at": 1, "every": 0, "do": "hangup"})"), "events[0].every: must be 0.1 seconds or more"},
         {EventOf(R"({"at": 1, "do": "sleep"})"),
          "events[0].do: unknown event \"sleep\"; there are status, text, call, pstn-call, pabx-call, hangup, "
-         "contact-lost, contact-found, field, behave, sensor, control, numbering"},
+         "contact-lost, contact-found, field, behave, sensor, control, numbering, storm, fault, "
+         "silence, restart"},
         {EventOf(R"({"at": 1, "do": "status", "from": "B", "code": 1})"),
          "events[0].from: there is no \"B\" in the fleet, and it is no prefix/ident"},
         {EventOf(R"({"at": 1, "do": "status", "from": "G", "code": 1})"),
@@ -140,8 +150,8 @@ TEST(Scenario, ReactionsBuildUponTheMembersOwn)
 
 TEST(Scenario, TheShippedOnesShareTheirFleet)
 {
-    const sim::Scenario demonstration = sim::LoadScenario(":/veltorkyn/scenarios/demonstration.json");
-    const sim::Scenario tour = sim::LoadScenario(":/veltorkyn/scenarios/tour.json");
+    const sim::Scenario demonstration = sim::LoadScenario("busy-day");
+    const sim::Scenario tour = sim::LoadScenario("tour");
     EXPECT_FALSE(demonstration.events.empty());
     EXPECT_TRUE(tour.events.empty());
     ASSERT_EQ(demonstration.fleet.members.size(), tour.fleet.members.size());

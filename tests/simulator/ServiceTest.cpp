@@ -1,0 +1,170 @@
+#include "Bench.h"
+
+using map27::Milliseconds;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+// The tour's fleet with everything that a radio may have.
+sim::Scenario Equipped()
+{
+    sim::Scenario scenario = sim::LoadScenario("tour");
+    scenario.radio.dataCalls = scenario.radio.includeCalls = scenario.radio.diversions = true;
+    return scenario;
+}
+
+struct Exchange {
+    const char* sent; // a message in hexadecimal, or a command
+    Lines answers;    // within 2 s
+};
+
+void Talk(RawBench& bench, const std::vector<Exchange>& exchanges)
+{
+    for (const auto& [sent, answers] : exchanges) {
+        if (QByteArray(sent).front() >= 'a')
+            EXPECT_EQ(bench.Execute(sent), "ok") << sent;
+        else
+            bench.Send(sent);
+        bench.RunFor(Milliseconds(2000));
+        EXPECT_EQ(bench.TakeMessages(), answers) << sent;
+    }
+}
+
+const std::string statusToUnit20 = "80 00 00 02 00 05";
+
+} // namespace
+
+TEST(Diversion, CallsAndMessagesFollowIt)
+{
+    RawBench bench(Equipped());
+    Talk(bench, {
+                   {"B0 00", {"B0 00 00 03 00 00 00 00 FC 00 80 FE"}},
+                   // Of Unit20 to Unit27, data only: a message is, a call is not diverted.
+                   {"87 00 00 09 00 11 00 00 02 00", {"C7 00 00 09 00 00"}},
+                   {"80 00 00 02 00 05", {"D0 00 00 02 53 00 00 09 26", "C0 00 00 02 00 00"}},
+                   {"A4 00 00 02 00 08", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
+                   {"86 00 00 02 07", {"B2 04 9E FF"}},
+                   // Of everything; the target is out of reach.
+                   {"87 00 00 06 00 01 00 00 02 00", {"C7 00 00 06 00 00"}},
+                   {"A4 00 00 02 00 08", {"D4 00 00 02 53 00 00 06 26", "E4 00 00 02 00 04"}},
+                   {"behave Unit20 diverted-nowhere", {}},
+                   {"80 00 00 02 00 05", {"E0 00 00 02 53 00 00 06 0E"}},
+                   {"behave Unit20 answers", {}},
+                   {"A7 00 00 02 00 01", {"C7 00 00 02 00 00"}},
+                   {"80 00 00 02 00 05", {"C0 00 00 02 00 00"}},
+                   // To nobody, to itself, without the party.
+                   {"87 00 00 63 00 01 00 00 02 00", {"E7 00 00 63 00 03"}},
+                   {"87 00 00 02 00 01 00 00 02 00", {"E7 00 00 02 00 03"}},
+                   {"87 00 00 02 00 01", {"E7 00 00 02 00 03"}},
+               });
+
+    // The radio's own calls go elsewhere, its messages do not.
+    Talk(bench, {{"87 00 00 02 00 08", {"C7 00 00 02 00 00"}}});
+    EXPECT_EQ(bench.Execute("call Unit22"), "error it is diverted to Unit20 (0/2)");
+    Talk(bench, {{"status Unit22 1", {"80 00 00 04 00 01"}},
+                {"call Unit22 group", {"A4 00 00 04 00 20", "B2 06 9E FF"}},
+                {"hangup", {"86 00 00 04 0B", "B2 04 9E FF"}}});
+
+    // Given up, at the wrong time, without contact.
+    bench.Send("87 00 00 02 00 00");
+    bench.Send("80 00 00 02 00 05");
+    bench.Send("A6 00 00 02 0A");
+    EXPECT_EQ(bench.TakeMessages(), (Lines{"B4 03", "E7 00 00 02 00 08"}));
+    Talk(bench, {{"contact lost", {"B2 00 00 FF"}}, {"87 00 00 02 00 00", {"A6 00 00 00 04"}}});
+}
+
+TEST(Diversion, AScenarioMayBeginWithOne)
+{
+    const sim::Scenario scenario = sim::ReadScenario(R"({"radio": {"prefix": 0, "ident": 3}, "fleet": [
+        {"name": "A", "prefix": 0, "ident": 2, "divertTo": "B"}, {"name": "B", "prefix": 0, "ident": 4}]})");
+    RawBench bench(scenario);
+    Talk(bench, {{statusToUnit20.c_str(), {"D0 00 00 02 53 00 00 04 26", "C0 00 00 02 00 00"}}});
+}
+
+TEST(Include, JoinsAThirdPartyToTheCall)
+{
+    RawBench bench(Equipped());
+    Talk(bench, {
+                   {"A4 00 00 09 00 48", {"B4 03"}}, // there is no call
+                   {"A4 00 00 02 00 08", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
+                   {"A4 00 00 09 00 48", {"C4 00 00 09 00 00"}},
+                   {"A4 00 00 06 00 48", {"E4 00 00 06 00 04"}}, // the call goes on
+                   {"B2 03", {"B2 07 9E FF"}},
+                   {"A4 00 00 00 00 48", {"B4 02"}},
+                   {"A4 00 00 0A 00 48", {"D4 00 00 0A 00 01"}},
+                   {"A4 00 00 09 00 48", {"B4 03"}},
+                   {"A6 00 00 0A 09", {"E4 00 00 0A 00 08"}},
+                   {"86 00 00 02 07", {"B2 04 9E FF"}},
+               });
+}
+
+TEST(DataCall, CarriesModemData)
+{
+    RawBench bench(Equipped());
+    Talk(bench, {
+                   {"A3 01 02", {"B4 03"}},
+                   {"A4 00 00 02 00 18", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
+                   {"A3 01 02", {}},
+                   {"modem 0A ff", {"A3 0A FF"}},
+                   {"hangup", {"86 00 00 02 0B", "B2 04 9E FF"}},
+                   {"call Unit22 connected data include", {"A4 00 00 04 00 50", "B2 06 9E FF"}},
+               });
+    EXPECT_EQ(bench.Execute("last"), "ok modem data 01 02");
+}
+
+TEST(MediumText, TheNetworkMayRefuseOrSplitIt)
+{
+    sim::Scenario scenario = sim::LoadScenario("tour");
+    const std::string head = "82 00 00 02 00 F7";
+    std::string text = head;
+    for (int i = 0; i < 30; ++i)
+        text += " 41";
+    const std::pair<sim::MediumTexts, Lines> cases[] = {
+        {sim::MediumTexts::Carried, {"C0 00 00 02 00 00"}},
+        {sim::MediumTexts::Refused, {"E0 00 00 02 00 0D"}},
+        {sim::MediumTexts::Split, {"D0 00 00 02 00 22", "C0 00 00 02 00 00"}},
+    };
+    for (const auto& [medium, answers] : cases) {
+        scenario.network.mediumTexts = medium;
+        RawBench bench(scenario);
+        Talk(bench, {{text.c_str(), answers}, {"81 00 00 02 00 F7 41", {"C0 00 00 02 00 00"}}});
+    }
+}
+
+TEST(CallBack, HeCallsAsSoonAsTheRadioIsFree)
+{
+    TerminalBench bench;
+    bench.Execute("behave Unit20 call-back 300 5000");
+    bench.Deliver(bench.console.MakeCall({0, 2}, false, false, true, bench.now).output);
+    bench.RunFor(Milliseconds(1000));
+    bench.Execute("call Unit22 group"); // in the way for a while
+    bench.RunFor(Milliseconds(5000));
+    bench.Execute("hangup");
+    bench.RunFor(Milliseconds(5000));
+    const auto calls = bench.Events<map27::IncomingCall>();
+    ASSERT_EQ(calls.size(), 2U);
+    EXPECT_EQ(calls[1].from, (map27::Address{0, 2}));
+    EXPECT_EQ(calls[1].flags, 8);
+}
+
+TEST(Storm, WhatTheConsoleCannotTakeYetWaits)
+{
+    TerminalBench bench(sim::LoadScenario("tour"), {.bitsPerSecond = 9600});
+    bench.RunFor(Milliseconds(3000));
+    bench.Forget();
+    ASSERT_EQ(bench.Execute("storm 500"), "ok");
+    bench.RunFor(Milliseconds(1000));
+    bench.Deliver(bench.console.SendStatus({0, 2}, 5, bench.now).output);
+    const auto asked = bench.now;
+    while (bench.Events<map27::MessageProgress>().empty() && bench.now < asked + Milliseconds(5000))
+        bench.RunFor(Milliseconds(10));
+    // The network's 300 ms, the status, its answer, and the two messages that are ahead of it at most.
+    EXPECT_LT(bench.now - asked, Milliseconds(1200));
+    bench.RunFor(std::chrono::minutes(2));
+    EXPECT_EQ(bench.Events<map27::StatusReceived>().size() + bench.Events<map27::TextReceived>().size(),
+              500U);
+
+    bench.Execute("storm 500");
+    bench.Execute("restart");
+    EXPECT_EQ(bench.notes.back(), "498 messages for the console are lost with the restart");
+}
