@@ -47,3 +47,5 @@ Command UserAddCommand();
 Command UserListCommand();
 Command UserPasswordCommand();
 Command DialCommand();
+Command FleetExportCommand();
+Command FleetImportCommand();

@@ -12,23 +12,21 @@
 
 namespace {
 
-// Hands the rows of a file to the conversion.
-class FileSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
+// The models of the ANN numbering, in the order of their indexes.
+const QStringList models{"SMALL", "MEDIUM", "LARGE", "EXTRA_LARGE"};
+
+// Hands what the options say to the conversion.
+class OptionSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
 public:
-    explicit FileSource(std::vector<FleetConfig> fleets) : m_fleets(std::move(fleets)) {}
+    std::vector<FleetConfig> fleets;
+    ActionetConfig actionet;
 
-    int NumberOfFleets() override { return static_cast<int>(m_fleets.size()); }
-    void RetreiveFleetConfig(std::span<FleetConfig> fleets) override
+    int NumberOfFleets() override { return static_cast<int>(fleets.size()); }
+    void RetreiveFleetConfig(std::span<FleetConfig> filled) override
     {
-        std::copy(m_fleets.begin(), m_fleets.end(), fleets.begin());
+        std::copy(fleets.begin(), fleets.end(), filled.begin());
     }
-    void RetreiveActionetConfig(ActionetConfig&) override
-    {
-        throw std::logic_error("a fleet plan has no parameters of another numbering");
-    }
-
-private:
-    std::vector<FleetConfig> m_fleets;
+    void RetreiveActionetConfig(ActionetConfig& config) override { config = actionet; }
 };
 
 // A JSON string with its quotes. Objects are put together by hand since QJsonObject sorts its names.
@@ -71,16 +69,56 @@ private:
     const IStringSource& m_strings;
 };
 
+int NumberOf(const Request& request, const QString& option)
+{
+    bool whole = false;
+    const int number = request.options.value(option).toInt(&whole);
+    if (!whole)
+        throw UsageError(
+            QStringLiteral("--%1: \"%2\" is not a whole number").arg(option, request.options.value(option)));
+    return number;
+}
+
+void RefuseOptions(const Request& request, const QStringList& options, const QString& code)
+{
+    for (const QString& option : options) {
+        if (request.options.isSet(option))
+            throw UsageError(QStringLiteral("--%1 is not an option of the numbering %2").arg(option, code));
+    }
+}
+
+void Configure(MptAddressing& addressing, const Request& request)
+{
+    OptionSource source;
+    if (addressing.NumberingCode() == "ACTIONET") {
+        RefuseOptions(request, {"plan"}, "ACTIONET");
+        source.actionet = {.FPP = NumberOf(request, "fpp"),
+                           .MEP = NumberOf(request, "mep"),
+                           .model = static_cast<int>(models.indexOf(request.options.value("model")))};
+        if (source.actionet.model < 0)
+            throw UsageError(QStringLiteral("--model is one of %1").arg(models.join(", ")));
+    } else {
+        RefuseOptions(request, {"model", "fpp", "mep"}, "MPT1343");
+        if (request.options.isSet("plan")) {
+            for (const FleetPlanRow& row : ReadFleetPlan(request.options.value("plan"), request.strings))
+                source.fleets.push_back(row.record.fleet);
+        }
+    }
+    try {
+        addressing.SetConfigSource(source, source);
+    } catch (const AddressingError& error) {
+        throw UsageError(AddressingFailure(error, request.strings).Description());
+    }
+}
+
 std::unique_ptr<MptAddressing> MakeAddressing(const Request& request)
 {
     const QString code = request.options.value("numbering");
     auto addressing = CreateAddressing(code.toStdString());
     if (!addressing)
-        throw UsageError(QStringLiteral("--numbering: \"%1\" is not known; MPT1343 is").arg(code));
-    if (request.options.isSet("plan")) {
-        FileSource source(ReadFleetPlan(request.options.value("plan"), request.strings));
-        addressing->SetConfigSource(source, source);
-    }
+        throw UsageError(
+            QStringLiteral("--numbering: \"%1\" is not known; MPT1343 and ACTIONET are").arg(code));
+    Configure(*addressing, request);
     if (request.options.isSet("own"))
         addressing->SetRadioNumbering(ReadOwnNumbering(request.options.value("own")));
     for (const AddressingError& warning : addressing->Warnings())
@@ -121,6 +159,9 @@ PLAN.csv is the fleet plan, UTF-8, its first line naming the columns: type (unit
 digits (2 or 3), prefix (0..127), base_ident, max_ident, fleet_name, notes (the last two may be
 missing). Without it the plan is empty.
 
+The numbering ACTIONET (ANN) has no plan but a model, SMALL, MEDIUM, LARGE or EXTRA_LARGE, and
+the parameters FPP and MEP, each 0 to 10 and together at most 10.
+
 OWN.json is what the own radio would report: an object with the whole numbers prefix, ident,
 unitBaseIdent, unitMaxIdent, groupBaseIdent, groupMaxIdent, unitDigits, groupDigits; a fleet that
 it has not got has base ident 0. Without it forms that need the own number are errors.)";
@@ -129,12 +170,18 @@ it has not got has base ident 0. Without it forms that need the own number are e
 
 Command DialCommand()
 {
-    QCommandLineOption numbering("numbering", "the numbering; MPT1343 (default)", "CODE", "MPT1343");
+    QCommandLineOption numbering("numbering", "the numbering: MPT1343 (default) or ACTIONET", "CODE",
+                                 "MPT1343");
     return {.words = "dial",
-            .synopsis = "[--numbering MPT1343] [--plan PLAN.csv] [--own OWN.json] [TEXT...]",
+            .synopsis = "[--numbering MPT1343] [--plan PLAN.csv] [--own OWN.json] [TEXT...]\n"
+                        "       veltorkynctl dial --numbering ACTIONET --model MODEL [--fpp N] [--mep N] "
+                        "[--own OWN.json] [TEXT...]",
             .summary = "what a dialled text means, and back",
             .help = help,
             .options = {numbering, QCommandLineOption("plan", "the fleet plan", "PLAN.csv"),
+                        QCommandLineOption("model", "the numbering model of ACTIONET", "MODEL"),
+                        QCommandLineOption("fpp", "FPP of ACTIONET (default: 10)", "N", "10"),
+                        QCommandLineOption("mep", "MEP of ACTIONET (default: 0)", "N", "0"),
                         QCommandLineOption("own", "the own radio's numbering", "OWN.json")},
             .fewestArguments = 0,
             .mostArguments = -1,

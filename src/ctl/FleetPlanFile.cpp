@@ -3,6 +3,7 @@
 #include "addressing/FleetPlanChecks.h"
 #include "core/Errors.h"
 #include "ctl/CsvReader.h"
+#include "ctl/CsvWriter.h"
 #include "radio/AddressingText.h"
 
 #include <QHash>
@@ -48,13 +49,15 @@ public:
                                .arg(columns.size()));
     }
 
-    FleetConfig Row() const
+    FleetRecord Record() const
     {
-        return {.fleetType = Type(),
-                .digits = Number("digits"),
-                .prefix = Number("prefix"),
-                .baseIdent = Number("base_ident"),
-                .maxIdent = Number("max_ident")};
+        return {.name = m_columns.contains("fleet_name") ? Text("fleet_name") : QString(),
+                .fleet = {.fleetType = Type(),
+                          .digits = Number("digits"),
+                          .prefix = Number("prefix"),
+                          .baseIdent = Number("base_ident"),
+                          .maxIdent = Number("max_ident")},
+                .notes = m_columns.contains("notes") ? Text("notes") : QString()};
     }
 
 private:
@@ -88,7 +91,7 @@ private:
 
 } // namespace
 
-std::vector<FleetConfig> ReadFleetPlan(const QString& path, const IStringSource& strings)
+std::vector<FleetPlanRow> ReadFleetPlan(const QString& path, const IStringSource& strings)
 {
     const QList<CsvRecord> records = ReadCsvFile(path);
     if (records.isEmpty())
@@ -96,12 +99,28 @@ std::vector<FleetConfig> ReadFleetPlan(const QString& path, const IStringSource&
                     QStringLiteral("%1: the file is empty; its first line has to name the columns %2")
                         .arg(path, (requiredColumns + otherColumns).join(", ")));
     const Columns columns = ReadHeadings(path, records.first());
+    std::vector<FleetPlanRow> rows;
     std::vector<FleetConfig> plan;
-    for (qsizetype i = 1; i < records.size(); ++i)
-        plan.push_back(RowReader(path, records[i], columns).Row());
+    for (qsizetype i = 1; i < records.size(); ++i) {
+        rows.push_back({RowReader(path, records[i], columns).Record(), records[i].line});
+        plan.push_back(rows.back().record.fleet);
+    }
     const std::vector<FleetPlanFinding> findings = CheckPlan(plan);
     if (!findings.empty())
-        RaiseLineError(path, records[static_cast<qsizetype>(findings[0].row) + 1].line,
+        RaiseLineError(path, rows[findings[0].row].line,
                        AddressingFailure(findings[0].error, strings).Description());
-    return plan;
+    return rows;
+}
+
+QString FormatFleetPlan(const std::vector<FleetRecord>& plan)
+{
+    QString text = CsvLine(requiredColumns + otherColumns);
+    for (const FleetRecord& record : plan) {
+        const FleetConfig& fleet = record.fleet;
+        text +=
+            CsvLine({fleet.fleetType == FleetType::Units ? "units" : "groups", QString::number(fleet.digits),
+                     QString::number(fleet.prefix), QString::number(fleet.baseIdent),
+                     QString::number(fleet.maxIdent), record.name, record.notes});
+    }
+    return text;
 }

@@ -11,8 +11,8 @@ constexpr auto name = "veltorkynctl";
 
 QList<Command> AllCommands()
 {
-    return {DbCreateCommand(), DbCheckCommand(),      UserAddCommand(),
-            UserListCommand(), UserPasswordCommand(), DialCommand()};
+    return {DbCreateCommand(),     DbCheckCommand(),     UserAddCommand(),     UserListCommand(),
+            UserPasswordCommand(), FleetExportCommand(), FleetImportCommand(), DialCommand()};
 }
 
 QString Version()

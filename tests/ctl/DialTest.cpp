@@ -55,6 +55,18 @@ protected:
     {
         QStringList options{"dial", "--numbering", "MPT1343", "--plan",
                             WriteFile(m_folder.path(), "plan.csv", PlanCsv(plan.fleets))};
+        if (plan.actionet) {
+            const char* const models[] = {"SMALL", "MEDIUM", "LARGE", "EXTRA_LARGE"};
+            options = QStringList{"dial",
+                                  "--numbering",
+                                  "ACTIONET",
+                                  "--model",
+                                  models[plan.actionet->model],
+                                  "--fpp",
+                                  QString::number(plan.actionet->FPP),
+                                  "--mep",
+                                  QString::number(plan.actionet->MEP)};
+        }
         if (plan.own)
             options << "--own" << WriteFile(m_folder.path(), "own.json", OwnJson(*plan.own));
         return options;
@@ -75,10 +87,11 @@ protected:
 
 TEST_F(Dial, EveryVectorThroughStandardInput)
 {
-    for (const std::string name : {"P1", "P2", "P3", "P4"}) {
+    for (const std::string name : {"P1", "P2", "P3", "P4", "ANN-A", "ANN-B", "ANN-C", "ANN-D"}) {
         std::vector<QJsonObject> expected;
         QByteArray input;
-        for (const DialVector& vector : ReadDialVectors("mpt1343.tsv")) {
+        for (const DialVector& vector :
+             ReadDialVectors(PlanNamed(name).actionet ? "actionet.tsv" : "mpt1343.tsv")) {
             if (vector.plan != name)
                 continue;
             expected.push_back(ExpectedObject(vector));
@@ -202,6 +215,23 @@ TEST_F(Dial, BadOwnNumberings)
         EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
     }
     EXPECT_EQ(RunWithOwn(with("comment", "more than asked for")).code, 0);
+}
+
+TEST_F(Dial, OptionsThatDoNotBelongTogether)
+{
+    const std::pair<QStringList, QByteArray> calls[] = {
+        {{"--numbering", "ANN"}, "MPT1343 and ACTIONET are"},
+        {{"--numbering", "ACTIONET"}, "--model is one of SMALL, MEDIUM, LARGE, EXTRA_LARGE"},
+        {{"--numbering", "ACTIONET", "--model", "SMALL", "--plan", "p"}, "--plan is not an option"},
+        {{"--fpp", "3"}, "--fpp is not an option of the numbering MPT1343"},
+        {{"--numbering", "ACTIONET", "--model", "SMALL", "--fpp", "x"}, "\"x\" is not a whole number"},
+        {{"--numbering", "ACTIONET", "--model", "SMALL", "--mep", "1"}, "FPP plus MEP must not exceed 10."},
+    };
+    for (const auto& [options, reason] : calls) {
+        const CtlRun run = RunCtl(QStringList{"dial"} + options + QStringList{"21"});
+        EXPECT_EQ(run.code, 2);
+        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString();
+    }
 }
 
 TEST_F(Dial, MissingFilesAreNamed)

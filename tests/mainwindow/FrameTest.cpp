@@ -355,6 +355,31 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
     EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone);
 }
 
+TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    auto& text = stack.Find<QLabel>("numberingText");
+    EXPECT_FALSE(text.isVisible());
+    const int tabsAlone = stack.Find<QWidget>("tsMain").y();
+    stack.control->unitMax = 61; // the plan has 2..71
+    Q_EMIT stack.control->NumberingReceived();
+    EXPECT_TRUE(text.isVisible());
+    EXPECT_TRUE(text.text().contains(QStringLiteral("2..61"))) << text.text().toStdString();
+    EXPECT_GT(stack.Find<QWidget>("tsMain").y(), tabsAlone);
+    stack.Click("cmdDismissNumbering");
+    Q_EMIT stack.control->NumberingReceived();
+    EXPECT_FALSE(text.isVisible()) << "nothing new";
+    stack.control->unitMax = 51;
+    Q_EMIT stack.control->NumberingReceived();
+    EXPECT_TRUE(text.isVisible());
+    stack.control->unitMax = 71;
+    Q_EMIT stack.control->NumberingReceived();
+    EXPECT_FALSE(text.isVisible());
+    EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone);
+}
+
 TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
 {
     MainWindowStack stack;
