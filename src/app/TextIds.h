@@ -7,11 +7,22 @@ constexpr int AlreadyRunning = 2057;
 constexpr int StartFailed = 2058;
 
 constexpr int NumberingNotConfigured = 204;
+constexpr int NumberingQuestion = 1000;
+constexpr int LogonAgain = 2000;
 constexpr int LogoutQuestion = 2027;
 constexpr int LoggedOn = 2039;
 constexpr int LoggedOff = 2051;
 constexpr int Voice = 2075;
 constexpr int PstnCall = 2077;
+constexpr int ModelMissing = 2120;
+constexpr int FleetDeleteQuestion = 2170;
+constexpr int FleetNameMissing = 2171;
+constexpr int FleetTypeMissing = 2172;
+constexpr int FleetPrefixInvalid = 2173;
+constexpr int FleetNumberInvalid = 2174;
+constexpr int FleetSizeInvalid = 2175;
+constexpr int FleetDigitsMissing = 2176;
+constexpr int FindOutSize = 2179;
 constexpr int Answer = 2191;
 constexpr int EmergencyIn = 2197;
 constexpr int Hungup = 2199;
@@ -23,7 +34,10 @@ constexpr int CallingWait = 2207;
 constexpr int Transmitting = 2209;
 constexpr int IncomingCall = 2211;
 constexpr int PasswordChanged = 2231;
+constexpr int FleetsOverlap = 5042;
+constexpr int FleetEndsTooHigh = 5043;
 constexpr int WrongPassword = 5114;
+constexpr int FleetNameTaken = 5700;
 constexpr int LinkLost = 5303;
 
 } // namespace AppText

@@ -5,6 +5,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -15,8 +16,12 @@
 #include <QMessageBox>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QRadioButton>
+#include <algorithm>
 
 namespace {
+
+constexpr int MarkPlace = 10; // pixels from the left
 
 [[noreturn]] void Fail(const QString& what)
 {
@@ -108,7 +113,10 @@ void TourHand::Click(const QString& name)
 {
     QWidget* widget = Usable(name);
     widget->setFocus(Qt::MouseFocusReason);
-    ClickAt(widget, widget->rect().center());
+    // Radio buttons and check boxes react to their indicator and text, which begin at the left.
+    const bool marks = qobject_cast<QRadioButton*>(widget) || qobject_cast<QCheckBox*>(widget);
+    const QPoint centre = widget->rect().center();
+    ClickAt(widget, marks ? QPoint(std::min(MarkPlace, centre.x()), centre.y()) : centre);
 }
 
 void TourHand::Press(const QString& name)
@@ -138,11 +146,18 @@ void TourHand::Type(const QString& name, const QString& text)
         SendKey(widget, 0, Qt::NoModifier, QString(character));
 }
 
-void TourHand::Key(int key, Qt::KeyboardModifiers modifiers)
+void TourHand::Choose(const QString& name, const QString& text)
 {
-    QWidget* widget = QApplication::focusWidget();
-    if (!widget)
-        Fail(QStringLiteral("nothing has the keyboard"));
+    QWidget* widget = Usable(name);
+    widget->setFocus(Qt::MouseFocusReason);
+    for (const QChar character : text)
+        SendKey(widget, 0, Qt::NoModifier, QString(character));
+}
+
+void TourHand::Key(const QString& name, int key, Qt::KeyboardModifiers modifiers)
+{
+    QWidget* widget = Usable(name);
+    widget->setFocus(Qt::MouseFocusReason);
     SendKey(widget, key, modifiers, {});
 }
 

@@ -18,7 +18,9 @@ void Press(const QString& name);   // holds the left button down
 void Release(const QString& name); // lets it go
 // Empties a text or combo box and types into it.
 void Type(const QString& name, const QString& text);
-void Key(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+// Chooses the entry of a list or a combo box that begins with the text, by typing it.
+void Choose(const QString& name, const QString& text);
+void Key(const QString& name, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 // Opens a menu of the main window by a click and clicks an item, both by their names.
 void Menu(const QString& menu, const QString& item);
 // Clicks a button of an open message box: the agreeing or the refusing one.

@@ -18,7 +18,7 @@ TourRunner::TourRunner(const QString& folder, std::vector<TourStep> steps)
       m_log(folder + QStringLiteral("/tour.log"))
 {
     QDir pictures(m_folder);
-    for (const QString& old : pictures.entryList({QStringLiteral("[0-9][0-9]-*.png")}, QDir::Files))
+    for (const QString& old : pictures.entryList({QStringLiteral("[0-9]*-*.png")}, QDir::Files))
         pictures.remove(old);
     m_timer.setInterval(Glance);
     connect(&m_timer, &QTimer::timeout, this, &TourRunner::Look);

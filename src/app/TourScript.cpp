@@ -44,6 +44,8 @@ std::vector<TourStep> TourScript::Steps()
     Recovery();
     Window();
     LogOff();
+    FleetPlan();
+    AnnParameters();
     return m_steps;
 }
 

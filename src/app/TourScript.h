@@ -26,6 +26,15 @@ private:
     void KillRadio(const QString& during);
     void Window();
     void LogOff();
+    // In TourNumbering.cpp; they begin with nobody logged on.
+    void FleetPlan();
+    void FleetPlanRefusals();
+    void FleetPlanEntries();
+    void AnnParameters();
+    void ChooseNumbering(const QString& code);
+    void LogOnAdministrator(const QString& name, const QString& expected, Look look);
+    void LogOffAdministrator(const QString& name);
+    void DialUnit20(const QString& name, const QString& dial, int status);
 
     void Add(const QString& name, const QString& expected, std::function<void()> act, Look look);
     void SelectMessage(const QString& selector);
