@@ -35,8 +35,8 @@ frmActionetSettings::frmActionetSettings(const NumberingServices& services, QWid
     for (const int id : modelTexts)
         m_ui->cmbModel->addItem(services.strings.LoadString(id), m_ui->cmbModel->count());
     m_ui->lblFPPVal->setMinimumWidth(fontMetrics().horizontalAdvance(QString::number(maxActionetParameter)));
-    m_ui->txtStat->setMinimumSize(countsWidth * fontMetrics().averageCharWidth(),
-                                  (countsLines + 1) * fontMetrics().lineSpacing());
+    m_ui->txtStat->setMinimumWidth(countsWidth * fontMetrics().averageCharWidth());
+    m_ui->txtStat->setFixedHeight((countsLines + 1) * fontMetrics().lineSpacing());
     Load();
 
     connect(m_ui->sldFPP, &QSlider::sliderMoved, m_ui->lblFPPVal, qOverload<int>(&QLabel::setNum));

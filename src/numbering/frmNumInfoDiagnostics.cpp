@@ -42,7 +42,7 @@ void frmNumInfoDiagnostics::DisplayDiags(const RadioNumbering& numbering)
 
 void frmNumInfoDiagnostics::ShowDoubts(const QStringList& doubts)
 {
-    m_ui->lblDoubts->setText(doubts.join(QLatin1Char('\n')));
+    m_ui->lblDoubts->setText(doubts.join(QLatin1String("\n\n")));
     m_ui->lblDoubts->setVisible(!doubts.isEmpty());
     GrowToContents(*this);
 }
