@@ -197,9 +197,9 @@ Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
 }
 
 // After all members are known by name.
-void ReadDiversions(const JsonNode& list, Fleet& fleet)
+void ReadDiversions(const JsonNode& list, std::size_t first, Fleet& fleet)
 {
-    std::size_t index = 0;
+    std::size_t index = first;
     for (const JsonNode& node : list.Items()) {
         const Subscriber& member = fleet.members[index++];
         const auto divertTo = node.Find("divertTo");
@@ -228,23 +228,45 @@ TelephoneNetwork ReadTelephones(const JsonNode& node)
     return network;
 }
 
-} // namespace
+// A base is read like any scenario, but for a base of its own.
+Scenario Load(const QString& name, bool mayHaveBase);
 
-Scenario ReadScenario(const QByteArray& json)
+Scenario ReadBase(const JsonNode& node)
+{
+    try {
+        Scenario base = Load(QString::fromStdString(node.Text()), false);
+        base.events.clear();
+        return base;
+    } catch (const ScenarioError& error) {
+        node.Fail(error.what());
+    }
+}
+
+void ReadFleet(const JsonNode& node, Scenario& scenario)
+{
+    const std::size_t before = scenario.fleet.members.size();
+    for (const JsonNode& member : node.Items())
+        scenario.fleet.members.push_back(ReadSubscriber(member, scenario));
+    ReadDiversions(node, before, scenario.fleet);
+    if (scenario.GroupList().size() > MostGroups)
+        node.Fail("has more than " + std::to_string(MostGroups) + " groups");
+}
+
+Scenario Read(const QByteArray& json, bool mayHaveBase)
 {
     const JsonNode root = JsonNode::Parse(json);
-    root.RequireMembers({"radio", "network", "fleet", "strangers", "pstn", "pabx", "events", "faults"});
-    Scenario scenario;
-    scenario.radio = ReadRadio(root.Member("radio"));
+    root.RequireMembers(
+        {"base", "radio", "network", "fleet", "strangers", "pstn", "pabx", "events", "faults"});
+    const auto base = root.Find("base");
+    if (base && !mayHaveBase)
+        base->Fail("a base may not have a base of its own");
+    Scenario scenario = base ? ReadBase(*base) : Scenario{};
+    if (!base || root.Find("radio"))
+        scenario.radio = ReadRadio(root.Member("radio"));
     if (const auto network = root.Find("network"))
         scenario.network = ReadNetwork(*network);
-    if (const auto fleet = root.Find("fleet")) {
-        for (const JsonNode& member : fleet->Items())
-            scenario.fleet.members.push_back(ReadSubscriber(member, scenario));
-        ReadDiversions(*fleet, scenario.fleet);
-        if (scenario.GroupList().size() > MostGroups)
-            fleet->Fail("has more than " + std::to_string(MostGroups) + " groups");
-    }
+    if (const auto fleet = root.Find("fleet"))
+        ReadFleet(*fleet, scenario);
     if (const auto strangers = root.Find("strangers"))
         scenario.fleet.strangers = ReadReaction(*strangers);
     if (const auto pstn = root.Find("pstn"))
@@ -260,7 +282,7 @@ Scenario ReadScenario(const QByteArray& json)
     return scenario;
 }
 
-Scenario LoadScenario(const QString& name)
+Scenario Load(const QString& name, bool mayHaveBase)
 {
     const QString builtIn = QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(name);
     QFile file(!QFile::exists(name) && QFile::exists(builtIn) ? builtIn : name);
@@ -270,10 +292,22 @@ Scenario LoadScenario(const QString& name)
     if (file.error() != QFileDevice::NoError)
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
     try {
-        return ReadScenario(text);
+        return Read(text, mayHaveBase);
     } catch (const ScenarioError& error) {
         throw ScenarioError(name.toStdString() + ": " + error.what());
     }
+}
+
+} // namespace
+
+Scenario ReadScenario(const QByteArray& json)
+{
+    return Read(json, true);
+}
+
+Scenario LoadScenario(const QString& name)
+{
+    return Load(name, true);
 }
 
 } // namespace sim

@@ -7,7 +7,7 @@
 
 namespace sim {
 
-// A scenario document (docs/scenarios.md). Throws ScenarioError.
+// A scenario document (docs/scenarios.md), its base included. Throws ScenarioError.
 Scenario ReadScenario(const QByteArray& json);
 
 // A file, a resource when the name begins with ":/", or one of the built-in ones by its bare name

@@ -49,12 +49,14 @@ public:
             seen.push_back({std::chrono::duration_cast<map27::Milliseconds>(now - m_zero), event});
         for (const map27::Octets& frame : output.frames)
             Deliver(simulation.Feed(frame, now));
+        NoteRequest();
     }
 
     void Deliver(const sim::SimulationOutput& output)
     {
         traced.insert(traced.end(), output.traced.begin(), output.traced.end());
         notes.insert(notes.end(), output.notes.begin(), output.notes.end());
+        NoteRequest();
         if (!output.toConsole.empty())
             Deliver(console.Feed(output.toConsole, now));
     }
@@ -72,6 +74,7 @@ public:
         seen.clear();
         traced.clear();
         notes.clear();
+        requests.clear();
     }
 
     template <typename Wanted> std::vector<Wanted> Events() const
@@ -90,8 +93,18 @@ public:
     std::vector<Seen> seen;
     std::vector<sim::TracedFrame> traced;
     std::vector<std::string> notes;
+    std::vector<std::string> requests; // what reached the network; the same twice in a row counts once
 
 private:
+    void NoteRequest()
+    {
+        const std::string& last = simulation.GetRadio().LastRequest();
+        if (last != m_lastRequest)
+            requests.push_back(last);
+        m_lastRequest = last;
+    }
+
+    std::string m_lastRequest;
     map27::TimePoint m_zero{};
 };
 

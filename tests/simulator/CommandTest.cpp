@@ -114,15 +114,3 @@ TEST(Script, RunsOnlyWhileAConsoleIsThere)
         std::ranges::count(bench.notes, "status 7 from Unit20 (0/2) left out: the radio is out of contact"),
         2);
 }
-
-TEST(Script, TheDemonstrationRunsForHoursWithoutAMistake)
-{
-    TerminalBench bench(sim::LoadScenario("busy-day"));
-    bench.RunFor(std::chrono::hours(3));
-    EXPECT_GT(bench.Events<map27::StatusReceived>().size(), 80U);
-    EXPECT_GT(bench.Events<map27::TextReceived>().size(), 50U);
-    EXPECT_GT(bench.Events<map27::IncomingCall>().size(), 40U);
-    EXPECT_TRUE(bench.Events<map27::Report>().empty());
-    EXPECT_EQ(bench.notes, std::vector<std::string>{}); // an event left out would be noted
-    EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle);
-}

@@ -1,5 +1,10 @@
 #include "simulator/ScenarioReader.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -46,9 +51,13 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
          "radio.units.max: must be 20 to 8100, not 10"},
         {R"({"radio": {"prefix": 0, "ident": 3, "units": {"base": 20, "max": 30, "digits": 4}}})",
          "radio.units.digits: must be 2 to 3, not 4"},
-        {Document(R"("flet": [])"),
-         "top level: unknown field \"flet\"; there are radio, network, fleet, strangers, pstn, pabx, events, "
-         "faults"},
+        {R"({"base": "no-day"})", "base: no-day: cannot be read: No such file or directory"},
+        {R"({"base": "storm"})", "base: storm: base: a base may not have a base of its own"},
+        {R"({"base": "tour", "fleet": [{"name": "Unit20", "prefix": 0, "ident": 70}]})",
+         "fleet[0].name: there is another \"Unit20\""},
+        {Document(R"("flet": [])"), "top level: unknown field \"flet\"; there are base, radio, network, "
+                                    "fleet, strangers, pstn, pabx, events, "
+                                    "faults"},
         {Document(R"("network": {"systemIdentity": "8000"})"),
          "network.systemIdentity: must be a hexadecimal text, \"0000\" to \"7FFF\""},
         {Document(R"("network": {"fieldStrength": [10]})"),
@@ -148,20 +157,44 @@ TEST(Scenario, ReactionsBuildUponTheMembersOwn)
               (sim::Reaction{sim::Behaviour::Rings, milliseconds(100), milliseconds(1000), milliseconds(7)}));
 }
 
+// The tour's members are those of the demonstration's directory, and behave in the busy day as they do there.
 TEST(Scenario, TheShippedOnesShareTheirFleet)
 {
-    const sim::Scenario demonstration = sim::LoadScenario("busy-day");
-    const sim::Scenario tour = sim::LoadScenario("tour");
-    EXPECT_FALSE(demonstration.events.empty());
-    EXPECT_TRUE(tour.events.empty());
-    ASSERT_EQ(demonstration.fleet.members.size(), tour.fleet.members.size());
-    for (std::size_t i = 0; i < tour.fleet.members.size(); ++i) {
-        EXPECT_EQ(demonstration.fleet.members[i].name, tour.fleet.members[i].name);
-        EXPECT_EQ(demonstration.fleet.members[i].address, tour.fleet.members[i].address);
-        EXPECT_EQ(demonstration.fleet.members[i].reactions.call, tour.fleet.members[i].reactions.call);
+    const sim::Scenario busy = sim::LoadScenario("busy-day");
+    EXPECT_GE(busy.fleet.members.size(), 40U);
+    for (const char* name : {"quiet-day", "storm", "failing-network", "training", "tour"}) {
+        const sim::Scenario scenario = sim::LoadScenario(name);
+        EXPECT_EQ(scenario.events.empty(), std::string(name) == "tour");
+        for (const sim::Subscriber& member : scenario.fleet.members) {
+            const sim::Subscriber* same = busy.fleet.Find(member.name);
+            ASSERT_TRUE(same) << member.name;
+            EXPECT_EQ(same->address, member.address);
+            EXPECT_EQ(same->reactions.call, member.reactions.call);
+        }
     }
-    EXPECT_EQ(tour.fleet.Find("Unit22")->address, (map27::Address{0, 4}));
-    EXPECT_EQ(tour.GroupList().size(), 3U);
+    EXPECT_EQ(busy.fleet.diversions.size(), 1U);
+}
+
+TEST(Scenario, EveryMemberIsInTheDemonstrationsDirectory)
+{
+    QFile file(":/veltorkyn/demonstration/directory.json");
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const QJsonObject directory = QJsonDocument::fromJson(file.readAll()).object();
+    std::map<std::string, std::string> idents;
+    for (const char* list : {"individuals", "talkgroups"}) {
+        for (const auto& entry : directory[list].toArray())
+            idents[entry[QString("callsign")].toString().toStdString()] =
+                entry[QString("ident")].toString().toStdString();
+    }
+    const sim::Scenario scenario = sim::LoadScenario("busy-day");
+    for (const sim::Subscriber& member : scenario.fleet.members) {
+        const bool isGroup = member.kind == sim::SubscriberKind::Group;
+        // Two digits from the base of the radio's range: units from 20, groups from 90.
+        const int number = isGroup ? member.address.ident - scenario.radio.groups.base + 90
+                                   : member.address.ident - scenario.radio.units.base + 20;
+        EXPECT_EQ(idents[member.name], (isGroup ? "2005500" : "2002001") + std::to_string(number));
+    }
+    EXPECT_EQ(idents.size(), scenario.fleet.members.size() + 1); // and the control room
 }
 
 TEST(Scenario, MaximumCallTimesThatTheMessageCanTell)
