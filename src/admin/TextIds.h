@@ -3,6 +3,25 @@
 // Catalogue ids that the administration windows load themselves. Those of captions stand in the forms.
 namespace AdminText {
 
+// Address directory and editor
+constexpr int DirectoryRetry = 2150;
+constexpr int ConfirmEachQuestion = 2151;
+constexpr int DeleteAddressQuestion = 2152;
+constexpr int AddressInRegroup = 2153;
+constexpr int AddIndividual = 2131;
+constexpr int Add = 2132;
+constexpr int AddTalkgroup = 2133;
+constexpr int Update = 2134;
+constexpr int EntryNotFound = 2135;
+constexpr int EditIndividual = 2136;
+constexpr int EditTalkgroup = 2137;
+constexpr int FirstPosition = 4180; // those of the others follow
+constexpr int EntryChangedMeanwhile = 5603;
+constexpr int RegroupedMeanwhile = 5604;
+constexpr int CharacterNotSendable = 5605;
+constexpr int CallsignColumn = 4153;
+constexpr int AddressColumn = 4154;
+
 // User manager
 constexpr int UsersGroup = 2256;
 constexpr int UserUpdated = 2260;

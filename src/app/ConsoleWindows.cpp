@@ -1,5 +1,6 @@
 #include "app/ConsoleWindows.h"
 
+#include "admin/frmAddressManager.h"
 #include "admin/frmUserManager.h"
 #include "core/Errors.h"
 #include "core/Prompt.h"
@@ -71,7 +72,13 @@ void ConsoleWindows::OpenNumberingDiagnostics(winMain& owner)
     m_diagnostics->activateWindow();
 }
 
-void ConsoleWindows::OpenAddressDirectory(winMain&) {}
+void ConsoleWindows::OpenAddressDirectory(winMain& owner)
+{
+    if (!m_directory)
+        m_directory = std::make_unique<frmAddressManager>(Admin());
+    m_directory->ReloadDir();
+    ShowModal(*m_directory, owner);
+}
 
 void ConsoleWindows::OpenStatusEditor(winMain&) {}
 

@@ -9,6 +9,7 @@
 #include <memory>
 
 class QDialog;
+class frmAddressManager;
 class frmNumInfoDiagnostics;
 struct INumberingView;
 
@@ -37,4 +38,5 @@ private:
 
     Services m_services; // without windows: it is itself what they would be
     std::unique_ptr<frmNumInfoDiagnostics> m_diagnostics;
+    std::unique_ptr<frmAddressManager> m_directory; // kept hidden between uses
 };

@@ -4,6 +4,8 @@
 namespace core {
 
 constexpr int textUserProfileRetry = 2061;
+constexpr int textCallsignRule = 2130;
+constexpr int textNameRule = 2138;
 constexpr int textPasswordsDiffer = 2230;
 constexpr int textPasswordChanged = 2231;
 constexpr int textSelectSerialPort = 2240;

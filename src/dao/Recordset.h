@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
+#include <string_view>
 #include <type_traits>
 
 namespace dao {
@@ -47,6 +48,8 @@ public:
     virtual int Position(const QString& name) const = 0;
     virtual QString TextAt(int position) = 0;
     virtual qlonglong NumberAt(int position) = 0;
+    // The text in UTF-8; valid until the next use of the recordset.
+    virtual std::string_view Utf8At(int position) = 0;
     virtual void SetField(const QString& name, const QVariant& value) = 0;
 
     // Begin a new record / change the current one; Update stores it, moving away or CancelUpdate drops it.

@@ -47,7 +47,7 @@ constexpr CommandRow Rows[] = {
     {Item, "miNumbering", Numbering, 0, When::Always, When::Always},
     {Item, "miSelectNumbering", SelectNumbering, 0, When::Always, When::Always},
     {Separator, "", NumberingSeparator, 0, When::Always, When::Always},
-    {Item, "miAddressDir", AddressDir, 0, When::Always, When::Always, NotBuilt},
+    {Item, "miAddressDir", AddressDir, 0, When::Always, When::Always},
     {Item, "miEditStati", EditStati, 0, When::Always, When::Always, NotBuilt},
 
     {Menu, "mbView", ViewMenu, 0, When::Always, When::Always},
@@ -66,7 +66,7 @@ constexpr CommandRow Rows[] = {
     {Button, "tbMain_regroup", 0, RegroupTip, When::Regroup, When::Always},
     {Button, "tbMain_ungroup", 0, UngroupTip, When::Ungroup, When::Always},
     {Button, "tbMain_sendname", 0, SendNameTip, When::SendName, When::Always},
-    {Button, "tbMain_addressdir", 0, AddressDirTip, When::Administrator, When::Administrator, NotBuilt},
+    {Button, "tbMain_addressdir", 0, AddressDirTip, When::Administrator, When::Administrator},
     {Button, "tbRefreshLog_refresh", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdSend", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdQrySensors", 0, 0, When::LoggedOn, When::Always},

@@ -4,41 +4,35 @@
 #include "dao/Database.h"
 #include "radio/Map27Executive.h"
 
-namespace {
+void ReadEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& period, int most,
+                const std::function<void(const StoredEvent&)>& handOver)
+{
+    const auto query = database.QueryDef(QStringLiteral("get_events"));
+    query->SetParameter(QStringLiteral("MyAdr"), own.address);
+    query->SetParameter(QStringLiteral("MyCallsign"), own.callsign);
+    query->SetParameter(QStringLiteral("TimeUnit"), period.unit);
+    query->SetParameter(QStringLiteral("TimeVal"), period.count);
 
-// Where get_events has its fields.
-struct Columns {
-    explicit Columns(const dao::Recordset& records)
-        : time(records.Position(QStringLiteral("time_stamp"))),
-          type(records.Position(QStringLiteral("event_type"))),
-          from(records.Position(QStringLiteral("from_address"))),
-          to(records.Position(QStringLiteral("to_address"))),
-          desc(records.Position(QStringLiteral("Desc"))),
-          iconKey(records.Position(QStringLiteral("icon_key")))
-    {
-    }
-
-    StoredEvent Read(dao::Recordset& records) const
-    {
+    const auto records = query->OpenSnapshot();
+    const int time = records->Position(QStringLiteral("time_stamp"));
+    const int type = records->Position(QStringLiteral("event_type"));
+    const int from = records->Position(QStringLiteral("from_address"));
+    const int to = records->Position(QStringLiteral("to_address"));
+    const int desc = records->Position(QStringLiteral("Desc"));
+    const int icon = records->Position(QStringLiteral("icon_key"));
+    for (int count = 0; count < most && !records->Eof(); ++count) {
         StoredEvent event;
-        event.time = QDateTime::fromMSecsSinceEpoch(records.NumberAt(time), Qt::UTC);
-        event.eventType = static_cast<int>(records.NumberAt(type));
-        event.from = records.TextAt(from);
-        event.to = records.TextAt(to);
-        event.desc = records.TextAt(desc);
-        event.iconKey = records.TextAt(iconKey);
-        return event;
+        event.time = QDateTime::fromMSecsSinceEpoch(records->NumberAt(time), Qt::UTC);
+        event.eventType = static_cast<int>(records->NumberAt(type));
+        event.from = records->TextAt(from);
+        event.to = records->TextAt(to);
+        event.desc = records->TextAt(desc);
+        event.iconKey = records->TextAt(icon);
+        handOver(event);
+        records->MoveNext();
     }
-
-    int time;
-    int type;
-    int from;
-    int to;
-    int desc;
-    int iconKey;
-};
-
-} // namespace
+    records->Close();
+}
 
 LogReader::LogReader(IDbSession& session, const Map27Executive& executive)
     : m_session(session),
@@ -54,18 +48,5 @@ OwnRadio LogReader::Own() const
 void LogReader::Read(const QString& unit, int period, int most,
                      const std::function<void(const StoredEvent&)>& handOver) const
 {
-    const OwnRadio own = Own();
-    const auto query = m_session.Database().QueryDef(QStringLiteral("get_events"));
-    query->SetParameter(QStringLiteral("MyAdr"), own.address);
-    query->SetParameter(QStringLiteral("MyCallsign"), own.callsign);
-    query->SetParameter(QStringLiteral("TimeUnit"), unit);
-    query->SetParameter(QStringLiteral("TimeVal"), period);
-
-    const auto records = query->OpenSnapshot();
-    const Columns columns(*records);
-    for (int count = 0; count < most && !records->Eof(); ++count) {
-        handOver(columns.Read(*records));
-        records->MoveNext();
-    }
-    records->Close();
+    ReadEvents(m_session.Database(), Own(), {unit, period}, most, handOver);
 }

@@ -4,8 +4,23 @@
 
 #include <functional>
 
+namespace dao {
+class Database;
+}
+
 class Map27Executive;
 struct IDbSession;
+
+// unit: "n" minutes, "h" hours, "d" days.
+struct LogPeriod {
+    QString unit;
+    int count = 0;
+};
+
+// The events of a past period that concern a radio, oldest first. Stops after the given number of records. A
+// record that cannot be read raises; those before it have been handed over.
+void ReadEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& period, int most,
+                const std::function<void(const StoredEvent&)>& handOver);
 
 // Reads the events of a past period that concern the own radio, oldest first.
 class LogReader {
@@ -15,8 +30,7 @@ public:
     // The own radio under the names that it has now.
     OwnRadio Own() const;
 
-    // unit: "n" minutes, "h" hours, "d" days. Stops after the given number of records. A record that
-    // cannot be read raises; those before it have been handed over.
+    // As ReadEvents.
     void Read(const QString& unit, int period, int most,
               const std::function<void(const StoredEvent&)>& handOver) const;
 

@@ -21,7 +21,7 @@
 #include <gtest/gtest.h>
 
 // What the administration windows work with: a real database, the administrator "admin" logged on, the radio
-// connected with a plan of units 20..89 and groups 900..998 of fleet 2001, prefix 0.
+// connected with a plan of units 200200120.. and groups 200550090...
 class AdminTest : public testing::Test {
 protected:
     AdminTest()
@@ -32,10 +32,17 @@ protected:
                          {"prefix", 0},
                          {"base_ident", 2},
                          {"max_ident", 71}});
+        AddRow("fleet", {{"fleet_name", "groups"},
+                         {"fleet_type", 2},
+                         {"digits", 2},
+                         {"prefix", 0},
+                         {"base_ident", 7000},
+                         {"max_ident", 7009}});
         control->radioIdent = 3;
         control->unitBase = 2;
         control->unitMax = 71;
         executive.Connect();
+        Q_EMIT control->NumberingReceived();
     }
 
     AdminServices Services() { return {session, prompt, executive, strings}; }

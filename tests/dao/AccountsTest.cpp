@@ -17,7 +17,6 @@ TEST_F(AccountsTest, FirstAdministratorIsInBothGroupsAndHasAProfile)
     EXPECT_EQ(m_workspace->Users().Item("bOSS")->Groups().Names(), QStringList({"Admins", "Users"}));
     EXPECT_EQ(m_workspace->Users().Item("Boss")->Pid().size(), 20);
     EXPECT_EQ(Sql("user_profile", "UserName"), QStringList({"Boss"}));
-    EXPECT_EQ(m_workspace->Database().SchemaVersion(), 1);
 }
 
 TEST_F(AccountsTest, LogonChecksNameAndPassword)

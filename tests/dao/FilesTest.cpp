@@ -205,10 +205,14 @@ TEST(LocationTest, WorkgroupFileStandsBesideTheDatabase)
 
 class MigrationTest : public FilesTest {
 protected:
-    sqlite::MigrationResult Migrate(const QList<sqlite::Migration>& later)
+    const int m_newest = static_cast<int>(sqlite::MigrationsOf(sqlite::FileKind::Database).size());
+    const QString m_copy = m_location.database + QStringLiteral(".v%1").arg(m_newest);
+
+    sqlite::MigrationResult Migrate(const QStringList& later)
     {
         auto migrations = sqlite::MigrationsOf(sqlite::FileKind::Database);
-        migrations.append(later);
+        for (const QString& sql : later)
+            migrations.append({static_cast<int>(migrations.size()) + 1, sql});
         return sqlite::Migrate(m_location.database, sqlite::FileKind::Database, migrations,
                                m_options.busyTimeout);
     }
@@ -217,7 +221,7 @@ protected:
 TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
 {
     EXPECT_TRUE(Migrate({}).copy.isEmpty());
-    Write(m_location.database + ".v1.bak", "kept from earlier");
+    Write(m_copy + ".bak", "kept from earlier");
     m_workspace = Open();
     AddAddress("Car", "1");
     AddAddress("Ops", "2", 2);
@@ -225,23 +229,24 @@ TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
     m_workspace.reset();
     // Rebuilds a table that another one refers to, which needs references unchecked on the way.
     const auto result =
-        Migrate({{2, "create table extra (id integer primary key); insert into extra values (5);"},
-                 {3, "create table a2 (address_id integer primary key, callsign); insert into a2 select "
-                     "address_id, callsign "
-                     "from address; drop table address; alter table a2 rename to address; insert into extra "
-                     "values (6);"}});
-    EXPECT_EQ(result.fromVersion, 1);
-    EXPECT_EQ(result.toVersion, 3);
-    EXPECT_EQ(result.copy, m_location.database + ".v1-2.bak");
-    EXPECT_EQ(Read(m_location.database + ".v1.bak"), "kept from earlier");
+        Migrate({"create table extra (id integer primary key); insert into extra values (5);",
+                 "create table a2 (address_id integer primary key, callsign); insert into a2 select "
+                 "address_id, callsign "
+                 "from address; drop table address; alter table a2 rename to address; insert into extra "
+                 "values (6);"});
+    EXPECT_EQ(result.fromVersion, m_newest);
+    EXPECT_EQ(result.toVersion, m_newest + 2);
+    EXPECT_EQ(result.copy, m_copy + "-2.bak");
+    EXPECT_EQ(Read(m_copy + ".bak"), "kept from earlier");
     EXPECT_EQ(KindOf([&] { Open(); }), Kind::Newer); // for the program without these steps
-    EXPECT_EQ(ValuesOf([&] { Open(); }), QStringList({m_location.database, "3", "1"}));
+    EXPECT_EQ(ValuesOf([&] { Open(); }),
+              QStringList({m_location.database, QString::number(m_newest + 2), QString::number(m_newest)}));
     const auto migrated = sqlite::Connection::Open(m_location.database, sqlite::Connection::Mode::ReadWrite,
                                                    m_options.busyTimeout);
     EXPECT_EQ(migrated->Value("select sum(id) + count(member_id) from extra, dynamic_regroup"), 13);
     migrated->Close();
     m_location.database = result.copy; // the copy is a whole database of the old schema
-    EXPECT_EQ(Open()->Database().SchemaVersion(), 1);
+    EXPECT_EQ(Open()->Database().SchemaVersion(), m_newest);
 }
 
 TEST_F(MigrationTest, FailureLeavesFileAndFolderAsTheyWere)
@@ -250,16 +255,16 @@ TEST_F(MigrationTest, FailureLeavesFileAndFolderAsTheyWere)
     const QByteArray before = Read(m_location.database);
     for (const char* sql :
          {"create table extra (a); nonsense", "insert into dynamic_regroup values (8, 9, 1)"}) {
-        const auto migrate = [&] { Migrate({{2, "create table more (a)"}, {3, sql}}); };
+        const auto migrate = [&] { Migrate({"create table more (a)", sql}); };
         EXPECT_EQ(KindOf(migrate), Kind::MigrationFailed) << sql;
-        EXPECT_EQ(ValuesOf(migrate), QStringList({m_location.database, "3"}));
+        EXPECT_EQ(ValuesOf(migrate), QStringList({m_location.database, QString::number(m_newest + 2)}));
         EXPECT_EQ(Entries(), entries);
         EXPECT_EQ(Read(m_location.database), before);
     }
     const auto user = Open();
     user->BeginTrans();
-    EXPECT_EQ(KindOf([&] { Migrate({{2, "create table extra (a)"}}); }), Kind::Locked);
-    EXPECT_EQ(user->Database().SchemaVersion(), 1);
+    EXPECT_EQ(KindOf([&] { Migrate({"create table extra (a)"}); }), Kind::Locked);
+    EXPECT_EQ(user->Database().SchemaVersion(), m_newest);
 }
 
 class MaintenanceTest : public FilesTest {

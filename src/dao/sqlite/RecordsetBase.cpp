@@ -69,6 +69,12 @@ qlonglong RecordsetBase::NumberAt(int position)
                                                   : value.toLongLong();
 }
 
+std::string_view RecordsetBase::Utf8At(int position)
+{
+    m_utf8 = TextAt(position).toUtf8();
+    return {m_utf8.constData(), static_cast<std::size_t>(m_utf8.size())};
+}
+
 void RecordsetBase::SetField(const QString&, const QVariant&)
 {
     throw Error(Kind::NotUpdatable);

@@ -46,6 +46,7 @@ public:
     int Position(const QString& name) const override { return FieldPosition(FieldNames(), name); }
     QString TextAt(int position) override { return Field(FieldNames().at(position)).toString(); }
     qlonglong NumberAt(int position) override;
+    std::string_view Utf8At(int position) override;
     void SetField(const QString& name, const QVariant& value) override;
     void AddNew() override;
     void Edit() override;
@@ -56,6 +57,9 @@ public:
     void FindFirst(const QString& criterion) override;
     void SetIndex(const QString& name) override;
     void SeekKey(const QVariantList& key) override;
+
+private:
+    QByteArray m_utf8; // what Utf8At gave last
 };
 
 } // namespace dao::sqlite

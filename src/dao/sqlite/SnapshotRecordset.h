@@ -20,6 +20,7 @@ public:
     QVariant Field(const QString& name) override;
     QString TextAt(int position) override { return Row().Text(position); }
     qlonglong NumberAt(int position) override { return Row().Number(position); }
+    std::string_view Utf8At(int position) override { return Row().Utf8(position); }
     // Only as long as the first row is current.
     void MoveFirst() override;
     void MoveNext() override;

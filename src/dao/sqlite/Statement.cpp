@@ -144,16 +144,21 @@ QVariant Statement::Column(int column) const
 const QString& Statement::Text(int column) const
 {
     static const QString null = QStringLiteral("");
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
-    if (!text)
+    const std::string_view bytes = Utf8(column);
+    if (!bytes.data())
         return null;
-    const std::string_view bytes(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)));
     LastText& last = m_lastTexts[static_cast<std::size_t>(column)];
     if (last.bytes != bytes || last.text.isNull()) {
         last.bytes = bytes;
-        last.text = QString::fromUtf8(text, static_cast<qsizetype>(bytes.size()));
+        last.text = QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
     }
     return last.text;
+}
+
+std::string_view Statement::Utf8(int column) const
+{
+    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(m_statement, column));
+    return {text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))};
 }
 
 qlonglong Statement::Number(int column) const

@@ -5,6 +5,7 @@
 #include <QVariant>
 #include <QVariantList>
 #include <string>
+#include <string_view>
 #include <vector>
 
 struct sqlite3_stmt;
@@ -36,6 +37,7 @@ public:
     // The same without a variant. Null is an empty text and 0.
     const QString& Text(int column) const;
     qlonglong Number(int column) const;
+    std::string_view Utf8(int column) const;
     QVariantList Row() const;
     // Back to before the first row; releases the locks that reading holds. Values stay bound.
     void Reset() noexcept;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <algorithm>
+#include <cstdio>
+#include <ctime>
+#include <functional>
+#include <vector>
+
+// Times of two ways to do the same, taken in turn so that a machine that slows down slows both; the ratio of
+// the medians is what counts.
+struct Times {
+    double bare = 0; // milliseconds
+    double ours = 0;
+
+    double Ratio() const { return ours / bare; }
+};
+
+// Of the processor's time that this thread used: other programs do not count.
+inline double Milliseconds(const std::function<void()>& act)
+{
+    const auto now = [] {
+        timespec time{};
+        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    };
+    const double start = now();
+    act();
+    return now() - start;
+}
+
+inline Times Compare(const std::function<void()>& bare, const std::function<void()>& ours, int rounds = 21)
+{
+    std::vector<double> bareTimes;
+    std::vector<double> ourTimes;
+    for (int round = 0; round < rounds; ++round) {
+        bareTimes.push_back(Milliseconds(bare));
+        ourTimes.push_back(Milliseconds(ours));
+    }
+    const auto median = [](std::vector<double>& times) {
+        std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
+                         times.end());
+        return times[times.size() / 2];
+    };
+    return {median(bareTimes), median(ourTimes)};
+}
+
+inline void Report(const char* what, const Times& times, double goal)
+{
+    std::printf("%-44s %8.2f ms  bare %8.2f ms  ratio %5.2f  goal %.2f  %s\n", what, times.ours, times.bare,
+                times.Ratio(), goal, times.Ratio() <= goal ? "reached" : "MISSED");
+}

@@ -1,0 +1,93 @@
+#include "admin/DirectoryDeletion.h"
+
+#include "admin/TextIds.h"
+#include "core/DbSession.h"
+#include "core/DynamicRegroup.h"
+#include "core/Errors.h"
+#include "core/FormatMessage.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/StringSource.h"
+#include "dao/Workspace.h"
+
+namespace {
+
+enum class Outcome { Deleted, Protected, Failed };
+
+Outcome Drop(IDbSession& session, const DeletionItem& item)
+{
+    try {
+        if (IsInDynamicRegroup(session, item.id))
+            return Outcome::Protected;
+        const auto query = session.Database().QueryDef(QStringLiteral("drop_address"));
+        query->SetParameter(QStringLiteral("id"), item.id);
+        query->Execute();
+        return Outcome::Deleted;
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("Directory: %1 not deleted: %2")
+                              .arg(item.callsign, QString::fromUtf8(failure.what())));
+        return Outcome::Failed;
+    }
+}
+
+void WarnProtected(const AdminServices& services, const DeletionItem& item)
+{
+    services.prompt.ShowWarning(
+        FormatMessage(services.strings, AdminText::AddressInRegroup, {item.callsign}));
+}
+
+bool DeleteOneByOne(const AdminServices& services, const std::vector<DeletionItem>& items)
+{
+    bool deleted = false;
+    for (const DeletionItem& item : items) {
+        if (!services.prompt.AskConfirmation(
+                FormatMessage(services.strings, AdminText::DeleteAddressQuestion, {item.callsign})))
+            continue;
+        const Outcome outcome = Drop(services.session, item);
+        if (outcome == Outcome::Protected)
+            WarnProtected(services, item);
+        deleted = deleted || outcome == Outcome::Deleted;
+    }
+    return deleted;
+}
+
+// In one transaction: thousands of single ones would take minutes. It is over before the first box, which
+// might stand open while other consoles wait for the database.
+bool DeleteTogether(const AdminServices& services, const std::vector<DeletionItem>& items)
+{
+    std::vector<DeletionItem> refused;
+    bool deleted = false;
+    try {
+        dao::Workspace& workspace = services.session.Workspace();
+        workspace.BeginTrans();
+        try {
+            for (const DeletionItem& item : items) {
+                const Outcome outcome = Drop(services.session, item);
+                if (outcome == Outcome::Protected)
+                    refused.push_back(item);
+                deleted = deleted || outcome == Outcome::Deleted;
+            }
+            workspace.CommitTrans();
+        } catch (...) {
+            workspace.Rollback();
+            throw;
+        }
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(
+            QStringLiteral("Directory: nothing deleted: %1").arg(QString::fromUtf8(failure.what())));
+        deleted = false;
+    }
+    for (const DeletionItem& item : refused)
+        WarnProtected(services, item);
+    return deleted;
+}
+
+} // namespace
+
+bool DeleteEntries(const AdminServices& services, const std::vector<DeletionItem>& items)
+{
+    const bool confirmEach =
+        items.size() <= 1 ||
+        services.prompt.AskQuestion(services.strings.LoadString(AdminText::ConfirmEachQuestion));
+    return confirmEach ? DeleteOneByOne(services, items) : DeleteTogether(services, items);
+}

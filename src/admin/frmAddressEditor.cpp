@@ -1,0 +1,210 @@
+#include "admin/frmAddressEditor.h"
+
+#include "admin/TextIds.h"
+#include "core/Captions.h"
+#include "core/DbSession.h"
+#include "core/DynamicRegroup.h"
+#include "core/Errors.h"
+#include "core/FormatMessage.h"
+#include "core/Prompt.h"
+#include "core/StringSource.h"
+#include "dao/Workspace.h"
+#include "radio/Map27Executive.h"
+#include "radio/RadioCharacters.h"
+#include "ui_frmAddressEditor.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr int FieldWidth = 36;   // characters
+constexpr int PositionLines = 5; // of the list of positions, shown at once
+
+} // namespace
+
+frmAddressEditor::frmAddressEditor(const AdminServices& services, QWidget* parent)
+    : QDialog(parent),
+      m_services(services),
+      m_ui(std::make_unique<Ui::frmAddressEditor>())
+{
+    m_ui->setupUi(this);
+    LoadCaptions(*this, services.strings);
+    for (int position = 1; position <= LastPosition; ++position)
+        m_ui->lsPos->addItem(Text(AdminText::FirstPosition + position - 1));
+    m_ui->lsPos->setCurrentRow(0);
+    m_ui->lsPos->setFixedHeight(PositionLines * m_ui->lsPos->sizeHintForRow(0) +
+                                2 * m_ui->lsPos->frameWidth());
+    m_ui->txtCallsign->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
+    connect(m_ui->chkDynamic, &QCheckBox::toggled, this, &frmAddressEditor::DynamicToggled);
+    connect(m_ui->cmdUpdate, &QPushButton::clicked, this, &frmAddressEditor::Store);
+    connect(m_ui->Command2, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+frmAddressEditor::~frmAddressEditor() = default;
+
+AddressKind frmAddressEditor::Kind() const
+{
+    const bool individual = m_mode == Mode::AddIndividual || m_mode == Mode::EditIndividual;
+    return individual ? AddressKind::Individual : AddressKind::Talkgroup;
+}
+
+void frmAddressEditor::AddIndividual()
+{
+    Prepare(Mode::AddIndividual);
+}
+
+void frmAddressEditor::AddTalkgroup()
+{
+    Prepare(Mode::AddTalkgroup);
+}
+
+bool frmAddressEditor::EditAddress(qint32 id, const QString& iconKey)
+{
+    m_id = id;
+    Prepare(iconKey.contains(QLatin1String("talkgroup")) ? Mode::EditTalkgroup : Mode::EditIndividual);
+    return LoadEntry();
+}
+
+void frmAddressEditor::Prepare(Mode mode)
+{
+    m_mode = mode;
+    const bool individual = Kind() == AddressKind::Individual;
+    setWindowTitle(Text(mode == Mode::AddIndividual    ? AdminText::AddIndividual
+                        : mode == Mode::AddTalkgroup   ? AdminText::AddTalkgroup
+                        : mode == Mode::EditIndividual ? AdminText::EditIndividual
+                                                       : AdminText::EditTalkgroup));
+    m_ui->cmdUpdate->setText(Text(Editing() ? AdminText::Update : AdminText::Add));
+    EnableKeyFields(true);
+    for (QWidget* widget : {static_cast<QWidget*>(m_ui->lblName), static_cast<QWidget*>(m_ui->txtName)})
+        widget->setVisible(individual);
+    m_ui->txtName->setEnabled(individual);
+    for (QWidget* widget : {static_cast<QWidget*>(m_ui->lblPos), static_cast<QWidget*>(m_ui->lsPos)})
+        widget->setVisible(!individual);
+    m_ui->lsPos->setEnabled(!individual);
+    m_ui->txtCallsign->setFocus();
+}
+
+void frmAddressEditor::EnableKeyFields(bool enabled)
+{
+    for (QWidget* widget : {static_cast<QWidget*>(m_ui->txtCallsign), static_cast<QWidget*>(m_ui->txtIdent),
+                            static_cast<QWidget*>(m_ui->chkDynamic), static_cast<QWidget*>(m_ui->lsPos)})
+        widget->setEnabled(enabled);
+}
+
+// Reads the entry and shows it; what takes part in dynamic regrouping keeps its key fields.
+bool frmAddressEditor::LoadEntry()
+{
+    try {
+        m_rows = m_services.session.Database().OpenDynaset(BrowseQuery(Kind()));
+        m_rows->FindFirst(QStringLiteral("address_id=%1").arg(m_id));
+        if (m_rows->NoMatch()) {
+            m_services.prompt.ShowWarning(Text(AdminText::EntryNotFound));
+            return false;
+        }
+        const AddressEntry entry = ReadEntry(*m_rows, Kind());
+        m_ui->txtCallsign->setText(entry.callsign);
+        m_ui->txtIdent->setText(entry.ident);
+        m_ui->txtName->setText(entry.name);
+        m_ui->txtNote->setText(entry.note);
+        m_ui->chkDynamic->setChecked(entry.dynamic);
+        m_ui->lsPos->setCurrentRow(std::clamp(entry.position, 1, LastPosition) - 1);
+        if (IsInDynamicRegroup(m_services.session, m_id))
+            EnableKeyFields(false);
+        return true;
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return false;
+    }
+}
+
+void frmAddressEditor::DynamicToggled(bool checked)
+{
+    m_ui->lblPos->setEnabled(checked);
+    m_ui->lsPos->setEnabled(checked && m_ui->txtIdent->isEnabled());
+}
+
+AddressEntry frmAddressEditor::Entered() const
+{
+    AddressEntry entry;
+    entry.kind = Kind();
+    entry.callsign = m_ui->txtCallsign->text();
+    entry.ident = m_ui->txtIdent->text();
+    entry.name = m_ui->txtName->text();
+    entry.note = m_ui->txtNote->text();
+    entry.dynamic = m_ui->chkDynamic->isChecked();
+    entry.position = m_ui->lsPos->currentRow() + 1;
+    return entry;
+}
+
+bool frmAddressEditor::IsValid(const AddressEntry& entry)
+{
+    const int callsignProblem = ProblemOfCallsign(entry);
+    const int problem = callsignProblem != 0 ? callsignProblem : ProblemOfName(entry);
+    if (problem == 0)
+        return true;
+    m_services.prompt.ShowWarning(Text(problem));
+    (callsignProblem != 0 ? m_ui->txtCallsign : m_ui->txtName)->setFocus();
+    return false;
+}
+
+void frmAddressEditor::Store()
+{
+    m_ui->txtCallsign->setText(m_ui->txtCallsign->text().trimmed());
+    m_ui->txtName->setText(m_ui->txtName->text().trimmed());
+    if (!IsValid(Entered()))
+        return;
+    try {
+        m_ui->txtIdent->setText(m_services.executive.MakeFullAddress(m_ui->txtIdent->text()));
+        const bool protectedNow =
+            m_ui->txtIdent->isEnabled() && Editing() && IsInDynamicRegroup(m_services.session, m_id);
+        if (protectedNow) {
+            m_services.prompt.ShowWarning(Text(AdminText::RegroupedMeanwhile));
+            LoadEntry();
+            return;
+        }
+        WriteRecord(Entered());
+    } catch (const dao::Error& error) {
+        if (error.kind == dao::Kind::RecordChanged)
+            OfferReload();
+        else
+            m_services.prompt.ShowWarning(DescribeError(error, m_services.strings));
+        return;
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return;
+    }
+    WarnOfCharacters(Entered());
+    accept();
+}
+
+void frmAddressEditor::WriteRecord(const AddressEntry& entry)
+{
+    if (!m_rows)
+        m_rows = m_services.session.Database().OpenDynaset(BrowseQuery(Kind()));
+    if (Editing())
+        m_rows->Edit();
+    else
+        m_rows->AddNew();
+    WriteEntry(*m_rows, entry);
+    m_rows->Update();
+}
+
+void frmAddressEditor::OfferReload()
+{
+    if (m_services.prompt.AskQuestion(Text(AdminText::EntryChangedMeanwhile)) && !LoadEntry())
+        reject();
+}
+
+// A radio that is to show such a name cannot be sent it; the directory may hold it all the same.
+void frmAddressEditor::WarnOfCharacters(const AddressEntry& entry)
+{
+    const QString character = FirstUnsendable(entry.callsign + entry.name);
+    if (!character.isEmpty())
+        m_services.prompt.ShowWarning(
+            FormatMessage(m_services.strings, AdminText::CharacterNotSendable, {character}));
+}
+
+QString frmAddressEditor::Text(int id) const
+{
+    return m_services.strings.LoadString(id);
+}

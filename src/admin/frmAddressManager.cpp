@@ -1,0 +1,176 @@
+#include "admin/frmAddressManager.h"
+
+#include "admin/DirectoryDeletion.h"
+#include "admin/DirectoryModel.h"
+#include "admin/TextIds.h"
+#include "admin/frmAddressEditor.h"
+#include "core/Captions.h"
+#include "core/Icons.h"
+#include "core/ListHelpers.h"
+#include "core/PlainKey.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/ShowModal.h"
+#include "core/StringSource.h"
+#include "ui_frmAddressManager.h"
+
+#include <QHeaderView>
+#include <QShortcut>
+#include <algorithm>
+
+namespace {
+
+constexpr int ListLines = 18;
+
+} // namespace
+
+frmAddressManager::frmAddressManager(const AdminServices& services, QWidget* parent)
+    : QDialog(parent),
+      m_services(services),
+      m_ui(std::make_unique<Ui::frmAddressManager>()),
+      m_model(new DirectoryModel(services.strings, this))
+{
+    m_ui->setupUi(this);
+    LoadCaptions(*this, services.strings);
+    m_ui->lvDir->setModel(m_model);
+    m_ui->lvDir->setIconSize(SmallIconSize(*this));
+    m_ui->lvDir->setMinimumHeight(ListLines * fontMetrics().lineSpacing());
+    m_ui->lvDir->header()->setSectionsClickable(true);
+    m_ui->lvDir->header()->setSortIndicatorShown(true);
+    m_ui->lvDir->installEventFilter(this);
+    SetFullRowSelect(*m_ui->lvDir, true);
+    ConnectControls();
+}
+
+frmAddressManager::~frmAddressManager() = default;
+
+void frmAddressManager::ConnectControls()
+{
+    connect(m_ui->txtLookFor, &QLineEdit::returnPressed, this, &frmAddressManager::ReloadDir);
+    connect(m_ui->lvDir->header(), &QHeaderView::sectionClicked, this, &frmAddressManager::SortBy);
+    connect(m_ui->lvDir, &QTreeView::doubleClicked, this, &frmAddressManager::EditSelected);
+    const auto addIndividual = [this] { Edit(&frmAddressEditor::AddIndividual); };
+    const auto addTalkgroup = [this] { Edit(&frmAddressEditor::AddTalkgroup); };
+    connect(m_ui->Command1, &QPushButton::clicked, this, addIndividual);
+    connect(m_ui->Command2, &QPushButton::clicked, this, addTalkgroup);
+    connect(m_ui->cmdEdit, &QPushButton::clicked, this, &frmAddressManager::EditSelected);
+    connect(m_ui->Command4, &QPushButton::clicked, this, &frmAddressManager::DeleteSelected);
+    connect(m_ui->cmdClose, &QPushButton::clicked, this, &QDialog::reject);
+    connect(new QShortcut(Qt::CTRL | Qt::Key_I, this), &QShortcut::activated, this, addIndividual);
+    connect(new QShortcut(Qt::CTRL | Qt::Key_G, this), &QShortcut::activated, this, addTalkgroup);
+    connect(new QShortcut(Qt::Key_F5, this), &QShortcut::activated, this, &frmAddressManager::ReloadDir);
+}
+
+void frmAddressManager::ReloadDir()
+{
+    for (;;) {
+        try {
+            ReadOnce();
+            return;
+        } catch (const std::exception& failure) {
+            ProgramLog::Write(QStringLiteral("Directory: %1").arg(QString::fromUtf8(failure.what())));
+        }
+        if (!m_services.prompt.AskQuestion(m_services.strings.LoadString(AdminText::DirectoryRetry)))
+            return;
+    }
+}
+
+// The current entry stays current when it is still listed.
+void frmAddressManager::ReadOnce()
+{
+    const QModelIndex current = GetSelectedItem(*m_ui->lvDir);
+    const qint32 id = current.data(DirectoryModel::TagRole).toInt();
+    DirectoryList list;
+    std::exception_ptr failure;
+    try {
+        ReadDirectory(m_services.session, m_sortByCallsign ? DirectoryOrder::Callsign : DirectoryOrder::Ident,
+                      m_ui->txtLookFor->text(), list);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    m_model->Replace(std::move(list));
+    AutosizeColumns(*m_ui->lvDir, true);
+    m_ui->lvDir->header()->setSortIndicator(
+        m_sortByCallsign ? DirectoryModel::Callsign : DirectoryModel::Ident, Qt::AscendingOrder);
+    const int row = current.isValid() ? m_model->RowOf(id) : -1;
+    if (row >= 0)
+        m_ui->lvDir->setCurrentIndex(m_model->index(row, 0));
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void frmAddressManager::SortBy(int column)
+{
+    const bool byCallsign = column == DirectoryModel::Callsign;
+    m_ui->lvDir->header()->setSortIndicator(column, Qt::AscendingOrder);
+    if (byCallsign == m_sortByCallsign)
+        return;
+    m_sortByCallsign = byCallsign;
+    ReloadDir();
+}
+
+void frmAddressManager::Edit(void (frmAddressEditor::*prepare)())
+{
+    frmAddressEditor editor(m_services);
+    (editor.*prepare)();
+    Run(editor);
+}
+
+void frmAddressManager::EditSelected()
+{
+    const QModelIndex item = GetSelectedItem(*m_ui->lvDir);
+    if (!item.isValid())
+        return;
+    frmAddressEditor editor(m_services);
+    if (editor.EditAddress(item.data(DirectoryModel::TagRole).toInt(),
+                           item.data(DirectoryModel::IconKeyRole).toString()))
+        Run(editor);
+}
+
+void frmAddressManager::Run(frmAddressEditor& editor)
+{
+    if (ShowModal(editor, *this) != QDialog::Accepted)
+        return;
+    ReloadDir();
+    m_directoryChanged = true;
+}
+
+void frmAddressManager::DeleteSelected()
+{
+    QModelIndexList rows = m_ui->lvDir->selectionModel()->selectedRows();
+    if (rows.isEmpty())
+        return;
+    std::sort(rows.begin(), rows.end());
+    std::vector<DeletionItem> items;
+    for (const QModelIndex& row : rows)
+        items.push_back({row.data(DirectoryModel::TagRole).toInt(), row.data().toString()});
+    if (DeleteEntries(m_services, items))
+        m_directoryChanged = true;
+    if (m_directoryChanged)
+        ReloadDir();
+}
+
+void frmAddressManager::done(int result)
+{
+    QDialog::done(result);
+    if (m_directoryChanged) {
+        m_directoryChanged = false;
+        Q_EMIT DirectoryChanged();
+    }
+}
+
+bool frmAddressManager::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_ui->lvDir && event->type() == QEvent::KeyPress) {
+        const auto& key = *static_cast<QKeyEvent*>(event);
+        if (IsPlainEnter(key)) {
+            EditSelected();
+            return true;
+        }
+        if (IsPlain(key, Qt::Key_Delete)) {
+            DeleteSelected();
+            return true;
+        }
+    }
+    return QDialog::eventFilter(watched, event);
+}
