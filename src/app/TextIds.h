@@ -15,6 +15,7 @@ constexpr int LoggedOff = 2051;
 constexpr int Voice = 2075;
 constexpr int PstnCall = 2077;
 constexpr int ModelMissing = 2120;
+constexpr int ModelExtraLarge = 4021;
 constexpr int FleetDeleteQuestion = 2170;
 constexpr int FleetNameMissing = 2171;
 constexpr int FleetTypeMissing = 2172;

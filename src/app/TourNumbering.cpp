@@ -226,7 +226,7 @@ void TourScript::FleetPlanEntries()
             Click("cmdAskGrpNumbering");
         },
         All({Box(AppText::FindOutSize),
-             Shows(QStringLiteral("txtFleetName"), QStringLiteral("Groups2005500"))}));
+             Contains(QStringLiteral("txtFleetName"), QStringLiteral("2005500"))}));
     Add(
         QStringLiteral("fleet-from-radio-saved"), QStringLiteral("the radio's group fleet in the plan"),
         [] {
@@ -268,12 +268,12 @@ void TourScript::AnnParameters()
         [] { Click("cmdSave"); }, Box(AppText::ModelMissing));
     Add(
         QStringLiteral("ann-entered"), QStringLiteral("a hundred small fleets"),
-        [] {
+        [this] {
             TourHand::AnswerBox(true);
-            TourHand::Choose(QStringLiteral("cmbModel"), QStringLiteral("E"));
+            TourHand::Choose(QStringLiteral("cmbModel"), Text(AppText::ModelExtraLarge));
             TourHand::Key(QStringLiteral("sldFPP"), Qt::Key_Home);
         },
-        All({Shows(QStringLiteral("cmbModel"), QStringLiteral("EXTRA LARGE")),
+        All({Shows(QStringLiteral("cmbModel"), Text(AppText::ModelExtraLarge)),
              Shows(QStringLiteral("lblFPPVal"), QStringLiteral("0")),
              Contains(QStringLiteral("txtStat"), QStringLiteral("100"))}));
     Add(

@@ -45,7 +45,7 @@ void frmFleetPlan::BuildFields()
 {
     m_ui->lstPlan->setModel(&m_names);
     m_ui->lstPlan->setMinimumWidth(listWidth * fontMetrics().averageCharWidth());
-    m_ui->txtNotes->setMinimumHeight((notesLines + 1) * fontMetrics().lineSpacing());
+    m_ui->txtNotes->setFixedHeight((notesLines + 1) * fontMetrics().lineSpacing());
     for (const int id : {NumberingText::TwoDigit, NumberingText::ThreeDigit})
         m_ui->cmbDigits->addItem(m_services.strings.LoadString(id));
     m_ui->cmbDigits->setCurrentIndex(-1);
