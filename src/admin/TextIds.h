@@ -22,6 +22,23 @@ constexpr int CharacterNotSendable = 5605;
 constexpr int CallsignColumn = 4153;
 constexpr int AddressColumn = 4154;
 
+// About box
+constexpr int AboutTitle = 2100;
+constexpr int Version = 2101;
+constexpr int Description = 2102;
+constexpr int Licence = 2103;
+constexpr int NoSystemInformation = 2104;
+constexpr int SystemInformationFailed = 2105;
+constexpr int Platform = 2106;
+
+// Status message editor
+constexpr int DutyCodesMustDiffer = 2250;
+constexpr int DeleteStatusQuestion = 2251;
+constexpr int CodeColumn = 4067;
+constexpr int IncomingColumn = 4068;
+constexpr int OutgoingColumn = 4069;
+constexpr int StatusChangedMeanwhile = 5606;
+
 // User manager
 constexpr int UsersGroup = 2256;
 constexpr int UserUpdated = 2260;

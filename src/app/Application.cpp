@@ -17,6 +17,7 @@
 #include "radio/Map27Executive.h"
 #include "radio/SerialMap27Control.h"
 #include "radio/StatusTexts.h"
+#include "radio/SystemSerialPorts.h"
 
 #include <QApplication>
 
@@ -24,6 +25,7 @@
 struct Application::Objects {
     SystemClock clock;
     Beeper beeper;
+    SystemSerialPorts serialPorts;
     std::unique_ptr<Settings> settings;
     std::unique_ptr<StatusTexts> statusTexts;
     std::unique_ptr<Prompt> prompt;
@@ -73,8 +75,8 @@ void Application::StartUp(const QString& settingsFile)
     o.session->SetAppName(title);
     o.session->SetSettingsSection(QStringLiteral("DB"));
 
-    o.settingsDialog = std::make_unique<frmSettings>(
-        SettingsServices{*o.session, *o.executive, *o.settings, *o.prompt, o.beeper, m_strings});
+    o.settingsDialog = std::make_unique<frmSettings>(SettingsServices{
+        *o.session, *o.executive, *o.settings, *o.prompt, o.beeper, m_strings, &o.serialPorts});
     o.passwordDialog = std::make_unique<frmPassword>(*o.session, *o.prompt, m_strings);
     ShowMainWindow();
 }

@@ -1,6 +1,8 @@
 #include "app/ConsoleWindows.h"
 
+#include "admin/frmAbout.h"
 #include "admin/frmAddressManager.h"
+#include "admin/frmStatusEditor.h"
 #include "admin/frmUserManager.h"
 #include "core/Errors.h"
 #include "core/Prompt.h"
@@ -80,11 +82,20 @@ void ConsoleWindows::OpenAddressDirectory(winMain& owner)
     ShowModal(*m_directory, owner);
 }
 
-void ConsoleWindows::OpenStatusEditor(winMain&) {}
+void ConsoleWindows::OpenStatusEditor(winMain& owner)
+{
+    frmStatusEditor window(Admin());
+    QObject::connect(&window, &frmStatusEditor::StatiChanged, &owner, &winMain::LoadStati);
+    ShowModal(window, owner);
+}
 
 void ConsoleWindows::OpenHelp(winMain&) {}
 
-void ConsoleWindows::OpenAbout(winMain&) {}
+void ConsoleWindows::OpenAbout(winMain& owner)
+{
+    frmAbout window(m_services.prompt, m_services.strings);
+    ShowModal(window, owner);
+}
 
 AdminServices ConsoleWindows::Admin() const
 {

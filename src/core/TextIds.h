@@ -58,4 +58,6 @@ constexpr int textPasswordMissing = 5258;
 constexpr int textPasswordRepeatDiffers = 5259;
 constexpr int textFolderNotCreated = 5260;
 
+constexpr int textPortWithDevice = 5265;
+
 } // namespace core

@@ -5,8 +5,10 @@
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/FormLayout.h"
+#include "core/FormatMessage.h"
 #include "core/Prompt.h"
 #include "core/SerialDefaults.h"
+#include "core/SerialPortList.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
@@ -38,8 +40,9 @@ frmSettings::frmSettings(const SettingsServices& services, QWidget* parent)
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, services.strings);
-    for (const int id : {core::textPortCom1, core::textPortCom2, core::textPortCom3, core::textPortCom4})
-        m_ui->cmbPort->addItem(services.strings.LoadString(id));
+    m_ui->cmbPort->setCompleter(nullptr); // what is typed stays as it is
+    connect(m_ui->cmbPort, &QComboBox::activated, this,
+            [this](int item) { m_ui->cmbPort->setEditText(m_ui->cmbPort->itemData(item).toString()); });
     m_ui->cmbBaudRate->addItem(services.strings.LoadString(core::textBaud1200), 1200);
     m_ui->cmbBaudRate->addItem(services.strings.LoadString(core::textBaud9600), 9600);
     m_ui->txtDbFile->setMinimumWidth(fieldWidth * fontMetrics().averageCharWidth());
@@ -101,10 +104,28 @@ void frmSettings::LoadFiles()
 
 void frmSettings::LoadSerial()
 {
+    FillPorts();
     m_ui->cmbPort->setCurrentIndex(-1);
     m_ui->cmbPort->setEditText(m_services.serial.DefaultPort());
     m_ui->cmbBaudRate->setCurrentIndex(-1);
     m_ui->cmbBaudRate->setCurrentIndex(m_ui->cmbBaudRate->findData(m_services.serial.DefaultBaud()));
+}
+
+// The fixed items and the ports that exist now, each with its device. Choosing one enters the port alone.
+void frmSettings::FillPorts()
+{
+    const IStringSource& strings = m_services.strings;
+    m_ui->cmbPort->clear();
+    for (const int id : {core::textPortCom1, core::textPortCom2, core::textPortCom3, core::textPortCom4})
+        m_ui->cmbPort->addItem(strings.LoadString(id), strings.LoadString(id));
+    if (!m_services.ports)
+        return;
+    for (const SerialPortChoice& choice : m_services.ports->Ports()) {
+        const QString text = choice.description.isEmpty() ? choice.port
+                                                          : FormatMessage(strings, core::textPortWithDevice,
+                                                                          {choice.port, choice.description});
+        m_ui->cmbPort->addItem(text, choice.port);
+    }
 }
 
 void frmSettings::LoadOptions()

@@ -7,6 +7,7 @@ class Settings;
 struct IBeeper;
 struct IDbSession;
 struct IPrompt;
+struct ISerialPortList;
 struct ISerialDefaults;
 struct IStringSource;
 namespace Ui {
@@ -21,6 +22,7 @@ struct SettingsServices {
     IPrompt& prompt;
     IBeeper& beeper;
     const IStringSource& strings;
+    const ISerialPortList* ports = nullptr; // null: only the fixed ones are offered
 };
 
 // Edits the operator's settings. Made once and hidden between uses; it reads all values each time it is
@@ -39,6 +41,7 @@ private:
     bool Activate();
     void LoadFiles();
     void LoadSerial();
+    void FillPorts();
     void LoadOptions();
     void Save();
     void Store(const QString& port);

@@ -48,7 +48,7 @@ constexpr CommandRow Rows[] = {
     {Item, "miSelectNumbering", SelectNumbering, 0, When::Always, When::Always},
     {Separator, "", NumberingSeparator, 0, When::Always, When::Always},
     {Item, "miAddressDir", AddressDir, 0, When::Always, When::Always},
-    {Item, "miEditStati", EditStati, 0, When::Always, When::Always, NotBuilt},
+    {Item, "miEditStati", EditStati, 0, When::Always, When::Always},
 
     {Menu, "mbView", ViewMenu, 0, When::Always, When::Always},
     {Item, "miFullscreen", FullScreen, 0, When::NormalWindow, When::Always},
@@ -57,7 +57,7 @@ constexpr CommandRow Rows[] = {
     {Menu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
     {Item, "miHelpTopix", HelpTopics, 0, When::Always, When::Always, NotBuilt},
     {Separator, "", HelpSeparator, 0, When::Always, When::Always},
-    {Item, "miAbout", About, 0, When::Always, When::Always, NotBuilt},
+    {Item, "miAbout", About, 0, When::Always, When::Always},
 
     {Button, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow, When::Always},
     {Button, "tbMain_session", 0, 0, When::Always, When::Always}, // its tip is the caption of miLogOnLogOff

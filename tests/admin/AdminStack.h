@@ -102,13 +102,20 @@ protected:
             .toString();
     }
 
+    static dao::OpenOptions Impatient()
+    {
+        dao::OpenOptions options = TestDatabase::Options();
+        options.busyTimeout = std::chrono::milliseconds(50);
+        return options;
+    }
+
     QTemporaryDir folder;
     CStringSourceImpl source{QStringList{}};
     const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
     TestDatabase database;
     FakeClock clock;
     Settings settings{folder.filePath(QStringLiteral("test.ini")), strings};
-    TestSession session{database};
+    TestSession session{database, Impatient()};
     ScriptedPrompt prompt;
     FakeBeeper beeper;
     StatusTexts statusTexts{strings};

@@ -148,11 +148,11 @@ TEST_F(DirectoryTest, AddsWhatIsValidAndRefusesTheRest)
         EXPECT_EQ(editor.windowTitle(), Text(2133));
         EXPECT_FALSE(Child<QWidget>(editor, "txtName").isVisible());
         Fill(editor, "x", "200550092", nullptr);
-        Child<QLineEdit>(editor, "txtCallsign").setText("Ωmega");
+        Child<QLineEdit>(editor, "txtCallsign").setText("Жmega");
         Type(editor, "txtNote", "late shift");
         Click(editor, "chkDynamic");
         Child<QListWidget>(editor, "lsPos").setCurrentRow(15);
-        prompt.ExpectWarning(Text(5605).replace("#01", "Ω")); // nothing that a radio could show
+        prompt.ExpectWarning(Text(5605).replace("#01", "Ж")); // nothing that a radio could show
         Click(editor, "cmdUpdate");
     });
     EXPECT_TRUE(Stored().last().endsWith("|late shift|2|-|16")) << Stored().last().toStdString();

@@ -3,6 +3,7 @@
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/SerialDefaults.h"
+#include "core/SerialPortList.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
@@ -32,6 +33,12 @@ struct FakeSerial : ISerialDefaults {
 
     QString port = "COM2";
     int baud = 9600;
+};
+
+struct FakePorts : ISerialPortList {
+    std::vector<SerialPortChoice> Ports() const override { return ports; }
+
+    std::vector<SerialPortChoice> ports;
 };
 
 // Only its paths are used.
@@ -73,7 +80,8 @@ protected:
     Settings settings{folder.filePath("settings.ini"), strings};
     ScriptedPrompt prompt;
     FakeBeeper beeper;
-    frmSettings form{{session, serial, settings, prompt, beeper, strings}};
+    FakePorts ports;
+    frmSettings form{{session, serial, settings, prompt, beeper, strings, &ports}};
     QLineEdit& databaseField = Child<QLineEdit>(form, "txtDbFile");
     QComboBox& port = Child<QComboBox>(form, "cmbPort");
     QComboBox& rate = Child<QComboBox>(form, "cmbBaudRate");
@@ -108,6 +116,25 @@ TEST_F(frmSettingsTest, ShowsWhatIsStoredAndStoresWhatIsEntered)
     session.workgroup = "/w";
     form.show();
     EXPECT_EQ(port.currentText(), "COM7");
+}
+
+TEST_F(frmSettingsTest, PortsThatExistAreOfferedWithTheirDevice)
+{
+    form.show();
+    EXPECT_EQ(port.count(), 4);
+    form.hide();
+    ports.ports = {{"/dev/ttyS0", ""}, {"/dev/ttyUSB0", "FTDI USB Serial"}}; // plugged in meanwhile
+    form.show();
+    EXPECT_EQ(port.currentText(), "COM2");
+    EXPECT_EQ(port.itemText(4), "/dev/ttyS0");
+    EXPECT_EQ(port.itemText(5), "/dev/ttyUSB0 (FTDI USB Serial)");
+    port.setFocus();
+    QTest::keyClick(&port, Qt::Key_End);
+    for (int i = 0; i < 6; ++i)
+        QTest::keyClick(&port, Qt::Key_Down);
+    EXPECT_EQ(port.currentText(), "/dev/ttyUSB0");
+    Click(form, "cmdSave");
+    EXPECT_EQ(serial.port, "/dev/ttyUSB0");
 }
 
 TEST_F(frmSettingsTest, ABlankPortIsRefused)

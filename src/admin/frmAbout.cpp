@@ -1,0 +1,60 @@
+#include "admin/frmAbout.h"
+
+#include "admin/SystemInformation.h"
+#include "admin/TextIds.h"
+#include "core/AppPaths.h"
+#include "core/Captions.h"
+#include "core/FormatMessage.h"
+#include "core/Icons.h"
+#include "core/Prompt.h"
+#include "core/StringSource.h"
+#include "ui_frmAbout.h"
+
+#include <QCoreApplication>
+#include <QSysInfo>
+
+namespace {
+
+constexpr int FieldWidth = 40; // characters
+constexpr int IconLines = 4;
+
+} // namespace
+
+frmAbout::frmAbout(IPrompt& prompt, const IStringSource& strings, QWidget* parent)
+    : QDialog(parent),
+      m_prompt(prompt),
+      m_strings(strings),
+      m_ui(std::make_unique<Ui::frmAbout>())
+{
+    m_ui->setupUi(this);
+    LoadCaptions(*this, strings);
+    const QString title = QString::fromLatin1(AppPaths::title);
+    setWindowTitle(FormatMessage(strings, AdminText::AboutTitle, {title}));
+    const int edge = IconLines * fontMetrics().lineSpacing();
+    m_ui->picIcon->setPixmap(LoadIcon(QStringLiteral("veltorkyn")).pixmap(edge, edge));
+    m_ui->lblTitle->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
+    m_ui->lblTitle->setText(title);
+    m_ui->lblVersion->setText(
+        FormatMessage(strings, AdminText::Version, {QCoreApplication::applicationVersion()}));
+    m_ui->lblDescription->setText(strings.LoadString(AdminText::Description));
+    m_ui->lblLicence->setText(strings.LoadString(AdminText::Licence));
+    m_ui->lblPlatform->setText(FormatMessage(
+        strings, AdminText::Platform, {QString::fromLatin1(qVersion()), QSysInfo::prettyProductName()}));
+    if (!FindSystemInformationTool()) {
+        m_ui->cmdSysInfo->setEnabled(false);
+        m_ui->cmdSysInfo->setToolTip(strings.LoadString(AdminText::NoSystemInformation));
+    }
+    connect(m_ui->cmdSysInfo, &QPushButton::clicked, this, &frmAbout::ShowSystemInformation);
+    connect(m_ui->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+}
+
+frmAbout::~frmAbout() = default;
+
+void frmAbout::ShowSystemInformation()
+{
+    const auto tool = FindSystemInformationTool();
+    if (!tool)
+        m_prompt.ShowWarning(m_strings.LoadString(AdminText::NoSystemInformation));
+    else if (!Start(*tool))
+        m_prompt.ShowWarning(FormatMessage(m_strings, AdminText::SystemInformationFailed, {tool->program}));
+}

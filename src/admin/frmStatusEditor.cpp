@@ -1,0 +1,262 @@
+#include "admin/frmStatusEditor.h"
+
+#include "admin/TextIds.h"
+#include "core/Captions.h"
+#include "core/DbSession.h"
+#include "core/Errors.h"
+#include "core/Icons.h"
+#include "core/ListHelpers.h"
+#include "core/PlainKey.h"
+#include "core/ProgramLog.h"
+#include "core/Prompt.h"
+#include "core/Registry.h"
+#include "core/StringSource.h"
+#include "dao/Workspace.h"
+#include "ui_frmStatusEditor.h"
+
+#include <QKeyEvent>
+
+namespace {
+
+constexpr int Codes = 32;
+constexpr int ListLines = 9;
+constexpr int FieldWidth = 44; // characters
+
+const QString InUse = QStringLiteral("on_off_duty");
+const QString OnDuty = QStringLiteral("radio_onduty");
+const QString OffDuty = QStringLiteral("radio_offduty");
+
+} // namespace
+
+frmStatusEditor::frmStatusEditor(const AdminServices& services, QWidget* parent)
+    : QDialog(parent),
+      m_services(services),
+      m_ui(std::make_unique<Ui::frmStatusEditor>()),
+      m_model(new StatusModel(services.strings, this))
+{
+    m_ui->setupUi(this);
+    LoadCaptions(*this, services.strings);
+    m_ui->lvStati->setModel(m_model);
+    m_ui->lvStati->setIconSize(SmallIconSize(*this));
+    m_ui->lvStati->setMinimumHeight(ListLines * fontMetrics().lineSpacing());
+    m_ui->txtEditInDesc->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
+    SetFullRowSelect(*m_ui->lvStati, true);
+    FillCodes();
+    LoadDuty();
+    Try([this] {
+        m_rows = m_services.session.Database().OpenTable(QStringLiteral("status"));
+        m_rows->SetIndex(QStringLiteral("PrimaryKey"));
+    });
+    FillList();
+    ConnectControls();
+}
+
+frmStatusEditor::~frmStatusEditor() = default;
+
+void frmStatusEditor::FillCodes()
+{
+    for (QComboBox* box : {m_ui->cmbEditStatus, m_ui->cmbOnDuty, m_ui->cmbOffDuty}) {
+        for (int code = 0; code < Codes; ++code)
+            box->addItem(QString::number(code));
+    }
+    m_ui->cmbEditStatus->setCurrentIndex(-1);
+}
+
+void frmStatusEditor::ConnectControls()
+{
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_ui->lvStati), static_cast<QWidget*>(m_ui->cmbEditStatus),
+          static_cast<QWidget*>(m_ui->txtEditInDesc), static_cast<QWidget*>(m_ui->txtEditOutDesc)})
+        control->installEventFilter(this);
+    connect(m_ui->lvStati->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [this](const QItemSelection& selected) {
+                if (!selected.isEmpty() && !m_filling)
+                    m_ui->cmbEditStatus->setCurrentIndex(
+                        selected.indexes().constFirst().data(StatusModel::TagRole).toInt());
+            });
+    connect(m_ui->lvStati, &QTreeView::clicked, this, [this](const QModelIndex& item) {
+        m_ui->cmbEditStatus->setCurrentIndex(item.data(StatusModel::TagRole).toInt());
+    });
+    connect(m_ui->lvStati, &QTreeView::doubleClicked, this, &frmStatusEditor::EditText);
+    connect(m_ui->cmbEditStatus, &QComboBox::currentIndexChanged, this, &frmStatusEditor::ShowCode);
+    connect(m_ui->Command3, &QPushButton::clicked, this, &frmStatusEditor::Set);
+    connect(m_ui->Command4, &QPushButton::clicked, this, &frmStatusEditor::EditText);
+    connect(m_ui->Command5, &QPushButton::clicked, this, &frmStatusEditor::Delete);
+    connect(m_ui->cmdApplyDuty, &QPushButton::clicked, this, &frmStatusEditor::ApplyDuty);
+    connect(m_ui->Command2, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+void frmStatusEditor::LoadDuty()
+{
+    const auto number = [this](const QString& key, const char* fallback) {
+        return RegistryGet(m_services.session, key, QLatin1String(fallback)).toInt();
+    };
+    m_ui->chkOnOffDuty->setChecked(number(InUse, "0") == 1);
+    m_ui->cmbOnDuty->setCurrentIndex(number(OnDuty, "1"));
+    m_ui->cmbOffDuty->setCurrentIndex(number(OffDuty, "2"));
+}
+
+// What cannot be read ends the list without a message.
+void frmStatusEditor::FillList()
+{
+    std::vector<StatusRow> rows;
+    try {
+        if (m_rows) {
+            for (m_rows->MoveFirst(); !m_rows->Eof(); m_rows->MoveNext())
+                rows.push_back({m_rows->Field("status_code").toInt(), m_rows->Field("in_desc").toString(),
+                                m_rows->Field("out_desc").toString()});
+        }
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("Status messages: %1").arg(QString::fromUtf8(failure.what())));
+    }
+    m_filling = true;
+    m_model->Replace(std::move(rows));
+    const int row = m_model->RowOf(m_ui->cmbEditStatus->currentIndex());
+    if (row >= 0)
+        m_ui->lvStati->setCurrentIndex(m_model->index(row, 0));
+    m_filling = false;
+    AutosizeColumns(*m_ui->lvStati, true);
+}
+
+std::optional<StatusRow> frmStatusEditor::Seek(int code)
+{
+    if (!m_rows)
+        return std::nullopt;
+    m_rows->Seek(code);
+    if (m_rows->NoMatch())
+        return std::nullopt;
+    return StatusRow{code, m_rows->Field("in_desc").toString(), m_rows->Field("out_desc").toString()};
+}
+
+void frmStatusEditor::ShowCode()
+{
+    const int code = m_ui->cmbEditStatus->currentIndex();
+    m_shown.reset();
+    if (code >= 0)
+        Try([&] { m_shown = Seek(code); });
+    m_ui->txtEditInDesc->setText(m_shown ? m_shown->in : QString());
+    m_ui->txtEditOutDesc->setText(m_shown ? m_shown->out : QString());
+}
+
+void frmStatusEditor::New()
+{
+    m_ui->cmbEditStatus->setCurrentIndex(-1);
+    m_ui->cmbEditStatus->setFocus();
+    m_ui->txtEditInDesc->clear();
+    m_ui->txtEditOutDesc->clear();
+}
+
+void frmStatusEditor::EditText()
+{
+    if (!HasSelectedItem(*m_ui->lvStati))
+        return;
+    m_ui->txtEditInDesc->setFocus();
+    m_ui->txtEditInDesc->end(false);
+}
+
+void frmStatusEditor::Set()
+{
+    const int code = m_ui->cmbEditStatus->currentIndex();
+    if (code < 0 || !m_rows)
+        return;
+    Try([&] {
+        if (Seek(code) != m_shown) {
+            if (m_services.prompt.AskQuestion(Text(AdminText::StatusChangedMeanwhile))) {
+                ShowCode();
+                FillList();
+            }
+            return;
+        }
+        Write(code);
+        m_shown = Seek(code);
+        FillList();
+        Q_EMIT StatiChanged();
+    });
+}
+
+void frmStatusEditor::Write(int code)
+{
+    if (m_rows->NoMatch()) {
+        m_rows->AddNew();
+        m_rows->SetField("status_code", code);
+    } else {
+        m_rows->Edit();
+    }
+    m_rows->SetField("in_desc", m_ui->txtEditInDesc->text());
+    m_rows->SetField("out_desc", m_ui->txtEditOutDesc->text());
+    m_rows->Update();
+}
+
+void frmStatusEditor::Delete()
+{
+    const QModelIndex item = GetSelectedItem(*m_ui->lvStati);
+    if (!item.isValid() || !m_services.prompt.AskQuestion(Text(AdminText::DeleteStatusQuestion)))
+        return;
+    Try([&] {
+        if (!Seek(item.data(StatusModel::TagRole).toInt()))
+            return;
+        m_rows->Delete();
+        m_ui->cmbEditStatus->setCurrentIndex(-1);
+        FillList();
+        Q_EMIT StatiChanged();
+        ShowCode();
+    });
+}
+
+void frmStatusEditor::ApplyDuty()
+{
+    const int on = m_ui->cmbOnDuty->currentIndex();
+    const int off = m_ui->cmbOffDuty->currentIndex();
+    if (on < 0 || off < 0)
+        return;
+    if (on == off) {
+        m_services.prompt.ShowWarning(Text(AdminText::DutyCodesMustDiffer));
+        return;
+    }
+    const QString inUse = m_ui->chkOnOffDuty->isChecked() ? QStringLiteral("1") : QStringLiteral("0");
+    Try([&] {
+        RegistryStore(m_services.session, {{InUse, inUse},
+                                           {OnDuty, m_ui->cmbOnDuty->currentText()},
+                                           {OffDuty, m_ui->cmbOffDuty->currentText()}});
+    });
+}
+
+bool frmStatusEditor::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && HandleKey(watched, *static_cast<QKeyEvent*>(event)))
+        return true;
+    return QDialog::eventFilter(watched, event);
+}
+
+// Enter stores in the editing controls and edits in the list; Insert begins a new message in all of them.
+bool frmStatusEditor::HandleKey(QObject* watched, const QKeyEvent& key)
+{
+    const bool inList = watched == m_ui->lvStati;
+    if (IsPlain(key, Qt::Key_Insert))
+        New();
+    else if (IsPlainEnter(key) && inList)
+        EditText();
+    else if (IsPlainEnter(key))
+        Set();
+    else if (IsPlain(key, Qt::Key_Delete) && inList)
+        Delete();
+    else
+        return false;
+    return true;
+}
+
+void frmStatusEditor::Try(const std::function<void()>& change)
+{
+    try {
+        change();
+    } catch (const std::exception& failure) {
+        if (m_rows)
+            m_rows->CancelUpdate();
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+}
+
+QString frmStatusEditor::Text(int id) const
+{
+    return m_services.strings.LoadString(id);
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "admin/AdminServices.h"
+#include "admin/StatusModel.h"
+
+#include <QDialog>
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace dao {
+class Recordset;
+}
+namespace Ui {
+class frmStatusEditor;
+}
+
+// Maintains the status messages and the on/off duty codes. Made for each use; it keeps its recordset open,
+// which locks nothing.
+class frmStatusEditor : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit frmStatusEditor(const AdminServices& services, QWidget* parent = nullptr);
+    ~frmStatusEditor() override;
+
+Q_SIGNALS:
+    // A status message was stored or deleted.
+    void StatiChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void FillCodes();
+    void ConnectControls();
+    void LoadDuty();
+    void FillList();
+    void ShowCode();
+    void New();
+    void EditText();
+    void Set();
+    void Write(int code);
+    void Delete();
+    void ApplyDuty();
+    // The stored message of a code, made current; nothing when there is none.
+    std::optional<StatusRow> Seek(int code);
+    bool HandleKey(QObject* watched, const QKeyEvent& key);
+    void Try(const std::function<void()>& change);
+    QString Text(int id) const;
+
+    AdminServices m_services;
+    std::unique_ptr<Ui::frmStatusEditor> m_ui;
+    StatusModel* m_model;
+    std::unique_ptr<dao::Recordset> m_rows;
+    std::optional<StatusRow> m_shown; // of the chosen code, as it was read
+    bool m_filling = false;
+};
