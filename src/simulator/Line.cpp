@@ -16,10 +16,6 @@ void Line::PushFromRadio(map27::Octets frame, TimePoint now)
 {
     Struck struck = m_faults.Strike(std::move(frame), map27::Direction::FromRadio);
     TracedFrame traced{now, map27::Direction::FromRadio, std::move(struck.sent), struck.fault};
-    if (struck.octets.empty()) {
-        m_lost.push_back(std::move(traced));
-        return;
-    }
     Hold(m_lateFromRadio, {now + struck.late, std::move(struck.octets), std::move(traced)});
     HandToPacer(now);
 }
@@ -27,7 +23,6 @@ void Line::PushFromRadio(map27::Octets frame, TimePoint now)
 LineOutput Line::Take(TimePoint now)
 {
     LineOutput output;
-    output.traced = std::exchange(m_lost, {});
     TakeFromConsole(now, output);
     HandToRadio(now, output);
     HandToPacer(now);
@@ -91,7 +86,7 @@ void Line::TakeFromRadio(TimePoint now, LineOutput& output)
 {
     output.toConsole = m_fromRadio.Take(now);
     std::size_t arrived = output.toConsole.size();
-    while (arrived > 0) {
+    while (!m_underWay.empty()) {
         FrameUnderWay& frame = m_underWay.front();
         const std::size_t part = std::min(arrived, frame.octetsLeft);
         frame.octetsLeft -= part;

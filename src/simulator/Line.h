@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// A frame as it was on the wire, for the trace, without its noise and repetitions. The time is that of its
-// last octet; a frame that never reached the wire has the time at which it would have set out.
+// A frame as its sender sent it, for the trace, in the order of sending. The time is that of its last octet;
+// a frame that never reached the wire has the time at which it would have set out.
 struct TracedFrame {
     TimePoint at;
     map27::Direction direction;
@@ -44,7 +44,7 @@ public:
 private:
     struct FrameUnderWay {
         TracedFrame traced;
-        std::size_t octetsLeft;
+        std::size_t octetsLeft; // none of a lost one
     };
     // Octets that are late; none overtakes another.
     struct Late {
@@ -66,7 +66,6 @@ private:
     std::deque<Late> m_lateFromConsole;   // after the line
     std::deque<Late> m_lateFromRadio;     // before it
     std::deque<FrameUnderWay> m_underWay; // from the radio
-    std::vector<TracedFrame> m_lost;      // from the radio, not yet traced
 };
 
 } // namespace sim
