@@ -285,7 +285,7 @@ Scenario Read(const QByteArray& json, bool mayHaveBase)
 Scenario Load(const QString& name, bool mayHaveBase)
 {
     const QString builtIn = QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(name);
-    QFile file(!QFile::exists(name) && QFile::exists(builtIn) ? builtIn : name);
+    QFile file(QFile::exists(builtIn) ? builtIn : name);
     if (!file.open(QIODevice::ReadOnly))
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
     const QByteArray text = file.readAll();

@@ -1,9 +1,11 @@
 #include "simulator/ScenarioReader.h"
 
+#include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -173,6 +175,20 @@ TEST(Scenario, TheShippedOnesShareTheirFleet)
         }
     }
     EXPECT_EQ(busy.fleet.diversions.size(), 1U);
+}
+
+// Whatever lies in the working folder: the demonstration relies on the name.
+TEST(Scenario, ABuiltInNameGoesBeforeAFile)
+{
+    const QTemporaryDir folder;
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(folder.path()) && QDir().mkdir("tour"));
+    QFile file("storm");
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_FALSE(sim::LoadScenario("tour").fleet.members.empty());
+    EXPECT_FALSE(sim::LoadScenario("storm").events.empty());
+    EXPECT_THROW(sim::LoadScenario("./storm"), sim::ScenarioError);
+    QDir::setCurrent(before);
 }
 
 TEST(Scenario, EveryMemberIsInTheDemonstrationsDirectory)
