@@ -1,0 +1,191 @@
+// The SCADA panel: reports, commands, switches that end in every way, names and the unit.
+
+#include "MainWindowStack.h"
+#include "mainwindow/ScadaModel.h"
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListView>
+
+namespace {
+
+class ScadaStack : public MainWindowStack {
+public:
+    ScadaStack()
+    {
+        Open();
+        LogOn();
+        Window().SelectTab(QStringLiteral("scada"));
+        Find<QComboBox>("cmbScadaUnit").setEditText(QStringLiteral("Unit20"));
+    }
+    QListView& Controls() { return Find<QListView>("lvControls"); }
+    // Item 0 first: "1" on, "0" off, "w" waits; "?" behind it when it is a ghost.
+    QString Signs(const char* list)
+    {
+        QString signs;
+        const auto& model = *Find<QListView>(list).model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            const QString picture = model.index(row, 0).data(ScadaModel::PictureRole).toString();
+            signs += picture.endsWith(QLatin1String("on")) ? QLatin1Char('1')
+                     : picture == QLatin1String("cwait")   ? QLatin1Char('w')
+                                                           : QLatin1Char('0');
+            if (model.index(row, 0).data(ScadaModel::GhostRole).toBool())
+                signs += QLatin1Char('?');
+        }
+        return signs;
+    }
+    void Receive(const QString& text) { Q_EMIT control->TextReceived(text, 0, 4); }
+    void Progress(qint16 code) { Q_EMIT control->MessageProgress(code, 0, 0, 2); }
+    void DoubleClick(int row)
+    {
+        const QPoint place = Controls().visualRect(Controls().model()->index(row, 0)).center();
+        QTest::mouseClick(Controls().viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QTest::mouseDClick(Controls().viewport(), Qt::LeftButton, Qt::NoModifier, place);
+    }
+};
+
+TEST(Scada, ShowsWhatReportsSay)
+{
+    ScadaStack stack;
+    const QString unknown = QStringLiteral("0?0?0?0?0?0?0?0?");
+    EXPECT_EQ(stack.Signs("lvSensors"), unknown) << "nothing is known before the first report";
+    struct Case {
+        const char* text;
+        const char* sensors;
+        const char* controls;
+    };
+    for (const Case& c : {Case{"B:00000000", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
+                          Case{"I:0000000011111111", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
+                          Case{"I:10000001", "10000001", "0?0?0?0?0?0?0?0?"},
+                          Case{"O:00100011", "10000001", "11000100"},
+                          Case{"O:1x0?0000", "10000001", "00000?00?1"},
+                          Case{"B:0000000011111111", "00000000", "11111111"},
+                          Case{"i:11111111", "00000000", "11111111"}, Case{" I:1111111", "00000000", "11111111"}}) {
+        stack.Receive(QLatin1String(c.text));
+        EXPECT_EQ(stack.Signs("lvSensors"), QLatin1String(c.sensors)) << c.text;
+        EXPECT_EQ(stack.Signs("lvControls"), QLatin1String(c.controls)) << c.text;
+    }
+    EXPECT_EQ(stack.LogTexts().size(), 9) << "reports are logged, too, below the date";
+}
+
+TEST(Scada, EveryCommandHasItsStatusCode)
+{
+    ScadaStack stack;
+    for (const auto& [button, code] : {std::pair("cmdALLOFF", 8), std::pair("cmdQrySensors", 9), std::pair("cmdALLON", 18),
+                                       std::pair("cmdQryControls", 19)}) {
+        stack.Click(button);
+        EXPECT_EQ(stack.control->TakeOperations(), QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
+        stack.Progress(192);
+    }
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("0?0?0?0?0?0?0?0?")) << "only reports change them";
+    stack.Receive(QStringLiteral("O:10000000"));
+    for (const auto& [row, code] : {std::pair(0, 10), std::pair(6, 16), std::pair(7, 7), std::pair(0, 0)}) {
+        stack.DoubleClick(row);
+        EXPECT_EQ(stack.control->TakeOperations(), QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
+        stack.DoubleClick(row); // it waits
+        EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+        stack.Progress(192);
+    }
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000010"));
+    stack.LogOff();
+    EXPECT_FALSE(stack.Find<QWidget>("cmdALLON").isEnabled());
+    stack.control->TakeOperations();
+    stack.DoubleClick(0);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+}
+
+// A switch is shown as done or undone by its own answer and by no other.
+TEST(Scada, ASwitchEndsWithItsOwnAnswerOnly)
+{
+    ScadaStack stack;
+    const auto sendOther = [&] { stack.executive.SendText(QStringLiteral("22"), QStringLiteral("x"), false); };
+    struct Case {
+        const char* name;
+        std::function<void()> happens;
+        const char* signs; // of control 0, which was off and is told to switch on
+        int warning = 0;
+    };
+    const Case cases[] = {
+        {"delivered", [&] { stack.Progress(192); }, "10000000"},
+        {"failed", [&] { stack.Progress(224); }, "00000000", 2202},
+        {"cleared", [&] { Q_EMIT stack.control->TransactionCleared(0, 0); }, "w0000000"},
+        {"reset", [&] { stack.executive.ResetTran(); }, "w0000000"},
+        {"cleared, then another message delivered",
+         [&] {
+             Q_EMIT stack.control->TransactionCleared(0, 0);
+             sendOther();
+             stack.Progress(192);
+         },
+         "w0000000"},
+        {"call, then another message failed",
+         [&] {
+             Q_EMIT stack.control->IncomingCall(0, 8, 0, 4);
+             Q_EMIT stack.control->TransactionCleared(0, 0);
+             sendOther();
+             stack.Progress(224);
+         },
+         "w0000000", 2202},
+        {"delivered, then another message failed",
+         [&] {
+             stack.Progress(192);
+             sendOther();
+             stack.Progress(224);
+         },
+         "10000000", 2202},
+        {"cleared, then a report",
+         [&] {
+             Q_EMIT stack.control->TransactionCleared(0, 0);
+             stack.Receive(QStringLiteral("O:00000001"));
+         },
+         "10000000"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        stack.Receive(QStringLiteral("O:00000000"));
+        stack.DoubleClick(0);
+        EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("w0000000"));
+        if (c.warning != 0)
+            stack.prompt.ExpectWarning(stack.Text(c.warning));
+        c.happens();
+        QCoreApplication::processEvents();
+        stack.prompt.Finish();
+        EXPECT_EQ(stack.Signs("lvControls"), QLatin1String(c.signs));
+        EXPECT_EQ(stack.executive.TransactionKind(), TransactionKind::None);
+    }
+    // Refused by a busy radio: it waits for a report.
+    stack.Receive(QStringLiteral("O:00000000"));
+    sendOther();
+    stack.prompt.ExpectWarning(stack.Text(2068));
+    stack.DoubleClick(3);
+    stack.Progress(192);
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("000w0000"));
+}
+
+TEST(Scada, NamesAndUnitAreKept)
+{
+    ScadaStack stack;
+    auto& sensors = stack.Find<QListView>("lvSensors");
+    EXPECT_EQ(sensors.model()->index(2, 0).data().toString(), QString());
+    sensors.setFocus();
+    sensors.setCurrentIndex(sensors.model()->index(2, 0));
+    QTest::keyClick(&sensors, Qt::Key_F2);
+    QTest::keyClicks(sensors.findChild<QLineEdit*>(), QStringLiteral("Door, north"));
+    QTest::keyClick(sensors.findChild<QLineEdit*>(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("scada"), QStringLiteral("2sensor"), {}), QStringLiteral("Door, north"));
+    stack.Controls().setFocus();
+    stack.Controls().setCurrentIndex(stack.Controls().model()->index(7, 0));
+    QTest::keyClick(&stack.Controls(), Qt::Key_F2);
+    QTest::keyClicks(stack.Controls().findChild<QLineEdit*>(), QStringLiteral("Pump"));
+    QTest::keyClick(stack.Controls().findChild<QLineEdit*>(), Qt::Key_Return);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList()) << "Enter ends the name and switches nothing";
+    stack.CloseWindow();
+    stack.Open();
+    EXPECT_EQ(stack.Find<QListView>("lvSensors").model()->index(2, 0).data().toString(), QStringLiteral("Door, north"));
+    EXPECT_EQ(stack.Controls().model()->index(7, 0).data().toString(), QStringLiteral("Pump"));
+    EXPECT_EQ(stack.Find<QComboBox>("cmbScadaUnit").currentText(), QStringLiteral("Unit20"));
+}
+
+}
