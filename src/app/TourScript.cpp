@@ -41,6 +41,11 @@ std::vector<TourStep> TourScript::Steps()
     Messages();
     OutgoingCalls();
     IncomingCalls();
+    DutyStatus();
+    Regroup();
+    RegroupNotDone();
+    NamesAndUngroup();
+    Outstation();
     Recovery();
     Window();
     LogOff();

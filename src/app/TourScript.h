@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/TourRunner.h"
+#include "mainwindow/Outcome.h"
 
 #include <QString>
 
@@ -26,6 +27,12 @@ private:
     void KillRadio(const QString& during);
     void Window();
     void LogOff();
+    // In TourTalkgroups.cpp and TourScada.cpp.
+    void DutyStatus();
+    void Regroup();
+    void RegroupNotDone();
+    void NamesAndUngroup();
+    void Outstation();
     // In TourNumbering.cpp; they begin with nobody logged on.
     void FleetPlan();
     void FleetPlanRefusals();
@@ -48,6 +55,10 @@ private:
     Look Visible(const QString& widget) const;
     Look Hidden(const QString& widget) const;
     Look Box(int textId) const;
+    // A node of the talkgroup tree, an item of the outstation's lists, or one of any list.
+    static Look Node(const QString& node, const char* picture, Outcome outcome = Outcome::None);
+    static Look Signal(const QString& list, int number, const char* picture, Outcome outcome = Outcome::None);
+    static Look Listed(const QString& view, const QString& item, bool there);
     Look LogShows(const QString& text) const;
     Look LogLacks(const QString& text) const;
     static Look FillsScreen(bool fills);
