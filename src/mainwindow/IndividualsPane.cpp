@@ -10,6 +10,7 @@
 #include "mainwindow/IndividualsReader.h"
 #include "mainwindow/ListGestures.h"
 #include "mainwindow/ListLimit.h"
+#include "mainwindow/PlainIconDelegate.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
 #include "mainwindow/TreePlace.h"
@@ -41,6 +42,7 @@ void IndividualsPane::BuildList()
     lvIndividuals->setIconSize(SmallIconSize(*this));
     lvIndividuals->setSelectionMode(QAbstractItemView::ExtendedSelection);
     lvIndividuals->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    lvIndividuals->setItemDelegate(new PlainIconDelegate(lvIndividuals));
     SetFullRowSelect(*lvIndividuals, true);
 
     connect(lvIndividuals->selectionModel(), &QItemSelectionModel::selectionChanged, this,

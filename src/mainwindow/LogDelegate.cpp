@@ -1,9 +1,5 @@
 #include "mainwindow/LogDelegate.h"
 
-#include <QPainter>
-#include <QStyle>
-#include <QWidget>
-
 namespace {
 
 constexpr char16_t FirstPrintable = 0x20;
@@ -40,20 +36,4 @@ QString LogDelegate::displayText(const QVariant& value, const QLocale&) const
         }
     }
     return text;
-}
-
-void LogDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
-{
-    QStyledItemDelegate::paint(painter, option, index);
-    if (!(option.state & QStyle::State_Selected)) {
-        return;
-    }
-    QStyleOptionViewItem item = option;
-    initStyleOption(&item, index);
-    if (!item.icon.isNull()) {
-        const QStyle& style = *item.widget->style();
-        const QRect place = style.subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget);
-        painter->fillRect(place, item.palette.color(QPalette::Base));
-        item.icon.paint(painter, place);
-    }
 }

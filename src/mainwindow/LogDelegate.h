@@ -1,16 +1,13 @@
 #pragma once
 
-#include <QStyledItemDelegate>
+#include "mainwindow/PlainIconDelegate.h"
 
 // Draws a line of the log on one line: line ends and other control characters of a message appear as signs.
-// The picture of a selected line keeps its own colours and background.
-class LogDelegate : public QStyledItemDelegate {
+class LogDelegate : public PlainIconDelegate {
     Q_OBJECT
 
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    using PlainIconDelegate::PlainIconDelegate;
 
     QString displayText(const QVariant& value, const QLocale& locale) const override;
-    void paint(QPainter* painter, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override;
 };

@@ -17,7 +17,7 @@ constexpr int Gap = 8;
 void OutcomeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const
 {
-    QStyledItemDelegate::paint(painter, option, index);
+    PlainIconDelegate::paint(painter, option, index);
     const auto outcome = static_cast<Outcome>(index.data(OutcomeRole).toInt());
     if (outcome == Outcome::None) {
         return;
@@ -32,4 +32,12 @@ void OutcomeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     painter->fillRect(place, item.palette.color(QPalette::Base));
     LoadIcon(outcome == Outcome::Done ? QStringLiteral("done") : QStringLiteral("notdone"))
         .paint(painter, place);
+}
+
+void OutcomeDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    PlainIconDelegate::initStyleOption(option, index);
+    if (option->icon.isNull()) {
+        option->features |= QStyleOptionViewItem::HasDecoration;
+    }
 }

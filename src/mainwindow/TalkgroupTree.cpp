@@ -38,8 +38,9 @@ TalkgroupTree::TalkgroupTree(QWidget* parent) : QTreeView(parent), m_dragIcon(ne
 
 void TalkgroupTree::mousePressEvent(QMouseEvent* event)
 {
+    const QModelIndex node = indexAt(event->pos());
+    m_pressed = node;
     if (event->button() == Qt::LeftButton && IsPlain(*event)) {
-        const QModelIndex node = indexAt(event->pos());
         m_drag.Press(event->pos(), KeyOf(node), IsDynamicMemberNode(node) && mayDrag());
         if (m_drag.IsIdle()) {
             EndDrag();
@@ -60,7 +61,8 @@ void TalkgroupTree::mouseMoveEvent(QMouseEvent* event)
 
 void TalkgroupTree::mouseReleaseEvent(QMouseEvent* event)
 {
-    const bool dropped = event->button() == Qt::LeftButton && m_drag.IsDragging();
+    const bool left = event->button() == Qt::LeftButton;
+    const bool dropped = left && m_drag.IsDragging();
     if (dropped) {
         HighlightAt(event->pos());
     }
@@ -71,7 +73,11 @@ void TalkgroupTree::mouseReleaseEvent(QMouseEvent* event)
     } else if (!m_drag.IsDragging()) {
         m_drag.End();
     }
-    QTreeView::mouseReleaseEvent(event);
+    if (left && indexAt(event->pos()) != m_pressed) {
+        setState(NoState); // the base class would select what the button is released on
+    } else {
+        QTreeView::mouseReleaseEvent(event);
+    }
     if (dropped && !group.isEmpty()) {
         Q_EMIT MemberDropped(member, group);
     }

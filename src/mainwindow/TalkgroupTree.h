@@ -43,6 +43,7 @@ private:
     void EndDrag();
 
     MemberDrag m_drag;
+    QPersistentModelIndex m_pressed;
     QPersistentModelIndex m_highlight;
     QPoint m_pointer;
     QLabel* m_dragIcon;

@@ -219,6 +219,7 @@ TEST(Talkgroups, OnlyAnotherDynamicGroupTakesADraggedMember)
     EXPECT_FALSE(tree.DropHighlight().isValid());
     QTest::mouseRelease(tree.viewport(), Qt::LeftButton, Qt::NoModifier, target);
     EXPECT_TRUE(idle());
+    EXPECT_EQ(tree.selectionModel()->selectedIndexes(), QModelIndexList{stack.Model().Find(unit20)});
 
     // A reload under the hand takes the dragged radio away.
     DragMouse(*tree.viewport(), stack.PlaceOf(unit20), target, false);
