@@ -40,7 +40,10 @@ const Expected Table[] = {
     {"tbRefreshLog_refresh", {F, T, T}, {T, T, T}},
     {"tbRefreshLog_clearlog", {T, T, T}, {T, T, T}},
     {"cmdSend", {F, T, T}, {T, T, T}},
-    {"tbMain_regroup", {F, F, F}, {T, T, T}},
+    {"tbMain_regroup", {F, F, F}, {T, T, T}}, // nothing is selected
+    {"tbMain_refresh", {F, T, T}, {T, T, T}},
+    {"miDefDynamic", {F, T, T}, {F, T, T}},
+    {"cmdSearchAddress", {F, T, T}, {T, T, T}},
     {"miAbout", {T, T, T}, {T, T, T}},
 };
 
