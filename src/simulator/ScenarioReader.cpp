@@ -285,7 +285,8 @@ Scenario Read(const QByteArray& json, bool mayHaveBase)
 Scenario Load(const QString& name, bool mayHaveBase)
 {
     const QString builtIn = QStringLiteral(":/veltorkyn/scenarios/%1.json").arg(name);
-    QFile file(QFile::exists(builtIn) ? builtIn : name);
+    const bool bare = !name.contains(QLatin1Char('/'));
+    QFile file(bare && QFile::exists(builtIn) ? builtIn : name);
     if (!file.open(QIODevice::ReadOnly))
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
     const QByteArray text = file.readAll();
