@@ -31,6 +31,14 @@ constexpr int NoSystemInformation = 2104;
 constexpr int SystemInformationFailed = 2105;
 constexpr int Platform = 2106;
 
+// Help
+constexpr int HelpFile = 101;
+constexpr int HelpCaption = 5620;
+constexpr int HelpContents = 5621;
+constexpr int HelpBack = 5622;
+constexpr int HelpForward = 5623;
+constexpr int HelpNotReadable = 5624;
+
 // Status message editor
 constexpr int DutyCodesMustDiffer = 2250;
 constexpr int DeleteStatusQuestion = 2251;

@@ -42,10 +42,10 @@ frmAddressEditor::frmAddressEditor(const AdminServices& services, QWidget* paren
 
 frmAddressEditor::~frmAddressEditor() = default;
 
-AddressKind frmAddressEditor::Kind() const
+EntryKind frmAddressEditor::Kind() const
 {
     const bool individual = m_mode == Mode::AddIndividual || m_mode == Mode::EditIndividual;
-    return individual ? AddressKind::Individual : AddressKind::Talkgroup;
+    return individual ? EntryKind::Individual : EntryKind::Talkgroup;
 }
 
 void frmAddressEditor::AddIndividual()
@@ -68,7 +68,7 @@ bool frmAddressEditor::EditAddress(qint32 id, const QString& iconKey)
 void frmAddressEditor::Prepare(Mode mode)
 {
     m_mode = mode;
-    const bool individual = Kind() == AddressKind::Individual;
+    const bool individual = Kind() == EntryKind::Individual;
     setWindowTitle(Text(mode == Mode::AddIndividual    ? AdminText::AddIndividual
                         : mode == Mode::AddTalkgroup   ? AdminText::AddTalkgroup
                         : mode == Mode::EditIndividual ? AdminText::EditIndividual

@@ -41,7 +41,7 @@ private:
     void WriteRecord(const AddressEntry& entry);
     void OfferReload();
     void WarnOfCharacters(const AddressEntry& entry);
-    AddressKind Kind() const;
+    EntryKind Kind() const;
     bool Editing() const { return m_mode == Mode::EditIndividual || m_mode == Mode::EditTalkgroup; }
     QString Text(int id) const;
 

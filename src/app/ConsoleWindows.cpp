@@ -1,12 +1,17 @@
 #include "app/ConsoleWindows.h"
 
+#include "admin/HelpGuide.h"
+#include "admin/TextIds.h"
 #include "admin/frmAbout.h"
 #include "admin/frmAddressManager.h"
+#include "admin/frmHelp.h"
 #include "admin/frmStatusEditor.h"
 #include "admin/frmUserManager.h"
+#include "app/HelpKey.h"
 #include "core/Errors.h"
 #include "core/Prompt.h"
 #include "core/ShowModal.h"
+#include "core/StringSource.h"
 #include "mainwindow/winMain.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmFleetPlan.h"
@@ -14,11 +19,14 @@
 #include "numbering/frmSelectNumbering.h"
 #include "radio/Map27Executive.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QWindow>
 
 ConsoleWindows::ConsoleWindows(const Services& services)
     : m_services(services),
-      m_diagnostics(std::make_unique<frmNumInfoDiagnostics>(services.strings, services.executive))
+      m_diagnostics(std::make_unique<frmNumInfoDiagnostics>(services.strings, services.executive)),
+      m_helpKey(std::make_unique<HelpKey>([this](const QString& page) { ShowHelp(page); }))
 {
 }
 
@@ -43,8 +51,6 @@ void ConsoleWindows::ShowDialog(winMain& owner, const std::function<std::unique_
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
     }
 }
-
-// A window that is not built yet has a command that is disabled.
 
 void ConsoleWindows::OpenUserManager(winMain& owner)
 {
@@ -76,8 +82,13 @@ void ConsoleWindows::OpenNumberingDiagnostics(winMain& owner)
 
 void ConsoleWindows::OpenAddressDirectory(winMain& owner)
 {
-    if (!m_directory)
+    if (!m_directory) {
         m_directory = std::make_unique<frmAddressManager>(Admin());
+        QObject::connect(m_directory.get(), &frmAddressManager::DirectoryChanged, &owner, [&owner] {
+            owner.ReloadGrps();
+            owner.ReloadInds();
+        });
+    }
     m_directory->ReloadDir();
     ShowModal(*m_directory, owner);
 }
@@ -89,7 +100,25 @@ void ConsoleWindows::OpenStatusEditor(winMain& owner)
     ShowModal(window, owner);
 }
 
-void ConsoleWindows::OpenHelp(winMain&) {}
+void ConsoleWindows::OpenHelp(winMain&)
+{
+    ShowHelp({});
+}
+
+void ConsoleWindows::ShowHelp(const QString& page)
+{
+    try {
+        if (!m_help) {
+            const QString file = m_services.strings.LoadString(AdminText::HelpFile);
+            m_guide = std::make_unique<HelpGuide>(QDir(QCoreApplication::applicationDirPath()).filePath(file),
+                                                  m_services.strings);
+            m_help = std::make_unique<frmHelp>(*m_guide, m_services.strings);
+        }
+        m_help->ShowPage(page);
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+}
 
 void ConsoleWindows::OpenAbout(winMain& owner)
 {

@@ -9,7 +9,10 @@
 #include <memory>
 
 class QDialog;
+class HelpGuide;
+class HelpKey;
 class frmAddressManager;
+class frmHelp;
 class frmNumInfoDiagnostics;
 struct INumberingView;
 
@@ -36,7 +39,13 @@ private:
     NumberingServices ForNumbering() const;
     void ShowDialog(winMain& owner, const std::function<std::unique_ptr<QDialog>()>& make);
 
+    // Opens the guide at a page; at its contents for an empty one. Says so when there is no guide.
+    void ShowHelp(const QString& page);
+
     Services m_services; // without windows: it is itself what they would be
     std::unique_ptr<frmNumInfoDiagnostics> m_diagnostics;
     std::unique_ptr<frmAddressManager> m_directory; // kept hidden between uses
+    std::unique_ptr<HelpGuide> m_guide;
+    std::unique_ptr<frmHelp> m_help;
+    std::unique_ptr<HelpKey> m_helpKey;
 };

@@ -4,10 +4,10 @@
 #include "core/Validation.h"
 #include "dao/Recordset.h"
 
-QString BrowseQuery(AddressKind kind)
+QString BrowseQuery(EntryKind kind)
 {
-    return kind == AddressKind::Individual ? QStringLiteral("browse_individuals")
-                                           : QStringLiteral("browse_talkgroups");
+    return kind == EntryKind::Individual ? QStringLiteral("browse_individuals")
+                                         : QStringLiteral("browse_talkgroups");
 }
 
 int ProblemOfCallsign(const AddressEntry& entry)
@@ -17,10 +17,10 @@ int ProblemOfCallsign(const AddressEntry& entry)
 
 int ProblemOfName(const AddressEntry& entry)
 {
-    return entry.kind == AddressKind::Talkgroup || IsValidName(entry.name) ? 0 : core::textNameRule;
+    return entry.kind == EntryKind::Talkgroup || IsValidName(entry.name) ? 0 : core::textNameRule;
 }
 
-AddressEntry ReadEntry(dao::Recordset& rows, AddressKind kind)
+AddressEntry ReadEntry(dao::Recordset& rows, EntryKind kind)
 {
     AddressEntry entry;
     entry.kind = kind;
@@ -28,7 +28,7 @@ AddressEntry ReadEntry(dao::Recordset& rows, AddressKind kind)
     entry.ident = rows.Field("IDENT").toString();
     entry.dynamic = rows.Field("dynamic").toBool();
     entry.note = rows.Field("note").toString();
-    if (kind == AddressKind::Individual)
+    if (kind == EntryKind::Individual)
         entry.name = rows.Field("Name").toString();
     else
         entry.position = rows.Field("default_pos").toInt();
@@ -42,7 +42,7 @@ void WriteEntry(dao::Recordset& rows, const AddressEntry& entry)
     rows.SetField("dynamic", entry.dynamic);
     rows.SetField("note", entry.note.isEmpty() ? QVariant() : QVariant(entry.note));
     rows.SetField("Type", static_cast<int>(entry.kind));
-    if (entry.kind == AddressKind::Individual)
+    if (entry.kind == EntryKind::Individual)
         rows.SetField("Name", entry.name);
     else
         rows.SetField("default_pos", entry.position);

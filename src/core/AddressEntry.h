@@ -7,13 +7,13 @@ class Recordset;
 }
 
 // Field "Type" of the table address.
-enum class AddressKind { Individual = 1, Talkgroup = 2 };
+enum class EntryKind { Individual = 1, Talkgroup = 2 };
 
 constexpr int LastPosition = 16;
 
 // What a person enters for an entry of the address directory.
 struct AddressEntry {
-    AddressKind kind = AddressKind::Individual;
+    EntryKind kind = EntryKind::Individual;
     QString callsign; // trimmed
     QString ident;    // dial text
     QString name;     // individuals only; trimmed
@@ -25,13 +25,13 @@ struct AddressEntry {
 };
 
 // Updatable query that shows the entries of a kind.
-QString BrowseQuery(AddressKind kind);
+QString BrowseQuery(EntryKind kind);
 
 // Catalogue id of the rule that callsign or name breaks; 0 when both may be stored.
 int ProblemOfCallsign(const AddressEntry& entry);
 int ProblemOfName(const AddressEntry& entry);
 
 // The current record of a browsing query.
-AddressEntry ReadEntry(dao::Recordset& rows, AddressKind kind);
+AddressEntry ReadEntry(dao::Recordset& rows, EntryKind kind);
 // Writes the fields of the record that is being added or edited.
 void WriteEntry(dao::Recordset& rows, const AddressEntry& entry);

@@ -43,6 +43,10 @@ struct Command {
 
 Command DbCreateCommand();
 Command DbCheckCommand();
+Command DirectoryExportCommand();
+Command DirectoryImportCommand();
+Command StatusExportCommand();
+Command StatusImportCommand();
 Command UserAddCommand();
 Command UserListCommand();
 Command UserPasswordCommand();

@@ -5,40 +5,23 @@
 #include "ctl/Console.h"
 #include "ctl/CsvReader.h"
 #include "ctl/FleetPlanFile.h"
-#include "ctl/PasswordReader.h"
+#include "ctl/ImportRun.h"
+#include "ctl/OutputFile.h"
 #include "numbering/FleetPlanTable.h"
 
-#include <QFileInfo>
-#include <QSaveFile>
 #include <algorithm>
 
 namespace {
 
-std::unique_ptr<dao::Workspace> Open(const Request& request)
-{
-    PasswordReader passwords(request.options.isSet("password-stdin"));
-    return AccountOptions::OpenAs(request.options.value("as"), request, passwords);
-}
-
-QString FileOf(const Request& request)
-{
-    if (request.arguments[1].isEmpty())
-        throw UsageError(QStringLiteral("FILE.csv is empty"));
-    return request.arguments[1];
-}
+using ImportRun::FileOf;
+using ImportRun::Open;
 
 int Export(const Request& request)
 {
     const QString path = FileOf(request);
-    if (QFileInfo::exists(path))
-        throw Error(ErrorCode::General,
-                    QStringLiteral("%1: the file exists already, nothing was overwritten").arg(path));
     const auto workspace = Open(request);
     const std::vector<FleetRecord> plan = FleetPlanTable(workspace->Database()).Read();
-    const QByteArray text = FormatFleetPlan(plan).toUtf8();
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(text) != text.size() || !file.commit())
-        throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(path, file.errorString()));
+    WriteNewFile(path, FormatFleetPlan(plan));
     Console::Print(QStringLiteral("Exported %1 fleets").arg(plan.size()));
     return exitOk;
 }

@@ -11,8 +11,9 @@ constexpr auto name = "veltorkynctl";
 
 QList<Command> AllCommands()
 {
-    return {DbCreateCommand(),     DbCheckCommand(),     UserAddCommand(),     UserListCommand(),
-            UserPasswordCommand(), FleetExportCommand(), FleetImportCommand(), DialCommand()};
+    return {DbCreateCommand(),        DbCheckCommand(),      UserAddCommand(),      UserListCommand(),
+            UserPasswordCommand(),    FleetExportCommand(),  FleetImportCommand(),  DirectoryExportCommand(),
+            DirectoryImportCommand(), StatusExportCommand(), StatusImportCommand(), DialCommand()};
 }
 
 QString Version()
@@ -32,7 +33,7 @@ QString Overview(const QList<Command>& commands)
                        "Commands:\n")
             .arg(QLatin1String(name));
     for (const Command& command : commands)
-        text += QStringLiteral("  %1  %2\n").arg(command.words, -14).arg(command.summary);
+        text += QStringLiteral("  %1  %2\n").arg(command.words, -16).arg(command.summary);
     text +=
         QStringLiteral("\n  %1 COMMAND --help  what a command takes and does\n"
                        "  %1 --version       the program's version\n\n"

@@ -7,8 +7,6 @@ namespace {
 using enum CommandRow::Kind;
 using namespace CommandText;
 
-constexpr bool NotBuilt = false;
-
 constexpr CommandRow Rows[] = {
     {Menu, "mbSystem", SystemMenu, 0, When::Always, When::Always},
     {Item, "miLogOnLogOff", LogOnLogOff, 0, When::Always, When::Always},
@@ -55,7 +53,7 @@ constexpr CommandRow Rows[] = {
     {Item, "miLogDataView", LogDataView, 0, When::LoggedOn, When::LoggedOn},
 
     {Menu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
-    {Item, "miHelpTopix", HelpTopics, 0, When::Always, When::Always, NotBuilt},
+    {Item, "miHelpTopix", HelpTopics, 0, When::Always, When::Always},
     {Separator, "", HelpSeparator, 0, When::Always, When::Always},
     {Item, "miAbout", About, 0, When::Always, When::Always},
 
@@ -111,7 +109,7 @@ QHash<QString, CommandState> CommandStates(const CommandContext& context)
     for (const CommandRow& row : Rows) {
         if (row.kind != CommandRow::Kind::Separator) {
             states.insert(QLatin1String(row.name),
-                          {row.built && Holds(row.enabled, context), Holds(row.visible, context)});
+                          {Holds(row.enabled, context), Holds(row.visible, context)});
         }
     }
     return states;

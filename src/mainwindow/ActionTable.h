@@ -25,7 +25,6 @@ struct CommandRow {
     int toolTip;      // catalogue id; 0 none
     When enabled;
     When visible;
-    bool built = true; // false: not available in this version and disabled whoever is logged on
 };
 
 // All commands, menus in the order of the menu bar, each followed by its items.

@@ -1,0 +1,36 @@
+#include "app/HelpKey.h"
+
+#include "admin/HelpGuide.h"
+#include "core/PlainKey.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QTabBar>
+
+namespace {
+
+// The window of a widget as the guide knows it; the main window with its tab.
+QString NameOf(const QWidget& window)
+{
+    const auto* tabs = window.findChild<QTabBar*>(QStringLiteral("tsMain"));
+    const QString tab = tabs ? tabs->tabData(tabs->currentIndex()).toString() : QString();
+    return tab.isEmpty() ? window.objectName() : window.objectName() + QLatin1Char('/') + tab;
+}
+
+} // namespace
+
+HelpKey::HelpKey(std::function<void(const QString& page)> show) : m_show(std::move(show))
+{
+    qApp->installEventFilter(this);
+}
+
+bool HelpKey::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (event->type() != QEvent::KeyPress || !widget || !IsPlain(*static_cast<QKeyEvent*>(event), Qt::Key_F1))
+        return QObject::eventFilter(watched, event);
+    // A box has to be answered first: it keeps the guide's window from being used.
+    if (!qobject_cast<QMessageBox*>(widget->window()))
+        m_show(HelpPageFor(NameOf(*widget->window())));
+    return true;
+}
