@@ -17,6 +17,8 @@ public:
     virtual ~Database() = default;
 
     virtual int SchemaVersion() const = 0;
+    // The same for all consoles that share this database, and for no other database.
+    virtual QString Id() const = 0;
 
     // A table with its indexes. With `appendOnly` records can be added and nothing else, and none is read.
     virtual std::unique_ptr<Recordset> OpenTable(const QString& name, bool appendOnly = false) = 0;

@@ -59,7 +59,7 @@ TEST_F(SeekTest, FindsExactlyTheRecordWithoutAScan)
 {
     m_workspace->Close();
     const auto connection = sqlite::OpenFiles(m_location, m_options);
-    const auto database = std::make_shared<sqlite::SqliteDatabase>(connection);
+    const auto database = std::make_shared<EngineDatabase>(connection);
     for (const SeekCase& c : seekCases) {
         SCOPED_TRACE(QString("%1 %2 %3").arg(c.table, c.index, c.key[0].toString()).toStdString());
         const auto table = database->OpenTable(c.table, false);

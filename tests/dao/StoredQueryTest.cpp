@@ -221,7 +221,7 @@ TEST_F(StoredQueryTest, EventsAreFoundByTheirTimeAmongMany)
                 "WITH RECURSIVE n (i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 49999) "
                 "SELECT %1 - i * 1000, 2, 'Me' FROM n")
             .arg(m_now.toMSecsSinceEpoch()));
-    const auto database = std::make_shared<sqlite::SqliteDatabase>(connection);
+    const auto database = std::make_shared<EngineDatabase>(connection);
     const auto query = database->QueryDef("get_events");
     for (const auto& [name, value] :
          QVariantMap{{"MyAdr", "1"}, {"MyCallsign", "Me"}, {"TimeUnit", "n"}, {"TimeVal", 5}}.toStdMap())

@@ -1,14 +1,12 @@
 #include "dao/sqlite/Accounts.h"
 #include "dao/Passwords.h"
 #include "dao/TextMatch.h"
-#include <algorithm>
 
 namespace dao::sqlite {
 
 namespace {
 
 constexpr auto whereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
-constexpr int userNameSize = 64;
 
 QStringList ColumnOf(Connection& connection, const QString& sql, const QVariantList& values = {})
 {
@@ -42,13 +40,6 @@ void Session::RequireAdministrator() const
 {
     if (!IsMember(*connection, userName, adminsGroup))
         throw Error(Kind::NotPermitted);
-}
-
-void RequireUserName(const QString& name)
-{
-    const bool printable = std::all_of(name.begin(), name.end(), [](QChar c) { return c.isPrint(); });
-    if (name.isEmpty() || name.size() > userNameSize || name != name.trimmed() || !printable)
-        throw Error(Kind::BadUserName, {name});
 }
 
 QString CheckLogon(Connection& connection, const QString& user, const QString& password,

@@ -17,9 +17,6 @@ struct Session {
     void RequireAdministrator() const;
 };
 
-// Kind::BadUserName, unless the name has 1 to 64 characters, no blanks at its ends and no control characters.
-void RequireUserName(const QString& name);
-
 // The account's name as spelled at its creation. Kind::WrongPassword.
 QString CheckLogon(Connection& connection, const QString& user, const QString& password,
                    const PasswordCost& cost);

@@ -1,6 +1,8 @@
 #include "dao/sqlite/Connection.h"
 #include "dao/sqlite/ErrorMapping.h"
 #include "dao/sqlite/Functions.h"
+#include "dao/sqlite/SnapshotRecordset.h"
+#include "dao/sqlite/TableReader.h"
 #include <QFile>
 #include <sqlite3.h>
 
@@ -99,6 +101,43 @@ int Connection::Change(const QString& sql, const QVariantList& values)
     while (statement->Step()) {
     }
     return sqlite3_changes(Handle());
+}
+
+StatementShape Connection::Describe(const QString& sql)
+{
+    const auto statement = Kept(sql);
+    return {statement->IsSelect(), statement->ColumnNames(), statement->ParameterNames()};
+}
+
+std::optional<QVariantList> Connection::FirstRow(const QString& sql, const QVariantList& values)
+{
+    const auto statement = Kept(sql);
+    statement->Bind(values);
+    return statement->Step() ? std::optional(statement->Row()) : std::nullopt;
+}
+
+std::vector<QVariantList> Connection::AllRows(const QString& sql, const QVariantList& values)
+{
+    const auto statement = Kept(sql);
+    statement->Bind(values);
+    std::vector<QVariantList> rows;
+    while (statement->Step())
+        rows.push_back(statement->Row());
+    return rows;
+}
+
+std::unique_ptr<Recordset> Connection::OpenSnapshot(const QString& sql, const QVariantList& values, bool keep)
+{
+    auto statement = keep ? Kept(sql) : Prepare(sql);
+    if (!statement->IsSelect())
+        throw Error(Kind::WrongUse, {sql});
+    statement->Bind(values);
+    return std::make_unique<SnapshotRecordset>(std::move(statement));
+}
+
+std::shared_ptr<const TableShape> Connection::ReadTable(const QString& name)
+{
+    return ReadTableShape(*this, name);
 }
 
 QVariant Connection::Value(const QString& sql, const QVariantList& values)

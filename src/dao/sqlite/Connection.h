@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/Engine.h"
 #include "dao/Error.h"
 #include "dao/sqlite/Statement.h"
 #include <QDateTime>
@@ -42,7 +43,7 @@ private:
 
 // An open SQLite file, to which a second one can be attached. Shared by the workspace and all that it handed
 // out; Close ends it for all of them.
-class Connection : public std::enable_shared_from_this<Connection> {
+class Connection : public Engine, public std::enable_shared_from_this<Connection> {
 public:
     enum class Mode { ReadOnly, ReadWrite, Create };
     using Now = std::function<QDateTime()>;
@@ -50,9 +51,7 @@ public:
     // `now` feeds the SQL function kyn_now(); empty: the system's clock. Raises a Kind with the path.
     static std::shared_ptr<Connection> Open(const QString& path, Mode mode,
                                             std::chrono::milliseconds busyTimeout, Now now = {});
-    Connection(const Connection&) = delete;
-    Connection& operator=(const Connection&) = delete;
-    ~Connection();
+    ~Connection() override;
 
     // Adds a file under a schema name. From then on errors name it, until NameInErrors says otherwise.
     void Attach(const QString& path, const QString& schema);
@@ -60,7 +59,7 @@ public:
 
     // Closes the files whatever statements are still in use; an open transaction is rolled back.
     void Close() noexcept;
-    bool IsOpen() const { return m_handle != nullptr; }
+    bool IsOpen() const override { return m_handle != nullptr; }
     sqlite3* Handle() const; // Kind::Closed
 
     // A statement prepared once and kept, for SQL of which there are few; another one when it is already in
@@ -68,8 +67,13 @@ public:
     StatementUse Kept(const QString& sql);
     // A statement for this time only.
     StatementUse Prepare(const QString& sql);
-    // Runs a changing statement, kept; returns how many records it changed.
-    int Change(const QString& sql, const QVariantList& values = {});
+    StatementShape Describe(const QString& sql) override;
+    int Change(const QString& sql, const QVariantList& values = {}) override;
+    std::optional<QVariantList> FirstRow(const QString& sql, const QVariantList& values = {}) override;
+    std::vector<QVariantList> AllRows(const QString& sql, const QVariantList& values = {}) override;
+    std::unique_ptr<Recordset> OpenSnapshot(const QString& sql, const QVariantList& values,
+                                            bool keep) override;
+    std::shared_ptr<const TableShape> ReadTable(const QString& name) override;
     // First column of the first row; invalid when there is none.
     QVariant Value(const QString& sql, const QVariantList& values = {});
     // Runs a script of many statements.

@@ -1,4 +1,5 @@
 #include "dao/sqlite/SnapshotRecordset.h"
+#include "dao/TableShape.h"
 
 namespace dao::sqlite {
 

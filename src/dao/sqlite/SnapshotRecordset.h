@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dao/sqlite/Connection.h"
-#include "dao/sqlite/RecordsetBase.h"
+#include "dao/RecordsetBase.h"
 #include <optional>
 
 namespace dao::sqlite {

@@ -1,5 +1,6 @@
 #include "dao/sqlite/SqliteWorkspace.h"
 #include "dao/Passwords.h"
+#include "dao/UserName.h"
 #include "dao/sqlite/Files.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Rights.h"
@@ -108,7 +109,7 @@ std::unique_ptr<Workspace> SqliteWorkspace::Open(const Location& location, const
 
 SqliteWorkspace::SqliteWorkspace(std::shared_ptr<Session> session)
     : m_session(std::move(session)),
-      m_database(std::make_shared<SqliteDatabase>(m_session->connection)),
+      m_database(std::make_shared<EngineDatabase>(m_session->connection)),
       m_users(m_session),
       m_groups(m_session)
 {

@@ -3,7 +3,7 @@
 #include "dao/Workspace.h"
 #include "dao/sqlite/Accounts.h"
 #include "dao/sqlite/Files.h"
-#include "dao/sqlite/SqliteDatabase.h"
+#include "dao/EngineDatabase.h"
 
 namespace dao::sqlite {
 
@@ -29,7 +29,7 @@ private:
     explicit SqliteWorkspace(std::shared_ptr<Session> session);
 
     std::shared_ptr<Session> m_session;
-    std::shared_ptr<SqliteDatabase> m_database;
+    std::shared_ptr<EngineDatabase> m_database;
     SqliteUserList m_users;
     WorkgroupGroups m_groups;
 };

@@ -1,22 +1,22 @@
-#include "dao/sqlite/AppendRecordset.h"
+#include "dao/AppendRecordset.h"
+#include "dao/Engine.h"
 #include "dao/Error.h"
-#include "dao/sqlite/Connection.h"
 
-namespace dao::sqlite {
+namespace dao {
 
-AppendRecordset::AppendRecordset(std::shared_ptr<Connection> connection,
+AppendRecordset::AppendRecordset(std::shared_ptr<Engine> engine,
                                  std::shared_ptr<const TableShape> table)
-    : m_connection(std::move(connection)),
+    : m_engine(std::move(engine)),
       m_table(table),
       m_edit(std::move(table))
 {
 }
 
-Connection& AppendRecordset::Open() const
+Engine& AppendRecordset::Open() const
 {
-    if (!m_connection || !m_connection->IsOpen())
+    if (!m_engine || !m_engine->IsOpen())
         throw Error(Kind::Closed);
-    return *m_connection;
+    return *m_engine;
 }
 
 QVariant AppendRecordset::Field(const QString& name)
@@ -53,4 +53,4 @@ void AppendRecordset::MoveNext()
     throw Error(Kind::NoCurrentRecord);
 }
 
-} // namespace dao::sqlite
+} // namespace dao

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "dao/sqlite/RecordsetBase.h"
+#include "dao/EditBuffer.h"
+#include "dao/RecordsetBase.h"
 #include <optional>
 #include <vector>
 
-namespace dao::sqlite {
+namespace dao {
 
 // Which records a KeysetRecordset shows.
 struct KeysetSource {
@@ -17,7 +18,7 @@ struct KeysetSource {
 // identities of its records, read when a move first needs them, and the values of the current one.
 class KeysetRecordset : public RecordsetBase {
 public:
-    KeysetRecordset(std::shared_ptr<Connection> connection, KeysetSource source);
+    KeysetRecordset(std::shared_ptr<Engine> engine, KeysetSource source);
 
     bool Eof() override;
     bool Bof() override;
@@ -41,17 +42,17 @@ private:
     enum class Place { Unknown, OnRecord, NoRecord, AtEnd };
 
     bool IsTableType() const { return m_source.sql.isEmpty(); }
-    Connection& Open() const;
+    Engine& Open() const;
     void EnsurePlace();
     void RequireRecord();
     void ReadKeys();
     void MoveTo(std::size_t position);
     void Find(const QString& sql, const QVariantList& values);
-    void ChangeRecord(Connection& connection);
+    void ChangeRecord(Engine& engine);
     bool ReadRecord(const QString& sql, const QVariantList& values);
     QString RowSql() const;
 
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<Engine> m_engine;
     KeysetSource m_source;
     const TableShape::Index* m_index = nullptr;
     EditBuffer m_edit;
@@ -65,4 +66,4 @@ private:
     QVariantList m_record;
 };
 
-} // namespace dao::sqlite
+} // namespace dao

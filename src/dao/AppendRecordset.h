@@ -1,13 +1,14 @@
 #pragma once
 
-#include "dao/sqlite/RecordsetBase.h"
+#include "dao/EditBuffer.h"
+#include "dao/RecordsetBase.h"
 
-namespace dao::sqlite {
+namespace dao {
 
 // A table opened for appending: no statement of it ever reads a record.
 class AppendRecordset : public RecordsetBase {
 public:
-    AppendRecordset(std::shared_ptr<Connection> connection, std::shared_ptr<const TableShape> table);
+    AppendRecordset(std::shared_ptr<Engine> engine, std::shared_ptr<const TableShape> table);
 
     bool Eof() override { return true; }
     bool Bof() override { return true; }
@@ -19,14 +20,14 @@ public:
     void Update() override;
     void CancelUpdate() override { m_edit.Clear(); }
     void MoveNext() override;
-    void Close() noexcept override { m_connection.reset(); }
+    void Close() noexcept override { m_engine.reset(); }
 
 private:
-    Connection& Open() const;
+    Engine& Open() const;
 
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<Engine> m_engine;
     std::shared_ptr<const TableShape> m_table;
     EditBuffer m_edit;
 };
 
-} // namespace dao::sqlite
+} // namespace dao

@@ -1,13 +1,13 @@
-#include "dao/sqlite/KeysetRecordset.h"
+#include "dao/KeysetRecordset.h"
 #include "dao/Criterion.h"
+#include "dao/Engine.h"
 #include "dao/Error.h"
-#include "dao/sqlite/Connection.h"
 #include <algorithm>
 
-namespace dao::sqlite {
+namespace dao {
 
-KeysetRecordset::KeysetRecordset(std::shared_ptr<Connection> connection, KeysetSource source)
-    : m_connection(std::move(connection)),
+KeysetRecordset::KeysetRecordset(std::shared_ptr<Engine> engine, KeysetSource source)
+    : m_engine(std::move(engine)),
       m_source(std::move(source)),
       m_edit(m_source.table)
 {
@@ -25,16 +25,16 @@ KeysetRecordset::KeysetRecordset(std::shared_ptr<Connection> connection, KeysetS
         m_index = &m_source.table->IndexNamed("PrimaryKey");
 }
 
-Connection& KeysetRecordset::Open() const
+Engine& KeysetRecordset::Open() const
 {
-    if (!m_connection || !m_connection->IsOpen())
+    if (!m_engine || !m_engine->IsOpen())
         throw Error(Kind::Closed);
-    return *m_connection;
+    return *m_engine;
 }
 
 void KeysetRecordset::Close() noexcept
 {
-    m_connection.reset();
+    m_engine.reset();
     m_edit.Clear();
     m_keys.reset();
 }
@@ -104,17 +104,17 @@ void KeysetRecordset::Edit()
 
 void KeysetRecordset::Update()
 {
-    Connection& connection = Open();
+    Engine& engine = Open();
     switch (m_edit.State()) {
     case EditBuffer::Kind::None:
         throw Error(Kind::NotEditing);
     case EditBuffer::Kind::Adding:
-        m_edit.Insert(connection);
+        m_edit.Insert(engine);
         break;
     case EditBuffer::Kind::Changing: {
         if (m_edit.IsEmpty())
             break;
-        ChangeRecord(connection);
+        ChangeRecord(engine);
         QVariantList key = m_key;
         for (qsizetype i = 0; i < key.size(); ++i)
             if (const int column =
@@ -132,7 +132,7 @@ void KeysetRecordset::Update()
     m_edit.Clear();
 }
 
-void KeysetRecordset::ChangeRecord(Connection& connection)
+void KeysetRecordset::ChangeRecord(Engine& engine)
 {
     QStringList columns;
     QVariantList read;
@@ -142,18 +142,17 @@ void KeysetRecordset::ChangeRecord(Connection& connection)
         columns.append(m_source.table->ColumnNames()[m_tableColumns[i]]);
         read.append(m_record[static_cast<qsizetype>(i)]);
     }
-    if (m_edit.Change(connection, m_key, columns, read))
+    if (m_edit.Change(engine, m_key, columns, read))
         return;
-    const auto record = connection.Kept(m_source.table->RowSql());
-    record->Bind(m_key);
-    throw Error(record->Step() ? Kind::RecordChanged : Kind::RecordGone);
+    const bool isThere = engine.FirstRow(m_source.table->RowSql(), m_key).has_value();
+    throw Error(isThere ? Kind::RecordChanged : Kind::RecordGone);
 }
 
 void KeysetRecordset::Delete()
 {
     RequireRecord();
     m_edit.Clear();
-    if (m_connection->Change(m_source.table->DeleteSql(), m_key) == 0)
+    if (m_engine->Change(m_source.table->DeleteSql(), m_key) == 0)
         throw Error(Kind::RecordGone);
     m_place = Place::NoRecord;
 }
@@ -194,14 +193,14 @@ void KeysetRecordset::MoveTo(std::size_t position)
 
 void KeysetRecordset::ReadKeys()
 {
-    std::vector<QVariantList> keys;
-    const auto statement = Open().Kept(IsTableType() ? m_index->keysSql : m_source.sql);
-    while (statement->Step()) {
-        QVariantList key;
-        for (std::size_t i = 0; i < m_keyColumns.size(); ++i)
-            key.append(statement->Column(IsTableType() ? static_cast<int>(i) : m_keyColumns[i]));
-        keys.push_back(std::move(key));
-    }
+    std::vector<QVariantList> keys = Open().AllRows(IsTableType() ? m_index->keysSql : m_source.sql);
+    if (!IsTableType())
+        for (QVariantList& row : keys) {
+            QVariantList key;
+            for (const int column : m_keyColumns)
+                key.append(row[column]);
+            row = std::move(key);
+        }
     m_keys = std::move(keys);
     m_next = 0;
 }
@@ -215,11 +214,10 @@ QString KeysetRecordset::RowSql() const
 
 bool KeysetRecordset::ReadRecord(const QString& sql, const QVariantList& values)
 {
-    const auto statement = Open().Kept(sql);
-    statement->Bind(values);
-    if (!statement->Step())
+    auto record = Open().FirstRow(sql, values);
+    if (!record)
         return false;
-    m_record = statement->Row();
+    m_record = std::move(*record);
     m_key.clear();
     for (const int column : m_keyColumns)
         m_key.append(m_record[column]);
@@ -247,7 +245,7 @@ void KeysetRecordset::FindFirst(const QString& criterion)
         values.append(comparison.value);
     }
     const QString from =
-        IsTableType() ? "main." + Quoted(m_source.table->Name()) : "(" + m_source.sql + ") AS q";
+        IsTableType() ? Quoted(m_source.table->Name()) : "(" + m_source.sql + ") AS q";
     Find("SELECT " + QuotedList(m_source.fields) + " FROM " + from + " WHERE " + conditions.join(" AND ") +
              " LIMIT 1",
          values);
@@ -274,4 +272,4 @@ void KeysetRecordset::SeekKey(const QVariantList& key)
     Find(m_index->seekSql, key);
 }
 
-} // namespace dao::sqlite
+} // namespace dao

@@ -6,18 +6,20 @@
 #include <QStringList>
 #include <memory>
 
-namespace dao::sqlite {
+namespace dao {
 
-class Connection;
+class Engine;
 
 // A table as the recordsets need to know it: fields, identity, indexes by name, and the SQL that follows from
 // them, each text made once. Indexes by their DAO names come from the table index_def, since "PrimaryKey" is
 // the name of several.
 class TableShape {
 public:
+    enum class Type { Text, Number, Boolean, Time };
     struct Column {
         QString name;
-        int size; // characters; 0 = no limit
+        Type type;
+        int size; // characters of a text; 0 = no limit
     };
     struct Index {
         QString name;
@@ -26,8 +28,9 @@ public:
         QString keysSql; // identities of all records in the index's order
     };
 
-    // Kind::NoSuchTable.
-    static std::shared_ptr<const TableShape> Read(Connection& connection, const QString& table);
+    // `keyFields`: the fields of the primary key, in their order. Reads the indexes.
+    TableShape(Engine& engine, const QString& name, const QList<Column>& columns,
+               const QStringList& keyFields);
 
     const QString& Name() const { return m_name; }
     const QList<Column>& Columns() const { return m_columns; }
@@ -46,9 +49,7 @@ public:
     const QString& RowSql() const { return m_rowSql; } // one record by its key
 
 private:
-    TableShape() = default;
-    void ReadColumns(Connection& connection, const QString& table);
-    void ReadIndexes(Connection& connection);
+    void ReadIndexes(Engine& engine);
     QStringList NamesOf(quint64 fields) const;
 
     QString m_name;
@@ -70,4 +71,4 @@ QString AllEqual(const QStringList& names);
 // Position of a field by its name without regard to case. Kind::NoSuchField.
 int FieldPosition(const QStringList& names, const QString& name);
 
-} // namespace dao::sqlite
+} // namespace dao

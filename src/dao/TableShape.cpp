@@ -1,18 +1,8 @@
-#include "dao/sqlite/TableShape.h"
+#include "dao/TableShape.h"
+#include "dao/Engine.h"
 #include "dao/Error.h"
-#include "dao/sqlite/Connection.h"
 
-namespace dao::sqlite {
-
-namespace {
-
-// "VARCHAR(255)" -> 255
-int SizeOf(const QString& type)
-{
-    return type.section('(', 1).section(')', 0, 0).toInt();
-}
-
-} // namespace
+namespace dao {
 
 QString Quoted(const QString& name)
 {
@@ -47,66 +37,44 @@ int FieldPosition(const QStringList& names, const QString& name)
     throw Error(Kind::NoSuchField, {name});
 }
 
-std::shared_ptr<const TableShape> TableShape::Read(Connection& connection, const QString& table)
+TableShape::TableShape(Engine& engine, const QString& name, const QList<Column>& columns,
+                       const QStringList& keyFields)
+    : m_name(name),
+      m_columns(columns),
+      m_keyFields(keyFields)
 {
-    std::shared_ptr<TableShape> shape(new TableShape);
-    shape->ReadColumns(connection, table);
-    const QString from = " FROM main." + Quoted(shape->m_name) + " WHERE " + AllEqual(shape->m_keyFields);
-    shape->m_deleteSql = "DELETE" + from;
-    shape->m_rowSql = "SELECT " + QuotedList(shape->m_columnNames) + from;
-    shape->ReadIndexes(connection);
-    return shape;
-}
-
-void TableShape::ReadColumns(Connection& connection, const QString& table)
-{
-    const auto named = connection.Prepare(
-        "SELECT name FROM main.sqlite_schema WHERE type='table' AND name=? COLLATE NOCASE");
-    named->Bind(0, table);
-    if (!named->Step())
-        throw Error(Kind::NoSuchTable, {table});
-    m_name = named->Column(0).toString();
-
-    const auto columns =
-        connection.Prepare("SELECT name, type, pk FROM main.pragma_table_info(?) ORDER BY cid");
-    columns->Bind(0, m_name);
-    QStringList keyFields(16);
-    while (columns->Step()) {
-        const QString name = columns->Column(0).toString();
-        m_columns.append({name, SizeOf(columns->Column(1).toString())});
-        m_columnNames.append(name);
-        if (const int place = columns->Column(2).toInt(); place > 0)
-            keyFields[place - 1] = name;
-    }
-    keyFields.removeAll(QString());
-    m_keyFields = keyFields;
     // A record set's written fields are kept as bits, its records are told apart by the key.
     if (m_columns.size() > 64 || m_keyFields.isEmpty())
-        throw Error(Kind::WrongUse, {table});
+        throw Error(Kind::WrongUse, {name});
+    for (const Column& column : m_columns)
+        m_columnNames.append(column.name);
+    const QString from = " FROM " + Quoted(m_name) + " WHERE " + AllEqual(m_keyFields);
+    m_deleteSql = "DELETE" + from;
+    m_rowSql = "SELECT " + QuotedList(m_columnNames) + from;
+    ReadIndexes(engine);
 }
 
-void TableShape::ReadIndexes(Connection& connection)
+void TableShape::ReadIndexes(Engine& engine)
 {
-    const auto fields = connection.Prepare("SELECT index_name, field_name, ignore_case FROM main.index_def "
-                                           "WHERE table_name=? ORDER BY index_name, field_no");
-    fields->Bind(0, m_name);
     QList<QPair<Index, QStringList>> found; // with the expressions that the index is on
-    while (fields->Step()) {
-        const QString name = fields->Column(0).toString();
+    for (const QVariantList& row :
+         engine.AllRows("SELECT index_name, field_name, ignore_case FROM index_def "
+                        "WHERE table_name=? ORDER BY index_name, field_no",
+                        {m_name})) {
+        const QString name = row[0].toString();
         if (found.isEmpty() || found.last().first.name != name)
             found.append({Index{name, {}, {}, {}}, {}});
-        const QString field = fields->Column(1).toString();
+        const QString field = row[1].toString();
         found.last().first.fields.append(field);
-        found.last().second.append(fields->Column(2).toBool() ? "kyn_fold(" + Quoted(field) + ")"
-                                                              : Quoted(field));
+        found.last().second.append(row[2].toBool() ? "kyn_fold(" + Quoted(field) + ")" : Quoted(field));
     }
     for (auto& [index, expressions] : found) {
         QStringList conditions;
         for (const QString& expression : expressions)
             conditions.append(expression + (expression.startsWith('"') ? "=?" : "=kyn_fold(?)"));
-        index.seekSql = "SELECT " + QuotedList(m_columnNames) + " FROM main." + Quoted(m_name) + " WHERE " +
+        index.seekSql = "SELECT " + QuotedList(m_columnNames) + " FROM " + Quoted(m_name) + " WHERE " +
                         conditions.join(" AND ") + " LIMIT 1";
-        index.keysSql = "SELECT " + QuotedList(m_keyFields) + " FROM main." + Quoted(m_name) + " ORDER BY " +
+        index.keysSql = "SELECT " + QuotedList(m_keyFields) + " FROM " + Quoted(m_name) + " ORDER BY " +
                         expressions.join(", ") + ", " + QuotedList(m_keyFields);
         m_indexes.append(index);
     }
@@ -142,7 +110,7 @@ const QString& TableShape::InsertSql(quint64 fields) const
     QString& sql = m_insertSql[fields];
     if (sql.isEmpty()) {
         const QStringList names = NamesOf(fields);
-        sql = "INSERT INTO main." + Quoted(m_name);
+        sql = "INSERT INTO " + Quoted(m_name);
         sql += names.isEmpty() ? QString(" DEFAULT VALUES")
                                : " (" + QuotedList(names) + ") VALUES (" +
                                      QStringList(names.size(), "?").join(", ") + ")";
@@ -154,9 +122,9 @@ const QString& TableShape::UpdateSql(quint64 fields) const
 {
     QString& sql = m_updateSql[fields];
     if (sql.isEmpty())
-        sql = "UPDATE main." + Quoted(m_name) + " SET " + AllEqual(NamesOf(fields)).replace(" AND ", ", ") +
+        sql = "UPDATE " + Quoted(m_name) + " SET " + AllEqual(NamesOf(fields)).replace(" AND ", ", ") +
               " WHERE " + AllEqual(m_keyFields);
     return sql;
 }
 
-} // namespace dao::sqlite
+} // namespace dao

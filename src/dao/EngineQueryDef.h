@@ -1,16 +1,15 @@
 #pragma once
 
+#include "dao/EngineDatabase.h"
 #include "dao/QueryDef.h"
-#include "dao/sqlite/Connection.h"
-#include "dao/sqlite/SqliteDatabase.h"
 #include <optional>
 #include <vector>
 
-namespace dao::sqlite {
+namespace dao {
 
-class SqliteQueryDef : public QueryDef {
+class EngineQueryDef : public QueryDef {
 public:
-    SqliteQueryDef(std::shared_ptr<SqliteDatabase> database, std::shared_ptr<Connection> connection,
+    EngineQueryDef(std::shared_ptr<EngineDatabase> database, std::shared_ptr<Engine> engine,
                    std::shared_ptr<const StoredQuery> query);
 
     QString Name() const override { return m_query->name; }
@@ -21,13 +20,13 @@ public:
     int Execute() override;
 
 private:
-    StatementUse Bound() const;
+    QVariantList Values() const;
 
-    std::shared_ptr<SqliteDatabase> m_database;
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<EngineDatabase> m_database;
+    std::shared_ptr<Engine> m_engine;
     std::shared_ptr<const StoredQuery> m_query;
     QStringList m_parameterNames;
     std::vector<std::optional<QVariant>> m_values;
 };
 
-} // namespace dao::sqlite
+} // namespace dao

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "dao/Recordset.h"
+#include <QVariantList>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace dao {
+
+class TableShape;
+
+// What an SQL text turned out to be.
+struct StatementShape {
+    bool isSelect; // returns rows and changes nothing
+    QStringList columns;
+    QStringList parameters; // names without their prefix, each once
+};
+
+// What recordsets, stored queries and databases need of an open database, whichever engine it is. The SQL is
+// the dialect that the engines share: double quotes around names, "?" or ":name" for a parameter. Values are
+// bound in the order of StatementShape::parameters. Everything raises Kind::Closed once the workspace is
+// closed, and otherwise the kind of the engine's failure.
+class Engine {
+public:
+    Engine() = default;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+    virtual ~Engine() = default;
+
+    virtual bool IsOpen() const = 0;
+    virtual StatementShape Describe(const QString& sql) = 0;
+    // Runs a changing statement; returns how many records it changed.
+    virtual int Change(const QString& sql, const QVariantList& values = {}) = 0;
+    // The first row; nothing when there is none.
+    virtual std::optional<QVariantList> FirstRow(const QString& sql, const QVariantList& values = {}) = 0;
+    virtual std::vector<QVariantList> AllRows(const QString& sql, const QVariantList& values = {}) = 0;
+    // A forward-only recordset. `keep`: the SQL is one of a few and comes again, so it is kept prepared.
+    // Kind::WrongUse for SQL that is no select.
+    virtual std::unique_ptr<Recordset> OpenSnapshot(const QString& sql, const QVariantList& values,
+                                                    bool keep) = 0;
+    // Kind::NoSuchTable.
+    virtual std::shared_ptr<const TableShape> ReadTable(const QString& name) = 0;
+};
+
+} // namespace dao

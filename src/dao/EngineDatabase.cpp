@@ -1,0 +1,127 @@
+#include "dao/EngineDatabase.h"
+#include "dao/AppendRecordset.h"
+#include "dao/Engine.h"
+#include "dao/EngineQueryDef.h"
+#include "dao/Error.h"
+#include "dao/KeysetRecordset.h"
+#include <algorithm>
+
+namespace dao {
+
+namespace {
+
+// Names of queries and tables hold no white space, a select statement always does.
+bool IsSql(const QString& text)
+{
+    const QString trimmed = text.trimmed();
+    return std::any_of(trimmed.begin(), trimmed.end(), [](QChar c) { return c.isSpace(); });
+}
+
+} // namespace
+
+EngineDatabase::EngineDatabase(std::shared_ptr<Engine> engine)
+    : m_engine(std::move(engine)),
+      m_schemaVersion(Info("schema_version").toInt()),
+      m_id(Info("database_id"))
+{
+}
+
+QString EngineDatabase::Info(const QString& name)
+{
+    const auto row = m_engine->FirstRow("SELECT value FROM file_info WHERE name=?", {name});
+    return row ? row->first().toString() : QString();
+}
+
+std::shared_ptr<const TableShape> EngineDatabase::Table(const QString& name)
+{
+    if (!m_engine->IsOpen())
+        throw Error(Kind::Closed);
+    const QString key = name.toLower();
+    if (auto known = m_tables.value(key))
+        return known;
+    auto shape = m_engine->ReadTable(name);
+    m_tables.insert(key, shape);
+    return shape;
+}
+
+std::shared_ptr<const StoredQuery> EngineDatabase::Query(const QString& name)
+{
+    const QString key = name.toLower();
+    if (auto known = m_queries.value(key))
+        return known;
+    const auto row = m_engine->FirstRow(
+        "SELECT name, sql, table_name FROM stored_query WHERE name=?", {name});
+    if (!row)
+        return nullptr;
+    auto query = std::make_shared<const StoredQuery>(
+        StoredQuery{(*row)[0].toString(), (*row)[1].toString(), (*row)[2].toString()});
+    m_queries.insert(key, query);
+    return query;
+}
+
+std::unique_ptr<Recordset> EngineDatabase::OpenTable(const QString& name, bool appendOnly)
+{
+    auto table = Table(name);
+    if (appendOnly)
+        return std::make_unique<AppendRecordset>(m_engine, std::move(table));
+    const QStringList fields = table->ColumnNames();
+    return std::make_unique<KeysetRecordset>(m_engine, KeysetSource{std::move(table), fields, {}});
+}
+
+std::unique_ptr<Recordset> EngineDatabase::OpenSnapshot(const QString& queryNameOrSql)
+{
+    if (IsSql(queryNameOrSql))
+        return m_engine->OpenSnapshot(queryNameOrSql, {}, false);
+    if (Query(queryNameOrSql))
+        return QueryDef(queryNameOrSql)->OpenSnapshot();
+    try {
+        return m_engine->OpenSnapshot("SELECT * FROM " + Quoted(Table(queryNameOrSql)->Name()), {}, true);
+    } catch (const Error& error) {
+        if (error.kind == Kind::NoSuchTable)
+            throw Error(Kind::NoSuchQuery, {queryNameOrSql});
+        throw;
+    }
+}
+
+std::unique_ptr<Recordset> EngineDatabase::OpenDynaset(const QString& queryNameOrSql)
+{
+    if (IsSql(queryNameOrSql))
+        throw Error(Kind::NotUpdatable);
+    if (const auto query = Query(queryNameOrSql))
+        return OpenQueryDynaset(*query);
+    try {
+        return OpenQueryDynaset(
+            {queryNameOrSql, "SELECT * FROM " + Quoted(Table(queryNameOrSql)->Name()), queryNameOrSql});
+    } catch (const Error& error) {
+        if (error.kind == Kind::NoSuchTable)
+            throw Error(Kind::NoSuchQuery, {queryNameOrSql});
+        throw;
+    }
+}
+
+std::unique_ptr<Recordset> EngineDatabase::OpenQueryDynaset(const StoredQuery& query)
+{
+    const StatementShape shape = m_engine->Describe(query.sql);
+    if (!shape.isSelect)
+        throw Error(Kind::WrongUse, {query.name});
+    if (query.table.isEmpty() || !shape.parameters.isEmpty())
+        throw Error(Kind::NotUpdatable);
+    return std::make_unique<KeysetRecordset>(m_engine,
+                                             KeysetSource{Table(query.table), shape.columns, query.sql});
+}
+
+std::unique_ptr<dao::QueryDef> EngineDatabase::QueryDef(const QString& name)
+{
+    auto query = Query(name);
+    if (!query)
+        throw Error(Kind::NoSuchQuery, {name});
+    return std::make_unique<EngineQueryDef>(shared_from_this(), m_engine, std::move(query));
+}
+
+int EngineDatabase::FieldSize(const QString& table, const QString& field)
+{
+    const auto shape = Table(table);
+    return shape->Columns()[FieldPosition(shape->ColumnNames(), field)].size;
+}
+
+} // namespace dao
