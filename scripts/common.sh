@@ -3,8 +3,8 @@
 
 PACKAGES="g++ cmake ninja-build ccache pkg-config python3
 qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev qt6-multimedia-dev qt6-qpa-plugins
-libsodium-dev libsqlite3-dev fonts-dejavu-core"
-TEST_PACKAGES="libgtest-dev"
+libsodium-dev libsqlite3-dev libpq-dev fonts-dejavu-core"
+TEST_PACKAGES="libgtest-dev postgresql"
 
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.
 install_packages() {

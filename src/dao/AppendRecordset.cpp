@@ -4,8 +4,7 @@
 
 namespace dao {
 
-AppendRecordset::AppendRecordset(std::shared_ptr<Engine> engine,
-                                 std::shared_ptr<const TableShape> table)
+AppendRecordset::AppendRecordset(std::shared_ptr<Engine> engine, std::shared_ptr<const TableShape> table)
     : m_engine(std::move(engine)),
       m_table(table),
       m_edit(std::move(table))

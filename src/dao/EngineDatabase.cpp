@@ -49,8 +49,8 @@ std::shared_ptr<const StoredQuery> EngineDatabase::Query(const QString& name)
     const QString key = name.toLower();
     if (auto known = m_queries.value(key))
         return known;
-    const auto row = m_engine->FirstRow(
-        "SELECT name, sql, table_name FROM stored_query WHERE name=?", {name});
+    const auto row =
+        m_engine->FirstRow("SELECT name, sql, table_name FROM stored_query WHERE name=?", {name});
     if (!row)
         return nullptr;
     auto query = std::make_shared<const StoredQuery>(

@@ -32,8 +32,7 @@ QVariantList EngineQueryDef::Values() const
     QVariantList values;
     for (std::size_t i = 0; i < m_values.size(); ++i) {
         if (!m_values[i])
-            throw Error(Kind::MissingParameter,
-                        {m_query->name, m_parameterNames[static_cast<qsizetype>(i)]});
+            throw Error(Kind::MissingParameter, {m_query->name, m_parameterNames[static_cast<qsizetype>(i)]});
         values.append(*m_values[i]);
     }
     return values;

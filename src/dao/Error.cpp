@@ -1,4 +1,5 @@
 #include "dao/Error.h"
+#include "dao/Location.h"
 #include "dao/TextIds.h"
 
 namespace dao {
@@ -24,8 +25,14 @@ constexpr KindInfo kinds[] = {
     {Kind::DiskFull, textDiskFull, "disk full"},
     {Kind::WorkgroupMissing, textWorkgroupMissing, "workgroup file missing"},
     {Kind::WorkgroupMismatch, textWorkgroupMismatch, "workgroup file of another database"},
-    {Kind::ServerNotSupported, textServerNotSupported, "no engine for this server"},
+    {Kind::FilesOnly, textFilesOnly, "not with a database on a server"},
     {Kind::MigrationFailed, textMigrationFailed, "migration failed"},
+    {Kind::BadServerAddress, textBadServerAddress, "server address not understood"},
+    {Kind::BadDatabaseName, textBadDatabaseName, "database name not accepted"},
+    {Kind::ServerAway, textServerAway, "server away"},
+    {Kind::ServerRefused, textServerRefused, "server refuses"},
+    {Kind::ServerTrusts, textServerTrusts, "server asks for no password"},
+    {Kind::Older, textOlder, "older schema"},
     {Kind::WrongPassword, textWrongPassword, "wrong user name or password"},
     {Kind::BadPassword, textBadPassword, "password not accepted"},
     {Kind::BadUserName, textBadUserName, "user name not accepted"},
@@ -94,6 +101,8 @@ int TextId(const Error& error)
         return textDuplicateCallsign;
     if (error.kind == Kind::DuplicateKey && error.values.value(0) == "i_ident")
         return textDuplicateIdent;
+    if (error.kind == Kind::FileExists && IsServerTarget(error.values.value(0)))
+        return textDatabaseExists;
     return TextId(error.kind);
 }
 

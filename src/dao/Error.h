@@ -10,45 +10,51 @@ namespace dao {
 // What went wrong, so that a caller can decide without reading a text. The comment names the values that come
 // with the kind; they fill the placeholders #01, #02 ... of its catalogue sentence (see TextId).
 enum class Kind {
-    NoSuchFile,         // path
-    FileExists,         // path; nothing is ever overwritten
-    CannotCreate,       // path
-    NotADatabase,       // path
-    NotReadable,        // path; refused by the operating system
-    ReadOnly,           // path; the file, or the folder that has to hold its journal
-    Newer,              // path, version found, newest version known
-    Locked,             // path; another program kept it longer than the busy timeout
-    Damaged,            // path
-    DiskFull,           // path
-    WorkgroupMissing,   // path
-    WorkgroupMismatch,  // path of the workgroup file, path of the database
-    ServerNotSupported, // target
-    MigrationFailed,    // path, version aimed at; the file is as it was
-    WrongPassword,      // none: says not which of user name and password was wrong
-    BadPassword,        // none: a new password that is not accepted
-    BadUserName,        // name: empty, too long or with control characters
-    NoSuchUser,         // name
-    NoSuchGroup,        // name
-    UserExists,         // name
-    GroupExists,        // name
-    AlreadyMember,      // user, group
-    NotAMember,         // user, group
-    LastAdministrator,  // user
-    NotPermitted,       // none: needs an administrator
-    NoSuchQuery,        // name
-    NoSuchParameter,    // query, parameter
-    MissingParameter,   // query, parameter
-    NoSuchTable,        // table
-    NoSuchField,        // field
-    NoSuchIndex,        // table, index
-    BadSeek,            // index, number of key values that it takes
-    BadCriterion,       // criterion
-    NoCurrentRecord,    // none
-    NotEditing,         // none: a field written, or Update called, without AddNew or Edit
-    RecordGone,         // none: somebody deleted the record meanwhile
-    RecordChanged,      // none: somebody changed the record since it was read
-    DuplicateKey,       // index, the value that is there already
-    BadValue,           // field
+    NoSuchFile,        // path
+    FileExists,        // path; nothing is ever overwritten
+    CannotCreate,      // path
+    NotADatabase,      // path
+    NotReadable,       // path; refused by the operating system
+    ReadOnly,          // path; the file, or the folder that has to hold its journal
+    Newer,             // path, version found, newest version known
+    Locked,            // path; another program kept it longer than the busy timeout
+    Damaged,           // path
+    DiskFull,          // path
+    WorkgroupMissing,  // path
+    WorkgroupMismatch, // path of the workgroup file, path of the database
+    FilesOnly,         // target; what cannot be done with a database on a server
+    MigrationFailed,   // path, version aimed at; the file is as it was
+    BadServerAddress,  // target, without its password; reason
+    BadDatabaseName,   // name of a database to be made on a server
+    ServerAway,        // target, reason; whether a change that was on its way was stored is not known
+    ServerRefused,     // target, reason
+    ServerTrusts,      // target; the server asks operators for no password
+    Older,             // target, version found, version of this program
+    WrongPassword,     // none: says not which of user name and password was wrong
+    BadPassword,       // none: a new password that is not accepted
+    BadUserName,       // name: empty, too long or with control characters
+    NoSuchUser,        // name
+    NoSuchGroup,       // name
+    UserExists,        // name
+    GroupExists,       // name
+    AlreadyMember,     // user, group
+    NotAMember,        // user, group
+    LastAdministrator, // user
+    NotPermitted,      // none: needs an administrator
+    NoSuchQuery,       // name
+    NoSuchParameter,   // query, parameter
+    MissingParameter,  // query, parameter
+    NoSuchTable,       // table
+    NoSuchField,       // field
+    NoSuchIndex,       // table, index
+    BadSeek,           // index, number of key values that it takes
+    BadCriterion,      // criterion
+    NoCurrentRecord,   // none
+    NotEditing,        // none: a field written, or Update called, without AddNew or Edit
+    RecordGone,        // none: somebody deleted the record meanwhile
+    RecordChanged,     // none: somebody changed the record since it was read
+    DuplicateKey,      // index, the value that is there already
+    BadValue,          // field
     InUse,         // none: other records refer to the one to be deleted, or the one referred to is missing
     Refused,       // none: records that can only be appended
     NotUpdatable,  // none: the recordset is read-only, forward-only or append-only

@@ -244,8 +244,7 @@ void KeysetRecordset::FindFirst(const QString& criterion)
         conditions.append(Quoted(field) + comparison.comparator + "?");
         values.append(comparison.value);
     }
-    const QString from =
-        IsTableType() ? Quoted(m_source.table->Name()) : "(" + m_source.sql + ") AS q";
+    const QString from = IsTableType() ? Quoted(m_source.table->Name()) : "(" + m_source.sql + ") AS q";
     Find("SELECT " + QuotedList(m_source.fields) + " FROM " + from + " WHERE " + conditions.join(" AND ") +
              " LIMIT 1",
          values);

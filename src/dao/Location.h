@@ -4,9 +4,9 @@
 
 namespace dao {
 
-// Where a database and its accounts are. `database` is a file path (SQLite); "postgresql://..." names a
-// server and is refused with Kind::ServerNotSupported as long as there is no engine for it. `workgroup` is
-// the path of the file that holds the accounts.
+// Where a database and its accounts are. `database` is a file path (SQLite) and `workgroup` the path of the
+// file that holds the accounts; or `database` is "postgresql://...", a database on a server, which has its
+// accounts itself, and `workgroup` is not used.
 struct Location {
     QString database;
     QString workgroup;

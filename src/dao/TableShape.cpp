@@ -57,10 +57,9 @@ TableShape::TableShape(Engine& engine, const QString& name, const QList<Column>&
 void TableShape::ReadIndexes(Engine& engine)
 {
     QList<QPair<Index, QStringList>> found; // with the expressions that the index is on
-    for (const QVariantList& row :
-         engine.AllRows("SELECT index_name, field_name, ignore_case FROM index_def "
-                        "WHERE table_name=? ORDER BY index_name, field_no",
-                        {m_name})) {
+    for (const QVariantList& row : engine.AllRows("SELECT index_name, field_name, ignore_case FROM index_def "
+                                                  "WHERE table_name=? ORDER BY index_name, field_no",
+                                                  {m_name})) {
         const QString name = row[0].toString();
         if (found.isEmpty() || found.last().first.name != name)
             found.append({Index{name, {}, {}, {}}, {}});

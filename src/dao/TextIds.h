@@ -15,7 +15,7 @@ constexpr int textDamaged = 5108;
 constexpr int textDiskFull = 5109;
 constexpr int textWorkgroupMissing = 5110;
 constexpr int textWorkgroupMismatch = 5111;
-constexpr int textServerNotSupported = 5112;
+constexpr int textFilesOnly = 5112;
 constexpr int textMigrationFailed = 5113;
 constexpr int textWrongPassword = 5114;
 constexpr int textBadPassword = 5115;
@@ -65,5 +65,17 @@ constexpr int textCheckNoAccount = 5169;
 constexpr int textCheckAppendable = 5170;
 
 constexpr int textRecordChanged = 5171;
+
+constexpr int textBadServerAddress = 5180;
+constexpr int textServerAway = 5181;
+constexpr int textServerRefused = 5182;
+constexpr int textServerTrusts = 5183;
+constexpr int textOlder = 5184;
+constexpr int textCheckFunctionMissing = 5185;
+constexpr int textCheckRoleMissing = 5186;
+constexpr int textCheckMembership = 5187;
+constexpr int textCheckServerOlder = 5188;
+constexpr int textBadDatabaseName = 5189;
+constexpr int textDatabaseExists = 5190;
 
 } // namespace dao

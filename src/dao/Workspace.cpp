@@ -1,41 +1,40 @@
 #include "dao/Workspace.h"
 #include "dao/Maintenance.h"
+#include "dao/postgresql/ServerMaintenance.h"
+#include "dao/postgresql/ServerSetup.h"
+#include "dao/postgresql/ServerWorkspace.h"
 #include "dao/sqlite/FilesCheck.h"
 #include "dao/sqlite/SqliteWorkspace.h"
-#include <QUrl>
 
 // The place where a location chooses its engine.
 
 namespace dao {
 
-namespace {
-
-void RequireFileEngine(const Location& location)
-{
-    if (IsServerTarget(location.database))
-        throw Error(Kind::ServerNotSupported, {QUrl(location.database).toString(QUrl::RemovePassword)});
-}
-
-} // namespace
+using postgresql::ServerAddress;
 
 std::unique_ptr<Workspace> OpenWorkspace(const Location& location, const QString& user,
                                          const QString& password, const OpenOptions& options)
 {
-    RequireFileEngine(location);
+    if (IsServerTarget(location.database))
+        return postgresql::ServerWorkspace::Open(ServerAddress::Parse(location.database), user, password,
+                                                 options);
     return sqlite::SqliteWorkspace::Open(location, user, password, options);
 }
 
 void CreateDatabase(const Location& location, const QString& adminUser, const QString& adminPassword,
                     const PasswordCost& cost)
 {
-    RequireFileEngine(location);
-    sqlite::CreateFiles(location, adminUser, adminPassword, cost);
+    if (IsServerTarget(location.database))
+        postgresql::CreateServerDatabase(ServerAddress::Parse(location.database), adminUser, adminPassword);
+    else
+        sqlite::CreateFiles(location, adminUser, adminPassword, cost);
 }
 
 QList<Finding> CheckDatabase(const Location& location)
 {
     try {
-        RequireFileEngine(location);
+        if (IsServerTarget(location.database))
+            return postgresql::CheckServerDatabase(ServerAddress::Parse(location.database));
         return sqlite::CheckFiles(location);
     } catch (const Error& error) {
         return {{Finding::Severity::Error, TextId(error), error.values}};
@@ -44,14 +43,17 @@ QList<Finding> CheckDatabase(const Location& location)
 
 void BackupDatabase(const Location& from, const Location& to)
 {
-    RequireFileEngine(from);
-    RequireFileEngine(to);
+    for (const QString& target : {from.database, to.database})
+        if (IsServerTarget(target))
+            throw Error(Kind::FilesOnly, {ServerAddress::Parse(target).Shown()});
     sqlite::BackupFiles(from, to);
 }
 
 MigrationReport MigrateDatabase(const Location& location)
 {
-    RequireFileEngine(location);
+    if (IsServerTarget(location.database))
+        return postgresql::MigrateServerDatabase(ServerAddress::Parse(location.database),
+                                                 SchemaScripts("postgresql/"));
     return sqlite::MigrateFiles(location);
 }
 

@@ -81,9 +81,18 @@ public:
     virtual void Delete(const QString& name) = 0;
 };
 
-// A session of one account on a database and its workgroup file. Closing (or destroying) it rolls an open
-// transaction back and closes every recordset and query of the session; objects still held then raise
-// Kind::Closed. Used by one thread only.
+// Who wants to know what other sessions do; called from the event loop.
+struct WorkspaceWatcher {
+    // Another session changed this table ("account" and the like for accounts); an empty name: nobody knows
+    // what was changed.
+    std::function<void(const QString& table)> changed;
+    // The server does not answer any more, or answers again. The session goes on by itself.
+    std::function<void(bool away)> away;
+};
+
+// A session of one account on a database, with its workgroup file or on a server. Closing (or destroying) it
+// rolls an open transaction back and closes every recordset and query of the session; objects still held then
+// raise Kind::Closed. Used by one thread only.
 class Workspace {
 public:
     Workspace() = default;
@@ -109,6 +118,9 @@ public:
     virtual void BeginTrans() = 0;
     virtual void CommitTrans() = 0;
     virtual void Rollback() = 0;
+
+    // Files tell nothing: their watcher is never called.
+    virtual void Watch(const WorkspaceWatcher&) {}
 
     virtual void Close() noexcept = 0;
 };

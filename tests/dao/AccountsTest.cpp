@@ -136,11 +136,13 @@ TEST_F(AccountsTest, MistakesAreNamed)
         EXPECT_EQ(KindOf(cases[i].action), cases[i].kind) << i;
 
     users.Item("Olga")->Groups().Append("Admins");
-    users.Delete("Boss"); // there is another one now
-    EXPECT_EQ(users.Names(), QStringList({"Olga"}));
-    EXPECT_EQ(KindOf([&] { users.Item("Olga")->Groups().Delete("Admins"); }),
-              Kind::NotPermitted); // Boss is nobody now
+    users.Delete("Boss");                                          // there is another one now
+    EXPECT_EQ(KindOf([&] { append("Zoe"); }), Kind::NotPermitted); // Boss is nobody now
+    EXPECT_EQ(Logon("Boss", "secret"), Kind::WrongPassword);
     const auto olga = Open("Olga", "pw");
+    EXPECT_EQ(olga->Users().Names(), QStringList({"Olga"}));
+    olga->Users().Append(*olga->CreateUser("boss", "", "x")); // the name is free again
+    olga->Users().Delete("Boss");
     olga->Groups().Append("Night");
     olga->Users().Item("Olga")->Groups().Append("Night");
     olga->Groups().Delete("Night");

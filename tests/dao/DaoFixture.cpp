@@ -1,15 +1,25 @@
 #include "DaoFixture.h"
 #include "dao/Error.h"
+#include "dao/postgresql/ServerSetup.h"
 
 using namespace dao;
 
-DaoTest::DaoTest() : m_location(LocationOf(m_folder.filePath("fleet.kyndb")))
+DaoTest::DaoTest()
+    : m_location(LocationOf(OnServer() ? TestServer::Get().Target(TestServer::Get().NewName())
+                                       : m_folder.filePath("fleet.kyndb")))
 {
     m_options.busyTimeout = std::chrono::milliseconds(20);
     m_options.passwordCost = PasswordCost::Lowest();
     m_options.now = [this] { return m_now; };
     CreateDatabase(m_location, "Boss", "secret", PasswordCost::Lowest());
     m_workspace = Open();
+}
+
+DaoTest::~DaoTest()
+{
+    m_workspace.reset();
+    if (OnServer())
+        postgresql::DropServerDatabase(postgresql::ServerAddress::Parse(m_location.database));
 }
 
 std::unique_ptr<Workspace> DaoTest::Open(const QString& user, const QString& password)

@@ -1,15 +1,20 @@
 #pragma once
 
 #include "dao/Workspace.h"
+#include "support/TestServer.h"
 #include <QTemporaryDir>
 #include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 
-// A fresh database of its own on disk with one administrator, and a workspace of his.
+// A fresh database of its own, in files or on a server, with one administrator, and a workspace of his.
 class DaoTest : public ::testing::Test {
 protected:
     DaoTest();
+    ~DaoTest() override;
+
+    // The tests run on a server instead of on files.
+    static bool OnServer() { return TestServer::IsWanted(); }
 
     std::unique_ptr<dao::Workspace> Open(const QString& user = "Boss", const QString& password = "secret");
     dao::Database& Db() { return m_workspace->Database(); }

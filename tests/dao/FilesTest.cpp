@@ -91,7 +91,11 @@ TEST_F(FilesTest, BadFilesAreToldApart)
         {workgroup, workgroup, Kind::NotADatabase, workgroup},
         {in("newer.kyndb"), workgroup, Kind::Newer, in("newer.kyndb")},
         {in("torn.kyndb"), workgroup, Kind::Damaged, in("torn.kyndb")},
-        {"postgresql://boss:pw@server/fleet", "", Kind::ServerNotSupported, "postgresql://boss@server/fleet"},
+        {"postgresql://boss:pw@/fleet?host=/nowhere", "", Kind::ServerAway,
+         "postgresql:///fleet?host=/nowhere"},
+        {"postgresql://server/fleet?nonsense=1&password=x", "", Kind::BadServerAddress,
+         "postgresql://server/fleet?nonsense=1&password=..."},
+        {"postgresql://server", "", Kind::BadServerAddress, "postgresql://server"},
         {database, "", Kind::WorkgroupMissing, ""},
         {database, in("missing"), Kind::WorkgroupMissing, in("missing")},
         {database, in("text"), Kind::NotADatabase, in("text")},
@@ -176,7 +180,7 @@ TEST_F(FilesTest, CreationLeavesBothFilesOrNone)
         {{in("a.kyndb"), ""}, "Boss", "x", Kind::CannotCreate},
         {LocationOf(in("a.kyndb")), "Boss", "", Kind::BadPassword},
         {LocationOf(in("a.kyndb")), "", "x", Kind::BadUserName},
-        {LocationOf("postgresql://server/db"), "Boss", "x", Kind::ServerNotSupported},
+        {LocationOf("postgresql://server/Big"), "Boss", "x", Kind::BadDatabaseName},
     };
     const QStringList entries = Entries();
     for (const Case& c : cases) {

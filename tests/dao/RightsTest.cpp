@@ -57,6 +57,7 @@ TEST_F(RightsTest, OperatorsStoreTheirOwnWorkOnly)
         std::function<void(Workspace&)> act;
     };
     const QVariantMap entry{{"callsign", "X"}, {"IDENT", "7"}, {"Type", 1}};
+    Run(*m_workspace, "change_user_profile", {{"id", 2}, {"cs", ""}, {"dr", true}});
     const Case cases[] = {
         {"entry added", false, [&](Workspace& w) { AddTo(w, "address", entry); }},
         {"entry changed", false, [&](Workspace& w) { Change(w, "address", unit, "note", "x"); }},
@@ -132,12 +133,13 @@ TEST_F(RightsTest, OperatorsStoreTheirOwnWorkOnly)
     EXPECT_EQ(Sql("select * from status order by status_code", "status_code in_desc"),
               QStringList({"1|before"}));
     EXPECT_EQ(Rows("find_users_ob_user", {{"lookfor", ""}}, "UserName logged_on allow_dr"),
-              QStringList({"Boss|0|1", "Olga|1|0"}));
+              QStringList({"Boss|0|1", "Olga|1|1"}));
 
     // An administrator may do all of it; rights follow the groups at once, in a session that is open.
     m_workspace->Users().Item("Olga")->Groups().Append(adminsGroup);
     for (const Case& c : cases) {
-        if (!c.permitted) {
+        // What a server's queries are only its owner changes.
+        if (!c.permitted && !(OnServer() && QLatin1String(c.name) == QLatin1String("query rewritten"))) {
             EXPECT_EQ(KindOf([&] { c.act(*m_olga); }), std::nullopt) << c.name;
         }
     }

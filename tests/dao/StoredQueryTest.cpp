@@ -166,7 +166,7 @@ TEST_F(StoredQueryTest, ActionQueriesTellHowManyRecordsTheyChanged)
     };
     for (const Case& c : cases)
         EXPECT_EQ(Execute(c.query, c.parameters), c.changed) << c.query;
-    EXPECT_EQ(Sql("select callsign from address where on_duty=1", "callsign"), QStringList({"Über"}));
+    EXPECT_EQ(Sql("select callsign from address where on_duty", "callsign"), QStringList({"Über"}));
     EXPECT_EQ(Sql("user_profile", "callsign allow_dr"), QStringList({"Desk|0"}));
 
     const auto profile = Db().OpenTable("user_profile");

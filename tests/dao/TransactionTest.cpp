@@ -21,7 +21,7 @@ protected:
         user->Groups().Append(usersGroup);
     }
 
-    QStringList Profiles() { return Sql("select UserName from user_profile order by 1", "UserName"); }
+    QStringList Profiles() { return Sql("select \"UserName\" from user_profile order by 1", "UserName"); }
 };
 
 TEST_F(TransactionTest, CoverBothFiles)
@@ -83,7 +83,9 @@ TEST_F(TransactionTest, TwoWorkspacesShareTheFiles)
     EXPECT_EQ(KindOf([&] { other->BeginTrans(); }), Kind::Locked);
     EXPECT_EQ(KindOf([&] { other->Groups().Append("Night"); }), Kind::Locked); // the workgroup file as well
     const auto readingUsers = other->Database().OpenSnapshot("user_profile");
-    EXPECT_EQ(KindOf([&] { m_workspace->CommitTrans(); }), Kind::Locked); // a reader is in the way
+    if (!OnServer()) {
+        EXPECT_EQ(KindOf([&] { m_workspace->CommitTrans(); }), Kind::Locked); // a reader is in the way
+    }
     readingUsers->Close();
     m_workspace->CommitTrans(); // it was still open
     add();
@@ -184,7 +186,9 @@ TEST_F(TransactionTest, KilledProcessLeavesNothingHalfDone)
     close(ready[1]);
     ASSERT_EQ(read(ready[0], &byte, 1), 1);
     close(ready[0]);
-    EXPECT_GT(QFileInfo(m_location.database).size(), sizeBefore + 1000000); // there is something to undo
+    if (!OnServer()) {
+        EXPECT_GT(QFileInfo(m_location.database).size(), sizeBefore + 1000000); // there is something to undo
+    }
     kill(child, SIGKILL);
     int state = 0;
     ASSERT_EQ(waitpid(child, &state, 0), child);

@@ -1,4 +1,7 @@
+#include "support/TestServer.h"
+
 #include <QApplication>
+#include <cstdio>
 #include <gtest/gtest.h>
 
 int main(int argc, char** argv)
@@ -7,5 +10,10 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     ::testing::InitGoogleTest(&argc, argv);
+    if (TestServer::IsWanted() && !TestServer::IsInstalled()) {
+        std::puts("SKIPPED: PostgreSQL is not installed");
+        return qEnvironmentVariableIsSet("CI") ? 1
+                                               : 77; // where everything is to be tested, that is a failure
+    }
     return RUN_ALL_TESTS();
 }

@@ -1,12 +1,6 @@
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Connection.h"
-#include <QFile>
 #include <QFileInfo>
-
-static void InitialiseSchemaResources()
-{
-    Q_INIT_RESOURCE(veltorkyn_schema);
-}
 
 namespace dao::sqlite {
 
@@ -45,20 +39,7 @@ void RunScripts(Connection& connection, const QList<Migration>& migrations, int 
 
 QList<Migration> MigrationsOf(FileKind kind)
 {
-    InitialiseSchemaResources();
-    const QString prefix = kind == FileKind::Workgroup ? "workgroup-" : "";
-    QList<Migration> migrations;
-    while (true) {
-        const int version = static_cast<int>(migrations.size()) + 1;
-        QFile file(":/veltorkyn/schema/sqlite/" + prefix + QString::number(version).rightJustified(4, '0') +
-                   ".sql");
-        if (!file.open(QIODevice::ReadOnly))
-            break;
-        migrations.append({version, QString::fromUtf8(file.readAll())});
-    }
-    if (migrations.isEmpty())
-        throw Error(Kind::Engine, {"schema scripts missing"}, "no schema scripts in the program");
-    return migrations;
+    return SchemaScripts(kind == FileKind::Workgroup ? "sqlite/workgroup-" : "sqlite/");
 }
 
 void BuildSchema(Connection& connection, FileKind kind, const QList<Migration>& migrations,

@@ -1,17 +1,12 @@
 #pragma once
 
+#include "dao/SchemaScripts.h"
 #include "dao/sqlite/Files.h"
 #include <QList>
 #include <QString>
 #include <chrono>
 
 namespace dao::sqlite {
-
-// One step of a file's schema: the script that leads from version - 1 to version.
-struct Migration {
-    int version;
-    QString sql;
-};
 
 // The scripts compiled into the program, numbered from 1 without a gap.
 QList<Migration> MigrationsOf(FileKind kind);

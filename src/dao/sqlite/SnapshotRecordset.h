@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/sqlite/Connection.h"
 #include "dao/RecordsetBase.h"
+#include "dao/sqlite/Connection.h"
 #include <optional>
 
 namespace dao::sqlite {

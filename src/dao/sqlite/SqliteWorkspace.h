@@ -1,9 +1,9 @@
 #pragma once
 
+#include "dao/EngineDatabase.h"
 #include "dao/Workspace.h"
 #include "dao/sqlite/Accounts.h"
 #include "dao/sqlite/Files.h"
-#include "dao/EngineDatabase.h"
 
 namespace dao::sqlite {
 

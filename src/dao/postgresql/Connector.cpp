@@ -1,0 +1,166 @@
+#include "dao/postgresql/Connector.h"
+#include "dao/Error.h"
+#include "dao/TextMatch.h"
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QRegularExpression>
+#include <poll.h>
+#include <vector>
+
+namespace dao::postgresql {
+
+namespace {
+
+constexpr std::chrono::milliseconds longestAttempt{2000};
+constexpr int longestRoleName = 63; // bytes
+
+using Option = ServerAddress::Option;
+
+// The session's own settings, after those that the address asks for.
+QByteArray SessionOptions(const QByteArray& asked, const Logon& logon)
+{
+    return asked + " -c search_path=kyn -c timezone=UTC -c datestyle=ISO -c client_encoding=UTF8" +
+           " -c client_min_messages=error -c bytea_output=hex -c lock_timeout=" +
+           QByteArray::number(static_cast<qlonglong>(logon.lockTimeout.count()));
+}
+
+QList<Option> Parameters(QList<Option> options, const Logon& logon)
+{
+    QByteArray asked;
+    options.removeIf([&](const Option& option) {
+        if (option.first == "options")
+            asked = option.second;
+        return option.first == "options";
+    });
+    const auto add = [&](const char* keyword, const QByteArray& value, bool unlessGiven = false) {
+        for (const Option& option : options)
+            if (unlessGiven && option.first == keyword)
+                return;
+        if (!value.isEmpty())
+            options.append({keyword, value});
+    };
+    add("dbname", logon.database);
+    add("user", logon.role);
+    add("password", logon.password);
+    add("options", SessionOptions(asked, logon));
+    add("fallback_application_name", "veltorkyn");
+    add("target_session_attrs", "read-write", true);
+    // A line that is cut is noticed within seconds, not after the system's quarter of an hour.
+    add("tcp_user_timeout", "4000", true);
+    add("keepalives_idle", "5", true);
+    add("keepalives_interval", "2", true);
+    add("keepalives_count", "2", true);
+    return options;
+}
+
+ConnectionHandle Start(const QList<Option>& options)
+{
+    std::vector<const char*> keywords, values;
+    for (const Option& option : options) {
+        keywords.push_back(option.first.constData());
+        values.push_back(option.second.constData());
+    }
+    keywords.push_back(nullptr);
+    values.push_back(nullptr);
+    return ConnectionHandle(PQconnectStartParams(keywords.data(), values.data(), 0));
+}
+
+// False when the time is over, or waiting is to stop.
+bool WaitFor(PGconn* connection, PostgresPollingStatusType what, const QDeadlineTimer& deadline,
+             const std::atomic<bool>* stop)
+{
+    constexpr qint64 longestSleep = 100; // ms
+    pollfd waiting{PQsocket(connection), static_cast<short>(what == PGRES_POLLING_READING ? POLLIN : POLLOUT),
+                   0};
+    while (!deadline.hasExpired() && !(stop && *stop))
+        if (poll(&waiting, 1, static_cast<int>(std::min(longestSleep, deadline.remainingTime()))) > 0)
+            return true;
+    return false;
+}
+
+// The state of the server's refusal; empty when nothing was refused.
+QString RefusalState(PGconn* connection)
+{
+    static const QRegularExpression state(":\\s+([0-9][0-9A-Z]{4}):");
+    return state.match(QString::fromUtf8(PQerrorMessage(connection))).captured(1);
+}
+
+struct Attempt {
+    ConnectionHandle connection; // empty when it failed
+    QString state;
+    QString text;
+};
+
+Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
+{
+    Attempt attempt;
+    ConnectionHandle connection = Start(options);
+    if (!connection)
+        throw Error(Kind::Engine, {"libpq"}, "not enough memory for a connection");
+    PQsetErrorVerbosity(connection.get(), PQERRORS_VERBOSE); // with the state, whatever the server's language
+    const QDeadlineTimer deadline(longestAttempt);
+    auto what = PGRES_POLLING_WRITING;
+    while (PQstatus(connection.get()) != CONNECTION_BAD && what != PGRES_POLLING_OK) {
+        if (!WaitFor(connection.get(), what, deadline, stop)) {
+            attempt.text = "no answer";
+            return attempt;
+        }
+        what = PQconnectPoll(connection.get());
+        if (what == PGRES_POLLING_FAILED)
+            break;
+    }
+    if (PQstatus(connection.get()) == CONNECTION_OK) {
+        PQsetErrorVerbosity(connection.get(), PQERRORS_DEFAULT);
+        attempt.connection = std::move(connection);
+    } else {
+        attempt.state = RefusalState(connection.get());
+        attempt.text = QString::fromUtf8(PQerrorMessage(connection.get())).trimmed();
+    }
+    return attempt;
+}
+
+// Starting, stopping or recovering: the server is there but takes nobody yet.
+bool IsAway(const QString& state)
+{
+    return state.isEmpty() || state.startsWith("57P") || state.startsWith("08") || state == "25006";
+}
+
+} // namespace
+
+ConnectionHandle Connect(const Logon& logon, const std::atomic<bool>* stop)
+{
+    QString text;
+    for (const QList<Option>& host : logon.address.Hosts()) {
+        Attempt attempt = TryHost(Parameters(host, logon), stop);
+        if (attempt.connection) {
+            if (logon.passwordRequired && !PQconnectionUsedPassword(attempt.connection.get()))
+                throw Error(Kind::ServerTrusts, {logon.address.Shown()});
+            return std::move(attempt.connection);
+        }
+        if (attempt.state == "28P01")
+            throw Error(Kind::WrongPassword, {}, attempt.text);
+        if (!IsAway(attempt.state))
+            throw Error(Kind::ServerRefused, {logon.address.Shown(), attempt.text.section('\n', 0, 0)},
+                        attempt.text);
+        text += (text.isEmpty() ? "" : "; ") + attempt.text;
+    }
+    throw Error(Kind::ServerAway, {logon.address.Shown(), text.section('\n', 0, 0)}, text);
+}
+
+QByteArray RoleName(const QString& database, const QString& userName)
+{
+    const QByteArray folded = Fold(userName).toUtf8();
+    const QByteArray prefix = database.toUtf8() + '.';
+    if (prefix.size() + folded.size() <= longestRoleName)
+        return prefix + folded;
+    return prefix + QCryptographicHash::hash(folded, QCryptographicHash::Sha256).toHex().left(32);
+}
+
+QByteArray PasswordBytes(const QString& password)
+{
+    // The same password typed with a combining accent or as one character has to give the same bytes.
+    return password.isEmpty() ? QByteArray(emptyPassword)
+                              : password.normalized(QString::NormalizationForm_C).toUtf8();
+}
+
+} // namespace dao::postgresql

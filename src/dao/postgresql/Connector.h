@@ -1,0 +1,45 @@
+#pragma once
+
+#include "dao/postgresql/ServerAddress.h"
+#include <QString>
+#include <atomic>
+#include <chrono>
+#include <libpq-fe.h>
+#include <memory>
+
+namespace dao::postgresql {
+
+struct ConnectionCloser {
+    void operator()(PGconn* connection) const { PQfinish(connection); }
+};
+using ConnectionHandle = std::unique_ptr<PGconn, ConnectionCloser>;
+
+// As whom and where a connection is made.
+struct Logon {
+    ServerAddress address;
+    QByteArray database;
+    QByteArray role;     // empty: as libpq chooses
+    QByteArray password; // empty: as libpq finds it
+    std::chrono::milliseconds lockTimeout{2000};
+    // The server has to ask for the password: one that lets everybody in would make every password right.
+    bool passwordRequired = true;
+};
+
+// Tries the hosts in their order, each at most two seconds, so that a window never waits long. Reads no state
+// and may run on any thread; gives up early (Kind::ServerAway) once `stop` is set. Kind::WrongPassword,
+// Kind::ServerAway when no host answers or can be written to, Kind::ServerRefused when one answers and
+// refuses for another reason, Kind::ServerTrusts.
+ConnectionHandle Connect(const Logon& logon, const std::atomic<bool>* stop = nullptr);
+
+// The role of an account of a database: "fleet.olga". Roles belong to the whole server, so their names begin
+// with the database's. What is too long for the server is replaced by a digest (as kyn_role_name does).
+QByteArray RoleName(const QString& database, const QString& userName);
+
+// The server refuses an empty password. It is stored as this text instead, and a logon with an empty password
+// sends it.
+inline constexpr auto emptyPassword = "veltorkyn: no password yet";
+
+// What the server is given for a password as it was typed.
+QByteArray PasswordBytes(const QString& password);
+
+} // namespace dao::postgresql

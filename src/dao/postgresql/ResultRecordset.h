@@ -1,0 +1,38 @@
+#pragma once
+
+#include "dao/RecordsetBase.h"
+#include "dao/postgresql/Connection.h"
+#include <optional>
+
+namespace dao::postgresql {
+
+// The rows of a statement that has run, forward-only. They are here already, so that it holds no lock and can
+// be read on when the server has gone.
+class ResultRecordset : public RecordsetBase {
+public:
+    ResultRecordset(std::shared_ptr<Connection> connection, Result result);
+
+    bool Eof() override;
+    bool Bof() override;
+    bool NoMatch() const override { return true; }
+    QStringList FieldNames() const override;
+    QVariant Field(const QString& name) override;
+    QString TextAt(int position) override { return Row().Text(m_row, position); }
+    std::string_view Utf8At(int position) override { return Row().Utf8(m_row, position); }
+    qlonglong NumberAt(int position) override { return Row().Number(m_row, position); }
+    // Only as long as the first row is current.
+    void MoveFirst() override;
+    void MoveNext() override;
+    void Close() noexcept override { m_result.reset(); }
+
+private:
+    const Result& Open() const;
+    const Result& Row() const;
+
+    std::shared_ptr<Connection> m_connection;
+    std::optional<Result> m_result;
+    QStringList m_names;
+    int m_row = 0;
+};
+
+} // namespace dao::postgresql

@@ -1,0 +1,177 @@
+#include "dao/postgresql/ServerLink.h"
+#include "dao/Error.h"
+#include <QSocketNotifier>
+#include <poll.h>
+
+namespace dao::postgresql {
+
+namespace {
+
+// Changes that come together are told together.
+constexpr std::chrono::milliseconds gathering{50};
+
+} // namespace
+
+ServerLink::ServerLink(Logon logon, ConnectionHandle connection) : m_logon(std::move(logon))
+{
+    m_delivery.setSingleShot(true);
+    m_delivery.setInterval(gathering);
+    connect(&m_delivery, &QTimer::timeout, this, [this] { Deliver(); });
+    Connected(std::move(connection));
+}
+
+ServerLink::~ServerLink()
+{
+    m_probe.Stop();
+    m_notifier.reset(); // before its socket is closed
+}
+
+PGconn* ServerLink::Handle()
+{
+    if (m_connection && !IsAlive())
+        Lose(QString::fromUtf8(PQerrorMessage(m_connection.get())).trimmed());
+    if (!m_connection) {
+        if (!m_mayTryNow && !m_probe.HasReached())
+            return Present(); // raises
+        Reconnect();
+    }
+    return m_connection.get();
+}
+
+PGconn* ServerLink::Present() const
+{
+    if (!m_connection)
+        throw Error(Kind::ServerAway, {Server(), m_reason.section('\n', 0, 0)}, m_reason);
+    return m_connection.get();
+}
+
+// Looks whether the server has hung up since the last statement. What is lost on the way is found out only by
+// the statement itself.
+bool ServerLink::IsAlive()
+{
+    pollfd socket{PQsocket(m_connection.get()), POLLIN, 0};
+    if (poll(&socket, 1, 0) > 0)
+        Collect();
+    return m_connection && PQstatus(m_connection.get()) == CONNECTION_OK;
+}
+
+void ServerLink::Lose(const QString& reason)
+{
+    if (!m_connection)
+        return;
+    m_reason = reason;
+    m_mayTryNow = true;
+    m_notifier.reset();
+    m_connection.reset();
+    LookForServer();
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_away && !m_connection)
+                m_away(true);
+        },
+        Qt::QueuedConnection);
+}
+
+void ServerLink::LookForServer()
+{
+    const auto reconnect = [this] {
+        try {
+            if (!m_connection)
+                Reconnect();
+        } catch (const Error&) {
+            // Gone again; the search goes on.
+        }
+    };
+    m_probe.Start(m_logon,
+                  [this, reconnect] { QMetaObject::invokeMethod(this, reconnect, Qt::QueuedConnection); });
+}
+
+void ServerLink::Reconnect()
+{
+    m_mayTryNow = false;
+    try {
+        Connected(Connect(m_logon));
+    } catch (const Error& error) {
+        m_reason = error.engineText;
+        if (m_probe.HasReached()) // and gone again
+            LookForServer();
+        throw Error(Kind::ServerAway, {Server(), m_reason.section('\n', 0, 0)}, m_reason);
+    }
+    m_probe.Stop();
+    m_pending.insert(QString()); // whatever was changed meanwhile
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            if (m_away && m_connection)
+                m_away(false);
+            Deliver();
+        },
+        Qt::QueuedConnection);
+}
+
+void ServerLink::Connected(ConnectionHandle connection)
+{
+    m_connection = std::move(connection);
+    ++m_generation;
+    PQsetNoticeProcessor(
+        m_connection.get(), [](void*, const char*) {}, nullptr);
+    if (m_changed)
+        Watch();
+}
+
+void ServerLink::Listen(std::function<void(const QString&)> changed, std::function<void(bool)> away)
+{
+    m_changed = std::move(changed);
+    m_away = std::move(away);
+    if (m_connection)
+        Watch();
+}
+
+void ServerLink::Watch()
+{
+    PQclear(PQexec(m_connection.get(), "LISTEN kyn_change"));
+    m_notifier = std::make_unique<QSocketNotifier>(PQsocket(m_connection.get()), QSocketNotifier::Read);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
+        // Not within the notifier's own signal, since a lost connection deletes it.
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (m_connection && !IsAlive())
+                    Lose(QString::fromUtf8(PQerrorMessage(m_connection.get())).trimmed());
+                else if (m_notifier)
+                    m_notifier->setEnabled(true);
+            },
+            Qt::QueuedConnection);
+        m_notifier->setEnabled(false);
+    });
+}
+
+void ServerLink::Collect()
+{
+    PGconn* connection = m_connection.get();
+    PQconsumeInput(connection);
+    while (PGnotify* notice = PQnotifies(connection)) {
+        if (notice->be_pid != PQbackendPID(connection))
+            m_pending.insert(QString::fromUtf8(notice->extra));
+        PQfreemem(notice);
+    }
+    if (!m_pending.isEmpty() && !m_delivery.isActive())
+        m_delivery.start();
+}
+
+void ServerLink::Deliver()
+{
+    m_delivery.stop();
+    const QSet<QString> tables = std::exchange(m_pending, {});
+    if (!m_changed)
+        return;
+    if (tables.contains(QString())) {
+        m_changed(QString());
+        return;
+    }
+    for (const QString& table : tables)
+        m_changed(table);
+}
+
+} // namespace dao::postgresql

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "dao/postgresql/Connector.h"
+#include "dao/postgresql/ServerProbe.h"
+#include <QObject>
+#include <QSet>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+class QSocketNotifier;
+
+namespace dao::postgresql {
+
+// The line to a server: connected, or away and being looked for. Tells of changes by other consoles, and of
+// the server's going and coming, from the event loop.
+class ServerLink : public QObject {
+public:
+    // Takes over an established connection.
+    ServerLink(Logon logon, ConnectionHandle connection);
+    ~ServerLink() override;
+
+    // The connection. When it was lost a moment ago, or the server has been reached again, a new one is made;
+    // otherwise Kind::ServerAway at once.
+    PGconn* Handle();
+    // The connection as it is, never a new one. Kind::ServerAway.
+    PGconn* Present() const;
+    bool IsConnected() const { return m_connection != nullptr; }
+    // Of the connection: what was prepared on an earlier one is gone.
+    int Generation() const { return m_generation; }
+    // The connection was found broken.
+    void Lose(const QString& reason);
+    const QString& Server() const { return m_logon.address.Shown(); }
+    const Logon& LogonData() const { return m_logon; }
+    // The password for the next connection.
+    void SetPassword(const QByteArray& password) { m_logon.password = password; }
+
+    // The table that another session changed; an empty name when it is not known which. Asks the server for
+    // notifications from the first call on.
+    void Listen(std::function<void(const QString& table)> changed, std::function<void(bool away)> away);
+    // Picks up what the server has sent.
+    void Collect();
+
+private:
+    bool IsAlive();
+    void Connected(ConnectionHandle connection);
+    void LookForServer();
+    void Reconnect();
+    void Watch();
+    void Deliver();
+
+    Logon m_logon;
+    ConnectionHandle m_connection;
+    int m_generation = 0;
+    bool m_mayTryNow = false;
+    QString m_reason; // why the connection was lost
+    std::unique_ptr<QSocketNotifier> m_notifier;
+    std::function<void(const QString&)> m_changed;
+    std::function<void(bool)> m_away;
+    QSet<QString> m_pending; // tables to be told
+    QTimer m_delivery;
+    ServerProbe m_probe; // last, so that its thread ends first
+};
+
+} // namespace dao::postgresql

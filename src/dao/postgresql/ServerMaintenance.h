@@ -1,0 +1,14 @@
+#pragma once
+
+#include "dao/Maintenance.h"
+#include "dao/SchemaScripts.h"
+#include "dao/postgresql/ServerAddress.h"
+
+namespace dao::postgresql {
+
+// The functions of dao/Maintenance.h on a server. They connect as the user of the address, or as libpq
+// chooses.
+QList<Finding> CheckServerDatabase(const ServerAddress& address);
+MigrationReport MigrateServerDatabase(const ServerAddress& address, const QList<Migration>& migrations);
+
+} // namespace dao::postgresql
