@@ -3,6 +3,7 @@
 #include "core/Errors.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
@@ -150,6 +151,10 @@ void TourHand::Choose(const QString& name, const QString& text)
 {
     QWidget* widget = Usable(name);
     widget->setFocus(Qt::MouseFocusReason);
+    // Forgets what was typed just before, as a pause would.
+    const auto* combo = qobject_cast<QComboBox*>(widget);
+    if (auto* list = combo ? combo->view() : qobject_cast<QAbstractItemView*>(widget))
+        list->keyboardSearch(QString());
     for (const QChar character : text)
         SendKey(widget, 0, Qt::NoModifier, QString(character));
 }

@@ -49,6 +49,7 @@ std::vector<TourStep> TourScript::Steps()
     Recovery();
     Window();
     LogOff();
+    Administration();
     FleetPlan();
     AnnParameters();
     return m_steps;

@@ -39,6 +39,14 @@ private:
     void FleetPlanEntries();
     void AnnParameters();
     void ChooseNumbering(const QString& code);
+    // In TourAdmin.cpp; begin with nobody logged on.
+    void Administration();
+    void DirectoryEntries();
+    void DirectoryProtection();
+    void StatusMessages();
+    void Accounts();
+    void AccountChanges();
+    void Guide();
     void LogOnAdministrator(const QString& name, const QString& expected, Look look);
     void LogOffAdministrator(const QString& name);
     void DialUnit20(const QString& name, const QString& dial, int status);
