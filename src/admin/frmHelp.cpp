@@ -11,11 +11,13 @@
 #include <QPushButton>
 #include <QTextBrowser>
 #include <QVBoxLayout>
+#include <algorithm>
 
 namespace {
 
 constexpr auto PageScheme = "page";
 constexpr int ColumnCharacters = 100;
+constexpr int PictureWidth = 720; // pixels; the guide's pictures have it
 constexpr int Lines = 38;
 
 } // namespace
@@ -44,7 +46,9 @@ frmHelp::frmHelp(const HelpGuide& guide, const IStringSource& strings, QWidget* 
         buttons->addWidget(button);
     buttons->addStretch();
     LoadCaptions(*this, strings);
-    resize(ColumnCharacters * fontMetrics().averageCharWidth(), Lines * fontMetrics().lineSpacing());
+    constexpr int Border = 60;
+    resize(std::max(PictureWidth + Border, ColumnCharacters * fontMetrics().averageCharWidth()),
+           Lines * fontMetrics().lineSpacing());
 
     connect(cmdContents, &QPushButton::clicked, this, [this] { Go(m_guide.ContentsPage()); });
     connect(cmdBack, &QPushButton::clicked, this, [this] {

@@ -15,6 +15,7 @@
 #include "ui_frmUserManager.h"
 
 #include <QHeaderView>
+#include <QStyle>
 
 namespace {
 
@@ -39,6 +40,8 @@ frmUserManager::frmUserManager(const AdminServices& services, QWidget* parent)
     SetFullRowSelect(*m_ui->lvUsers, true);
     ConnectControls();
     List();
+    const int scrollBar = style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    m_ui->lvUsers->setMinimumWidth(m_ui->lvUsers->header()->length() + 2 * scrollBar);
 }
 
 frmUserManager::~frmUserManager() = default;
