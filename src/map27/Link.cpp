@@ -145,7 +145,10 @@ void Link::SendTransfer(const Sent& sent, bool acknowledgeAtOnce, TimePoint now)
     body.insert(body.end(), sent.message.begin(), sent.message.end());
     Transmit(body, now);
     m_t1 = now + m_own.t1;
-    m_mayBeAnsweredFrom = m_lineFreeAt + LineTime(packet::AcknowledgementOctets);
+    // An LA may have been made before our LT arrived and yet come later, since it had to wait for a long LT
+    // of the peer's to leave.
+    m_mayBeAnsweredFrom = m_lineFreeAt + LineTime(packet::AcknowledgementOctets + packet::HeaderOctets +
+                                                  packet::FrameOverhead + LongestMessage());
 }
 
 void Link::SendQueued(TimePoint now)

@@ -244,13 +244,14 @@ TEST(Link, Transfer)
             + 600 => > 02 01 01 00)"}, // T3: ten seconds after the last LA
         {"the peer asks for a repetition", Up + R"(
             send AA => > 04 01 01 00 AA
-            + 60
+            + 400
             < 02 01 01 00 => > 04 01 01 00 AA)"},
         {"a crossing LA, too early to be an answer, asks for none", Up + R"(
             send AA => > 04 01 01 00 AA
             + 5
             < 02 01 01 00
-            + 55
+            + 255                     # held up behind a long LT
+            < 02 01 01 00
             < 02 02 01 00)"},
         {"keep-alives without traffic are no repetition requests and are not answered", Up + R"(
             < 02 01 01 00
@@ -268,7 +269,7 @@ TEST(Link, Transfer)
             < 02 01 00 00
             < 02 01 00 00
             + 1440 => > 04 01 01 00 AA
-            + 60
+            + 400
             < 02 01 01 00 => > 04 01 01 00 AA)"},
         {"we have no room: dropped, credit told when there is", Up + R"(
             hold
@@ -332,8 +333,8 @@ TEST(Link, Failures)
                 ! failed: message repeated too often without an acknowledgement, lost 2)",
          noRhythm},
         {"ten times asked for", Up + "send AA\n > 04 01 01 00 AA\n" +
-                                    Times("+ 60\n < 02 01 01 00\n > 04 01 01 00 AA\n", 9) +
-                                    "+ 60\n < 02 01 01 00" + failedToRequest +
+                                    Times("+ 400\n < 02 01 01 00\n > 04 01 01 00 AA\n", 9) +
+                                    "+ 400\n < 02 01 01 00" + failedToRequest +
                                     "message repeated too often without an acknowledgement, lost 1"},
         {"silence for T4",
          Up + "+ 79999\n + 1" + failedToRequest + "nothing valid received for too long, lost 0", noRhythm},
