@@ -43,9 +43,3 @@ inline Times Compare(const std::function<void()>& bare, const std::function<void
     };
     return {median(bareTimes), median(ourTimes)};
 }
-
-inline void Report(const char* what, const Times& times, double goal)
-{
-    std::printf("%-44s %8.2f ms  bare %8.2f ms  ratio %5.2f  goal %.2f  %s\n", what, times.ours, times.bare,
-                times.Ratio(), goal, times.Ratio() <= goal ? "reached" : "MISSED");
-}

@@ -5,6 +5,7 @@
 #include "core/Captions.h"
 #include "core/Icons.h"
 
+#include <QApplication>
 #include <QDesktopServices>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -83,6 +84,15 @@ QString frmHelp::Page() const
 void frmHelp::ShowPage(const QString& page)
 {
     Go(page);
+    // A dialog that blocks the whole program, like the logon, would block the guide as well.
+    const QWidget* modal = QApplication::activeModalWidget();
+    const bool blocked = modal && modal != this && modal->windowModality() == Qt::ApplicationModal;
+    if (blocked && windowModality() != Qt::ApplicationModal) {
+        hide();
+        setWindowModality(Qt::ApplicationModal);
+    } else if (!modal) {
+        setWindowModality(Qt::NonModal);
+    }
     show();
     raise();
     activateWindow();

@@ -3,6 +3,7 @@
 #include "admin/HelpGuide.h"
 #include "admin/frmHelp.h"
 
+#include <QDialog>
 #include <QDir>
 #include <QImage>
 #include <QRegularExpression>
@@ -47,5 +48,16 @@ TEST_F(AdminTest, TheGuideIsWholeAndTurnsItsPages)
     EXPECT_FALSE(Child<QWidget>(window, "cmdBack").isEnabled());
     Click(window, "cmdForward");
     EXPECT_EQ(window.Page(), "contents");
+    window.close();
+    QDialog logon; // blocks the whole program
+    logon.setModal(true);
+    logon.show();
+    window.ShowPage("logon");
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&window));
+    Click(window, "cmdContents");
+    EXPECT_EQ(window.Page(), "contents");
+    EXPECT_EQ(QApplication::activeModalWidget(), &window);
+    window.close();
+    logon.close();
     EXPECT_THROW(HelpGuide(folder.filePath("none.hlp"), strings), Error);
 }
