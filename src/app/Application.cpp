@@ -59,7 +59,8 @@ void Application::StartUp(const QString& settingsFile)
     o.prompt = std::make_unique<Prompt>(m_strings);
     m_stage = QStringLiteral("DbSession");
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
-    o.eventLog = std::make_unique<EventLog>(*o.session, m_strings);
+    o.eventLog = std::make_unique<EventLog>(*o.session, m_strings, AppPaths::DataFolder());
+    QObject::connect(&o.session->Changes(), &DatabaseChanges::Opened, o.eventLog.get(), &EventLog::WriteWaiting);
     o.profile = std::make_unique<UserProfile>(*o.session, *o.prompt, m_strings);
     m_stage = QStringLiteral("FleetDataSource");
     o.fleetData = std::make_unique<FleetDataSource>(*o.session, m_strings);
@@ -89,6 +90,7 @@ void Application::ShowMainWindow()
         o.clock,   o.beeper,  *o.statusTexts, *o.profile,   o.settingsDialog.get(), o.passwordDialog.get()};
     o.windows = std::make_unique<ConsoleWindows>(services);
     services.windows = o.windows.get();
+    services.eventLog = o.eventLog.get();
     services.numberingView = &o.windows->NumberingView();
     o.mainWindow = std::make_unique<winMain>(services);
     QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class DatabaseChanges;
 namespace dao {
 class Database;
 class Workspace;
@@ -35,6 +36,9 @@ struct IDbSession {
     // Let the operator pick a file. Raise Error (ErrorCode::General) when nothing was picked.
     virtual QString SelectWorkgroupFile() = 0;
     virtual QString SelectDatabaseFile() = 0;
+
+    // What other consoles do, and whether the database can be reached.
+    virtual DatabaseChanges& Changes() = 0;
 
     // Whether the logged-on account belongs to a group ("Admins").
     virtual bool IsMemberOf(const QString& group) = 0;

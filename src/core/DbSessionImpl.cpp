@@ -42,7 +42,8 @@ QString PathOrEmpty(const std::function<QString()>& read)
 
 QString PickExisting(FilePicker::Kind kind, const QString& start, const IStringSource& strings)
 {
-    const FilePicker picker{kind, false, start.isEmpty() ? DefaultDatabaseFile() : start};
+    const bool isPath = !start.isEmpty() && !dao::IsServerTarget(start);
+    const FilePicker picker{kind, false, isPath ? start : DefaultDatabaseFile()};
     QString file = picker.Pick(strings, QApplication::activeWindow());
     if (file.isEmpty())
         throw Error(ErrorCode::General, strings.LoadString(core::textNoFileChosen));
@@ -131,11 +132,20 @@ void DbSession::Logon(bool, bool)
     if (!m_workspace)
         AskUser(location);
     Remember(location);
+    WatchDatabase(location);
+}
+
+void DbSession::WatchDatabase(const dao::Location& location)
+{
+    m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
+                        [this](bool away) { m_changes.SetAway(away); }});
+    m_changes.Open(dao::IsServerTarget(location.database));
 }
 
 void DbSession::Logoff()
 {
     m_workspace.reset();
+    m_changes.SetAway(false);
 }
 
 QString DbSession::SelectWorkgroupFile()
@@ -160,8 +170,10 @@ bool DbSession::IsMemberOf(const QString& group)
 
 dao::Location DbSession::StoredLocation() const
 {
-    return {FullPath(PathOrEmpty([this] { return DatabaseFile(); })),
-            FullPath(PathOrEmpty([this] { return WorkgroupFile(); }))};
+    const QString database = PathOrEmpty([this] { return DatabaseFile(); });
+    if (dao::IsServerTarget(database))
+        return {database, {}};
+    return {FullPath(database), FullPath(PathOrEmpty([this] { return WorkgroupFile(); }))};
 }
 
 // Where the database is now; its first administrator is logged on when it was created.

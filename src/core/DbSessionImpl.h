@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/DatabaseChanges.h"
 #include "core/DbSession.h"
 #include "core/LogonPause.h"
 #include "dao/Workspace.h"
@@ -38,6 +39,7 @@ public:
     QString SelectWorkgroupFile() override;
     QString SelectDatabaseFile() override;
     bool IsMemberOf(const QString& group) override;
+    DatabaseChanges& Changes() override { return m_changes; }
 
 private:
     dao::Location StoredLocation() const;
@@ -45,6 +47,7 @@ private:
     QString CarryOut(const FirstRunChoice& choice);
     void AskUser(const dao::Location& location);
     void Remember(const dao::Location& location);
+    void WatchDatabase(const dao::Location& location);
     [[noreturn]] void RaiseCancelled() const;
 
     Settings& m_settings;
@@ -53,5 +56,6 @@ private:
     dao::OpenOptions m_options;
     QString m_appName;
     QString m_section = "DB";
+    DatabaseChanges m_changes;
     std::unique_ptr<dao::Workspace> m_workspace;
 };

@@ -3,13 +3,22 @@
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/ProgramLog.h"
+#include "core/StringSource.h"
+#include "core/TextIds.h"
 #include "dao/Database.h"
+#include "dao/Error.h"
 
+#include <QDeadlineTimer>
+#include <QUuid>
 #include <algorithm>
 
 namespace {
 
 constexpr auto table = "event";
+constexpr QLatin1String recordId("record_id");          // where the database keeps it
+constexpr QLatin1String recordIndex("i_record_id");     // unique
+constexpr std::chrono::milliseconds attemptPause{1000}; // between attempts
+constexpr std::chrono::milliseconds longestTurn{20};    // the window is not kept longer from other work
 
 void NoteLostRecord(const QString& reason, const QDateTime& time, EventType type, const QStringList& texts)
 {
@@ -33,26 +42,133 @@ QString CutTo(const QString& text, int size)
 
 } // namespace
 
-EventLog::EventLog(IDbSession& session, const IStringSource& strings) : m_session(session), m_strings(strings)
+EventLog::EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder)
+    : m_session(session),
+      m_strings(strings),
+      m_spoolFolder(std::move(spoolFolder))
 {
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &EventLog::WriteWaiting);
 }
+
+EventLog::~EventLog() = default;
 
 void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QString& desc,
                                const QString& from, const QString& to)
 {
+    const LogRecord record{
+        QUuid::createUuid().toString(QUuid::WithoutBraces), time, static_cast<int>(type), desc, from, to};
     try {
         dao::Database& database = m_session.Database();
-        const auto records = database.OpenTable(table, true);
-        records->AddNew();
-        records->SetField("time_stamp", time);
-        records->SetField("event_type", static_cast<int>(type));
-        records->SetField("desc", CutTo(desc, database.FieldSize(table, "desc")));
-        records->SetField("from_address", from);
-        records->SetField("to_address", to);
-        records->Update();
+        OpenSpool(database.Id());
+        if (Waiting() > 0) { // those before it come first
+            Keep(record);
+            WriteWaiting();
+            if (m_failing)
+                throw Error(ErrorCode::General, m_strings.LoadString(core::textRecordsKept));
+            return;
+        }
+        try {
+            Store(database, record);
+        } catch (const dao::Error& failure) {
+            if (failure.kind != dao::Kind::ServerAway)
+                throw;
+            m_failing = true;
+            Keep(record);
+            throw Error(ErrorCode::General, DescribeError(failure, m_strings) + u' ' +
+                                                m_strings.LoadString(core::textRecordsKept));
+        }
     } catch (const std::exception& failure) {
         const QString description = DescribeError(failure, m_strings);
-        NoteLostRecord(description, time, type, {desc, from, to});
+        if (!IsKept(record))
+            NoteLostRecord(description, time, type, {desc, from, to});
         throw Error(CodeOf(failure), description);
     }
+}
+
+void EventLog::Store(dao::Database& database, const LogRecord& record)
+{
+    const auto records = database.OpenTable(table, true);
+    records->AddNew();
+    records->SetField("time_stamp", record.time);
+    records->SetField("event_type", record.type);
+    records->SetField("desc", CutTo(record.desc, database.FieldSize(table, "desc")));
+    records->SetField("from_address", record.from);
+    records->SetField("to_address", record.to);
+    if (records->FieldNames().contains(recordId))
+        records->SetField(recordId, record.id);
+    records->Update();
+}
+
+// Records of one database never reach another.
+void EventLog::OpenSpool(const QString& databaseId)
+{
+    if (m_spoolFolder.isEmpty() || databaseId == m_databaseId)
+        return;
+    m_spool.reset(); // gives its lock back
+    m_spool = std::make_unique<EventSpool>(m_spoolFolder, databaseId);
+    m_databaseId = databaseId;
+    m_stored = 0;
+    Q_EMIT WaitingChanged(Waiting());
+}
+
+void EventLog::Keep(const LogRecord& record)
+{
+    if (!m_spool)
+        return;
+    m_spool->Append(record);
+    if (!m_timer.isActive())
+        m_timer.start(attemptPause);
+    Q_EMIT WaitingChanged(Waiting());
+}
+
+bool EventLog::IsKept(const LogRecord& record) const
+{
+    return m_spool && !m_spool->Records().isEmpty() && m_spool->Records().last().id == record.id;
+}
+
+int EventLog::Waiting() const
+{
+    return m_spool ? static_cast<int>(m_spool->Records().size()) - m_stored : 0;
+}
+
+void EventLog::WriteWaiting()
+{
+    if (!m_session.IsOpen())
+        return;
+    try {
+        dao::Database& database = m_session.Database();
+        OpenSpool(database.Id());
+        const QDeadlineTimer deadline(longestTurn);
+        while (Waiting() > 0 && !deadline.hasExpired())
+            StoreNext(database);
+        m_failing = false;
+        if (m_spool && m_stored > 0 && Waiting() == 0) {
+            m_spool->Clear();
+            m_stored = 0;
+        }
+        if (Waiting() > 0)
+            m_timer.start(0);
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("Waiting log records: %1").arg(QString::fromUtf8(failure.what())));
+        m_failing = true;
+        m_timer.start(attemptPause);
+    }
+    Q_EMIT WaitingChanged(Waiting());
+}
+
+void EventLog::StoreNext(dao::Database& database)
+{
+    const LogRecord& record = m_spool->Records()[m_stored];
+    try {
+        Store(database, record);
+    } catch (const dao::Error& failure) {
+        if (failure.kind == dao::Kind::BadValue) // never to be stored: the others must not wait for it
+            NoteLostRecord(DescribeError(failure, m_strings), record.time,
+                           static_cast<EventType>(record.type), {record.desc, record.from, record.to});
+        else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != recordIndex)
+            throw;
+        // Otherwise it had arrived, only the answer had not.
+    }
+    ++m_stored;
 }

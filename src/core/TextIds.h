@@ -59,5 +59,6 @@ constexpr int textPasswordRepeatDiffers = 5259;
 constexpr int textFolderNotCreated = 5260;
 
 constexpr int textPortWithDevice = 5265;
+constexpr int textRecordsKept = 5285;
 
 } // namespace core

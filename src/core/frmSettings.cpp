@@ -12,6 +12,7 @@
 #include "core/Settings.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
+#include "dao/Location.h"
 #include "ui_frmSettings.h"
 
 #include <functional>
@@ -57,6 +58,7 @@ frmSettings::frmSettings(const SettingsServices& services, QWidget* parent)
         if (const auto file = Picked([this] { return m_services.session.SelectWorkgroupFile(); }))
             m_ui->txtSysFile->setText(*file);
     });
+    connect(m_ui->txtDbFile, &QLineEdit::textChanged, this, &frmSettings::ShowWhetherWorkgroupIsUsed);
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &frmSettings::Save);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -100,6 +102,16 @@ void frmSettings::LoadFiles()
 {
     m_ui->txtSysFile->setText(m_services.session.WorkgroupFile());
     m_ui->txtDbFile->setText(m_services.session.DatabaseFile());
+    ShowWhetherWorkgroupIsUsed(m_ui->txtDbFile->text());
+}
+
+void frmSettings::ShowWhetherWorkgroupIsUsed(const QString& database)
+{
+    const bool server = dao::IsServerTarget(database.trimmed());
+    m_ui->lblServerAccounts->setVisible(server);
+    for (QWidget* control : {static_cast<QWidget*>(m_ui->lblSystemFile), static_cast<QWidget*>(m_ui->txtSysFile),
+                             static_cast<QWidget*>(m_ui->cmdSelSysFile)})
+        control->setEnabled(!server);
 }
 
 void frmSettings::LoadSerial()

@@ -40,6 +40,8 @@ public:
 private:
     bool Activate();
     void LoadFiles();
+    // With the database on a server there is no workgroup file.
+    void ShowWhetherWorkgroupIsUsed(const QString& database);
     void LoadSerial();
     void FillPorts();
     void LoadOptions();

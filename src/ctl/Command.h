@@ -47,6 +47,8 @@ Command DirectoryExportCommand();
 Command DirectoryImportCommand();
 Command StatusExportCommand();
 Command StatusImportCommand();
+Command DbMigrateCommand();
+Command DbCopyCommand();
 Command UserAddCommand();
 Command UserListCommand();
 Command UserPasswordCommand();

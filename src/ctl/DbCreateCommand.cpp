@@ -3,6 +3,8 @@
 #include "ctl/Console.h"
 #include "ctl/PasswordReader.h"
 
+#include <QUrl>
+
 namespace {
 
 int Run(const Request& request)
@@ -11,7 +13,10 @@ int Run(const Request& request)
     const dao::Location location = AccountOptions::TargetOf(request);
     PasswordReader passwords(request.options.isSet("password-stdin"));
     dao::CreateDatabase(location, administrator, passwords.New(administrator));
-    Console::Print(QStringLiteral("Created %1 and %2").arg(location.database, location.workgroup));
+    Console::Print(
+        location.workgroup.isEmpty()
+            ? QStringLiteral("Created %1").arg(QUrl(location.database).toString(QUrl::RemovePassword))
+            : QStringLiteral("Created %1 and %2").arg(location.database, location.workgroup));
     return exitOk;
 }
 

@@ -11,9 +11,13 @@ constexpr auto name = "veltorkynctl";
 
 QList<Command> AllCommands()
 {
-    return {DbCreateCommand(),        DbCheckCommand(),      UserAddCommand(),      UserListCommand(),
-            UserPasswordCommand(),    FleetExportCommand(),  FleetImportCommand(),  DirectoryExportCommand(),
-            DirectoryImportCommand(), StatusExportCommand(), StatusImportCommand(), DialCommand()};
+    return {DbCreateCommand(),        DbCheckCommand(),
+            DbMigrateCommand(),       DbCopyCommand(),
+            UserAddCommand(),         UserListCommand(),
+            UserPasswordCommand(),    FleetExportCommand(),
+            FleetImportCommand(),     DirectoryExportCommand(),
+            DirectoryImportCommand(), StatusExportCommand(),
+            StatusImportCommand(),    DialCommand()};
 }
 
 QString Version()

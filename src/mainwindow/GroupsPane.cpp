@@ -97,7 +97,7 @@ void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
 }
 
 // A reload that comes while another one asks whether to try again has nothing to add to it.
-void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool byRadio)
+void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool quietly)
 {
     if (!m_session.LoggedOn || m_reloading) {
         return;
@@ -107,14 +107,15 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool byRadio)
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
         if (withStatic) {
+            m_lookfor = lookfor;
             m_loader.LoadStatic(lookfor);
         }
         m_loader.LoadDynamic(lookfor);
         m_commands.MarkPending();
         UnfoldFilled([&](const QModelIndex& node) {
-            return byRadio && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+            return quietly && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
         });
-        if (byRadio) {
+        if (quietly) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
         } else {
             tvGroups->clearSelection();

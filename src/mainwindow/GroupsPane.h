@@ -23,6 +23,8 @@ public:
     void LoadRootCaptions();
     // Reads the groups that match a search text, empty: all. Does nothing while nobody is logged on.
     void ReloadGrps(const QString& lookfor = {});
+    // The same groups afresh, because another console changed them; selection and scroll stay.
+    void ReloadQuietly() { Reload(true, m_lookfor, true); }
     // Asked before a member is dragged.
     void SetMayDrag(const std::function<bool()>& mayDrag);
 
@@ -52,7 +54,7 @@ Q_SIGNALS:
 private:
     void BuildTree();
     void TellChosen();
-    void Reload(bool withStatic, const QString& lookfor, bool byRadio);
+    void Reload(bool withStatic, const QString& lookfor, bool quietly);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
     void ScrollToLast();
     void KeepPlace(const std::function<void()>& change);
@@ -64,5 +66,6 @@ private:
     RegroupCommands m_commands;
     TalkgroupTree* tvGroups = nullptr;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
+    QString m_lookfor; // of the last reload of all groups
     bool m_reloading = false;        // a question about it may be open
 };

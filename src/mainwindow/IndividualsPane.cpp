@@ -105,12 +105,13 @@ void IndividualsPane::ReloadInds()
 }
 
 // A reload that comes while another one asks whether to try again has nothing to add to it.
-void IndividualsPane::Reload(const QString& lookfor, bool byRadio)
+void IndividualsPane::Reload(const QString& lookfor, bool quietly)
 {
     if (!m_parts.session.LoggedOn || m_reloading) {
         return;
     }
     const QScopedValueRollback reloading(m_reloading, true);
+    m_lookfor = lookfor;
     std::vector<IndividualRow> rows;
     for (bool again = true; again;) {
         rows.clear();
@@ -127,7 +128,7 @@ void IndividualsPane::Reload(const QString& lookfor, bool byRadio)
         const TreePlace place(*lvIndividuals, IndividualsModel::KeyRole);
         m_model->Replace(std::move(rows));
         SizeColumns();
-        if (byRadio) {
+        if (quietly) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
         }
     }

@@ -31,6 +31,8 @@ public:
 
     // Reads the radios that match a search text, empty: all. Does nothing while nobody is logged on.
     void ReloadInds(const QString& lookfor);
+    // The same list afresh, because another console changed it; selection and scroll stay.
+    void ReloadQuietly() { Reload(m_lookfor, true); }
     // From the radio; the reload follows from the event loop, once for several changes.
     void ReloadInds() override;
 
@@ -52,12 +54,13 @@ Q_SIGNALS:
 private:
     void BuildList();
     void TellChosen();
-    void Reload(const QString& lookfor, bool byRadio);
+    void Reload(const QString& lookfor, bool quietly);
 
     Parts m_parts;
     IndividualsModel* m_model;
     QTreeView* lvIndividuals = nullptr;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
+    QString m_lookfor; // of the last reload
     bool m_reloading = false;        // a question about it may be open
     bool m_reloadDue = false;
 };

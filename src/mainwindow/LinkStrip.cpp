@@ -67,9 +67,11 @@ LinkStrip::LinkStrip(const IStringSource& strings, QWidget* parent) : QWidget(pa
     rows->setSpacing(0);
     rows->addWidget(m_emergencyRow = BuildEmergencyRow());
     rows->addWidget(m_stateRow = BuildStateRow());
+    rows->addWidget(m_databaseRow = BuildDatabaseRow());
     rows->addWidget(m_doubtRow = BuildDoubtRow());
     m_emergencyRow->hide();
     m_stateRow->hide();
+    m_databaseRow->hide();
     m_doubtRow->hide();
 }
 
@@ -108,10 +110,24 @@ void LinkStrip::ShowDoubts(const QStringList& doubts)
     Q_EMIT ContentChanged();
 }
 
+void LinkStrip::ShowDatabase(bool away, int waiting)
+{
+    QStringList texts;
+    if (away) {
+        texts.append(m_strings.LoadString(MainText::DatabaseAway));
+    }
+    if (waiting > 0) {
+        texts.append(FormatMessage(m_strings, MainText::RecordsWaiting, {QString::number(waiting)}));
+    }
+    m_databaseRow->setVisible(!texts.isEmpty());
+    m_databaseText->setText(texts.join(u' '));
+    Q_EMIT ContentChanged();
+}
+
 int LinkStrip::HeightAt(int width) const
 {
     int height = 0;
-    for (const QWidget* row : {m_emergencyRow, m_stateRow, m_doubtRow}) {
+    for (const QWidget* row : {m_emergencyRow, m_stateRow, m_databaseRow, m_doubtRow}) {
         if (!row->isHidden()) {
             height += row->heightForWidth(width);
         }
@@ -173,6 +189,18 @@ QWidget* LinkStrip::BuildDoubtRow()
     layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
     layout->addWidget(m_doubtText, 1);
     layout->addWidget(dismiss, 0, Qt::AlignTop);
+    return row;
+}
+
+QWidget* LinkStrip::BuildDatabaseRow()
+{
+    auto* row = new QWidget(this);
+    row->setObjectName(QStringLiteral("databaseRow"));
+    Colour(*row, QColor(LostBack), QColor(LostText));
+    QHBoxLayout* layout = NewRow(row);
+    m_databaseText = NewText(QStringLiteral("databaseText"), row);
+    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
+    layout->addWidget(m_databaseText, 1);
     return row;
 }
 

@@ -26,6 +26,9 @@ public:
     // The first one is shown; none when they are over.
     void ShowDoubts(const QStringList& doubts);
 
+    // A database server that does not answer, and how many log records wait for it.
+    void ShowDatabase(bool away, int waiting);
+
     // Height that its content needs at a width; 0 without content.
     int HeightAt(int width) const;
 
@@ -42,6 +45,7 @@ private:
     QWidget* BuildStateRow();
     QWidget* BuildEmergencyRow();
     QWidget* BuildDoubtRow();
+    QWidget* BuildDatabaseRow();
     void Dismiss();
     void ShowNewestEmergency();
 
@@ -51,6 +55,8 @@ private:
     QPushButton* m_dismiss = nullptr;
     QWidget* m_doubtRow = nullptr;
     QLabel* m_doubtText = nullptr;
+    QWidget* m_databaseRow = nullptr;
+    QLabel* m_databaseText = nullptr;
     QWidget* m_stateRow = nullptr;
     QLabel* m_simulation = nullptr;
     QLabel* m_statePicture = nullptr;

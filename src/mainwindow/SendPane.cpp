@@ -155,6 +155,17 @@ void SendPane::SetAddress(const QString& addresses)
     cmbAddress->setEditText(addresses);
 }
 
+void SendPane::ReplaceStati(const std::vector<StatusItem>& stati)
+{
+    const QVariant chosen = cmbStatusMessage->currentData();
+    const QString typed = cmbStatusMessage->currentText();
+    SetStati(stati);
+    cmbStatusMessage->setCurrentIndex(chosen.isValid() ? cmbStatusMessage->findData(chosen) : -1);
+    if (cmbStatusMessage->currentIndex() < 0) {
+        cmbStatusMessage->setEditText(typed);
+    }
+}
+
 void SendPane::SetStati(const std::vector<StatusItem>& stati)
 {
     cmbStatusMessage->clear();

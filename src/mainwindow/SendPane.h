@@ -41,6 +41,8 @@ public:
     QString Address() const;
     void SetAddress(const QString& addresses);
     void SetStati(const std::vector<StatusItem>& stati);
+    // The same, keeping what is chosen or typed.
+    void ReplaceStati(const std::vector<StatusItem>& stati);
 
     // Presses the selector button and shows what belongs to it.
     void SelectType(MessageType type);

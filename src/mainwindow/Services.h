@@ -1,5 +1,6 @@
 #pragma once
 
+class EventLog;
 class FleetDataSource;
 class Map27Executive;
 class Settings;
@@ -35,4 +36,6 @@ struct Services {
     IWindows* windows = nullptr;
     // Where the radio's report about its numbering is shown; null where it is not (tests).
     INumberingView* numberingView = nullptr;
+    // Tells how many log records wait for the database; null where nobody shows it (tests).
+    EventLog* eventLog = nullptr;
 };

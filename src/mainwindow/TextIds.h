@@ -97,6 +97,8 @@ constexpr int SensorState = 5437;
 constexpr int ControlState = 5438;
 constexpr int MemberMovedMeanwhile = 5440;
 constexpr int NoSuchPosition = 5441;
+constexpr int DatabaseAway = 5480;
+constexpr int RecordsWaiting = 5481;
 constexpr int NumberingDoubt = 5790;
 
 } // namespace MainText

@@ -2,6 +2,8 @@
 
 #include "core/Captions.h"
 #include "core/Clock.h"
+#include "core/DatabaseChanges.h"
+#include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/Icons.h"
 #include "core/ProgramLog.h"
@@ -128,6 +130,7 @@ void winMain::ConnectServices()
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     m_strip->ShowLink(executive.Link());
+    ConnectDatabase();
     if (m_services.passwordDialog != nullptr) {
         connect(m_services.passwordDialog, &frmPassword::PasswordChanged, this, &winMain::SbrMessage);
     }
@@ -181,6 +184,9 @@ void winMain::changeEvent(QEvent* event)
     if (sbrStatus != nullptr &&
         (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange)) {
         LayoutPanes();
+    }
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_session.LoggedOn) {
+        m_services.session.Changes().MayHaveChanged();
     }
 }
 

@@ -82,6 +82,8 @@ private:
     void ConnectPanes();
     void ConnectDirectoryPanes();
     void ConnectServices();
+    void ConnectDatabase();
+    void ReloadChanged(const QString& table);
     void Load();
     void RestoreWindowPlacement();
     void LogOnAtStart();

@@ -2,6 +2,9 @@
 
 #include "mainwindow/winMain.h"
 
+#include "core/DatabaseChanges.h"
+#include "core/DbSession.h"
+#include "core/EventLog.h"
 #include "core/Prompt.h"
 #include "core/UserProfile.h"
 #include "mainwindow/FrameKeys.h"
@@ -245,5 +248,42 @@ void winMain::ShowMessagingMenu(bool chosen, const QPoint& place)
 {
     if (m_session.LoggedOn && chosen) {
         m_menu->PopUp(QStringLiteral("mbMessaging"), place, QStringLiteral("miSendCall"));
+    }
+}
+
+void winMain::ConnectDatabase()
+{
+    DatabaseChanges& changes = m_services.session.Changes();
+    connect(&changes, &DatabaseChanges::Changed, this, &winMain::ReloadChanged);
+    const auto show = [this, &changes] {
+        const EventLog* log = m_services.eventLog;
+        m_strip->ShowDatabase(changes.IsAway(), log != nullptr ? log->Waiting() : 0);
+    };
+    connect(&changes, &DatabaseChanges::AwayChanged, this, show);
+    if (m_services.eventLog != nullptr) {
+        connect(m_services.eventLog, &EventLog::WaitingChanged, this, show);
+    }
+}
+
+// What another console has changed; an empty name: nobody knows what. The operator's selection and what is
+// being typed stay.
+void winMain::ReloadChanged(const QString& table)
+{
+    if (!m_session.LoggedOn) {
+        return;
+    }
+    const auto changed = [&](const char* name) { return table.isEmpty() || table == QLatin1String(name); };
+    if (changed("address") || changed("dynamic_regroup")) {
+        picGroups->ReloadQuietly();
+    }
+    if (changed("address")) {
+        picIndividuals->ReloadQuietly();
+    }
+    if (changed("status")) {
+        Attempt([this] { picSend->ReplaceStati(ReadStati(m_services.session, m_services.statusTexts)); });
+    }
+    // Radios are named and dialled by the numbering, which the radio link has read at the logon.
+    if (changed("fleet") || changed("kyn_registry")) {
+        Attempt([this] { m_services.executive.LoadFleetData(); }, false);
     }
 }

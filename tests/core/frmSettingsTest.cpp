@@ -1,5 +1,6 @@
 #include "core/frmSettings.h"
 
+#include "core/DatabaseChanges.h"
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/SerialDefaults.h"
@@ -16,6 +17,7 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTemporaryDir>
 
@@ -58,6 +60,7 @@ struct FakeSession : IDbSession {
     QString SelectWorkgroupFile() override { return Given(picked); }
     QString SelectDatabaseFile() override { return Given(picked); }
     bool IsMemberOf(const QString&) override { return false; }
+    DatabaseChanges& Changes() override { return changes; }
 
     static QString Given(const QString& path)
     {
@@ -66,6 +69,7 @@ struct FakeSession : IDbSession {
         return path;
     }
 
+    DatabaseChanges changes;
     QString workgroup = "/old.kynw", database = "/old.kyndb", picked;
 };
 
@@ -86,6 +90,19 @@ protected:
     QComboBox& port = Child<QComboBox>(form, "cmbPort");
     QComboBox& rate = Child<QComboBox>(form, "cmbBaudRate");
 };
+
+TEST_F(frmSettingsTest, WithADatabaseOnAServerTheWorkgroupFileIsNotUsed)
+{
+    session.database = "postgresql://server/fleet";
+    form.show();
+    auto& workgroup = Child<QLineEdit>(form, "txtSysFile");
+    auto& reason = Child<QLabel>(form, "lblServerAccounts");
+    EXPECT_FALSE(workgroup.isEnabled());
+    EXPECT_TRUE(reason.isVisible());
+    Type(form, "txtDbFile", "/site.kyndb");
+    EXPECT_TRUE(workgroup.isEnabled());
+    EXPECT_FALSE(reason.isVisible());
+}
 
 TEST_F(frmSettingsTest, ShowsWhatIsStoredAndStoresWhatIsEntered)
 {

@@ -67,7 +67,8 @@ public:
     void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
                          bool dialog) override
     {
-        Record("MakeGatewayCall", Texts(gateway) << digits << Flag(emergency) << Flag(priority) << Flag(dialog));
+        Record("MakeGatewayCall", Texts(gateway)
+                                      << digits << Flag(emergency) << Flag(priority) << Flag(dialog));
     }
     LinkStatus Link() const override { return link; }
 

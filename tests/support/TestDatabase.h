@@ -1,16 +1,19 @@
 #pragma once
 
+#include "core/DatabaseChanges.h"
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "dao/Workspace.h"
+#include "dao/postgresql/ServerSetup.h"
+#include "support/TestServer.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <functional>
 #include <stdexcept>
 
-// A real database with one administrator in a folder of its own. Making one takes a while, so it is made once
-// and then copied.
+// A real database with one administrator: on a server when that is wanted, otherwise in a folder of its own.
+// Files take a while to make, so they are made once and then copied.
 class TestDatabase {
     QTemporaryDir m_folder;
 
@@ -20,10 +23,20 @@ public:
 
     TestDatabase()
     {
+        if (TestServer::IsWanted()) {
+            dao::CreateDatabase(location, userName, password);
+            return;
+        }
         const dao::Location model = Model();
         if (!QFile::copy(model.database, location.database) ||
             !QFile::copy(model.workgroup, location.workgroup))
             throw std::runtime_error("the test database cannot be copied");
+    }
+
+    ~TestDatabase()
+    {
+        if (TestServer::IsWanted())
+            dao::postgresql::DropServerDatabase(dao::postgresql::ServerAddress::Parse(location.database));
     }
 
     static dao::OpenOptions Options()
@@ -49,7 +62,9 @@ public:
 
     QString Folder() const { return m_folder.path(); }
 
-    const dao::Location location = dao::LocationOf(m_folder.filePath("test.kyndb"));
+    const dao::Location location =
+        dao::LocationOf(TestServer::IsWanted() ? TestServer::Get().Target(TestServer::Get().NewName())
+                                               : m_folder.filePath("test.kyndb"));
 
 private:
     static dao::Location Model()
@@ -97,7 +112,14 @@ public:
     void SetDatabaseFile(const QString&) override {}
     void SetAppName(const QString&) override {}
     void SetSettingsSection(const QString&) override {}
-    void Logon(bool, bool) override { m_workspace = m_database.Open(logonName, logonPassword, m_options); }
+    void Logon(bool, bool) override
+    {
+        m_workspace = m_database.Open(logonName, logonPassword, m_options);
+        m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
+                            [this](bool away) { m_changes.SetAway(away); }});
+        m_changes.Open(TestServer::IsWanted());
+    }
+    DatabaseChanges& Changes() override { return m_changes; }
     void Logoff() override { m_workspace.reset(); }
     bool IsOpen() const override { return m_workspace != nullptr; }
     QString SelectWorkgroupFile() override { return {}; }
@@ -110,5 +132,6 @@ public:
 private:
     const TestDatabase& m_database;
     dao::OpenOptions m_options;
+    DatabaseChanges m_changes;
     std::unique_ptr<dao::Workspace> m_workspace;
 };

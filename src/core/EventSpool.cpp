@@ -1,0 +1,114 @@
+#include "core/EventSpool.h"
+
+#include "core/Errors.h"
+#include "core/ProgramLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int mostConsoles = 20;
+
+QByteArray LineOf(const LogRecord& record)
+{
+    const QJsonObject object{{"id", record.id},     {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                             {"type", record.type}, {"desc", record.desc},
+                             {"from", record.from}, {"to", record.to}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+// Nothing for a line that was being written when the machine failed; its record was never taken over.
+bool ParseLine(const QByteArray& line, LogRecord& record)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    record = {object["id"].toString(),   QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs),
+              object["type"].toInt(),    object["desc"].toString(),
+              object["from"].toString(), object["to"].toString()};
+    return !record.id.isEmpty() && record.time.isValid();
+}
+
+[[noreturn]] void Fail(const QString& file)
+{
+    throw Error(ErrorCode::General,
+                QStringLiteral("%1: %2").arg(file, QString::fromLocal8Bit(strerror(errno))));
+}
+
+void SyncFolder(const QString& folder)
+{
+    const int handle = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle >= 0) {
+        fsync(handle);
+        close(handle);
+    }
+}
+
+} // namespace
+
+EventSpool::EventSpool(const QString& folder, const QString& databaseId)
+{
+    QDir().mkpath(folder);
+    for (int number = 1; number <= mostConsoles; ++number) {
+        m_file = QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));
+        m_lock = std::make_unique<QLockFile>(m_file + ".lock");
+        m_lock->setStaleLockTime(0);
+        if (m_lock->tryLock())
+            break;
+    }
+    Load();
+}
+
+EventSpool::~EventSpool() = default;
+
+void EventSpool::Load()
+{
+    QFile file(m_file);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().trimmed();
+        LogRecord record;
+        if (line.isEmpty())
+            continue;
+        if (ParseLine(line, record))
+            m_records.append(record);
+        else
+            ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(m_file, QString::fromUtf8(line)));
+    }
+}
+
+void EventSpool::Append(const LogRecord& record)
+{
+    const bool isNew = !QFile::exists(m_file);
+    const int handle =
+        open(QFile::encodeName(m_file).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (handle < 0)
+        Fail(m_file);
+    // A line that a failure cut short must not spoil this one: an empty line does no harm.
+    const QByteArray line = '\n' + LineOf(record);
+    const bool written = write(handle, line.constData(), static_cast<size_t>(line.size())) == line.size();
+    if (!written || fsync(handle) != 0) {
+        const int reason = errno;
+        close(handle);
+        errno = reason;
+        Fail(m_file);
+    }
+    close(handle);
+    if (isNew)
+        SyncFolder(QFileInfo(m_file).path());
+    m_records.append(record);
+}
+
+void EventSpool::Clear()
+{
+    m_records.clear();
+    if (QFile::exists(m_file) && !QFile::remove(m_file))
+        Fail(m_file);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QDateTime>
+#include <QList>
+#include <QLockFile>
+#include <QString>
+#include <memory>
+
+// One record of the table event on its way there.
+struct LogRecord {
+    QString id; // made once, so that the database stores it once however often it is sent
+    QDateTime time;
+    int type = 0;
+    QString desc;
+    QString from;
+    QString to;
+};
+
+// Log records that wait for their database, in order, in a file that only the operator's own account of the
+// system can read: one JSON object a line. What was appended survives the end of the program and of the
+// machine.
+class EventSpool {
+public:
+    // The records of one database in a folder. Several consoles of one account of the system keep a file
+    // each. What an earlier run has left is there.
+    EventSpool(const QString& folder, const QString& databaseId);
+    ~EventSpool();
+
+    const QString& FileName() const { return m_file; }
+    const QList<LogRecord>& Records() const { return m_records; }
+    // On disk when it returns. Raises Error.
+    void Append(const LogRecord& record);
+    // All of them are stored.
+    void Clear();
+
+private:
+    void Load();
+
+    QString m_file;
+    std::unique_ptr<QLockFile> m_lock;
+    QList<LogRecord> m_records;
+};

@@ -1,0 +1,38 @@
+#include "ctl/AccountOptions.h"
+#include "ctl/Command.h"
+#include "ctl/Console.h"
+#include "dao/Maintenance.h"
+
+namespace {
+
+int Run(const Request& request)
+{
+    const dao::MigrationReport report = dao::MigrateDatabase(AccountOptions::TargetOf(request));
+    if (report.fromVersion == report.toVersion)
+        Console::Print(QStringLiteral("The schema is up to date (%1)").arg(report.toVersion));
+    else
+        Console::Print(
+            QStringLiteral("Schema %1 is now schema %2").arg(report.fromVersion).arg(report.toVersion));
+    for (const QString& copy : report.copies)
+        Console::Print(QStringLiteral("As it was before: %1").arg(copy));
+    return exitOk;
+}
+
+} // namespace
+
+Command DbMigrateCommand()
+{
+    return {.words = "db migrate",
+            .synopsis = "TARGET",
+            .summary = "bring a database to the schema of this version",
+            .help =
+                "TARGET is the path of the database file or postgresql://USER@HOST/NAME. Files are copied "
+                "beside\n"
+                "themselves before; opening them with the console does the same. A database on a server is "
+                "migrated\n"
+                "only by this command, by a user that may act as its owner; back it up with pg_dump before.",
+            .options = {},
+            .fewestArguments = 1,
+            .mostArguments = 1,
+            .run = Run};
+}

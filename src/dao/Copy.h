@@ -1,0 +1,30 @@
+#pragma once
+
+#include "dao/Location.h"
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace dao {
+
+// What CopyDatabase carried over.
+struct CopyReport {
+    struct Table {
+        QString name;
+        qlonglong records;
+    };
+    QList<Table> tables;
+    // Passwords cannot be taken from one kind of place to the other: these accounts are let in only after an
+    // administrator has reset theirs.
+    QStringList withoutPassword;
+};
+
+// Makes a new database at `to` with all records, accounts and groups of `from`; one of the two is on a
+// server. `admin` is an administrator of `from` and keeps the password. What was written is read back and
+// compared. Nobody may change `from` meanwhile; what is changed all the same is not carried over. On failure
+// there is nothing at `to`. Kind::WrongPassword, Kind::NotPermitted, the kinds of OpenWorkspace and
+// CreateDatabase; Kind::Damaged when the copy differs.
+CopyReport CopyDatabase(const Location& from, const Location& to, const QString& admin,
+                        const QString& password);
+
+} // namespace dao
