@@ -63,7 +63,8 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
         OpenSpool(database.Id());
         if (Waiting() > 0) { // those before it come first
             Keep(record);
-            WriteWaiting();
+            if (!m_failing)
+                WriteWaiting();
             if (m_failing)
                 throw Error(ErrorCode::General, m_strings.LoadString(core::textRecordsKept));
             return;
@@ -150,7 +151,9 @@ void EventLog::WriteWaiting()
         if (Waiting() > 0)
             m_timer.start(0);
     } catch (const std::exception& failure) {
-        ProgramLog::Write(QStringLiteral("Waiting log records: %1").arg(QString::fromUtf8(failure.what())));
+        if (!m_failing)
+            ProgramLog::Write(
+                QStringLiteral("Waiting log records: %1").arg(QString::fromUtf8(failure.what())));
         m_failing = true;
         m_timer.start(attemptPause);
     }

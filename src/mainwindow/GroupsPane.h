@@ -66,6 +66,6 @@ private:
     RegroupCommands m_commands;
     TalkgroupTree* tvGroups = nullptr;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
-    QString m_lookfor; // of the last reload of all groups
+    QString m_lookfor;               // of the last reload of all groups
     bool m_reloading = false;        // a question about it may be open
 };

@@ -60,7 +60,7 @@ private:
     IndividualsModel* m_model;
     QTreeView* lvIndividuals = nullptr;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
-    QString m_lookfor; // of the last reload
+    QString m_lookfor;               // of the last reload
     bool m_reloading = false;        // a question about it may be open
     bool m_reloadDue = false;
 };

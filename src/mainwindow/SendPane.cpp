@@ -1,10 +1,10 @@
 #include "mainwindow/SendPane.h"
 
 #include "core/Beeper.h"
+#include "core/PlainKey.h"
 #include "core/Prompt.h"
 #include "core/StringSource.h"
 #include "mainwindow/KeyedToolBar.h"
-#include "core/PlainKey.h"
 #include "mainwindow/SendInput.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/StatusList.h"

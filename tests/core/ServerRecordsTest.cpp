@@ -61,7 +61,8 @@ TEST_F(ServerRecordsTest, WaitForTheServerInOrderAndAreStoredOnce)
     EXPECT_TRUE(Warns(*log, "3"));
     EXPECT_EQ(waiting.last(), 2);
     const auto rights = QFileInfo(SpoolFile()).permissions();
-    EXPECT_EQ(rights & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther), QFile::Permissions());
+    EXPECT_EQ(rights & (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+              QFile::Permissions());
 
     // The program ends and starts again meanwhile; a line was half written when it did.
     log = std::make_unique<EventLog>(*session, strings, folder.path());
@@ -118,8 +119,8 @@ TEST_F(ServerRecordsTest, OfManyConsolesOutliveACrashOfTheServer)
     ConsoleLoad::Prepare(database);
     std::vector<pid_t> children;
     for (int number = 0; number < consoles; ++number)
-        children.push_back(
-            ConsoleLoad::Start(database, number, folder.path(), 1000000, 30, std::chrono::milliseconds(2000)));
+        children.push_back(ConsoleLoad::Start(database, number, folder.path(), 1000000, 30,
+                                              std::chrono::milliseconds(2000)));
     QTest::qWait(700);
     TestServer::Get().StopAtOnce();
     QTest::qWait(300);

@@ -13,8 +13,10 @@ using namespace dao;
 
 class ServerTest : public DaoTest {
 protected:
-    ServerTest()
+    void SetUp() override
     {
+        if (!OnServer())
+            GTEST_SKIP() << "needs a server";
         AddOperator("Olga");
         Execute("change_user_profile", {{"id", 2}, {"cs", "Desk"}, {"dr", true}});
         AddOperator("Ivan");
@@ -177,11 +179,11 @@ TEST_F(ServerTest, NamesFoldAsEverywhereElse)
         }
     // What the program makes one the server makes one, so that a name typed anyhow finds its role.
     const auto server = AsPostgres();
-    EXPECT_EQ(server->Value(
-                  "SELECT string_agg(c, ' ') FROM unnest(string_to_array(?, '|'), string_to_array(?, '|')) "
-                  "AS t (c, f) WHERE kyn_fold(c) <> kyn_fold(f)",
-                  {characters.join('|'), folded.join('|')}),
-              QVariant());
+    const QVariant different = server->Value(
+        "SELECT string_agg(c, ' ') FROM unnest(string_to_array(?, '|'), string_to_array(?, '|')) "
+        "AS t (c, f) WHERE kyn_fold(c) <> kyn_fold(f)",
+        {characters.join('|'), folded.join('|')});
+    EXPECT_FALSE(different.isValid()) << different.toString().toStdString();
     for (const QString& name : {QString("Boss"), QString("ÅNGSTRÖM"), QString(64, QChar(0x00DC))})
         EXPECT_EQ(server->Value("SELECT kyn_role_name(?)", {name}).toString().toUtf8(),
                   postgresql::RoleName(Database(), name));

@@ -12,7 +12,8 @@
 #include <QTest>
 #include <vector>
 
-// One console's work on a shared database: log records, and now and then duty, groups or an entry of the directory.
+// One console's work on a shared database: log records, and now and then duty, groups or an entry of the
+// directory.
 class ConsoleLoad {
 public:
     // What it did, a line of its report for each: "record ID-IN-DESC", "count N", "doubt N", "error TEXT".
@@ -46,8 +47,8 @@ public:
     }
 
     // Starts a console as a process of its own; it writes its report to a file.
-    static pid_t Start(const TestDatabase& database, int number, const QString& folder, int records, int otherPercent,
-                       std::chrono::milliseconds longest)
+    static pid_t Start(const TestDatabase& database, int number, const QString& folder, int records,
+                       int otherPercent, std::chrono::milliseconds longest)
     {
         const pid_t child = fork();
         if (child != 0)
@@ -115,7 +116,10 @@ public:
 private:
     static constexpr int units = 20;
 
-    static QString ReportFile(const QString& folder, int number) { return folder + "/report" + QString::number(number); }
+    static QString ReportFile(const QString& folder, int number)
+    {
+        return folder + "/report" + QString::number(number);
+    }
 
     void AppendRecord(int i)
     {

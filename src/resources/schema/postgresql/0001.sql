@@ -12,7 +12,9 @@ SET LOCAL search_path = kyn;
 -- The second text holds what Unicode's simple folding makes of characters that are lower case already.
 CREATE FUNCTION kyn_fold(value text) RETURNS text
 LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE
-RETURN translate(lower(normalize(value, NFC) COLLATE "und-x-icu"), 'ſςϐϑϕϖϰϱϵµẛι', 'sσβθφπκρεμṡι');
+RETURN translate(lower(normalize(value, NFC) COLLATE "und-x-icu"),
+                 E'ſςϐϑϕϖϰϱϵµẛ\u1FBE\u0345\u1C80\u1C81\u1C82\u1C83\u1C84\u1C85\u1C86\u1C87\u1C88',
+                 E'sσβθφπκρεμṡ\u03B9\u03B9\u0432\u0434\u043E\u0441\u0442\u0442\u044A\u0463\uA64B');
 
 CREATE FUNCTION kyn_pattern(lookfor text) RETURNS text
 LANGUAGE sql IMMUTABLE STRICT PARALLEL SAFE
