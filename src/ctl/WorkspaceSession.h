@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/DatabaseChanges.h"
 #include "core/DbSession.h"
 #include "dao/Workspace.h"
 
@@ -26,7 +27,9 @@ public:
     {
         return m_workspace.Users().Item(m_workspace.UserName())->Groups().Contains(group);
     }
+    DatabaseChanges& Changes() override { return m_changes; }
 
 private:
     dao::Workspace& m_workspace;
+    DatabaseChanges m_changes;
 };

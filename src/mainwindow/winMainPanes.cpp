@@ -20,8 +20,10 @@
 #include "mainwindow/ScadaPane.h"
 #include "mainwindow/SendPane.h"
 #include "mainwindow/StatusBar.h"
+#include "mainwindow/StatusList.h"
 #include "mainwindow/TalkgroupModel.h"
 #include "mainwindow/TextIds.h"
+#include "radio/Map27Executive.h"
 
 #include <QAction>
 #include <QTabBar>

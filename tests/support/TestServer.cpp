@@ -107,8 +107,9 @@ void TestServer::Start()
 {
     // A crash of the server's processes, which the tests make, loses nothing that the system has been given.
     m_process = Spawn({Programs() + "postgres", "-D", m_folder.filePath("data"), "-k", m_folder.path(), "-c",
-                       "listen_addresses=", "-c", "fsync=off", "-c", "max_connections=64", "-c",
-                       "shared_buffers=32MB"},
+                       "listen_addresses=", "-c",
+                       qEnvironmentVariableIsSet("VELTORKYN_TEST_DURABLE") ? "fsync=on" : "fsync=off", "-c",
+                       "max_connections=64", "-c", "shared_buffers=32MB"},
                       m_folder.filePath("log"));
     for (int i = 0; i < 500; ++i) {
         if (QProcess::execute(Programs() + "pg_isready", {"-q", "-h", m_folder.path()}) == 0)

@@ -1,0 +1,175 @@
+// A database that moves to a server and back.
+
+#include "ctl/CtlRun.h"
+#include "dao/Workspace.h"
+#include "dao/postgresql/ServerSetup.h"
+#include "support/QtPrinters.h"
+#include "support/TestServer.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+class ServerCopy : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        if (!TestServer::IsWanted())
+            GTEST_SKIP() << "needs a server";
+        m_server = TestServer::Get().Target("site");
+        ASSERT_EQ(RunCtl({"db", "create", m_file, "--admin", "Ada", "--password-stdin"}, "secret\n").code, 0);
+        ASSERT_EQ(
+            RunCtl({"user", "add", m_file, "Bo", "--as", "Ada", "--group", "Operators", "--password-stdin"},
+                   "secret\npw\n")
+                .code,
+            0);
+        Fill();
+    }
+
+    void TearDown() override
+    {
+        if (!m_server.isEmpty())
+            dao::postgresql::DropServerDatabase(dao::postgresql::ServerAddress::Parse(m_server));
+    }
+
+    void Fill() const
+    {
+        const auto workspace = dao::OpenWorkspace(dao::LocationOf(m_file), "Ada", "secret");
+        const auto add = [&](const char* table, const QVariantMap& fields) {
+            const auto records = workspace->Database().OpenTable(table);
+            records->AddNew();
+            for (auto field = fields.begin(); field != fields.end(); ++field)
+                records->SetField(field.key(), field.value());
+            records->Update();
+        };
+        for (int i = 1; i <= 120; ++i)
+            add("address", {{"callsign", QString("Ünit%1").arg(i)},
+                            {"IDENT", QString::number(i)},
+                            {"Type", 1 + i % 2},
+                            {"dynamic", i % 3 == 0},
+                            {"note", i % 5 == 0 ? QVariant() : QVariant("a\nb")}});
+        const auto drop = workspace->Database().QueryDef("drop_address");
+        drop->SetParameter("id", 120); // an id that is not to come again
+        drop->Execute();
+        add("status", {{"status_code", 31}, {"in_desc", "Ω 😀"}});
+        add("dynamic_regroup", {{"group_id", 1}, {"member_id", 2}, {"pos", 16}});
+        add("fleet", {{"fleet_name", "Taxi"},
+                      {"fleet_type", 1},
+                      {"digits", 2},
+                      {"prefix", 1},
+                      {"base_ident", 2},
+                      {"max_ident", 30}});
+        add("kyn_registry", {{"Key", "ANN_FPP"}, {"Value", ""}});
+        workspace->BeginTrans();
+        for (int i = 0; i < 4500; ++i) // more than a page
+            add("event", {{"time_stamp", QDateTime::fromMSecsSinceEpoch(1700000000123 + i * 7, Qt::UTC)},
+                          {"event_type", i % 4},
+                          {"desc", QString("text %1").arg(i)},
+                          {"from_address", "A"}});
+        workspace->CommitTrans();
+    }
+
+    // Everything that callers can see, in one text.
+    static QString Contents(const QString& target)
+    {
+        const auto workspace = dao::OpenWorkspace(dao::LocationOf(target), "Ada", "secret");
+        QString contents = workspace->Database().Id() + '\n';
+        for (const char* table :
+             {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile", "kyn_registry"}) {
+            const auto records = workspace->Database().OpenTable(table);
+            for (; !records->Eof(); records->MoveNext())
+                for (const QString& field : records->FieldNames())
+                    if (field != "record_id") {
+                        const QVariant value = records->Field(field);
+                        contents += value.isValid()
+                                        ? value.toString() + (value.typeId() == QMetaType::QDateTime
+                                                                  ? value.toTime().toString("zzz")
+                                                                  : QString())
+                                        : QString("null");
+                        contents += '|';
+                    }
+        }
+        for (const QString& user : workspace->Users().Names())
+            contents += user + ':' + workspace->Users().Item(user)->Pid() + ':' +
+                        workspace->Users().Item(user)->Groups().Names().join(',') + '\n';
+        return contents + workspace->Groups().Names().join(',');
+    }
+
+    CtlRun Copy(const QString& from, const QString& to, const QByteArray& password = "secret\n") const
+    {
+        return RunCtl({"db", "copy", from, to, "--as", "Ada", "--password-stdin"}, password);
+    }
+
+    QTemporaryDir m_folder;
+    const QString m_file = m_folder.filePath("site.kyndb");
+    QString m_server;
+};
+
+TEST_F(ServerCopy, MovesEverythingToAServerAndBack)
+{
+    const CtlRun there = Copy(m_file, m_server);
+    ASSERT_EQ(there.code, 0) << there.err.toStdString();
+    EXPECT_TRUE(there.out.contains("event\t4500") &&
+                there.out.contains("Need a new password from an administrator: Bo"))
+        << there.out.toStdString();
+    const QString contents = Contents(m_file);
+    EXPECT_TRUE(Contents(m_server) == contents);
+    EXPECT_EQ(RunCtl({"db", "check", m_server}).out, (m_server + ": no problems found\n").toUtf8());
+    EXPECT_EQ(RunCtl({"db", "migrate", m_server}).code, 0);
+
+    // Bo has no password until one is set.
+    const auto logon = [](const QString& target, const QString& password) {
+        try {
+            dao::OpenWorkspace(dao::LocationOf(target), "Bo", password);
+            return true;
+        } catch (const dao::Error& error) {
+            EXPECT_EQ(error.kind, dao::Kind::WrongPassword) << error.what();
+            return false;
+        }
+    };
+    EXPECT_FALSE(logon(m_server, "pw") || logon(m_server, ""));
+    EXPECT_EQ(
+        RunCtl({"user", "password", m_server, "Bo", "--as", "Ada", "--password-stdin"}, "secret\nnew\n").code,
+        0);
+    EXPECT_TRUE(logon(m_server, "new"));
+    EXPECT_TRUE(RunCtl({"user", "list", m_server, "--as", "Ada", "--password-stdin"}, "secret\n")
+                    .out.contains("Bo\tBo\tOperators,Users\tno\tno"));
+
+    const QString back = m_folder.filePath("back.kyndb");
+    const CtlRun again = Copy(m_server, back);
+    ASSERT_EQ(again.code, 0) << again.err.toStdString();
+    EXPECT_TRUE(Contents(back) == contents);
+    EXPECT_EQ(RunCtl({"db", "check", back}).code, 0);
+    EXPECT_FALSE(logon(back, "new") || logon(back, ""));
+    for (const QString& target : {m_server, back}) { // the dropped entry's id is not given again
+        const auto workspace = dao::OpenWorkspace(dao::LocationOf(target), "Ada", "secret");
+        const auto address = workspace->Database().OpenTable("address");
+        address->AddNew();
+        address->SetField("callsign", "Next");
+        address->SetField("IDENT", "next");
+        address->SetField("Type", 1);
+        address->Update();
+        address->SetIndex("i_callsign");
+        address->Seek(QString("next"));
+        EXPECT_EQ(address->Field("address_id").toInt(), 121);
+    }
+}
+
+TEST_F(ServerCopy, RefusedOnesLeaveNothing)
+{
+    EXPECT_EQ(Copy(m_file, m_folder.filePath("x.kyndb")).code, 2);
+    EXPECT_EQ(Copy(m_file, m_server, "wrong\n").code, 1);
+    EXPECT_EQ(Copy(m_file, TestServer::Get().Target("Big")).code, 1);
+    EXPECT_EQ(Copy(m_file, m_server).code, 0); // nothing was in its way
+    const CtlRun taken = Copy(m_file, m_server);
+    EXPECT_EQ(taken.code, 1);
+    EXPECT_TRUE(taken.err.contains("exists already")) << taken.err.toStdString();
+    EXPECT_EQ(Copy(m_server, m_file).code, 1);
+    EXPECT_EQ(RunCtl({"db", "check", m_file}).code, 0);
+    EXPECT_EQ(RunCtl({"db", "create", "postgresql:///other?host=/nowhere", "--password-stdin"}, "x\n").code,
+              1);
+}
+
+} // namespace
