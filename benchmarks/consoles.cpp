@@ -1,7 +1,8 @@
 // Many consoles, each a process, on one database: what they write in a given time, that nothing is lost or
 // doubled, also when the server crashes in the middle, and how soon a change at one is seen at the others.
 //
-//     bench_consoles [SECONDS]    for each measurement; 20 unless given
+//     bench_consoles [SECONDS [RECORDS]]    for each measurement and console; 20 seconds and 1000 records
+//     unless given
 
 #include "support/ConsoleLoad.h"
 
@@ -13,9 +14,9 @@
 namespace {
 
 constexpr int consoles = 16;
-constexpr int recordsEach = 1000;
 constexpr int otherPercent = 30; // changes of duty, groups and directory, beside the log records
 
+int recordsEach = 1000;
 bool sound = true;
 
 QStringList Stored(const TestDatabase& database)
@@ -127,6 +128,7 @@ int main(int argc, char** argv)
     qputenv("VELTORKYN_TEST_DURABLE", "1");
     const QApplication application(argc, argv);
     const std::chrono::seconds longest(argc > 1 ? std::atoi(argv[1]) : 20);
+    recordsEach = argc > 2 ? std::atoi(argv[2]) : recordsEach;
     qunsetenv("VELTORKYN_TEST_ENGINE");
     Measure("files, one console", 1, longest, false);
     Measure("files, 4 consoles", 4, longest, false);

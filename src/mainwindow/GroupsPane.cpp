@@ -104,6 +104,7 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool quietly)
     }
     const QScopedValueRollback reloading(m_reloading, true);
     const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
+    const QString selected = withStatic && quietly ? SelectedStaticGroup() : QString();
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
         if (withStatic) {
@@ -117,12 +118,34 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool quietly)
         });
         if (quietly) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
+            SelectStaticGroup(selected);
         } else {
             tvGroups->clearSelection();
             ScrollToLast();
         }
     }
     Q_EMIT AllowedChanged();
+}
+
+// Static groups have no keys; they are known again by their callsigns.
+QString GroupsPane::SelectedStaticGroup() const
+{
+    const QModelIndex node = SelectedNode();
+    return node.isValid() && node.parent() == m_model->Root(TalkgroupModel::StaticKey)
+               ? node.data(TalkgroupModel::TagRole).toString()
+               : QString();
+}
+
+void GroupsPane::SelectStaticGroup(const QString& callsign)
+{
+    const QModelIndex root = m_model->Root(TalkgroupModel::StaticKey);
+    for (int row = 0; !callsign.isEmpty() && row < m_model->rowCount(root); ++row) {
+        const QModelIndex group = m_model->index(row, 0, root);
+        if (group.data(TalkgroupModel::TagRole).toString() == callsign) {
+            tvGroups->setCurrentIndex(group);
+            return;
+        }
+    }
 }
 
 // Groups first: a root that is still folded has nothing to lay out.

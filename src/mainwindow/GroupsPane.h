@@ -55,6 +55,8 @@ private:
     void BuildTree();
     void TellChosen();
     void Reload(bool withStatic, const QString& lookfor, bool quietly);
+    QString SelectedStaticGroup() const; // empty when none is selected
+    void SelectStaticGroup(const QString& callsign);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
     void ScrollToLast();
     void KeepPlace(const std::function<void()>& change);

@@ -21,7 +21,7 @@ dao::OpenOptions OptionsAt(const FakeClock& clock)
 MainWindowStack::MainWindowStack()
     : strings(m_source.CreateStringSource(QStringLiteral("CKYN"))),
       settings(m_folder.filePath(QStringLiteral("test.ini")), strings), session(database, OptionsAt(clock)),
-      statusTexts(strings), eventLog(session, strings), profile(session, prompt, strings),
+      statusTexts(strings), eventLog(session, strings, m_folder.path()), profile(session, prompt, strings),
       fleetData(session, strings), control(new FakeMap27Control),
       executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
                 std::unique_ptr<Map27Control>(control)),
@@ -45,7 +45,7 @@ winMain& MainWindowStack::Open()
 {
     m_window = std::make_unique<winMain>(
         Services{strings, prompt, session, fleetData, executive, settings, clock, beeper, statusTexts, profile,
-                 &settingsDialog, &passwordDialog, &windows});
+                 &settingsDialog, &passwordDialog, &windows, nullptr, &eventLog});
     m_window->show();
     m_window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));

@@ -28,9 +28,7 @@ ServerLink::~ServerLink()
 
 PGconn* ServerLink::Handle()
 {
-    if (m_connection && !IsAlive())
-        Lose(QString::fromUtf8(PQerrorMessage(m_connection.get())).trimmed());
-    if (!m_connection) {
+    if (!IsAlive()) {
         if (!m_mayTryNow && !m_probe.HasReached())
             return Present(); // raises
         Reconnect();
@@ -49,10 +47,12 @@ PGconn* ServerLink::Present() const
 // the statement itself.
 bool ServerLink::IsAlive()
 {
+    if (!m_connection)
+        return false;
     pollfd socket{PQsocket(m_connection.get()), POLLIN, 0};
     if (poll(&socket, 1, 0) > 0)
         Collect();
-    return m_connection && PQstatus(m_connection.get()) == CONNECTION_OK;
+    return m_connection != nullptr;
 }
 
 void ServerLink::Lose(const QString& reason)
@@ -137,9 +137,7 @@ void ServerLink::Watch()
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (m_connection && !IsAlive())
-                    Lose(QString::fromUtf8(PQerrorMessage(m_connection.get())).trimmed());
-                else if (m_notifier)
+                if (IsAlive() && m_notifier)
                     m_notifier->setEnabled(true);
             },
             Qt::QueuedConnection);
@@ -158,6 +156,8 @@ void ServerLink::Collect()
     }
     if (!m_pending.isEmpty() && !m_delivery.isActive())
         m_delivery.start();
+    if (PQstatus(connection) != CONNECTION_OK)
+        Lose(QString::fromUtf8(PQerrorMessage(connection)).trimmed());
 }
 
 void ServerLink::Deliver()

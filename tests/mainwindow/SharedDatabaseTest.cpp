@@ -1,0 +1,99 @@
+// What other consoles do to the database while this one works, and a server that goes and comes back.
+
+#include "MainWindowStack.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTreeView>
+
+namespace {
+
+class SharedDatabase : public testing::Test {
+protected:
+    SharedDatabase()
+    {
+        stack.Open();
+        stack.LogOn();
+        QCoreApplication::processEvents(); // what the logon has still to read
+        other = stack.database.Open();
+    }
+
+    // A server tells; files are read again when the window is activated.
+    void Tell()
+    {
+        if (!TestServer::IsWanted()) {
+            QEvent activation(QEvent::ActivationChange);
+            QCoreApplication::sendEvent(&stack.Window(), &activation);
+        }
+    }
+    void AddTalkgroup(const QString& callsign, const QString& ident)
+    {
+        const auto directory = other->Database().OpenTable("address");
+        directory->AddNew();
+        directory->SetField("callsign", callsign);
+        directory->SetField("IDENT", ident);
+        directory->SetField("Type", 2);
+        directory->Update();
+    }
+    QModelIndex Group(const QString& callsign)
+    {
+        const QAbstractItemModel& model = *Tree().model();
+        return model
+            .match(model.index(0, 0), Qt::DisplayRole, callsign, 1, Qt::MatchRecursive | Qt::MatchContains)
+            .value(0);
+    }
+    QTreeView& Tree() { return stack.Find<QTreeView>("tvGroups"); }
+
+    MainWindowStack stack;
+    std::unique_ptr<dao::Workspace> other;
+};
+
+TEST_F(SharedDatabase, WhatOthersChangeShowsAndTheOperatorsWorkStays)
+{
+    AddTalkgroup("Night", "200200900");
+    Tell();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return Group("Night").isValid(); }, 5000));
+    Tree().setCurrentIndex(Group("Night"));
+    auto& status = stack.Find<QComboBox>("cmbStatusMessage");
+    status.setCurrentIndex(status.findData(7));
+    stack.Address().setEditText("2002");
+
+    AddTalkgroup("Alarm", "200200901");
+    const auto texts = other->Database().OpenTable("status");
+    texts->Seek(7);
+    texts->Edit();
+    texts->SetField("out_desc", "Hold on");
+    texts->Update();
+    Tell();
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return Group("Alarm").isValid() && status.currentText().contains("Hold on"); }, 5000))
+        << status.currentText().toStdString();
+    EXPECT_EQ(Tree().currentIndex(), Group("Night"));
+    EXPECT_EQ(status.currentData().toInt(), 7);
+    EXPECT_EQ(stack.Address().currentText(), "2002");
+}
+
+class ServerStrip : public SharedDatabase {};
+
+TEST_F(ServerStrip, TellsThatTheServerIsAwayAndWhatWaits)
+{
+    if (!TestServer::IsWanted())
+        GTEST_SKIP() << "needs a server";
+    auto& row = stack.Find<QWidget>("databaseRow");
+    EXPECT_TRUE(row.isHidden());
+    TestServer::Get().StopAtOnce();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return row.isVisible(); }, 5000));
+    for (int i = 0; i < 2; ++i)
+        EXPECT_THROW(stack.eventLog.AppendLogRecord(stack.clock.Now(), EventType::Text, "x", "A", "B"),
+                     Error);
+    EXPECT_EQ(
+        stack.Find<QLabel>("databaseText").text(),
+        "The database server does not answer. It is being looked for. Log records that wait to be stored: 2");
+    TestServer::Get().Start();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return row.isHidden(); }, 20000));
+    EXPECT_TRUE(stack.Window().LoggedOn());
+    EXPECT_EQ(stack.eventLog.Waiting(), 0);
+}
+
+} // namespace
