@@ -2,6 +2,8 @@
 
 #include "ctl/PasswordReader.h"
 
+#include <QUrl>
+
 QCommandLineOption AccountOptions::PasswordFromStdin()
 {
     return QCommandLineOption("password-stdin",
@@ -20,6 +22,12 @@ dao::Location AccountOptions::TargetOf(const Request& request)
     if (target.isEmpty())
         throw UsageError(QStringLiteral("TARGET is empty"));
     return dao::LocationOf(target);
+}
+
+QString AccountOptions::ShownTarget(const Request& request)
+{
+    const QString target = request.arguments[0];
+    return dao::IsServerTarget(target) ? QUrl(target).toString(QUrl::RemovePassword) : target;
 }
 
 std::unique_ptr<dao::Workspace> AccountOptions::OpenAs(const QString& account, const Request& request,

@@ -20,6 +20,9 @@ QCommandLineOption ActingAccount();
 // The database that TARGET, the first argument, names. UsageError when that is empty.
 dao::Location TargetOf(const Request& request);
 
+// TARGET as it may be printed: without a password.
+QString ShownTarget(const Request& request);
+
 // Opens the database TARGET with the password of `account`, which is asked for.
 std::unique_ptr<dao::Workspace> OpenAs(const QString& account, const Request& request,
                                        PasswordReader& passwords);

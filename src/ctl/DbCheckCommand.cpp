@@ -17,7 +17,7 @@ int Run(const Request& request)
             isError ? "error" : "warning", FormatMessage(request.strings, finding.textId, finding.values)));
     }
     if (findings.isEmpty())
-        Console::Print(QStringLiteral("%1: no problems found").arg(request.arguments[0]));
+        Console::Print(QStringLiteral("%1: no problems found").arg(AccountOptions::ShownTarget(request)));
     return failed ? exitFailed : exitOk;
 }
 

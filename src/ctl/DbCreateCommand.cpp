@@ -3,8 +3,6 @@
 #include "ctl/Console.h"
 #include "ctl/PasswordReader.h"
 
-#include <QUrl>
-
 namespace {
 
 int Run(const Request& request)
@@ -13,10 +11,9 @@ int Run(const Request& request)
     const dao::Location location = AccountOptions::TargetOf(request);
     PasswordReader passwords(request.options.isSet("password-stdin"));
     dao::CreateDatabase(location, administrator, passwords.New(administrator));
-    Console::Print(
-        location.workgroup.isEmpty()
-            ? QStringLiteral("Created %1").arg(QUrl(location.database).toString(QUrl::RemovePassword))
-            : QStringLiteral("Created %1 and %2").arg(location.database, location.workgroup));
+    Console::Print(location.workgroup.isEmpty()
+                       ? QStringLiteral("Created %1").arg(AccountOptions::ShownTarget(request))
+                       : QStringLiteral("Created %1 and %2").arg(location.database, location.workgroup));
     return exitOk;
 }
 

@@ -130,6 +130,15 @@ TEST_F(RightsTest, OperatorsStoreTheirOwnWorkOnly)
         const auto kind = KindOf([&] { c.act(*m_olga); });
         EXPECT_EQ(kind, c.permitted ? std::nullopt : std::optional(Kind::NotPermitted)) << c.name;
     }
+    // Without the right to regroup that is forbidden, too.
+    AddOperator("Ivan");
+    const auto ivan = Open("Ivan", "pw");
+    EXPECT_EQ(KindOf([&] {
+                  AddTo(*ivan, "dynamic_regroup", {{"group_id", group}, {"member_id", unit}, {"pos", 2}});
+              }),
+              Kind::NotPermitted);
+    m_workspace->Users().Delete("Ivan");
+    Run(*m_workspace, "drop_user_profile", {{"id", 3}});
     EXPECT_EQ(Sql("select * from status order by status_code", "status_code in_desc"),
               QStringList({"1|before"}));
     EXPECT_EQ(Rows("find_users_ob_user", {{"lookfor", ""}}, "UserName logged_on allow_dr"),

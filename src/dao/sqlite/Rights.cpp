@@ -8,6 +8,10 @@ namespace {
 
 constexpr auto notAdministrator = "NOT (SELECT administrator FROM temp.session_right)";
 
+constexpr auto mayNotRegroup =
+    "NOT (SELECT administrator FROM temp.session_right) AND NOT EXISTS (SELECT 1 FROM main.user_profile "
+    "WHERE kyn_fold(\"UserName\") = kyn_fold(kyn_user()) AND allow_dr)";
+
 struct Rule {
     const char* table;
     const char* change;
@@ -26,6 +30,9 @@ constexpr Rule rules[] = {
      "kyn_fold(OLD.\"UserName\") <> kyn_fold(kyn_user()) "
      "AND NOT (SELECT administrator FROM temp.session_right)"},
     {"user_profile", "DELETE", notAdministrator},
+    {"dynamic_regroup", "INSERT", mayNotRegroup},
+    {"dynamic_regroup", "UPDATE", mayNotRegroup},
+    {"dynamic_regroup", "DELETE", mayNotRegroup},
 };
 
 // Tables that only administrators change.
