@@ -8,6 +8,8 @@
 #include "admin/frmStatusEditor.h"
 #include "admin/frmUserManager.h"
 #include "app/HelpKey.h"
+#include "core/DatabaseChanges.h"
+#include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/Prompt.h"
 #include "core/ShowModal.h"
