@@ -5,6 +5,7 @@
 #include "admin/UserRules.h"
 #include "core/AccountChanges.h"
 #include "core/Captions.h"
+#include "core/DatabaseChanges.h"
 #include "core/DbSession.h"
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
@@ -49,6 +50,10 @@ frmUserManager::~frmUserManager() = default;
 void frmUserManager::ConnectControls()
 {
     connect(m_ui->cmdFind, &QPushButton::clicked, this, &frmUserManager::List);
+    connect(&m_services.session.Changes(), &DatabaseChanges::Changed, this, [this](const QString& table) {
+        if (table.isEmpty() || table == QLatin1String("user_profile") || table == QLatin1String("membership"))
+            ListAgain();
+    });
     connect(m_ui->lvUsers->header(), &QHeaderView::sectionClicked, this, &frmUserManager::SortBy);
     connect(m_ui->lvUsers->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmUserManager::EnableButtons);
@@ -62,6 +67,18 @@ void frmUserManager::ConnectControls()
     connect(m_ui->cmdResetPassword, &QPushButton::clicked, this, &frmUserManager::ResetPassword);
     connect(m_ui->cmdClearUserFields, &QPushButton::clicked, this, &frmUserManager::ClearFields);
     connect(m_ui->cmdCancelUser, &QPushButton::clicked, this, &frmUserManager::ShowList);
+}
+
+void frmUserManager::ListAgain()
+{
+    if (m_ui->stkPanes->currentWidget() != m_ui->picUserList)
+        return; // what is being entered stays as it is
+    const QVariant key = GetSelectedItem(*m_ui->lvUsers).data(UserModel::KeyRole);
+    List();
+    if (key.isValid())
+        for (const QModelIndex& row :
+             m_users->match(m_users->index(0, 0), UserModel::KeyRole, key, 1, Qt::MatchExactly))
+            m_ui->lvUsers->setCurrentIndex(row);
 }
 
 void frmUserManager::List()

@@ -1,6 +1,7 @@
 #include "AdminStack.h"
 
 #include "admin/frmUserManager.h"
+#include "core/AccountChanges.h"
 
 #include <QComboBox>
 #include <QHeaderView>
@@ -45,6 +46,20 @@ protected:
 
     std::unique_ptr<frmUserManager> window;
 };
+
+TEST_F(UserManagerTest, AccountsOfAnotherConsoleShowAndTheSelectionStays)
+{
+    Open();
+    Add("Zoe", "Alpha", "Operators");
+    auto& list = Child<QTreeView>(*window, "lvUsers");
+    list.setCurrentIndex(list.model()->index(1, 0));
+    const auto other = database.Open();
+    AddAccount(*other, {"Mia", "PID", "pw", "Mike", "Operators", false});
+    if (!TestServer::IsWanted())
+        session.Changes().Tell(QString());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return Users().size() == 3; }, 5000));
+    EXPECT_EQ(list.currentIndex().data().toString(), "Zoe");
+}
 
 TEST_F(UserManagerTest, AccountsAreListedFoundAndSorted)
 {
