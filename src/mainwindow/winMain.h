@@ -84,6 +84,7 @@ private:
     void ConnectServices();
     void ConnectDatabase();
     void ReloadChanged(const QString& table);
+    void ReloadNumbering();
     void Load();
     void RestoreWindowPlacement();
     void LogOnAtStart();
@@ -139,6 +140,7 @@ private:
     WindowPlacement m_placement;
     LogonCommand m_logon;
     std::unique_ptr<MainMenu> m_menu;
+    QString m_numberingTables; // as they were when the numbering was read last
 
     QWidget* m_client = nullptr; // everything below the menu bar
     KeyedToolBar* tbMain = nullptr;

@@ -16,6 +16,7 @@
 #include "mainwindow/LogPane.h"
 #include "mainwindow/MainMenu.h"
 #include "mainwindow/NodeKeys.h"
+#include "mainwindow/NumberingTables.h"
 #include "mainwindow/PaneSplitter.h"
 #include "mainwindow/ScadaPane.h"
 #include "mainwindow/SendPane.h"
@@ -284,8 +285,22 @@ void winMain::ReloadChanged(const QString& table)
     if (changed("status")) {
         Attempt([this] { picSend->ReplaceStati(ReadStati(m_services.session, m_services.statusTexts)); });
     }
-    // Radios are named and dialled by the numbering, which the radio link has read at the logon.
     if (changed("fleet") || changed("kyn_registry")) {
-        Attempt([this] { m_services.executive.LoadFleetData(); }, false);
+        ReloadNumbering();
+    }
+}
+
+// Reading it afresh drops the numbering in use when it fails, so it is read only when it has changed.
+void winMain::ReloadNumbering()
+{
+    try {
+        const QString tables = ReadNumberingTables(m_services.session);
+        if (tables != m_numberingTables) {
+            m_services.executive.LoadFleetData();
+            m_numberingTables = tables;
+        }
+    } catch (const std::exception&) {
+        // Not to be read, or nothing that numbers: what was in use stays, or the radio link tells what is
+        // wrong.
     }
 }
