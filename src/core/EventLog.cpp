@@ -72,7 +72,7 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
         try {
             Store(database, record);
         } catch (const dao::Error& failure) {
-            if (failure.kind != dao::Kind::ServerAway)
+            if (failure.kind != dao::Kind::ServerAway || !m_spool)
                 throw;
             m_failing = true;
             Keep(record);
@@ -87,7 +87,22 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
     }
 }
 
+// A server's texts hold every character but NUL, which a received text may have: its sign stands for it there.
 void EventLog::Store(dao::Database& database, const LogRecord& record)
+{
+    try {
+        Insert(database, record);
+    } catch (const dao::Error& failure) {
+        if (failure.kind != dao::Kind::BadValue || !record.desc.contains(QChar::Null))
+            throw;
+        constexpr char16_t signOfNull = 0x2400;
+        LogRecord storable = record;
+        storable.desc.replace(QChar::Null, QChar(signOfNull));
+        Insert(database, storable);
+    }
+}
+
+void EventLog::Insert(dao::Database& database, const LogRecord& record)
 {
     const auto records = database.OpenTable(table, true);
     records->AddNew();

@@ -47,6 +47,7 @@ private:
     void OpenSpool(const QString& databaseId);
     void Keep(const LogRecord& record);
     void Store(dao::Database& database, const LogRecord& record);
+    void Insert(dao::Database& database, const LogRecord& record);
     void StoreNext(dao::Database& database);
     bool IsKept(const LogRecord& record) const;
 

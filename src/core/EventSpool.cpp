@@ -52,24 +52,28 @@ void SyncFolder(const QString& folder)
 
 } // namespace
 
-EventSpool::EventSpool(const QString& folder, const QString& databaseId)
+EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_folder(folder)
 {
     QDir().mkpath(folder);
     for (int number = 1; number <= mostConsoles; ++number) {
-        m_file = QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));
-        m_lock = std::make_unique<QLockFile>(m_file + ".lock");
-        m_lock->setStaleLockTime(0);
-        if (m_lock->tryLock())
-            break;
+        const QString file =
+            QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));
+        if (!m_files.empty() && !QFile::exists(file))
+            continue;
+        auto lock = std::make_unique<QLockFile>(file + ".lock");
+        lock->setStaleLockTime(0);
+        if (!lock->tryLock())
+            continue;
+        Load(file);
+        m_files.push_back({file, std::move(lock)});
     }
-    Load();
 }
 
 EventSpool::~EventSpool() = default;
 
-void EventSpool::Load()
+void EventSpool::Load(const QString& name)
 {
-    QFile file(m_file);
+    QFile file(name);
     if (!file.open(QIODevice::ReadOnly))
         return;
     while (!file.atEnd()) {
@@ -80,17 +84,22 @@ void EventSpool::Load()
         if (ParseLine(line, record))
             m_records.append(record);
         else
-            ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(m_file, QString::fromUtf8(line)));
+            ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(name, QString::fromUtf8(line)));
     }
 }
 
 void EventSpool::Append(const LogRecord& record)
 {
-    const bool isNew = !QFile::exists(m_file);
+    if (m_files.empty()) { // too many consoles, or the folder cannot be written to
+        errno = ENOLCK;
+        Fail(m_folder);
+    }
+    const QString& file = m_files.front().name;
+    const bool isNew = !QFile::exists(file);
     const int handle =
-        open(QFile::encodeName(m_file).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+        open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     if (handle < 0)
-        Fail(m_file);
+        Fail(file);
     // A line that a failure cut short must not spoil this one: an empty line does no harm.
     const QByteArray line = '\n' + LineOf(record);
     const bool written = write(handle, line.constData(), static_cast<size_t>(line.size())) == line.size();
@@ -98,17 +107,21 @@ void EventSpool::Append(const LogRecord& record)
         const int reason = errno;
         close(handle);
         errno = reason;
-        Fail(m_file);
+        Fail(file);
     }
     close(handle);
     if (isNew)
-        SyncFolder(QFileInfo(m_file).path());
+        SyncFolder(QFileInfo(file).path());
     m_records.append(record);
 }
 
 void EventSpool::Clear()
 {
+    for (const LockedFile& file : m_files) {
+        if (QFile::exists(file.name) && !QFile::remove(file.name))
+            Fail(file.name);
+    }
     m_records.clear();
-    if (QFile::exists(m_file) && !QFile::remove(m_file))
-        Fail(m_file);
+    if (m_files.size() > 1)
+        m_files.erase(m_files.begin() + 1, m_files.end()); // another console may use these again
 }

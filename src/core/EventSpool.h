@@ -5,6 +5,7 @@
 #include <QLockFile>
 #include <QString>
 #include <memory>
+#include <vector>
 
 // One record of the table event on its way there.
 struct LogRecord {
@@ -22,21 +23,25 @@ struct LogRecord {
 class EventSpool {
 public:
     // The records of one database in a folder. Several consoles of one account of the system keep a file
-    // each. What an earlier run has left is there.
+    // each. What earlier runs have left is there, whichever console they were of.
     EventSpool(const QString& folder, const QString& databaseId);
     ~EventSpool();
 
-    const QString& FileName() const { return m_file; }
     const QList<LogRecord>& Records() const { return m_records; }
     // On disk when it returns. Raises Error.
     void Append(const LogRecord& record);
-    // All of them are stored.
+    // All of them are stored. Raises Error when a file stays; the records are kept then.
     void Clear();
 
 private:
-    void Load();
+    struct LockedFile {
+        QString name;
+        std::unique_ptr<QLockFile> lock;
+    };
 
-    QString m_file;
-    std::unique_ptr<QLockFile> m_lock;
+    void Load(const QString& file);
+
+    QString m_folder;
+    std::vector<LockedFile> m_files; // the first is written to
     QList<LogRecord> m_records;
 };

@@ -112,6 +112,13 @@ TEST_F(ServerRecordsTest, OfOneDatabaseNeverReachAnother)
     EXPECT_EQ(Stored(), QStringList({"mine"}));
 }
 
+TEST_F(ServerRecordsTest, WithACharacterThatNoServerHoldsAreStored)
+{
+    EventLog log(*session, strings, folder.path());
+    EXPECT_FALSE(Warns(log, QString("fill") + QChar::Null + "ed"));
+    EXPECT_EQ(Stored(), QStringList(QString("fill") + QChar(0x2400) + "ed"));
+}
+
 // Four consoles, each a process, while the server crashes and comes back.
 TEST_F(ServerRecordsTest, OfManyConsolesOutliveACrashOfTheServer)
 {

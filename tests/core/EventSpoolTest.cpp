@@ -1,0 +1,59 @@
+// Where log records wait for their database.
+
+#include "core/EventSpool.h"
+#include "core/Errors.h"
+#include "support/QtPrinters.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+namespace {
+
+LogRecord Record(const QString& id)
+{
+    return {id, QDateTime::fromMSecsSinceEpoch(0, Qt::UTC), 2, "text " + id, "Car 1", "200"};
+}
+
+QStringList Ids(const EventSpool& spool)
+{
+    QStringList ids;
+    for (const LogRecord& record : spool.Records())
+        ids.append(record.id);
+    return ids;
+}
+
+TEST(EventSpool, TakesOverWhatConsolesThatAreGoneHaveLeft)
+{
+    const QTemporaryDir folder;
+    EventSpool first(folder.path(), "db");
+    {
+        EventSpool second(folder.path(), "db");
+        EventSpool third(folder.path(), "db");
+        first.Append(Record("1"));
+        second.Append(Record("2"));
+        third.Append(Record("3"));
+    }
+    EventSpool next(folder.path(), "db");
+    EXPECT_EQ(Ids(next), QStringList({"2", "3"})) << "not those of a console that is there";
+    next.Clear();
+    EXPECT_EQ(Ids(first), QStringList("1"));
+    EXPECT_EQ(QDir(folder.path()).entryList({"*.waiting"}), QStringList("log-db-1.waiting"));
+}
+
+TEST(EventSpool, ForgetsNothingThatItCannotClear)
+{
+    const QTemporaryDir folder;
+    EventSpool spool(folder.path(), "db");
+    spool.Append(Record("1"));
+    const QString file = folder.filePath("log-db-1.waiting");
+    ASSERT_TRUE(QFile::remove(file) && QDir().mkdir(file)); // a folder is no file to be removed
+    EXPECT_THROW(spool.Clear(), Error);
+    EXPECT_EQ(Ids(spool), QStringList("1"));
+    ASSERT_TRUE(QDir().rmdir(file));
+    spool.Clear();
+    EXPECT_EQ(Ids(spool), QStringList());
+}
+
+} // namespace
