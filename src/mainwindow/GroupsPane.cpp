@@ -87,36 +87,38 @@ void GroupsPane::TellChosen()
 
 void GroupsPane::ReloadGrps(const QString& lookfor)
 {
-    Reload(true, lookfor, false);
+    Reload(true, lookfor, ReloadCause::Operator);
 }
 
 void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
 {
     QMetaObject::invokeMethod(
-        this, [this, lookfor] { Reload(false, lookfor, true); }, Qt::QueuedConnection);
+        this, [this, lookfor] { Reload(false, lookfor, ReloadCause::Radio); }, Qt::QueuedConnection);
 }
 
 // A reload that comes while another one asks whether to try again has nothing to add to it.
-void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool quietly)
+void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cause)
 {
     if (!m_session.LoggedOn || m_reloading) {
         return;
     }
     const QScopedValueRollback reloading(m_reloading, true);
     const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
-    const QString selected = withStatic && quietly ? SelectedStaticGroup() : QString();
+    const QString selected =
+        withStatic && cause != ReloadCause::Operator ? SelectedStaticGroup() : QString();
+    std::exception_ptr failure;
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
-        if (withStatic) {
-            m_lookfor = lookfor;
-            m_loader.LoadStatic(lookfor);
+        try {
+            Load(withStatic, lookfor, cause);
+        } catch (...) {
+            failure = std::current_exception(); // half of the tree may be new
         }
-        m_loader.LoadDynamic(lookfor);
-        m_commands.MarkPending();
+        const bool keepPlace = cause != ReloadCause::Operator;
         UnfoldFilled([&](const QModelIndex& node) {
-            return quietly && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+            return keepPlace && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
         });
-        if (quietly) {
+        if (keepPlace) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
             SelectStaticGroup(selected);
         } else {
@@ -125,6 +127,19 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, bool quietly)
         }
     }
     Q_EMIT AllowedChanged();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void GroupsPane::Load(bool withStatic, const QString& lookfor, ReloadCause cause)
+{
+    if (withStatic) {
+        m_lookfor = lookfor;
+        m_loader.LoadStatic(lookfor, cause);
+    }
+    m_loader.LoadDynamic(lookfor, cause);
+    m_commands.MarkPending();
 }
 
 // Static groups have no keys; they are known again by their callsigns.

@@ -24,7 +24,8 @@ public:
     // Reads the groups that match a search text, empty: all. Does nothing while nobody is logged on.
     void ReloadGrps(const QString& lookfor = {});
     // The same groups afresh, because another console changed them; selection and scroll stay.
-    void ReloadQuietly() { Reload(true, m_lookfor, true); }
+    // Raises Error and dao::Error; what could not be read is as it was then.
+    void ReloadQuietly() { Reload(true, m_lookfor, ReloadCause::OtherConsole); }
     // Asked before a member is dragged.
     void SetMayDrag(const std::function<bool()>& mayDrag);
 
@@ -54,7 +55,8 @@ Q_SIGNALS:
 private:
     void BuildTree();
     void TellChosen();
-    void Reload(bool withStatic, const QString& lookfor, bool quietly);
+    void Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
+    void Load(bool withStatic, const QString& lookfor, ReloadCause cause);
     QString SelectedStaticGroup() const; // empty when none is selected
     void SelectStaticGroup(const QString& callsign);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);

@@ -89,7 +89,7 @@ void IndividualsPane::TellChosen()
 
 void IndividualsPane::ReloadInds(const QString& lookfor)
 {
-    Reload(lookfor, false);
+    Reload(lookfor, ReloadCause::Operator);
 }
 
 void IndividualsPane::ReloadInds()
@@ -99,13 +99,13 @@ void IndividualsPane::ReloadInds()
     }
     const auto reload = [this] {
         m_reloadDue = false;
-        Reload({}, true);
+        Reload({}, ReloadCause::Radio);
     };
     QMetaObject::invokeMethod(this, reload, Qt::QueuedConnection);
 }
 
 // A reload that comes while another one asks whether to try again has nothing to add to it.
-void IndividualsPane::Reload(const QString& lookfor, bool quietly)
+void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
 {
     if (!m_parts.session.LoggedOn || m_reloading) {
         return;
@@ -119,6 +119,9 @@ void IndividualsPane::Reload(const QString& lookfor, bool quietly)
             ReadIndividuals(m_parts.database, lookfor, AddressListLimit(m_parts.settings), rows);
             again = false;
         } catch (const std::exception& failure) {
+            if (cause == ReloadCause::OtherConsole) {
+                throw;
+            }
             ProgramLog::Write(DescribeError(failure, m_parts.strings));
             again = m_parts.prompt.AskQuestion(m_parts.strings.LoadString(MainText::IndividualsUnread));
         }
@@ -128,7 +131,7 @@ void IndividualsPane::Reload(const QString& lookfor, bool quietly)
         const TreePlace place(*lvIndividuals, IndividualsModel::KeyRole);
         m_model->Replace(std::move(rows));
         SizeColumns();
-        if (quietly) {
+        if (cause != ReloadCause::Operator) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
         }
     }

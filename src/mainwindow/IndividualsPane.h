@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/ReloadCause.h"
 #include "radio/Views.h"
 
 #include <QModelIndex>
@@ -32,7 +33,8 @@ public:
     // Reads the radios that match a search text, empty: all. Does nothing while nobody is logged on.
     void ReloadInds(const QString& lookfor);
     // The same list afresh, because another console changed it; selection and scroll stay.
-    void ReloadQuietly() { Reload(m_lookfor, true); }
+    // Raises Error and dao::Error; the list is as it was then.
+    void ReloadQuietly() { Reload(m_lookfor, ReloadCause::OtherConsole); }
     // From the radio; the reload follows from the event loop, once for several changes.
     void ReloadInds() override;
 
@@ -54,7 +56,7 @@ Q_SIGNALS:
 private:
     void BuildList();
     void TellChosen();
-    void Reload(const QString& lookfor, bool quietly);
+    void Reload(const QString& lookfor, ReloadCause cause);
 
     Parts m_parts;
     IndividualsModel* m_model;

@@ -10,7 +10,7 @@
 #include "mainwindow/TextIds.h"
 #include "radio/Map27Executive.h"
 
-void TalkgroupLoader::LoadStatic(const QString& lookfor)
+void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
 {
     std::vector<TalkgroupRow> groups;
     const auto read = [&] {
@@ -18,11 +18,11 @@ void TalkgroupLoader::LoadStatic(const QString& lookfor)
         TalkgroupReader(m_services.session)
             .ReadStatic(lookfor, AddressListLimit(m_services.settings), groups);
     };
-    Read(read, MainText::StaticGroupsUnread);
+    Read(read, MainText::StaticGroupsUnread, cause);
     m_model.ReplaceStatic(groups);
 }
 
-void TalkgroupLoader::LoadDynamic(const QString& lookfor)
+void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
 {
     const TalkgroupReader reader(m_services.session);
     std::vector<TalkgroupRow> groups;
@@ -37,20 +37,23 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor)
         members.clear();
         reader.ReadMembers(m_services.executive.MyCallsign(), members);
     };
-    if (Read(readGroups, MainText::DynamicGroupsUnread)) {
-        Read(readMembers, MainText::DynamicGroupsUnread);
+    if (Read(readGroups, MainText::DynamicGroupsUnread, cause)) {
+        Read(readMembers, MainText::DynamicGroupsUnread, cause);
     }
     m_model.ReplaceDynamic(groups, members, defaultGroup);
 }
 
 // Until it succeeds or the operator gives up. Whether it succeeded.
-bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion)
+bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause)
 {
     for (;;) {
         try {
             read();
             return true;
         } catch (const std::exception& failure) {
+            if (cause == ReloadCause::OtherConsole) {
+                throw;
+            }
             ProgramLog::Write(DescribeError(failure, m_services.strings));
         }
         if (!m_services.prompt.AskQuestion(m_services.strings.LoadString(retryQuestion))) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/ReloadCause.h"
 #include "mainwindow/TalkgroupServices.h"
 
 #include <QString>
@@ -18,11 +19,11 @@ public:
     }
 
     // Groups that match a search text, at most as many as the settings say; empty: all.
-    void LoadStatic(const QString& lookfor);
-    void LoadDynamic(const QString& lookfor);
+    void LoadStatic(const QString& lookfor, ReloadCause cause);
+    void LoadDynamic(const QString& lookfor, ReloadCause cause);
 
 private:
-    bool Read(const std::function<void()>& read, int retryQuestion);
+    bool Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause);
 
     TalkgroupServices m_services;
     TalkgroupModel& m_model;

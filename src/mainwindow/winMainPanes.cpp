@@ -277,10 +277,10 @@ void winMain::ReloadChanged(const QString& table)
     }
     const auto changed = [&](const char* name) { return table.isEmpty() || table == QLatin1String(name); };
     if (changed("address") || changed("dynamic_regroup")) {
-        picGroups->ReloadQuietly();
+        Attempt([this] { picGroups->ReloadQuietly(); });
     }
-    if (changed("address")) {
-        picIndividuals->ReloadQuietly();
+    if (changed("address") || changed("kyn_registry")) { // which says whether the duty state counts
+        Attempt([this] { picIndividuals->ReloadQuietly(); });
     }
     if (changed("status")) {
         Attempt([this] { picSend->ReplaceStati(ReadStati(m_services.session, m_services.statusTexts)); });

@@ -132,4 +132,22 @@ TEST(Individuals, ComeAndGoWithTheirDutyStatusWithoutStealingTheSelection)
     EXPECT_FALSE(stack.Find<QAction>("miRegroup").isEnabled());
 }
 
+// A box at each activation of the window would keep the dispatcher from working while the database is away.
+TEST(Individuals, AndTheTreeStayWithoutAskingWhenWhatAnotherConsoleChangedCannotBeRead)
+{
+    IndividualsStack stack;
+    const QString listed = stack.Callsigns();
+    const auto shown = stack.Shown();
+    ASSERT_FALSE(listed.isEmpty() || shown.isEmpty());
+    stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("share is gone")); };
+    stack.session.Changes().Tell({}); // an unexpected question fails the test
+    EXPECT_EQ(stack.Callsigns(), listed);
+    EXPECT_EQ(stack.Shown(), shown);
+    stack.session.onUse = nullptr;
+
+    RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("0"));
+    stack.session.Changes().Tell(QStringLiteral("kyn_registry"));
+    EXPECT_NE(stack.Callsigns(), listed) << "all, on duty or not";
+}
+
 }

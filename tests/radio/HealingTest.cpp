@@ -145,6 +145,30 @@ TEST_F(Healing, LoggingOffAndOnLeavesNoHalfOpenPort)
     EXPECT_TRUE(Runs(LinkStatus::State::Ready, 5000));
 }
 
+// A line that was open once and then is neither opened nor refused, as a network that drops everything.
+struct SwallowedPort : RadioPort {
+    void Open(bool wait) override { open = wait; }
+    void Close() override { open = false; }
+    bool IsOpen() const override { return open; }
+    void Write(const QByteArray&) override {}
+    bool open = false;
+};
+
+TEST(RealLine, LoggingOffWhileItIsOpenedAgainLeavesNothingBehind)
+{
+    CStringSourceImpl source{QStringList{}};
+    FakeClock clock;
+    SerialMap27Control control(source.CreateStringSource(QStringLiteral("CKYN")), clock,
+                               [](const QString&, int) { return std::make_unique<SwallowedPort>(); });
+    control.OpenLink();
+    clock.Step(LinkWatch::ReopenInterval);
+    control.OnTime();
+    EXPECT_EQ(control.Link().state, LinkStatus::State::Lost);
+    control.CloseLink();
+    control.OpenLink();
+    EXPECT_EQ(control.Link().state, LinkStatus::State::Connecting);
+}
+
 // The port under its own name, and its adapter under another one.
 struct OneAdapter : SerialAdapters {
     QString IdentityOf(const QString&) const override { return QStringLiteral("A100"); }
