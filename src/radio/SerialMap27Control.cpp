@@ -121,6 +121,7 @@ void SerialMap27Control::CloseLink()
 {
     m_timer.stop();
     m_retryAt.reset();
+    m_reopening = false;
     m_events.clear();
     if (m_port) {
         m_port->disconnect(this);
