@@ -7,6 +7,7 @@
 #include "core/TextIds.h"
 #include "dao/Database.h"
 #include "dao/Error.h"
+#include "dao/TextMatch.h"
 
 #include <QDeadlineTimer>
 #include <QUuid>
@@ -95,9 +96,8 @@ void EventLog::Store(dao::Database& database, const LogRecord& record)
     } catch (const dao::Error& failure) {
         if (failure.kind != dao::Kind::BadValue || !record.desc.contains(QChar::Null))
             throw;
-        constexpr char16_t signOfNull = 0x2400;
         LogRecord storable = record;
-        storable.desc.replace(QChar::Null, QChar(signOfNull));
+        storable.desc = dao::WithSignsForNull(record.desc);
         Insert(database, storable);
     }
 }

@@ -48,6 +48,15 @@ QStringList CommonColumns(const TableShape& one, const TableShape& other)
     return columns;
 }
 
+// A file may hold a NUL in a received text, a server may not.
+void ReplaceNulls(std::vector<QVariantList>& page)
+{
+    for (QVariantList& row : page)
+        for (QVariant& value : row)
+            if (value.typeId() == QMetaType::QString && value.toString().contains(QChar::Null))
+                value = WithSignsForNull(value.toString());
+}
+
 // All records in the order of their keys, in pages.
 void ForEachPage(Engine& engine, const TableShape& table, const QStringList& columns,
                  const std::function<void(const std::vector<QVariantList>&)>& take)
@@ -59,9 +68,10 @@ void ForEachPage(Engine& engine, const TableShape& table, const QStringList& col
     QVariantList last;
     while (true) {
         const QString after = last.isEmpty() ? QString() : " WHERE (" + key + ") > (" + marks + ")";
-        const auto page = engine.AllRows(select + after + order, last);
+        auto page = engine.AllRows(select + after + order, last);
         if (page.empty())
             return;
+        ReplaceNulls(page);
         take(page);
         last.clear();
         for (const QString& field : table.KeyFields())

@@ -22,6 +22,12 @@ QString Fold(const QString& text)
     return QString::fromStdU32String(characters);
 }
 
+QString WithSignsForNull(QString text)
+{
+    constexpr char16_t sign = 0x2400;
+    return text.replace(QChar::Null, QChar(sign));
+}
+
 LookFor::LookFor(const QString& pattern) : m_pattern(U'*' + Fold(pattern).toStdU32String() + U'*') {}
 
 // Greedy match with one point of return: when the text after the last "*" does not fit, that "*" takes one

@@ -10,6 +10,9 @@ namespace dao {
 // use it stale.
 QString Fold(const QString& text);
 
+// NUL, which no server can store, as its sign; everything else as it is.
+QString WithSignsForNull(QString text);
+
 // A search text of the lists: matches anywhere in a text, without regard to case; "*" stands for any
 // characters, "?" for exactly one, everything else for itself. An empty one matches everything.
 class LookFor {
