@@ -56,6 +56,19 @@ void TourScript::Outstation()
         QStringLiteral("scada-query-controls"), QStringLiteral("control 0 on"),
         [] { TourHand::Click(QStringLiteral("cmdQryControls")); },
         All({Hidden(Agent), Signal(Controls, 0, "con"), Signal(Controls, 3, "coff")}));
+    SwitchControls();
+    Add(
+        QStringLiteral("scada-all-on"), QStringLiteral("all controls on, as the outstation reports"),
+        [] { TourHand::Click(QStringLiteral("cmdALLON")); },
+        All({Hidden(Agent), Signal(Controls, 0, "con"), Signal(Controls, 7, "con")}));
+    Add(
+        QStringLiteral("talkgroups-again"), QStringLiteral("the talkgroups"),
+        [] { TourHand::Key(QStringLiteral("cmbAddress"), Qt::Key_Tab, Qt::ControlModifier); },
+        Visible(QStringLiteral("tvGroups")));
+}
+
+void TourScript::SwitchControls()
+{
     Add(
         QStringLiteral("scada-switch-waits"), QStringLiteral("control 3 waiting for the answer"),
         [this] {
@@ -91,12 +104,4 @@ void TourScript::Outstation()
                             ? QString()
                             : QStringLiteral("sensor 1 known");
              }}));
-    Add(
-        QStringLiteral("scada-all-on"), QStringLiteral("all controls on, as the outstation reports"),
-        [] { TourHand::Click(QStringLiteral("cmdALLON")); },
-        All({Hidden(Agent), Signal(Controls, 0, "con"), Signal(Controls, 7, "con")}));
-    Add(
-        QStringLiteral("talkgroups-again"), QStringLiteral("the talkgroups"),
-        [] { TourHand::Key(QStringLiteral("cmbAddress"), Qt::Key_Tab, Qt::ControlModifier); },
-        Visible(QStringLiteral("tvGroups")));
 }

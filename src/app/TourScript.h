@@ -33,6 +33,7 @@ private:
     void RegroupNotDone();
     void NamesAndUngroup();
     void Outstation();
+    void SwitchControls();
     // In TourNumbering.cpp; they begin with nobody logged on.
     void FleetPlan();
     void FleetPlanRefusals();
