@@ -103,9 +103,7 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cau
         return;
     }
     const QScopedValueRollback reloading(m_reloading, true);
-    const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
-    const QString selected =
-        withStatic && cause != ReloadCause::Operator ? SelectedStaticGroup() : QString();
+    const TreePlace place(*tvGroups, TalkgroupModel::PlaceRole);
     std::exception_ptr failure;
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
@@ -116,11 +114,10 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cau
         }
         const bool keepPlace = cause != ReloadCause::Operator;
         UnfoldFilled([&](const QModelIndex& node) {
-            return keepPlace && place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+            return keepPlace && place.WasFolded(node.data(TalkgroupModel::PlaceRole).toString());
         });
         if (keepPlace) {
-            place.Restore([this](const QString& key) { return m_model->Find(key); });
-            SelectStaticGroup(selected);
+            place.Restore([this](const QString& key) { return m_model->FindPlace(key); });
         } else {
             tvGroups->clearSelection();
             ScrollToLast();
@@ -143,26 +140,6 @@ void GroupsPane::Load(bool withStatic, const QString& lookfor, ReloadCause cause
 }
 
 // Static groups have no keys; they are known again by their callsigns.
-QString GroupsPane::SelectedStaticGroup() const
-{
-    const QModelIndex node = SelectedNode();
-    return node.isValid() && node.parent() == m_model->Root(TalkgroupModel::StaticKey)
-               ? node.data(TalkgroupModel::TagRole).toString()
-               : QString();
-}
-
-void GroupsPane::SelectStaticGroup(const QString& callsign)
-{
-    const QModelIndex root = m_model->Root(TalkgroupModel::StaticKey);
-    for (int row = 0; !callsign.isEmpty() && row < m_model->rowCount(root); ++row) {
-        const QModelIndex group = m_model->index(row, 0, root);
-        if (group.data(TalkgroupModel::TagRole).toString() == callsign) {
-            tvGroups->setCurrentIndex(group);
-            return;
-        }
-    }
-}
-
 // Groups first: a root that is still folded has nothing to lay out.
 void GroupsPane::UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded)
 {
@@ -206,12 +183,12 @@ void GroupsPane::KeepPlace(const std::function<void()>& change)
 {
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
-        const TreePlace place(*tvGroups, TalkgroupModel::KeyRole);
+        const TreePlace place(*tvGroups, TalkgroupModel::PlaceRole);
         change();
         UnfoldFilled([&](const QModelIndex& node) {
-            return place.WasFolded(node.data(TalkgroupModel::KeyRole).toString());
+            return place.WasFolded(node.data(TalkgroupModel::PlaceRole).toString());
         });
-        place.Restore([this](const QString& key) { return m_model->Find(key); });
+        place.Restore([this](const QString& key) { return m_model->FindPlace(key); });
     }
     Q_EMIT AllowedChanged();
 }

@@ -57,8 +57,6 @@ private:
     void TellChosen();
     void Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
     void Load(bool withStatic, const QString& lookfor, ReloadCause cause);
-    QString SelectedStaticGroup() const; // empty when none is selected
-    void SelectStaticGroup(const QString& callsign);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
     void ScrollToLast();
     void KeepPlace(const std::function<void()>& change);

@@ -12,6 +12,7 @@ struct StatusItem {
     QString text; // "05 - Arrived"
 };
 
-// Reads the status messages of the network afresh, by code, and fills the status texts. What cannot be read
-// ends the list without a message, as does a code outside 0..31, which is still in the list.
+// Reads the status messages of the network afresh, by code, and fills the status texts. A code outside 0..31
+// ends the list without a message, but is still in it. Raises Error and dao::Error when they cannot be read;
+// the texts are as they were then.
 std::vector<StatusItem> ReadStati(IDbSession& session, StatusTexts& statusTexts);

@@ -22,6 +22,12 @@ struct TalkgroupModel::Node {
     std::vector<std::unique_ptr<Node>> children;
 };
 
+// No key begins with a slash.
+QString TalkgroupModel::PlaceOf(const Node& node)
+{
+    return node.key.isEmpty() ? u'/' + node.tag : node.key;
+}
+
 TalkgroupModel::TalkgroupModel(const IStringSource& strings, QObject* parent)
     : QAbstractItemModel(parent),
       m_strings(strings),
@@ -46,12 +52,14 @@ void TalkgroupModel::ReplaceStatic(const std::vector<TalkgroupRow>& groups)
 {
     Node& root = *m_top->children[0];
     RemoveChildrenOf(root);
+    m_static.clear();
     if (groups.empty()) {
         return;
     }
     beginInsertRows(IndexOf(root), 0, static_cast<int>(groups.size()) - 1);
     for (const TalkgroupRow& group : groups) {
-        Append(root, {}, group.callsign + TextSeparator + group.ident, group.callsign);
+        Node& node = Append(root, {}, group.callsign + TextSeparator + group.ident, group.callsign);
+        m_static.insert(PlaceOf(node), &node);
     }
     endInsertRows();
 }
@@ -98,6 +106,12 @@ QModelIndex TalkgroupModel::Find(const QString& key) const
 {
     const Node* node = FindNode(key);
     return node != nullptr ? IndexOf(*node) : QModelIndex();
+}
+
+QModelIndex TalkgroupModel::FindPlace(const QString& place) const
+{
+    const Node* node = m_static.value(place, nullptr);
+    return node != nullptr ? IndexOf(*node) : Find(place);
 }
 
 void TalkgroupModel::SetPicture(const QString& key, const QString& picture)
@@ -225,6 +239,8 @@ QVariant TalkgroupModel::data(const QModelIndex& index, int role) const
         return StateText(node);
     case KeyRole:
         return node.key;
+    case PlaceRole:
+        return PlaceOf(node);
     case TagRole:
         return node.tag;
     case PictureRole:

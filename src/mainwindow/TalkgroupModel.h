@@ -35,6 +35,8 @@ public:
     static constexpr int TagRole = Qt::UserRole + 1;     // callsign; empty for the roots
     static constexpr int PictureRole = Qt::UserRole + 2; // key of the picture; empty when there is none
 
+    static constexpr int PlaceRole = Qt::UserRole + 4;   // names every node: its key, or a static group's callsign
+
     static constexpr auto StaticKey = "static";
     static constexpr auto DynamicKey = "dynamic";
     static constexpr auto MemberPicture = "individual_dynamic";
@@ -52,6 +54,7 @@ public:
 
     QModelIndex Root(const char* rootKey) const;
     QModelIndex Find(const QString& key) const; // invalid when there is none
+    QModelIndex FindPlace(const QString& place) const;
 
     void SetPicture(const QString& key, const QString& picture);
     void SetOutcome(const QString& key, Outcome outcome);
@@ -75,6 +78,7 @@ public:
 private:
     struct Node;
 
+    static QString PlaceOf(const Node& node);
     Node& NodeOf(const QModelIndex& index) const;
     Node* FindNode(const QString& key) const;
     QModelIndex IndexOf(const Node& node) const;
@@ -89,6 +93,7 @@ private:
     const IStringSource& m_strings;
     std::unique_ptr<Node> m_top; // invisible; its children are the roots
     QHash<QString, Node*> m_byKey;
+    QHash<QString, Node*> m_static;     // by their places
     std::vector<QString> m_withOutcome; // keys
     mutable QHash<QString, QIcon> m_icons;
 };

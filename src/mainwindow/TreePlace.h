@@ -23,7 +23,7 @@ public:
     bool WasFolded(const QString& key) const { return m_folded.contains(key); }
 
 private:
-    // A node by its key, or by its index where it has none and was not replaced.
+    // A node by its index while it is there, then by its key.
     struct Spot {
         QString key;
         QPersistentModelIndex index;

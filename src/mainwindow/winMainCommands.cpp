@@ -21,6 +21,7 @@
 #include "mainwindow/TextIds.h"
 #include "mainwindow/Windows.h"
 #include "radio/Map27Executive.h"
+#include "radio/StatusTexts.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -227,9 +228,13 @@ void winMain::ShowOwnAddress(const QString& callsign, const QString& ident)
 
 void winMain::LoadStati()
 {
-    if (m_session.LoggedOn) {
-        picSend->SetStati(ReadStati(m_services.session, m_services.statusTexts));
+    if (!m_session.LoggedOn) {
+        return;
     }
+    m_services.statusTexts.Clear();
+    picSend->SetStati({});
+    constexpr bool Quietly = false;
+    Attempt([this] { picSend->SetStati(ReadStati(m_services.session, m_services.statusTexts)); }, Quietly);
 }
 
 void winMain::AllowCommand(const QString& command, bool allow)

@@ -133,16 +133,19 @@ TEST(Individuals, ComeAndGoWithTheirDutyStatusWithoutStealingTheSelection)
 }
 
 // A box at each activation of the window would keep the dispatcher from working while the database is away.
-TEST(Individuals, AndTheTreeStayWithoutAskingWhenWhatAnotherConsoleChangedCannotBeRead)
+TEST(Individuals, AndOtherListsStayWithoutAskingWhenWhatAnotherConsoleChangedCannotBeRead)
 {
     IndividualsStack stack;
     const QString listed = stack.Callsigns();
     const auto shown = stack.Shown();
+    auto& statuses = stack.Find<QComboBox>("cmbStatusMessage");
+    statuses.addItem(QStringLiteral("05 - Proceed"), 5);
     ASSERT_FALSE(listed.isEmpty() || shown.isEmpty());
     stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("share is gone")); };
     stack.session.Changes().Tell({}); // an unexpected question fails the test
     EXPECT_EQ(stack.Callsigns(), listed);
     EXPECT_EQ(stack.Shown(), shown);
+    EXPECT_EQ(statuses.count(), 1);
     stack.session.onUse = nullptr;
 
     RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("0"));

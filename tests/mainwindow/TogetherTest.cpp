@@ -11,6 +11,28 @@
 
 namespace {
 
+TEST(Together, AStaticGroupStaysChosenWhenAnotherConsoleChangesTheDirectory)
+{
+    RegroupStack stack;
+    for (const QString callsign : {"Fire", "Police"}) {
+        const auto groups = stack.session.Database().OpenDynaset(QStringLiteral("browse_talkgroups"));
+        groups->AddNew();
+        groups->SetField(QStringLiteral("callsign"), callsign);
+        groups->SetField(QStringLiteral("IDENT"), callsign);
+        groups->SetField(QStringLiteral("Type"), 2);
+        groups->Update();
+    }
+    stack.Find<QAbstractButton>("tbMain_refresh").click();
+    const QModelIndex root = stack.Model().Root(TalkgroupModel::StaticKey);
+    const QModelIndex group = stack.Model().index(1, 0, root);
+    ASSERT_TRUE(group.isValid());
+    const QString callsign = group.data(TalkgroupModel::TagRole).toString();
+    stack.Tree().setCurrentIndex(group);
+    stack.session.Changes().Tell(QStringLiteral("address"));
+    EXPECT_EQ(stack.Tree().selectionModel()->selectedIndexes().value(0).data(TalkgroupModel::TagRole).toString(), callsign);
+    EXPECT_EQ(stack.Tree().currentIndex().parent(), stack.Model().Root(TalkgroupModel::StaticKey));
+}
+
 TEST(Together, NothingIsLostAndTheOperatorKeepsHisPlace)
 {
     RegroupStack stack;
