@@ -191,6 +191,30 @@ TEST_F(ServerTest, NamesFoldAsEverywhereElse)
     EXPECT_EQ(Open(QString(64, QChar(0x00FC)), "pw")->UserName(), QString(64, QChar(0x00DC)));
 }
 
+TEST_F(ServerTest, TheEnvironmentChangesNeitherTimesNorTexts)
+{
+    const std::pair<const char*, const char*> variables[] = {
+        {"PGTZ", "Asia/Tokyo"}, {"PGDATESTYLE", "German"}, {"PGCLIENTENCODING", "LATIN1"}};
+    for (const auto& [name, value] : variables)
+        qputenv(name, value);
+    const auto olga = Open("Olga", "pw");
+    for (const auto& [name, value] : variables)
+        qunsetenv(name);
+    const QString text = QStringLiteral("Über 😀");
+    const auto records = olga->Database().OpenTable("event", true);
+    records->AddNew();
+    records->SetField("time_stamp", m_now);
+    records->SetField("event_type", 2);
+    records->SetField("desc", text);
+    records->Update();
+    for (Workspace* session : {olga.get(), m_workspace.get()})
+        for (auto events = session->Database().OpenSnapshot("select * from event where event_type = 2");
+             !events->Eof(); events->MoveNext()) {
+            EXPECT_EQ(events->Field("desc").toString(), text);
+            EXPECT_EQ(events->Field("time_stamp").toDateTime(), m_now);
+        }
+}
+
 TEST_F(ServerTest, OtherSessionsAreToldWhatChanged)
 {
     const auto olga = Open("Olga", "pw");

@@ -19,7 +19,7 @@ using Option = ServerAddress::Option;
 // The session's own settings, after those that the address asks for.
 QByteArray SessionOptions(const QByteArray& asked, const Logon& logon)
 {
-    return asked + " -c search_path=kyn -c timezone=UTC -c datestyle=ISO -c client_encoding=UTF8" +
+    return asked + " -c search_path=kyn -c timezone=UTC -c datestyle=ISO" +
            " -c client_min_messages=error -c bytea_output=hex -c lock_timeout=" +
            QByteArray::number(static_cast<qlonglong>(logon.lockTimeout.count()));
 }
@@ -43,6 +43,7 @@ QList<Option> Parameters(QList<Option> options, const Logon& logon)
     add("user", logon.role);
     add("password", logon.password);
     add("options", SessionOptions(asked, logon));
+    add("client_encoding", "UTF8");
     add("fallback_application_name", "veltorkyn");
     add("target_session_attrs", "read-write", true);
     // A line that is cut is noticed within seconds, not after the system's quarter of an hour.
@@ -78,6 +79,15 @@ bool WaitFor(PGconn* connection, PostgresPollingStatusType what, const QDeadline
     return false;
 }
 
+// The variables PGTZ and PGDATESTYLE of whoever runs the program are taken after all options.
+void UndoEnvironment(PGconn* connection)
+{
+    const QByteArray zone = PQparameterStatus(connection, "TimeZone");
+    const QByteArray dates = PQparameterStatus(connection, "DateStyle");
+    if (zone != "UTC" || !dates.startsWith("ISO"))
+        PQclear(PQexec(connection, "SET timezone = 'UTC'; SET datestyle = 'ISO'"));
+}
+
 // The state of the server's refusal; empty when nothing was refused.
 QString RefusalState(PGconn* connection)
 {
@@ -111,6 +121,7 @@ Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
     }
     if (PQstatus(connection.get()) == CONNECTION_OK) {
         PQsetErrorVerbosity(connection.get(), PQERRORS_DEFAULT);
+        UndoEnvironment(connection.get());
         attempt.connection = std::move(connection);
     } else {
         attempt.state = RefusalState(connection.get());
