@@ -88,7 +88,8 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
     }
 }
 
-// A server's texts hold every character but NUL, which a received text may have: its sign stands for it there.
+// A server's texts hold every character but NUL, which a received text may have: its sign stands for it
+// there.
 void EventLog::Store(dao::Database& database, const LogRecord& record)
 {
     try {

@@ -139,7 +139,6 @@ void GroupsPane::Load(bool withStatic, const QString& lookfor, ReloadCause cause
     m_commands.MarkPending();
 }
 
-// Static groups have no keys; they are known again by their callsigns.
 // Groups first: a root that is still folded has nothing to lay out.
 void GroupsPane::UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded)
 {

@@ -34,8 +34,7 @@ public:
     static constexpr int KeyRole = Qt::UserRole;
     static constexpr int TagRole = Qt::UserRole + 1;     // callsign; empty for the roots
     static constexpr int PictureRole = Qt::UserRole + 2; // key of the picture; empty when there is none
-
-    static constexpr int PlaceRole = Qt::UserRole + 4;   // names every node: its key, or a static group's callsign
+    static constexpr int PlaceRole = Qt::UserRole + 3;   // names every node, those without a key, too
 
     static constexpr auto StaticKey = "static";
     static constexpr auto DynamicKey = "dynamic";
