@@ -320,6 +320,8 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             [&](const map27::PersonalityReceived& e) { HandlePersonality(e.info); },
             [&](const map27::SettingsReceived&) {},
             [&](const map27::LinkReady&) {
+                if (!m_terminal || !m_terminal->IsLinkReady())
+                    return; // lost again before this was delivered
                 m_retryPause = FirstRetry;
                 m_watch.LinkIsReady(Now());
                 SetStatus(LinkStatus::State::Ready, {});
