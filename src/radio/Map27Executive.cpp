@@ -8,6 +8,7 @@
 #include "core/Registry.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
+#include "core/Validation.h"
 #include "radio/AddressingText.h"
 #include "radio/FleetDataSource.h"
 #include "radio/Map27Control.h"
@@ -308,7 +309,11 @@ bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
         address = Addressing().DialToAddress(dial.toStdString());
         return true;
     } catch (const AddressingError& failure) {
-        m_services.prompt.ShowWarning(AddressingFailure(failure, m_services.strings).Description());
+        // A callsign that is still a callsign after the lookup is not in the directory.
+        m_services.prompt.ShowWarning(
+            IsValidCallsign(dial)
+                ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
+                : AddressingFailure(failure, m_services.strings).Description());
     } catch (const std::exception& failure) {
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
     }

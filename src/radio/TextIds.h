@@ -81,5 +81,6 @@ constexpr int NoCall = 5328;
 constexpr int NotConnected = 5329;
 constexpr int NameTooLong = 5330;
 constexpr int LinkEcho = 5331;
+constexpr int AddressUnknown = 5332;
 
 } // namespace RadioText

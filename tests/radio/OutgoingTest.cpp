@@ -109,7 +109,9 @@ class Refused : public testing::TestWithParam<RefusedCase> {};
 
 const RefusedCase RefusedCases[] = {
     {"UnknownCallsign", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Nobody"), 5); },
-     QStringLiteral("Number contains the invalid character 'N'.")},
+     QStringLiteral("'Nobody' is neither a callsign of the address directory nor a number.")},
+    {"BadNumber", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("2x"), 5); },
+     QStringLiteral("Number contains the invalid character 'x'.")},
     {"TextTooLong", [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), Long, false); },
      QStringLiteral("The message is too long: 101 characters, at most 100 can be sent in this encoding.")},
     {"TextTooLongForEightBit",
