@@ -147,14 +147,26 @@ bool frmAddressEditor::IsValid(const AddressEntry& entry)
     return false;
 }
 
+bool frmAddressEditor::CompleteIdent()
+{
+    try {
+        m_ui->txtIdent->setText(m_services.executive.MakeFullAddress(m_ui->txtIdent->text()));
+        return true;
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        m_ui->txtIdent->setFocus();
+        m_ui->txtIdent->selectAll();
+        return false;
+    }
+}
+
 void frmAddressEditor::Store()
 {
     m_ui->txtCallsign->setText(m_ui->txtCallsign->text().trimmed());
     m_ui->txtName->setText(m_ui->txtName->text().trimmed());
-    if (!IsValid(Entered()))
+    if (!IsValid(Entered()) || !CompleteIdent())
         return;
     try {
-        m_ui->txtIdent->setText(m_services.executive.MakeFullAddress(m_ui->txtIdent->text()));
         const bool protectedNow =
             m_ui->txtIdent->isEnabled() && Editing() && IsInDynamicRegroup(m_services.session, m_id);
         if (protectedNow) {

@@ -37,6 +37,7 @@ private:
     void DynamicToggled(bool checked);
     AddressEntry Entered() const;
     bool IsValid(const AddressEntry& entry);
+    bool CompleteIdent();
     void Store();
     void WriteRecord(const AddressEntry& entry);
     void OfferReload();

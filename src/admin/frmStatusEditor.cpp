@@ -42,6 +42,7 @@ frmStatusEditor::frmStatusEditor(const AdminServices& services, QWidget* parent)
     m_ui->txtEditInDesc->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
     SetFullRowSelect(*m_ui->lvStati, true);
     FillCodes();
+    EnableTexts(false);
     LoadDuty();
     Try([this] {
         m_rows = m_services.session.Database().OpenTable(QStringLiteral("status"));
@@ -132,10 +133,20 @@ void frmStatusEditor::ShowCode()
 {
     const int code = m_ui->cmbEditStatus->currentIndex();
     m_shown.reset();
+    EnableTexts(code >= 0);
     if (code >= 0)
         Try([&] { m_shown = Seek(code); });
     m_ui->txtEditInDesc->setText(m_shown ? m_shown->in : QString());
     m_ui->txtEditOutDesc->setText(m_shown ? m_shown->out : QString());
+}
+
+// Choosing a code replaces both texts: what is typed before would be lost.
+void frmStatusEditor::EnableTexts(bool enabled)
+{
+    for (QWidget* control :
+         {static_cast<QWidget*>(m_ui->txtEditInDesc), static_cast<QWidget*>(m_ui->txtEditOutDesc),
+          static_cast<QWidget*>(m_ui->Command3)})
+        control->setEnabled(enabled);
 }
 
 void frmStatusEditor::New()

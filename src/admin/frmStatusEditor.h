@@ -37,6 +37,7 @@ private:
     void LoadDuty();
     void FillList();
     void ShowCode();
+    void EnableTexts(bool enabled);
     void New();
     void EditText();
     void Set();

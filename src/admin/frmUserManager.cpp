@@ -281,6 +281,8 @@ bool frmUserManager::FieldsAreValid(Mode mode)
         m_ui->txtUserName->setFocus();
         break;
     case UserProblem::Field::Password:
+        m_ui->txtPass_0->clear();
+        m_ui->txtPass_1->clear();
         m_ui->txtPass_0->setFocus();
         break;
     case UserProblem::Field::Callsign:

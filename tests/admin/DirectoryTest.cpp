@@ -124,6 +124,7 @@ TEST_F(DirectoryTest, AddsWhatIsValidAndRefusesTheRest)
             {"9Car", "200200140", "Car", Text(2130), "txtCallsign"},
             {"", "200200140", "Car", Text(2130), "txtCallsign"},
             {"Car", "200200140", "7", Text(2138), "txtName"},
+            {"Car", "abc", "Car", Text(5001).replace("#01", "a"), "txtIdent"},
             {"UNIT20", "200200140", "Car", Text(5145).replace("#02", "UNIT20"), nullptr},
             {"Car", "22", "Car", Text(5146).replace("#02", "200200122"), nullptr}, // as it is dialled in full
         };

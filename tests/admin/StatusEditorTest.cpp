@@ -38,7 +38,8 @@ TEST_F(StatusEditorTest, MessagesAreShownSetAndDeleted)
 {
     QSignalSpy changed(window.get(), &frmStatusEditor::StatiChanged);
     EXPECT_EQ(Listed(), QStringList({"5|Arrived|Proceed", "7|Busy|"}));
-    Click(*window, "Command3"); // no code chosen
+    for (const char* name : {"Command3", "txtEditInDesc", "txtEditOutDesc"})
+        EXPECT_FALSE(Child<QWidget>(*window, name).isEnabled()) << "no code chosen";
     Select(*window, "lvStati", {1});
     EXPECT_EQ(Shown(*window, "cmbEditStatus"), "7");
     EXPECT_EQ(Texts(), "Busy|");
