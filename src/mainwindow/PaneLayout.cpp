@@ -40,6 +40,12 @@ PaneLayout ArrangePanes(const PaneSizes& sizes)
     return layout;
 }
 
+int LowestClient(const PaneSizes& sizes, int paneHeight)
+{
+    return sizes.toolBarHeight + sizes.tabRowHeight + paneHeight + 3 * Margin + sizes.sendPaneHeight +
+           sizes.statusBarHeight;
+}
+
 int SplitterLeft(int mouse, const QRect& tabStripClient, int splitterWidth)
 {
     const int last = tabStripClient.left() + tabStripClient.width() - splitterWidth;

@@ -26,5 +26,8 @@ struct PaneLayout {
 // the splitter can always be reached. Never gives a negative width or height.
 PaneLayout ArrangePanes(const PaneSizes& sizes);
 
+// The client height at which the panes above the send pane still have the given one.
+int LowestClient(const PaneSizes& sizes, int paneHeight);
+
 // Left edge of the splitter for a mouse at a horizontal position: inside the client area.
 int SplitterLeft(int mouse, const QRect& tabStripClient, int splitterWidth);

@@ -95,6 +95,16 @@ void StatusBar::ShowOperatingConditions(bool inService, int fieldStrength)
         FormatMessage(m_strings, MainText::FieldStrength, {QString::number(fieldStrength)}));
 }
 
+void StatusBar::ForgetOperatingConditions()
+{
+    for (const char* key : {"opcon", "field"}) {
+        StatusPanel& panel = Panel(QLatin1String(key));
+        panel.setText(QString());
+        panel.ShowPicture(QIcon());
+        panel.setAccessibleName(QString());
+    }
+}
+
 void StatusBar::ShowOwnAddress(const QString& callsign, const QString& ident)
 {
     Panel(QStringLiteral("callsign")).setText(callsign);

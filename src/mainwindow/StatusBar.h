@@ -18,6 +18,8 @@ public:
 
     void SbrMessage(const QString& text);
     void ShowOperatingConditions(bool inService, int fieldStrength);
+    // What a radio reported that is there no more holds no longer.
+    void ForgetOperatingConditions();
     void ShowOwnAddress(const QString& callsign, const QString& ident);
     // Shows the clock's present date and time; also run once a second.
     void ShowNow();

@@ -40,6 +40,7 @@ static void InitIconResource()
 namespace {
 
 constexpr auto MainBarPrefix = "tbMain_";
+constexpr int LeastPaneLines = 3;
 
 bool IsLastOfGroup(const QString& key)
 {
@@ -127,6 +128,11 @@ void winMain::ConnectServices()
     views.numbering = m_services.numberingView;
     executive.SetViews(views);
     connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
+    connect(&executive, &Map27Executive::LinkChanged, this, [this](const LinkStatus& status) {
+        if (status.state == LinkStatus::State::Lost) {
+            sbrStatus->ForgetOperatingConditions();
+        }
+    });
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     m_strip->ShowLink(executive.Link());
@@ -202,17 +208,19 @@ void winMain::LayoutPanes()
 {
     EnableFullScreen(m_placement.IsNormal());
 
-    const QSize client = m_client->size();
     const int barHeight = tbMain->sizeHint().height();
-    const int stripHeight = m_strip->HeightAt(client.width());
+    const int stripHeight = m_strip->HeightAt(m_client->width());
     PaneSizes sizes;
-    sizes.client = client;
     sizes.toolBarHeight = barHeight + stripHeight;
     sizes.statusBarHeight = sbrStatus->sizeHint().height();
     sizes.tabRowHeight = tsMain->sizeHint().height();
     sizes.splitterWidth = PaneSplitter::Width;
     sizes.sendPaneHeight = picSend->PaneHeight();
     sizes.logWidth = m_logWidth;
+    // In a large font the strip could push the panes out of a small window: the window grows instead.
+    m_client->setMinimumHeight(LowestClient(sizes, LeastPaneHeight()));
+    const QSize client = m_client->size();
+    sizes.client = client;
     const PaneLayout layout = ArrangePanes(sizes);
 
     tbMain->setGeometry(0, 0, client.width(), barHeight);
@@ -227,6 +235,19 @@ void winMain::LayoutPanes()
     }
     picSend->setGeometry(layout.send);
     sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
+}
+
+int winMain::LeastPaneHeight() const
+{
+    int least = LeastPaneLines * fontMetrics().lineSpacing();
+    for (const QWidget* pane :
+         {static_cast<const QWidget*>(picGroups), static_cast<const QWidget*>(picIndividuals),
+          static_cast<const QWidget*>(picScada)}) {
+        if (!pane->isHidden()) {
+            least = std::max(least, pane->minimumSizeHint().height());
+        }
+    }
+    return least;
 }
 
 void winMain::StoreLogWidth()

@@ -95,6 +95,7 @@ private:
     void ConnectWindows();
 
     void LayoutPanes();
+    int LeastPaneHeight() const;
     void EnableFullScreen(bool enabled);
     void StoreLogWidth();
     void ShowTab(int index);

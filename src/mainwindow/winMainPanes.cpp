@@ -56,6 +56,7 @@ void winMain::ConnectPanes()
     connect(tbMain, &KeyedToolBar::ButtonClicked, this, &winMain::RunToolButton);
     connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
     connect(tsMain, &QTabBar::currentChanged, this, &winMain::ShowTab);
+    connect(tsMain, &QTabBar::currentChanged, this, &winMain::LayoutPanes);
     connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
     ConnectDirectoryPanes();
 

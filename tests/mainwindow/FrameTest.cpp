@@ -340,9 +340,11 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
     stack.LogOn();
     const int tabsAlone = stack.Find<QWidget>("tsMain").y();
     const int sendAlone = stack.Find<QWidget>("picSend").y();
+    stack.Window().ShowOperatingConditions(true, 100);
     LinkStatus status{LinkStatus::State::Lost, QStringLiteral("The cable is out. ").repeated(20), false};
     Q_EMIT stack.control->LinkChanged(status);
     EXPECT_EQ(stack.Find<QLabel>("linkText").text(), status.text);
+    EXPECT_EQ(stack.Panel("opcon") + stack.Panel("field"), QString()) << "a lost radio is not in service";
     const int strip = stack.Find<QWidget>("linkStrip").height();
     EXPECT_GT(strip, 2 * stack.Window().fontMetrics().height()) << "a long text is not cut";
     EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone + strip);
@@ -353,6 +355,16 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
     EXPECT_TRUE(stack.Find<QWidget>("simulationText").isVisible());
     Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
     EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone);
+
+    // Twice the font and the smallest window: everything keeps its room.
+    QFont large = stack.Window().font();
+    large.setPointSizeF(2 * large.pointSizeF());
+    stack.Window().setFont(large);
+    stack.Window().resize(600, 400);
+    Q_EMIT stack.control->LinkChanged(status);
+    QApplication::processEvents();
+    EXPECT_EQ(stack.Find<QWidget>("picSend").geometry().bottom() + 1, stack.Find<QWidget>("sbrStatus").y());
+    EXPECT_GT(stack.Find<QWidget>("picLog").height(), 2 * stack.Window().fontMetrics().height());
 }
 
 TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
