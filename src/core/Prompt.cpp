@@ -4,11 +4,22 @@
 #include "core/TextIds.h"
 
 #include <QApplication>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 
 namespace {
+
+// While a dialog closes no window is active for a moment; the box then belongs over the main window.
+QWidget* MainWindow()
+{
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible() && qobject_cast<QMainWindow*>(window) != nullptr)
+            return window;
+    }
+    return nullptr;
+}
 
 // The box is modal to the window that the operator is in; it goes when that window is destroyed.
 QPointer<QMessageBox> MakeBox(QMessageBox::Icon icon, const QString& caption, const QString& text)
@@ -16,6 +27,8 @@ QPointer<QMessageBox> MakeBox(QMessageBox::Icon icon, const QString& caption, co
     QWidget* parent = QApplication::activeModalWidget();
     if (!parent)
         parent = QApplication::activeWindow();
+    if (!parent)
+        parent = MainWindow();
     QString lines = text;
     lines.replace("\r\n", "\n");
     QPointer<QMessageBox> box = new QMessageBox(icon, caption, lines, QMessageBox::NoButton, parent);
