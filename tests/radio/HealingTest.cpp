@@ -98,11 +98,11 @@ TEST_F(Healing, ATransactionEndsWithTheLinkAndTheNextOneWorks)
 
 TEST_F(Healing, WhatComesInsteadOfARadioIsSaid)
 {
-    int seed = 1;
+    unsigned seed = 1;
     const auto noise = [&seed](const QByteArray& sent) {
         QByteArray octets;
         for (qsizetype i = 0; i < 2 * sent.size(); ++i)
-            octets.append(static_cast<char>((seed = seed * 1103515245 + 12345) >> 16 | 0x80));
+            octets.append(static_cast<char>((seed = seed * 1103515245U + 12345U) >> 16 | 0x80));
         return octets;
     };
     const auto damaged = [](const QByteArray& sent) {
