@@ -6,6 +6,7 @@
 #include "support/FakeClock.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -19,6 +20,9 @@ public:
           m_clock(clock)
     {
     }
+
+    // Ports that the control has given up are deleted by the event loop, and must not outlive this.
+    ~VirtualRadio() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
     // For the radio control: every name leads here while the line is plugged in.
     std::function<std::unique_ptr<RadioPort>(const QString&, int)> Ports()
