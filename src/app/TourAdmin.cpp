@@ -2,7 +2,7 @@
 
 #include "app/Demonstration.h"
 #include "app/TextIds.h"
-#include "app/TourHand.h"
+#include "app/TourGestures.h"
 #include "app/TourScript.h"
 #include "core/FormatMessage.h"
 #include "dao/Workspace.h"
@@ -20,21 +20,6 @@ const QString Users = QStringLiteral("lvUsers");
 const QString UserStatus = QStringLiteral("sbStatus");
 const QString PromptBox = QStringLiteral("promptBox");
 const QString NewUser = QStringLiteral("Paula");
-
-void Click(const char* name)
-{
-    TourHand::Click(QString::fromLatin1(name));
-}
-
-void Type(const char* name, const QString& text)
-{
-    TourHand::Type(QString::fromLatin1(name), text);
-}
-
-void Menu(const char* menu, const char* item)
-{
-    TourHand::Menu(QString::fromLatin1(menu), QString::fromLatin1(item));
-}
 
 QStringList Lines(const QString& list)
 {

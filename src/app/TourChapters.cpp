@@ -2,7 +2,7 @@
 
 #include "app/Demonstration.h"
 #include "app/TextIds.h"
-#include "app/TourHand.h"
+#include "app/TourGestures.h"
 #include "app/TourScript.h"
 #include "core/FormatMessage.h"
 #include "core/StringSource.h"
@@ -18,21 +18,6 @@ const QString TextBox = QStringLiteral("cmbTextMessage");
 const QString StatusBox = QStringLiteral("cmbStatusMessage");
 const QString Main = QStringLiteral("main");
 const QString NewPassword = QStringLiteral("oliver-new");
-
-void Click(const char* name)
-{
-    TourHand::Click(QString::fromLatin1(name));
-}
-
-void Type(const char* name, const QString& text)
-{
-    TourHand::Type(QString::fromLatin1(name), text);
-}
-
-void Menu(const char* menu, const char* item)
-{
-    TourHand::Menu(QString::fromLatin1(menu), QString::fromLatin1(item));
-}
 
 } // namespace
 

@@ -3,7 +3,7 @@
 
 #include "app/Demonstration.h"
 #include "app/TextIds.h"
-#include "app/TourHand.h"
+#include "app/TourGestures.h"
 #include "app/TourScript.h"
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
@@ -15,21 +15,6 @@ const QString ParametersWindow = QStringLiteral("frmActionetSettings");
 const QString PromptBox = QStringLiteral("promptBox");
 const QString MessageBar = QStringLiteral("main");
 const QString Doubt = QStringLiteral("numberingText");
-
-void Click(const char* name)
-{
-    TourHand::Click(QString::fromLatin1(name));
-}
-
-void Type(const char* name, const QString& text)
-{
-    TourHand::Type(QString::fromLatin1(name), text);
-}
-
-void Menu(const char* menu, const char* item)
-{
-    TourHand::Menu(QString::fromLatin1(menu), QString::fromLatin1(item));
-}
 
 void EnterFleet(const QString& name, const QString& prefix, const QString& number, const QString& size)
 {

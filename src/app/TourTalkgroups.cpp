@@ -2,7 +2,7 @@
 
 #include "app/Demonstration.h"
 #include "app/TextIds.h"
-#include "app/TourHand.h"
+#include "app/TourGestures.h"
 #include "app/TourItems.h"
 #include "app/TourScript.h"
 #include "mainwindow/Outcome.h"
@@ -14,11 +14,6 @@ const QString Agent = QStringLiteral("frmMap27Agent");
 const QString Tree = QStringLiteral("tvGroups");
 const QString Individuals = QStringLiteral("lvIndividuals");
 const QString Wait = QStringLiteral("txtLog");
-
-void Click(const char* name)
-{
-    TourHand::Click(QString::fromLatin1(name));
-}
 
 void NextTab()
 {
