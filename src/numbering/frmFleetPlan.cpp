@@ -60,8 +60,10 @@ void frmFleetPlan::ConnectFields()
 {
     for (QLineEdit* field : {m_ui->txtPrefix1343, m_ui->txtFleetNum, m_ui->txtFleetSize})
         connect(field, &QLineEdit::textChanged, this, &frmFleetPlan::Derive);
+    for (QLineEdit* field : {m_ui->txtFleetNum, m_ui->txtFleetSize})
+        connect(field, &QLineEdit::textChanged, this, &frmFleetPlan::DigitsForSize);
     for (QRadioButton* option : {m_ui->optInd, m_ui->optGrp})
-        connect(option, &QRadioButton::toggled, this, &frmFleetPlan::Derive);
+        connect(option, &QRadioButton::toggled, this, &frmFleetPlan::DigitsForType);
     connect(m_ui->lstPlan->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmFleetPlan::SelectionChanged);
     connect(&m_services.executive.Map27Control(), &Map27Control::NumberingReceived, this,
@@ -145,8 +147,20 @@ void frmFleetPlan::Derive()
     m_ui->txtPrefix1327->setText(Prefix1327From(m_ui->txtPrefix1343->text()));
     m_ui->txtBaseIdent->setText(BaseIdentFrom(m_ui->txtFleetNum->text()));
     m_ui->txtMaxIdent->setText(MaxIdentFrom(m_ui->txtBaseIdent->text(), m_ui->txtFleetSize->text()));
-    if (NeedsThreeDigits(ChosenType(), m_ui->txtBaseIdent->text(), m_ui->txtFleetSize->text()))
+}
+
+// A fleet that has grown too large for 2-digit numbers has three digits.
+void frmFleetPlan::DigitsForSize()
+{
+    if (!m_filling && NeedsThreeDigits(ChosenType(), m_ui->txtBaseIdent->text(), m_ui->txtFleetSize->text()))
         m_ui->cmbDigits->setCurrentIndex(3 - shortestNumber);
+}
+
+// The type may be chosen after the size. It does not change digits that somebody has chosen.
+void frmFleetPlan::DigitsForType()
+{
+    if (m_ui->cmbDigits->currentIndex() < 0)
+        DigitsForSize();
 }
 
 void frmFleetPlan::New()

@@ -42,6 +42,8 @@ private:
     void ShowFleet(const QString& prefix1327, const QString& baseIdent, const QString& maxIdent);
     void ChooseType(std::optional<FleetType> type);
     void Derive();
+    void DigitsForSize();
+    void DigitsForType();
 
     void New();
     void Undo();

@@ -115,6 +115,13 @@ TEST_F(FleetPlanWindow, KeepsADerivedFieldTrueWhateverIsTypedLast)
     EXPECT_EQ(Digits().currentIndex(), -1) << "70 units keep what was chosen";
     Click("optGrp");
     EXPECT_EQ(Digits().currentIndex(), 1) << "70 groups do not";
+    Digits().setCurrentIndex(0);
+    Type("txtPrefix1343", "202");
+    Click("optInd");
+    Click("optGrp");
+    EXPECT_EQ(Digits().currentIndex(), 0) << "neither prefix nor type change what was chosen";
+    Type("txtFleetSize", "72");
+    EXPECT_EQ(Digits().currentIndex(), 1);
 }
 
 TEST_F(FleetPlanWindow, RefusesWithOneSentenceAndTheCursorInTheField)
