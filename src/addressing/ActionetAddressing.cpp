@@ -120,8 +120,10 @@ RadioAddress ActionetAddressing::DialDigits(const std::string& digits) const
 {
     if (digits.size() == 2 || digits.size() == 3)
         return DialOwnFleet(digits);
-    if (digits.size() == actionetDigits)
-        return SubscriberAddress(OwnPrefix(), ActionetIdentOf(*m_config, digits));
+    if (digits.size() == actionetDigits) {
+        const int prefix = OwnPrefix(); // first: without it no number of this length can be dialled
+        return SubscriberAddress(prefix, ActionetIdentOf(*m_config, digits));
+    }
     if (digits.size() == FullLength(*m_config)) {
         const int prefix = ParseDigits(std::string_view(digits).substr(0, PrefixDigits(*m_config)));
         if (prefix > maxPrefix)

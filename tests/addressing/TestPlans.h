@@ -50,6 +50,8 @@ inline TestPlan PlanNamed(const std::string& name)
     if (name == "ANN-D") // small fleet 01
         return {
             {}, RadioNumbering{.prefix = 12, .ident = 82}, ActionetConfig{.FPP = 0, .MEP = 0, .model = 2}};
+    if (name == "ANN-E") // no own number yet
+        return {{}, std::nullopt, ActionetConfig{.FPP = 0, .MEP = 0, .model = 2}};
     throw std::invalid_argument("no plan " + name);
 }
 
