@@ -60,5 +60,6 @@ constexpr int textFolderNotCreated = 5260;
 
 constexpr int textPortWithDevice = 5265;
 constexpr int textRecordsKept = 5285;
+constexpr int textOldPasswordWrong = 5885;
 
 } // namespace core

@@ -6,6 +6,7 @@
 #include "core/Prompt.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
+#include "dao/Error.h"
 #include "dao/Workspace.h"
 #include "ui_frmPassword.h"
 
@@ -14,6 +15,15 @@
 namespace {
 
 constexpr int fieldWidth = 24; // characters
+
+// The operator's name is not in question here: only the old password can be the wrong one.
+QString WhyRefused(const std::exception& failure, const IStringSource& strings)
+{
+    const auto* error = dynamic_cast<const dao::Error*>(&failure);
+    if (error && error->kind == dao::Kind::WrongPassword)
+        return strings.LoadString(core::textOldPasswordWrong);
+    return DescribeError(failure, strings);
+}
 
 } // namespace
 
@@ -53,7 +63,7 @@ void frmPassword::Change()
         dao::Workspace& workspace = m_session.Workspace();
         workspace.Users().Item(workspace.UserName())->NewPassword(oldPassword, newPassword);
     } catch (const std::exception& failure) {
-        m_prompt.ShowWarning(DescribeError(failure, m_strings));
+        m_prompt.ShowWarning(WhyRefused(failure, m_strings));
         Empty(0);
         return;
     }

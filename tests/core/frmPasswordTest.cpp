@@ -71,7 +71,7 @@ TEST_F(frmPasswordTest, DifferentNewPasswordsEmptyOnlyThemselves)
 
 TEST_F(frmPasswordTest, ARefusedChangeEmptiesAllFieldsAndKeepsThePassword)
 {
-    prompt.ExpectWarning(strings.LoadString(dao::TextId(dao::Kind::WrongPassword)));
+    prompt.ExpectWarning("The old password is wrong. Your password stays as it was.");
     Enter("Secret", "better", "better");
     EXPECT_TRUE(form.isVisible());
     EXPECT_EQ(Fields(), empty);
