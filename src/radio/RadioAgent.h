@@ -65,6 +65,7 @@ private:
     void OnOperatingCondition(int inContact, int fieldStrength);
     void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
 
+    void PassNumberingOn();
     void TakeOwnNumber();
     void TakeOwnCallsign();
     void TellDoubts(const QStringList& doubts);

@@ -29,6 +29,7 @@ void RadioAgent::OnNumberingReceived()
                                  .groupMaxIdent = m_control.GroupMaxIdent(),
                                  .unitDigits = m_control.UnitTwoDigit() ? 2 : 3,
                                  .groupDigits = m_control.GroupTwoDigit() ? 2 : 3};
+    PassNumberingOn();
     if (m_views.numbering)
         m_views.numbering->DisplayDiags(*m_numbering);
     TakeOwnNumber();
@@ -37,8 +38,21 @@ void RadioAgent::OnNumberingReceived()
 
 void RadioAgent::ConfigurationChanged()
 {
-    if (m_executive && m_numbering)
-        TakeOwnNumber();
+    if (!m_executive || !m_numbering)
+        return;
+    PassNumberingOn();
+    TakeOwnNumber();
+}
+
+void RadioAgent::PassNumberingOn()
+{
+    if (!m_addressing)
+        return;
+    m_addressing->SetRadioNumbering(*m_numbering);
+    QStringList doubts;
+    for (const AddressingError& doubt : m_addressing->Warnings())
+        doubts.append(AddressingFailure(doubt, m_services.strings).Description());
+    TellDoubts(doubts);
 }
 
 void RadioAgent::TakeOwnNumber()
@@ -46,11 +60,6 @@ void RadioAgent::TakeOwnNumber()
     if (!m_addressing)
         return;
     try {
-        m_addressing->SetRadioNumbering(*m_numbering);
-        QStringList doubts;
-        for (const AddressingError& doubt : m_addressing->Warnings())
-            doubts.append(AddressingFailure(doubt, m_services.strings).Description());
-        TellDoubts(doubts);
         m_myAddress = QString::fromStdString(
             m_addressing->AddressToDial({.prefix = m_numbering->prefix, .ident = m_numbering->ident}));
     } catch (const std::exception&) {

@@ -132,6 +132,21 @@ TEST_F(NumberingWindows, AnnParametersAreLimitedStoredAndTakenAtOnce)
     EXPECT_TRUE(label.isHidden());
 }
 
+TEST_F(NumberingWindows, ANumberCanBeDialledAsSoonAsTheReportIsShown)
+{
+    struct View : INumberingView {
+        void DisplayDiags(const RadioNumbering&) override { shown(); }
+        std::function<void()> shown;
+    } view;
+    QString full;
+    view.shown = [&] { EXPECT_NO_THROW(full = stack.executive.MakeFullAddress("22")); };
+    RadioViews views;
+    views.numbering = &view;
+    stack.executive.SetViews(views);
+    stack.LogOn();
+    EXPECT_EQ(full, "200200122");
+}
+
 TEST_F(NumberingWindows, ParametersWrittenByHandDoNotLockAnybodyOut)
 {
     RegistrySet(stack.session, "subscriber_numbering", "ACTIONET");
