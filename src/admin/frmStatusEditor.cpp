@@ -77,9 +77,12 @@ void frmStatusEditor::ConnectControls()
             });
     connect(m_ui->lvStati, &QTreeView::clicked, this, [this](const QModelIndex& item) {
         m_ui->cmbEditStatus->setCurrentIndex(item.data(StatusModel::TagRole).toInt());
+        ShowCode();
     });
     connect(m_ui->lvStati, &QTreeView::doubleClicked, this, &frmStatusEditor::EditText);
     connect(m_ui->cmbEditStatus, &QComboBox::currentIndexChanged, this, &frmStatusEditor::ShowCode);
+    // Choosing the code that is chosen already reads its texts again.
+    connect(m_ui->cmbEditStatus, &QComboBox::activated, this, &frmStatusEditor::ShowCode);
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmStatusEditor::Set);
     connect(m_ui->Command4, &QPushButton::clicked, this, &frmStatusEditor::EditText);
     connect(m_ui->Command5, &QPushButton::clicked, this, &frmStatusEditor::Delete);

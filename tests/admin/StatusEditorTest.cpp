@@ -3,9 +3,12 @@
 #include "admin/frmStatusEditor.h"
 #include "core/Registry.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QSignalSpy>
 #include <QTreeView>
+
+#include <functional>
 
 using driver::Child;
 using driver::Click;
@@ -97,6 +100,25 @@ TEST_F(StatusEditorTest, WhatAnotherConsoleDidMeanwhileIsNotOverwritten)
         Click(*window, "Command3");
     }
     EXPECT_EQ(Stored(), QStringList({"5|theirs|both", "7|Busy|-", "9|theirs|both"}));
+
+    // Choosing the code again, in the box or in the list, shows what is stored now.
+    auto& codes = Child<QComboBox>(*window, "cmbEditStatus");
+    auto& list = Child<QTreeView>(*window, "lvStati");
+    const auto chooseAgain = {
+        std::function<void()>([&] {
+            codes.showPopup();
+            QTest::keyClick(codes.view(), Qt::Key_Return);
+        }),
+        std::function<void()>([&] {
+            QTest::mouseClick(list.viewport(), Qt::LeftButton, Qt::NoModifier,
+                              list.visualRect(list.model()->index(2, 0)).center());
+        }),
+    };
+    for (const auto& choose : chooseAgain) {
+        Type(*window, "txtEditInDesc", "mine");
+        choose();
+        EXPECT_EQ(Texts(), "theirs|both");
+    }
 }
 
 TEST_F(StatusEditorTest, DutyCodesDifferAndSurvive)
