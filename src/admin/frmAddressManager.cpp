@@ -37,7 +37,8 @@ frmAddressManager::frmAddressManager(const AdminServices& services, QWidget* par
     m_ui->lvDir->setMinimumHeight(ListLines * fontMetrics().lineSpacing());
     m_ui->lvDir->header()->setSectionsClickable(true);
     m_ui->lvDir->header()->setSortIndicatorShown(true);
-    m_ui->lvDir->installEventFilter(this);
+    for (QWidget* control : {static_cast<QWidget*>(m_ui->lvDir), static_cast<QWidget*>(m_ui->txtLookFor)})
+        control->installEventFilter(this);
     SetFullRowSelect(*m_ui->lvDir, true);
     ConnectControls();
 }
@@ -46,7 +47,6 @@ frmAddressManager::~frmAddressManager() = default;
 
 void frmAddressManager::ConnectControls()
 {
-    connect(m_ui->txtLookFor, &QLineEdit::returnPressed, this, &frmAddressManager::ReloadDir);
     connect(m_ui->lvDir->header(), &QHeaderView::sectionClicked, this, &frmAddressManager::SortBy);
     connect(m_ui->lvDir, &QTreeView::doubleClicked, this, &frmAddressManager::EditSelected);
     const auto addIndividual = [this] { Edit(&frmAddressEditor::AddIndividual); };
@@ -150,27 +150,34 @@ void frmAddressManager::DeleteSelected()
         ReloadDir();
 }
 
+// The lists of the main window have followed before this window makes way for them.
 void frmAddressManager::done(int result)
 {
-    QDialog::done(result);
     if (m_directoryChanged) {
         m_directoryChanged = false;
         Q_EMIT DirectoryChanged();
     }
+    QDialog::done(result);
 }
 
 bool frmAddressManager::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_ui->lvDir && event->type() == QEvent::KeyPress) {
-        const auto& key = *static_cast<QKeyEvent*>(event);
-        if (IsPlainEnter(key)) {
-            EditSelected();
-            return true;
-        }
-        if (IsPlain(key, Qt::Key_Delete)) {
-            DeleteSelected();
-            return true;
-        }
-    }
+    if (event->type() == QEvent::KeyPress && HandleKey(watched, *static_cast<QKeyEvent*>(event)))
+        return true;
     return QDialog::eventFilter(watched, event);
+}
+
+// Enter searches in the search box and edits in the list, where Delete deletes.
+bool frmAddressManager::HandleKey(QObject* watched, const QKeyEvent& key)
+{
+    const bool inList = watched == m_ui->lvDir;
+    if (IsPlainEnter(key) && inList)
+        EditSelected();
+    else if (IsPlainEnter(key))
+        ReloadDir();
+    else if (IsPlain(key, Qt::Key_Delete) && inList)
+        DeleteSelected();
+    else
+        return false;
+    return true;
 }

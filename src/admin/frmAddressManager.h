@@ -26,7 +26,7 @@ public:
     void done(int result) override;
 
 Q_SIGNALS:
-    // Closed after entries were added, changed or deleted.
+    // Entries were added, changed or deleted, and the window is about to hide.
     void DirectoryChanged();
 
 protected:
@@ -40,6 +40,7 @@ private:
     void DeleteSelected();
     void Edit(void (frmAddressEditor::*prepare)());
     void Run(frmAddressEditor& editor);
+    bool HandleKey(QObject* watched, const QKeyEvent& key);
 
     AdminServices m_services;
     std::unique_ptr<Ui::frmAddressManager> m_ui;

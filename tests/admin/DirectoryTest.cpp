@@ -102,6 +102,10 @@ TEST_F(DirectoryTest, ListsSortsAndSearches)
         EXPECT_EQ(Listed().size(), found) << lookFor;
     }
 
+    Type(window, "txtLookFor", "unit");
+    Key("txtLookFor", Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_EQ(Listed().size(), 4) << "Shift+Enter does not search";
+
     session.onUse = [] { throw std::runtime_error("gone"); };
     prompt.ExpectQuestion(Text(2150), true);
     prompt.ExpectQuestion(Text(2150), false);
@@ -159,7 +163,10 @@ TEST_F(DirectoryTest, AddsWhatIsValidAndRefusesTheRest)
     EXPECT_TRUE(Stored().last().endsWith("|late shift|2|-|16")) << Stored().last().toStdString();
 
     QSignalSpy changed(&window, &frmAddressManager::DirectoryChanged);
+    QObject::connect(&window, &frmAddressManager::DirectoryChanged, &window,
+                     [this] { EXPECT_TRUE(window.isVisible()) << "the lists follow before it hides"; });
     Click(window, "cmdClose");
+    EXPECT_FALSE(window.isVisible());
     window.show();
     Click(window, "cmdClose"); // nothing new
     EXPECT_EQ(changed.count(), 1);
