@@ -32,6 +32,7 @@ protected:
     void Add(const QString& name, const QString& callsign, const QString& group)
     {
         Click(*window, "cmdNew");
+        EXPECT_EQ(Shown(*window, "cmbGroup"), "") << "nobody becomes an administrator unasked";
         Enter(name, "pw", "pw", callsign, group);
         Click(*window, "cmdAddUser");
     }
