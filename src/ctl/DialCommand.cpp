@@ -3,12 +3,12 @@
 #include "ctl/Command.h"
 #include "ctl/Console.h"
 #include "ctl/FleetPlanFile.h"
+#include "ctl/InputFile.h"
 #include "ctl/OwnNumberingFile.h"
 #include "radio/AddressingText.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <iostream>
 
 namespace {
 
@@ -134,11 +134,8 @@ int Run(const Request& request)
     for (const QString& text : request.arguments)
         dialler.Dial(text.toStdString());
     if (request.arguments.isEmpty()) {
-        for (std::string line; std::getline(std::cin, line);) {
-            if (!line.empty() && line.back() == '\r')
-                line.pop_back();
-            dialler.Dial(line);
-        }
+        while (const auto line = ReadInputLine())
+            dialler.Dial(*line);
     }
     return exitOk;
 }

@@ -1,10 +1,10 @@
 #include "ctl/PasswordReader.h"
 
 #include "core/Errors.h"
+#include "ctl/InputFile.h"
 
 #include <csignal>
 #include <fcntl.h>
-#include <iostream>
 #include <optional>
 #include <poll.h>
 #include <string>
@@ -96,21 +96,11 @@ std::optional<std::string> AskTerminal(const QString& prompt)
     return terminal.ReadLine(held.Handle());
 }
 
-std::optional<std::string> NextInputLine()
-{
-    std::string line;
-    if (!std::getline(std::cin, line))
-        return std::nullopt;
-    if (!line.empty() && line.back() == '\r')
-        line.pop_back();
-    return line;
-}
-
 } // namespace
 
 QString PasswordReader::Read(const QString& prompt)
 {
-    const auto line = m_fromStandardInput ? NextInputLine() : AskTerminal(prompt);
+    const auto line = m_fromStandardInput ? ReadInputLine() : AskTerminal(prompt);
     if (!line)
         throw Error(ErrorCode::General, QStringLiteral("No password was given (%1)").arg(prompt));
     return QString::fromStdString(*line);

@@ -13,6 +13,7 @@ namespace sim {
 namespace {
 
 constexpr std::size_t longestName = 32;
+constexpr qint64 largestScenario = 16 * 1024 * 1024; // octets; a device may never end
 
 void AddFacility(OwnRadio& radio, const JsonNode& node)
 {
@@ -289,9 +290,11 @@ Scenario Load(const QString& name, bool mayHaveBase)
     QFile file(bare && QFile::exists(builtIn) ? builtIn : name);
     if (!file.open(QIODevice::ReadOnly))
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
-    const QByteArray text = file.readAll();
+    const QByteArray text = file.read(largestScenario + 1);
     if (file.error() != QFileDevice::NoError)
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
+    if (text.size() > largestScenario)
+        throw ScenarioError(name.toStdString() + ": is larger than 16 MiB");
     try {
         return Read(text, mayHaveBase);
     } catch (const ScenarioError& error) {

@@ -31,6 +31,7 @@ TEST(Usage, HelpAndWrongArguments)
         {{"dial", "--nonsense", "21"}, 2, "", "nonsense"},
         {{"dial", "--plan"}, 2, "", "plan"},
         {{"dial", "-21"}, 2, "", "Try: veltorkynctl dial --help"},
+        {{"dial", "--plan", "/dev/zero", "21"}, 1, "", "/dev/zero: the file is larger than 16 MiB"},
         {{"dial", "--numbering", "mpt1343", "21"}, 2, "", "\"mpt1343\" is not known"},
     };
     for (const Call& call : calls) {

@@ -191,6 +191,16 @@ TEST(Scenario, ABuiltInNameGoesBeforeAFile)
     QDir::setCurrent(before);
 }
 
+TEST(Scenario, AFileWithoutEndIsRefused)
+{
+    try {
+        sim::LoadScenario("/dev/zero");
+        ADD_FAILURE() << "read";
+    } catch (const sim::ScenarioError& error) {
+        EXPECT_STREQ(error.what(), "/dev/zero: is larger than 16 MiB");
+    }
+}
+
 TEST(Scenario, EveryMemberIsInTheDemonstrationsDirectory)
 {
     QFile file(":/veltorkyn/demonstration/directory.json");
