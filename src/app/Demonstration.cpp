@@ -170,8 +170,13 @@ QString Demonstration::TraceFile() const
 
 void Demonstration::Clean()
 {
-    for (const QString& file : {SettingsFile(), DatabaseFile(), WorkgroupFile(), TraceFile()})
+    for (const QString& file : {SettingsFile(), DatabaseFile(), WorkgroupFile()})
         QFile::remove(file);
+    // One for each start of the radio, which would continue them.
+    const QString trace = QFileInfo(TraceFile()).completeBaseName();
+    const QStringList traces = QDir(m_folder).entryList({trace + QStringLiteral("*.jsonl")});
+    for (const QString& file : traces)
+        QFile::remove(m_folder + QLatin1Char('/') + file);
 }
 
 void Demonstration::CreateDatabase()

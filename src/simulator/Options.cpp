@@ -21,7 +21,8 @@ What it does:
                       quiet-day, storm, failing-network, training and tour
   --speed BAUD        speed of the line in both directions, 50 to 1000000 bits
                       per second; 0: as fast as possible (default 9600)
-  --trace FILE        write every frame to FILE, one JSON object a line
+  --trace FILE        write every frame to FILE, one JSON object a line; a file
+                      that is there already is continued
   --seed N            seed of everything that happens by chance (default 1)
 
 Faults on purpose:

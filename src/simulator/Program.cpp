@@ -31,7 +31,9 @@ Program::Program(const Options& options, Console console)
 {
     if (!options.trace.isEmpty()) {
         m_trace.setFileName(options.trace);
-        if (!m_trace.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        // For its owner alone: it holds every text that is sent. What an earlier run wrote stays.
+        if (!m_trace.open(QIODevice::WriteOnly | QIODevice::Append,
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner)) {
             throw std::runtime_error(options.trace.toStdString() +
                                      ": cannot be written: " + m_trace.errorString().toStdString());
         }

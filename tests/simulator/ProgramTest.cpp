@@ -190,13 +190,16 @@ TEST(Program, AConsoleOnThePtyComesGoesAndComesAgain)
 TEST(Program, TraceLinesDecodeToTheFramesOnTheWire)
 {
     const QTemporaryDir folder;
+    QFile trace(folder.filePath("trace"));
+    ASSERT_TRUE(trace.open(QIODevice::WriteOnly) && trace.write("{\"ms\":1}\n") == 9); // an earlier run
+    trace.close();
     RunningProgram running(PtyOptions(folder, 0));
     PtyConsole console(folder.filePath("radio"));
     ASSERT_TRUE(console.UntilReady()) << running.log;
     ASSERT_TRUE(console.SendsStatus({0, 2}));
 
-    QFile trace(folder.filePath("trace"));
     ASSERT_TRUE(trace.open(QIODevice::ReadOnly));
+    EXPECT_EQ(trace.readLine(), "{\"ms\":1}\n") << "stays";
     std::vector<std::string> story;
     qint64 last = 0;
     while (!trace.atEnd()) {
@@ -216,6 +219,14 @@ TEST(Program, TraceLinesDecodeToTheFramesOnTheWire)
     EXPECT_EQ(*(begin + 1), "R>D B0 00 00 03 00 00 00 00 B8 00 80 FE");
     const auto sent = std::find(begin, story.end(), "D>R 80 00 00 02 00 05");
     EXPECT_NE(std::find(sent, story.end(), "R>D C0 00 00 02 00 00"), story.end());
+}
+
+TEST(Program, ATraceIsMadeForItsOwnerAlone)
+{
+    const QTemporaryDir folder;
+    const RunningProgram running(PtyOptions(folder, 0));
+    EXPECT_FALSE(QFile::permissions(folder.filePath("trace")) &
+                 (QFileDevice::ReadGroup | QFileDevice::ReadOther));
 }
 
 TEST(Program, ThePtyReplacesNothingButALink)
