@@ -66,13 +66,39 @@ std::string DeliveryService::Deliver(const StormAction& action)
     return problem;
 }
 
-void DeliveryService::HandOver(const std::function<std::size_t()>& backlog)
+void DeliveryService::HandOver(const std::function<LinkProgress()>& progress)
 {
-    while (!m_waiting.empty() && backlog() < mostUnderWay) {
-        const map27::FromRadio message = std::move(m_waiting.front());
+    for (;;) {
+        const LinkProgress before = progress();
+        ForgetUntil(before.accepted - before.unacknowledged);
+        if (m_waiting.empty() || before.unacknowledged >= mostUnderWay)
+            return;
+        map27::FromRadio message = std::move(m_waiting.front());
         m_waiting.pop_front();
         m_air.console.Tell(message);
+        // Otherwise it is longer than the console takes.
+        if (progress().accepted > before.accepted)
+            m_underWay.push_back({before.accepted + 1, std::move(message)});
     }
+}
+
+void DeliveryService::TakeBack(std::uint64_t acknowledged)
+{
+    ForgetUntil(acknowledged);
+    for (; !m_underWay.empty(); m_underWay.pop_back())
+        m_waiting.push_front(std::move(m_underWay.back().message));
+}
+
+void DeliveryService::Forget()
+{
+    m_waiting.clear();
+    m_underWay.clear();
+}
+
+void DeliveryService::ForgetUntil(std::uint64_t acknowledged)
+{
+    while (!m_underWay.empty() && m_underWay.front().number <= acknowledged)
+        m_underWay.pop_front();
 }
 
 } // namespace sim

@@ -85,9 +85,12 @@ map27::OperatingConditionMessage Radio::Condition() const
 
 std::string Radio::Tell(const map27::FromRadio& message)
 {
+    NoteLosses();
     map27::SendResult told = map27::SendResult::Accepted;
     for (const map27::Octets& octets : m_faults.Strike(message)) {
         auto [result, output] = m_link.Send(octets, m_now);
+        if (result == map27::SendResult::Accepted)
+            ++m_accepted;
         Take(std::move(output));
         if (told == map27::SendResult::Accepted)
             told = result;
@@ -145,9 +148,20 @@ void Radio::OnMessage(const map27::Octets& octets)
 
 RadioOutput Radio::TakeOutput()
 {
+    NoteLosses();
     if (m_link.IsReady())
-        m_deliveries.HandOver([this] { return m_link.Backlog(); });
+        m_deliveries.HandOver([this] { return LinkProgress{m_accepted, m_link.Backlog()}; });
     return std::exchange(m_output, {});
+}
+
+// Messages are acknowledged in order: those that a link loses are the last that it has accepted.
+void Radio::NoteLosses()
+{
+    const std::uint64_t lost = m_link.Counters().messagesLost;
+    if (lost == m_lost)
+        return;
+    m_deliveries.TakeBack(m_accepted - (lost - m_lost));
+    m_lost = lost;
 }
 
 void Radio::BuildOutstations()

@@ -68,6 +68,7 @@ private:
     void OnMessage(const map27::Octets& octets);
     void Note(std::string text) { m_output.notes.push_back(std::move(text)); }
     RadioOutput TakeOutput();
+    void NoteLosses();
 
     // Whether a message or call to this party may begin now; tells the console why not.
     bool Admit(const map27::Party& called, Service service);
@@ -117,6 +118,8 @@ private:
     map27::Link m_link;
     TimePoint m_now{};
     RadioOutput m_output;
+    std::uint64_t m_accepted = 0; // messages that the link was given
+    std::uint64_t m_lost = 0;     // of them, with a link
     std::string m_lastRequest;
 
     Reception m_reception;

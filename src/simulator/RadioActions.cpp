@@ -115,7 +115,7 @@ std::string Radio::Do(const FaultAction& action)
 
 std::string Radio::Do(const RestartAction&)
 {
-    if (const std::size_t lost = m_deliveries.Waiting(); lost > 0)
+    if (const std::size_t lost = m_deliveries.Kept(); lost > 0)
         Note(std::to_string(lost) + " messages for the console are lost with the restart");
     m_deliveries.Forget();
     DropEverything();
