@@ -2,6 +2,7 @@
 
 #include "mainwindow/Outcome.h"
 
+#include <QDateTime>
 #include <QString>
 #include <array>
 
@@ -20,6 +21,15 @@ struct ScadaItem {
 };
 
 using ScadaItems = std::array<ScadaItem, ScadaItemCount>;
+
+// What one outstation reported last, and what became of its switches since.
+struct ScadaStation {
+    QString name; // its callsign, or its address where it has none
+    ScadaItems sensors;
+    ScadaItems controls;
+    QDateTime sensorsTime; // of the last report; invalid before the first
+    QDateTime controlsTime;
+};
 
 // A report's eight characters, the last one for item 0: "1" on, "0" off; any other leaves the item's picture
 // and marks it unknown, and so does one that is missing.

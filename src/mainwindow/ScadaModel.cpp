@@ -6,6 +6,7 @@
 #include "mainwindow/TextIds.h"
 
 #include <QPainter>
+#include <QTextDocument>
 
 namespace {
 
@@ -34,8 +35,9 @@ ScadaModel::ScadaModel(Kind kind, const IStringSource& strings, QObject* parent)
 {
 }
 
-void ScadaModel::ItemsChanged()
+void ScadaModel::Show(const ScadaItems& items)
 {
+    m_items = items;
     Q_EMIT dataChanged(index(0), index(ScadaItemCount - 1));
 }
 
@@ -59,11 +61,14 @@ QVariant ScadaModel::data(const QModelIndex& index, int role) const
     const ScadaItem& item = m_items[place];
     switch (role) {
     case Qt::DisplayRole:
+        return m_names[place].isEmpty() ? QString::number(index.row()) : m_names[place];
     case Qt::EditRole:
         return m_names[place];
     case Qt::DecorationRole:
         return Icon(PictureKey(item), item.unknown);
     case Qt::ToolTipRole:
+        // A tool tip takes for markup what looks like it.
+        return Qt::convertFromPlainText(Describe(index.row()));
     case Qt::AccessibleTextRole:
         return Describe(index.row());
     case PictureRole:

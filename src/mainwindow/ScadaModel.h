@@ -8,7 +8,8 @@
 
 struct IStringSource;
 
-// Eight sensors or eight controls with the names that the operator gives them.
+// Eight sensors or eight controls with the names that the operator gives them; one without a name is shown by its
+// number.
 class ScadaModel : public QAbstractListModel {
     Q_OBJECT
 
@@ -20,9 +21,7 @@ public:
 
     ScadaModel(Kind kind, const IStringSource& strings, QObject* parent);
 
-    ScadaItems& Items() { return m_items; }
-    // After the items were changed.
-    void ItemsChanged();
+    void Show(const ScadaItems& items);
     void SetName(int item, const QString& name);
 
     int rowCount(const QModelIndex& parent = {}) const override;

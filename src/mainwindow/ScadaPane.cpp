@@ -1,12 +1,15 @@
 #include "mainwindow/ScadaPane.h"
 
 #include "core/Errors.h"
+#include "core/FormatMessage.h"
 #include "core/Icons.h"
 #include "core/ListHelpers.h"
+#include "core/PlainKey.h"
 #include "core/Prompt.h"
 #include "core/Settings.h"
+#include "core/StringSource.h"
+#include "mainwindow/LongTime.h"
 #include "mainwindow/OutcomeDelegate.h"
-#include "core/PlainKey.h"
 #include "mainwindow/ScadaModel.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
@@ -15,8 +18,11 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListView>
+#include <QLocale>
 #include <QPushButton>
+#include <algorithm>
 
 namespace {
 
@@ -28,6 +34,16 @@ QLabel* NewLabel(const char* name, int textId, QWidget* parent)
     return label;
 }
 
+// Says whose values are shown; names and addresses in it are never markup.
+QLabel* NewSourceLabel(const char* name, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    return label;
+}
+
 } // namespace
 
 ScadaPane::ScadaPane(const Parts& parts, QWidget* parent)
@@ -35,7 +51,7 @@ ScadaPane::ScadaPane(const Parts& parts, QWidget* parent)
       m_parts(parts),
       m_sensors(new ScadaModel(ScadaModel::Kind::Sensors, parts.strings, this)),
       m_controls(new ScadaModel(ScadaModel::Kind::Controls, parts.strings, this)),
-      m_switch(parts.executive, m_controls->Items())
+      m_switch(parts.executive)
 {
     setObjectName(QStringLiteral("picScada"));
     Build();
@@ -53,7 +69,11 @@ void ScadaPane::Build()
     cmbScadaUnit->setEditable(true);
     cmbScadaUnit->setInsertPolicy(QComboBox::NoInsert);
     cmbScadaUnit->setCompleter(nullptr);
+    cmbScadaUnit->installEventFilter(this);
+    connect(cmbScadaUnit, &QComboBox::editTextChanged, this, &ScadaPane::ShowUnit);
     label->setBuddy(cmbScadaUnit);
+    lblSensorsSource = NewSourceLabel("lblSensorsSource", this);
+    lblControlsSource = NewSourceLabel("lblControlsSource", this);
     QListView* sensors = NewList("lvSensors", MainText::SensorsName, *m_sensors);
     lvControls = NewList("lvControls", MainText::ControlsName, *m_controls);
     lvControls->installEventFilter(this);
@@ -64,17 +84,19 @@ void ScadaPane::Build()
     grid->setSpacing(4);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
-    grid->setRowStretch(2, 1);
+    grid->setRowStretch(3, 1);
     grid->addWidget(label, 0, 0);
     grid->addWidget(cmbScadaUnit, 0, 1);
     grid->addWidget(NewLabel("lblSensors", MainText::SensorsName, this), 1, 0);
     grid->addWidget(NewLabel("lblControls", MainText::ControlsName, this), 1, 1);
-    grid->addWidget(sensors, 2, 0);
-    grid->addWidget(lvControls, 2, 1);
-    grid->addWidget(NewButton("cmdQrySensors", MainText::QuerySensors, ScadaCode::QuerySensors), 3, 0);
-    grid->addWidget(NewButton("cmdQryControls", MainText::QueryControls, ScadaCode::QueryControls), 3, 1);
-    grid->addWidget(NewButton("cmdALLON", MainText::AllOn, ScadaCode::AllOn), 4, 0);
-    grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 4, 1);
+    grid->addWidget(lblSensorsSource, 2, 0);
+    grid->addWidget(lblControlsSource, 2, 1);
+    grid->addWidget(sensors, 3, 0);
+    grid->addWidget(lvControls, 3, 1);
+    grid->addWidget(NewButton("cmdQrySensors", MainText::QuerySensors, ScadaCode::QuerySensors), 4, 0);
+    grid->addWidget(NewButton("cmdQryControls", MainText::QueryControls, ScadaCode::QueryControls), 4, 1);
+    grid->addWidget(NewButton("cmdALLON", MainText::AllOn, ScadaCode::AllOn), 5, 0);
+    grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 5, 1);
 }
 
 QListView* ScadaPane::NewList(const char* name, int accessibleNameId, ScadaModel& model)
@@ -106,6 +128,7 @@ void ScadaPane::Load()
         m_controls->SetName(item, m_parts.settings.ScadaControlName(item));
     }
     cmbScadaUnit->setEditText(m_parts.settings.ScadaLastUnit());
+    ShowUnit();
 }
 
 void ScadaPane::StoreUnit()
@@ -127,12 +150,76 @@ void ScadaPane::StoreName(ScadaModel& model, int item, const QString& name)
     }
 }
 
+QString ScadaPane::ChosenUnit() const
+{
+    return cmbScadaUnit->currentText().trimmed();
+}
+
+// In full, as reports give it; what cannot be an address is found by the name under which it reported.
+QString ScadaPane::AddressOf(const QString& unit) const
+{
+    try {
+        return m_parts.executive.MakeFullAddress(m_parts.executive.LookupIdent(unit));
+    } catch (const std::exception&) {
+        const auto station = std::find_if(m_stations.begin(), m_stations.end(), [&](const auto& known) {
+            return known.second.name.compare(unit, Qt::CaseInsensitive) == 0;
+        });
+        return station != m_stations.end() ? station->first : unit;
+    }
+}
+
+void ScadaPane::ShowUnit()
+{
+    const QString unit = ChosenUnit();
+    const auto known = m_stations.find(unit.isEmpty() ? m_reportedLast : AddressOf(unit));
+    ScadaStation nothing;
+    nothing.name = unit;
+    const ScadaStation& shown = known != m_stations.end() ? known->second : nothing;
+    m_sensors->Show(shown.sensors);
+    m_controls->Show(shown.controls);
+    ShowSource(*lblSensorsSource, shown, shown.sensorsTime);
+    ShowSource(*lblControlsSource, shown, shown.controlsTime);
+}
+
+// The date, too: a report may be older than the shift.
+void ScadaPane::ShowSource(QLabel& label, const ScadaStation& station, const QDateTime& time)
+{
+    const IStringSource& strings = m_parts.strings;
+    if (time.isValid()) {
+        const QDateTime local = time.toLocalTime();
+        const QString when = QLocale().toString(local.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+                             LongTime(local.time());
+        label.setText(FormatMessage(strings, MainText::ScadaReported, {station.name, when}));
+    } else if (station.name.isEmpty()) {
+        label.setText(strings.LoadString(MainText::ScadaNoUnit));
+    } else {
+        label.setText(FormatMessage(strings, MainText::ScadaNotReported, {station.name}));
+    }
+}
+
 void ScadaPane::SwitchSelected()
 {
     const QModelIndex control = GetSelectedItem(*lvControls);
-    if (m_parts.session.LoggedOn && control.isValid() &&
-        m_switch.Switch(cmbScadaUnit->currentText(), control.row())) {
-        m_controls->ItemsChanged();
+    if (!m_parts.session.LoggedOn || !control.isValid()) {
+        return;
+    }
+    const QString unit = ChosenUnit();
+    if (unit.isEmpty()) { // nobody is commanded: the radio link says so, and no control waits
+        m_parts.executive.SendStatus(unit, ScadaCode::SwitchOn(control.row()));
+        return;
+    }
+    // The name may have another address by now: what that one shows has to be seen first.
+    const QVariant seen = control.data(ScadaModel::PictureRole);
+    ShowUnit();
+    if (control.data(ScadaModel::PictureRole) != seen) {
+        return;
+    }
+    ScadaStation& station = m_stations[AddressOf(unit)];
+    if (station.name.isEmpty()) {
+        station.name = unit;
+    }
+    if (m_switch.Switch(unit, station.controls, control.row())) {
+        ShowUnit();
     }
 }
 
@@ -144,31 +231,63 @@ bool ScadaPane::eventFilter(QObject* watched, QEvent* event)
         SwitchSelected();
         return true;
     }
+    // The wheel would choose another unit unseen.
+    if (watched == cmbScadaUnit && event->type() == QEvent::Wheel) {
+        return true;
+    }
     return QWidget::eventFilter(watched, event);
 }
 
-void ScadaPane::UpdateScadaSensors(const QString& bits)
+ScadaStation& ScadaPane::Reporting(const ScadaSource& source)
 {
-    ApplyReport(m_sensors->Items(), bits);
-    m_sensors->ItemsChanged();
+    m_reportedLast = source.dial;
+    ScadaStation& station = m_stations[source.dial];
+    station.name = source.callsign;
+    OfferUnit(source.callsign);
+    return station;
 }
 
-void ScadaPane::UpdateScadaControls(const QString& bits)
+// Who has reported can be chosen from the list; what is typed stays as it is.
+void ScadaPane::OfferUnit(const QString& name)
 {
-    ApplyReport(m_controls->Items(), bits);
-    m_controls->ItemsChanged();
+    if (cmbScadaUnit->findText(name, Qt::MatchFixedString) >= 0) {
+        return;
+    }
+    const QSignalBlocker quiet(cmbScadaUnit);
+    const QString typed = cmbScadaUnit->currentText();
+    const int place = cmbScadaUnit->lineEdit()->cursorPosition();
+    cmbScadaUnit->addItem(name);
+    cmbScadaUnit->setCurrentIndex(-1);
+    cmbScadaUnit->setEditText(typed);
+    cmbScadaUnit->lineEdit()->setCursorPosition(place);
+}
+
+void ScadaPane::UpdateScadaSensors(const QString& bits, const ScadaSource& source)
+{
+    ScadaStation& station = Reporting(source);
+    ApplyReport(station.sensors, bits);
+    station.sensorsTime = source.time;
+    ShowUnit();
+}
+
+void ScadaPane::UpdateScadaControls(const QString& bits, const ScadaSource& source)
+{
+    ScadaStation& station = Reporting(source);
+    ApplyReport(station.controls, bits);
+    station.controlsTime = source.time;
+    ShowUnit();
 }
 
 void ScadaPane::ReflectScadaControl()
 {
     if (m_switch.Reflect()) {
-        m_controls->ItemsChanged();
+        ShowUnit();
     }
 }
 
 void ScadaPane::CancelScadaControl()
 {
     if (m_switch.Cancel()) {
-        m_controls->ItemsChanged();
+        ShowUnit();
     }
 }

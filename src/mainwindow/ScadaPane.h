@@ -4,9 +4,11 @@
 #include "radio/Views.h"
 
 #include <QWidget>
+#include <map>
 
 class Map27Executive;
 class QComboBox;
+class QLabel;
 class QListView;
 class ScadaModel;
 class Settings;
@@ -14,7 +16,8 @@ struct IPrompt;
 struct IStringSource;
 struct SessionState;
 
-// "picScada": watches and drives one outstation, addressed like a radio. Reports are taken from any sender.
+// "picScada": watches and drives outstations, each addressed like a radio. Reports are taken from any sender and
+// kept for it; shown is the unit that is chosen, or, while none is, the one that reported last.
 class ScadaPane : public QWidget, public IScadaView {
     Q_OBJECT
 
@@ -33,9 +36,11 @@ public:
     void Load();
     // Raises Error when the settings cannot be written.
     void StoreUnit();
+    // After what turns a name into an address has changed.
+    void ShowUnit();
 
-    void UpdateScadaSensors(const QString& bits) override;
-    void UpdateScadaControls(const QString& bits) override;
+    void UpdateScadaSensors(const QString& bits, const ScadaSource& source) override;
+    void UpdateScadaControls(const QString& bits, const ScadaSource& source) override;
     void ReflectScadaControl() override;
     void CancelScadaControl() override;
 
@@ -46,6 +51,11 @@ private:
     void Build();
     QListView* NewList(const char* name, int accessibleNameId, ScadaModel& model);
     QWidget* NewButton(const char* name, int textId, int statusCode);
+    QString ChosenUnit() const;
+    QString AddressOf(const QString& unit) const;
+    ScadaStation& Reporting(const ScadaSource& source);
+    void OfferUnit(const QString& name);
+    void ShowSource(QLabel& label, const ScadaStation& station, const QDateTime& time);
     void SwitchSelected();
     void StoreName(ScadaModel& model, int item, const QString& name);
 
@@ -53,6 +63,10 @@ private:
     ScadaModel* m_sensors;
     ScadaModel* m_controls;
     ScadaSwitch m_switch;
+    std::map<QString, ScadaStation> m_stations; // by address
+    QString m_reportedLast;                     // address of a station
     QComboBox* cmbScadaUnit = nullptr;
+    QLabel* lblSensorsSource = nullptr;
+    QLabel* lblControlsSource = nullptr;
     QListView* lvControls = nullptr;
 };

@@ -4,9 +4,9 @@
 
 #include <utility>
 
-bool ScadaSwitch::Switch(const QString& unit, int control)
+bool ScadaSwitch::Switch(const QString& unit, ScadaItems& controls, int control)
 {
-    ScadaItem& item = m_controls[static_cast<std::size_t>(control)];
+    ScadaItem& item = controls[static_cast<std::size_t>(control)];
     if (item.picture == ScadaItem::Picture::Waiting) {
         return false;
     }
@@ -14,12 +14,12 @@ bool ScadaSwitch::Switch(const QString& unit, int control)
     const unsigned last = m_executive.LastTransaction();
     m_executive.SendStatus(unit, off ? ScadaCode::SwitchOff(control) : ScadaCode::SwitchOn(control));
     if (m_executive.LastTransaction() != last) {
-        m_control = control;
+        m_item = &item;
         m_switchingOff = off;
         m_wasUnknown = item.unknown;
         m_transaction = m_executive.LastTransaction();
     }
-    for (ScadaItem& other : m_controls) {
+    for (ScadaItem& other : controls) {
         other.outcome = Outcome::None;
     }
     item.picture = ScadaItem::Picture::Waiting;
@@ -27,25 +27,14 @@ bool ScadaSwitch::Switch(const QString& unit, int control)
     return true;
 }
 
-std::optional<int> ScadaSwitch::Reflect()
+bool ScadaSwitch::End(bool delivered)
 {
-    return End(true);
-}
-
-std::optional<int> ScadaSwitch::Cancel()
-{
-    return End(false);
-}
-
-std::optional<int> ScadaSwitch::End(bool delivered)
-{
-    if (!m_control || m_transaction != m_executive.LastTransaction()) {
-        return std::nullopt;
+    if (m_item == nullptr || m_transaction != m_executive.LastTransaction()) {
+        return false;
     }
-    const int control = *std::exchange(m_control, std::nullopt);
-    ScadaItem& item = m_controls[static_cast<std::size_t>(control)];
+    ScadaItem& item = *std::exchange(m_item, nullptr);
     item.picture = delivered != m_switchingOff ? ScadaItem::Picture::On : ScadaItem::Picture::Off;
     item.outcome = delivered ? Outcome::Done : Outcome::NotDone;
     item.unknown = !delivered && m_wasUnknown;
-    return control;
+    return true;
 }

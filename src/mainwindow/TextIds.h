@@ -100,5 +100,8 @@ constexpr int NoSuchPosition = 5441;
 constexpr int DatabaseAway = 5480;
 constexpr int RecordsWaiting = 5481;
 constexpr int NumberingDoubt = 5790;
+constexpr int ScadaReported = 5870;
+constexpr int ScadaNotReported = 5871;
+constexpr int ScadaNoUnit = 5872;
 
 } // namespace MainText

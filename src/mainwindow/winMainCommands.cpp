@@ -15,6 +15,7 @@
 #include "mainwindow/LinkStrip.h"
 #include "mainwindow/LogPane.h"
 #include "mainwindow/MainMenu.h"
+#include "mainwindow/ScadaPane.h"
 #include "mainwindow/SendPane.h"
 #include "mainwindow/StatusBar.h"
 #include "mainwindow/StatusList.h"
@@ -278,6 +279,7 @@ void winMain::LoadLists()
     Attempt([this] { LoadStati(); });
     ReloadGrps();
     ReloadInds();
+    picScada->ShowUnit();
 }
 
 void winMain::ForbidRegrouping()

@@ -92,7 +92,7 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
     const Party sender = Resolve(prefix, ident);
     const QDateTime time = m_services.clock.Now();
     if (m_views.scada)
-        PassScadaReport(text, *m_views.scada);
+        PassScadaReport(text, {sender.dial, sender.callsign, time}, *m_views.scada);
     Append(time, EventType::Text, text, sender.callsign, m_myCallsign);
     Show(time, EventType::Text, text, sender.callsign, m_myCallsign);
     Notify();

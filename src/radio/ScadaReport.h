@@ -2,7 +2,8 @@
 
 class QString;
 struct IScadaView;
+struct ScadaSource;
 
 // Hands an outstation's report that came as a text message ("I:", "O:", "B:" and the bits) to the view; any
 // other text is passed over.
-void PassScadaReport(const QString& text, IScadaView& view);
+void PassScadaReport(const QString& text, const ScadaSource& source, IScadaView& view);

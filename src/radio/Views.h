@@ -39,10 +39,17 @@ struct ITalkgroupView {
     virtual void CancelUngroup() = 0;
 };
 
+// Where a report came from.
+struct ScadaSource {
+    QString dial; // its address in full, as the numbering writes it
+    QString callsign;
+    QDateTime time; // of its arrival
+};
+
 struct IScadaView {
     virtual ~IScadaView() = default;
-    virtual void UpdateScadaSensors(const QString& bits) = 0; // eight characters
-    virtual void UpdateScadaControls(const QString& bits) = 0;
+    virtual void UpdateScadaSensors(const QString& bits, const ScadaSource& source) = 0; // eight characters
+    virtual void UpdateScadaControls(const QString& bits, const ScadaSource& source) = 0;
     virtual void ReflectScadaControl() = 0;
     virtual void CancelScadaControl() = 0;
 };

@@ -5,8 +5,10 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
+#include <QTextDocumentFragment>
 
 namespace {
 
@@ -35,7 +37,10 @@ public:
         }
         return signs;
     }
-    void Receive(const QString& text) { Q_EMIT control->TextReceived(text, 0, 4); }
+    // From Unit20, or from Unit22 with ident 4.
+    void Receive(const QString& text, qint16 ident = 2) { Q_EMIT control->TextReceived(text, 0, ident); }
+    void Choose(const char* unit) { Find<QComboBox>("cmbScadaUnit").setEditText(QLatin1String(unit)); }
+    QString Source(const char* label) { return Find<QLabel>(label).text(); }
     void Progress(qint16 code) { Q_EMIT control->MessageProgress(code, 0, 0, 2); }
     void DoubleClick(int row)
     {
@@ -162,11 +167,50 @@ TEST(Scada, ASwitchEndsWithItsOwnAnswerOnly)
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("000w0000"));
 }
 
+// What one outstation reports never stands as the state of another.
+TEST(Scada, EachOutstationKeepsItsOwnValues)
+{
+    ScadaStack stack;
+    const QString unknown = QStringLiteral("0?0?0?0?0?0?0?0?");
+    EXPECT_TRUE(stack.Source("lblSensorsSource").startsWith(QStringLiteral("Unit20: no report")));
+    stack.Receive(QStringLiteral("I:00000011"), 4);
+    EXPECT_EQ(stack.Signs("lvSensors"), unknown) << "of another outstation than the chosen one";
+    stack.Receive(QStringLiteral("B:0000000100000000"));
+    const QString reported = stack.Source("lblSensorsSource");
+    EXPECT_TRUE(reported.startsWith(QStringLiteral("Unit20, reported "))) << reported.toStdString();
+    stack.DoubleClick(0);
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("w0000000"));
+
+    stack.clock.Step(std::chrono::hours(1));
+    stack.Choose("unit22");
+    EXPECT_EQ(stack.Signs("lvSensors"), QStringLiteral("11000000"));
+    EXPECT_EQ(stack.Signs("lvControls"), unknown);
+    stack.Receive(QStringLiteral("O:10000000"), 4);
+    stack.Progress(192); // of the switch at Unit20
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
+    EXPECT_NE(stack.Source("lblControlsSource").section(QLatin1Char(','), 1), reported.section(QLatin1Char(','), 1));
+
+    stack.Choose("0200200120");
+    EXPECT_EQ(stack.Signs("lvControls"), unknown) << "no such unit";
+    stack.Choose("200200120");
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("10000000")) << "the same unit by its address";
+    EXPECT_EQ(stack.Source("lblSensorsSource"), reported);
+
+    stack.Choose("");
+    EXPECT_TRUE(stack.Source("lblControlsSource").startsWith(QStringLiteral("Unit22,"))) << "it reported last";
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
+    stack.prompt.ExpectWarning(stack.Text(5000));
+    stack.DoubleClick(0);
+    EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001")) << "nobody was commanded";
+    EXPECT_EQ(stack.Find<QComboBox>("cmbScadaUnit").count(), 2) << "those that reported can be chosen";
+}
+
 TEST(Scada, NamesAndUnitAreKept)
 {
     ScadaStack stack;
     auto& sensors = stack.Find<QListView>("lvSensors");
-    EXPECT_EQ(sensors.model()->index(2, 0).data().toString(), QString());
+    EXPECT_EQ(sensors.model()->index(2, 0).data().toString(), QStringLiteral("2")) << "unnamed";
+    EXPECT_EQ(sensors.model()->index(2, 0).data(Qt::EditRole).toString(), QString());
     sensors.setFocus();
     sensors.setCurrentIndex(sensors.model()->index(2, 0));
     QTest::keyClick(&sensors, Qt::Key_F2);
@@ -177,14 +221,16 @@ TEST(Scada, NamesAndUnitAreKept)
     stack.Controls().setFocus();
     stack.Controls().setCurrentIndex(stack.Controls().model()->index(7, 0));
     QTest::keyClick(&stack.Controls(), Qt::Key_F2);
-    QTest::keyClicks(stack.Controls().findChild<QLineEdit*>(), QStringLiteral("Pump"));
+    QTest::keyClicks(stack.Controls().findChild<QLineEdit*>(), QStringLiteral("<b>Pump"));
     QTest::keyClick(stack.Controls().findChild<QLineEdit*>(), Qt::Key_Return);
     QCoreApplication::processEvents();
     EXPECT_EQ(stack.control->TakeOperations(), QStringList()) << "Enter ends the name and switches nothing";
     stack.CloseWindow();
     stack.Open();
     EXPECT_EQ(stack.Find<QListView>("lvSensors").model()->index(2, 0).data().toString(), QStringLiteral("Door, north"));
-    EXPECT_EQ(stack.Controls().model()->index(7, 0).data().toString(), QStringLiteral("Pump"));
+    EXPECT_EQ(stack.Controls().model()->index(7, 0).data().toString(), QStringLiteral("<b>Pump"));
+    const QString tip = stack.Controls().model()->index(7, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(), QStringLiteral("Control 7 <b>Pump: Unknown"));
     EXPECT_EQ(stack.Find<QComboBox>("cmbScadaUnit").currentText(), QStringLiteral("Unit20"));
 }
 

@@ -46,8 +46,8 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
     void ReflectUngroup() override { calls += QStringLiteral("reflectungroup "); }
     void CancelRegroup() override { calls += QStringLiteral("cancel "); }
     void CancelUngroup() override {}
-    void UpdateScadaSensors(const QString& bits) override { scada += QStringLiteral("S") + bits; }
-    void UpdateScadaControls(const QString& bits) override { scada += QStringLiteral("C") + bits; }
+    void UpdateScadaSensors(const QString& bits, const ScadaSource&) override { scada += QStringLiteral("S") + bits; }
+    void UpdateScadaControls(const QString& bits, const ScadaSource&) override { scada += QStringLiteral("C") + bits; }
     void ReflectScadaControl() override { scada += QStringLiteral("reflect "); }
     void CancelScadaControl() override { scada += QStringLiteral("cancel "); }
     void ReloadInds() override { ++reloads; }
