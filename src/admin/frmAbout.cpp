@@ -34,8 +34,9 @@ frmAbout::frmAbout(IPrompt& prompt, const IStringSource& strings, QWidget* paren
     m_ui->picIcon->setPixmap(LoadIcon(QStringLiteral("veltorkyn")).pixmap(edge, edge));
     m_ui->lblTitle->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
     m_ui->lblTitle->setText(title);
-    m_ui->lblVersion->setText(
-        FormatMessage(strings, AdminText::Version, {QCoreApplication::applicationVersion()}));
+    const QString version = QCoreApplication::applicationVersion();
+    m_ui->lblVersion->setText(version); // its caption stands before it
+    m_ui->lblVersion->setAccessibleName(FormatMessage(strings, AdminText::Version, {version}));
     m_ui->lblDescription->setText(strings.LoadString(AdminText::Description));
     m_ui->lblLicence->setText(strings.LoadString(AdminText::Licence));
     m_ui->lblPlatform->setText(FormatMessage(
