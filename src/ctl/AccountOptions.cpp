@@ -4,6 +4,13 @@
 
 #include <QUrl>
 
+namespace {
+
+const QString aboutTarget = QStringLiteral(
+    "TARGET is the path of a database file, or postgresql://%1/NAME for a database on a server.\n");
+
+} // namespace
+
 QCommandLineOption AccountOptions::PasswordFromStdin()
 {
     return QCommandLineOption("password-stdin",
@@ -14,6 +21,16 @@ QCommandLineOption AccountOptions::ActingAccount()
 {
     return QCommandLineOption("as", "the account that does it (default: admin)", "NAME",
                               defaultAdministrator);
+}
+
+QString AccountOptions::AboutTarget()
+{
+    return aboutTarget.arg("HOST");
+}
+
+QString AccountOptions::AboutTargetWithUser()
+{
+    return aboutTarget.arg("USER@HOST");
 }
 
 dao::Location AccountOptions::TargetOf(const Request& request)

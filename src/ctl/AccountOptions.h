@@ -17,6 +17,11 @@ QCommandLineOption PasswordFromStdin();
 // --as: the account that does it, "admin" unless given.
 QCommandLineOption ActingAccount();
 
+// What help says of TARGET, a line of its own: where accounts of the database log on, and where a user of the
+// server does.
+QString AboutTarget();
+QString AboutTargetWithUser();
+
 // The database that TARGET, the first argument, names. UsageError when that is empty.
 dao::Location TargetOf(const Request& request);
 

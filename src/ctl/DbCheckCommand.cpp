@@ -30,10 +30,10 @@ Command DbCheckCommand()
         .synopsis = "TARGET",
         .summary = "examine a database and its accounts",
         .help =
-            "TARGET is the path of the database file. Both files are read and nothing is changed; no "
-            "password is "
-            "needed.\nFindings go to standard error. The exit code is 1 when one of them is an error, 0 when "
-            "there are only warnings.",
+            AccountOptions::AboutTargetWithUser() +
+            R"(Nothing is changed, and no account's password is needed. Of files both are read; on a server
+USER has to be one that may read everything. Findings go to standard error. The exit code is 1
+when one of them is an error, 0 when there are only warnings.)",
         .options = {},
         .fewestArguments = 1,
         .mostArguments = 1,

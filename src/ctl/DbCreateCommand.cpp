@@ -21,19 +21,18 @@ int Run(const Request& request)
 
 Command DbCreateCommand()
 {
-    return {
-        .words = "db create",
-        .synopsis = "TARGET [--admin NAME] [--password-stdin]",
-        .summary = "make an empty database with its first administrator",
-        .help =
-            "TARGET is the path of the database file. The file of its accounts is made beside it, with the "
-            "same "
-            "name and\nthe ending kynw. Existing files are never touched. The administrator's password is "
-            "asked for twice.",
-        .options = {QCommandLineOption("admin", "the administrator's name (default: admin)", "NAME",
-                                       AccountOptions::defaultAdministrator),
-                    AccountOptions::PasswordFromStdin()},
-        .fewestArguments = 1,
-        .mostArguments = 1,
-        .run = Run};
+    return {.words = "db create",
+            .synopsis = "TARGET [--admin NAME] [--password-stdin]",
+            .summary = "make an empty database with its first administrator",
+            .help =
+                AccountOptions::AboutTargetWithUser() +
+                R"(The file of a database file's accounts is made beside it, with the same name and the ending
+kynw. On a server USER has to be one that may make databases and roles. Nothing that exists is
+ever touched. The administrator's password is asked for twice.)",
+            .options = {QCommandLineOption("admin", "the administrator's name (default: admin)", "NAME",
+                                           AccountOptions::defaultAdministrator),
+                        AccountOptions::PasswordFromStdin()},
+            .fewestArguments = 1,
+            .mostArguments = 1,
+            .run = Run};
 }

@@ -26,11 +26,10 @@ Command DbMigrateCommand()
             .synopsis = "TARGET",
             .summary = "bring a database to the schema of this version",
             .help =
-                "TARGET is the path of the database file or postgresql://USER@HOST/NAME. Files are copied "
-                "beside\n"
-                "themselves before; opening them with the console does the same. A database on a server is "
-                "migrated\n"
-                "only by this command, by a user that may act as its owner; back it up with pg_dump before.",
+                AccountOptions::AboutTargetWithUser() +
+                R"(Files are copied beside themselves before; opening them with the console does the same. A
+database on a server is migrated only by this command, by a USER that may act as its owner; back
+it up with pg_dump before.)",
             .options = {},
             .fewestArguments = 1,
             .mostArguments = 1,

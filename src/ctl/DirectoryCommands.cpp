@@ -1,6 +1,7 @@
 // The commands "directory export" and "directory import".
 
 #include "core/Registry.h"
+#include "ctl/AccountOptions.h"
 #include "ctl/Console.h"
 #include "ctl/CsvWriter.h"
 #include "ctl/DirectoryImport.h"
@@ -63,38 +64,32 @@ int Import(const Request& request)
 
 Command DirectoryExportCommand()
 {
-    return {
-        .words = "directory export",
-        .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
-        .summary = "write the address directory to a file",
-        .help =
-            "TARGET is the path of the database file. FILE.csv must not exist yet; it is written in UTF-8 "
-            "with the "
-            "columns type,\ncallsign, ident, name, note, dynamic and position. Asks for the password of the "
-            "account that does it.",
-        .options = ImportRun::ExportOptions(),
-        .fewestArguments = 2,
-        .mostArguments = 2,
-        .run = Export};
+    return {.words = "directory export",
+            .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
+            .summary = "write the address directory to a file",
+            .help =
+                AccountOptions::AboutTarget() +
+                R"(FILE.csv must not exist yet; it is written in UTF-8 with the columns type, callsign, ident,
+name, note, dynamic and position. Asks for the password of the account that does it.)",
+            .options = ImportRun::ExportOptions(),
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Export};
 }
 
 Command DirectoryImportCommand()
 {
-    return {
-        .words = "directory import",
-        .synopsis = "TARGET FILE.csv [--skip-bad] [--as NAME] [--password-stdin]",
-        .summary = "read the address directory from a file",
-        .help =
-            "TARGET is the path of the database file. FILE.csv is UTF-8, its first line naming the columns "
-            "in any order:\n"
-            "type (individual or talkgroup), callsign, ident (the number in full), name (individuals), note, "
-            "dynamic (yes or no),\nposition (talkgroups, 1..16). An entry takes the place of the one with "
-            "its "
-            "callsign; others stay. All lines are checked\nfirst, as the address editor does, and nothing is "
-            "imported unless all are good or --skip-bad is given. Asks for the\npassword of the account that "
-            "does it.",
-        .options = ImportRun::ImportOptions(),
-        .fewestArguments = 2,
-        .mostArguments = 2,
-        .run = Import};
+    return {.words = "directory import",
+            .synopsis = "TARGET FILE.csv [--skip-bad] [--as NAME] [--password-stdin]",
+            .summary = "read the address directory from a file",
+            .help = AccountOptions::AboutTarget() +
+                    R"(FILE.csv is UTF-8, its first line naming the columns in any order: type (individual or
+talkgroup), callsign, ident (the number in full), name (individuals), note, dynamic (yes or no),
+position (talkgroups, 1..16). An entry takes the place of the one with its callsign; others
+stay. All lines are checked first, as the address editor does, and nothing is imported unless
+all are good or --skip-bad is given. Asks for the password of the account that does it.)",
+            .options = ImportRun::ImportOptions(),
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Import};
 }

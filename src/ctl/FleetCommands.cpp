@@ -124,35 +124,35 @@ int Import(const Request& request)
 
 Command FleetExportCommand()
 {
-    return {
-        .words = "fleet export",
-        .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
-        .summary = "write the MPT1343 fleet plan to a file",
-        .help =
-            "TARGET is the path of the database file. FILE.csv must not exist yet; it is written in UTF-8 "
-            "with the columns type, digits,\nprefix, base_ident, max_ident, fleet_name and notes, which "
-            "\"fleet import\" and \"dial --plan\" read. Asks for the password of\nthe account that does it.",
-        .options = {AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
-        .fewestArguments = 2,
-        .mostArguments = 2,
-        .run = Export};
+    return {.words = "fleet export",
+            .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
+            .summary = "write the MPT1343 fleet plan to a file",
+            .help =
+                AccountOptions::AboutTarget() +
+                R"(FILE.csv must not exist yet; it is written in UTF-8 with the columns type, digits, prefix,
+base_ident, max_ident, fleet_name and notes, which "fleet import" and "dial --plan" read. Asks
+for the password of the account that does it.)",
+            .options = {AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Export};
 }
 
 Command FleetImportCommand()
 {
-    return {
-        .words = "fleet import",
-        .synopsis = "TARGET FILE.csv [--replace] [--as NAME] [--password-stdin]",
-        .summary = "read the MPT1343 fleet plan from a file",
-        .help =
-            "TARGET is the path of the database file. FILE.csv is UTF-8, its first line naming the columns "
-            "in any order: type (units or\ngroups), digits (2 or 3), prefix (0..127), base_ident, max_ident, "
-            "fleet_name, notes. A fleet takes the place of the one with\nits name; with --replace fleets "
-            "that are not in the file are removed. Each fleet has to pass the checks of the plan's\n"
-            "editor; either all are imported or none. Asks for the password of the account that does it.",
-        .options = {QCommandLineOption("replace", "remove the fleets that are not in the file"),
-                    AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
-        .fewestArguments = 2,
-        .mostArguments = 2,
-        .run = Import};
+    return {.words = "fleet import",
+            .synopsis = "TARGET FILE.csv [--replace] [--as NAME] [--password-stdin]",
+            .summary = "read the MPT1343 fleet plan from a file",
+            .help =
+                AccountOptions::AboutTarget() +
+                R"(FILE.csv is UTF-8, its first line naming the columns in any order: type (units or groups),
+digits (2 or 3), prefix (0..127), base_ident, max_ident, fleet_name, notes. A fleet takes the
+place of the one with its name; with --replace fleets that are not in the file are removed. Each
+fleet has to pass the checks of the plan's editor; either all are imported or none. Asks for the
+password of the account that does it.)",
+            .options = {QCommandLineOption("replace", "remove the fleets that are not in the file"),
+                        AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Import};
 }

@@ -30,8 +30,9 @@ std::optional<std::string> ReadInputLine()
     std::string line;
     for (char c = 0; std::cin.get(c) && c != '\n';) {
         if (line.size() == longestLine)
-            throw Error(ErrorCode::General,
-                        QStringLiteral("A line of standard input is longer than %1 characters").arg(longestLine));
+            throw Error(
+                ErrorCode::General,
+                QStringLiteral("A line of standard input is longer than %1 characters").arg(longestLine));
         line += c;
     }
     if (line.empty() && !std::cin)

@@ -1,5 +1,6 @@
 // The commands "status export" and "status import".
 
+#include "ctl/AccountOptions.h"
 #include "ctl/Console.h"
 #include "ctl/CsvWriter.h"
 #include "ctl/ImportRun.h"
@@ -92,9 +93,10 @@ Command StatusExportCommand()
     return {.words = "status export",
             .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
             .summary = "write the status messages to a file",
-            .help = "TARGET is the path of the database file. FILE.csv must not exist yet; it is written in "
-                    "UTF-8 with the "
-                    "columns code,\nin and out. Asks for the password of the account that does it.",
+            .help =
+                AccountOptions::AboutTarget() +
+                R"(FILE.csv must not exist yet; it is written in UTF-8 with the columns code, in and out. Asks
+for the password of the account that does it.)",
             .options = ImportRun::ExportOptions(),
             .fewestArguments = 2,
             .mostArguments = 2,
@@ -108,11 +110,11 @@ Command StatusImportCommand()
         .synopsis = "TARGET FILE.csv [--skip-bad] [--as NAME] [--password-stdin]",
         .summary = "read status messages from a file",
         .help =
-            "TARGET is the path of the database file. FILE.csv is UTF-8, its first line naming the columns "
-            "code (0..31), "
-            "in and out\nin any order. A message takes the place of the one with its code; others stay. All "
-            "lines are checked first, and nothing\nis imported unless all are good or --skip-bad is given. "
-            "Asks for the password of the account that does it.",
+            AccountOptions::AboutTarget() +
+            R"(FILE.csv is UTF-8, its first line naming the columns code (0..31), in and out in any order. A
+message takes the place of the one with its code; others stay. All lines are checked first, and
+nothing is imported unless all are good or --skip-bad is given. Asks for the password of the
+account that does it.)",
         .options = ImportRun::ImportOptions(),
         .fewestArguments = 2,
         .mostArguments = 2,

@@ -42,10 +42,9 @@ Command UserAddCommand()
             .synopsis = "TARGET NAME [--as NAME] [--callsign CALLSIGN] [--group GROUP] [--allow-regrouping] "
                         "[--password-stdin]",
             .summary = "add an operator's account",
-            .help = "TARGET is the path of the database file. Asks for the password of the administrator "
-                    "that does it, "
-                    "then\ntwice for that of the new account. With --password-stdin these are two lines, in "
-                    "this order.",
+            .help = AccountOptions::AboutTarget() +
+                    R"(Asks for the password of the administrator that does it, then twice for that of the new
+account. With --password-stdin these are two lines, in this order.)",
             .options = {AccountOptions::ActingAccount(),
                         QCommandLineOption(
                             "callsign", "the operator's callsign (default: the account's name)", "CALLSIGN"),

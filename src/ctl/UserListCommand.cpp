@@ -33,11 +33,10 @@ Command UserListCommand()
     return {.words = "user list",
             .synopsis = "TARGET [--as NAME] [--password-stdin]",
             .summary = "list the accounts",
-            .help =
-                "TARGET is the path of the database file. Prints one line for each account, after a line of "
-                "headings: name,\ncallsign, groups (separated by commas), whether it may regroup radios, "
-                "whether it "
-                "is logged on; separated by tabs.\nAsks for the password of the account that does it.",
+            .help = AccountOptions::AboutTarget() +
+                    R"(Prints a line of headings and one line for each account: name, callsign, groups
+(separated by commas), whether it may regroup radios, whether it is logged on; separated by
+tabs. Asks for the password of the account that does it.)",
             .options = {AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
             .fewestArguments = 1,
             .mostArguments = 1,

@@ -28,11 +28,10 @@ Command UserPasswordCommand()
         .synopsis = "TARGET NAME [--as ADMINISTRATOR] [--password-stdin]",
         .summary = "change an account's password",
         .help =
-            "TARGET is the path of the database file. Without --as the account changes its own password, and "
-            "its "
-            "old one is\nasked for; with --as an administrator sets it, and the administrator's is asked "
-            "for. "
-            "Then the new one is asked\nfor twice. With --password-stdin these are two lines, in this order.",
+            AccountOptions::AboutTarget() +
+            R"(Without --as the account changes its own password, and its old one is asked for; with --as an
+administrator sets it, and the administrator's is asked for. Then the new one is asked for
+twice. With --password-stdin these are two lines, in this order.)",
         .options = {QCommandLineOption("as", "the administrator that sets the password", "ADMINISTRATOR"),
                     AccountOptions::PasswordFromStdin()},
         .fewestArguments = 2,

@@ -11,6 +11,18 @@ struct Call {
     QByteArray err; // the same for standard error
 };
 
+TEST(Usage, HelpNamesServersWhereverATargetMayBeOne)
+{
+    for (const char* command :
+         {"db create", "db check", "db migrate", "user add", "user list", "user password", "directory export",
+          "directory import", "status export", "status import", "fleet export", "fleet import"}) {
+        const CtlRun run = RunCtl(QString(command).split(' ') + QStringList("--help"));
+        EXPECT_TRUE(run.out.contains("postgresql://")) << command;
+        for (const QByteArray& line : run.out.split('\n'))
+            EXPECT_TRUE(line.size() <= 100 || line.startsWith("Usage: ")) << line.toStdString();
+    }
+}
+
 TEST(Usage, HelpAndWrongArguments)
 {
     const Call calls[] = {
