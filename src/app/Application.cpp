@@ -93,8 +93,17 @@ void Application::ShowMainWindow()
     services.eventLog = o.eventLog.get();
     services.numberingView = &o.windows->NumberingView();
     o.mainWindow = std::make_unique<winMain>(services);
-    QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, &QApplication::quit);
+    // Not quit(), which first asks every window that is open whether it may be closed.
+    QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, [] { QCoreApplication::exit(0); });
     o.mainWindow->show();
+}
+
+void Application::EndAtOnce()
+{
+    if (m_objects && m_objects->mainWindow)
+        m_objects->mainWindow->EndAtOnce();
+    else
+        QCoreApplication::exit(0);
 }
 
 void Application::ShutdownApplication()
@@ -102,9 +111,9 @@ void Application::ShutdownApplication()
     if (!m_objects)
         return;
     Objects& o = *m_objects;
+    o.windows.reset();
     o.passwordDialog.reset();
     o.settingsDialog.reset();
-    o.windows.reset();
     if (o.executive)
         o.executive->Disconnect();
     o.mainWindow.reset();

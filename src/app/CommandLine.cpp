@@ -12,6 +12,7 @@ CommandLine CommandLine::Parse(const QStringList& arguments)
         const QString& argument = arguments[i];
         const bool takesValue = argument == QLatin1String("--settings") ||
                                 argument == QLatin1String("--tour") ||
+                                argument == QLatin1String("-session") ||
                                 argument == QLatin1String("--demonstration");
         if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
             line.mode = Mode::Help;
@@ -26,6 +27,8 @@ CommandLine CommandLine::Parse(const QStringList& arguments)
         if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
             return wrong(QStringLiteral("%1 needs a value").arg(argument));
         const QString& value = arguments[++i];
+        if (argument == QLatin1String("-session")) // from a session manager that starts the console again
+            continue;
         if (argument == QLatin1String("--settings")) {
             line.settingsFile = value;
             continue;

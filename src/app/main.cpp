@@ -2,6 +2,7 @@
 #include "app/CommandLine.h"
 #include "app/ConsoleTour.h"
 #include "app/Demonstration.h"
+#include "app/EndRequest.h"
 #include "app/TextIds.h"
 #include "core/AppPaths.h"
 #include "core/Errors.h"
@@ -47,6 +48,9 @@ QString Version()
 // The console on one settings file, until its main window is closed.
 int RunConsole(const IStringSource& strings, const QString& settingsFile)
 {
+    Application application(strings);
+    EndRequest end;
+    QObject::connect(&end, &EndRequest::Received, &end, [&application] { application.EndAtOnce(); });
     QDir().mkpath(QFileInfo(settingsFile).absolutePath());
     QLockFile lock(settingsFile + QStringLiteral(".lock"));
     lock.setStaleLockTime(0);
@@ -54,7 +58,6 @@ int RunConsole(const IStringSource& strings, const QString& settingsFile)
         ShowBox(strings.LoadString(AppText::AlreadyRunning));
         return Failed;
     }
-    Application application(strings);
     try {
         application.StartUp(settingsFile);
     } catch (const std::exception& failure) {

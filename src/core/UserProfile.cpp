@@ -11,13 +11,18 @@
 
 namespace {
 
-// The operator's own row, current; nothing when the account has none.
-std::unique_ptr<dao::Recordset> FindOwnRow(IDbSession& session)
+// The row of an account, current; nothing when it has none.
+std::unique_ptr<dao::Recordset> FindRow(IDbSession& session, const QString& user)
 {
     auto rows = session.Database().OpenTable("user_profile");
     rows->SetIndex("i_user");
-    rows->Seek(session.Workspace().UserName());
+    rows->Seek(user);
     return rows->NoMatch() ? nullptr : std::move(rows);
+}
+
+std::unique_ptr<dao::Recordset> FindOwnRow(IDbSession& session)
+{
+    return FindRow(session, session.Workspace().UserName());
 }
 
 void StoreLoggedOn(dao::Recordset& row, bool on)
@@ -27,8 +32,8 @@ void StoreLoggedOn(dao::Recordset& row, bool on)
     row.Update();
 }
 
-// Tries until it succeeds or the operator declines.
-bool Retry(IPrompt& prompt, const IStringSource& strings, const std::function<void()>& attempt)
+// Tries until it succeeds or the operator declines. Without a prompt it tries once.
+bool Retry(IPrompt* prompt, const IStringSource& strings, const std::function<void()>& attempt)
 {
     for (;;) {
         try {
@@ -37,7 +42,7 @@ bool Retry(IPrompt& prompt, const IStringSource& strings, const std::function<vo
         } catch (const std::exception& failure) {
             ProgramLog::Write(QStringLiteral("User profile: %1").arg(QString::fromUtf8(failure.what())));
         }
-        if (!prompt.AskQuestion(strings.LoadString(core::textUserProfileRetry)))
+        if (prompt == nullptr || !prompt->AskQuestion(strings.LoadString(core::textUserProfileRetry)))
             return false;
     }
 }
@@ -53,7 +58,7 @@ UserProfile::UserProfile(IDbSession& session, IPrompt& prompt, const IStringSour
 
 void UserProfile::ReadUserProfile()
 {
-    Retry(m_prompt, m_strings, [this] {
+    Retry(&m_prompt, m_strings, [this] {
         m_marker.reset();
         m_allowDr = false; // of the operator before
         const auto row = FindOwnRow(m_session);
@@ -65,14 +70,22 @@ void UserProfile::ReadUserProfile()
     });
 }
 
-void UserProfile::ClearLoggedOnFlag()
+bool UserProfile::ClearLoggedOnFlag(OnFailure onFailure)
 {
     if (!m_marker)
-        return;
-    const bool cleared = Retry(m_prompt, m_strings, [this] {
+        return true;
+    const bool cleared = Retry(onFailure == OnFailure::Ask ? &m_prompt : nullptr, m_strings, [this] {
         if (const auto row = FindOwnRow(m_session))
             StoreLoggedOn(*row, false);
     });
     if (cleared)
         m_marker.reset();
+    return cleared;
+}
+
+void UserProfile::ClearLoggedOnFlagOf(const QString& user)
+{
+    const auto row = FindRow(m_session, user);
+    if (row && row->Field("logged_on").toBool())
+        StoreLoggedOn(*row, false);
 }

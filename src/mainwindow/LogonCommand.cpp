@@ -7,6 +7,8 @@
 #include "core/Settings.h"
 #include "core/StringSource.h"
 #include "core/UserProfile.h"
+#include "dao/Database.h"
+#include "dao/Workspace.h"
 #include "mainwindow/Services.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
@@ -17,13 +19,14 @@
 LogonCommand::LogonCommand(const Services& services, SessionState& state, ILogonView& view)
     : m_services(services),
       m_state(state),
-      m_view(view)
+      m_view(view),
+      m_openSessions(services.settings)
 {
 }
 
 void LogonCommand::Run()
 {
-    if (m_running) {
+    if (m_running || m_ending) {
         return;
     }
     const QScopedValueRollback running(m_running, true);
@@ -37,10 +40,19 @@ void LogonCommand::Run()
 void LogonCommand::Logon()
 {
     m_view.PressSessionButton(false);
-    if (!OpenSession() || !ReadRights() || !ConnectRadio()) {
+    if (!OpenSession() || !ReadRights()) {
         return;
     }
+    Attempt([this] { EndLeftSessions(); });
+    if (!ConnectRadio() || m_ending) {
+        return;
+    }
+    Attempt([this] { KeepSession(); });
     Attempt([this] { m_services.profile.ReadUserProfile(); });
+    if (m_ending) { // while it asked
+        EndSession();
+        return;
+    }
     Attempt([this] { m_view.LoadTalkgroupCaptions(); });
     m_state.LoggedOn = true;
     m_view.LoadLists();
@@ -114,11 +126,58 @@ void LogonCommand::Logoff()
     m_view.SetCommandStates();
 }
 
+void LogonCommand::HangUp()
+{
+    m_ending = true;
+    m_session.callsign = m_services.executive.MyCallsign();
+    Attempt([this] { m_services.executive.Disconnect(); });
+}
+
 void LogonCommand::EndSession()
 {
-    Attempt([this] { m_services.executive.UpdateDutyStatus(m_services.executive.MyCallsign(), false); });
-    Attempt([this] { m_services.profile.ClearLoggedOnFlag(); });
+    if (!m_ending) {
+        m_session.callsign = m_services.executive.MyCallsign();
+    }
+    // First of all what is left to do is written down: the rest may take too long.
+    Attempt([this] { m_openSessions.Keep(m_session); });
+    bool stored = false;
+    Attempt([&] { stored = m_services.executive.UpdateDutyStatus(m_session.callsign, false); });
+    const auto onFailure = m_ending ? UserProfile::OnFailure::GiveUp : UserProfile::OnFailure::Ask;
+    if (stored || !m_ending) {
+        Attempt([&] { stored = m_services.profile.ClearLoggedOnFlag(onFailure) && stored; });
+    }
+    if (stored) {
+        Attempt([this] { m_openSessions.Forget(m_session); });
+    }
     Attempt([this] { m_services.executive.Disconnect(); });
+}
+
+void LogonCommand::KeepSession()
+{
+    m_session = {};
+    m_session = {m_services.session.Database().Id(), m_services.session.Workspace().UserName(), {}};
+    m_openSessions.Keep(m_session);
+}
+
+// Those of this console that were cut short. Another operator than theirs may lack the right to it; then they wait
+// for one who has it.
+void LogonCommand::EndLeftSessions()
+{
+    for (OpenSessions::Session session : m_openSessions.Of(m_services.session.Database().Id())) {
+        if (EndLeft(session)) {
+            m_openSessions.Forget(session);
+        } else {
+            m_openSessions.Keep(session);
+        }
+    }
+}
+
+bool LogonCommand::EndLeft(OpenSessions::Session& session)
+{
+    if (!session.callsign.isEmpty() && m_services.executive.UpdateDutyStatus(session.callsign, false)) {
+        session.callsign.clear();
+    }
+    return Attempt([&] { m_services.profile.ClearLoggedOnFlagOf(session.user); }) && session.callsign.isEmpty();
 }
 
 void LogonCommand::ShowFailure(const std::exception& failure)
@@ -126,12 +185,14 @@ void LogonCommand::ShowFailure(const std::exception& failure)
     m_services.prompt.ShowError(DescribeError(failure, m_services.strings));
 }
 
-void LogonCommand::Attempt(const std::function<void()>& step)
+bool LogonCommand::Attempt(const std::function<void()>& step)
 {
     try {
         step();
+        return true;
     } catch (const std::exception& failure) {
         ProgramLog::Write(DescribeError(failure, m_services.strings));
+        return false;
     }
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/OpenSessions.h"
+
 #include <QString>
 #include <functional>
 
@@ -31,19 +33,27 @@ public:
     void Run();
     // What remains of the session when the program ends: own radio off duty, profile unmarked, link closed.
     void EndSession();
+    // The program is told to end at once: the radio hangs up, and from now on nobody logs on and nothing is asked.
+    void HangUp();
 
 private:
     void Logon();
     bool OpenSession();
+    void EndLeftSessions();
+    bool EndLeft(OpenSessions::Session& session);
+    void KeepSession();
     bool ReadRights();
     bool ConnectRadio();
     void Logoff();
     void ShowFailure(const std::exception& failure);
-    void Attempt(const std::function<void()>& step);
+    bool Attempt(const std::function<void()>& step);
     QString Text(int id) const;
 
     const Services& m_services;
     SessionState& m_state;
     ILogonView& m_view;
+    OpenSessions m_openSessions;
+    OpenSessions::Session m_session; // the present one
+    bool m_ending = false;           // the program is told to end
     bool m_running = false; // an operator can press the button again while a dialog is open
 };

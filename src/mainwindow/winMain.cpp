@@ -275,8 +275,8 @@ void winMain::EnableFullScreen(bool enabled)
 
 void winMain::closeEvent(QCloseEvent* event)
 {
-    const bool ask = m_session.LoggedOn && !m_exitDecided && !m_unloaded && !qApp->isSavingSession();
-    if (m_askingExit || (ask && !AskExit())) {
+    const bool ask = m_session.LoggedOn && !m_exitDecided && !m_unloaded;
+    if (ask && !AskExit()) {
         event->ignore();
         return;
     }
@@ -306,6 +306,13 @@ void winMain::CloseUnasked()
 {
     m_exitDecided = true;
     close();
+}
+
+void winMain::EndAtOnce()
+{
+    m_logon.HangUp();
+    CloseUnasked();
+    Unload(); // even if a dialog of its own kept the window from being closed
 }
 
 void winMain::Unload()

@@ -61,8 +61,11 @@ public:
     void SelectNextTab();
     void SelectPreviousTab();
 
-    // Closes the window without its question, for a system that is shutting down.
+    // Closes the window without its question.
     void CloseUnasked();
+    // The same for a system that is shutting down: whatever box or dialog stands open, nothing is asked, and the
+    // radio hangs up first. What cannot be stored is put right at this console's next logon.
+    void EndAtOnce();
 
 Q_SIGNALS:
     // The window is gone and the session ended; the application shuts down.

@@ -64,17 +64,19 @@ QString Map27Executive::LookupIdent(const QString& text) const
     return Find(m_services.session, QStringLiteral("i_callsign"), trimmed, QStringLiteral("IDENT"), trimmed);
 }
 
-void Map27Executive::UpdateDutyStatus(const QString& callsign, bool onDuty)
+bool Map27Executive::UpdateDutyStatus(const QString& callsign, bool onDuty)
 {
     if (RegistryGet(m_services.session, QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble() != 1)
-        return;
+        return true;
     try {
         const auto query = m_services.session.Database().QueryDef(QStringLiteral("update_duty_status"));
         query->SetParameter(QStringLiteral("cs"), callsign);
         query->SetParameter(QStringLiteral("ds"), onDuty);
         if (query->Execute() > 0)
             m_agent->ReloadIndividuals();
+        return true;
     } catch (const std::exception& failure) {
         ProgramLog::Write(DescribeError(failure, m_services.strings));
+        return false;
     }
 }

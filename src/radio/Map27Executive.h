@@ -106,7 +106,8 @@ public:
     QString MakeFullAddress(const QString& dial) const; // raises Error
     QString LookupCallsign(const QString& dial) const;
     QString LookupIdent(const QString& text) const;
-    void UpdateDutyStatus(const QString& callsign, bool onDuty);
+    // False when it should be stored and could not be.
+    bool UpdateDutyStatus(const QString& callsign, bool onDuty);
 
     LinkStatus Link() const;
     QWidget& AgentWindow();

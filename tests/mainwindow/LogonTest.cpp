@@ -1,7 +1,9 @@
 // Logging on and off, step by step.
 
 #include "MainWindowStack.h"
+#include "core/OpenSessions.h"
 #include "core/Registry.h"
+#include "dao/Database.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -152,6 +154,87 @@ TEST(Logon, OwnRadioGoesOffDutyAtLogoff)
     directory->SetIndex(QStringLiteral("i_callsign"));
     directory->Seek(QStringLiteral("Dispatch"));
     EXPECT_FALSE(directory->Field(QStringLiteral("on_duty")).toBool());
+}
+
+bool IsOnDuty(MainWindowStack& stack, const char* callsign)
+{
+    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
+    directory->SetIndex(QStringLiteral("i_callsign"));
+    directory->Seek(QLatin1String(callsign));
+    return directory->Field(QStringLiteral("on_duty")).toBool();
+}
+
+TEST(Logon, AProgramToldToEndHangsUpAndAsksNothing)
+{
+    for (const bool databaseGone : {false, true}) {
+        SCOPED_TRACE(databaseGone);
+        MainWindowStack stack;
+        stack.Open();
+        stack.LogOn();
+        const QString database = stack.session.Database().Id();
+        RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("1"));
+        stack.executive.UpdateDutyStatus(QStringLiteral("Dispatch"), true);
+        Q_EMIT stack.control->IncomingCall(0, 0, 0, 4);
+        stack.control->TakeOperations();
+        QStringList before; // what the radio was told before the database was touched
+        stack.prompt.ExpectConfirmation(stack.Text(2027), false);
+        stack.prompt.whileOpen = [&] {
+            stack.session.onUse = [&] {
+                if (before.isEmpty())
+                    before = stack.control->operations;
+                if (databaseGone)
+                    Raise(ErrorCode::General, "Server gone.");
+            };
+            stack.Window().EndAtOnce();
+            stack.session.onUse = nullptr;
+        };
+        stack.Trigger("miLogOnLogOff");
+        stack.prompt.Finish();
+        stack.prompt.whileOpen = nullptr;
+        EXPECT_EQ(before, QStringList({QStringLiteral("CancelTransaction"), QStringLiteral("ClearCall"),
+                                       QStringLiteral("CloseLink")}));
+        EXPECT_FALSE(stack.Window().isVisible());
+        EXPECT_EQ(OpenSessions(stack.settings).Of(database).size(), databaseGone ? 1 : 0);
+        EXPECT_EQ(IsOnDuty(stack, "Dispatch"), databaseGone);
+        EXPECT_EQ(stack.ProfileIsLoggedOn(), databaseGone);
+        stack.CloseWindow();
+        stack.Open();
+        ASSERT_TRUE(QTest::qWaitFor([&] { return stack.Window().LoggedOn(); }));
+        EXPECT_FALSE(IsOnDuty(stack, "Dispatch")) << "put right before the radio reports";
+    }
+}
+
+// Somebody else's session that was cut short at this console is ended by the next one who may do it.
+TEST(Logon, EndsWhatAnotherAccountLeftOpenHere)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.session.Logon(true, true);
+    const QString database = stack.session.Database().Id();
+    stack.AddRow("user_profile", {{"UserName", "lost"}, {"logged_on", true}});
+    OpenSessions(stack.settings).Keep({database, QStringLiteral("Lost"), {}});
+    OpenSessions(stack.settings).Keep({QStringLiteral("another database"), QStringLiteral("lost"), {}});
+    stack.session.Logoff();
+    stack.database.AddOperator(QStringLiteral("op"), QStringLiteral("x"));
+    const auto lostIsLoggedOn = [&] {
+        const auto profiles = stack.session.Database().OpenTable(QStringLiteral("user_profile"));
+        profiles->SetIndex(QStringLiteral("i_user"));
+        profiles->Seek(QStringLiteral("lost"));
+        return profiles->Field(QStringLiteral("logged_on")).toBool();
+    };
+    stack.session.logonName = QStringLiteral("op");
+    stack.session.logonPassword = QStringLiteral("x");
+    stack.Trigger("miLogOnLogOff");
+    EXPECT_TRUE(lostIsLoggedOn()) << "an operator has no right to it";
+    stack.LogOff();
+    stack.session.logonName = QString::fromLatin1(TestDatabase::userName);
+    stack.session.logonPassword = QString::fromLatin1(TestDatabase::password);
+    stack.Trigger("miLogOnLogOff");
+    EXPECT_FALSE(lostIsLoggedOn());
+    ASSERT_EQ(OpenSessions(stack.settings).Of(database).size(), 1) << "the present one";
+    EXPECT_EQ(OpenSessions(stack.settings).Of(QStringLiteral("another database")).size(), 1);
+    stack.LogOff();
+    EXPECT_EQ(OpenSessions(stack.settings).Of(database).size(), 0);
 }
 
 }

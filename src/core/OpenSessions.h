@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+class Settings;
+
+// The sessions that have begun at this console and are not known to be stored as ended, kept in its settings. One
+// that is there at a logon was cut short: the program was ended, or the database could not be reached. What it has
+// left in the database, a marked profile and a radio on duty, is then put right.
+class OpenSessions {
+public:
+    struct Session {
+        QString database; // its identity
+        QString user;     // name of the account
+        QString callsign; // of the own radio; empty when it was not known, or is off duty by now
+
+        bool operator==(const Session&) const = default;
+    };
+
+    explicit OpenSessions(Settings& settings) : m_settings(settings) {}
+
+    // All raise Error when the settings cannot be read or written.
+    QList<Session> Of(const QString& database) const;
+    // In the place of the one of this account on this database, if there is one.
+    void Keep(const Session& session);
+    void Forget(const Session& session);
+
+private:
+    QList<Session> All() const;
+    void Store(const QList<Session>& sessions);
+
+    Settings& m_settings;
+};
