@@ -4,9 +4,9 @@
 
 #include "core/Clock.h"
 #include "core/StringSource.h"
-#include "map27/Framing.h"
-#include "map27/Messages.h"
-#include "map27/ShortData.h"
+#include "map27/codec/Messages.h"
+#include "map27/codec/ShortData.h"
+#include "map27/link/Framing.h"
 #include "radio/SerialMap27Control.h"
 
 #include <QApplication>

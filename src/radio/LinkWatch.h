@@ -1,6 +1,6 @@
 #pragma once
 
-#include "map27/Terminal.h"
+#include "map27/terminal/Terminal.h"
 
 #include <QByteArray>
 #include <QString>

@@ -1,6 +1,6 @@
 #include "radio/RadioCharacters.h"
 
-#include "map27/CodePage437.h"
+#include "map27/codec/CodePage437.h"
 
 QString FirstUnsendable(const QString& text)
 {

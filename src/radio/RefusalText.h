@@ -1,6 +1,6 @@
 #pragma once
 
-#include "map27/TerminalEvents.h"
+#include "map27/terminal/TerminalEvents.h"
 
 #include <QString>
 

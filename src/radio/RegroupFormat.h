@@ -1,7 +1,7 @@
 #pragma once
 
-#include "map27/Address.h"
-#include "map27/CharacterCoding.h"
+#include "map27/codec/Address.h"
+#include "map27/codec/CharacterCoding.h"
 
 #include <string_view>
 #include <variant>

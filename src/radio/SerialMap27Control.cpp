@@ -5,7 +5,7 @@
 #include "core/FormatMessage.h"
 #include "core/ProgramLog.h"
 #include "core/StringSource.h"
-#include "map27/Causes.h"
+#include "map27/codec/Causes.h"
 #include "radio/RadioPort.h"
 #include "radio/RefusalText.h"
 #include "radio/TextIds.h"

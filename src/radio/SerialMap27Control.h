@@ -1,6 +1,6 @@
 #pragma once
 
-#include "map27/Terminal.h"
+#include "map27/terminal/Terminal.h"
 #include "radio/LinkWatch.h"
 #include "radio/Map27Control.h"
 

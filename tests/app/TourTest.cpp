@@ -1,7 +1,7 @@
 // The guided tour from beginning to end, and what it put on the wire.
 
-#include "map27/Framing.h"
-#include "map27/Messages.h"
+#include "map27/codec/Messages.h"
+#include "map27/link/Framing.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "map27/CharacterCoding.h"
+#include "map27/codec/CharacterCoding.h"
 #include "map27/Script.h"
 
 #include <gtest/gtest.h>

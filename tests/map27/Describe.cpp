@@ -1,6 +1,6 @@
 #include "map27/Describe.h"
 
-#include "map27/CharacterCoding.h"
+#include "map27/codec/CharacterCoding.h"
 
 using namespace map27;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "map27/Messages.h"
+#include "map27/codec/Messages.h"
 
 #include <map>
 #include <string>

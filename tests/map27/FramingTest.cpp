@@ -1,7 +1,7 @@
-#include "map27/Framing.h"
-#include "map27/Fcs.h"
+#include "map27/link/Framing.h"
 #include "map27/Json.h"
 #include "map27/Script.h"
+#include "map27/link/Fcs.h"
 
 #include <gtest/gtest.h>
 

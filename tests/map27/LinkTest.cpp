@@ -1,4 +1,4 @@
-#include "map27/Link.h"
+#include "map27/link/Link.h"
 #include "map27/Script.h"
 
 #include <gtest/gtest.h>

@@ -1,9 +1,9 @@
-#include "map27/Messages.h"
-#include "map27/Causes.h"
+#include "map27/codec/Messages.h"
 #include "map27/Describe.h"
-#include "map27/Framing.h"
 #include "map27/Json.h"
 #include "map27/Script.h"
+#include "map27/codec/Causes.h"
+#include "map27/link/Framing.h"
 
 #include <gtest/gtest.h>
 

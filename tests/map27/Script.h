@@ -1,6 +1,6 @@
 #pragma once
 
-#include "map27/Octets.h"
+#include "map27/codec/Octets.h"
 
 #include <functional>
 #include <string>

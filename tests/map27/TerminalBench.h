@@ -1,7 +1,7 @@
 #pragma once
 
 #include "map27/Script.h"
-#include "map27/Terminal.h"
+#include "map27/terminal/Terminal.h"
 
 // A terminal and a scripted radio behind a link of its own, in virtual time. Steps:
 //   status TO N | text7 TO TEXT | text8 TO TEXT | binary TO HEX | call TO [emergency] [priority] [oneway]

@@ -5,7 +5,7 @@
 #include "core/FormatMessage.h"
 #include "radio/SerialRadioPort.h"
 #include "radio/TextIds.h"
-#include "simulator/Program.h"
+#include "simulator/program/Program.h"
 
 #include <QFileInfo>
 

@@ -8,7 +8,7 @@
 #include "radio/SerialMap27Control.h"
 #include "radio/StatusTexts.h"
 #include "radio/frmMap27Agent.h"
-#include "simulator/ScenarioReader.h"
+#include "simulator/script/ScenarioReader.h"
 #include "support/FakeBeeper.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "map27/Terminal.h"
-#include "simulator/ScenarioReader.h"
-#include "simulator/Simulation.h"
+#include "map27/terminal/Terminal.h"
+#include "simulator/program/Simulation.h"
+#include "simulator/script/ScenarioReader.h"
 
 #include <gtest/gtest.h>
 

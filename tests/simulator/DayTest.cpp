@@ -1,7 +1,7 @@
 #include "Bench.h"
 
-#include "map27/Framing.h"
-#include "map27/LinkPackets.h"
+#include "map27/link/Framing.h"
+#include "map27/link/LinkPackets.h"
 
 #include <iostream>
 

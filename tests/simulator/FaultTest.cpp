@@ -1,6 +1,6 @@
 #include "Bench.h"
 
-#include "map27/Framing.h"
+#include "map27/link/Framing.h"
 
 using map27::Milliseconds;
 

@@ -1,4 +1,4 @@
-#include "simulator/Options.h"
+#include "simulator/program/Options.h"
 
 #include <gtest/gtest.h>
 

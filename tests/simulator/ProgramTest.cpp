@@ -1,8 +1,8 @@
-#include "simulator/Program.h"
-#include "map27/Framing.h"
-#include "map27/Terminal.h"
-#include "simulator/FileDescriptor.h"
-#include "simulator/ScenarioReader.h"
+#include "simulator/program/Program.h"
+#include "map27/link/Framing.h"
+#include "map27/terminal/Terminal.h"
+#include "simulator/program/FileDescriptor.h"
+#include "simulator/script/ScenarioReader.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

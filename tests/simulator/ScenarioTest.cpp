@@ -1,4 +1,4 @@
-#include "simulator/ScenarioReader.h"
+#include "simulator/script/ScenarioReader.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include "core/Errors.h"
 #include "radio/RadioPort.h"
-#include "simulator/Radio.h"
+#include "simulator/network/Radio.h"
 #include "support/FakeClock.h"
 
 #include <QByteArray>

@@ -1,5 +1,5 @@
-#include "simulator/Program.h"
 #include "simulator/main/SignalWatch.h"
+#include "simulator/program/Program.h"
 
 #include <QCoreApplication>
 

@@ -1,0 +1,24 @@
+#include "map27/link/LinkParameters.h"
+
+#include <algorithm>
+
+namespace map27 {
+
+LinkParameters LinkParameters::ForBitRate(unsigned bitsPerSecond)
+{
+    LinkParameters parameters;
+    parameters.bitRate = bitsPerSecond;
+    if (bitsPerSecond == 0)
+        return parameters;
+
+    // 1.5 s at 9600 bit/s is twice the longest LT and its LA with every octet doubled. A fast line still has
+    // a slow program at its end, hence the floor.
+    constexpr Milliseconds::rep t1At9600 = 1500;
+    parameters.t1 = Milliseconds(std::max<Milliseconds::rep>(300, t1At9600 * 9600 / bitsPerSecond));
+    parameters.t0First = Milliseconds(std::max<Milliseconds::rep>(100, 250 * 1200 / bitsPerSecond));
+    // On a very slow line the first repetition must not be later than the last.
+    parameters.t0First = std::min(parameters.t0First, parameters.t0Longest);
+    return parameters;
+}
+
+} // namespace map27

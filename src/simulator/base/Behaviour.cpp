@@ -1,0 +1,141 @@
+#include "simulator/base/Behaviour.h"
+
+#include <algorithm>
+#include <array>
+
+namespace sim {
+
+namespace {
+
+// Causes, MAP27 v1.5, A7.5.
+constexpr std::uint8_t Success = 0x00;
+constexpr std::uint8_t Alerting = 0x01;
+constexpr std::uint8_t SystemBusy = 0x02;
+constexpr std::uint8_t Invalid = 0x03;
+constexpr std::uint8_t Unreachable = 0x04;
+constexpr std::uint8_t NotedForCallBack = 0x07;
+constexpr std::uint8_t UnitBusy = 0x0A;
+constexpr std::uint8_t Overloaded = 0x0B;
+constexpr std::uint8_t EngagedOrRefused = 0x0C;
+constexpr std::uint8_t DivertedNoRetry = 0x06;
+constexpr std::uint8_t DivertedUnavailable = 0x0E;
+constexpr std::uint8_t DivertedGroup = 0x16;
+constexpr std::uint8_t DivertedRetry = 0x26;
+constexpr std::uint8_t DivertedGroupRetry = 0x36;
+
+// A cause on the way, and the cause at the end; success when that is 0.
+struct Course {
+    std::optional<std::uint8_t> first;
+    std::optional<std::uint8_t> last;
+};
+
+struct Row {
+    Behaviour behaviour;
+    std::string_view word;
+    Course message;
+    Course call;
+    int reactMs;
+    int answerMs;
+};
+
+constexpr std::optional<std::uint8_t> none;
+
+constexpr std::array rows{
+    Row{Behaviour::Answers, "answers", {none, Success}, {none, Success}, 300, 0},
+    Row{Behaviour::Slow, "slow", {none, Success}, {none, Success}, 8000, 0},
+    Row{Behaviour::Rings, "rings", {none, Success}, {Alerting, Success}, 300, 3000},
+    Row{Behaviour::Queued, "queued", {SystemBusy, Success}, {SystemBusy, Success}, 300, 2000},
+    Row{Behaviour::Busy, "busy", {UnitBusy, Success}, {UnitBusy, Success}, 300, 2000},
+    Row{Behaviour::Refuses, "refuses", {none, EngagedOrRefused}, {Alerting, EngagedOrRefused}, 300, 2000},
+    Row{Behaviour::Engaged, "engaged", {none, EngagedOrRefused}, {none, EngagedOrRefused}, 300, 0},
+    Row{Behaviour::NoAnswer, "no-answer", {none, Success}, {Alerting, Unreachable}, 300, 15000},
+    Row{Behaviour::CallBack, "call-back", {none, Success}, {none, NotedForCallBack}, 300, 10000},
+    Row{Behaviour::OutOfReach, "out-of-reach", {none, Unreachable}, {none, Unreachable}, 1500, 0},
+    Row{Behaviour::Rejects, "rejects", {none, Invalid}, {none, Invalid}, 300, 0},
+    Row{Behaviour::Overload, "overload", {none, Overloaded}, {none, Overloaded}, 300, 0},
+    Row{Behaviour::Diverted, "diverted", {DivertedRetry, Success}, {DivertedRetry, Success}, 300, 1000},
+    Row{Behaviour::DivertedAway, "diverted-away", {none, DivertedNoRetry}, {none, DivertedNoRetry}, 300, 0},
+    Row{Behaviour::DivertedNowhere,
+        "diverted-nowhere",
+        {none, DivertedUnavailable},
+        {none, DivertedUnavailable},
+        300,
+        0},
+    Row{Behaviour::DivertedToGroup,
+        "diverted-to-group",
+        {none, DivertedGroup},
+        {DivertedGroupRetry, Success},
+        300,
+        1000},
+    Row{Behaviour::Silent, "silent", {none, none}, {none, none}, 0, 0},
+};
+
+constexpr std::array<std::pair<std::string_view, Service>, 4> services{{{"status", Service::Status},
+                                                                        {"text", Service::Text},
+                                                                        {"call", Service::Call},
+                                                                        {"regroup", Service::Regroup}}};
+
+const Row& RowOf(Behaviour behaviour)
+{
+    return *std::ranges::find(rows, behaviour, &Row::behaviour);
+}
+
+} // namespace
+
+std::optional<Service> ServiceOfWord(std::string_view word)
+{
+    const auto service = std::ranges::find(services, word, &std::pair<std::string_view, Service>::first);
+    if (service == services.end())
+        return std::nullopt;
+    return service->second;
+}
+
+Reaction Reaction::Of(Behaviour behaviour)
+{
+    const Row& row = RowOf(behaviour);
+    return {behaviour, Milliseconds(row.reactMs), Milliseconds(row.answerMs), Milliseconds(0)};
+}
+
+std::vector<Step> StepsOf(const Reaction& reaction, Service service)
+{
+    const Row& row = RowOf(reaction.behaviour);
+    const Course& course = service == Service::Call ? row.call : row.message;
+    std::vector<Step> steps;
+    if (course.first)
+        steps.push_back({reaction.reactAfter, StepOutcome::Pending, *course.first});
+    if (course.last) {
+        const Milliseconds delay = course.first ? reaction.answerAfter : reaction.reactAfter;
+        steps.push_back(
+            {delay, *course.last == Success ? StepOutcome::Success : StepOutcome::Failure, *course.last});
+    }
+    return steps;
+}
+
+bool IsDiversion(Behaviour behaviour)
+{
+    return behaviour == Behaviour::Diverted || behaviour == Behaviour::DivertedAway ||
+           behaviour == Behaviour::DivertedNowhere || behaviour == Behaviour::DivertedToGroup;
+}
+
+std::optional<Behaviour> BehaviourOfWord(std::string_view word)
+{
+    const auto row = std::ranges::find(rows, word, &Row::word);
+    if (row == rows.end())
+        return std::nullopt;
+    return row->behaviour;
+}
+
+std::string_view WordOf(Behaviour behaviour)
+{
+    return RowOf(behaviour).word;
+}
+
+std::string BehaviourWords()
+{
+    std::string words;
+    for (const Row& row : rows)
+        words += (words.empty() ? "" : ", ") + std::string(row.word);
+    return words;
+}
+
+} // namespace sim

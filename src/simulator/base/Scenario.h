@@ -1,0 +1,53 @@
+#pragma once
+
+#include "map27/codec/Messages.h"
+#include "simulator/base/Action.h"
+#include "simulator/base/FaultSettings.h"
+#include "simulator/base/OwnRadio.h"
+
+namespace sim {
+
+// Field strength as the radio reports it; wanders between the two, or stays when they are equal.
+struct FieldStrength {
+    std::uint8_t lowest = 158;
+    std::uint8_t highest = 158;
+    Milliseconds every{30000}; // between two reports while it wanders
+};
+
+// What the network does with medium texts (MST).
+enum class MediumTexts { Carried, Refused, Split };
+
+struct NetworkProperties {
+    std::uint16_t channel = 1;        // 10 bits
+    std::uint16_t systemIdentity = 0; // 15 bits
+    FieldStrength field;
+    std::uint8_t maxCallTimeCode = 255; // as in the operating condition message
+    Milliseconds callWarning{10000};    // this long before the maximum call time the radio warns
+    Milliseconds ringing{30000};        // a caller whom nobody answers gives up after this
+    MediumTexts mediumTexts = MediumTexts::Carried;
+};
+
+struct TimedEvent {
+    Milliseconds at{};    // since the console came up first; times without a console do not count
+    Milliseconds every{}; // 0: once
+    Action action;
+};
+
+struct Scenario {
+    OwnRadio radio;
+    NetworkProperties network;
+    Fleet fleet;
+    std::vector<TimedEvent> events;
+    FaultSettings faults; // from the beginning
+
+    // Groups that the own radio listens to: those of the fleet.
+    std::vector<map27::Address> GroupList() const;
+};
+
+// More do not fit into one numbering message.
+constexpr std::size_t MostGroups = 70;
+
+// The octet of the operating condition message; empty when the message cannot express the time. 0: no limit.
+std::optional<std::uint8_t> MaxCallTimeCode(int seconds);
+
+} // namespace sim

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "map27/link/Time.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <utility>
+
+namespace sim {
+
+using map27::Deadline;
+using map27::Milliseconds;
+using map27::TimePoint;
+
+// What is to happen later. Knows no clock: the owner says how late it is.
+class Schedule {
+public:
+    using Action = std::function<void()>;
+    using Ticket = std::pair<TimePoint, std::uint64_t>;
+
+    // The time of the action that runs, else the last time told.
+    TimePoint Now() const { return m_now; }
+
+    Ticket After(Milliseconds delay, Action action);
+    void Cancel(const Ticket& ticket) { m_actions.erase(ticket); }
+
+    Deadline NextDeadline() const;
+
+    // Runs what is due, in order of time; what these actions plan for the same time runs too. Time never runs
+    // backwards here: an earlier `now` is taken for the latest one.
+    void RunUntil(TimePoint now);
+
+private:
+    TimePoint m_now{};
+    std::uint64_t m_lastNumber = 0;
+    std::map<Ticket, Action> m_actions;
+};
+
+// One thing to happen later, or nothing. Starting it again replaces what was planned; destroying it cancels.
+class Timer {
+public:
+    explicit Timer(Schedule& schedule) : m_schedule(schedule) {}
+    ~Timer() { Stop(); }
+    Timer(const Timer&) = delete;
+    Timer& operator=(const Timer&) = delete;
+
+    void Start(Milliseconds delay, Schedule::Action action);
+    void Stop();
+
+private:
+    Schedule& m_schedule;
+    bool m_running = false;
+    Schedule::Ticket m_ticket{};
+};
+
+} // namespace sim

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "map27/codec/Direction.h"
+#include "map27/codec/Octets.h"
+#include "simulator/base/FaultSettings.h"
+#include "simulator/base/Random.h"
+#include "simulator/base/Schedule.h"
+
+namespace sim {
+
+// What a frame came to.
+struct Struck {
+    map27::Octets sent;     // the frame as its sender meant it
+    map27::Octets octets;   // what goes over the line: with noise, repetitions and all; empty: nothing
+    Milliseconds late{};    // so much later than it could have been
+    std::string_view fault; // for a trace; empty: none
+};
+
+// Spoils frames of both directions. While silent nothing gets through at all.
+class Faults {
+public:
+    Faults(FaultSettings settings, std::uint64_t seed) : m_settings(std::move(settings)), m_random(seed) {}
+
+    void Set(FaultKind kind, double value) { m_settings.Set(kind, value); }
+    void SetSilent(bool silent) { m_silent = silent; }
+
+    Struck Strike(map27::Octets frame, map27::Direction direction);
+    // Octets between frames: only silence and bit errors concern them.
+    map27::Octets StrikeNoise(map27::Octets octets);
+
+private:
+    bool Strikes(FaultKind kind) { return m_random.Chance(m_settings.Of(kind)); }
+    void ChangeContent(map27::Octets& frame, Struck& struck);
+    void InvertBits(map27::Octets& octets);
+    map27::Octets NoiseOctets();
+
+    FaultSettings m_settings;
+    Random m_random;
+    bool m_silent = false;
+};
+
+} // namespace sim

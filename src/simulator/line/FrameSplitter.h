@@ -1,0 +1,36 @@
+#pragma once
+
+#include "map27/codec/Octets.h"
+
+#include <vector>
+
+namespace sim {
+
+// A piece of what goes over the line.
+struct LinePiece {
+    map27::Octets octets;
+    bool isFrame =
+        false; // a complete frame with its flags and FCS, right or wrong; else octets between frames
+
+    bool operator==(const LinePiece&) const = default;
+};
+
+// Cuts an octet stream into frames without changing an octet, for tracing and for faults that strike whole
+// frames. Every octet comes out again, those of an unfinished frame when its end has come, or a new start
+// has.
+class FrameSplitter {
+public:
+    std::vector<LinePiece> Feed(map27::OctetSpan octets);
+    void Clear();
+
+private:
+    enum class State { Between, AfterSyn, AfterSynDle, Body, BodyDle, Fcs1, Fcs2 };
+
+    void Feed(std::uint8_t octet, std::vector<LinePiece>& pieces);
+    void Finish(bool isFrame, std::vector<LinePiece>& pieces);
+
+    State m_state = State::Between;
+    map27::Octets m_held;
+};
+
+} // namespace sim

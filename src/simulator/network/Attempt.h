@@ -1,0 +1,35 @@
+#pragma once
+
+#include "simulator/base/Behaviour.h"
+
+#include <functional>
+#include <vector>
+
+namespace sim {
+
+// A request on its way through the network: tells each step when its time has come, the final one being the
+// last.
+class Attempt {
+public:
+    using Handler = std::function<void(StepOutcome outcome, std::uint8_t cause)>;
+
+    explicit Attempt(Schedule& schedule) : m_timer(schedule) {}
+
+    // With no steps it stays open until stopped.
+    void Start(std::vector<Step> steps, Handler handler);
+    // Nothing more is told.
+    void Stop();
+    bool IsOpen() const { return m_open; }
+
+private:
+    void PlanNext();
+    void Take();
+
+    Timer m_timer;
+    std::vector<Step> m_steps;
+    std::size_t m_next = 0;
+    Handler m_handler;
+    bool m_open = false;
+};
+
+} // namespace sim

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "simulator/network/Air.h"
+#include "simulator/network/Attempt.h"
+
+#include <functional>
+
+namespace sim {
+
+// The radio's one call, made or taken, with its hook and its transmit key.
+class CallService {
+public:
+    enum class State {
+        Idle,
+        SettingUp, // outgoing, not yet connected
+        Ringing,   // incoming, to be answered
+        Answering, // off hook, not yet connected
+        Connected,
+    };
+
+    // `hookChanged` is called after every change of hook or transmit key that the console is to hear of.
+    // `calledBack` is called with the party that has noted the console's call.
+    CallService(Air& air, std::function<void()> hookChanged,
+                std::function<void(map27::Address, Milliseconds)> calledBack);
+
+    State GetState() const { return m_state; }
+    bool OffHook() const { return m_state == State::Answering || m_state == State::Connected; }
+    bool Transmitting() const { return m_transmitting; }
+    bool IsDataCall() const { return m_state == State::Connected && m_isData; }
+    bool IncludeOpen() const { return m_include.IsOpen(); }
+
+    // A4 or A5 of the console; the radio has seen to it that nothing else is open and the address can be
+    // called.
+    void SetUp(const map27::CallMessage& message);
+    // A4 of the console with the include bit, during a call.
+    void Include(const map27::CallMessage& message);
+    void CancelInclude();
+    // Hook and transmit key as the console wants them.
+    void Control(const map27::RadioControlMessage& control);
+    // 86 or A6 of the console. Nothing when there is no call: it may have crossed the news of the end.
+    void Clear();
+
+    // A call for this radio. Why it cannot come in, in plain words; empty when it does. It takes the place of
+    // a call that is being set up, and an emergency call that of any other.
+    std::string ComeIn(const CallAction& call);
+    // The other side hangs up or stops ringing. Why it cannot, in plain words.
+    std::string HangUpByOther();
+
+    // Everything ends: with the word that there is no service, or without a word.
+    void LoseService();
+    void Drop();
+
+private:
+    void TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, const Reaction& reaction);
+    void Connect(Milliseconds talk);
+    void Answer();
+    void EndFirst();
+    void End();
+    void StartLimit();
+    map27::CallMessage IncomingMessage(const CallAction& call) const;
+    void TellSetUp(map27::AckOutcome outcome, std::uint8_t cause);
+    void TellInclude(map27::AckOutcome outcome, std::uint8_t cause);
+    void TellReceive(map27::AckOutcome outcome, std::uint8_t cause);
+    void TellCleared(bool abnormal, std::uint8_t cause);
+    void Refuse(std::uint8_t reason);
+
+    Air& m_air;
+    std::function<void()> m_hookChanged;
+    std::function<void(map27::Address, Milliseconds)> m_calledBack;
+    State m_state = State::Idle;
+    bool m_transmitting = false;
+    bool m_isData = false;
+    map27::Party m_party;  // the other side, as told to the console
+    map27::Party m_called; // whom the console called, and includes
+    Milliseconds m_hangUpAfter{};
+    map27::Party m_included;
+    Attempt m_attempt;
+    Attempt m_include;
+    Timer m_ringing; // the caller gives up, or the answer takes effect
+    Timer m_talk;    // the other side hangs up
+    Timer m_warning; // of the maximum call time
+    Timer m_limit;
+};
+
+} // namespace sim

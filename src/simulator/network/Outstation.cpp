@@ -1,0 +1,156 @@
+#include "simulator/network/Outstation.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+// Commands, as statuses.
+constexpr std::uint8_t lastOff = 7; // 0..7: control off
+constexpr std::uint8_t allOff = 8;
+constexpr std::uint8_t querySensors = 9;
+constexpr std::uint8_t firstOn = 10; // 10..17: control on
+constexpr std::uint8_t lastOn = 17;
+constexpr std::uint8_t allOn = 18;
+constexpr std::uint8_t queryControls = 19;
+
+constexpr double unknownShare = 0.1; // of the changes of its own
+
+constexpr std::array<std::pair<std::string_view, Signal>, 3> words{
+    {{"off", Signal::Off}, {"on", Signal::On}, {"unknown", Signal::Unknown}}};
+
+} // namespace
+
+std::string ToText(const Signals& signals)
+{
+    std::string text;
+    for (auto signal = signals.rbegin(); signal != signals.rend(); ++signal)
+        text += *signal == Signal::On ? '1' : *signal == Signal::Off ? '0' : '?';
+    return text;
+}
+
+std::optional<Signals> SignalsOfText(std::string_view text)
+{
+    Signals signals{};
+    if (text.size() != signals.size())
+        return std::nullopt;
+    std::transform(text.rbegin(), text.rend(), signals.begin(), [](char c) {
+        return c == '1' ? Signal::On : c == '0' ? Signal::Off : Signal::Unknown;
+    });
+    return signals;
+}
+
+std::optional<Signal> SignalOfWord(std::string_view word)
+{
+    const auto found = std::ranges::find(words, word, &std::pair<std::string_view, Signal>::first);
+    if (found == words.end())
+        return std::nullopt;
+    return found->second;
+}
+
+std::string_view WordOf(Signal signal)
+{
+    return std::ranges::find(words, signal, &std::pair<std::string_view, Signal>::second)->first;
+}
+
+Outstation::Outstation(Schedule& schedule, Random& random, map27::Address address,
+                       const OutstationSettings& settings, Send send)
+    : m_random(random),
+      m_address(address),
+      m_state(settings),
+      m_send(std::move(send)),
+      m_change(schedule),
+      m_regular(schedule),
+      m_report(schedule)
+{
+    if (m_state.changeEvery > Milliseconds(0))
+        m_change.Start(m_state.changeEvery, [this] { ChangeBySelf(); });
+    if (m_state.reportEvery > Milliseconds(0))
+        m_regular.Start(m_state.reportEvery, [this] { ReportBySelf(); });
+}
+
+void Outstation::Take(std::uint8_t status)
+{
+    if (status > queryControls)
+        return;
+    if (status == querySensors || status == queryControls)
+        return WantReport(status == querySensors, status == queryControls);
+    Switch(status);
+    const bool all = status == allOff || status == allOn;
+    WantReport(all, true);
+}
+
+void Outstation::Switch(std::uint8_t status)
+{
+    if (status == allOff || status == allOn)
+        m_state.controls.fill(status == allOn ? Signal::On : Signal::Off);
+    else if (status <= lastOff)
+        m_state.controls.at(status) = Signal::Off;
+    else if (status <= lastOn)
+        m_state.controls.at(status - firstOn) = Signal::On;
+}
+
+void Outstation::SetSensor(std::size_t number, Signal signal)
+{
+    m_state.sensors.at(number) = signal;
+    WantReport(true, false);
+}
+
+void Outstation::SetControl(std::size_t number, Signal signal)
+{
+    m_state.controls.at(number) = signal;
+    WantReport(false, true);
+}
+
+std::string Outstation::Describe() const
+{
+    return "sensors " + ToText(m_state.sensors) + " controls " + ToText(m_state.controls);
+}
+
+void Outstation::ChangeBySelf()
+{
+    m_change.Start(m_state.changeEvery, [this] { ChangeBySelf(); });
+    const auto number = static_cast<std::size_t>(m_random.Between(0, 7));
+    Signal& sensor = m_state.sensors.at(number);
+    if (m_random.Chance(unknownShare) && sensor != Signal::Unknown)
+        sensor = Signal::Unknown;
+    else
+        sensor = sensor == Signal::On ? Signal::Off : Signal::On;
+    WantReport(true, false);
+}
+
+void Outstation::ReportBySelf()
+{
+    m_regular.Start(m_state.reportEvery, [this] { ReportBySelf(); });
+    WantReport(true, true);
+}
+
+// What is wanted before the report has gone goes with it.
+void Outstation::WantReport(bool sensors, bool controls)
+{
+    if (!m_sensorsWanted && !m_controlsWanted)
+        m_report.Start(m_state.reportAfter, [this] { Report(); });
+    m_sensorsWanted |= sensors;
+    m_controlsWanted |= controls;
+}
+
+void Outstation::Report()
+{
+    const bool sensors = std::exchange(m_sensorsWanted, false);
+    const bool controls = std::exchange(m_controlsWanted, false);
+    TextAction report;
+    report.from = m_address;
+    report.text = sensors && controls ? "B:" : sensors ? "I:" : "O:";
+    if (sensors)
+        report.text += ToText(m_state.sensors);
+    if (controls)
+        report.text += ToText(m_state.controls);
+    const bool eightBit = m_state.coding ? *m_state.coding == map27::TextCoding::EightBit
+                                         : std::exchange(m_eightBitNext, !m_eightBitNext);
+    report.coding = eightBit ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
+    m_send(report);
+}
+
+} // namespace sim

@@ -1,0 +1,161 @@
+#include "simulator/program/Options.h"
+
+#include <array>
+#include <cmath>
+
+namespace sim {
+
+namespace {
+
+constexpr std::string_view helpText = R"(veltorkyn-radio: a simulated MAP27 radio with its network.
+
+usage: veltorkyn-radio (--pty LINK | --listen HOST:PORT) [switches]
+
+Where the console connects:
+  --pty LINK          a pseudo terminal; LINK becomes a symbolic link to it
+  --listen HOST:PORT  a TCP port; port 0 takes any that is free
+
+What it does:
+  --scenario NAME     own numbering, fleet, behaviours and timed events: a JSON
+                      file, or one of the built-in busy-day (default),
+                      quiet-day, storm, failing-network, training and tour
+  --speed BAUD        speed of the line in both directions, 50 to 1000000 bits
+                      per second; 0: as fast as possible (default 9600)
+  --trace FILE        write every frame to FILE, one JSON object a line; a file
+                      that is there already is continued
+  --seed N            seed of everything that happens by chance (default 1)
+
+Faults on purpose:
+  --fault NAME[=VALUE]  see docs/scenarios.md; may be given several times
+  --silent-after S    fall silent S seconds after the link came up first
+
+  --help, --version
+
+When the console may connect, one line "ready: ..." with the port is printed.
+From then on commands are read from standard input, one a line; each is answered
+with "ok" or "error" and the reason. The command "help" lists them.
+)";
+
+// Thrown inside, returned outside.
+[[noreturn]] void Fail(const QString& name, const std::string& reason)
+{
+    throw OptionsProblem{name.toStdString() + ": " + reason};
+}
+
+double ParseReal(const QString& name, const QString& value, double highest)
+{
+    bool valid = false;
+    const double number = value.toDouble(&valid);
+    if (!valid || !std::isfinite(number) || number < 0 || number > highest)
+        Fail(name, '"' + value.toStdString() + "\" is not a number from 0 to " +
+                       QString::number(highest, 'g', 12).toStdString());
+    return number;
+}
+
+void ParseListen(const QString& name, const QString& value, Options& options)
+{
+    const qsizetype colon = value.lastIndexOf(QLatin1Char(':'));
+    bool valid = false;
+    options.listenPort = value.mid(colon + 1).toUShort(&valid);
+    options.listenHost = value.left(std::max<qsizetype>(colon, 0));
+    if (options.listenHost.startsWith(QLatin1Char('[')) && options.listenHost.endsWith(QLatin1Char(']')))
+        options.listenHost = options.listenHost.mid(1, options.listenHost.size() - 2);
+    if (colon < 1 || !valid || options.listenHost.isEmpty())
+        Fail(name, '"' + value.toStdString() + "\" is not HOST:PORT with a port from 0 to 65535");
+}
+
+void ParseSpeed(const QString& name, const QString& value, Options& options)
+{
+    bool valid = false;
+    const uint speed = value.toUInt(&valid);
+    if (!valid || (speed != 0 && (speed < 50 || speed > 1'000'000)))
+        Fail(name, '"' + value.toStdString() + "\" is neither 0 nor 50 to 1000000");
+    options.simulation.bitsPerSecond = speed;
+}
+
+void ParseSeed(const QString& name, const QString& value, Options& options)
+{
+    bool valid = false;
+    options.simulation.seed = value.toULongLong(&valid);
+    if (!valid)
+        Fail(name, '"' + value.toStdString() + "\" is not a whole number from 0");
+}
+
+void ParseFault(const QString& name, const QString& value, Options& options)
+{
+    const std::string text = value.toStdString();
+    const std::size_t equals = std::min(text.find('='), text.size());
+    std::string problem;
+    const auto choice = ChooseFault(text.substr(0, equals),
+                                    equals < text.size() ? text.substr(equals + 1) : std::string{}, problem);
+    if (!choice)
+        Fail(name, problem);
+    options.simulation.faults.Set(choice->kind, choice->value);
+}
+
+struct Switch {
+    const char* name;
+    void (*take)(const QString& name, const QString& value, Options& options);
+};
+
+constexpr double longestSilence = 30.0 * 86400; // seconds
+
+constexpr std::array switches{
+    Switch{"--pty", [](const QString&, const QString& value, Options& o) { o.ptyLink = value; }},
+    Switch{"--listen", ParseListen},
+    Switch{"--scenario", [](const QString&, const QString& value, Options& o) { o.scenario = value; }},
+    Switch{"--speed", ParseSpeed},
+    Switch{"--trace", [](const QString&, const QString& value, Options& o) { o.trace = value; }},
+    Switch{"--seed", ParseSeed},
+    Switch{"--fault", ParseFault},
+    Switch{"--silent-after",
+           [](const QString& name, const QString& value, Options& o) {
+               o.simulation.silentAfter =
+                   Milliseconds(std::llround(ParseReal(name, value, longestSilence) * 1000));
+           }},
+};
+
+Options ParseSwitches(const QStringList& arguments)
+{
+    Options options;
+    for (qsizetype i = 0; i < arguments.size(); ++i) {
+        // Both --name value and --name=value.
+        const qsizetype equals = arguments[i].indexOf(QLatin1Char('='));
+        const QString name = arguments[i].left(equals);
+        const auto known =
+            std::ranges::find_if(switches, [&](const Switch& s) { return name == QLatin1String(s.name); });
+        if (known == switches.end())
+            Fail(name, "there is no such switch; --help lists them");
+        if (equals < 0 && i + 1 == arguments.size())
+            Fail(name, "its value is missing");
+        const QString value = equals < 0 ? arguments[++i] : arguments[i].mid(equals + 1);
+        if (value.isEmpty())
+            Fail(name, "its value is empty");
+        known->take(name, value, options);
+    }
+    if (options.ptyLink.isEmpty() == options.listenHost.isEmpty())
+        throw OptionsProblem{"one of --pty and --listen is needed; --help explains them"};
+    return options;
+}
+
+} // namespace
+
+std::variant<Options, HelpWanted, VersionWanted, OptionsProblem> ParseOptions(const QStringList& arguments)
+{
+    if (arguments.contains(QLatin1String("--help")))
+        return HelpWanted{};
+    if (arguments.contains(QLatin1String("--version")))
+        return VersionWanted{};
+    try {
+        return ParseSwitches(arguments);
+    } catch (const OptionsProblem& problem) {
+        return problem;
+    }
+}
+
+std::string OptionsHelp()
+{
+    return std::string(helpText);
+}
+
+} // namespace sim

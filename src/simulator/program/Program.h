@@ -1,0 +1,52 @@
+#pragma once
+
+#include "simulator/program/LineReader.h"
+#include "simulator/program/Options.h"
+#include "simulator/program/Port.h"
+#include "simulator/program/Simulation.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+namespace sim {
+
+// The simulation on its port, with the system's clock, the trace file and the commands of a file descriptor.
+class Program : public QObject {
+    Q_OBJECT
+
+public:
+    // Where texts for people and programs go; answers end with a line end.
+    struct Console {
+        std::function<void(const std::string& text)> print; // standard output
+        std::function<void(const std::string& line)> log;   // standard error
+    };
+
+    // Opens the port and the trace file. Throws ScenarioError, PortError or std::runtime_error, what() being
+    // for a person.
+    Program(const Options& options, Console console);
+
+    QString PortName() const { return m_port->Name(); }
+    // Reads commands from there on; the descriptor stays the caller's.
+    void ReadCommands(int descriptor);
+
+private:
+    TimePoint Now() const;
+    void Take(const SimulationOutput& output);
+    void WriteTrace(const std::vector<TracedFrame>& frames);
+    void Plan();
+    void Execute(const QByteArray& line);
+
+    Console m_console;
+    Simulation m_simulation;
+    QElapsedTimer m_clock;
+    QTimer m_timer;
+    QFile m_trace;
+    std::unique_ptr<Port> m_port;
+    std::unique_ptr<LineReader> m_commands;
+};
+
+} // namespace sim

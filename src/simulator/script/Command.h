@@ -1,0 +1,34 @@
+#pragma once
+
+#include "simulator/base/Scenario.h"
+
+#include <variant>
+
+namespace sim {
+
+// What a person or a program asks of the running simulation, one line each (docs/scenarios.md).
+struct HelpCommand {};
+struct ListCommand {};  // the fleet
+struct StateCommand {}; // of the radio
+struct LastCommand {};  // the console's last request
+struct GroupsCommand {  // a radio's dynamic groups
+    map27::Address radio;
+};
+struct SignalsCommand { // of an outstation
+    map27::Address outstation;
+};
+
+using Command =
+    std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, GroupsCommand, SignalsCommand>;
+
+struct CommandProblem {
+    std::string reason; // in plain words
+};
+
+// Names are looked up in the scenario's fleet.
+std::variant<Command, CommandProblem> ParseCommand(std::string_view line, const Scenario& scenario);
+
+// One line a command.
+std::string CommandHelp();
+
+} // namespace sim

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "simulator/script/Command.h"
+
+namespace sim {
+
+// The words of a command line, taken one after another. Throws CommandProblem.
+class Words {
+public:
+    Words(std::string_view line, const Scenario& scenario) : m_scenario(&scenario), m_rest(line) { Trim(); }
+
+    bool AtEnd() const { return m_rest.empty(); }
+    std::string_view Peek() const;
+    // `what` is missing when the line has ended.
+    std::string_view Next(const char* what);
+    bool Skip(std::string_view word);
+    int Number(const char* what, int lowest, int highest);
+    map27::Address Sender();
+    // All that is left, but for the one blank after the word before.
+    std::string Remainder();
+    // Nothing may be left.
+    void End() const;
+
+private:
+    void Trim();
+
+    const Scenario* m_scenario;
+    std::string_view m_rest;
+    std::string_view m_afterWord;
+};
+
+} // namespace sim
