@@ -1,6 +1,7 @@
 #include "addressing/ActionetAddressing.h"
 
 #include "addressing/DialText.h"
+#include "addressing/Digits.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "addressing/ActionetLayout.h"
 
-#include "addressing/DialText.h"
+#include "addressing/Digits.h"
 
 namespace {
 

@@ -1,46 +1,11 @@
 #include "addressing/DialText.h"
 
 #include "addressing/AddressingError.h"
+#include "addressing/Digits.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <utility>
-
-namespace {
-
-bool IsDigit(char c)
-{
-    return c >= '0' && c <= '9';
-}
-
-// The whole UTF-8 character that begins at `pos`; U+FFFD for a byte that begins none.
-std::string CharacterAt(std::string_view text, std::size_t pos)
-{
-    const auto lead = static_cast<unsigned char>(text[pos]);
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC2 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                               : lead < 0xF5 ? 4
-                                             : 0;
-    const std::string_view character = text.substr(pos, length);
-    const bool whole = length > 0 && character.size() == length &&
-                       std::all_of(character.begin() + 1, character.end(),
-                                   [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; });
-    return whole ? std::string(character) : "\xEF\xBF\xBD";
-}
-
-std::size_t FirstNonDigit(std::string_view text)
-{
-    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsDigit) - text.begin());
-}
-
-[[noreturn]] void RaiseInvalidCharacter(std::string_view text, std::size_t pos)
-{
-    throw AddressingError(AddressingCode::InvalidCharacter, {CharacterAt(text, pos)});
-}
-
-} // namespace
 
 RadioAddress SubscriberAddress(int prefix, int ident)
 {
@@ -76,32 +41,6 @@ std::string WithoutInnerSlashes(const std::string& cleaned)
     return text;
 }
 
-void RequireDigits(std::string_view text)
-{
-    const std::size_t pos = FirstNonDigit(text);
-    if (pos == text.size())
-        return;
-    if (text[pos] == '*' || text[pos] == '#')
-        throw AddressingError(AddressingCode::CallModifier);
-    RaiseInvalidCharacter(text, pos);
-}
-
-void RequireTelephoneLength(std::string_view digits)
-{
-    if (digits.empty())
-        throw AddressingError(AddressingCode::TelephoneMissing);
-    if (digits.size() > maxTelephoneDigits)
-        throw AddressingError(AddressingCode::TelephoneTooLong);
-}
-
-int ParseDigits(std::string_view digits)
-{
-    int value = 0;
-    for (const char c : digits)
-        value = value * 10 + (c - '0');
-    return value;
-}
-
 bool IsRawForm(std::string_view cleaned)
 {
     return cleaned.front() == '/';
@@ -114,11 +53,8 @@ RadioAddress ParseRaw(std::string_view cleaned)
     const bool withTelephone = star != std::string_view::npos;
     const std::string_view number = body.substr(0, star);
     const std::string_view telephone = withTelephone ? body.substr(star + 1) : std::string_view();
-    for (const std::string_view part : {number, telephone}) {
-        const std::size_t pos = FirstNonDigit(part);
-        if (pos < part.size())
-            RaiseInvalidCharacter(part, pos);
-    }
+    RequireNothingButDigits(number);
+    RequireNothingButDigits(telephone);
     if (number.size() != 7)
         throw AddressingError(AddressingCode::RawFormLength);
 

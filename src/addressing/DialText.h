@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// What all numberings have in common: clean-up of a typed text, the raw form, telephone digits.
+// What all numberings have in common: clean-up of a typed text, and the raw form.
 
 // Dialled for everybody in the system; accepted under every numbering, never printed.
 inline constexpr std::string_view everybodyDial = "*1981";
@@ -18,15 +18,6 @@ std::string CleanDialText(std::string_view dial);
 
 // The text without the slashes between digits, as in 201/2510/32.
 std::string WithoutInnerSlashes(const std::string& cleaned);
-
-// Throws unless every character is a digit; the first offender decides what the error says.
-void RequireDigits(std::string_view text);
-
-// Throws unless `digits`, already known to be digits, can be a telephone number without access digit.
-void RequireTelephoneLength(std::string_view digits);
-
-// A number of at most nine decimal digits.
-int ParseDigits(std::string_view digits);
 
 bool IsRawForm(std::string_view cleaned);
 

@@ -1,6 +1,7 @@
 #include "addressing/Mpt1343Addressing.h"
 
 #include "addressing/DialText.h"
+#include "addressing/Digits.h"
 #include "addressing/Mpt1343Numbers.h"
 
 #include <algorithm>

@@ -5,9 +5,7 @@
 #include "addressing/RadioAddress.h"
 #include "addressing/RadioNumbering.h"
 
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 // Converts between what people dial and MPT1327 addresses under one numbering. Texts are UTF-8.
@@ -46,6 +44,3 @@ public:
     // The shortest text that reaches the address from the own radio. Throws like AddressToDial().
     virtual std::string ShortDial(const RadioAddress& address) const = 0;
 };
-
-// A converter for the numbering, "MPT1343" or "ACTIONET"; null for a code that is not known.
-std::unique_ptr<MptAddressing> CreateAddressing(std::string_view numberingCode);

@@ -1,7 +1,7 @@
 #include "addressing/RadioAddress.h"
 
 #include "addressing/AddressingError.h"
-#include "addressing/DialText.h"
+#include "addressing/Digits.h"
 
 namespace {
 

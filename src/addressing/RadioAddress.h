@@ -13,10 +13,6 @@ inline constexpr int pstnGatewayIdent = 8101;
 inline constexpr int pabxGatewayIdent = 8102;
 inline constexpr int everybodyIdent = 8191;
 
-// Most digits of a telephone number behind a gateway, without the access digit 0 (MPT1327, extended
-// addressing).
-inline constexpr int maxTelephoneDigits = 31;
-
 enum class AddressKind {
     Radio = 0,   // a radio, a group or a special ident; digits are empty
     Gateway = 1, // a telephone number behind ident 8101 or 8102

@@ -1,4 +1,4 @@
-#include "addressing/MptAddressing.h"
+#include "addressing/CreateAddressing.h"
 #include "core/Errors.h"
 #include "ctl/Command.h"
 #include "ctl/Console.h"

@@ -1,5 +1,6 @@
 // The commands "directory export" and "directory import".
 
+#include "addressing/CreateAddressing.h"
 #include "core/Registry.h"
 #include "ctl/AccountOptions.h"
 #include "ctl/Console.h"

@@ -1,6 +1,6 @@
 #include "radio/Map27Executive.h"
 
-#include "addressing/MptAddressing.h"
+#include "addressing/CreateAddressing.h"
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
 #include "core/ProgramLog.h"

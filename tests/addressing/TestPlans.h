@@ -1,6 +1,6 @@
 #pragma once
 
-#include "addressing/MptAddressing.h"
+#include "addressing/CreateAddressing.h"
 
 #include <fstream>
 #include <memory>

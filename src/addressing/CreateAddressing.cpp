@@ -1,4 +1,4 @@
-#include "addressing/MptAddressing.h"
+#include "addressing/CreateAddressing.h"
 
 #include "addressing/ActionetAddressing.h"
 #include "addressing/Mpt1343Addressing.h"
