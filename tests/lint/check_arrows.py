@@ -1,7 +1,11 @@
-"""Include arrows between the rooms of src/, and include cycles among files.
+"""Include arrows between the rooms of src/ and between their wings, and circles of modules.
 
-A room may include itself and the rooms below it. Exceptions stand in arrow_exceptions.txt, one
-"room/File.h -> room/Other.h" a line; one that is not needed any more fails as well.
+A room may include itself and the rooms below it, a wing itself and the wings that WINGS names. Exceptions stand in
+arrow_exceptions.txt, one "room/File.h -> room/Other.h" a line; one that is not needed any more fails as well.
+
+A header and its source are one module. Modules that include each other in a circle stand in arrow_circles.txt, all of one
+circle in a line, and so do wings, with a slash at the end. The list may only shrink: a circle that is not there fails, and
+so does a line that is no circle any more.
 """
 
 import re
@@ -21,6 +25,19 @@ ROOMS = {
     "simulator": {"map27", "addressing"},
     "ctl": {"numbering", "radio", "core", "dao", "addressing"},
     "app": {"mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
+}
+# The folders of a room, "" for the files outside of them, and which of them each may include.
+WINGS = {
+    "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}},
+    "dao": {"": {"sqlite", "postgresql"}, "sqlite": {""}, "postgresql": {""}},
+    "simulator": {
+        "base": set(),
+        "line": {"base"},
+        "network": {"base"},
+        "script": {"base"},
+        "program": {"base", "line", "network", "script"},
+        "main": {"program"},
+    },
 }
 WITHOUT_QT = {"map27", "addressing"}
 WITHOUT_WIDGETS = {"dao"}
@@ -50,6 +67,21 @@ def room_of(name):
     return name.split("/", 1)[0] if "/" in name else ""
 
 
+def wing_of(name):
+    return name.split("/")[1] if name.count("/") > 1 else ""
+
+
+def module_of(name):
+    return name.rsplit(".", 1)[0]
+
+
+def check_wings(report, where, name, target):
+    """An arrow within one room."""
+    room, wing, other = room_of(name), wing_of(name), wing_of(target)
+    if wing != other and other not in WINGS.get(room, {}).get(wing, set()):
+        report.error(where, f'{room}/{wing} may not include {room}/{other}: "{target}"')
+
+
 def check_system(report, where, room, name):
     header = name.rsplit("/", 1)[-1]
     if room in WITHOUT_QT and re.match(r"Q[A-Zt]", name):
@@ -58,39 +90,59 @@ def check_system(report, where, room, name):
         report.error(where, f"{room} links no widgets, but includes <{name}>")
 
 
-def find_cycles(graph):
-    """Each include cycle once, as the list of its files."""
-    cycles = []
-    state = {}
+def reachable(graph, start):
+    seen = set()
+    open_nodes = [start]
+    while open_nodes:
+        for target in graph.get(open_nodes.pop(), ()):
+            if target not in seen:
+                seen.add(target)
+                open_nodes.append(target)
+    return seen
 
-    def visit(name, trail):
-        state[name] = "open"
-        for target in graph.get(name, []):
-            if state.get(target) == "open":
-                cycles.append(trail[trail.index(target):] + [target])
-            elif target not in state:
-                visit(target, trail + [target])
-        state[name] = "done"
 
-    sys.setrecursionlimit(10000)
-    for name in sorted(graph):
-        if name not in state:
-            visit(name, [name])
-    return cycles
+def find_circles(graph):
+    """All nodes from which a way leads back, those of one circle sorted in a line, as "room/One room/Two"."""
+    reach = {node: reachable(graph, node) for node in graph}
+    circles = set()
+    for node, targets in reach.items():
+        if node in targets:
+            circles.add(" ".join(sorted(other for other in targets if node in reach.get(other, ()))))
+    return circles
+
+
+def check_circles(report, root, arrows):
+    """`arrows`: pairs of files."""
+    modules, wings = {}, {}
+    for name, target in arrows:
+        if module_of(name) != module_of(target):
+            modules.setdefault(module_of(name), set()).add(module_of(target))
+        wing, other = (f"{room_of(file)}/{wing_of(file)}/".replace("//", "/") for file in (name, target))
+        if wing != other and room_of(name) == room_of(target):
+            wings.setdefault(wing, set()).add(other)
+    found = find_circles(modules) | find_circles(wings)
+    listed = set(lintlib.read_list(root / "tests/lint/arrow_circles.txt"))
+    for circle in sorted(found - listed):
+        report.error("src", f"include each other in a circle: {circle}")
+    for circle in sorted(listed - found):
+        report.error("tests/lint/arrow_circles.txt", f"stale, no such circle: {circle}")
 
 
 def check(root, report):
     source = root / "src"
     exceptions = set(lintlib.read_list(root / "tests/lint/arrow_exceptions.txt"))
     needed = set()
-    graph = {}
+    arrows = []
     for path in lintlib.source_files(root):
         name = path.relative_to(source).as_posix()
         room = room_of(name)
         if room not in ROOMS:
             report.error(f"src/{name}", f"unknown room '{room}': say in check_arrows.py what it may include")
             continue
-        graph[name] = []
+        if wing_of(name) not in WINGS.get(room, {"": set()}):
+            report.error(f"src/{name}",
+                         f"unknown wing '{room}/{wing_of(name)}': say in check_arrows.py what it may include")
+            continue
         for line, bracket, target in includes(path):
             where = f"src/{name}:{line}"
             if bracket == "<" or GENERATED.search(target):
@@ -99,15 +151,16 @@ def check(root, report):
             if not (source / target).is_file():
                 report.error(where, f'"{target}" is not a file of src/; write includes from src/')
                 continue
-            graph[name].append(target)
+            arrows.append((name, target))
             other = room_of(target)
-            if other != room and other not in ROOMS[room]:
+            if other == room:
+                check_wings(report, where, name, target)
+            elif other not in ROOMS[room]:
                 arrow = f"{name} -> {target}"
                 needed.add(arrow)
                 if arrow not in exceptions:
                     report.error(where, f"{room} may not include {other}: \"{target}\"")
-    for cycle in find_cycles(graph):
-        report.error(f"src/{cycle[0]}", "include cycle: " + " -> ".join(cycle))
+    check_circles(report, root, arrows)
     for stale in sorted(exceptions - needed):
         report.error("tests/lint/arrow_exceptions.txt", f"stale exception: {stale}")
 

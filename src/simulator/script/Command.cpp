@@ -1,7 +1,5 @@
 #include "simulator/script/Command.h"
 
-#include "simulator/script/CommandWords.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "simulator/base/Scenario.h"
+#include "simulator/script/CommandWords.h"
 
 #include <variant>
 
@@ -20,10 +20,6 @@ struct SignalsCommand { // of an outstation
 
 using Command =
     std::variant<Action, HelpCommand, ListCommand, StateCommand, LastCommand, GroupsCommand, SignalsCommand>;
-
-struct CommandProblem {
-    std::string reason; // in plain words
-};
 
 // Names are looked up in the scenario's fleet.
 std::variant<Command, CommandProblem> ParseCommand(std::string_view line, const Scenario& scenario);

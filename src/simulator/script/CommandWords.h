@@ -1,8 +1,13 @@
 #pragma once
 
-#include "simulator/script/Command.h"
+#include "simulator/base/Scenario.h"
 
 namespace sim {
+
+// A command line that cannot be followed.
+struct CommandProblem {
+    std::string reason; // in plain words
+};
 
 // The words of a command line, taken one after another. Throws CommandProblem.
 class Words {
