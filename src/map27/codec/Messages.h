@@ -168,9 +168,18 @@ constexpr std::uint8_t PcCharacters = 0x02;
 
 // ---- to the radio only --------------------------------------------------------------------------------
 
-// B0. 0 personality, 1 numbering, 2 settings, 3 operating condition, 4 network information, 80h.. custom.
+// What the radio can be asked for.
+enum class RadioInfo : std::uint8_t {
+    Personality = 0,
+    Numbering = 1,
+    Settings = 2,
+    OperatingCondition = 3,
+    Network = 4
+};
+
+// B0. 80h and above: customisation.
 struct InterrogationMessage {
-    std::uint8_t reason = 0;
+    std::uint8_t reason = 0; // see RadioInfo
     bool operator==(const InterrogationMessage&) const = default;
 };
 

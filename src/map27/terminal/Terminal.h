@@ -16,15 +16,6 @@ struct TerminalParameters {
     static TerminalParameters ForBitRate(unsigned bitsPerSecond);
 };
 
-// Kinds of radio information, as in the interrogation message.
-enum class RadioInfo : std::uint8_t {
-    Personality = 0,
-    Numbering = 1,
-    Settings = 2,
-    OperatingCondition = 3,
-    Network = 4
-};
-
 enum class Gateway { Pstn = 1, Pabx = 2 };
 
 struct TerminalCounters {

@@ -1,11 +1,10 @@
 #include "map27/terminal/Terminal.h"
 
+#include "map27/codec/Causes.h"
+
 namespace map27 {
 
 namespace {
-
-constexpr std::uint8_t EndCall = 0x07;
-constexpr std::uint8_t CancelAttempt = 0x08;
 
 std::uint8_t SetupDetails(bool emergency, bool priority, bool dialog)
 {
@@ -203,7 +202,7 @@ void Terminal::HangUp(TimePoint now)
         m_cancelled.mismatch = now + m_parameters.cancelWait;
         break;
     case TerminalState::Active:
-        TransmitOrReport(ClearMessage{false, m_party, EndCall}, now);
+        TransmitOrReport(ClearMessage{false, m_party, ClearCause::EndCall}, now);
         m_cancelled.mismatch = now + m_parameters.cancelWait;
         m_cancelled.call = now + m_parameters.cancelWait;
         m_cancelled.calledParty = m_party;
@@ -215,7 +214,7 @@ void Terminal::HangUp(TimePoint now)
 
 void Terminal::CancelOutcall(TimePoint now)
 {
-    TransmitOrReport(ClearMessage{true, m_party, CancelAttempt}, now);
+    TransmitOrReport(ClearMessage{true, m_party, ClearCause::CancelAttempt}, now);
     m_cancelled.mismatch = now + m_parameters.cancelWait;
     m_cancelled.call = now + m_parameters.cancelWait;
     m_cancelled.calledParty = m_party;
@@ -227,7 +226,7 @@ void Terminal::CancelMessage(TimePoint now)
         return;
     // One that was never sent leaves no trace; the end that it waited for is still to come.
     if (!m_heldMessage) {
-        TransmitOrReport(ClearMessage{true, m_party, CancelAttempt}, now);
+        TransmitOrReport(ClearMessage{true, m_party, ClearCause::CancelAttempt}, now);
         m_cancelled.messageEnd = now + m_parameters.cancelWait;
         m_cancelled.mismatch = now + m_parameters.cancelWait;
     }

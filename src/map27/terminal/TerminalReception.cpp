@@ -6,11 +6,6 @@ namespace map27 {
 
 namespace {
 
-constexpr std::uint8_t CallBackCause = 0x07;
-constexpr std::uint8_t AbortedOnRequest = 0x08;
-constexpr std::uint8_t CallEndedCause = 0x0E;
-constexpr std::uint8_t EverythingCancelled = 0x00;
-
 std::string Describe(std::uint8_t type, std::uint8_t cause)
 {
     return TypeName(type, Direction::FromRadio) + " (" + CauseText(type, cause) + ")";
@@ -36,7 +31,8 @@ std::optional<RadioInput> InputOf(const AcknowledgementMessage& message)
     case Type::ReceiveWarning:
         return RadioInput::AnswerWarning;
     case Type::ReceiveNegative:
-        return message.cause == CallBackCause ? RadioInput::CallBackNoted : RadioInput::AnswerFailed;
+        return message.cause == Cause::NotedForCallBack ? RadioInput::CallBackNoted
+                                                        : RadioInput::AnswerFailed;
     default:
         return std::nullopt;
     }
@@ -113,7 +109,8 @@ void Terminal::Handle(const ClearMessage& message, const Octets& octets, TimePoi
     }
     RadioInput input = RadioInput::ClearedNormal;
     if (message.abnormal)
-        input = message.cause == CallEndedCause ? RadioInput::CallEndedAbnormal : RadioInput::ClearedAbnormal;
+        input = message.cause == ClearCause::EndedAbnormally ? RadioInput::CallEndedAbnormal
+                                                             : RadioInput::ClearedAbnormal;
     Apply(input, signal);
 }
 
@@ -233,11 +230,11 @@ bool Terminal::AnswersCancelledMessage(const Signal& signal, TimePoint now)
     case Type::MessagePositive:
         break;
     case Type::MessageNegative:
-        if (signal.cause == AbortedOnRequest)
+        if (signal.cause == Cause::Aborted)
             m_cancelled.mismatch.reset();
         break;
     case Type::Cancel:
-        if (!nothingElseOpen && signal.cause != EverythingCancelled)
+        if (!nothingElseOpen && signal.cause != ClearCause::Unspecified)
             return false;
         m_cancelled.mismatch.reset();
         break;
