@@ -57,10 +57,11 @@ INSTANTIATE_TEST_SUITE_P(
         // What it does not know or have.
         RawCase{"UnknownType", idle, "20 01", {"B4 01"}},
         RawCase{"ReservedType", idle, "C9 00 00", {"B4 01"}}, RawCase{"TooShort", idle, "80 00", {"B4 01"}},
-        RawCase{"Escape", idle, "00 01", {"B4 01"}}, RawCase{"ModemData", idle, "A3 01", {"B4 02"}},
-        RawCase{"Diversion", idle, "87 00 00 02 00 00", {"B4 02"}},
+        RawCase{"Escape", idle, "00 01", {"B4 01"}}, RawCase{"ModemData", idle, "A3 01", {"B4 01"}},
+        RawCase{"Diversion", idle, "87 00 00 02 00 00", {"B4 01"}},
+        RawCase{"DiversionCancel", idle, "A7 00 00 02 00 01", {"B4 01"}},
         RawCase{"DataCall", idle, "A4 00 00 02 00 18", {"B4 02"}},
-        RawCase{"Include", idle, "A4 00 00 02 00 48", {"B4 03"}}, RawCase{"Volume", idle, "B6 01 93", {}},
+        RawCase{"Include", idle, "A4 00 00 02 00 48", {"B4 01"}}, RawCase{"Volume", idle, "B6 01 93", {}},
         // Addresses.
         RawCase{"ToNobody", idle, "80 00 00 00 00 05", {"B4 02"}},
         RawCase{"ToReservedIdent", idle, "80 00 1F FA 00 05", {"B4 02"}},
@@ -85,6 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
         // At the wrong time.
         RawCase{"NoContact", "contact lost", "A4 00 00 02 00 08", {"A6 00 00 00 04"}},
         RawCase{"StatusInCall", inCall, "80 00 00 02 00 05", {"B4 03"}},
+        RawCase{"IncludeInCall", inCall, "A4 00 00 09 00 48", {"B4 01"}},
         RawCase{"SecondCall", settingUp, "A4 00 00 02 00 08", {"B4 03"}},
         RawCase{"KeyOutsideACall", idle, "B2 03", {"B4 03"}},
         RawCase{"OffHookIdle", idle, "B2 02", {"B4 03"}},

@@ -5,14 +5,6 @@ using Lines = std::vector<std::string>;
 
 namespace {
 
-// The tour's fleet with everything that a radio may have.
-sim::Scenario Equipped()
-{
-    sim::Scenario scenario = sim::LoadScenario("tour");
-    scenario.radio.dataCalls = scenario.radio.includeCalls = scenario.radio.diversions = true;
-    return scenario;
-}
-
 struct Exchange {
     const char* sent; // a message in hexadecimal, or a command
     Lines answers;    // within 2 s
@@ -34,82 +26,31 @@ const std::string statusToUnit20 = "80 00 00 02 00 05";
 
 } // namespace
 
-TEST(Diversion, CallsAndMessagesFollowIt)
-{
-    RawBench bench(Equipped());
-    Talk(bench, {
-                    {"B0 00", {"B0 00 00 03 00 00 00 00 FC 00 80 FE"}},
-                    // Of Unit20 to Unit27, data only: a message is, a call is not diverted.
-                    {"87 00 00 09 00 11 00 00 02 00", {"C7 00 00 09 00 00"}},
-                    {"80 00 00 02 00 05", {"D0 00 00 02 53 00 00 09 26", "C0 00 00 02 00 00"}},
-                    {"A4 00 00 02 00 08", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
-                    {"86 00 00 02 07", {"B2 04 9E FF"}},
-                    // Of everything; the target is out of reach.
-                    {"87 00 00 06 00 01 00 00 02 00", {"C7 00 00 06 00 00"}},
-                    {"A4 00 00 02 00 08", {"D4 00 00 02 53 00 00 06 26", "E4 00 00 02 00 04"}},
-                    {"behave Unit20 diverted-nowhere", {}},
-                    {"80 00 00 02 00 05", {"E0 00 00 02 53 00 00 06 0E"}},
-                    {"behave Unit20 answers", {}},
-                    {"A7 00 00 02 00 01", {"C7 00 00 02 00 00"}},
-                    {"80 00 00 02 00 05", {"C0 00 00 02 00 00"}},
-                    // To nobody, to itself, without the party.
-                    {"87 00 00 63 00 01 00 00 02 00", {"E7 00 00 63 00 03"}},
-                    {"87 00 00 02 00 01 00 00 02 00", {"E7 00 00 02 00 03"}},
-                    {"87 00 00 02 00 01", {"E7 00 00 02 00 03"}},
-                });
-
-    // The radio's own calls go elsewhere, its messages do not.
-    Talk(bench, {{"87 00 00 02 00 08", {"C7 00 00 02 00 00"}}});
-    EXPECT_EQ(bench.Execute("call Unit22"), "error it is diverted to Unit20 (0/2)");
-    Talk(bench, {{"status Unit22 1", {"80 00 00 04 00 01"}},
-                 {"call Unit22 group", {"A4 00 00 04 00 20", "B2 06 9E FF"}},
-                 {"hangup", {"86 00 00 04 0B", "B2 04 9E FF"}}});
-
-    // Given up, at the wrong time, without contact.
-    bench.Send("87 00 00 02 00 00");
-    bench.Send("80 00 00 02 00 05");
-    bench.Send("A6 00 00 02 0A");
-    EXPECT_EQ(bench.TakeMessages(), (Lines{"B4 03", "E7 00 00 02 00 08"}));
-    Talk(bench, {{"contact lost", {"B2 00 00 FF"}}, {"87 00 00 02 00 00", {"A6 00 00 00 04"}}});
-}
-
-TEST(Diversion, AScenarioMayBeginWithOne)
+TEST(Diversion, CallsAndMessagesFollowThatOfAScenario)
 {
     const sim::Scenario scenario = sim::ReadScenario(R"({"radio": {"prefix": 0, "ident": 3}, "fleet": [
-        {"name": "A", "prefix": 0, "ident": 2, "divertTo": "B"}, {"name": "B", "prefix": 0, "ident": 4}]})");
+        {"name": "A", "prefix": 0, "ident": 2, "divertTo": "B"},
+        {"name": "B", "prefix": 0, "ident": 6, "call": "out-of-reach"}]})");
     RawBench bench(scenario);
-    Talk(bench, {{statusToUnit20.c_str(), {"D0 00 00 02 53 00 00 04 26", "C0 00 00 02 00 00"}}});
-}
-
-TEST(Include, JoinsAThirdPartyToTheCall)
-{
-    RawBench bench(Equipped());
     Talk(bench, {
-                    {"A4 00 00 09 00 48", {"B4 03"}}, // there is no call
-                    {"A4 00 00 02 00 08", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
-                    {"A4 00 00 09 00 48", {"C4 00 00 09 00 00"}},
-                    {"A4 00 00 06 00 48", {"E4 00 00 06 00 04"}}, // the call goes on
-                    {"B2 03", {"B2 07 9E FF"}},
-                    {"A4 00 00 00 00 48", {"B4 02"}},
-                    {"A4 00 00 0A 00 48", {"D4 00 00 0A 00 01"}},
-                    {"A4 00 00 09 00 48", {"B4 03"}},
-                    {"A6 00 00 0A 09", {"E4 00 00 0A 00 08"}},
-                    {"86 00 00 02 07", {"B2 04 9E FF"}},
+                    {statusToUnit20.c_str(), {"D0 00 00 02 53 00 00 06 26", "C0 00 00 02 00 00"}},
+                    {"A4 00 00 02 00 08", {"D4 00 00 02 53 00 00 06 26", "E4 00 00 02 00 04"}},
+                    {"behave A diverted-nowhere", {}},
+                    {statusToUnit20.c_str(), {"E0 00 00 02 53 00 00 06 0E"}},
                 });
 }
 
-TEST(DataCall, CarriesModemData)
+TEST(DataCall, ComesAndGoesWithARadioThatHasThem)
 {
-    RawBench bench(Equipped());
+    sim::Scenario scenario = sim::LoadScenario("tour");
+    scenario.radio.dataCalls = true;
+    RawBench bench(scenario);
     Talk(bench, {
-                    {"A3 01 02", {"B4 03"}},
+                    {"B0 00", {"B0 00 00 03 00 00 00 00 F8 00 80 FE"}},
                     {"A4 00 00 02 00 18", {"C4 00 00 02 00 00", "B2 06 9E FF"}},
-                    {"A3 01 02", {}},
-                    {"modem 0A ff", {"A3 0A FF"}},
                     {"hangup", {"86 00 00 02 0B", "B2 04 9E FF"}},
-                    {"call Unit22 connected data include", {"A4 00 00 04 00 50", "B2 06 9E FF"}},
+                    {"call Unit22 connected data", {"A4 00 00 04 00 10", "B2 06 9E FF"}},
                 });
-    EXPECT_EQ(bench.Execute("last"), "ok modem data 01 02");
 }
 
 TEST(MediumText, TheNetworkMayRefuseOrSplitIt)

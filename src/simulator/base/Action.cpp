@@ -100,7 +100,6 @@ std::string Describe(const Action& action, const Fleet& fleet)
                        a.who + ' ' + std::string(WordOf(a.signal));
             },
             [](const NumberingAction& a) { return "own number " + ToText(a.address); },
-            [](const ModemAction& a) { return "modem data " + map27::ToHex(a.octets); },
             [](const StormAction& a) { return std::to_string(a.count) + " messages at once"; },
             [](const FaultAction& a) { return "fault " + std::string(DescriptionOf(a.kind).word); },
             [](const SilenceAction&) { return std::string("silence of the line"); },

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "map27/codec/CharacterCoding.h"
+#include "map27/codec/Messages.h"
 #include "simulator/base/FaultSettings.h"
 #include "simulator/base/Fleet.h"
-#include "simulator/base/OwnRadio.h"
 
 #include <variant>
 
@@ -34,7 +34,6 @@ struct CallAction {
     bool emergency = false;
     bool rings = true;          // must be answered
     bool data = false;          // a modem call
-    bool include = false;       // into a call that is there already
     Milliseconds hangUpAfter{}; // the caller hangs up this long after connection; 0: never
     bool operator==(const CallAction&) const = default;
 };
@@ -78,12 +77,6 @@ struct NumberingAction {
     bool operator==(const NumberingAction&) const = default;
 };
 
-// Modem data of the other side in a data call.
-struct ModemAction {
-    map27::Octets octets;
-    bool operator==(const ModemAction&) const = default;
-};
-
 // Many messages at once.
 struct StormAction {
     int count = 500;
@@ -109,9 +102,9 @@ struct RestartAction {
     bool operator==(const RestartAction&) const = default;
 };
 
-using Action = std::variant<StatusAction, TextAction, CallAction, HangUpAction, ContactAction, FieldAction,
-                            BehaveAction, SignalAction, NumberingAction, ModemAction, StormAction,
-                            FaultAction, SilenceAction, RestartAction>;
+using Action =
+    std::variant<StatusAction, TextAction, CallAction, HangUpAction, ContactAction, FieldAction, BehaveAction,
+                 SignalAction, NumberingAction, StormAction, FaultAction, SilenceAction, RestartAction>;
 
 // Why the action cannot be meant so, in plain words; empty when it can. Says nothing about the moment.
 std::string CheckAction(const Action& action, const Fleet& fleet);

@@ -1,5 +1,7 @@
 #include "simulator/base/Behaviour.h"
 
+#include "map27/codec/Causes.h"
+
 #include <algorithm>
 #include <array>
 
@@ -7,21 +9,7 @@ namespace sim {
 
 namespace {
 
-// Causes, MAP27 v1.5, A7.5.
-constexpr std::uint8_t Success = 0x00;
-constexpr std::uint8_t Alerting = 0x01;
-constexpr std::uint8_t SystemBusy = 0x02;
-constexpr std::uint8_t Invalid = 0x03;
-constexpr std::uint8_t Unreachable = 0x04;
-constexpr std::uint8_t NotedForCallBack = 0x07;
-constexpr std::uint8_t UnitBusy = 0x0A;
-constexpr std::uint8_t Overloaded = 0x0B;
-constexpr std::uint8_t EngagedOrRefused = 0x0C;
-constexpr std::uint8_t DivertedNoRetry = 0x06;
-constexpr std::uint8_t DivertedUnavailable = 0x0E;
-constexpr std::uint8_t DivertedGroup = 0x16;
-constexpr std::uint8_t DivertedRetry = 0x26;
-constexpr std::uint8_t DivertedGroupRetry = 0x36;
+using namespace map27::Cause;
 
 // A cause on the way, and the cause at the end; success when that is 0.
 struct Course {
@@ -63,8 +51,8 @@ constexpr std::array rows{
         0},
     Row{Behaviour::DivertedToGroup,
         "diverted-to-group",
-        {none, DivertedGroup},
-        {DivertedGroupRetry, Success},
+        {none, DivertedToGroup},
+        {DivertedToGroupRetry, Success},
         300,
         1000},
     Row{Behaviour::Silent, "silent", {none, none}, {none, none}, 0, 0},

@@ -1,5 +1,7 @@
 #include "simulator/base/Fleet.h"
 
+#include "map27/codec/Causes.h"
+
 #include <algorithm>
 #include <charconv>
 
@@ -8,7 +10,6 @@ namespace sim {
 namespace {
 
 constexpr Milliseconds diversionReaction{300};
-constexpr std::uint8_t causeDiverted = 0x26; // the radio tries the new address
 
 bool SameName(std::string_view a, std::string_view b)
 {
@@ -108,25 +109,21 @@ Reaction Fleet::ReactionOf(const map27::Party& called, Service service) const
     return member ? member->reactions.To(service) : strangers;
 }
 
-const Diversion* Fleet::FindDiversion(map27::Address called, Service service) const
+std::optional<map27::Address> Fleet::DivertedTo(map27::Address called, Service service) const
 {
-    if (service == Service::Regroup)
-        return nullptr;
-    const auto found = std::ranges::find_if(diversions, [&](const Diversion& diversion) {
-        return diversion.from == called && (service == Service::Call ? diversion.speech : diversion.data);
-    });
-    return found == diversions.end() ? nullptr : &*found;
+    const Subscriber* member = service == Service::Regroup ? nullptr : Find(called);
+    return member ? member->divertedTo : std::nullopt;
 }
 
 std::vector<Step> Fleet::StepsTo(const map27::Party& called, Service service) const
 {
     const Reaction own = ReactionOf(called, service);
-    const Diversion* diversion = FindDiversion(called.address, service);
-    if (!diversion || IsDiversion(own.behaviour))
+    const auto target = DivertedTo(called.address, service);
+    if (!target || IsDiversion(own.behaviour))
         return StepsOf(own, service);
     // The new target is tried once; its own diversions do not count any more.
-    std::vector<Step> steps = StepsOf(ReactionOf({diversion->to, {}}, service), service);
-    steps.insert(steps.begin(), {diversionReaction, StepOutcome::Pending, causeDiverted});
+    std::vector<Step> steps = StepsOf(ReactionOf({*target, {}}, service), service);
+    steps.insert(steps.begin(), {diversionReaction, StepOutcome::Pending, map27::Cause::DivertedRetry});
     return steps;
 }
 

@@ -2,7 +2,6 @@
 
 #include "map27/codec/Address.h"
 #include "simulator/base/Behaviour.h"
-#include "simulator/base/Diversion.h"
 #include "simulator/base/OutstationSettings.h"
 
 #include <map>
@@ -33,7 +32,8 @@ struct Subscriber {
     map27::Address address;
     SubscriberKind kind = SubscriberKind::Unit;
     Reactions reactions;
-    OutstationSettings outstation; // of an outstation, as it begins
+    OutstationSettings outstation;            // of an outstation, as it begins
+    std::optional<map27::Address> divertedTo; // where messages and calls for it go
 };
 
 // Telephone numbers behind one gateway.
@@ -48,7 +48,6 @@ public:
     std::vector<Subscriber> members;
     TelephoneNetwork pstn;
     TelephoneNetwork pabx;
-    std::vector<Diversion> diversions;
     Reaction strangers = Reaction::Of(Behaviour::Rejects); // radio addresses that are nobody's
 
     // Null when nobody has it.
@@ -62,8 +61,8 @@ public:
 
     Reaction ReactionOf(const map27::Party& called, Service service) const;
 
-    // Null when requests of this kind go to the address itself.
-    const Diversion* FindDiversion(map27::Address called, Service service) const;
+    // Empty when requests of this kind go to the address itself.
+    std::optional<map27::Address> DivertedTo(map27::Address called, Service service) const;
     // What follows a request to this party, diversions included.
     std::vector<Step> StepsTo(const map27::Party& called, Service service) const;
 

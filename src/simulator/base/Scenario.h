@@ -3,9 +3,16 @@
 #include "map27/codec/Messages.h"
 #include "simulator/base/Action.h"
 #include "simulator/base/FaultSettings.h"
-#include "simulator/base/OwnRadio.h"
 
 namespace sim {
+
+// The radio that the console is connected to.
+struct OwnRadio {
+    map27::Address address;
+    map27::NumberRange units;
+    map27::NumberRange groups;
+    bool dataCalls = false; // not every radio can
+};
 
 // Field strength as the radio reports it; wanders between the two, or stays when they are equal.
 struct FieldStrength {

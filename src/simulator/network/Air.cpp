@@ -1,5 +1,7 @@
 #include "simulator/network/Air.h"
 
+#include "map27/codec/Causes.h"
+
 namespace sim {
 
 map27::Party Air::AcknowledgedParty(const map27::Party& called) const
@@ -13,13 +15,11 @@ map27::Party Air::AcknowledgedParty(const map27::Party& called) const
 
 map27::Party Air::AcknowledgedParty(const map27::Party& called, Service service, std::uint8_t cause) const
 {
-    constexpr std::uint8_t function = 0x07;
-    constexpr std::uint8_t redirected = 0x06; // of the function bits
+    constexpr std::uint8_t function = 0x07; // the bits that all causes of a diversion share
     map27::Party party = AcknowledgedParty(called);
-    const Diversion* diversion = scenario.fleet.FindDiversion(called.address, service);
-    if (diversion && (cause & function) == redirected)
-        party.description = {
-            .kind = map27::AddressKind::Unit, .unit = diversion->to, .digits = {}, .raw = {}};
+    const auto target = scenario.fleet.DivertedTo(called.address, service);
+    if (target && (cause & function) == map27::Cause::DivertedNoRetry)
+        party.description = {.kind = map27::AddressKind::Unit, .unit = *target, .digits = {}, .raw = {}};
     return party;
 }
 

@@ -1,11 +1,26 @@
 #pragma once
 
+#include "map27/codec/Messages.h"
 #include "simulator/base/Behaviour.h"
 
 #include <functional>
 #include <vector>
 
 namespace sim {
+
+// How the console is told of a step.
+constexpr map27::AckOutcome AckOutcomeOf(StepOutcome outcome)
+{
+    switch (outcome) {
+    case StepOutcome::Pending:
+        return map27::AckOutcome::Queued;
+    case StepOutcome::Success:
+        return map27::AckOutcome::Positive;
+    case StepOutcome::Failure:
+        break;
+    }
+    return map27::AckOutcome::Negative;
+}
 
 // A request on its way through the network: tells each step when its time has come, the final one being the
 // last.

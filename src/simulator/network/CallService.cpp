@@ -1,25 +1,12 @@
 #include "simulator/network/CallService.h"
 
-#include "simulator/network/Outcome.h"
+#include "map27/codec/Causes.h"
 
 namespace sim {
 
 namespace {
 
-// Causes, MAP27 v1.5, A7.5.
-constexpr std::uint8_t connected = 0x00;
-constexpr std::uint8_t emergencyProceeding = 0x05;
-constexpr std::uint8_t notedForCallBack = 0x07;
-constexpr std::uint8_t aborted = 0x08;
-constexpr std::uint8_t timeNearlyUp = 0x0A;
-constexpr std::uint8_t cancelledByNetwork = 0x03;
-constexpr std::uint8_t endedNormally = 0x0B;
-constexpr std::uint8_t clearedByRadio = 0x01;
-constexpr std::uint8_t noService = 0x04;
-constexpr std::uint8_t endedAbnormally = 0x0E;
-
 // Bits of the call details from the radio.
-constexpr std::uint8_t includeBit = 0x40;
 constexpr std::uint8_t groupBit = 0x20;
 constexpr std::uint8_t dataBit = 0x10;
 constexpr std::uint8_t offHookNeededBit = 0x08;
@@ -35,7 +22,6 @@ CallService::CallService(Air& air, std::function<void()> hookChanged,
       m_hookChanged(std::move(hookChanged)),
       m_calledBack(std::move(calledBack)),
       m_attempt(air.schedule),
-      m_include(air.schedule),
       m_ringing(air.schedule),
       m_talk(air.schedule),
       m_warning(air.schedule),
@@ -45,43 +31,21 @@ CallService::CallService(Air& air, std::function<void()> hookChanged,
 
 void CallService::SetUp(const map27::CallMessage& message)
 {
-    // An include call needs a call; custom services this radio does not have.
-    if (message.details.Include())
-        return Refuse(map27::ProtocolReason::StateMismatch);
+    // Custom services this radio does not have.
     if (message.details.Custom() != 0 || (message.details.Data() && !m_air.scenario.radio.dataCalls))
         return Refuse(map27::ProtocolReason::NotSupported);
 
-    m_isData = message.details.Data();
     m_called = message.party;
     m_party = m_air.AcknowledgedParty(message.party);
     m_state = State::SettingUp;
     const Reaction reaction = m_air.scenario.fleet.ReactionOf(message.party, Service::Call);
     std::vector<Step> steps = m_air.scenario.fleet.StepsTo(message.party, Service::Call);
     if (message.emergency)
-        steps.insert(steps.begin(), {emergencyReaction, StepOutcome::Pending, emergencyProceeding});
+        steps.insert(steps.begin(),
+                     {emergencyReaction, StepOutcome::Pending, map27::Cause::EmergencyProceeding});
     m_attempt.Start(std::move(steps), [this, reaction](StepOutcome outcome, std::uint8_t cause) {
         TakeSetUpStep(outcome, cause, reaction);
     });
-}
-
-void CallService::Include(const map27::CallMessage& message)
-{
-    if (!m_air.scenario.radio.includeCalls)
-        return Refuse(map27::ProtocolReason::NotSupported);
-    if (m_state != State::Connected || m_include.IsOpen())
-        return Refuse(map27::ProtocolReason::StateMismatch);
-    m_included = message.party;
-    m_include.Start(
-        m_air.scenario.fleet.StepsTo(message.party, Service::Call),
-        [this](StepOutcome outcome, std::uint8_t cause) { TellInclude(AckOutcomeOf(outcome), cause); });
-}
-
-void CallService::CancelInclude()
-{
-    if (!m_include.IsOpen())
-        return;
-    m_include.Stop();
-    TellInclude(map27::AckOutcome::Negative, aborted);
 }
 
 void CallService::TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, const Reaction& reaction)
@@ -91,7 +55,7 @@ void CallService::TakeSetUpStep(StepOutcome outcome, std::uint8_t cause, const R
     TellSetUp(AckOutcomeOf(outcome), cause);
     if (outcome == StepOutcome::Success)
         Connect(reaction.talk);
-    if (cause == notedForCallBack && reaction.answerAfter > Milliseconds(0))
+    if (cause == map27::Cause::NotedForCallBack && reaction.answerAfter > Milliseconds(0))
         m_calledBack(m_called.address, reaction.answerAfter);
 }
 
@@ -116,9 +80,10 @@ void CallService::StartLimit()
     const Milliseconds limit = std::chrono::seconds(*seconds);
     const Milliseconds warning = m_air.scenario.network.callWarning;
     if (warning > Milliseconds(0) && warning < limit)
-        m_warning.Start(limit - warning, [this] { TellReceive(map27::AckOutcome::Queued, timeNearlyUp); });
+        m_warning.Start(limit - warning,
+                        [this] { TellReceive(map27::AckOutcome::Queued, map27::Cause::CallTimeNearlyOver); });
     m_limit.Start(limit, [this] {
-        TellCleared(true, clearedByRadio);
+        TellCleared(true, map27::ClearCause::ByRadio);
         End();
     });
 }
@@ -169,7 +134,7 @@ void CallService::Answer()
     m_state = State::Answering;
     m_hookChanged();
     m_ringing.Start(answerTime, [this] {
-        TellReceive(map27::AckOutcome::Positive, connected);
+        TellReceive(map27::AckOutcome::Positive, map27::Cause::Success);
         Connect(m_hangUpAfter);
     });
 }
@@ -181,7 +146,7 @@ void CallService::Clear()
     const bool wasSettingUp = m_state == State::SettingUp;
     if (wasSettingUp) {
         Drop();
-        TellSetUp(map27::AckOutcome::Negative, aborted);
+        TellSetUp(map27::AckOutcome::Negative, map27::Cause::Aborted);
     } else {
         End();
     }
@@ -199,7 +164,6 @@ std::string CallService::ComeIn(const CallAction& call)
     const map27::CallMessage message = IncomingMessage(call);
     if (std::string problem = m_air.console.Tell(message); !problem.empty())
         return problem;
-    m_isData = call.data;
     m_party = message.party;
     m_hangUpAfter = call.hangUpAfter;
     if (!call.rings) {
@@ -215,9 +179,9 @@ std::string CallService::ComeIn(const CallAction& call)
 void CallService::EndFirst()
 {
     if (m_state == State::Connected)
-        TellCleared(true, endedAbnormally);
+        TellCleared(true, map27::ClearCause::EndedAbnormally);
     else
-        TellReceive(map27::AckOutcome::Negative, cancelledByNetwork);
+        TellReceive(map27::AckOutcome::Negative, map27::Cause::CallerGaveUp);
     End();
 }
 
@@ -230,10 +194,10 @@ std::string CallService::HangUpByOther()
         return "the call is not connected yet";
     case State::Ringing:
     case State::Answering:
-        TellReceive(map27::AckOutcome::Negative, cancelledByNetwork);
+        TellReceive(map27::AckOutcome::Negative, map27::Cause::CallerGaveUp);
         break;
     case State::Connected:
-        TellCleared(false, endedNormally);
+        TellCleared(false, map27::ClearCause::EndedNormally);
         break;
     }
     End();
@@ -244,14 +208,13 @@ void CallService::LoseService()
 {
     if (m_state == State::Idle)
         return;
-    m_air.console.Tell(map27::ClearMessage{true, {}, noService});
+    m_air.console.Tell(map27::ClearMessage{true, {}, map27::ClearCause::NoContact});
     Drop();
 }
 
 void CallService::Drop()
 {
     m_attempt.Stop();
-    m_include.Stop();
     m_ringing.Stop();
     m_talk.Stop();
     m_warning.Stop();
@@ -281,20 +244,12 @@ map27::CallMessage CallService::IncomingMessage(const CallAction& call) const
         message.details.octet |= offHookNeededBit;
     if (call.data)
         message.details.octet |= dataBit;
-    if (call.include)
-        message.details.octet |= includeBit;
     return message;
 }
 
 void CallService::TellSetUp(map27::AckOutcome outcome, std::uint8_t cause)
 {
     const map27::Party party = m_air.AcknowledgedParty(m_called, Service::Call, cause);
-    m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Setup, party, cause});
-}
-
-void CallService::TellInclude(map27::AckOutcome outcome, std::uint8_t cause)
-{
-    const map27::Party party = m_air.AcknowledgedParty(m_included, Service::Call, cause);
     m_air.console.Tell(map27::AcknowledgementMessage{outcome, map27::AckSubject::Setup, party, cause});
 }
 

@@ -26,15 +26,10 @@ public:
     State GetState() const { return m_state; }
     bool OffHook() const { return m_state == State::Answering || m_state == State::Connected; }
     bool Transmitting() const { return m_transmitting; }
-    bool IsDataCall() const { return m_state == State::Connected && m_isData; }
-    bool IncludeOpen() const { return m_include.IsOpen(); }
 
     // A4 or A5 of the console; the radio has seen to it that nothing else is open and the address can be
     // called.
     void SetUp(const map27::CallMessage& message);
-    // A4 of the console with the include bit, during a call.
-    void Include(const map27::CallMessage& message);
-    void CancelInclude();
     // Hook and transmit key as the console wants them.
     void Control(const map27::RadioControlMessage& control);
     // 86 or A6 of the console. Nothing when there is no call: it may have crossed the news of the end.
@@ -59,7 +54,6 @@ private:
     void StartLimit();
     map27::CallMessage IncomingMessage(const CallAction& call) const;
     void TellSetUp(map27::AckOutcome outcome, std::uint8_t cause);
-    void TellInclude(map27::AckOutcome outcome, std::uint8_t cause);
     void TellReceive(map27::AckOutcome outcome, std::uint8_t cause);
     void TellCleared(bool abnormal, std::uint8_t cause);
     void Refuse(std::uint8_t reason);
@@ -69,13 +63,10 @@ private:
     std::function<void(map27::Address, Milliseconds)> m_calledBack;
     State m_state = State::Idle;
     bool m_transmitting = false;
-    bool m_isData = false;
     map27::Party m_party;  // the other side, as told to the console
-    map27::Party m_called; // whom the console called, and includes
+    map27::Party m_called; // whom the console called
     Milliseconds m_hangUpAfter{};
-    map27::Party m_included;
     Attempt m_attempt;
-    Attempt m_include;
     Timer m_ringing; // the caller gives up, or the answer takes effect
     Timer m_talk;    // the other side hangs up
     Timer m_warning; // of the maximum call time

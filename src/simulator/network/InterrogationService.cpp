@@ -10,8 +10,6 @@ std::uint8_t FacilitiesOf(const OwnRadio& radio)
         map27::Facility::Voice | map27::Facility::Status | map27::Facility::Sst | map27::Facility::Mst;
     if (radio.dataCalls)
         facilities |= map27::Facility::Modem;
-    if (radio.diversions)
-        facilities |= map27::Facility::AutomaticDiversion;
     return static_cast<std::uint8_t>(facilities);
 }
 
@@ -29,17 +27,17 @@ InterrogationService::InterrogationService(Air& air)
 
 bool InterrogationService::Answer(std::uint8_t reason)
 {
-    switch (reason) {
-    case 0:
+    switch (static_cast<map27::RadioInfo>(reason)) {
+    case map27::RadioInfo::Personality:
         m_air.console.Tell(Personality());
         return true;
-    case 1:
+    case map27::RadioInfo::Numbering:
         m_air.console.Tell(Numbering());
         return true;
-    case 2:
+    case map27::RadioInfo::Settings:
         m_air.console.Tell(m_settings);
         return true;
-    case 4:
+    case map27::RadioInfo::Network:
         m_air.console.Tell(map27::NetworkInfoMessage{m_air.scenario.network.channel,
                                                      m_air.scenario.network.systemIdentity, 0});
         return true;

@@ -1,7 +1,7 @@
 #include "simulator/network/MessageService.h"
 
+#include "map27/codec/Causes.h"
 #include "simulator/network/GroupCommand.h"
-#include "simulator/network/Outcome.h"
 
 #include <algorithm>
 
@@ -9,11 +9,6 @@ namespace sim {
 
 namespace {
 
-constexpr std::uint8_t causeAborted = 0x08;
-constexpr std::uint8_t causeTooLong = 0x05;
-constexpr std::uint8_t causeCodingImpossible = 0x06;
-constexpr std::uint8_t causeNoMedium = 0x0D;
-constexpr std::uint8_t causeSplit = 0x22;
 constexpr Milliseconds networkReaction{300};
 
 bool IsDigit(std::uint8_t octet)
@@ -55,9 +50,10 @@ void MessageService::Send(const map27::ShortDataMessage& message)
     if (!map27::IsKnown(message.data.coding))
         m_air.console.Tell(map27::ProtocolInfoMessage{map27::ProtocolReason::CodingNotSupported});
     else if (!CanBeCoded(message.data))
-        m_air.console.Tell(map27::ClearMessage{true, message.party.address, causeCodingImpossible});
+        m_air.console.Tell(
+            map27::ClearMessage{true, message.party.address, map27::ClearCause::CodingImpossible});
     else if (!map27::Fits(message.data, message.size))
-        m_air.console.Tell(map27::ClearMessage{true, message.party.address, causeTooLong});
+        m_air.console.Tell(map27::ClearMessage{true, message.party.address, map27::ClearCause::TooLong});
     else
         Start(message.party, IsGroupCommand(message.data) ? Service::Regroup : Service::Text, message);
 }
@@ -67,7 +63,7 @@ void MessageService::Cancel()
     if (!IsOpen())
         return;
     m_attempt.Stop();
-    Acknowledge(map27::AckOutcome::Negative, causeAborted);
+    Acknowledge(map27::AckOutcome::Negative, map27::Cause::Aborted);
 }
 
 void MessageService::Start(const map27::Party& called, Service service, map27::ToRadio message)
@@ -92,8 +88,8 @@ std::vector<Step> MessageService::Steps(const map27::Party& called, Service serv
     if (!data || data->size != map27::DataSize::Medium || medium == MediumTexts::Carried || steps.empty())
         return steps;
     if (medium == MediumTexts::Refused)
-        return {{networkReaction, StepOutcome::Failure, causeNoMedium}};
-    steps.insert(steps.begin(), {networkReaction, StepOutcome::Pending, causeSplit});
+        return {{networkReaction, StepOutcome::Failure, map27::Cause::NoLongMessages}};
+    steps.insert(steps.begin(), {networkReaction, StepOutcome::Pending, map27::Cause::SentInParts});
     return steps;
 }
 

@@ -1,11 +1,35 @@
 #include "simulator/network/Radio.h"
 
+#include "map27/codec/Causes.h"
 #include "simulator/network/RequestText.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace sim {
+
+namespace {
+
+constexpr Milliseconds restartPause{500};
+
+// Whether a call or message can go there: a gateway needs a number, and only calls go through one.
+bool CanBeAddressed(const map27::Party& called, Service service)
+{
+    using map27::AddressKind;
+    const AddressKind kind = called.description.kind;
+    const bool gateway =
+        called.address.ident == map27::Ident::Pstn || called.address.ident == map27::Ident::Pabx;
+    if (!map27::IsSendable(called.address))
+        return false;
+    if (gateway)
+        return service == Service::Call && kind == AddressKind::Digits && !called.description.digits.empty();
+    if (kind == AddressKind::PabxExtension)
+        return service == Service::Call;
+    const bool subscriber = called.address.ident <= HighestSubscriberIdent;
+    return kind == AddressKind::None && (subscriber || service == Service::Call);
+}
+
+} // namespace
 
 Radio::Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed)
     : m_scenario(std::move(scenario)),
@@ -15,16 +39,19 @@ Radio::Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed)
       m_reception(m_schedule, m_random, m_scenario.network.field, [this] { TellCondition(); }),
       m_interrogations(m_air),
       m_deliveries(m_air),
-      m_messages(m_air, [this](const map27::ToRadio& message) { Reach(message); }),
+      m_messages(m_air,
+                 [this](const map27::ToRadio& message) {
+                     if (std::string remark = m_others.Take(message); !remark.empty())
+                         Note(std::move(remark));
+                 }),
       m_calls(
           m_air, [this] { TellCondition(); },
           [this](map27::Address from, Milliseconds after) { CallBack(from, after); }),
-      m_diversions(m_air, m_scenario.fleet),
-      m_faults(seed + 2)
+      m_faults(seed + 2),
+      m_others(m_air, [this](const TextAction& report) { Report(report); })
 {
     for (const FaultDescription& fault : faultDescriptions)
         m_faults.Set(fault.kind, m_scenario.faults.Of(fault.kind));
-    BuildOutstations();
 }
 
 RadioOutput Radio::Connect(TimePoint now)
@@ -164,32 +191,202 @@ void Radio::NoteLosses()
     m_lost = lost;
 }
 
-void Radio::BuildOutstations()
-{
-    for (const Subscriber& member : m_scenario.fleet.members) {
-        if (member.kind != SubscriberKind::Outstation)
-            continue;
-        m_outstations.emplace_back(
-            m_schedule, m_random, member.address, member.outstation, [this](const TextAction& report) {
-                // Nobody misses a report while there is no console to have it.
-                if (const std::string problem = Do(report); !problem.empty() && m_link.IsReady())
-                    Note("report of " + m_scenario.fleet.Describe({report.from, {}}) +
-                         " left out: " + problem);
-            });
-    }
-}
-
-const Outstation* Radio::FindOutstation(map27::Address address) const
-{
-    const auto found = std::ranges::find(m_outstations, address, &Outstation::Address);
-    return found == m_outstations.end() ? nullptr : &*found;
-}
-
 void Radio::DropEverything()
 {
     m_messages.Drop();
     m_calls.Drop();
-    m_diversions.Drop();
+}
+
+// ---- what the console asks of the radio ---------------------------------------------------------------
+
+bool Radio::IsBusy() const
+{
+    return m_messages.IsOpen() || m_calls.GetState() != CallService::State::Idle;
+}
+
+bool Radio::Admit(const map27::Party& called, Service service)
+{
+    if (!m_reception.InContact()) {
+        Tell(map27::ClearMessage{true, {}, map27::ClearCause::NoContact});
+        return false;
+    }
+    if (IsBusy()) {
+        Complain(map27::ProtocolReason::StateMismatch);
+        return false;
+    }
+    if (!CanBeAddressed(called, service)) {
+        Complain(map27::ProtocolReason::NotSupported);
+        return false;
+    }
+    return true;
+}
+
+void Radio::Handle(const map27::StatusMessage& message)
+{
+    if (Admit(message.party, Service::Status))
+        m_messages.Send(message);
+}
+
+void Radio::Handle(const map27::ShortDataMessage& message)
+{
+    if (Admit(message.party, Service::Text))
+        m_messages.Send(message);
+}
+
+void Radio::Handle(const map27::CallMessage& message)
+{
+    if (message.details.Include())
+        Complain(map27::ProtocolReason::Unrecognised);
+    else if (Admit(message.party, Service::Call))
+        m_calls.SetUp(message);
+}
+
+void Radio::Handle(const map27::ClearMessage& message)
+{
+    if (message.abnormal && message.cause != map27::ClearCause::CancelAttempt)
+        return Complain(map27::ProtocolReason::NotSupported);
+    if (!message.abnormal && message.cause != map27::ClearCause::EndCall)
+        Note("console hangs up with cause " + map27::ToHex(map27::Octets{message.cause}));
+    if (message.abnormal)
+        m_messages.Cancel();
+    m_calls.Clear();
+}
+
+void Radio::Handle(const map27::InterrogationMessage& message)
+{
+    if (static_cast<map27::RadioInfo>(message.reason) == map27::RadioInfo::OperatingCondition)
+        TellCondition();
+    else if (!m_interrogations.Answer(message.reason))
+        Complain(map27::ProtocolReason::NotSupported);
+}
+
+void Radio::Handle(const map27::ProtocolInfoMessage& message)
+{
+    Note("console says: " +
+         map27::CauseText(map27::Type::ProtocolInfo, message.reason, map27::Direction::ToRadio));
+}
+
+// ---- what happens on the air side ---------------------------------------------------------------------
+
+std::string Radio::Do(const StatusAction& action)
+{
+    std::string problem = WhyNothingArrives(map27::Facility::Status);
+    return problem.empty() ? m_deliveries.Deliver(action) : problem;
+}
+
+std::string Radio::Do(const TextAction& action)
+{
+    const auto encoded = map27::EncodeText(action.text, action.coding);
+    const auto* text = std::get_if<map27::EncodedText>(&encoded);
+    const bool isMedium = text && text->size == map27::DataSize::Medium;
+    std::string problem = WhyNothingArrives(isMedium ? map27::Facility::Mst : map27::Facility::Sst);
+    return problem.empty() ? m_deliveries.Deliver(action) : problem;
+}
+
+std::string Radio::Do(const CallAction& action)
+{
+    std::string problem = WhyNothingArrives(action.data ? map27::Facility::Modem : map27::Facility::Voice);
+    if (problem.empty())
+        problem = m_calls.ComeIn(action);
+    if (problem.empty())
+        m_messages.Drop();
+    return problem;
+}
+
+std::string Radio::Do(const ContactAction& action)
+{
+    if (!action.inContact && m_reception.InContact()) {
+        if (m_messages.IsOpen())
+            Tell(map27::ClearMessage{true, {}, map27::ClearCause::NoContact});
+        m_messages.Drop();
+        m_calls.LoseService();
+    }
+    m_reception.SetContact(action.inContact);
+    return {};
+}
+
+std::string Radio::Do(const FieldAction& action)
+{
+    m_reception.SetStrength(action.strength);
+    return {};
+}
+
+std::string Radio::Do(const BehaveAction& action)
+{
+    Subscriber& member = *m_scenario.fleet.Find(action.who);
+    if (action.service)
+        member.reactions.To(*action.service) = action.reaction;
+    else
+        member.reactions = Reactions::All(action.reaction);
+    return {};
+}
+
+std::string Radio::Do(const SignalAction& action)
+{
+    m_others.Set(action);
+    return {};
+}
+
+std::string Radio::Do(const NumberingAction& action)
+{
+    m_scenario.radio.address = action.address;
+    m_scenario.radio.units = action.units.value_or(m_scenario.radio.units);
+    m_scenario.radio.groups = action.groups.value_or(m_scenario.radio.groups);
+    m_interrogations.TellNumbering();
+    return {};
+}
+
+std::string Radio::Do(const StormAction& action)
+{
+    std::string problem = WhyNothingArrives(map27::Facility::Status);
+    return problem.empty() ? m_deliveries.Deliver(action) : problem;
+}
+
+std::string Radio::Do(const FaultAction& action)
+{
+    m_faults.Set(action.kind, action.value);
+    return {};
+}
+
+std::string Radio::Do(const RestartAction&)
+{
+    if (const std::size_t lost = m_deliveries.Kept(); lost > 0)
+        Note(std::to_string(lost) + " messages for the console are lost with the restart");
+    m_deliveries.Forget();
+    DropEverything();
+    Take(m_link.Reset(m_now, restartPause));
+    return {};
+}
+
+std::string Radio::WhyNothingArrives(std::uint8_t facility) const
+{
+    if (!m_link.IsReady())
+        return "no console is connected";
+    if (!m_reception.InContact())
+        return "the radio is out of contact";
+    if (!m_interrogations.Accepts(facility))
+        return "the console has switched this kind of message or call off";
+    return {};
+}
+
+void Radio::Report(const TextAction& report)
+{
+    // Nobody misses a report while there is no console to have it.
+    if (const std::string problem = Do(report); !problem.empty() && m_link.IsReady())
+        Note("report of " + m_scenario.fleet.Describe({report.from, {}}) + " left out: " + problem);
+}
+
+// Somebody who has noted a call of the console calls by himself, as soon as the radio is free.
+void Radio::CallBack(map27::Address from, Milliseconds after)
+{
+    m_schedule.After(after, [this, from, after] {
+        if (IsBusy() && m_link.IsReady())
+            return CallBack(from, after);
+        CallAction call;
+        call.from = from;
+        if (const std::string problem = Do(call); !problem.empty())
+            Note(Describe(Action(call), m_scenario.fleet) + " left out: " + problem);
+    });
 }
 
 } // namespace sim

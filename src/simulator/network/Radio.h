@@ -4,15 +4,12 @@
 #include "simulator/network/Air.h"
 #include "simulator/network/CallService.h"
 #include "simulator/network/DeliveryService.h"
-#include "simulator/network/DiversionService.h"
-#include "simulator/network/GroupMemory.h"
 #include "simulator/network/InterrogationService.h"
 #include "simulator/network/MessageFaults.h"
 #include "simulator/network/MessageService.h"
-#include "simulator/network/Outstation.h"
+#include "simulator/network/OtherRadios.h"
 #include "simulator/network/Reception.h"
 
-#include <list>
 #include <utility>
 
 namespace sim {
@@ -49,9 +46,7 @@ public:
     bool MessageOpen() const { return m_messages.IsOpen(); }
     map27::OperatingConditionMessage Condition() const;
     const Scenario& GetScenario() const { return m_scenario; }
-    // Null when the address is no outstation's.
-    const Outstation* FindOutstation(map27::Address address) const;
-    const GroupMemory& Groups() const { return m_groups; }
+    const OtherRadios& Others() const { return m_others; }
     // Messages for the console that it has not taken yet.
     std::size_t Waiting() const { return m_deliveries.Waiting() + m_link.Backlog(); }
     map27::LinkCounters GetLinkCounters() const { return m_link.Counters(); }
@@ -72,7 +67,6 @@ private:
 
     // Whether a message or call to this party may begin now; tells the console why not.
     bool Admit(const map27::Party& called, Service service);
-    bool AdmitDiversion();
     bool IsBusy() const;
     void CallBack(map27::Address from, Milliseconds after);
     void Handle(const map27::StatusMessage& message);
@@ -83,12 +77,11 @@ private:
     void Handle(const map27::InterrogationMessage& message);
     void Handle(const map27::SettingsMessage& message) { m_interrogations.Set(message); }
     void Handle(const map27::ProtocolInfoMessage& message);
-    void Handle(const map27::DiversionRequestMessage& message);
-    void Handle(const map27::DiversionCancelMessage& message);
-    void Handle(const map27::ModemDataMessage& message);
     void Handle(const map27::VolumeMessage&) {} // there is no loudspeaker, and no answer either
-    void Handle(const map27::EscapeMessage&) { Complain(map27::ProtocolReason::Unrecognised); }
-    template <typename Message> void Handle(const Message&) { Complain(map27::ProtocolReason::NotSupported); }
+    void Handle(const map27::RadioTestMessage&) { Complain(map27::ProtocolReason::NotSupported); }
+    void Handle(const map27::DialledStringMessage&) { Complain(map27::ProtocolReason::NotSupported); }
+    // Other protocols, modem data and the setting of diversions.
+    template <typename Message> void Handle(const Message&) { Complain(map27::ProtocolReason::Unrecognised); }
 
     std::string Do(const StatusAction& action);
     std::string Do(const TextAction& action);
@@ -99,17 +92,13 @@ private:
     std::string Do(const BehaveAction& action);
     std::string Do(const SignalAction& action);
     std::string Do(const NumberingAction& action);
-    std::string Do(const ModemAction& action);
     std::string Do(const StormAction& action);
     std::string Do(const FaultAction& action);
     std::string Do(const SilenceAction&) { return {}; } // of the line, not of the radio
     std::string Do(const RestartAction& action);
-    // `divertible`: what can be diverted away from the radio; a group call cannot.
-    std::string WhyNothingArrives(std::uint8_t facility, std::optional<Service> divertible) const;
+    std::string WhyNothingArrives(std::uint8_t facility) const;
     void DropEverything();
-    void BuildOutstations();
-    // What a message of the console does at the radio that it has reached.
-    void Reach(const map27::ToRadio& message);
+    void Report(const TextAction& report);
 
     Scenario m_scenario;
     Random m_random;
@@ -127,10 +116,8 @@ private:
     DeliveryService m_deliveries;
     MessageService m_messages;
     CallService m_calls;
-    DiversionService m_diversions;
     MessageFaults m_faults;
-    GroupMemory m_groups;
-    std::list<Outstation> m_outstations; // a list: they stay where they are
+    OtherRadios m_others;
 };
 
 } // namespace sim

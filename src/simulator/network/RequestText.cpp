@@ -17,17 +17,11 @@ std::string DescribeRequest(const map27::ToRadio& message, const Fleet& fleet)
         std::string text = call->emergency ? "emergency " : "";
         if (!call->emergency && call->details.HighPriority())
             text += "priority ";
-        if (call->details.Include())
-            text += "include ";
         if (call->details.Data())
             text += "data ";
         text += call->details.OneWay() ? "broadcast to " : "call to ";
         return text + fleet.Describe(call->party);
     }
-    if (const auto* diversion = std::get_if<map27::DiversionRequestMessage>(&message))
-        return "diversion to " + fleet.Describe(diversion->target);
-    if (const auto* modem = std::get_if<map27::ModemDataMessage>(&message))
-        return "modem data " + map27::ToHex(modem->octets);
     return {};
 }
 

@@ -99,11 +99,11 @@ std::string Simulation::Perform(const Command& command, TimePoint now)
         return m_radio.LastRequest().empty() ? "ok" : "ok " + m_radio.LastRequest();
     if (const auto* groups = std::get_if<GroupsCommand>(&command)) {
         const Scenario& scenario = m_radio.GetScenario();
-        const std::string held = m_radio.Groups().Describe(groups->radio, scenario.fleet);
+        const std::string held = m_radio.Others().Groups().Describe(groups->radio, scenario.fleet);
         return held.empty() ? "ok" : "ok " + held;
     }
     if (const auto* signals = std::get_if<SignalsCommand>(&command)) {
-        const Outstation* outstation = m_radio.FindOutstation(signals->outstation);
+        const Outstation* outstation = m_radio.Others().FindOutstation(signals->outstation);
         return outstation ? "ok " + outstation->Describe() : "error that is no outstation";
     }
     if (std::holds_alternative<ListCommand>(command))

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <optional>
 
 namespace sim {
@@ -51,11 +50,9 @@ Command ParseCall(Words& words, const Scenario&)
             action.scope = CallScope::SystemWide;
         else if (word == "data")
             action.data = true;
-        else if (word == "include")
-            action.include = true;
         else
             throw CommandProblem{"\"" + word +
-                                 "\" is none of ring, connected, emergency, group, system, data, include"};
+                                 "\" is none of ring, connected, emergency, group, system, data"};
     }
     action.rings = rings.value_or(action.scope == CallScope::Individual);
     return Action(action);
@@ -197,22 +194,6 @@ Command ParseStorm(Words& words, const Scenario&)
     return Action(action);
 }
 
-Command ParseModem(Words& words, const Scenario&)
-{
-    ModemAction action;
-    while (!words.AtEnd()) {
-        const std::string word(words.Next(""));
-        unsigned octet = 0;
-        const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), octet, 16);
-        if (error != std::errc{} || end != word.data() + word.size() || octet > 0xFF)
-            throw CommandProblem{"\"" + word + "\" is no hexadecimal octet"};
-        action.octets.push_back(static_cast<std::uint8_t>(octet));
-    }
-    if (action.octets.empty())
-        throw CommandProblem{"the octets are missing"};
-    return Action(action);
-}
-
 template <typename Plain> Command ParsePlain(Words&, const Scenario&)
 {
     return Plain{};
@@ -228,7 +209,7 @@ struct CommandKind {
 constexpr std::array kinds{
     CommandKind{"status", ParseStatus, "FROM CODE", "a status 0..31 arrives"},
     CommandKind{"text", ParseText, "FROM [7|8] TEXT", "a text arrives, in 7-bit or 8-bit characters (7)"},
-    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data] [include]",
+    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data]",
                 "a call comes in"},
     CommandKind{"pstn-call", ParseTelephoneCall<map27::Ident::Pstn>, "[DIGITS]",
                 "a call from the public telephone"},
@@ -244,7 +225,6 @@ constexpr std::array kinds{
     CommandKind{"numbering", ParseNumbering, "PREFIX/IDENT [units BASE MAX DIGITS] [groups BASE MAX DIGITS]",
                 "the radio's own number and ranges"},
     CommandKind{"restart", ParseRestart, "", "the radio is switched off and on"},
-    CommandKind{"modem", ParseModem, "HEX...", "data of the other side in a data call"},
     CommandKind{"storm", ParseStorm, "[COUNT]", "many messages at once (500)"},
     CommandKind{"fault", ParseFault, "NAME [VALUE|off]", "a fault on purpose from now on"},
     CommandKind{"silent", ParseSilent, "on [SECONDS]|off", "nothing gets through the line"},

@@ -61,14 +61,11 @@ void ReadCallFields(const JsonNode& event, CallAction& action)
         action.hangUpAfter = Milliseconds(hangUp->SecondsAsMilliseconds(86400));
     if (const auto data = event.Find("data"))
         action.data = data->Boolean();
-    if (const auto include = event.Find("include"))
-        action.include = include->Boolean();
 }
 
 Action ReadCall(const JsonNode& event, const Scenario& scenario)
 {
-    event.RequireMembers(
-        {"at", "every", "do", "from", "to", "emergency", "rings", "hangUpAfter", "data", "include"});
+    event.RequireMembers({"at", "every", "do", "from", "to", "emergency", "rings", "hangUpAfter", "data"});
     CallAction action;
     action.from = ReadSender(event, scenario.fleet);
     if (const auto to = event.Find("to"))

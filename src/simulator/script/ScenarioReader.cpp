@@ -17,15 +17,9 @@ constexpr qint64 largestScenario = 16 * 1024 * 1024; // octets; a device may nev
 
 void AddFacility(OwnRadio& radio, const JsonNode& node)
 {
-    const std::string word = node.Text();
-    if (word == "data")
-        radio.dataCalls = true;
-    else if (word == "include")
-        radio.includeCalls = true;
-    else if (word == "diversion")
-        radio.diversions = true;
-    else
-        node.Fail("must be \"data\", \"include\" or \"diversion\", not \"" + word + "\"");
+    if (node.Text() != "data")
+        node.Fail("must be \"data\", not \"" + node.Text() + "\"");
+    radio.dataCalls = true;
 }
 
 OwnRadio ReadRadio(const JsonNode& node)
@@ -202,14 +196,14 @@ void ReadDiversions(const JsonNode& list, std::size_t first, Fleet& fleet)
 {
     std::size_t index = first;
     for (const JsonNode& node : list.Items()) {
-        const Subscriber& member = fleet.members[index++];
+        Subscriber& member = fleet.members[index++];
         const auto divertTo = node.Find("divertTo");
         if (!divertTo)
             continue;
         const Subscriber* target = std::as_const(fleet).Find(divertTo->Text());
         if (!target || target == &member)
             divertTo->Fail("there is no other \"" + divertTo->Text() + "\" in the fleet");
-        fleet.diversions.push_back({member.address, target->address});
+        member.divertedTo = target->address;
     }
 }
 
