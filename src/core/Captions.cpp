@@ -32,7 +32,8 @@ void Fill(QObject& object, const char* idProperty, const char* property, const I
         return;
     if (!HasProperty(object, property))
         throw std::logic_error(object.objectName().toStdString() + " has no " + property);
-    object.setProperty(property, strings.LoadString(id.toInt()));
+    // Blanks at a caption's ends are no spacing: the layout sees to that.
+    object.setProperty(property, strings.LoadString(id.toInt()).trimmed());
 }
 
 void FillAll(QObject& object, const IStringSource& strings)

@@ -109,6 +109,7 @@ TEST_F(frmSettingsTest, ShowsWhatIsStoredAndStoresWhatIsEntered)
     settings.SetPrintfEscapes(true);
     form.show();
     EXPECT_EQ(form.windowTitle(), "Settings");
+    EXPECT_EQ(Child<QLabel>(form, "Label1").text(), "Serial &Port") << "without the blank that its text begins with";
     EXPECT_EQ(databaseField.text(), "/old.kyndb");
     EXPECT_EQ(Child<QLineEdit>(form, "txtSysFile").text(), "/old.kynw");
     EXPECT_EQ(port.currentText(), "COM2");
