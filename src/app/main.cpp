@@ -6,6 +6,7 @@
 #include "app/TextIds.h"
 #include "core/AppPaths.h"
 #include "core/Errors.h"
+#include "core/FileLock.h"
 #include "core/FormatMessage.h"
 #include "core/ProgramLog.h"
 #include "core/Settings.h"
@@ -15,7 +16,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QIcon>
-#include <QLockFile>
 #include <QMessageBox>
 #include <cstdio>
 
@@ -52,9 +52,8 @@ int RunConsole(const IStringSource& strings, const QString& settingsFile)
     EndRequest end;
     QObject::connect(&end, &EndRequest::Received, &end, [&application] { application.EndAtOnce(); });
     QDir().mkpath(QFileInfo(settingsFile).absolutePath());
-    QLockFile lock(settingsFile + QStringLiteral(".lock"));
-    lock.setStaleLockTime(0);
-    if (!lock.tryLock() && lock.error() == QLockFile::LockFailedError) {
+    FileLock lock(settingsFile + QStringLiteral(".lock"));
+    if (lock.TryLock() == FileLock::Result::HeldByAnother) {
         ShowBox(strings.LoadString(AppText::AlreadyRunning));
         return Failed;
     }

@@ -60,9 +60,8 @@ EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_fol
             QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));
         if (!m_files.empty() && !QFile::exists(file))
             continue;
-        auto lock = std::make_unique<QLockFile>(file + ".lock");
-        lock->setStaleLockTime(0);
-        if (!lock->tryLock())
+        auto lock = std::make_unique<FileLock>(file + ".lock");
+        if (lock->TryLock() != FileLock::Result::Locked)
             continue;
         Load(file);
         m_files.push_back({file, std::move(lock)});

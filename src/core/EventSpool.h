@@ -1,8 +1,9 @@
 #pragma once
 
+#include "core/FileLock.h"
+
 #include <QDateTime>
 #include <QList>
-#include <QLockFile>
 #include <QString>
 #include <memory>
 #include <vector>
@@ -36,7 +37,7 @@ public:
 private:
     struct LockedFile {
         QString name;
-        std::unique_ptr<QLockFile> lock;
+        std::unique_ptr<FileLock> lock;
     };
 
     void Load(const QString& file);

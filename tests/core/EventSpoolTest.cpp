@@ -35,6 +35,10 @@ TEST(EventSpool, TakesOverWhatConsolesThatAreGoneHaveLeft)
         second.Append(Record("2"));
         third.Append(Record("3"));
     }
+    // The process of this number runs, but is no console; and the computer has had another name.
+    QFile lock(folder.filePath("log-db-2.waiting.lock"));
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly) && lock.write("1\nveltorkyn\nelsewhere\n\n") > 0);
+    lock.close();
     EventSpool next(folder.path(), "db");
     EXPECT_EQ(Ids(next), QStringList({"2", "3"})) << "not those of a console that is there";
     next.Clear();
