@@ -113,6 +113,10 @@ QString SerialRadioPort::Problem() const
 
 QString SerialRadioPort::BusyText() const
 {
+    if (const auto left = LeftLockOfPort(m_device)) {
+        return FormatMessage(m_strings, RadioText::PortLockLeft,
+                             {m_name, left->file, QString::number(left->process)});
+    }
     const QString holder = HolderOfPort(m_device);
     return holder.isEmpty() ? FormatMessage(m_strings, RadioText::PortBusy, {m_name})
                             : FormatMessage(m_strings, RadioText::PortBusyBy, {m_name, holder});

@@ -82,5 +82,6 @@ constexpr int NotConnected = 5329;
 constexpr int NameTooLong = 5330;
 constexpr int LinkEcho = 5331;
 constexpr int AddressUnknown = 5332;
+constexpr int PortLockLeft = 5873;
 
 } // namespace RadioText

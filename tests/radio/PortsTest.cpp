@@ -170,6 +170,25 @@ TEST_F(Ports, NotPermittedNamesTheGroup)
     }));
 }
 
+TEST_F(Ports, ALockThatADeadProgramLeftIsToldAsWhatItIs)
+{
+    QProcess dead;
+    dead.start(QStringLiteral("true"), QStringList());
+    const qint64 process = dead.processId();
+    ASSERT_TRUE(dead.waitForFinished());
+    ASSERT_EQ(::chmod(pty.toLatin1().constData(), 0666), 0);
+    QFile lock(QStringLiteral("/run/lock/LCK..") + pty.mid(5).replace(QLatin1Char('/'), QLatin1Char('_')));
+    ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+    lock.write(QByteArray::number(process) + "\nveltorkyn\n");
+    lock.close();
+    EXPECT_TRUE(AsNobody([&] {
+        const QString problem = Problem(pty);
+        return problem.contains(QStringLiteral("Process %1,").arg(process)) &&
+               problem.endsWith(QStringLiteral("sudo rm /var/lock/%1").arg(QFileInfo(lock).fileName()));
+    }));
+    lock.remove();
+}
+
 TEST(PortNames, ComNumbersAndDevices)
 {
     const std::pair<const char*, const char*> cases[] = {
