@@ -150,6 +150,7 @@ void winMain::Load()
     Attempt([this] { picLog->LoadLogPrefs(); });
     picIndividuals->SizeColumns();
     Attempt([this] { picScada->Load(); });
+    Attempt([this] { m_logOnAtStart = m_services.settings.GetLogonCount() != 0; });
     picSend->SelectType(SendPane::MessageType::Status);
     RestoreWindowPlacement();
 }
@@ -165,13 +166,13 @@ void winMain::RestoreWindowPlacement()
 
 void winMain::LogOnAtStart()
 {
-    if (!m_startProblems.isEmpty())
+    if (!m_startProblems.isEmpty()) {
+        m_startProblems.removeDuplicates(); // one fault of the file can hinder every reading
         m_services.prompt.ShowWarning(m_startProblems.join(QLatin1Char('\n')));
-    Attempt([this] {
-        if (m_services.settings.GetLogonCount() != 0 && !m_session.LoggedOn) {
-            m_logon.Run();
-        }
-    });
+    }
+    if (m_logOnAtStart && !m_session.LoggedOn) {
+        m_logon.Run();
+    }
 }
 
 // The first logon waits until the window stands, so that its dialog has something to stand on.

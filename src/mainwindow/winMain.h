@@ -160,6 +160,7 @@ private:
 
     double m_logWidth = 190;
     bool m_wasShown = false;
+    bool m_logOnAtStart = false; // somebody has logged on here before
     QStringList m_startProblems; // told once the window is seen
     bool m_askingExit = false;
     bool m_exitDecided = false;

@@ -160,7 +160,11 @@ void winMain::AskRadio(int message, const std::function<void()>& ask)
 {
     if (m_session.LoggedOn) {
         SbrMessage(Text(message));
-        Attempt(ask);
+        try {
+            ask();
+        } catch (const std::exception& failure) {
+            m_services.executive.TellFailure(failure);
+        }
     }
 }
 

@@ -145,6 +145,15 @@ void Map27Executive::AskNetworkInfo()
     m_control->RequestRadioInfo(4);
 }
 
+void Map27Executive::TellFailure(const std::exception& failure)
+{
+    const QString text = DescribeError(failure, m_services.strings);
+    if (m_window->IsShown())
+        m_window->AppendLog(text);
+    else
+        m_services.prompt.ShowWarning(text);
+}
+
 QString Map27Executive::DefaultPort() const
 {
     return m_services.settings.SerialPort(Text(RadioText::DefaultPort));

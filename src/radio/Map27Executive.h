@@ -80,6 +80,8 @@ public:
     void AskOperatingCondition();
     void AskNumbering();
     void AskNetworkInfo();
+    // Shows what the radio has raised: in the call window's log while that is shown, else in a box.
+    void TellFailure(const std::exception& failure);
 
     // Whose settings hold the port; there is one settings file per application, so that nothing else depends
     // on it.

@@ -8,9 +8,11 @@
 #include "support/DialogDriver.h"
 
 #include <QAction>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTabBar>
@@ -326,8 +328,14 @@ TEST(RadioCommands, SayWhatWasAskedOrWhyItCouldNot)
     EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("RequestRadioInfo 4")}));
     EXPECT_EQ(stack.Panel("main"), stack.Text(2002));
     stack.control->failures[QStringLiteral("RequestRadioInfo")] = QStringLiteral("no connection");
+    stack.prompt.ExpectWarning(QStringLiteral("no connection"));
     stack.Trigger("miOpCon");
-    EXPECT_EQ(stack.Panel("main"), QStringLiteral("no connection"));
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2028));
+    stack.prompt.Finish();
+    Q_EMIT stack.control->IncomingCall(0, 8, 0, 4);
+    stack.Trigger("miNumInfo"); // told in the call window now
+    EXPECT_TRUE(stack.executive.AgentWindow().findChild<QPlainTextEdit*>(QStringLiteral("txtLog"))->toPlainText().contains(
+        QStringLiteral("no connection")));
     stack.control->failures[QStringLiteral("ResetLink")] = QStringLiteral("no port");
     stack.prompt.ExpectWarning(QStringLiteral("no port"));
     stack.Click("tbMain_disconnect");
@@ -428,6 +436,22 @@ TEST(Frame, NonsenseSettingsAreToldInOneBox)
     EXPECT_EQ(window.size(), QSize(600, 400));
     EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 190);
     EXPECT_EQ(stack.Find<QLineEdit>("txtLogPeriod").text(), QStringLiteral("30"));
+    stack.CloseWindow();
+
+    QFile file(stack.settings.FileName());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    file.write("a stray line\n");
+    file.close();
+    QString fault;
+    try {
+        stack.settings.LogWidth();
+    } catch (const Error& failure) {
+        fault = failure.Description();
+    }
+    stack.prompt.ExpectWarning(fault); // though it hinders every reading
+    stack.Open();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(stack.Panel("main"), QString());
 }
 
 }
