@@ -21,6 +21,7 @@ class Console:
         self.database = processes.folder / "site.kyndb"
         self.settings = processes.folder / "console.ini"
         self.child = None
+        self._lock = None
 
     def make_site(self, port):
         content = json.loads(self._directory.read_text(encoding="utf-8"))
@@ -62,6 +63,15 @@ class Console:
     def end(self):
         if self.child is not None:
             self._processes.end(self.child)
+
+    def lock(self, on):
+        """Keeps everybody else from the database, or no longer."""
+        if self._lock is not None:
+            self._lock.close()
+            self._lock = None
+        if on:
+            self._lock = sqlite3.connect(self.database, timeout=5)
+            self._lock.execute("BEGIN EXCLUSIVE")
 
     def query(self, sql):
         """Rows of a query on the database; waits for a console that is writing."""

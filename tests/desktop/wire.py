@@ -8,8 +8,9 @@ import threading
 
 # What the console sends, by its first octets (MAP27 v1.5, section 5).
 NAMES = {
-    "transmit on": "B2 03", "transmit off": "B2 02", "answer": "B2 02", "refuse": "B2 00", "hang up": "86 07",
-    "cancel": "A6 08", "status": "80", "text": "8[12]", "call": "A4", "any": "(?!B0)",
+    "transmit on": "B2 03", "transmit off": "B2 02", "answer": "B2 02", "refuse": "B2 00",
+    "hang up": "86 .. .. .. 07",
+    "cancel": "A6 .. .. .. 08", "status": "80", "text": "8[12]", "call": "A4", "any": "(?!B0)",
 }
 
 

@@ -273,6 +273,14 @@ def query_gives(bench, sql, expected):
     _until(bench, repr(expected), look)
 
 
+@word("database is NAME")
+def lock_database(bench, state):
+    """Locked: by another program, so that nothing can be read or written; free again."""
+    if state not in ("locked", "free"):
+        raise Mistake(f"no such state: {state}")
+    bench.console.lock(state == "locked")
+
+
 # Pointer and keys
 
 @word("click CONTROL")
