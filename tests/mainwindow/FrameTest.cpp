@@ -93,11 +93,11 @@ TEST(Frame, FullScreenRestoresAndStoresTheRectangleBefore)
     window.move(normal.topLeft());
     window.resize(normal.size());
     stack.Click("tbMain_fullscreen");
-    EXPECT_EQ(window.geometry(), window.screen()->geometry());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return window.geometry() == window.screen()->geometry(); }));
     EXPECT_TRUE(stack.Action("miFullscreen").isChecked());
     EXPECT_TRUE(stack.Action("miFullscreen").isEnabled()) << "full screen can be left again";
     stack.Trigger("miFullscreen");
-    EXPECT_EQ(QRect(window.pos(), window.size()), normal);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QRect(window.pos(), window.size()) == normal; }));
     EXPECT_FALSE(stack.Find<QToolButton>("tbMain_fullscreen").isChecked());
 
     stack.Trigger("miFullscreen");
@@ -106,9 +106,9 @@ TEST(Frame, FullScreenRestoresAndStoresTheRectangleBefore)
     EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("fullscreen"), {}), QStringLiteral("True"));
     winMain& again = stack.Open();
     EXPECT_TRUE(again.IsFullScreen());
-    EXPECT_EQ(again.geometry(), again.screen()->geometry());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return again.geometry() == again.screen()->geometry(); }));
     stack.Click("tbMain_fullscreen");
-    EXPECT_EQ(QRect(again.pos(), again.size()), normal);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return QRect(again.pos(), again.size()) == normal; }));
 }
 
 TEST(Frame, AMaximisedWindowHasNoFullScreenAndComesBackMaximised)
