@@ -88,6 +88,6 @@ bool DeleteEntries(const AdminServices& services, const std::vector<DeletionItem
 {
     const bool confirmEach =
         items.size() <= 1 ||
-        services.prompt.AskQuestion(services.strings.LoadString(AdminText::ConfirmEachQuestion));
+        services.prompt.AskChoice(services.strings.LoadString(AdminText::ConfirmEachQuestion));
     return confirmEach ? DeleteOneByOne(services, items) : DeleteTogether(services, items);
 }

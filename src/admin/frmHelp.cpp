@@ -4,6 +4,7 @@
 #include "admin/TextIds.h"
 #include "core/Captions.h"
 #include "core/Icons.h"
+#include "core/ShowWindow.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -93,9 +94,7 @@ void frmHelp::ShowPage(const QString& page)
     } else if (!modal) {
         setWindowModality(Qt::NonModal);
     }
-    show();
-    raise();
-    activateWindow();
+    BringToScreen(*this, Activation::Take);
     txtHelp->setFocus();
 }
 

@@ -56,7 +56,7 @@ void Application::StartUp(const QString& settingsFile)
 
     const QString title = QString::fromLatin1(AppPaths::title);
     m_stage = QStringLiteral("Prompt");
-    o.prompt = std::make_unique<Prompt>(m_strings);
+    o.prompt = std::make_unique<Prompt>(m_strings, o.clock);
     m_stage = QStringLiteral("DbSession");
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
     o.eventLog = std::make_unique<EventLog>(*o.session, m_strings, AppPaths::DataFolder());

@@ -13,6 +13,7 @@
 #include "core/Errors.h"
 #include "core/Prompt.h"
 #include "core/ShowModal.h"
+#include "core/ShowWindow.h"
 #include "core/StringSource.h"
 #include "mainwindow/winMain.h"
 #include "numbering/frmActionetSettings.h"
@@ -76,10 +77,9 @@ void ConsoleWindows::OpenNumberingSelection(winMain& owner)
 
 void ConsoleWindows::OpenNumberingDiagnostics(winMain& owner)
 {
-    m_diagnostics->show();
+    m_diagnostics->winId(); // makes its window, which can then belong to another
     m_diagnostics->windowHandle()->setTransientParent(owner.windowHandle());
-    m_diagnostics->raise();
-    m_diagnostics->activateWindow();
+    BringToScreen(*m_diagnostics, Activation::Take);
 }
 
 void ConsoleWindows::OpenAddressDirectory(winMain& owner)

@@ -1,5 +1,6 @@
 #include "core/Prompt.h"
 
+#include "core/KeyGuard.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
 
@@ -11,6 +12,9 @@
 
 namespace {
 
+// Nobody reads a box faster.
+constexpr std::chrono::milliseconds LookingTime{250};
+
 // While a dialog closes no window is active for a moment; the box then belongs over the main window.
 QWidget* MainWindow()
 {
@@ -21,21 +25,16 @@ QWidget* MainWindow()
     return nullptr;
 }
 
-// The box is modal to the window that the operator is in; it goes when that window is destroyed.
-QPointer<QMessageBox> MakeBox(QMessageBox::Icon icon, const QString& caption, const QString& text)
+// The window that has to wait for the answer. It is never the one of a radio call, which stays on top and
+// usable whatever else is asked.
+QWidget* Owner()
 {
-    QWidget* parent = QApplication::activeModalWidget();
-    if (!parent)
-        parent = QApplication::activeWindow();
-    if (!parent)
-        parent = MainWindow();
-    QString lines = text;
-    lines.replace("\r\n", "\n");
-    QPointer<QMessageBox> box = new QMessageBox(icon, caption, lines, QMessageBox::NoButton, parent);
-    box->setObjectName("promptBox");
-    box->setTextFormat(Qt::PlainText);
-    box->setWindowModality(parent ? Qt::WindowModal : Qt::ApplicationModal);
-    return box;
+    QWidget* owner = QApplication::activeModalWidget();
+    if (!owner)
+        owner = QApplication::activeWindow();
+    if (!owner || owner->windowFlags().testFlag(Qt::WindowStaysOnTopHint))
+        owner = MainWindow();
+    return owner;
 }
 
 QPushButton* AddButton(QMessageBox& box, const char* name, const QString& caption,
@@ -46,55 +45,80 @@ QPushButton* AddButton(QMessageBox& box, const char* name, const QString& captio
     return button;
 }
 
-enum class Default { Yes, No };
+} // namespace
 
-bool Ask(const IStringSource& strings, const QString& caption, const QString& text, Default choice)
+// The box goes when its owner is destroyed.
+QPointer<QMessageBox> Prompt::MakeBox(QMessageBox::Icon icon, const QString& text) const
 {
-    const auto icon = choice == Default::Yes ? QMessageBox::Question : QMessageBox::Warning;
-    const QPointer<QMessageBox> box = MakeBox(icon, caption, text);
-    auto* yes = AddButton(*box, "cmdYes", strings.LoadString(core::textYes), QMessageBox::YesRole);
-    auto* no = AddButton(*box, "cmdNo", strings.LoadString(core::textNo), QMessageBox::NoRole);
-    box->setDefaultButton(choice == Default::Yes ? yes : no);
-    box->setEscapeButton(no);
+    QWidget* owner = Owner();
+    // A box of a minimised window would not be shown.
+    if (owner && owner->isMinimized())
+        owner->setWindowState(owner->windowState() & ~Qt::WindowMinimized);
+    QString lines = text;
+    lines.replace("\r\n", "\n");
+    QPointer<QMessageBox> box = new QMessageBox(icon, m_appName, lines, QMessageBox::NoButton, owner);
+    box->setObjectName("promptBox");
+    box->setTextFormat(Qt::PlainText);
+    box->setWindowModality(owner ? Qt::WindowModal : Qt::ApplicationModal);
+    new KeyGuard(*box, m_clock, LookingTime);
+    return box;
+}
+
+bool Prompt::Ask(Kind kind, const QString& text) const
+{
+    const auto icon = kind == Kind::Confirmation ? QMessageBox::Warning : QMessageBox::Question;
+    const QPointer<QMessageBox> box = MakeBox(icon, text);
+    auto* yes = AddButton(*box, "cmdYes", m_strings.LoadString(core::textYes), QMessageBox::YesRole);
+    // A box with a No of that role would take it for what Esc means.
+    const auto role = kind == Kind::Choice ? QMessageBox::DestructiveRole : QMessageBox::NoRole;
+    auto* no = AddButton(*box, "cmdNo", m_strings.LoadString(core::textNo), role);
+    box->setDefaultButton(kind == Kind::Confirmation ? no : yes);
+    if (kind == Kind::Choice)
+        box->setWindowFlag(Qt::WindowCloseButtonHint, false);
+    else
+        box->setEscapeButton(no);
     box->exec();
     const bool agreed = box && box->clickedButton() == yes;
     delete box;
     return agreed;
 }
 
-void Show(const IStringSource& strings, const QString& caption, const QString& text, QMessageBox::Icon icon)
+void Prompt::Show(QMessageBox::Icon icon, const QString& text) const
 {
-    const QPointer<QMessageBox> box = MakeBox(icon, caption, text);
-    auto* ok = AddButton(*box, "cmdOk", strings.LoadString(core::textOk), QMessageBox::AcceptRole);
+    const QPointer<QMessageBox> box = MakeBox(icon, text);
+    auto* ok = AddButton(*box, "cmdOk", m_strings.LoadString(core::textOk), QMessageBox::AcceptRole);
     box->setDefaultButton(ok);
     box->setEscapeButton(ok);
     box->exec();
     delete box;
 }
 
-} // namespace
-
 bool Prompt::AskQuestion(const QString& text)
 {
-    return Ask(m_strings, m_appName, text, Default::Yes);
+    return Ask(Kind::Question, text);
 }
 
 bool Prompt::AskConfirmation(const QString& text)
 {
-    return Ask(m_strings, m_appName, text, Default::No);
+    return Ask(Kind::Confirmation, text);
+}
+
+bool Prompt::AskChoice(const QString& text)
+{
+    return Ask(Kind::Choice, text);
 }
 
 void Prompt::ShowWarning(const QString& text)
 {
-    Show(m_strings, m_appName, text, QMessageBox::Warning);
+    Show(QMessageBox::Warning, text);
 }
 
 void Prompt::ShowError(const QString& text)
 {
-    Show(m_strings, m_appName, text, QMessageBox::Critical);
+    Show(QMessageBox::Critical, text);
 }
 
 void Prompt::ShowInfo(const QString& text)
 {
-    Show(m_strings, m_appName, text, QMessageBox::Information);
+    Show(QMessageBox::Information, text);
 }

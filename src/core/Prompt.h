@@ -1,7 +1,10 @@
 #pragma once
 
+#include <QMessageBox>
+#include <QPointer>
 #include <QString>
 
+struct Clock;
 struct IStringSource;
 
 // The only way the system shows boxes. All texts are already formatted. The asking operations return true for
@@ -11,6 +14,8 @@ struct IPrompt {
 
     virtual bool AskQuestion(const QString& text) = 0;
     virtual bool AskConfirmation(const QString& text) = 0;
+    // A question neither answer of which leaves everything as it is.
+    virtual bool AskChoice(const QString& text) = 0;
     virtual void ShowWarning(const QString& text) = 0;
     virtual void ShowError(const QString& text) = 0;
     virtual void ShowInfo(const QString& text) = 0;
@@ -19,20 +24,29 @@ struct IPrompt {
 };
 
 // Boxes of the desktop, modal to the active window. Each has the object name "promptBox", its buttons
-// "cmdYes", "cmdNo" and "cmdOk". A question offers Yes as the default button, a confirmation No. Texts are
-// shown literally, never as markup.
+// "cmdYes", "cmdNo" and "cmdOk". A question offers Yes as the default button, a confirmation No; Esc and the
+// close box decline them, but do nothing to a choice. Texts are shown literally, never as markup. Keys pressed
+// before a box could be seen do not answer it.
 class Prompt : public IPrompt {
 public:
-    explicit Prompt(const IStringSource& strings) : m_strings(strings) {}
+    Prompt(const IStringSource& strings, const Clock& clock) : m_strings(strings), m_clock(clock) {}
 
     bool AskQuestion(const QString& text) override;
     bool AskConfirmation(const QString& text) override;
+    bool AskChoice(const QString& text) override;
     void ShowWarning(const QString& text) override;
     void ShowError(const QString& text) override;
     void ShowInfo(const QString& text) override;
     void SetAppName(const QString& name) override { m_appName = name; }
 
 private:
+    enum class Kind { Question, Confirmation, Choice };
+
+    QPointer<QMessageBox> MakeBox(QMessageBox::Icon icon, const QString& text) const;
+    bool Ask(Kind kind, const QString& text) const;
+    void Show(QMessageBox::Icon icon, const QString& text) const;
+
     const IStringSource& m_strings; // captions of the buttons
+    const Clock& m_clock;
     QString m_appName;
 };

@@ -29,7 +29,8 @@ struct Rule {
 const Rule Rules[] = {
     {Bit(Kind::CallSetUp),
      Trigger::CallConnected,
-     {.writeRecord = true,
+     {.showFirst = true,
+      .writeRecord = true,
       .forgetMessage = true,
       .logText = RadioText::ConnectedTalk,
       .buttonText = RadioText::Hungup,

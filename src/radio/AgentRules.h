@@ -17,11 +17,12 @@ enum class AgentTrigger {
     CloseButton,
 };
 
-// One reaction; its steps are taken in the order of these fields.
+// One reaction; its steps are taken in the order of these fields, but for showFirst.
 struct AgentReaction {
     enum class Request { None, Cancel, Clear, Answer };
     enum class OnError { Ignore, LogAndStay, Warn };
 
+    bool showFirst = false;     // record and message come after the button's caption and the next kind
     bool writeRecord = false;   // when a message is pending: log record and log line
     bool forgetMessage = false; // MessagePending becomes false
     bool storeRegroup = false;  // a pending regroup or ungroup is stored and reflected

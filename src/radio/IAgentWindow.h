@@ -11,10 +11,18 @@ struct IAgentWindow {
     virtual void CallOutPrepare(const QString& caption, const QString& party) = 0;
     virtual void InCallPrepare(const QString& caption, const QString& party, bool emergency) = 0;
     virtual void SetCaption(const QString& caption) = 0;
-    virtual void SetMainButton(const QString& text) = 0;
+    // Catalogue id of its caption: Cancel, Answer or Hungup.
+    virtual void SetMainButton(int textId) = 0;
     virtual void AppendLog(const QString& text) = 0;
     virtual bool IsShown() const = 0;
-    // Shows the window, above the others.
+    // The radio has been told to transmit, or to stop.
+    virtual void ShowTransmitting(bool on) = 0;
+    // Shows the window with the keyboard, above the others.
     virtual void ShowAgent() = 0;
+    // The same for what nobody at this console asked for: it takes the keyboard only from somebody who is not
+    // typing.
+    virtual void ShowUnasked() = 0;
+    // What has been set is on the screen when it returns.
+    virtual void PaintNow() = 0;
     virtual void HideAgent() = 0;
 };

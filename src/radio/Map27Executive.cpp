@@ -37,13 +37,13 @@ qint16 Ident(const RadioAddress& address)
 Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<class Map27Control> control)
     : m_services(services),
       m_control(std::move(control)),
-      m_window(std::make_unique<frmMap27Agent>(services.strings)),
+      m_window(std::make_unique<frmMap27Agent>(services.strings, services.clock)),
       m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window)),
       m_appName(services.strings.LoadString(RadioText::DefaultAppName))
 {
     connect(m_window.get(), &frmMap27Agent::MainButtonPressed, m_agent.get(), &RadioAgent::PressMainButton);
     connect(m_window.get(), &frmMap27Agent::CloseButtonPressed, m_agent.get(), &RadioAgent::PressCloseButton);
-    connect(m_window.get(), &frmMap27Agent::TransmitChanged, m_agent.get(), &RadioAgent::SetTransmit);
+    connect(m_window.get(), &frmMap27Agent::TransmitRequested, m_agent.get(), &RadioAgent::SetTransmit);
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
     connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
     connect(m_agent.get(), &RadioAgent::NumberingDoubted, this, &Map27Executive::NumberingDoubted);

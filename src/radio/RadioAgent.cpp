@@ -116,11 +116,12 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
         m_executive->SetTransactionKind(TransactionKind::CallRinging);
     } else {
         m_executive->SetTransactionKind(TransactionKind::CallConnected);
-        m_window.SetMainButton(Text(RadioText::Hungup));
+        m_window.SetMainButton(RadioText::Hungup);
         m_window.AppendLog(Text(RadioText::ConnectedTalk));
     }
     // Seen and heard first; the database comes after.
-    m_window.ShowAgent();
+    m_window.ShowUnasked();
+    m_window.PaintNow();
     if (emergency) {
         m_services.beeper.InformationBeep();
         Q_EMIT EmergencyCallReceived(caller.callsign, time);
@@ -158,10 +159,8 @@ void RadioAgent::React(AgentTrigger trigger)
     const AgentReaction* reaction = FindReaction(m_executive->TransactionKind(), trigger);
     if (!reaction)
         return;
-    if (reaction->writeRecord)
-        WriteOutgoingRecord();
-    if (reaction->forgetMessage)
-        m_executive->Outgoing().MessagePending = false;
+    if (!reaction->showFirst)
+        Record(*reaction);
     if (reaction->storeRegroup)
         StoreRegroup();
     if (reaction->cancelRegroup)
@@ -169,8 +168,12 @@ void RadioAgent::React(AgentTrigger trigger)
     if (reaction->logText != 0)
         m_window.AppendLog(Text(reaction->logText));
     if (reaction->buttonText != 0)
-        m_window.SetMainButton(Text(reaction->buttonText));
+        m_window.SetMainButton(reaction->buttonText);
     m_executive->SetTransactionKind(reaction->next);
+    if (reaction->showFirst) {
+        m_window.PaintNow();
+        Record(*reaction);
+    }
     if (reaction->reflectScada && m_views.scada)
         m_views.scada->ReflectScadaControl();
     if (reaction->cancelScada && m_views.scada)
@@ -179,6 +182,14 @@ void RadioAgent::React(AgentTrigger trigger)
         m_window.HideAgent();
     if (reaction->warning != 0)
         m_boxes.ShowWarning(Text(reaction->warning));
+}
+
+void RadioAgent::Record(const AgentReaction& reaction)
+{
+    if (reaction.writeRecord)
+        WriteOutgoingRecord();
+    if (reaction.forgetMessage)
+        m_executive->Outgoing().MessagePending = false;
 }
 
 // False when the request failed and the window has to stay.
@@ -212,11 +223,18 @@ bool RadioAgent::Request(const AgentReaction& reaction)
 
 void RadioAgent::SetTransmit(bool on)
 {
+    const bool connected = m_executive && m_executive->TransactionKind() == TransactionKind::CallConnected;
+    if (on == m_transmitting || (on && !connected))
+        return;
     try {
         m_control.SetTransmit(on);
     } catch (const std::exception& failure) {
         m_window.AppendLog(DescribeError(failure, m_services.strings));
+        if (on)
+            return;
     }
+    m_transmitting = on;
+    m_window.ShowTransmitting(on);
 }
 
 void RadioAgent::WriteOutgoingRecord()

@@ -40,6 +40,7 @@ public:
     // Buttons of the dialogue.
     void PressMainButton() { React(AgentTrigger::MainButton); }
     void PressCloseButton() { React(AgentTrigger::CloseButton); }
+    // Keys the radio's transmitter while a call is connected, or releases it.
     void SetTransmit(bool on);
 
     // Takes back a regroup or ungroup that the radio has not confirmed.
@@ -71,6 +72,7 @@ private:
     void TellDoubts(const QStringList& doubts);
 
     void React(AgentTrigger trigger);
+    void Record(const AgentReaction& reaction);
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
     void StoreRegroup();
@@ -96,5 +98,6 @@ private:
     QStringList m_doubts;
     QString m_myAddress;
     QString m_myCallsign;
+    bool m_transmitting = false;   // the radio has been told so
     bool m_recordsFailing = false; // the warning for records that cannot be written has been shown
 };

@@ -1,8 +1,16 @@
 #include "radio/frmMap27Agent.h"
 
 #include "core/Captions.h"
+#include "core/Clock.h"
+#include "core/FormatMessage.h"
+#include "core/KeyGuard.h"
+#include "core/PlainKey.h"
+#include "core/ShowWindow.h"
 #include "core/StringSource.h"
+#include "radio/CallKeys.h"
+#include "radio/FrontRow.h"
 #include "radio/TextIds.h"
+#include "radio/TransmitButton.h"
 #include "ui_frmMap27Agent.h"
 
 #include <QApplication>
@@ -14,31 +22,38 @@ namespace {
 
 const QColor AlertColor(0xb0, 0x10, 0x20);
 
-// Keys that move the focus or close things; they never key the transmitter.
-bool IsNavigationKey(int key)
+// A key meant for Answer must not hang up what it answered.
+constexpr std::chrono::seconds AnswerPause{1};
+
+constexpr Qt::Key CloseKey = Qt::Key_F9;
+
+// Different keys, so that a second press never does something else than the first.
+Qt::Key MainKey(int mainText)
 {
-    switch (key) {
-    case Qt::Key_Tab:
-    case Qt::Key_Backtab:
-    case Qt::Key_Escape:
-    case Qt::Key_Shift:
-    case Qt::Key_Control:
-    case Qt::Key_Alt:
-    case Qt::Key_AltGr:
-    case Qt::Key_Meta:
-        return true;
+    switch (mainText) {
+    case RadioText::Answer:
+        return Qt::Key_F6;
+    case RadioText::Hungup:
+        return Qt::Key_F7;
     default:
-        return false;
+        return Qt::Key_F8;
     }
+}
+
+QString NameOf(Qt::Key key)
+{
+    return QKeySequence(key).toString(QKeySequence::NativeText);
 }
 
 } // namespace
 
-frmMap27Agent::frmMap27Agent(const IStringSource& strings)
+frmMap27Agent::frmMap27Agent(const IStringSource& strings, const Clock& clock)
     : QWidget(nullptr, Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                            Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint),
       m_strings(strings),
-      m_form(std::make_unique<Ui::frmMap27Agent>())
+      m_form(std::make_unique<Ui::frmMap27Agent>()),
+      m_clock(clock),
+      m_keys(std::make_unique<CallKeys>(clock))
 {
     m_form->setupUi(this);
     LoadCaptions();
@@ -48,9 +63,17 @@ frmMap27Agent::frmMap27Agent(const IStringSource& strings)
     caption.setPointSizeF(caption.pointSizeF() * 1.3);
     caption.setBold(true);
     m_form->lblCaption->setFont(caption);
-    m_form->cmdPTT->installEventFilter(this);
-    connect(m_form->cmdAnswerHungup, &QPushButton::clicked, this, &frmMap27Agent::MainButtonPressed);
+    m_transmit = new TransmitButton(*m_form->cmdPTT, clock);
+    new KeyGuard(*this, clock, std::chrono::milliseconds(0));
+    new FrontRow(*this);
+    m_form->cmdAnswerHungup->installEventFilter(this);
+    connect(m_form->cmdAnswerHungup, &QPushButton::clicked, this, &frmMap27Agent::PressMainButton);
     connect(m_form->cmdClose, &QPushButton::clicked, this, &frmMap27Agent::CloseButtonPressed);
+    connect(m_transmit, &TransmitButton::Switched, this, &frmMap27Agent::TransmitRequested);
+    connect(m_keys.get(), &CallKeys::CallWindowAsked, this, [this] {
+        if (isVisible())
+            ShowAgent();
+    });
     Reset();
 }
 
@@ -67,7 +90,7 @@ void frmMap27Agent::Reset()
     m_form->lsParty->clear();
     m_form->txtLog->clear();
     m_form->cmdAnswerHungup->setEnabled(true);
-    SetMainButton(m_strings.LoadString(RadioText::Cancel));
+    SetMainButton(RadioText::Cancel);
     m_form->cmdRetry->setEnabled(false);
     m_form->cmdRetry->hide();
     ShowEmergency(false);
@@ -93,12 +116,12 @@ void frmMap27Agent::InCallPrepare(const QString& caption, const QString& party, 
 
 void frmMap27Agent::Prepare(const QString& party, int mainButtonText, bool call)
 {
-    ReleaseTransmit();
+    m_transmit->LetGo();
     Reset();
     m_form->lsParty->addItem(party);
     m_form->cmdPTT->setEnabled(call);
     m_form->cmdPTT->setVisible(call);
-    SetMainButton(m_strings.LoadString(mainButtonText));
+    SetMainButton(mainButtonText);
 }
 
 void frmMap27Agent::SetCaption(const QString& caption)
@@ -107,9 +130,35 @@ void frmMap27Agent::SetCaption(const QString& caption)
     m_form->lblCaption->setText(caption);
 }
 
-void frmMap27Agent::SetMainButton(const QString& text)
+void frmMap27Agent::SetMainButton(int textId)
 {
-    m_form->cmdAnswerHungup->setText(text);
+    m_answeredAt.reset();
+    if (m_mainText == RadioText::Answer && textId == RadioText::Hungup)
+        m_answeredAt = m_clock.Ticks();
+    m_mainText = textId;
+    m_form->cmdAnswerHungup->setText(m_strings.LoadString(textId));
+    TellKeys();
+}
+
+void frmMap27Agent::TellKeys()
+{
+    const auto tip = [this](Qt::Key key) {
+        return FormatMessage(m_strings, RadioText::KeyTip, {NameOf(key)});
+    };
+    m_form->cmdAnswerHungup->setToolTip(tip(MainKey(m_mainText)));
+    m_form->cmdClose->setToolTip(tip(CloseKey));
+    m_form->lblKeys->setText(FormatMessage(m_strings, RadioText::CallKeys,
+                                           {NameOf(MainKey(m_mainText)), m_form->cmdAnswerHungup->text(),
+                                            NameOf(CloseKey), m_form->cmdClose->text(),
+                                            NameOf(CallKeys::LeadKey)}));
+}
+
+// The hand that answers talks next.
+void frmMap27Agent::PressMainButton()
+{
+    if (m_mainText == RadioText::Answer)
+        m_form->cmdPTT->setFocus();
+    Q_EMIT MainButtonPressed();
 }
 
 void frmMap27Agent::AppendLog(const QString& text)
@@ -121,9 +170,14 @@ void frmMap27Agent::ShowAgent()
 {
     if (!m_placed)
         Place();
-    show();
-    raise();
-    activateWindow();
+    BringToScreen(*this, Activation::Take);
+}
+
+void frmMap27Agent::ShowUnasked()
+{
+    if (!m_placed)
+        Place();
+    BringToScreen(*this, m_keys->IsKeyboardFree() ? Activation::Take : Activation::Leave);
 }
 
 // The first time over the middle of the window that the operator works in; later where it was left.
@@ -141,7 +195,7 @@ void frmMap27Agent::Place()
 
 void frmMap27Agent::HideAgent()
 {
-    ReleaseTransmit();
+    m_transmit->LetGo();
     hide();
 }
 
@@ -156,28 +210,7 @@ void frmMap27Agent::ShowEmergency(bool emergency)
     m_form->lblCaption->setAutoFillBackground(emergency);
 }
 
-void frmMap27Agent::PressTransmit()
-{
-    if (m_pttPressed)
-        return;
-    m_pttPressed = true;
-    SetTransmitState(true);
-}
-
-// The transmitter is told even when it was not keyed: better once too often.
-void frmMap27Agent::KeyUp()
-{
-    m_pttPressed = false;
-    SetTransmitState(false);
-}
-
-void frmMap27Agent::ReleaseTransmit()
-{
-    if (m_pttPressed)
-        KeyUp();
-}
-
-void frmMap27Agent::SetTransmitState(bool on)
+void frmMap27Agent::ShowTransmitting(bool on)
 {
     m_form->cmdPTT->setText(m_strings.LoadString(on ? RadioText::Transmitting : RadioText::TransmitReleased));
     m_form->cmdPTT->setDown(on);
@@ -187,39 +220,24 @@ void frmMap27Agent::SetTransmitState(bool on)
         palette.setColor(QPalette::ButtonText, Qt::white);
     }
     m_form->cmdPTT->setPalette(palette);
-    Q_EMIT TransmitChanged(on);
 }
 
 bool frmMap27Agent::eventFilter(QObject* watched, QEvent* event)
 {
-    switch (event->type()) {
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease: {
-        auto* key = static_cast<QKeyEvent*>(event);
-        if (IsNavigationKey(key->key()))
-            break;
-        if (!key->isAutoRepeat()) {
-            if (event->type() == QEvent::KeyPress)
-                PressTransmit();
-            else
-                KeyUp();
-        }
+    return !MayHangUp(*event) || QWidget::eventFilter(watched, event);
+}
+
+// Whether the main button may see an event.
+bool frmMap27Agent::MayHangUp(const QEvent& event) const
+{
+    if (!m_answeredAt || m_clock.Ticks() - *m_answeredAt >= AnswerPause)
         return true;
-    }
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonDblClick:
-        PressTransmit();
-        break;
-    case QEvent::MouseButtonRelease:
-        KeyUp();
-        break;
-    case QEvent::FocusOut: // the release would go elsewhere, and the transmitter would stay keyed
-        ReleaseTransmit();
-        break;
-    default:
-        break;
-    }
-    return QWidget::eventFilter(watched, event);
+    if (event.type() == QEvent::MouseButtonDblClick)
+        return false;
+    if (event.type() != QEvent::KeyPress)
+        return true;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key != Qt::Key_Space && key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Select;
 }
 
 void frmMap27Agent::changeEvent(QEvent* event)
@@ -228,9 +246,19 @@ void frmMap27Agent::changeEvent(QEvent* event)
         if (isActiveWindow() && m_form->cmdPTT->isVisible())
             m_form->cmdPTT->setFocus();
         else if (!isActiveWindow())
-            ReleaseTransmit();
+            m_transmit->LetGo();
     }
     QWidget::changeEvent(event);
+}
+
+void frmMap27Agent::keyPressEvent(QKeyEvent* event)
+{
+    if (IsPlain(*event, MainKey(m_mainText)))
+        PressMainButton();
+    else if (IsPlain(*event, CloseKey))
+        Q_EMIT CloseButtonPressed();
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void frmMap27Agent::closeEvent(QCloseEvent* event)

@@ -3,8 +3,13 @@
 #include "radio/IAgentWindow.h"
 
 #include <QWidget>
+#include <chrono>
 #include <memory>
+#include <optional>
 
+class CallKeys;
+class TransmitButton;
+struct Clock;
 struct IStringSource;
 
 namespace Ui {
@@ -18,7 +23,8 @@ class frmMap27Agent : public QWidget, public IAgentWindow {
     Q_OBJECT
 
 public:
-    explicit frmMap27Agent(const IStringSource& strings);
+    // Both must outlive it.
+    frmMap27Agent(const IStringSource& strings, const Clock& clock);
     ~frmMap27Agent() override;
 
     void Reset() override;
@@ -26,20 +32,25 @@ public:
     void CallOutPrepare(const QString& caption, const QString& party) override;
     void InCallPrepare(const QString& caption, const QString& party, bool emergency) override;
     void SetCaption(const QString& caption) override;
-    void SetMainButton(const QString& text) override;
+    void SetMainButton(int textId) override;
     void AppendLog(const QString& text) override;
     bool IsShown() const override { return isVisible(); }
+    void ShowTransmitting(bool on) override;
     void ShowAgent() override;
+    void ShowUnasked() override;
+    void PaintNow() override { repaint(); }
     void HideAgent() override;
 
 Q_SIGNALS:
     void MainButtonPressed();
     void CloseButtonPressed();
-    void TransmitChanged(bool on);
+    // The transmit button is held down, or no longer.
+    void TransmitRequested(bool on);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
@@ -47,13 +58,16 @@ private:
     void Place();
     void Prepare(const QString& party, int mainButtonText, bool call);
     void ShowEmergency(bool emergency);
-    void PressTransmit();
-    void KeyUp();
-    void ReleaseTransmit();
-    void SetTransmitState(bool on);
+    void PressMainButton();
+    bool MayHangUp(const QEvent& event) const;
+    void TellKeys();
 
     const IStringSource& m_strings;
     std::unique_ptr<Ui::frmMap27Agent> m_form;
-    bool m_pttPressed = false;
+    const Clock& m_clock;
+    std::unique_ptr<CallKeys> m_keys;
+    TransmitButton* m_transmit; // a child
+    int m_mainText = 0;         // what the main button says
+    std::optional<std::chrono::milliseconds> m_answeredAt; // when Answer became Hungup
     bool m_placed = false;
 };

@@ -5,6 +5,7 @@
 #include "core/StringSource.h"
 #include "core/Tone.h"
 #include "support/DialogDriver.h"
+#include "support/FakeClock.h"
 #include "support/QtPrinters.h"
 
 #include <QAction>
@@ -27,7 +28,8 @@ namespace {
 class PromptTest : public testing::Test {
 protected:
     CStringSourceImpl strings{QStringList{}};
-    Prompt prompt{strings};
+    FakeClock clock;
+    Prompt prompt{strings, clock};
 };
 
 TEST_F(PromptTest, TheDefaultButtonAgreesToAQuestionAndDeclinesAConfirmation)

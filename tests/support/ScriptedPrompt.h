@@ -18,6 +18,7 @@ public:
     {
         m_script.append({"confirmation", text, answer});
     }
+    void ExpectChoice(const QString& text, bool answer) { m_script.append({"choice", text, answer}); }
     void ExpectWarning(const QString& text) { m_script.append({"warning", text, true}); }
     void ExpectError(const QString& text) { m_script.append({"error", text, true}); }
     void ExpectInfo(const QString& text) { m_script.append({"info", text, true}); }
@@ -35,6 +36,7 @@ public:
 
     bool AskQuestion(const QString& text) override { return Show("question", text); }
     bool AskConfirmation(const QString& text) override { return Show("confirmation", text); }
+    bool AskChoice(const QString& text) override { return Show("choice", text); }
     void ShowWarning(const QString& text) override { Show("warning", text); }
     void ShowError(const QString& text) override { Show("error", text); }
     void ShowInfo(const QString& text) override { Show("info", text); }
