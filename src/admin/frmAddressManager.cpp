@@ -7,6 +7,7 @@
 #include "core/Captions.h"
 #include "core/Icons.h"
 #include "core/ListHelpers.h"
+#include "core/PlainIconDelegate.h"
 #include "core/PlainKey.h"
 #include "core/ProgramLog.h"
 #include "core/Prompt.h"
@@ -39,6 +40,7 @@ frmAddressManager::frmAddressManager(const AdminServices& services, QWidget* par
     m_ui->lvDir->header()->setSortIndicatorShown(true);
     for (QWidget* control : {static_cast<QWidget*>(m_ui->lvDir), static_cast<QWidget*>(m_ui->txtLookFor)})
         control->installEventFilter(this);
+    m_ui->lvDir->setItemDelegate(new PlainIconDelegate(m_ui->lvDir));
     SetFullRowSelect(*m_ui->lvDir, true);
     ConnectControls();
 }

@@ -6,6 +6,7 @@
 #include "core/Errors.h"
 #include "core/Icons.h"
 #include "core/ListHelpers.h"
+#include "core/PlainIconDelegate.h"
 #include "core/PlainKey.h"
 #include "core/ProgramLog.h"
 #include "core/Prompt.h"
@@ -40,6 +41,7 @@ frmStatusEditor::frmStatusEditor(const AdminServices& services, QWidget* parent)
     m_ui->lvStati->setIconSize(SmallIconSize(*this));
     m_ui->lvStati->setMinimumHeight(ListLines * fontMetrics().lineSpacing());
     m_ui->txtEditInDesc->setMinimumWidth(FieldWidth * fontMetrics().averageCharWidth());
+    m_ui->lvStati->setItemDelegate(new PlainIconDelegate(m_ui->lvStati));
     SetFullRowSelect(*m_ui->lvStati, true);
     FillCodes();
     EnableTexts(false);

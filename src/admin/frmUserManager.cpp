@@ -188,6 +188,7 @@ void frmUserManager::Delete()
     if (!Try([&] { DeleteAccount(m_services.session.Workspace(), user->profileId, user->userName); }))
         return;
     m_users->Remove(GetSelectedItem(*m_ui->lvUsers).row());
+    SelectNothing(*m_ui->lvUsers); // the view would select the neighbour, and the next Delete would hit it
     Say(AdminText::UserDeleted);
 }
 

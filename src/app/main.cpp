@@ -9,6 +9,7 @@
 #include "core/FileLock.h"
 #include "core/FormatMessage.h"
 #include "core/ProgramLog.h"
+#include "core/ReadableSelection.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
 
@@ -137,6 +138,7 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(Version());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication application(argc, argv);
+    QApplication::setPalette(WithReadableSelection(QApplication::palette()));
     QApplication::setWindowIcon(QIcon(QStringLiteral(":/veltorkyn/icons/veltorkyn.svg")));
     return Run(line);
 }

@@ -6,8 +6,7 @@ class QAbstractItemView;
 class QString;
 
 // Sets every column's width to its contents or, with fitHeaders, to its contents and header. Trees and
-// tables; a plain list has no columns. A view looks at its first thousand rows from the one at its top, no
-// more.
+// tables; a plain list has no columns. Of a tree the outermost rows count.
 void AutosizeColumns(QAbstractItemView& view, bool fitHeaders);
 
 void SetFullRowSelect(QAbstractItemView& view, bool on);
@@ -16,6 +15,9 @@ void SetFullRowSelect(QAbstractItemView& view, bool on);
 bool HasSelectedItem(const QAbstractItemView& view);
 // The current item when it is selected, else an invalid index.
 QModelIndex GetSelectedItem(const QAbstractItemView& view);
+
+// Neither a selected nor a current item.
+void SelectNothing(QAbstractItemView& view);
 
 // Whether a top-level window of exactly this object name exists, shown or hidden.
 bool IsFormLoaded(const QString& name);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mainwindow/PlainIconDelegate.h"
+#include "core/PlainIconDelegate.h"
 
 // Draws a line of the log on one line: line ends and other control characters of a message appear as signs.
 class LogDelegate : public PlainIconDelegate {

@@ -29,9 +29,9 @@ void OutcomeDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const int behindText = text.left() + item.fontMetrics.horizontalAdvance(item.text) + Gap;
     const QRect place(std::min(behindText, option.rect.right() - edge), text.center().y() - edge / 2, edge,
                       edge);
-    painter->fillRect(place, item.palette.color(QPalette::Base));
-    LoadIcon(outcome == Outcome::Done ? QStringLiteral("done") : QStringLiteral("notdone"))
-        .paint(painter, place);
+    PaintPicture(*painter, item,
+                 LoadIcon(outcome == Outcome::Done ? QStringLiteral("done") : QStringLiteral("notdone")),
+                 place);
 }
 
 void OutcomeDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const

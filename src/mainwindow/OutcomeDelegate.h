@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mainwindow/PlainIconDelegate.h"
+#include "core/PlainIconDelegate.h"
 
 // Paints the sign of an item's outcome behind its text: a tick for what was done, a cross for what was not.
 // An item without a picture has room for one, so that its text stays in place when it gets one.

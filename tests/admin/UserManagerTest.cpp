@@ -171,6 +171,7 @@ TEST_F(UserManagerTest, AccountsAreModifiedResetUnloggedAndDeleted)
     Click(*window, "cmdDel");
     EXPECT_EQ(Users(), QStringList("admin||no|Admins|yes"));
     EXPECT_EQ(Shown(*window, "sbStatus"), Text(2262));
+    EXPECT_FALSE(Child<QAbstractButton>(*window, "cmdDel").isEnabled()) << "the neighbour is not selected instead";
     EXPECT_EQ(session.Workspace().Users().Names(), QStringList("admin"));
     Select(*window, "lvUsers", {0});
     prompt.ExpectConfirmation(Text(2261), true);

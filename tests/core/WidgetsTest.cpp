@@ -1,7 +1,9 @@
 #include "core/Captions.h"
 #include "core/Errors.h"
 #include "core/ListHelpers.h"
+#include "core/PlainIconDelegate.h"
 #include "core/Prompt.h"
+#include "core/ReadableSelection.h"
 #include "core/StringSource.h"
 #include "core/Tone.h"
 #include "support/DialogDriver.h"
@@ -14,6 +16,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QStandardItemModel>
 #include <QTreeView>
@@ -121,6 +124,60 @@ TEST(ListHelpersTest, ColumnsFitContentsOrAlsoHeaders)
     EXPECT_GE(view.columnWidth(0), view.fontMetrics().horizontalAdvance("a header that is long"));
     EXPECT_LT(narrow, view.columnWidth(0));
     EXPECT_EQ(view.columnWidth(1), second);
+
+    // A row that the view by itself would not look at.
+    model.setRowCount(3000);
+    const QString wide(60, QChar('W'));
+    model.setItem(2500, 0, new QStandardItem(wide));
+    AutosizeColumns(view, false);
+    EXPECT_GE(view.columnWidth(0), view.sizeHintForIndex(model.index(2500, 0)).width());
+}
+
+TEST(ListHelpersTest, APictureOnASelectedLineStandsOnTheSelectionItself)
+{
+    QPixmap dot(16, 16);
+    dot.fill(Qt::transparent);
+    {
+        QPainter painter(&dot);
+        painter.fillRect(6, 6, 4, 4, Qt::red);
+    }
+    QStandardItemModel model;
+    model.appendRow(new QStandardItem(QIcon(dot), "x"));
+    QTreeView view;
+    view.setItemDelegate(new PlainIconDelegate(&view));
+    view.setRootIsDecorated(false);
+    view.setModel(&model);
+    view.setIconSize({16, 16});
+    view.show();
+    view.setCurrentIndex(model.index(0, 0));
+    const QImage image = view.viewport()->grab().toImage();
+    QPoint red;
+    for (int x = 0; x < 40 && red.isNull(); ++x)
+        for (int y = 0; y < 40 && red.isNull(); ++y)
+            if (image.pixelColor(x, y) == Qt::red)
+                red = {x, y};
+    ASSERT_FALSE(red.isNull()) << "the picture keeps its colour";
+    EXPECT_EQ(image.pixelColor(red - QPoint(1, 1)), view.palette().color(QPalette::Base)) << "its rim";
+    EXPECT_NE(image.pixelColor(red - QPoint(4, 4)), view.palette().color(QPalette::Base)) << "no tile";
+}
+
+TEST(ReadableSelection, LeavesWhatCanBeReadAndMendsWhatCannot)
+{
+    for (const auto& [back, text] : {std::pair(QColor(0x308cc6), QColor(Qt::white)),
+                                     std::pair(QColor(Qt::yellow), QColor(Qt::white)),
+                                     std::pair(QColor(0x202020), QColor(Qt::black)),
+                                     std::pair(QColor(0x767676), QColor(0x808080))}) {
+        QPalette palette;
+        palette.setColor(QPalette::Highlight, back);
+        palette.setColor(QPalette::HighlightedText, text);
+        const QPalette readable = WithReadableSelection(palette);
+        EXPECT_EQ(readable.color(QPalette::Highlight), back);
+        EXPECT_GE(Contrast(back, readable.color(QPalette::Inactive, QPalette::HighlightedText)), 4.5);
+    }
+    QPalette good;
+    good.setColor(QPalette::Highlight, QColor(0x10308c));
+    good.setColor(QPalette::HighlightedText, QColor(0xffffe0));
+    EXPECT_EQ(WithReadableSelection(good).color(QPalette::HighlightedText), QColor(0xffffe0));
 }
 
 TEST(ListHelpersTest, TheCurrentItemCountsOnlyWhenSelected)
