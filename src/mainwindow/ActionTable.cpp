@@ -47,6 +47,8 @@ constexpr CommandRow Rows[] = {
     {Separator, "", NumberingSeparator, 0, When::Always, When::Always},
     {Item, "miAddressDir", AddressDir, 0, When::Always, When::Always},
     {Item, "miEditStati", EditStati, 0, When::Always, When::Always},
+    {Separator, "", CoverSeparator, 0, When::Always, When::Always},
+    {Item, "miCoverLists", CoverLists, 0, When::Always, When::Always},
 
     {Menu, "mbView", ViewMenu, 0, When::Always, When::Always},
     {Item, "miFullscreen", FullScreen, 0, When::NormalWindow, When::Always},
@@ -72,6 +74,8 @@ constexpr CommandRow Rows[] = {
     {Button, "cmdALLON", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdALLOFF", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
 };
 
 bool Holds(When when, const CommandContext& context)

@@ -1,16 +1,20 @@
 #include "mainwindow/GroupsPane.h"
 
+#include "core/FormatMessage.h"
 #include "core/Icons.h"
 #include "core/ListHelpers.h"
 #include "core/StringSource.h"
 #include "mainwindow/ListGestures.h"
+#include "mainwindow/ListNotice.h"
 #include "mainwindow/OutcomeDelegate.h"
+#include "mainwindow/PaneCover.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TalkgroupModel.h"
 #include "mainwindow/TalkgroupTree.h"
 #include "mainwindow/TextIds.h"
 #include "mainwindow/TreePlace.h"
 
+#include <QLabel>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
 
@@ -20,13 +24,18 @@ GroupsPane::GroupsPane(const TalkgroupServices& services, const SessionState& se
       m_session(session),
       m_model(new TalkgroupModel(services.strings, this)),
       m_loader(services, *m_model),
-      m_commands(services, *m_model)
+      m_commands(services, *m_model),
+      m_cover(NewPaneCover(services.strings, this)),
+      m_notice(new ListNotice(QStringLiteral("groupsNotice"), this))
 {
     setObjectName(QStringLiteral("picGroups"));
     BuildTree();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(tvGroups);
+    layout->setSpacing(0);
+    layout->addWidget(tvGroups, 1);
+    layout->addWidget(m_cover, 1);
+    layout->addWidget(m_notice);
     LoadRootCaptions();
 }
 
@@ -40,14 +49,27 @@ void GroupsPane::BuildTree()
     tvGroups->setItemDelegate(new OutcomeDelegate(tvGroups));
 
     connect(tvGroups->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &GroupsPane::TellChosen);
+            &GroupsPane::TellSelection);
+    // A key selects an item before it makes it current.
+    connect(tvGroups->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (!m_changedByProgram) {
+            TellChosen();
+        }
+    });
     connect(tvGroups, &TalkgroupTree::clicked, this, &GroupsPane::TellChosen);
     connect(tvGroups, &TalkgroupTree::MemberDropped, this,
             [this](const QString& member, const QString& group) { m_commands.Drop(member, group); });
     auto* gestures = new ListGestures(*tvGroups, ListGestures::DoubleClick::Unfolds);
+    connect(gestures, &ListGestures::Chosen, this, &GroupsPane::TellChosen);
     connect(gestures, &ListGestures::CallRequested, this, &GroupsPane::CallRequested);
     connect(gestures, &ListGestures::ReloadRequested, this, [this] { ReloadGrps(); });
     connect(gestures, &ListGestures::MenuRequested, this, &GroupsPane::MenuRequested);
+}
+
+void GroupsPane::Cover(bool on)
+{
+    tvGroups->setVisible(!on);
+    m_cover->setVisible(on);
 }
 
 void GroupsPane::LoadRootCaptions()
@@ -73,11 +95,19 @@ void GroupsPane::ShowSelection()
     }
 }
 
-void GroupsPane::TellChosen()
+void GroupsPane::TellSelection()
 {
     if (m_changedByProgram) {
         return;
     }
+    if (!tvGroups->selectionModel()->hasSelection()) {
+        Q_EMIT AddressChosen({});
+    }
+    TellChosen();
+}
+
+void GroupsPane::TellChosen()
+{
     const QString callsign = SelectedNode().data(TalkgroupModel::TagRole).toString();
     if (!callsign.isEmpty()) {
         Q_EMIT AddressChosen(callsign);
@@ -112,6 +142,7 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cau
         } catch (...) {
             failure = std::current_exception(); // half of the tree may be new
         }
+        SayCut();
         const bool keepPlace = cause != ReloadCause::Operator;
         UnfoldFilled([&](const QModelIndex& node) {
             return keepPlace && place.WasFolded(node.data(TalkgroupModel::PlaceRole).toString());
@@ -154,6 +185,14 @@ void GroupsPane::UnfoldFilled(const std::function<bool(const QModelIndex&)>& was
             tvGroups->expand(root);
         }
     }
+}
+
+void GroupsPane::SayCut()
+{
+    const int limit = m_loader.CutAt();
+    m_notice->Say(limit == 0
+                      ? QString()
+                      : FormatMessage(m_services.strings, MainText::TalkgroupsCut, {QString::number(limit)}));
 }
 
 // To the node that was added last: a static group, then a dynamic one or its member.

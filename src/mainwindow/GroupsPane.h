@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+class ListNotice;
+class QLabel;
 class TalkgroupModel;
 class TalkgroupTree;
 struct SessionState;
@@ -33,6 +35,8 @@ public:
     QModelIndex SelectedNode() const; // invalid when there is none
     RegroupingAllowed Allowed() const { return RegroupingAllowedFor(SelectedNode()); }
     void ShowSelection();
+    // Keeps the tree from being read, and shows it again.
+    void Cover(bool on);
 
     // From the radio; the reload follows from the event loop.
     void ReloadDynamicGroups(const QString& lookfor) override;
@@ -44,7 +48,7 @@ public:
     void CancelUngroup() override { m_commands.CancelUngroup(); }
 
 Q_SIGNALS:
-    // The operator chose a node with a callsign.
+    // The operator chose a node with a callsign, or took the chosen node out of the selection: empty.
     void AddressChosen(const QString& callsign);
     // What the selection allows may be something else now.
     void AllowedChanged();
@@ -54,11 +58,13 @@ Q_SIGNALS:
 
 private:
     void BuildTree();
+    void TellSelection();
     void TellChosen();
     void Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
     void Load(bool withStatic, const QString& lookfor, ReloadCause cause);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
     void ScrollToLast();
+    void SayCut();
     void KeepPlace(const std::function<void()>& change);
 
     TalkgroupServices m_services;
@@ -67,6 +73,8 @@ private:
     TalkgroupLoader m_loader;
     RegroupCommands m_commands;
     TalkgroupTree* tvGroups = nullptr;
+    QLabel* m_cover;
+    ListNotice* m_notice;            // that groups are left out past the limit
     bool m_changedByProgram = false; // the selection changes, but not by the operator
     QString m_lookfor;               // of the last reload of all groups
     bool m_reloading = false;        // a question about it may be open

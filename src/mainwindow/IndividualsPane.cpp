@@ -1,6 +1,7 @@
 #include "mainwindow/IndividualsPane.h"
 
 #include "core/Errors.h"
+#include "core/FormatMessage.h"
 #include "core/Icons.h"
 #include "core/ListHelpers.h"
 #include "core/PlainIconDelegate.h"
@@ -11,10 +12,13 @@
 #include "mainwindow/IndividualsReader.h"
 #include "mainwindow/ListGestures.h"
 #include "mainwindow/ListLimit.h"
+#include "mainwindow/ListNotice.h"
+#include "mainwindow/PaneCover.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
 #include "mainwindow/TreePlace.h"
 
+#include <QLabel>
 #include <QScopedValueRollback>
 #include <QTreeView>
 #include <QVBoxLayout>
@@ -22,13 +26,18 @@
 IndividualsPane::IndividualsPane(const Parts& parts, QWidget* parent)
     : QWidget(parent),
       m_parts(parts),
-      m_model(new IndividualsModel(parts.strings, this))
+      m_model(new IndividualsModel(parts.strings, this)),
+      m_cover(NewPaneCover(parts.strings, this)),
+      m_notice(new ListNotice(QStringLiteral("individualsNotice"), this))
 {
     setObjectName(QStringLiteral("picIndividuals"));
     BuildList();
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(lvIndividuals);
+    layout->setSpacing(0);
+    layout->addWidget(lvIndividuals, 1);
+    layout->addWidget(m_cover, 1);
+    layout->addWidget(m_notice);
 }
 
 void IndividualsPane::BuildList()
@@ -46,12 +55,25 @@ void IndividualsPane::BuildList()
     SetFullRowSelect(*lvIndividuals, true);
 
     connect(lvIndividuals->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &IndividualsPane::TellChosen);
+            &IndividualsPane::TellSelection);
+    // A key selects an item before it makes it current.
+    connect(lvIndividuals->selectionModel(), &QItemSelectionModel::currentChanged, this, [this] {
+        if (!m_changedByProgram) {
+            Q_EMIT AllowedChanged();
+        }
+    });
     connect(lvIndividuals, &QTreeView::clicked, this, &IndividualsPane::TellChosen);
     auto* gestures = new ListGestures(*lvIndividuals);
+    connect(gestures, &ListGestures::Chosen, this, &IndividualsPane::TellChosen);
     connect(gestures, &ListGestures::CallRequested, this, &IndividualsPane::CallRequested);
     connect(gestures, &ListGestures::ReloadRequested, this, [this] { ReloadInds({}); });
     connect(gestures, &ListGestures::MenuRequested, this, &IndividualsPane::MenuRequested);
+}
+
+void IndividualsPane::Cover(bool on)
+{
+    lvIndividuals->setVisible(!on);
+    m_cover->setVisible(on);
 }
 
 void IndividualsPane::SizeColumns()
@@ -76,11 +98,20 @@ void IndividualsPane::ShowSelection()
     }
 }
 
-void IndividualsPane::TellChosen()
+// The operator has changed the selection; the last item taken out of it leaves no address.
+void IndividualsPane::TellSelection()
 {
     if (m_changedByProgram) {
         return;
     }
+    if (!lvIndividuals->selectionModel()->hasSelection()) {
+        Q_EMIT AddressesChosen({});
+    }
+    TellChosen();
+}
+
+void IndividualsPane::TellChosen()
+{
     Q_EMIT AllowedChanged();
     if (const auto addresses = AddressesFromSelection(*lvIndividuals, IndividualsModel::TagRole)) {
         Q_EMIT AddressesChosen(*addresses);
@@ -113,10 +144,11 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
     const QScopedValueRollback reloading(m_reloading, true);
     m_lookfor = lookfor;
     std::vector<IndividualRow> rows;
+    const int limit = AddressListLimit(m_parts.settings);
     for (bool again = true; again;) {
         rows.clear();
         try {
-            ReadIndividuals(m_parts.database, lookfor, AddressListLimit(m_parts.settings), rows);
+            ReadIndividuals(m_parts.database, lookfor, limit + 1, rows);
             again = false;
         } catch (const std::exception& failure) {
             if (cause == ReloadCause::OtherConsole) {
@@ -126,11 +158,14 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
             again = m_parts.prompt.AskQuestion(m_parts.strings.LoadString(MainText::IndividualsUnread));
         }
     }
+    const bool cut = CutToLimit(rows, limit);
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
         const TreePlace place(*lvIndividuals, IndividualsModel::KeyRole);
         m_model->Replace(std::move(rows));
         SizeColumns();
+        m_notice->Say(cut ? FormatMessage(m_parts.strings, MainText::RadiosCut, {QString::number(limit)})
+                          : QString());
         if (cause != ReloadCause::Operator) {
             place.Restore([this](const QString& key) { return m_model->Find(key); });
         }

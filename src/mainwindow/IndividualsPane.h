@@ -7,6 +7,8 @@
 #include <QWidget>
 
 class IndividualsModel;
+class ListNotice;
+class QLabel;
 class QTreeView;
 class Settings;
 struct IDbSession;
@@ -43,9 +45,11 @@ public:
     QModelIndex SelectedItem() const; // invalid when there is none
     bool AllowsRegrouping() const;    // of the selected item
     void ShowSelection();
+    // Keeps the list from being read, and shows it again.
+    void Cover(bool on);
 
 Q_SIGNALS:
-    // The operator chose items; their callsigns as an address line.
+    // The operator chose items; their callsigns as an address line. Empty when no item is chosen any more.
     void AddressesChosen(const QString& addresses);
     // What the selection allows may be something else now.
     void AllowedChanged();
@@ -55,12 +59,15 @@ Q_SIGNALS:
 
 private:
     void BuildList();
+    void TellSelection();
     void TellChosen();
     void Reload(const QString& lookfor, ReloadCause cause);
 
     Parts m_parts;
     IndividualsModel* m_model;
     QTreeView* lvIndividuals = nullptr;
+    QLabel* m_cover;
+    ListNotice* m_notice;            // that the list is cut off at its limit
     bool m_changedByProgram = false; // the selection changes, but not by the operator
     QString m_lookfor;               // of the last reload
     bool m_reloading = false;        // a question about it may be open

@@ -1,78 +1,69 @@
 #include "mainwindow/LinkStrip.h"
 
 #include "core/FormatMessage.h"
-#include "core/Icons.h"
 #include "core/StringSource.h"
 #include "mainwindow/LongTime.h"
+#include "mainwindow/MissedCalls.h"
+#include "mainwindow/NoticeColours.h"
+#include "mainwindow/StripRow.h"
 #include "mainwindow/TextIds.h"
 
 #include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
-namespace {
+using namespace NoticeColours;
 
-// The strip's colours are its own on a light and on a dark desktop, since they mean something.
-constexpr QRgb EmergencyBack = 0xffb3261e;
-constexpr QRgb LostBack = 0xffffe3a8;
-constexpr QRgb LostText = 0xff241a00;
-constexpr QRgb SimulationBack = 0xff6b4fa8;
-constexpr QRgb White = 0xffffffff;
-
-constexpr int SideMargin = 8;
-constexpr int RowMargin = 3;
-
-void Colour(QWidget& widget, QColor back, QColor text)
-{
-    QPalette palette = widget.palette();
-    palette.setColor(QPalette::Window, back);
-    palette.setColor(QPalette::WindowText, text);
-    widget.setPalette(palette);
-    widget.setAutoFillBackground(true);
-}
-
-QLabel* NewText(const QString& name, QWidget* parent)
-{
-    auto* label = new QLabel(parent);
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    return label;
-}
-
-QLabel* NewPicture(const QString& key, QWidget* parent)
-{
-    auto* label = new QLabel(parent);
-    label->setPixmap(LoadIcon(key).pixmap(IconSize(*parent)));
-    return label;
-}
-
-QHBoxLayout* NewRow(QWidget* row)
-{
-    auto* layout = new QHBoxLayout(row);
-    layout->setContentsMargins(SideMargin, RowMargin, SideMargin, RowMargin);
-    layout->setSpacing(SideMargin);
-    return layout;
-}
-
-} // namespace
-
-LinkStrip::LinkStrip(const IStringSource& strings, QWidget* parent) : QWidget(parent), m_strings(strings)
+LinkStrip::LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget* parent)
+    : QWidget(parent),
+      m_strings(strings),
+      m_missed(missed)
 {
     setObjectName(QStringLiteral("linkStrip"));
+    const auto newRow = [this](const char* topic, QRgb back, QRgb text) {
+        return new StripRow(QLatin1String(topic), QStringLiteral("warning"), back, text, this);
+    };
+    m_emergencyRow = newRow("emergency", EmergencyBack, White);
+    m_emergencyRow->SetBold();
+    QPushButton& dismiss = m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"),
+                                                     m_strings.LoadString(MainText::Dismiss));
+    connect(&dismiss, &QPushButton::clicked, this, &LinkStrip::Dismiss);
+    BuildMissedRow();
+    m_stateRow = BuildStateRow();
+    m_databaseRow = newRow("database", WarningBack, WarningText);
+    m_doubtRow = newRow("numbering", WarningBack, WarningText);
+    QPushButton& accept =
+        m_doubtRow->AddButton(QStringLiteral("cmdDismissNumbering"), m_strings.LoadString(MainText::Dismiss));
+    connect(&accept, &QPushButton::clicked, this, [this] { ShowDoubts({}); });
+
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    rows->addWidget(m_emergencyRow = BuildEmergencyRow());
-    rows->addWidget(m_stateRow = BuildStateRow());
-    rows->addWidget(m_databaseRow = BuildDatabaseRow());
-    rows->addWidget(m_doubtRow = BuildDoubtRow());
-    m_emergencyRow->hide();
-    m_stateRow->hide();
-    m_databaseRow->hide();
-    m_doubtRow->hide();
+    for (QWidget* row :
+         {static_cast<QWidget*>(m_emergencyRow), static_cast<QWidget*>(m_missedRow), m_stateRow,
+          static_cast<QWidget*>(m_databaseRow), static_cast<QWidget*>(m_doubtRow)}) {
+        rows->addWidget(row);
+        row->hide();
+    }
+}
+
+void LinkStrip::BuildMissedRow()
+{
+    m_missedRow =
+        new StripRow(QStringLiteral("missed"), QStringLiteral("callin"), WarningBack, WarningText, this);
+    QPushButton& back =
+        m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack));
+    connect(&back, &QPushButton::clicked, this,
+            [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().name); });
+    QPushButton& dismiss =
+        m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss));
+    connect(&dismiss, &QPushButton::clicked, this, [this] {
+        m_missed.Dismiss(QString(m_missed.Parties().front().name));
+        ShowMissedCalls();
+    });
 }
 
 void LinkStrip::ShowLink(const LinkStatus& status)
@@ -83,12 +74,12 @@ void LinkStrip::ShowLink(const LinkStatus& status)
     m_statePicture->setVisible(lost);
     m_stateRow->setVisible(status.simulation || !status.text.isEmpty());
     if (lost) {
-        Colour(*m_stateRow, QColor(LostBack), QColor(LostText));
+        Colour(*m_stateRow, WarningBack, WarningText);
     } else {
         m_stateRow->setPalette(QPalette());
         m_stateRow->setAutoFillBackground(false);
     }
-    Colour(*m_simulation, QColor(SimulationBack), QColor(White));
+    Colour(*m_simulation, SimulationBack, White);
     Q_EMIT ContentChanged();
 }
 
@@ -101,12 +92,28 @@ void LinkStrip::ShowEmergency(const QString& party, const QDateTime& time)
     QAccessible::updateAccessibility(&alert);
 }
 
+void LinkStrip::ShowMissedCalls()
+{
+    QString text;
+    if (!m_missed.Parties().empty()) {
+        const MissedCalls::Party& party = m_missed.Parties().front();
+        const QString since = QLocale().toString(party.since.date(), QLocale::ShortFormat) + u' ' +
+                              LongTime(party.since.time());
+        text = party.times == 1 ? FormatMessage(m_strings, MainText::MissedCall, {party.name, since})
+                                : FormatMessage(m_strings, MainText::MissedCallsSince,
+                                                {party.name, since, QString::number(party.times)});
+        if (const auto others = m_missed.Parties().size() - 1; others > 0) {
+            text = FormatMessage(m_strings, MainText::MissedOthers, {text, QString::number(others)});
+        }
+    }
+    m_missedRow->Say(text);
+    Q_EMIT ContentChanged();
+}
+
 void LinkStrip::ShowDoubts(const QStringList& doubts)
 {
-    m_doubtRow->setVisible(!doubts.isEmpty());
-    if (!doubts.isEmpty()) {
-        m_doubtText->setText(FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
-    }
+    m_doubtRow->Say(doubts.isEmpty() ? QString()
+                                     : FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
     Q_EMIT ContentChanged();
 }
 
@@ -119,88 +126,37 @@ void LinkStrip::ShowDatabase(bool away, int waiting)
     if (waiting > 0) {
         texts.append(FormatMessage(m_strings, MainText::RecordsWaiting, {QString::number(waiting)}));
     }
-    m_databaseRow->setVisible(!texts.isEmpty());
-    m_databaseText->setText(texts.join(u' '));
+    m_databaseRow->Say(texts.join(u' '));
     Q_EMIT ContentChanged();
 }
 
 int LinkStrip::HeightAt(int width) const
 {
     int height = 0;
-    for (const QWidget* row : {m_emergencyRow, m_stateRow, m_databaseRow, m_doubtRow}) {
-        if (!row->isHidden()) {
-            height += row->heightForWidth(width);
+    for (int row = 0; row < layout()->count(); ++row) {
+        const QWidget& widget = *layout()->itemAt(row)->widget();
+        if (!widget.isHidden()) {
+            height += widget.heightForWidth(width);
         }
     }
     return height;
-}
-
-QWidget* LinkStrip::BuildEmergencyRow()
-{
-    auto* row = new QWidget(this);
-    row->setObjectName(QStringLiteral("emergencyRow"));
-    Colour(*row, QColor(EmergencyBack), QColor(White));
-    QHBoxLayout* layout = NewRow(row);
-
-    m_emergencyText = NewText(QStringLiteral("emergencyText"), row);
-    QFont bold = m_emergencyText->font();
-    bold.setBold(true);
-    m_emergencyText->setFont(bold);
-    m_dismiss = new QPushButton(m_strings.LoadString(MainText::Dismiss), row);
-    m_dismiss->setObjectName(QStringLiteral("cmdDismissEmergency"));
-    connect(m_dismiss, &QPushButton::clicked, this, &LinkStrip::Dismiss);
-
-    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
-    layout->addWidget(m_emergencyText, 1);
-    layout->addWidget(m_dismiss, 0, Qt::AlignTop);
-    return row;
 }
 
 QWidget* LinkStrip::BuildStateRow()
 {
     auto* row = new QWidget(this);
     row->setObjectName(QStringLiteral("linkRow"));
-    QHBoxLayout* layout = NewRow(row);
+    QHBoxLayout* layout = NewStripLayout(row);
 
     m_simulation = new QLabel(m_strings.LoadString(MainText::Simulation), row);
     m_simulation->setObjectName(QStringLiteral("simulationText"));
-    m_simulation->setMargin(RowMargin);
-    m_statePicture = NewPicture(QStringLiteral("warning"), row);
-    m_stateText = NewText(QStringLiteral("linkText"), row);
+    m_simulation->setMargin(StripRow::RowMargin);
+    m_statePicture = NewStripPicture(QStringLiteral("warning"), row);
+    m_stateText = NewStripText(QStringLiteral("linkText"), row);
 
     layout->addWidget(m_simulation, 0, Qt::AlignTop);
     layout->addWidget(m_statePicture, 0, Qt::AlignTop);
     layout->addWidget(m_stateText, 1);
-    return row;
-}
-
-QWidget* LinkStrip::BuildDoubtRow()
-{
-    auto* row = new QWidget(this);
-    row->setObjectName(QStringLiteral("numberingRow"));
-    Colour(*row, QColor(LostBack), QColor(LostText));
-    QHBoxLayout* layout = NewRow(row);
-
-    m_doubtText = NewText(QStringLiteral("numberingText"), row);
-    auto* dismiss = new QPushButton(m_strings.LoadString(MainText::Dismiss), row);
-    dismiss->setObjectName(QStringLiteral("cmdDismissNumbering"));
-    connect(dismiss, &QPushButton::clicked, this, [this] { ShowDoubts({}); });
-
-    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
-    layout->addWidget(m_doubtText, 1);
-    layout->addWidget(dismiss, 0, Qt::AlignTop);
-    return row;
-}
-
-QWidget* LinkStrip::BuildDatabaseRow()
-{
-    auto* row = new QWidget(this);
-    row->setObjectName(QStringLiteral("databaseRow"));
-    Colour(*row, QColor(LostBack), QColor(LostText));
-    QHBoxLayout* layout = NewRow(row);
-    m_databaseText = NewText(QStringLiteral("databaseText"), row);
-    layout->addWidget(NewPicture(QStringLiteral("warning"), row), 0, Qt::AlignTop);
-    layout->addWidget(m_databaseText, 1);
     return row;
 }
 
@@ -212,15 +168,15 @@ void LinkStrip::Dismiss()
 
 void LinkStrip::ShowNewestEmergency()
 {
-    m_emergencyRow->setVisible(!m_emergencies.empty());
+    QString text;
     if (!m_emergencies.empty()) {
         const Emergency& newest = m_emergencies.back();
         const qsizetype more = static_cast<qsizetype>(m_emergencies.size()) - 1;
         const QString time = LongTime(newest.time.time());
-        m_emergencyText->setText(more == 0
-                                     ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
-                                     : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
-                                                     {newest.party, time, QString::number(more)}));
+        text = more == 0 ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
+                         : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
+                                         {newest.party, time, QString::number(more)});
     }
+    m_emergencyRow->Say(text);
     Q_EMIT ContentChanged();
 }

@@ -1,5 +1,6 @@
 #include "mainwindow/ListGestures.h"
 
+#include "core/ListHelpers.h"
 #include "core/PlainKey.h"
 
 #include <QAbstractItemView>
@@ -21,22 +22,30 @@ bool ListGestures::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::KeyPress:
         return watched == &m_list && HandleKey(*static_cast<QKeyEvent*>(event));
+    case QEvent::MouseButtonPress:
+        m_pressed = m_list.indexAt(static_cast<QMouseEvent*>(event)->pos());
+        return false;
     case QEvent::MouseButtonRelease: {
         const auto* mouse = static_cast<QMouseEvent*>(event);
-        if (mouse->button() == Qt::RightButton) {
+        if (mouse->button() == Qt::RightButton && Choose(m_pressed)) {
             Q_EMIT MenuRequested(mouse->globalPosition().toPoint());
         }
         return false;
     }
-    case QEvent::MouseButtonDblClick:
-        if (m_doubleClick == DoubleClick::Calls &&
-            static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+    case QEvent::MouseButtonDblClick: {
+        const auto* mouse = static_cast<QMouseEvent*>(event);
+        const QModelIndex hit = m_list.indexAt(mouse->pos());
+        const bool same = hit == m_pressed; // the list may have scrolled between the two clicks
+        m_pressed = hit;
+        if (m_doubleClick == DoubleClick::Calls && mouse->button() == Qt::LeftButton && same && Choose(hit)) {
             Q_EMIT CallRequested();
         }
         return false;
+    }
     case QEvent::ContextMenu:
         // The mouse's own is told by the release of its button.
-        if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard) {
+        if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard &&
+            Choose(GetSelectedItem(m_list))) {
             Q_EMIT MenuRequested(MenuPlaceOfSelection());
         }
         return true;
@@ -48,7 +57,10 @@ bool ListGestures::eventFilter(QObject* watched, QEvent* event)
 bool ListGestures::HandleKey(const QKeyEvent& key)
 {
     if (IsPlainEnter(key)) {
-        Q_EMIT CallRequested();
+        const bool call = mayCall();
+        if (Choose(GetSelectedItem(m_list)) && call) {
+            Q_EMIT CallRequested();
+        }
         return true;
     }
     if (IsPlain(key, Qt::Key_F5)) {
@@ -56,6 +68,20 @@ bool ListGestures::HandleKey(const QKeyEvent& key)
         return true;
     }
     return false;
+}
+
+// False when nothing was hit.
+bool ListGestures::Choose(const QModelIndex& hit)
+{
+    if (!hit.isValid()) {
+        return false;
+    }
+    QItemSelectionModel& selection = *m_list.selectionModel();
+    selection.setCurrentIndex(hit, selection.isSelected(hit)
+                                       ? QItemSelectionModel::NoUpdate
+                                       : QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    Q_EMIT Chosen();
+    return true;
 }
 
 QPoint ListGestures::MenuPlaceOfSelection() const

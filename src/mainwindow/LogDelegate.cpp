@@ -1,5 +1,11 @@
 #include "mainwindow/LogDelegate.h"
 
+#include "core/Icons.h"
+#include "mainwindow/LogModel.h"
+
+#include <QStyle>
+#include <QWidget>
+
 namespace {
 
 constexpr char16_t FirstPrintable = 0x20;
@@ -8,6 +14,8 @@ constexpr char16_t ControlPictures = 0x2400;
 constexpr char16_t DeletePicture = 0x2421;
 constexpr char16_t LineEndSign = 0x21B5;
 constexpr char16_t TabSign = 0x21E5;
+
+constexpr int MarkGap = 3;
 
 QChar SignOf(QChar character)
 {
@@ -36,4 +44,29 @@ QString LogDelegate::displayText(const QVariant& value, const QLocale&) const
         }
     }
     return text;
+}
+
+// The mark stands in the right half of the room for the picture.
+void LogDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    PlainIconDelegate::initStyleOption(option, index);
+    if (index.data(LogModel::EmergencyRole).toBool()) {
+        option->decorationAlignment = Qt::AlignLeft | Qt::AlignVCenter;
+        option->decorationSize.rwidth() = 2 * option->decorationSize.height() + MarkGap;
+    }
+}
+
+void LogDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    PlainIconDelegate::paint(painter, option, index);
+    if (!index.data(LogModel::EmergencyRole).toBool()) {
+        return;
+    }
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QRect place =
+        item.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget);
+    const int edge = place.height();
+    PaintPicture(*painter, item, LoadIcon(QStringLiteral("emergency")),
+                 {place.right() + 1 - edge, place.top(), edge, edge});
 }

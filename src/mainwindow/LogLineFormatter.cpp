@@ -1,8 +1,11 @@
 #include "mainwindow/LogLineFormatter.h"
 
 #include "core/Errors.h"
+#include "core/FormatMessage.h"
+#include "core/StringSource.h"
 #include "mainwindow/LongTime.h"
 #include "radio/StatusTexts.h"
+#include "radio/TextIds.h"
 
 #include <QLocale>
 #include <algorithm>
@@ -72,7 +75,24 @@ QString FormatLogData(const QString& data, const QString& view)
     return view == QLatin1String("hex") ? HexOf(data) : data;
 }
 
-LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts) : m_statusTexts(statusTexts) {}
+LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings)
+    : m_statusTexts(statusTexts)
+{
+    const auto add = [&](int emergency, std::initializer_list<int> calls) {
+        for (const int call : calls) {
+            m_emergencies.insert(FormatMessage(strings, emergency, {strings.LoadString(call)}));
+        }
+    };
+    add(RadioText::EmergencyIn, {RadioText::IncomingCall, RadioText::IncomingPstnCall,
+                                 RadioText::IncomingPabxCall, RadioText::IncomingSysWideCall});
+    add(RadioText::EmergencyOut, {RadioText::Voice, RadioText::PstnCall, RadioText::PabxCall});
+}
+
+// A record keeps only the words, in the language of the console that wrote it.
+bool LogLineFormatter::IsEmergency(EventType type, const QString& desc) const
+{
+    return type == EventType::Call && m_emergencies.contains(desc);
+}
 
 std::optional<LogLine> LogLineFormatter::CheckDayChange(const QDateTime& time)
 {
@@ -98,7 +118,7 @@ LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const 
         party = from;
     }
     const QString text = type == EventType::Text ? FormatLogData(desc, view) : desc;
-    return {LineText(time, party, text), KindKey(type) + direction, party};
+    return {LineText(time, party, text), KindKey(type) + direction, party, IsEmergency(type, desc)};
 }
 
 LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, const QString& view) const
@@ -106,7 +126,8 @@ LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& o
     const bool in = own.Is(event.to);
     const QString& party = in ? event.from : event.to;
     return {LineText(event.time, party, StoredText(event, in, view)),
-            event.iconKey + QLatin1String(in ? In : Out), party};
+            event.iconKey + QLatin1String(in ? In : Out), party,
+            IsEmergency(static_cast<EventType>(event.eventType), event.desc)};
 }
 
 QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, const QString& view) const

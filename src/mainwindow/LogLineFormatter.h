@@ -4,9 +4,11 @@
 #include "mainwindow/LogModel.h"
 
 #include <QDateTime>
+#include <QSet>
 #include <optional>
 
 class StatusTexts;
+struct IStringSource;
 
 // A text message as the log shows it: as it is in the view "text"; in the view "hex" each character as two
 // hexadecimal digits and a blank, by its Windows-1252 code (3F for a character without one). Any other view:
@@ -35,7 +37,7 @@ struct StoredEvent {
 // day. Times are shown in local time.
 class LogLineFormatter {
 public:
-    explicit LogLineFormatter(const StatusTexts& statusTexts);
+    LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings);
 
     // The date line that has to stand before a line of this time; nothing within the same day.
     std::optional<LogLine> CheckDayChange(const QDateTime& time);
@@ -50,6 +52,9 @@ public:
 private:
     QString StoredText(const StoredEvent& event, bool in, const QString& view) const;
 
+    bool IsEmergency(EventType type, const QString& desc) const;
+
     const StatusTexts& m_statusTexts;
-    QDate m_lastDay; // null: no date line yet
+    QSet<QString> m_emergencies; // descriptions of emergency calls
+    QDate m_lastDay;             // null: no date line yet
 };

@@ -71,6 +71,8 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
         return line.tag;
     case IconKeyRole:
         return line.iconKey;
+    case EmergencyRole:
+        return line.emergency;
     default:
         return {};
     }

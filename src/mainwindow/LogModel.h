@@ -11,6 +11,7 @@ struct LogLine {
     QString text;
     QString iconKey; // a key without a picture shows none
     QString tag;     // the other party; empty for a date line
+    bool emergency = false;
 
     bool operator==(const LogLine&) const = default;
 };
@@ -20,7 +21,7 @@ class LogModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum Role { TagRole = Qt::UserRole, IconKeyRole };
+    enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole };
 
     LogModel(const QString& caption, QObject* parent);
 

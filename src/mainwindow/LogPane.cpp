@@ -1,111 +1,71 @@
 #include "mainwindow/LogPane.h"
 
+#include "core/FormatMessage.h"
+#include "core/ListHelpers.h"
 #include "core/ProgramLog.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
 #include "mainwindow/AddressesFromSelection.h"
-#include "mainwindow/KeyedToolBar.h"
 #include "mainwindow/ListGestures.h"
-#include "mainwindow/LogDelegate.h"
+#include "mainwindow/ListNotice.h"
+#include "mainwindow/LogList.h"
+#include "mainwindow/LogPeriodBar.h"
 #include "mainwindow/LogReader.h"
+#include "mainwindow/LongTime.h"
+#include "mainwindow/PaneCover.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
-#include "mainwindow/WholeNumber.h"
 
-#include <QComboBox>
 #include <QEvent>
-#include <QFontDatabase>
 #include <QHeaderView>
 #include <QLabel>
-#include <QLineEdit>
+#include <QPushButton>
 #include <QScopedValueRollback>
-#include <QTreeView>
 #include <algorithm>
 
 namespace {
 
-constexpr double SmallestFont = 6.75; // points
-constexpr int FontSteps = 5;
-constexpr int DefaultPeriod = 30;
 constexpr int DefaultMaxLines = 500;
-constexpr int StripHeight = 25; // below the list, for the period controls
-constexpr int Gap = 3;
-
-constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
+constexpr int MostCounted = 50'000; // records; counting on would keep the operator waiting
 
 } // namespace
 
-LogPane::LogPane(const IStringSource& strings, Settings& settings, LogLineFormatter& formatter,
-                 const LogReader& reader, const SessionState& session, QWidget* parent)
+LogPane::LogPane(const Parts& parts, QWidget* parent)
     : QWidget(parent),
-      m_settings(settings),
-      m_formatter(formatter),
-      m_reader(reader),
-      m_session(session),
-      m_model(new LogModel(strings.LoadString(MainText::LogColumn), this))
+      m_parts(parts),
+      m_model(new LogModel(parts.strings.LoadString(MainText::LogColumn), this)),
+      lvLog(new LogList(*m_model, this)),
+      m_cover(NewPaneCover(parts.strings, this)),
+      m_notice(new ListNotice(QStringLiteral("logNotice"), this)),
+      m_period(new LogPeriodBar(parts.strings, this)),
+      m_highlight(parts.clock)
 {
     setObjectName(QStringLiteral("picLog"));
-    BuildList(strings);
-    BuildPeriodControls(strings);
+    BuildList();
+    QPushButton& newest =
+        m_notice->AddButton(QStringLiteral("cmdShowNewest"), parts.strings.LoadString(MainText::ShowNewest));
+    connect(&newest, &QPushButton::clicked, this, [this] { Reload(Part::Newest); });
+    connect(m_period, &LogPeriodBar::ButtonClicked, this, &LogPane::RunToolButton);
 }
 
-void LogPane::BuildList(const IStringSource& strings)
+void LogPane::BuildList()
 {
-    lvLog = new QTreeView(this);
-    lvLog->setObjectName(QStringLiteral("lvLog"));
-    lvLog->setAccessibleName(strings.LoadString(MainText::LogColumn));
-    lvLog->setModel(m_model);
-    lvLog->setItemDelegate(new LogDelegate(lvLog));
-    lvLog->setRootIsDecorated(false);
-    lvLog->setIndentation(0);
-    lvLog->setUniformRowHeights(true);
-    lvLog->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    lvLog->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    lvLog->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    lvLog->header()->setSectionsMovable(false);
-    lvLog->header()->setStretchLastSection(false);
+    lvLog->setAccessibleName(m_parts.strings.LoadString(MainText::LogColumn));
     SetHeaderFont();
-    lvLog->viewport()->installEventFilter(this);
-
-    connect(lvLog->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-            &LogPane::TellChosenAddresses);
-    connect(lvLog, &QTreeView::clicked, this, &LogPane::TellChosenAddresses);
+    connect(lvLog->selectionModel(), &QItemSelectionModel::selectionChanged, this, &LogPane::TellSelection);
+    connect(lvLog, &QTreeView::clicked, this, &LogPane::TellChosen);
     auto* gestures = new ListGestures(*lvLog);
+    gestures->mayCall = [this] { return m_highlight.MayCall(); };
+    connect(gestures, &ListGestures::Chosen, this, &LogPane::TellChosen);
     connect(gestures, &ListGestures::CallRequested, this, &LogPane::CallRequested);
     connect(gestures, &ListGestures::ReloadRequested, this, &LogPane::ReloadLog);
     connect(gestures, &ListGestures::MenuRequested, this, &LogPane::MenuRequested);
 }
 
-void LogPane::BuildPeriodControls(const IStringSource& strings)
-{
-    tbRefreshLog = new KeyedToolBar(QStringLiteral("tbRefreshLog"), this);
-    tbRefreshLog->SetCompact();
-    tbRefreshLog->setProperty("accessibleNameId", MainText::LogToolBarName);
-    tbRefreshLog->AddButton(QStringLiteral("refresh"), KeyedToolBar::Style::Plain, MainText::RefreshLogTip);
-    tbRefreshLog->AddButton(QStringLiteral("clearlog"), KeyedToolBar::Style::Plain, MainText::ClearLogTip);
-    tbRefreshLog->AddButton(QStringLiteral("logfont"), KeyedToolBar::Style::Plain, MainText::LogFontTip);
-    connect(tbRefreshLog, &KeyedToolBar::ButtonClicked, this, &LogPane::RunToolButton);
-
-    lblSeeLast = new QLabel(this);
-    lblSeeLast->setObjectName(QStringLiteral("lblSeeLast"));
-    lblSeeLast->setProperty("textId", MainText::SeeLast);
-    txtLogPeriod = new QLineEdit(this);
-    txtLogPeriod->setObjectName(QStringLiteral("txtLogPeriod"));
-    txtLogPeriod->setProperty("textId", MainText::LogPeriod);
-    lblSeeLast->setBuddy(txtLogPeriod);
-    txtLogPeriod->setToolTip(strings.LoadString(MainText::SeeLast).remove(QLatin1Char('&')).trimmed());
-    cmbLogTimeUnit = new QComboBox(this);
-    cmbLogTimeUnit->setObjectName(QStringLiteral("cmbLogTimeUnit"));
-    cmbLogTimeUnit->setProperty("accessibleNameId", MainText::LogTimeUnitName);
-    for (const int id : {MainText::Minutes, MainText::Hours, MainText::Days}) {
-        cmbLogTimeUnit->addItem(strings.LoadString(id));
-    }
-}
-
 void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                              const QString& to)
 {
-    if (!m_session.LoggedOn) {
+    if (!m_parts.session.LoggedOn) {
         return;
     }
     const QScopedValueRollback quiet(m_changedByProgram, true);
@@ -113,92 +73,139 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     if (m_model->rowCount() >= MaxLines()) {
         m_model->RemoveFirst();
     }
-    m_model->Append(m_formatter.LiveLine(time, type, desc, from, to, m_reader.Own(), View()));
+    m_model->Append(m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View()));
 
     const QModelIndex last = m_model->index(m_model->rowCount() - 1);
-    WidenFor(last.row());
+    lvLog->WidenFor(last.row());
     lvLog->selectionModel()->setCurrentIndex(last,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     lvLog->scrollTo(last);
+    m_highlight.MovedByItself();
 }
 
 void LogPane::CheckDayChange(const QDateTime& time)
 {
-    if (const auto separator = m_formatter.CheckDayChange(time)) {
+    if (const auto separator = m_parts.formatter.CheckDayChange(time)) {
         m_model->Append(*separator);
-        WidenFor(m_model->rowCount() - 1);
+        lvLog->WidenFor(m_model->rowCount() - 1);
     }
 }
 
 void LogPane::ReloadLog()
 {
-    if (!m_session.LoggedOn) {
+    Reload(Part::Oldest);
+}
+
+void LogPane::Reload(Part part)
+{
+    if (!m_parts.session.LoggedOn) {
         return;
     }
+    StorePeriod();
     std::vector<LogLine> lines;
-    m_formatter.ForgetDay();
-    try {
-        if (const auto period = WholeNumber(txtLogPeriod->text())) {
-            m_settings.SetLogTimePeriod(*period);
-        }
-    } catch (const std::exception& failure) {
-        ProgramLog::Write(QStringLiteral("log period not stored: ") + QString::fromUtf8(failure.what()));
-    }
+    QString cut;
+    m_parts.formatter.ForgetDay();
     try {
         const QString view = View();
-        const OwnRadio own = m_reader.Own();
+        const OwnRadio own = m_parts.reader.Own();
+        const LogPeriod period{m_period->UnitCode(), m_parts.settings.LogTimePeriod()};
+        const int most = MaxLines() + 1;
+        int shown = 0;
+        QDateTime oldest;
+        QDateTime newest;
         const auto addLine = [&](const StoredEvent& event) {
-            if (auto separator = m_formatter.CheckDayChange(event.time)) {
+            if (auto separator = m_parts.formatter.CheckDayChange(event.time)) {
                 lines.push_back(std::move(*separator));
             }
-            lines.push_back(m_formatter.StoredLine(event, own, view));
+            lines.push_back(m_parts.formatter.StoredLine(event, own, view));
+            if (shown++ == 0) {
+                oldest = event.time;
+            }
+            newest = event.time;
         };
-        m_reader.Read(QLatin1String(TimeUnitCodes[cmbLogTimeUnit->currentIndex()]),
-                      m_settings.LogTimePeriod(), MaxLines() + 1, addLine);
+        if (part == Part::Oldest) {
+            m_parts.reader.Read(period, most, addLine);
+        } else {
+            m_parts.reader.ReadNewest(period, most, addLine);
+        }
+        cut = shown < most ? QString()
+                           : DescribeCut(part, period, shown, part == Part::Oldest ? newest : oldest);
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("message log not read: ") + QString::fromUtf8(failure.what()));
     }
 
     const QScopedValueRollback quiet(m_changedByProgram, true);
     m_model->Replace(std::move(lines));
-    m_contentWidth = 0;
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        WidenFor(row);
-    }
-    FitColumn();
+    lvLog->Measure();
+    SayCut(cut);
     lvLog->scrollToBottom();
+}
+
+// A text that is no number leaves the stored period as it is.
+void LogPane::StorePeriod()
+{
+    try {
+        if (const auto period = m_period->Period()) {
+            m_parts.settings.SetLogTimePeriod(*period);
+        }
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("log period not stored: ") + QString::fromUtf8(failure.what()));
+    }
+}
+
+// What is said when the period holds more records than the shown ones, which end or begin at a time; empty
+// when it does not.
+QString LogPane::DescribeCut(Part part, const LogPeriod& period, int shown, const QDateTime& edge) const
+{
+    const int total = m_parts.reader.Count(period, MostCounted + 1);
+    if (total <= shown) {
+        return {};
+    }
+    const QLocale locale;
+    const QString count = locale.toString(std::min(total, MostCounted));
+    const IStringSource& strings = m_parts.strings;
+    return FormatMessage(strings, part == Part::Oldest ? MainText::OldestShown : MainText::NewestShown,
+                         {locale.toString(shown),
+                          total > MostCounted ? FormatMessage(strings, MainText::MoreThan, {count}) : count,
+                          locale.toString(edge.toLocalTime().date(), QLocale::ShortFormat) + u' ' +
+                              LongTime(edge.toLocalTime().time())});
+}
+
+void LogPane::SayCut(const QString& text)
+{
+    m_notice->Say(text);
+    LayOut();
 }
 
 void LogPane::SetLogDataView(const QString& view)
 {
     Q_EMIT DataViewChanged(view);
     m_lastView = view;
-    m_settings.SetLogView(view);
+    m_parts.settings.SetLogView(view);
     ReloadLog();
 }
 
 void LogPane::LoadLogPrefs()
 {
-    SetFontStep(0);
-    const int unit = m_settings.LogTimeUnit();
-    cmbLogTimeUnit->setCurrentIndex(unit >= 0 && unit < cmbLogTimeUnit->count() ? unit : 0);
-    txtLogPeriod->setText(QString::number(m_settings.LogTimePeriod()));
-    SetFontStep(m_settings.LogFont());
+    lvLog->SetFontStep(0);
+    m_period->Load(m_parts.settings);
+    lvLog->SetFontStep(m_parts.settings.LogFont());
 }
 
 void LogPane::SaveLogPeriod()
 {
-    m_settings.SetLogTimePeriod(WholeNumber(txtLogPeriod->text()).value_or(DefaultPeriod));
-    m_settings.SetLogTimeUnit(cmbLogTimeUnit->currentIndex());
+    m_period->Save(m_parts.settings);
+}
+
+void LogPane::Cover(bool on)
+{
+    lvLog->setVisible(!on);
+    m_cover->setVisible(on);
 }
 
 std::optional<QString> LogPane::SelectedTag() const
 {
-    const QModelIndex current = lvLog->currentIndex();
-    if (!current.isValid() || !lvLog->selectionModel()->isSelected(current)) {
-        return std::nullopt;
-    }
-    const QString tag = current.data(LogModel::TagRole).toString();
+    const QString tag = GetSelectedItem(*lvLog).data(LogModel::TagRole).toString();
     return tag.trimmed().isEmpty() ? std::nullopt : std::optional(tag);
 }
 
@@ -208,7 +215,7 @@ void LogPane::RunToolButton(const QString& key)
         ReloadLog();
     } else if (key == QLatin1String("clearlog")) {
         ClearDisplay();
-    } else if (key == QLatin1String("logfont")) {
+    } else {
         StepFont();
     }
 }
@@ -217,34 +224,22 @@ void LogPane::ClearDisplay()
 {
     const QScopedValueRollback quiet(m_changedByProgram, true);
     m_model->Clear();
-    m_formatter.ForgetDay();
-    m_contentWidth = 0;
-    FitColumn();
+    m_parts.formatter.ForgetDay();
+    lvLog->Measure();
+    SayCut({});
 }
 
 void LogPane::StepFont()
 {
     try {
-        const int step = m_settings.LogFont() + 1;
-        const int next = step >= FontSteps ? 0 : step;
-        SetFontStep(next);
-        m_settings.SetLogFont(next);
+        const int step = m_parts.settings.LogFont() + 1;
+        const int next = step >= LogList::FontSteps ? 0 : step;
+        lvLog->SetFontStep(next);
+        m_parts.settings.SetLogFont(next);
     } catch (const std::exception& failure) {
-        SetFontStep(0); // a stored size that is none; the next press starts over
+        lvLog->SetFontStep(0); // a stored size that is none; the next press starts over
         ProgramLog::Write(QStringLiteral("log font: ") + QString::fromUtf8(failure.what()));
     }
-}
-
-void LogPane::SetFontStep(int step)
-{
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPointSizeF(SmallestFont + std::clamp(step, 0, FontSteps - 1));
-    lvLog->setFont(font);
-    m_contentWidth = 0;
-    for (int row = 0; row < m_model->rowCount(); ++row) {
-        WidenFor(row);
-    }
-    FitColumn();
 }
 
 // The header would take over the font of the lines.
@@ -256,22 +251,24 @@ void LogPane::SetHeaderFont()
     lvLog->header()->setFont(header);
 }
 
-void LogPane::TellChosenAddresses()
+// The operator has changed the selection; the last line taken out of it leaves no address.
+void LogPane::TellSelection()
 {
     if (m_changedByProgram) {
         return;
     }
+    if (!lvLog->selectionModel()->hasSelection()) {
+        Q_EMIT AddressesChosen({});
+    }
+    TellChosen();
+}
+
+void LogPane::TellChosen()
+{
+    m_highlight.ChosenByPerson();
     if (const auto addresses = AddressesFromSelection(*lvLog, LogModel::TagRole)) {
         Q_EMIT AddressesChosen(*addresses);
     }
-}
-
-bool LogPane::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::Resize) {
-        FitColumn();
-    }
-    return QWidget::eventFilter(watched, event);
 }
 
 void LogPane::resizeEvent(QResizeEvent*)
@@ -288,53 +285,22 @@ void LogPane::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
 }
 
-// Where the pane is too narrow for all of the period controls, the label goes first: the box has its name as
-// tool tip.
 void LogPane::LayOut()
 {
-    const int strip = std::max(StripHeight, fontMetrics().height() + 8);
-    lvLog->setGeometry(0, 0, width(), std::max(height() - strip, 0));
-
-    const int top = height() - strip + 1;
-    const int rowHeight = strip - 2;
-    const QSize bar = tbRefreshLog->sizeHint();
-    tbRefreshLog->setGeometry(0, top, bar.width(), rowHeight);
-
-    const int boxWidth = fontMetrics().horizontalAdvance(QStringLiteral("000")) + 12;
-    const int labelWidth = lblSeeLast->sizeHint().width();
-    const int unitWidth = cmbLogTimeUnit->sizeHint().width();
-    int left = bar.width() + Gap;
-    const bool labelFits = left + labelWidth + boxWidth + Gap + unitWidth <= width();
-    lblSeeLast->setVisible(labelFits);
-    if (labelFits) {
-        lblSeeLast->setGeometry(left, top, labelWidth, rowHeight);
-        left += labelWidth;
-    }
-    txtLogPeriod->setGeometry(left, top, boxWidth, rowHeight);
-    left += boxWidth + Gap;
-    cmbLogTimeUnit->setGeometry(left, top, std::clamp(width() - left, 0, unitWidth), rowHeight);
-}
-
-// The column is as wide as its widest line and at least as the list.
-void LogPane::FitColumn()
-{
-    lvLog->header()->resizeSection(0, std::max(m_contentWidth, lvLog->viewport()->width()));
-}
-
-void LogPane::WidenFor(int row)
-{
-    const int needed = lvLog->sizeHintForIndex(m_model->index(row)).width();
-    if (needed > m_contentWidth) {
-        m_contentWidth = needed;
-        FitColumn();
-    }
+    const int strip = m_period->HeightAt(width());
+    const int notice = m_notice->isHidden() ? 0 : m_notice->heightForWidth(width());
+    const int list = std::max(height() - strip - notice, 0);
+    lvLog->setGeometry(0, 0, width(), list);
+    m_cover->setGeometry(lvLog->geometry());
+    m_notice->setGeometry(0, list, width(), notice);
+    m_period->setGeometry(0, height() - strip, width(), strip);
 }
 
 // The stored view; the last one known while the settings cannot be read.
 QString LogPane::View()
 {
     try {
-        m_lastView = m_settings.LogView();
+        m_lastView = m_parts.settings.LogView();
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("log view: ") + QString::fromUtf8(failure.what()));
     }
@@ -344,7 +310,7 @@ QString LogPane::View()
 int LogPane::MaxLines() const
 {
     try {
-        return m_settings.MaxLogSize();
+        return m_parts.settings.MaxLogSize();
     } catch (const std::exception&) {
         return DefaultMaxLines; // a stored size that is no number
     }

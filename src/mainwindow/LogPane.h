@@ -1,19 +1,21 @@
 #pragma once
 
 #include "core/EventLog.h"
+#include "mainwindow/HighlightGuard.h"
 #include "mainwindow/LogLineFormatter.h"
 
 #include <QWidget>
 #include <optional>
 
-class KeyedToolBar;
+class ListNotice;
+class LogList;
+class LogPeriodBar;
 class LogReader;
-class QComboBox;
 class QLabel;
-class QLineEdit;
-class QTreeView;
 class Settings;
+struct Clock;
 struct IStringSource;
+struct LogPeriod;
 struct SessionState;
 
 // "picLog": the message log of the main window with its period controls.
@@ -21,8 +23,16 @@ class LogPane : public QWidget {
     Q_OBJECT
 
 public:
-    LogPane(const IStringSource& strings, Settings& settings, LogLineFormatter& formatter,
-            const LogReader& reader, const SessionState& session, QWidget* parent);
+    struct Parts {
+        const IStringSource& strings;
+        Settings& settings;
+        const Clock& clock;
+        LogLineFormatter& formatter;
+        const LogReader& reader;
+        const SessionState& session;
+    };
+
+    LogPane(const Parts& parts, QWidget* parent);
 
     // Does nothing while nobody is logged on.
     void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
@@ -37,12 +47,14 @@ public:
     // Raise Error for a stored preference that is none, and when one cannot be stored.
     void LoadLogPrefs();
     void SaveLogPeriod();
+    // Keeps the lines from being read, and shows them again.
+    void Cover(bool on);
 
     // Tag of the current line when it is selected and has one that is not blank.
     std::optional<QString> SelectedTag() const;
 
 Q_SIGNALS:
-    // The operator chose lines; their parties as an address line.
+    // The operator chose lines; their parties as an address line. Empty when no line is chosen any more.
     void AddressesChosen(const QString& addresses);
     // Double-click or Enter.
     void CallRequested();
@@ -50,36 +62,35 @@ Q_SIGNALS:
     void DataViewChanged(const QString& view);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    void BuildList(const IStringSource& strings);
-    void BuildPeriodControls(const IStringSource& strings);
+    // Of a period that holds more records than are shown.
+    enum class Part { Oldest, Newest };
+
+    void BuildList();
     void RunToolButton(const QString& key);
     void ClearDisplay();
+    void Reload(Part part);
+    QString DescribeCut(Part part, const LogPeriod& period, int shown, const QDateTime& edge) const;
+    void StorePeriod();
+    void SayCut(const QString& text);
     void StepFont();
-    void SetFontStep(int step);
     void SetHeaderFont();
-    void TellChosenAddresses();
+    void TellSelection();
+    void TellChosen();
     void LayOut();
-    void FitColumn();
-    void WidenFor(int row);
     QString View();
     int MaxLines() const;
 
-    Settings& m_settings;
-    LogLineFormatter& m_formatter;
-    const LogReader& m_reader;
-    const SessionState& m_session;
+    Parts m_parts;
     LogModel* m_model;
-    QTreeView* lvLog;
-    KeyedToolBar* tbRefreshLog;
-    QLabel* lblSeeLast;
-    QLineEdit* txtLogPeriod;
-    QComboBox* cmbLogTimeUnit;
+    LogList* lvLog;
+    QLabel* m_cover;
+    ListNotice* m_notice;
+    LogPeriodBar* m_period;
+    HighlightGuard m_highlight;
     QString m_lastView = QStringLiteral("text");
-    int m_contentWidth = 0;          // pixels of the widest line
     bool m_changedByProgram = false; // the selection changes, but not by the operator
 };

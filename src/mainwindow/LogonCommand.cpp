@@ -9,6 +9,7 @@
 #include "core/UserProfile.h"
 #include "dao/Database.h"
 #include "dao/Workspace.h"
+#include "mainwindow/CoverSetting.h"
 #include "mainwindow/Services.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/TextIds.h"
@@ -55,6 +56,8 @@ void LogonCommand::Logon()
     }
     Attempt([this] { m_view.LoadTalkgroupCaptions(); });
     m_state.LoggedOn = true;
+    m_coversLists = CoversAfterLogoff(m_services.session);
+    m_view.CoverLists(false);
     m_view.LoadLists();
     m_view.SetSessionCaption(Text(MainText::Logout));
     m_view.PressSessionButton(true);
@@ -62,7 +65,7 @@ void LogonCommand::Logon()
     Attempt([this] {
         m_view.SetNumberingCaption(m_services.executive.CurrentNumberingName() + QStringLiteral("..."));
     });
-    m_view.SbrMessage(Text(MainText::LoggedOn));
+    m_view.SbrMessageFirst(Text(MainText::LoggedOn));
     m_view.SetCommandStates();
 }
 
@@ -116,8 +119,11 @@ void LogonCommand::Logoff()
     if (!m_services.prompt.AskConfirmation(Text(MainText::LogoutQuestion))) {
         return;
     }
+    m_coversLists = CoversAfterLogoff(m_services.session, m_coversLists);
     EndSession();
     Attempt([this] { m_services.session.Logoff(); });
+    m_view.ForgetRadio();
+    m_view.CoverLists(m_coversLists);
     m_view.SetSessionCaption(Text(MainText::Logon));
     m_view.PressSessionButton(false);
     m_state = {};

@@ -17,10 +17,16 @@ struct ILogonView {
     virtual void SetSessionCaption(const QString& caption) = 0;
     virtual void SetNumberingCaption(const QString& caption) = 0; // of miNumbering
     virtual void SbrMessage(const QString& text) = 0;
+    // The same, and not to be replaced at once by what the radio reports when it is connected.
+    virtual void SbrMessageFirst(const QString& text) = 0;
     virtual void LoadTalkgroupCaptions() = 0;
     // Status messages, talkgroups and individuals; asks its own questions and never raises.
     virtual void LoadLists() = 0;
     virtual void ForbidRegrouping() = 0;
+    // What the panels say of the radio holds no longer.
+    virtual void ForgetRadio() = 0;
+    // Covers log and lists, or shows them again.
+    virtual void CoverLists(bool on) = 0;
     virtual void SetCommandStates() = 0;
 };
 
@@ -33,7 +39,8 @@ public:
     void Run();
     // What remains of the session when the program ends: own radio off duty, profile unmarked, link closed.
     void EndSession();
-    // The program is told to end at once: the radio hangs up, and from now on nobody logs on and nothing is asked.
+    // The program is told to end at once: the radio hangs up, and from now on nobody logs on and nothing is
+    // asked.
     void HangUp();
 
 private:
@@ -55,5 +62,6 @@ private:
     OpenSessions m_openSessions;
     OpenSessions::Session m_session; // the present one
     bool m_ending = false;           // the program is told to end
-    bool m_running = false; // an operator can press the button again while a dialog is open
+    bool m_coversLists = false;      // site setting, as it was when it could be read last
+    bool m_running = false;          // an operator can press the button again while a dialog is open
 };

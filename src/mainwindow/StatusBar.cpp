@@ -18,6 +18,7 @@ constexpr char16_t InServiceCode = 216;
 constexpr char16_t OutOfServiceCode = 215;
 
 constexpr auto NoAddress = "---";
+constexpr std::chrono::seconds TimeToRead(2);
 
 struct PanelRow {
     const char* key;
@@ -63,7 +64,7 @@ StatusBar::StatusBar(const IStringSource& strings, const Clock& clock, QWidget* 
     Panel(QStringLiteral("opcon")).ReserveFor(QStringLiteral("WW"));
     Panel(QStringLiteral("opcon")).setAccessibleName(strings.LoadString(MainText::ConditionUnknown));
     Panel(QStringLiteral("field")).ReserveFor(FieldBarText(0));
-    ShowOwnAddress(QLatin1String(NoAddress), QLatin1String(NoAddress));
+    ForgetOwnAddress();
 
     connect(&m_second, &QTimer::timeout, this, &StatusBar::ShowNow);
     m_second.start(std::chrono::seconds(1));
@@ -71,6 +72,38 @@ StatusBar::StatusBar(const IStringSource& strings, const Clock& clock, QWidget* 
 }
 
 void StatusBar::SbrMessage(const QString& text)
+{
+    m_answersFrom = {};
+    m_waitingAnswer.clear();
+    m_answerShown = false;
+    Put(text);
+}
+
+void StatusBar::SbrMessageFirst(const QString& text)
+{
+    SbrMessage(text);
+    m_answersFrom = m_clock.Ticks() + TimeToRead;
+}
+
+void StatusBar::ShowAnswer(const QString& text)
+{
+    if (m_clock.Ticks() < m_answersFrom) {
+        m_waitingAnswer = text;
+        return;
+    }
+    SbrMessage(text);
+    m_answerShown = true;
+}
+
+void StatusBar::ForgetAnswer()
+{
+    m_waitingAnswer.clear();
+    if (m_answerShown) {
+        SbrMessage({});
+    }
+}
+
+void StatusBar::Put(const QString& text)
 {
     const QDateTime now = m_clock.Now();
     const QLocale locale;
@@ -111,8 +144,16 @@ void StatusBar::ShowOwnAddress(const QString& callsign, const QString& ident)
     Panel(QStringLiteral("ident")).setText(ident);
 }
 
+void StatusBar::ForgetOwnAddress()
+{
+    ShowOwnAddress(QLatin1String(NoAddress), QLatin1String(NoAddress));
+}
+
 void StatusBar::ShowNow()
 {
+    if (!m_waitingAnswer.isEmpty()) {
+        ShowAnswer(QString(m_waitingAnswer));
+    }
     const QDateTime now = m_clock.Now();
     const QLocale locale;
     Panel(QStringLiteral("date")).setText(locale.toString(now.date(), QLocale::ShortFormat));

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QTimer>
 #include <QWidget>
+#include <chrono>
 
 class StatusPanel;
 struct Clock;
@@ -17,11 +18,17 @@ public:
     StatusBar(const IStringSource& strings, const Clock& clock, QWidget* parent);
 
     void SbrMessage(const QString& text);
+    // A message that answers of the radio leave alone for two seconds; the last of them follows then.
+    void SbrMessageFirst(const QString& text);
+    void ShowAnswer(const QString& text);
+    // The radio that gave the answers is there no more.
+    void ForgetAnswer();
     void ShowOperatingConditions(bool inService, int fieldStrength);
     // What a radio reported that is there no more holds no longer.
     void ForgetOperatingConditions();
     void ShowOwnAddress(const QString& callsign, const QString& ident);
-    // Shows the clock's present date and time; also run once a second.
+    void ForgetOwnAddress();
+    // Shows the clock's present date and time, and an answer whose time has come; also run once a second.
     void ShowNow();
     // After this the clock is not read any more.
     void StopClock() { m_second.stop(); }
@@ -38,10 +45,14 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
 
 private:
+    void Put(const QString& text);
     QString PanelAt(const QPoint& place) const; // key; empty outside all panels
 
     const IStringSource& m_strings;
     const Clock& m_clock;
     QHash<QString, StatusPanel*> m_panels;
     QTimer m_second;
+    std::chrono::milliseconds m_answersFrom{}; // ticks of the clock
+    QString m_waitingAnswer;
+    bool m_answerShown = false;
 };

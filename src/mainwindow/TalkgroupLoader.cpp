@@ -12,18 +12,20 @@
 
 void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
 {
+    const int limit = AddressListLimit(m_services.settings);
     std::vector<TalkgroupRow> groups;
     const auto read = [&] {
         groups.clear();
-        TalkgroupReader(m_services.session)
-            .ReadStatic(lookfor, AddressListLimit(m_services.settings), groups);
+        TalkgroupReader(m_services.session).ReadStatic(lookfor, limit + 1, groups);
     };
     Read(read, MainText::StaticGroupsUnread, cause);
+    m_staticCutAt = CutToLimit(groups, limit) ? limit : 0;
     m_model.ReplaceStatic(groups);
 }
 
 void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
 {
+    const int limit = AddressListLimit(m_services.settings);
     const TalkgroupReader reader(m_services.session);
     std::vector<TalkgroupRow> groups;
     std::vector<GroupMemberRow> members;
@@ -31,7 +33,7 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
     const auto readGroups = [&] {
         groups.clear();
         defaultGroup = m_services.settings.DefaultGroupKey();
-        reader.ReadDynamic(lookfor, AddressListLimit(m_services.settings), groups);
+        reader.ReadDynamic(lookfor, limit + 1, groups);
     };
     const auto readMembers = [&] {
         members.clear();
@@ -40,6 +42,7 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
     if (Read(readGroups, MainText::DynamicGroupsUnread, cause)) {
         Read(readMembers, MainText::DynamicGroupsUnread, cause);
     }
+    m_dynamicCutAt = CutToLimit(groups, limit) ? limit : 0;
     m_model.ReplaceDynamic(groups, members, defaultGroup);
 }
 

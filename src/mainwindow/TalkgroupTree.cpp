@@ -7,16 +7,26 @@
 #include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 namespace {
 
 constexpr QPoint BesidePointer(10, 6);
 constexpr int FrameWidth = 2;
+constexpr std::chrono::milliseconds ScrollPause(60); // a row each time
 
 bool IsPlain(const QMouseEvent& event)
 {
     return (event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier)) ==
            Qt::NoModifier;
+}
+
+// -1 at or above the upper edge of the tree's view, 1 at or below the lower one, 0 between.
+int EdgeAt(const QTreeView& tree, const QPoint& place)
+{
+    const int margin = tree.autoScrollMargin();
+    const QRect view = tree.viewport()->rect();
+    return place.y() < view.top() + margin ? -1 : place.y() > view.bottom() - margin ? 1 : 0;
 }
 
 QString KeyOf(const QModelIndex& node)
@@ -34,6 +44,8 @@ TalkgroupTree::TalkgroupTree(QWidget* parent) : QTreeView(parent), m_dragIcon(ne
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_dragIcon->setAttribute(Qt::WA_TransparentForMouseEvents);
     m_dragIcon->hide();
+    m_scroll.setInterval(ScrollPause);
+    connect(&m_scroll, &QTimer::timeout, this, &TalkgroupTree::ScrollAtEdge);
 }
 
 void TalkgroupTree::mousePressEvent(QMouseEvent* event)
@@ -138,6 +150,18 @@ void TalkgroupTree::DragTo(const QPoint& place)
     m_dragIcon->adjustSize();
     m_dragIcon->move(place + BesidePointer);
     m_dragIcon->show();
+    if (EdgeAt(*this, place) == 0) {
+        m_scroll.stop();
+    } else if (!m_scroll.isActive()) {
+        m_scroll.start();
+    }
+}
+
+// Scrolling takes what is under the pointer into account anew.
+void TalkgroupTree::ScrollAtEdge()
+{
+    QScrollBar& bar = *verticalScrollBar();
+    bar.setValue(bar.value() + EdgeAt(*this, m_pointer) * bar.singleStep());
 }
 
 void TalkgroupTree::HighlightAt(const QPoint& place)
@@ -150,6 +174,7 @@ void TalkgroupTree::HighlightAt(const QPoint& place)
 void TalkgroupTree::EndDrag()
 {
     m_drag.End();
+    m_scroll.stop();
     m_highlight = QModelIndex();
     m_dragIcon->hide();
     viewport()->update();

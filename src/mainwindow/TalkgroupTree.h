@@ -3,14 +3,15 @@
 #include "mainwindow/MemberDrag.h"
 
 #include <QPersistentModelIndex>
+#include <QTimer>
 #include <QTreeView>
 #include <functional>
 
 class QLabel;
 
 // The view of the talkgroup tree with its own mouse handling: a member is dragged onto another dynamic group.
-// What is under the pointer is highlighted while it can take the member; Esc, and losing the keyboard, end
-// the drag without a drop.
+// What is under the pointer is highlighted while it can take the member; at the upper and lower edge the tree
+// scrolls. Esc, and losing the keyboard, end the drag without a drop.
 class TalkgroupTree : public QTreeView {
     Q_OBJECT
 
@@ -40,6 +41,7 @@ private:
     QModelIndex DraggedMember() const;
     void DragTo(const QPoint& place);
     void HighlightAt(const QPoint& place);
+    void ScrollAtEdge();
     void EndDrag();
 
     MemberDrag m_drag;
@@ -47,4 +49,5 @@ private:
     QPersistentModelIndex m_highlight;
     QPoint m_pointer;
     QLabel* m_dragIcon;
+    QTimer m_scroll; // runs while a drag is at an edge
 };

@@ -52,7 +52,7 @@ bool IsLastOfGroup(const QString& key)
 
 winMain::winMain(const Services& services)
     : m_services(services),
-      m_logLines(services.statusTexts),
+      m_logLines(services.statusTexts, services.strings),
       m_logReader(services.session, services.executive),
       m_placement(*this, services.settings),
       m_logon(m_services, m_session, *this)
@@ -82,11 +82,12 @@ void winMain::BuildFrame()
     m_client = new QWidget(this);
     setCentralWidget(m_client);
     BuildToolBar();
-    m_strip = new LinkStrip(m_services.strings, m_client);
+    m_strip = new LinkStrip(m_services.strings, m_missedCalls, m_client);
     BuildTabs();
     picHPaneResize = new PaneSplitter(m_client);
-    picLog =
-        new LogPane(m_services.strings, m_services.settings, m_logLines, m_logReader, m_session, m_client);
+    picLog = new LogPane(
+        {m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader, m_session},
+        m_client);
     picSend = new SendPane(
         {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session},
         m_client);
@@ -132,10 +133,14 @@ void winMain::ConnectServices()
         if (status.state == LinkStatus::State::Lost) {
             sbrStatus->ForgetOperatingConditions();
         }
+        if (status.state == LinkStatus::State::Lost || status.state == LinkStatus::State::Silent) {
+            sbrStatus->ForgetAnswer();
+        }
     });
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     m_strip->ShowLink(executive.Link());
+    ConnectMissedCalls();
     ConnectDatabase();
     if (m_services.passwordDialog != nullptr) {
         connect(m_services.passwordDialog, &frmPassword::PasswordChanged, this, &winMain::SbrMessage);

@@ -4,6 +4,7 @@
 #include "mainwindow/LogLineFormatter.h"
 #include "mainwindow/LogReader.h"
 #include "mainwindow/LogonCommand.h"
+#include "mainwindow/MissedCalls.h"
 #include "mainwindow/Services.h"
 #include "mainwindow/SessionState.h"
 #include "mainwindow/WindowPlacement.h"
@@ -44,6 +45,7 @@ public:
                         const QString& to) override;
     void CheckDayChange(const QDateTime& time);
     void SbrMessage(const QString& text) override;
+    void ShowAnswer(const QString& text) override;
     void ShowOperatingConditions(bool inService, int fieldStrength) override;
     void ShowOwnAddress(const QString& callsign, const QString& ident) override;
 
@@ -120,6 +122,8 @@ private:
     void RequestRegroup();
     void SetDefaultGroup();
     void ShowEmergency(const QString& party, const QDateTime& time);
+    void ConnectMissedCalls();
+    void ConnectCoverSetting();
 
     bool AskExit();
     void Exit();
@@ -133,12 +137,16 @@ private:
     void SetNumberingCaption(const QString& caption) override;
     void LoadTalkgroupCaptions() override;
     void LoadLists() override;
+    void SbrMessageFirst(const QString& text) override;
     void ForbidRegrouping() override;
+    void ForgetRadio() override;
+    void CoverLists(bool on) override;
     void SetCommandStates() override;
 
     Services m_services;
     SessionState m_session;
     CommandContext m_allowed; // what window state and selection allow; the rest is filled in when it is used
+    MissedCalls m_missedCalls;
     LogLineFormatter m_logLines;
     LogReader m_logReader;
     WindowPlacement m_placement;

@@ -10,7 +10,9 @@
 #include "core/UserProfile.h"
 #include "core/frmPassword.h"
 #include "core/frmSettings.h"
+#include "mainwindow/CoverSetting.h"
 #include "mainwindow/GroupsPane.h"
+#include "mainwindow/IndividualsPane.h"
 #include "mainwindow/KeyedToolBar.h"
 #include "mainwindow/LinkStrip.h"
 #include "mainwindow/LogPane.h"
@@ -27,6 +29,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QMenu>
 #include <QToolButton>
 
 void winMain::ConnectMenus()
@@ -49,6 +52,7 @@ void winMain::ConnectMenus()
     ConnectRadioCommands();
     ConnectMessagingCommands();
     ConnectRegroupingCommands();
+    ConnectCoverSetting();
     ConnectWindows();
 }
 
@@ -135,6 +139,9 @@ void winMain::RunToolButton(const QString& key)
 
 void winMain::RunPanelCommand(const QString& panel)
 {
+    if (!m_session.LoggedOn) {
+        return;
+    }
     if (panel == QLatin1String("opcon") || panel == QLatin1String("field")) {
         m_menu->Action(QStringLiteral("miOpCon")).trigger();
     } else if (panel == QLatin1String("callsign") || panel == QLatin1String("ident")) {
@@ -205,6 +212,36 @@ void winMain::ShowEmergency(const QString& party, const QDateTime& time)
     QApplication::alert(this);
 }
 
+void winMain::ConnectMissedCalls()
+{
+    connect(&m_services.executive, &Map27Executive::CallMissed, this,
+            [this](const QString& party, const QDateTime& since) {
+                m_missedCalls.Add(party, since);
+                m_strip->ShowMissedCalls();
+            });
+    connect(m_strip, &LinkStrip::CallBackRequested, this, [this](const QString& party) {
+        picSend->SetAddress(party);
+        CallParty(true);
+    });
+}
+
+// The setting may have been changed at another console: the mark is read each time the menu opens.
+void winMain::ConnectCoverSetting()
+{
+    QAction& item = m_menu->Action(QStringLiteral("miCoverLists"));
+    item.setCheckable(true);
+    connect(&m_menu->Menu(QStringLiteral("mbAdmin")), &QMenu::aboutToShow, this,
+            [this, &item] { item.setChecked(m_session.LoggedOn && CoversAfterLogoff(m_services.session)); });
+    connect(&item, &QAction::triggered, this, [this, &item](bool on) {
+        try {
+            SetCoversAfterLogoff(m_services.session, on);
+        } catch (const std::exception& failure) {
+            item.setChecked(!on);
+            m_services.prompt.ShowError(DescribeError(failure, m_services.strings));
+        }
+    });
+}
+
 void winMain::LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                              const QString& to)
 {
@@ -219,6 +256,29 @@ void winMain::CheckDayChange(const QDateTime& time)
 void winMain::SbrMessage(const QString& text)
 {
     sbrStatus->SbrMessage(text);
+}
+
+void winMain::SbrMessageFirst(const QString& text)
+{
+    sbrStatus->SbrMessageFirst(text);
+}
+
+void winMain::ShowAnswer(const QString& text)
+{
+    sbrStatus->ShowAnswer(text);
+}
+
+void winMain::ForgetRadio()
+{
+    sbrStatus->ForgetOperatingConditions();
+    sbrStatus->ForgetOwnAddress();
+}
+
+void winMain::CoverLists(bool on)
+{
+    picLog->Cover(on);
+    picGroups->Cover(on);
+    picIndividuals->Cover(on);
 }
 
 void winMain::ShowOperatingConditions(bool inService, int fieldStrength)

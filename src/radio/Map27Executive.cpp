@@ -46,6 +46,7 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     connect(m_window.get(), &frmMap27Agent::TransmitRequested, m_agent.get(), &RadioAgent::SetTransmit);
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
     connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
+    connect(m_agent.get(), &RadioAgent::CallMissed, this, &Map27Executive::CallMissed);
     connect(m_agent.get(), &RadioAgent::NumberingDoubted, this, &Map27Executive::NumberingDoubted);
 }
 
@@ -112,6 +113,7 @@ void Map27Executive::Disconnect()
         m_control->ClearCall();
     }
     m_agent->CancelRegroup();
+    m_agent->EndRinging();
     m_agent->SetExec(nullptr);
     m_agent->SetAddressing(nullptr);
     m_control->CloseLink();
@@ -286,6 +288,7 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
 void Map27Executive::ResetTran()
 {
     m_agent->CancelRegroup();
+    m_agent->EndRinging();
     m_control->CancelTransaction();
     m_control->ResetLink(ResetPause);
     m_control->ClearCall();
@@ -320,9 +323,8 @@ bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
     } catch (const AddressingError& failure) {
         // A callsign that is still a callsign after the lookup is not in the directory.
         m_services.prompt.ShowWarning(
-            IsValidCallsign(dial)
-                ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
-                : AddressingFailure(failure, m_services.strings).Description());
+            IsValidCallsign(dial) ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
+                                  : AddressingFailure(failure, m_services.strings).Description());
     } catch (const std::exception& failure) {
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
     }

@@ -118,6 +118,8 @@ Q_SIGNALS:
     void LinkChanged(const LinkStatus& status);
     // An emergency call has arrived; party as shown in the call dialogue.
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
+    // An incoming call has rung since that time and nobody answered or refused it.
+    void CallMissed(const QString& party, const QDateTime& since);
     // What is doubtful about the numbering's configuration and what the radio reports of its own number, one
     // sentence each; empty when they fit again. Raised only when it changes.
     void NumberingDoubted(const QStringList& doubts);

@@ -16,6 +16,8 @@
 #include "radio/StatusTexts.h"
 #include "radio/TextIds.h"
 
+#include <utility>
+
 namespace {
 
 constexpr int EmergencyCallCode = 165;
@@ -110,10 +112,12 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     // The new call takes over: what was still to be confirmed never will be.
     m_executive->Outgoing().MessagePending = false;
     CancelRegroup();
+    EndRinging();
 
     m_window.InCallPrepare(caption, caller.callsign, emergency);
     if ((flags & RingFlag) != 0) {
         m_executive->SetTransactionKind(TransactionKind::CallRinging);
+        m_ringing = Ringing{caller.callsign, time};
     } else {
         m_executive->SetTransactionKind(TransactionKind::CallConnected);
         m_window.SetMainButton(RadioText::Hungup);
@@ -138,7 +142,7 @@ void RadioAgent::OnOperatingCondition(int inContact, int fieldStrength)
         return;
     if (m_views.status)
         m_views.status->ShowOperatingConditions(inContact != 0, fieldStrength);
-    SbrMessage(Text(RadioText::Ready));
+    ShowAnswer(Text(RadioText::Ready));
 }
 
 void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
@@ -148,7 +152,7 @@ void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
     const QString identity = QString::number(static_cast<quint16>(systemIdentity), 16)
                                  .toUpper()
                                  .rightJustified(4, QLatin1Char('0'));
-    SbrMessage(
+    ShowAnswer(
         FormatMessage(m_services.strings, RadioText::NetworkInfo, {QString::number(channel), identity}));
 }
 
@@ -159,6 +163,7 @@ void RadioAgent::React(AgentTrigger trigger)
     const AgentReaction* reaction = FindReaction(m_executive->TransactionKind(), trigger);
     if (!reaction)
         return;
+    FollowRinging(trigger);
     if (!reaction->showFirst)
         Record(*reaction);
     if (reaction->storeRegroup)
@@ -190,6 +195,21 @@ void RadioAgent::Record(const AgentReaction& reaction)
         WriteOutgoingRecord();
     if (reaction.forgetMessage)
         m_executive->Outgoing().MessagePending = false;
+}
+
+// Pressing Answer is not enough: the call may be over before it is connected.
+void RadioAgent::FollowRinging(AgentTrigger trigger)
+{
+    if (trigger == AgentTrigger::AnswerConnected || trigger == AgentTrigger::CloseButton)
+        m_ringing.reset();
+    else if (trigger == AgentTrigger::Cleared || trigger == AgentTrigger::AnswerFailed)
+        EndRinging();
+}
+
+void RadioAgent::EndRinging()
+{
+    if (const auto call = std::exchange(m_ringing, std::nullopt))
+        Q_EMIT CallMissed(call->party, call->since);
 }
 
 // False when the request failed and the window has to stay.
@@ -327,10 +347,10 @@ void RadioAgent::Notify()
         m_services.beeper.InformationBeep();
 }
 
-void RadioAgent::SbrMessage(const QString& text)
+void RadioAgent::ShowAnswer(const QString& text)
 {
     if (m_views.status)
-        m_views.status->SbrMessage(text);
+        m_views.status->ShowAnswer(text);
 }
 
 RadioAgent::Party RadioAgent::Resolve(int prefix, int ident) const

@@ -45,10 +45,14 @@ public:
 
     // Takes back a regroup or ungroup that the radio has not confirmed.
     void CancelRegroup();
+    // The call that rings ends without an answer, if there is one.
+    void EndRinging();
     void ReloadIndividuals();
 
 Q_SIGNALS:
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
+    // A call has rung since that time and was neither answered nor refused.
+    void CallMissed(const QString& party, const QDateTime& since);
     // What is doubtful about configuration and reported numbering has changed; empty when all is well.
     void NumberingDoubted(const QStringList& doubts);
 
@@ -56,6 +60,10 @@ private:
     struct Party {
         QString dial;
         QString callsign;
+    };
+    struct Ringing {
+        QString party;
+        QDateTime since;
     };
 
     void ConnectEvents();
@@ -73,6 +81,7 @@ private:
 
     void React(AgentTrigger trigger);
     void Record(const AgentReaction& reaction);
+    void FollowRinging(AgentTrigger trigger);
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
     void StoreRegroup();
@@ -82,7 +91,7 @@ private:
     void Show(const QDateTime& time, EventType type, const QString& desc, const QString& from,
               const QString& to);
     void Notify();
-    void SbrMessage(const QString& text);
+    void ShowAnswer(const QString& text);
     Party Resolve(int prefix, int ident) const;
     QString IncomingCaption(bool emergency, int prefix, int ident) const;
     QString Text(int id) const;
@@ -99,5 +108,6 @@ private:
     QString m_myAddress;
     QString m_myCallsign;
     bool m_transmitting = false;   // the radio has been told so
-    bool m_recordsFailing = false; // the warning for records that cannot be written has been shown
+    std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
+    bool m_recordsFailing = false;    // the warning for records that cannot be written has been shown
 };

@@ -33,7 +33,7 @@ void RadioAgent::OnNumberingReceived()
     if (m_views.numbering)
         m_views.numbering->DisplayDiags(*m_numbering);
     TakeOwnNumber();
-    SbrMessage(Text(RadioText::Ready));
+    ShowAnswer(Text(RadioText::Ready));
 }
 
 void RadioAgent::ConfigurationChanged()

@@ -20,6 +20,8 @@ struct ILogView {
 struct IStatusView {
     virtual ~IStatusView() = default;
     virtual void SbrMessage(const QString& text) = 0;
+    // A message as well: what the radio has answered to a question, the operator's or our own.
+    virtual void ShowAnswer(const QString& text) = 0;
     // Field strength 0 (unknown) to 255 (highest).
     virtual void ShowOperatingConditions(bool inService, int fieldStrength) = 0;
     // Texts of the panels "callsign" and "ident".
@@ -29,8 +31,8 @@ struct IStatusView {
 struct ITalkgroupView {
     virtual ~ITalkgroupView() = default;
     virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
-    // The radio has confirmed. True when a pending change was stored and has to be reflected; raise what keeps
-    // it from being stored. Nothing is pending afterwards.
+    // The radio has confirmed. True when a pending change was stored and has to be reflected; raise what
+    // keeps it from being stored. Nothing is pending afterwards.
     virtual bool StoreRegroup() = 0;
     virtual bool StoreUngroup() = 0;
     virtual void ReflectRegroup() = 0;

@@ -70,6 +70,7 @@ TEST(Frame, OpensWhereItStoodAndFirstAtTheDefaultPlace)
     MainWindowStack stack;
     winMain& first = stack.Open();
     EXPECT_EQ(QRect(first.pos(), first.size()), QRect(0, 0, 600, 400));
+    EXPECT_TRUE(stack.Find<QLabel>("lblSeeLast").isVisible());
     EXPECT_FALSE(first.IsFullScreen());
     EXPECT_EQ(stack.Find<QTabBar>("tsMain").currentIndex(), 0);
     first.move(30, 40);
@@ -303,7 +304,9 @@ TEST(StatusBar, MouseAsksTheRadioAndOpensMenus)
         QTest::mouseClick(&stack.Find<QLabel>(c.panel), Qt::RightButton);
         EXPECT_FALSE(stack.Find<QMenu>("mbRadio").isVisible());
     }
+    QTest::mouseDClick(&stack.Find<QLabel>("version"), Qt::LeftButton);
     EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    EXPECT_EQ(stack.windows.opened, QStringList());
     stack.LogOn();
     for (const DoubleClick& c : Cases) {
         QTest::mouseDClick(&stack.Find<QLabel>(c.panel), Qt::LeftButton);
@@ -349,10 +352,14 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
     const int tabsAlone = stack.Find<QWidget>("tsMain").y();
     const int sendAlone = stack.Find<QWidget>("picSend").y();
     stack.Window().ShowOperatingConditions(true, 100);
+    stack.clock.Step(std::chrono::seconds(2));
+    Q_EMIT stack.control->OperatingConditionReceived(1, 0, 0, 100, 0);
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2206));
     LinkStatus status{LinkStatus::State::Lost, QStringLiteral("The cable is out. ").repeated(20), false};
     Q_EMIT stack.control->LinkChanged(status);
     EXPECT_EQ(stack.Find<QLabel>("linkText").text(), status.text);
     EXPECT_EQ(stack.Panel("opcon") + stack.Panel("field"), QString()) << "a lost radio is not in service";
+    EXPECT_EQ(stack.Panel("main"), QString()) << "nor ready";
     const int strip = stack.Find<QWidget>("linkStrip").height();
     EXPECT_GT(strip, 2 * stack.Window().fontMetrics().height()) << "a long text is not cut";
     EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone + strip);
@@ -419,6 +426,48 @@ TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
     EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
     stack.Click("cmdDismissEmergency");
     EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());
+}
+
+TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    const auto text = [&] { return stack.Find<QLabel>("missedText").text(); };
+    const auto ring = [&](qint16 ident) { Q_EMIT stack.control->IncomingCall(0, 8, 0, ident); };
+    const auto clear = [&] { Q_EMIT stack.control->TransactionCleared(0, 0); };
+    ring(2);
+    EXPECT_FALSE(stack.Find<QWidget>("missedText").isVisible()) << "it still rings";
+    clear();
+    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit20, 3/1/24 10:00:00 AM"));
+
+    // Answered, refused, and one that takes over while another one rings.
+    stack.clock.Step(std::chrono::seconds(7));
+    auto* button = stack.executive.AgentWindow().findChild<QAbstractButton*>(QStringLiteral("cmdAnswerHungup"));
+    ring(4);
+    button->click();
+    Q_EMIT stack.control->AnswerProgress(197, 0);
+    clear();
+    ring(4);
+    stack.executive.AgentWindow().findChild<QAbstractButton*>(QStringLiteral("cmdClose"))->click();
+    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit20, 3/1/24 10:00:00 AM"));
+    ring(2);
+    ring(4);
+    EXPECT_EQ(text(), QStringLiteral("2 missed calls from Unit20 since 3/1/24 10:00:00 AM"));
+
+    stack.LogOff(); // while the last one rings
+    EXPECT_EQ(text(), QStringLiteral("2 missed calls from Unit20 since 3/1/24 10:00:00 AM (1 more missed)"));
+    EXPECT_TRUE(stack.Find<QWidget>("missedText").isVisible());
+    EXPECT_FALSE(stack.Find<QWidget>("cmdCallBack").isEnabled());
+    EXPECT_FALSE(stack.Find<QWidget>("cmdDismissMissed").isEnabled()) << "somebody has to take note of it";
+    stack.LogOn();
+    stack.Click("cmdDismissMissed");
+    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit22, 3/1/24 10:00:07 AM"));
+    stack.control->TakeOperations();
+    stack.Click("cmdCallBack");
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 4 off off on")}));
+    EXPECT_TRUE(stack.Find<QWidget>("missedText").isVisible());
+    stack.executive.ResetTran();
 }
 
 // What somebody wrote into the settings by hand is told once, all of it, and the window opens with the defaults.

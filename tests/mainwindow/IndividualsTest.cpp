@@ -67,6 +67,8 @@ TEST(Individuals, WhoIsShownFollowsDutyModeLimitAndSearch)
         stack.Find<QComboBox>("cmbAddress").setEditText(QLatin1String(c.lookfor));
         stack.Find<QAbstractButton>("cmdSearchAddress").click();
         EXPECT_EQ(stack.Callsigns(), QLatin1String(c.shown)) << c.mode << ' ' << c.limit << ' ' << c.lookfor;
+        const bool cut = QLatin1String(c.limit) == QLatin1String("2") || QLatin1String(c.limit) == QLatin1String("3");
+        EXPECT_EQ(stack.Find<QWidget>("individualsNotice").isVisible(), cut) << c.mode << ' ' << c.limit;
     }
     stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("gone")); };
     stack.prompt.ExpectQuestion(stack.Text(2029), true);
@@ -96,8 +98,16 @@ TEST(Individuals, SelectionAddressesAndAllowsTheRegroupCommand)
     EXPECT_EQ(stack.Address(), QStringLiteral("Unit20;Unit22;Unit25")) << "in the order of the list";
     EXPECT_TRUE(regroup.isEnabled());
     EXPECT_FALSE(stack.Find<QAction>("miUngroup").isEnabled());
+    stack.Pick(2, Qt::ControlModifier);
+    stack.Pick(4, Qt::ControlModifier);
+    EXPECT_EQ(stack.Address(), QStringLiteral("Unit20"));
+    stack.Pick(1, Qt::ControlModifier);
+    EXPECT_EQ(stack.Address(), QString()) << "nobody is chosen any more";
 
-    stack.Pick(4);
+    stack.Pick(3);
+    QTest::keyClick(&stack.List(), Qt::Key_Down); // to Unit25
+    EXPECT_EQ(stack.Address(), QStringLiteral("Unit25"));
+    EXPECT_TRUE(regroup.isEnabled()) << "a key chooses like a click";
     stack.Trigger("miRegroup"); // into Charlie at 4
     ASSERT_TRUE(stack.RunToEnd());
     EXPECT_TRUE(stack.Rows().contains(stack.MemberKey(QStringLiteral("Charlie"), QStringLiteral("Unit25"), 4)));

@@ -1,12 +1,16 @@
 // The message log: lines, dates, limits, reload and what the operator does on it.
 
 #include "MainWindowStack.h"
+#include "core/Icons.h"
 #include "mainwindow/LogDelegate.h"
 #include "mainwindow/LogModel.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QTreeView>
@@ -199,6 +203,30 @@ TEST(Log, AReloadShowsTheOldestRecordsAndOneMoreThanTheLimit)
     ASSERT_EQ(stack.LogTexts().size(), 7); // a date and six records
     EXPECT_TRUE(stack.LogTexts()[1].endsWith(QStringLiteral("] 0")));
     EXPECT_TRUE(stack.LogTexts().last().endsWith(QStringLiteral("] 5")));
+
+    const auto& notice = stack.Find<QLabel>("logNoticeText");
+    EXPECT_TRUE(notice.isVisible());
+    EXPECT_EQ(notice.text(), QStringLiteral("The first 6 of 9 records of this period are shown, until 3/1/24 9:59:05 AM."));
+    stack.Click("cmdShowNewest");
+    ASSERT_EQ(stack.LogTexts().size(), 7);
+    EXPECT_TRUE(stack.LogTexts()[1].endsWith(QStringLiteral("] 3")));
+    EXPECT_TRUE(stack.LogTexts().last().endsWith(QStringLiteral("] 8")));
+    EXPECT_EQ(notice.text(),
+              QStringLiteral("The newest 6 of 9 records of this period are shown, from 3/1/24 9:59:03 AM on."));
+
+    // Older ones than the last minute, in a period of days.
+    stack.AddEvent(stack.clock.Now().addDays(-40), 3, QStringLiteral("old"), Other, Own);
+    stack.Find<QComboBox>("cmbLogTimeUnit").setCurrentIndex(2);
+    stack.Find<QLineEdit>("txtLogPeriod").setText(QStringLiteral("60"));
+    stack.Click("tbRefreshLog_refresh");
+    EXPECT_TRUE(stack.LogTexts()[1].endsWith(QStringLiteral("] old")));
+    stack.Click("cmdShowNewest");
+    EXPECT_TRUE(stack.LogTexts()[1].endsWith(QStringLiteral("] 3"))) << stack.LogTexts()[1].toStdString();
+    EXPECT_TRUE(stack.LogTexts().last().endsWith(QStringLiteral("] 8")));
+
+    stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxlogsize"), QStringLiteral("9"));
+    stack.Click("tbRefreshLog_refresh");
+    EXPECT_FALSE(notice.isVisible()) << "all ten are shown";
 }
 
 TEST(Log, FontStepsThroughFiveSizesAndIsKept)
@@ -243,10 +271,151 @@ TEST(Log, ChosenLinesFillTheAddressBox)
     EXPECT_EQ(stack.Address().currentText(), QStringLiteral("B"));
     Select(stack, 1);
     EXPECT_EQ(stack.Address().currentText(), QStringLiteral("A"));
-    stack.Log().selectionModel()->clearSelection();
-    EXPECT_EQ(stack.Address().currentText(), QStringLiteral("A")) << "nothing chosen changes nothing";
     stack.Log().selectAll();
     EXPECT_EQ(stack.Address().currentText(), QStringLiteral("A;;B"));
+    QTest::keyClick(&stack.Log(), Qt::Key_F5);
+    EXPECT_EQ(stack.Log().selectionModel()->selectedRows().size(), 0);
+    EXPECT_EQ(stack.Address().currentText(), QStringLiteral("A;;B")) << "only the operator takes lines out";
+    Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("4"), QStringLiteral("C"));
+    const QRect line = stack.Log().visualRect(stack.Log().currentIndex());
+    QTest::mouseClick(stack.Log().viewport(), Qt::LeftButton, Qt::ControlModifier, line.center());
+    EXPECT_EQ(stack.Address().currentText(), QString());
+}
+
+// The newest line is highlighted, but another party stands in the box.
+TEST(Log, AGestureActsOnWhatItHitsThoughThatIsHighlightedAlready)
+{
+    const QStringList called = {QStringLiteral("MakeCall 0 2 off off on")};
+    struct Case {
+        const char* name;
+        std::function<void(QTreeView&, const QPoint&)> gesture;
+        bool calls;
+        bool opensMenu;
+    };
+    const Case Cases[] = {
+        {"right click",
+         [](QTreeView& log, const QPoint& place) {
+             QTest::mouseClick(log.viewport(), Qt::RightButton, Qt::NoModifier, place);
+         },
+         false, true},
+        {"double click",
+         [](QTreeView& log, const QPoint& place) {
+             QTest::mousePress(log.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+             QTest::mouseDClick(log.viewport(), Qt::LeftButton, Qt::NoModifier, place);
+         },
+         true, false},
+        {"Enter", [](QTreeView& log, const QPoint&) { QTest::keyClick(&log, Qt::Key_Return); }, true, false},
+        {"menu key",
+         [](QTreeView& log, const QPoint& place) {
+             QContextMenuEvent menu(QContextMenuEvent::Keyboard, place, log.viewport()->mapToGlobal(place));
+             QApplication::sendEvent(&log, &menu);
+         },
+         false, true},
+    };
+    for (const Case& c : Cases) {
+        SCOPED_TRACE(c.name);
+        MainWindowStack stack;
+        stack.Open();
+        stack.LogOn();
+        Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"));
+        stack.clock.Step(std::chrono::seconds(1));
+        stack.Address().setEditText(QStringLiteral("Unit22"));
+        c.gesture(stack.Log(), stack.Log().visualRect(stack.Log().currentIndex()).center());
+        EXPECT_EQ(stack.Address().currentText(), Other);
+        EXPECT_EQ(stack.control->TakeOperations(), c.calls ? called : QStringList());
+        auto& menu = stack.Find<QMenu>("mbMessaging");
+        EXPECT_EQ(menu.isVisible(), c.opensMenu);
+        menu.close();
+        stack.executive.ResetTran();
+    }
+}
+
+TEST(Log, ADoubleClickWhoseHalvesHitDifferentLinesCallsNobody)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    for (const char* party : {"Unit20", "Unit22"})
+        Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"), QLatin1String(party));
+    const QPoint first = stack.Log().visualRect(stack.Log().model()->index(1, 0)).center();
+    const QPoint second = stack.Log().visualRect(stack.Log().model()->index(2, 0)).center();
+    QTest::mousePress(stack.Log().viewport(), Qt::LeftButton, Qt::NoModifier, first);
+    QTest::mouseDClick(stack.Log().viewport(), Qt::LeftButton, Qt::NoModifier, second);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+
+    // A right click on the empty room below the lines hits nobody, whoever is highlighted.
+    QTest::mouseClick(stack.Log().viewport(), Qt::RightButton, Qt::NoModifier,
+                      stack.Log().viewport()->rect().bottomLeft() + QPoint(9, -9));
+    EXPECT_FALSE(stack.Find<QMenu>("mbMessaging").isVisible());
+}
+
+TEST(Log, EnterJustAfterALineHighlightedItselfOnlyFillsTheBox)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("looked at"), QStringLiteral("Unit22"));
+    Select(stack, 1);
+    Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("came between"));
+    stack.clock.Step(std::chrono::milliseconds(999));
+    QTest::keyClick(&stack.Log(), Qt::Key_Return);
+    EXPECT_EQ(stack.Address().currentText(), Other);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    QTest::keyClick(&stack.Log(), Qt::Key_Return);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 2 off off on")}));
+    stack.executive.ResetTran();
+}
+
+TEST(Log, AnEmergencyIsMarkedLiveAndReadBack)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    Q_EMIT stack.control->IncomingCall(165, 8, 0, 2);
+    Q_EMIT stack.control->IncomingCall(0, 8, 0, 2);
+    Show(stack, stack.clock.Now(), EventType::Text, QStringLiteral("Emergency Voice"));
+    const auto marked = [&] {
+        QList<bool> marks;
+        for (int row = 0; row < stack.Log().model()->rowCount(); ++row)
+            marks.append(stack.Log().model()->index(row, 0).data(LogModel::EmergencyRole).toBool());
+        return marks;
+    };
+    EXPECT_EQ(marked(), QList<bool>({false, true, false, false}));
+    stack.AddEvent(stack.clock.Now(), 3, QStringLiteral("Emergency Voice"), Own, Other);
+    stack.Click("tbRefreshLog_refresh");
+    EXPECT_EQ(marked(), QList<bool>({false, true, false, true}));
+
+    // The mark is painted, in the red of emergencies, beside the picture of the call.
+    const QImage image = stack.Log().viewport()->grab().toImage();
+    const auto red = [&](int row) {
+        const QRect line = stack.Log().visualRect(stack.Log().model()->index(row, 0));
+        for (int x = line.left(); x < line.left() + 60; ++x)
+            if (image.pixelColor(x, line.center().y()) == QColor(0xdc4a3d))
+                return true;
+        return false;
+    };
+    EXPECT_TRUE(red(1));
+    EXPECT_FALSE(red(2));
+}
+
+TEST(Log, PicturesOfStatusAndTextDifferInShapeWhenSmall)
+{
+    const auto shape = [](const char* key) {
+        return LoadIcon(QLatin1String(key)).pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
+    };
+    for (const auto& [first, second] : {std::pair("status", "text"), std::pair("statusin", "textin"),
+                                        std::pair("statusout", "textout")}) {
+        const QImage a = shape(first);
+        const QImage b = shape(second);
+        int either = 0, one = 0;
+        for (int i = 0; i < 256; ++i) {
+            const bool inA = qAlpha(a.pixel(i % 16, i / 16)) > 127;
+            const bool inB = qAlpha(b.pixel(i % 16, i / 16)) > 127;
+            either += inA || inB;
+            one += inA != inB;
+        }
+        EXPECT_GT(2 * one, either) << first;
+    }
 }
 
 TEST(Log, ALineIsCalledByDoubleClickAndByEnter)
@@ -304,6 +473,11 @@ TEST(Log, AControlCharacterOfAMessageStaysOnItsLine)
     EXPECT_EQ(stack.Log().visualRect(last).height(),
               stack.Log().visualRect(stack.Log().model()->index(0, 0)).height());
     EXPECT_GE(stack.Log().header()->sectionSize(0), stack.Log().sizeHintForIndex(last).width());
+
+    stack.Log().selectAll();
+    QTest::keySequence(&stack.Log(), QKeySequence::Copy);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(),
+              QStringLiteral("Friday, March 1, 2024\n 10:00:00 AM [Unit20] a\u21B5b\u21E5c\u2407"));
 }
 
 }

@@ -4,9 +4,12 @@
 #include "core/OpenSessions.h"
 #include "core/Registry.h"
 #include "dao/Database.h"
+#include "mainwindow/StatusBar.h"
 
 #include <QAction>
 #include <QComboBox>
+#include <QLabel>
+#include <QMenu>
 #include <QToolButton>
 
 namespace {
@@ -98,6 +101,11 @@ TEST(Logon, FillsTheWindowAndLogoffUndoesIt)
     MainWindowStack stack;
     stack.Open();
     stack.LogOn();
+    Q_EMIT stack.control->OperatingConditionReceived(1, 0, 0, 47, 0);
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2039)) << "the console's own questions have been answered";
+    stack.clock.Step(std::chrono::seconds(2));
+    dynamic_cast<StatusBar&>(stack.Find<QWidget>("sbrStatus")).ShowNow();
+    EXPECT_EQ(stack.Panel("main"), stack.Text(2206));
     EXPECT_EQ(stack.settings.GetLogonCount(), 1);
     EXPECT_TRUE(stack.ProfileIsLoggedOn());
     EXPECT_TRUE(SessionPressed(stack));
@@ -124,9 +132,43 @@ TEST(Logon, FillsTheWindowAndLogoffUndoesIt)
     EXPECT_FALSE(SessionPressed(stack));
     EXPECT_EQ(stack.Action("miLogOnLogOff").text(), stack.Text(2052));
     EXPECT_EQ(stack.Panel("main"), stack.Text(2051));
+    EXPECT_EQ(stack.Panel("opcon") + stack.Panel("field"), QString());
+    EXPECT_EQ(stack.Panel("callsign") + stack.Panel("ident"), QStringLiteral("------"));
     EXPECT_TRUE(stack.control->operations.contains(QStringLiteral("CloseLink")));
     stack.session.Logon(true, true);
     EXPECT_FALSE(stack.ProfileIsLoggedOn());
+}
+
+TEST(Logon, ASiteSettingCoversLogAndListsUntilTheNextOne)
+{
+    MainWindowStack stack;
+    stack.Open();
+    stack.LogOn();
+    const auto covered = [&] {
+        QStringList names;
+        for (const char* name : {"lvLog", "tvGroups", "lvIndividuals"})
+            if (stack.Find<QWidget>(name).isHidden())
+                names.append(QLatin1String(name));
+        return names.size();
+    };
+    stack.LogOff();
+    EXPECT_EQ(covered(), 0);
+    stack.LogOn();
+    stack.Trigger("miCoverLists");
+    stack.LogOff();
+    EXPECT_EQ(covered(), 3);
+    EXPECT_TRUE(stack.Find<QLabel>("paneCover").isVisible());
+    stack.LogOn();
+    EXPECT_EQ(covered(), 0);
+    Q_EMIT stack.Find<QMenu>("mbAdmin").aboutToShow();
+    EXPECT_TRUE(stack.Action("miCoverLists").isChecked());
+
+    // A database that is gone at the logoff uncovers nothing.
+    stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("gone")); };
+    stack.prompt.ExpectQuestion(QStringLiteral("Can't read or update user profile. Retry?"), false);
+    stack.LogOff();
+    stack.session.onUse = nullptr;
+    EXPECT_EQ(covered(), 3);
 }
 
 TEST(Logon, RunsByItselfOnceSomebodyHasEverLoggedOn)

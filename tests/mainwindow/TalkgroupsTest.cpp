@@ -6,6 +6,7 @@
 
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QScrollBar>
 #include <QTabBar>
 
 namespace {
@@ -68,11 +69,13 @@ TEST(Talkgroups, AreShownWithTheirMembersUpToTheLimitAndTheSearch)
     stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxaddresslistsize"), QStringLiteral("2"));
     refresh();
     EXPECT_EQ(stack.Shown().size(), 2);
+    EXPECT_TRUE(stack.Find<QWidget>("groupsNotice").isVisible());
 
     auto& address = stack.Find<QComboBox>("cmbAddress");
     address.setEditText(QStringLiteral("brav"));
     stack.Find<QAbstractButton>("cmdSearchAddress").click();
     EXPECT_EQ(stack.Shown().size(), 2) << "the members of hidden groups are left out";
+    EXPECT_FALSE(stack.Find<QWidget>("groupsNotice").isVisible()) << "all that match are shown";
     EXPECT_EQ(address.currentText(), QString());
     // The default group is hidden by the search.
     stack.Select(stack.MemberKey(QStringLiteral("Bravo"), QStringLiteral("Unit25")));
@@ -226,6 +229,21 @@ TEST(Talkgroups, OnlyAnotherDynamicGroupTakesADraggedMember)
     stack.Model().Remove(unit20);
     QTest::mouseRelease(tree.viewport(), Qt::LeftButton, Qt::NoModifier, target);
     EXPECT_TRUE(idle());
+}
+
+TEST(Talkgroups, ScrollWhileADragIsAtTheirEdge)
+{
+    RegroupStack stack;
+    auto& tree = stack.Tree();
+    tree.setFixedHeight(5 * tree.sizeHintForRow(0));
+    QApplication::processEvents();
+    const QString unit20 = stack.MemberKey(QStringLiteral("Alpha"), QStringLiteral("Unit20"));
+    tree.scrollTo(stack.Model().Find(unit20));
+    auto& bar = *tree.verticalScrollBar();
+    bar.setValue(std::min(bar.value(), bar.maximum() - 1));
+    DragMouse(*tree.viewport(), stack.PlaceOf(unit20), {20, tree.viewport()->height() - 2}, false);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar.value() == bar.maximum(); }));
+    QTest::keyClick(&tree, Qt::Key_Escape);
 }
 
 // What the radio did but the database does not take, and positions that no radio has.

@@ -30,6 +30,7 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
         lines.append(QStringLiteral("%1|%2|%3|%4").arg(static_cast<int>(type)).arg(desc, from, to));
     }
     void SbrMessage(const QString& text) override { message = text; }
+    void ShowAnswer(const QString& text) override { message = text; }
     void ShowOperatingConditions(bool inService, int field) override
     {
         condition = QStringLiteral("%1 %2").arg(inService ? "in" : "out").arg(field);

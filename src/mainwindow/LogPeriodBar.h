@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWidget>
+#include <optional>
+
+class KeyedToolBar;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class Settings;
+struct IStringSource;
+
+// The strip below the message log: its toolbar and the period that a reload shows. Where one row is too
+// narrow for all of it the period goes into a second one.
+class LogPeriodBar : public QWidget {
+    Q_OBJECT
+
+public:
+    LogPeriodBar(const IStringSource& strings, QWidget* parent);
+
+    // Raise Error for a stored preference that is none, and when one cannot be stored.
+    void Load(const Settings& settings);
+    void Save(Settings& settings) const;
+
+    std::optional<int> Period() const; // what is typed; nothing when it is no number
+    QString UnitCode() const;          // "n" minutes, "h" hours, "d" days
+
+    int HeightAt(int width) const;
+
+Q_SIGNALS:
+    // Of the toolbar, by its key.
+    void ButtonClicked(const QString& key);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    int RowHeight() const;
+    int BoxWidth() const;
+    int PeriodWidth() const;
+    bool FitsInOneRow(int width) const;
+    void LayOut();
+
+    KeyedToolBar* tbRefreshLog;
+    QLabel* lblSeeLast;
+    QLineEdit* txtLogPeriod;
+    QComboBox* cmbLogTimeUnit;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+#include <vector>
+
+// The incoming calls that nobody answered, until somebody has dismissed them. They belong to the console, not
+// to the operator: a logoff leaves them.
+class MissedCalls {
+public:
+    struct Party {
+        QString name;    // callsign or number, as it is called back
+        QDateTime since; // of its first call
+        int times = 1;
+    };
+
+    void Add(const QString& party, const QDateTime& time);
+    void Dismiss(const QString& party);
+    // The party that has waited longest is the first one.
+    const std::vector<Party>& Parties() const { return m_parties; }
+
+private:
+    std::vector<Party> m_parties;
+};
