@@ -71,5 +71,6 @@ constexpr int PasswordMissing = 5258;
 constexpr int PasswordsDiffer = 5259;
 constexpr int OwnPassword = 5600;
 constexpr int GroupMissing = 5601;
+constexpr int OwnAccount = 5851;
 
 } // namespace AdminText

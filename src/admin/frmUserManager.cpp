@@ -115,6 +115,12 @@ const UserRow* frmUserManager::Selected() const
     return item.isValid() ? &m_users->Row(item.row()) : nullptr;
 }
 
+// Whether it is the account that is logged on here.
+bool frmUserManager::IsOwn(const UserRow& user) const
+{
+    return user.userName.compare(m_services.session.Workspace().UserName(), Qt::CaseInsensitive) == 0;
+}
+
 void frmUserManager::New()
 {
     if (!Try([this] { FillGroups(); }))
@@ -183,7 +189,13 @@ void frmUserManager::Apply()
 void frmUserManager::Delete()
 {
     const UserRow* user = Selected();
-    if (!user || !m_services.prompt.AskConfirmation(Text(AdminText::DeleteUserQuestion)))
+    if (!user)
+        return;
+    if (IsOwn(*user)) {
+        m_services.prompt.ShowWarning(Text(AdminText::OwnAccount));
+        return;
+    }
+    if (!m_services.prompt.AskConfirmation(Text(AdminText::DeleteUserQuestion)))
         return;
     if (!Try([&] { DeleteAccount(m_services.session.Workspace(), user->profileId, user->userName); }))
         return;
@@ -197,14 +209,15 @@ void frmUserManager::ResetPassword()
     const UserRow* user = Selected();
     if (!user)
         return;
-    dao::Workspace& workspace = m_services.session.Workspace();
-    if (user->userName.compare(workspace.UserName(), Qt::CaseInsensitive) == 0) {
+    if (IsOwn(*user)) {
         m_services.prompt.ShowWarning(Text(AdminText::OwnPassword));
         return;
     }
     if (!m_services.prompt.AskConfirmation(Text(AdminText::ResetPasswordQuestion)))
         return;
-    if (!Try([&] { workspace.Users().Item(user->userName)->NewPassword(QString(), QString()); }))
+    if (!Try([&] {
+            m_services.session.Workspace().Users().Item(user->userName)->NewPassword(QString(), QString());
+        }))
         return;
     m_services.prompt.ShowInfo(Text(AdminText::PasswordReset));
     Say(AdminText::PasswordReset);

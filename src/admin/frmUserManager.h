@@ -30,6 +30,7 @@ private:
     void SortBy(int column);
     void EnableButtons();
     const UserRow* Selected() const;
+    bool IsOwn(const UserRow& user) const;
 
     void New();
     void Modify();

@@ -1,10 +1,19 @@
 #include "core/DatabaseChanges.h"
 
-void DatabaseChanges::Open(bool tells)
+#include <utility>
+
+void DatabaseChanges::Open(Look look)
 {
-    m_tells = tells;
+    m_look = std::move(look);
+    m_unread.clear();
     SetAway(false);
     Q_EMIT Opened();
+}
+
+void DatabaseChanges::Close()
+{
+    m_look = {};
+    SetAway(false);
 }
 
 void DatabaseChanges::SetAway(bool away)
@@ -17,6 +26,15 @@ void DatabaseChanges::SetAway(bool away)
 
 void DatabaseChanges::MayHaveChanged()
 {
-    if (!m_tells)
-        Q_EMIT Changed(QString());
+    if (m_look)
+        for (const QString& table : m_look())
+            KeepUnread(table);
+    for (const QString& table : std::exchange(m_unread, {}))
+        Q_EMIT Changed(table);
+}
+
+void DatabaseChanges::KeepUnread(const QString& table)
+{
+    if (!m_unread.contains(table))
+        m_unread.append(table);
 }

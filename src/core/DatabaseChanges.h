@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
+#include <functional>
 
 // What other consoles do to the database, and whether it can be reached; from the event loop. On files nobody
-// tells: then whoever shows records asks for them again (MayHaveChanged) when it has reason to.
+// tells: then whoever shows records has it looked up (MayHaveChanged) when there is reason to.
 class DatabaseChanges : public QObject {
     Q_OBJECT
 
@@ -11,11 +13,16 @@ public:
     // Whether the database is on a server that does not answer at present.
     bool IsAway() const { return m_away; }
 
-    void Open(bool tells);
+    // Where the database itself tells nothing, `look` returns what others have changed since its last call.
+    using Look = std::function<QStringList()>;
+    void Open(Look look);
+    void Close();
     void SetAway(bool away);
     void Tell(const QString& table) { Q_EMIT Changed(table); }
-    // A reason to look: tells Changed for all tables where the database itself tells nothing.
+    // A reason to look: tells what others have changed, and again what could not be read. Raises dao::Error.
     void MayHaveChanged();
+    // What was told of this table could not be read; it is told again at the next reason to look.
+    void KeepUnread(const QString& table);
 
 Q_SIGNALS:
     // An operator has logged on.
@@ -25,6 +32,7 @@ Q_SIGNALS:
     void AwayChanged(bool away);
 
 private:
-    bool m_tells = false;
+    Look m_look;
+    QStringList m_unread;
     bool m_away = false;
 };

@@ -132,20 +132,20 @@ void DbSession::Logon(bool, bool)
     if (!m_workspace)
         AskUser(location);
     Remember(location);
-    WatchDatabase(location);
+    WatchDatabase();
 }
 
-void DbSession::WatchDatabase(const dao::Location& location)
+void DbSession::WatchDatabase()
 {
     m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
                         [this](bool away) { m_changes.SetAway(away); }});
-    m_changes.Open(dao::IsServerTarget(location.database));
+    m_changes.Open([this] { return m_workspace->ChangedElsewhere(); });
 }
 
 void DbSession::Logoff()
 {
     m_workspace.reset();
-    m_changes.SetAway(false);
+    m_changes.Close();
 }
 
 QString DbSession::SelectWorkgroupFile()

@@ -47,7 +47,7 @@ private:
     QString CarryOut(const FirstRunChoice& choice);
     void AskUser(const dao::Location& location);
     void Remember(const dao::Location& location);
-    void WatchDatabase(const dao::Location& location);
+    void WatchDatabase();
     [[noreturn]] void RaiseCancelled() const;
 
     Settings& m_settings;

@@ -78,4 +78,6 @@ constexpr int textCheckServerOlder = 5188;
 constexpr int textBadDatabaseName = 5189;
 constexpr int textDatabaseExists = 5190;
 
+constexpr int textCheckNotCounted = 5858;
+
 } // namespace dao

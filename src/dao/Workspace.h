@@ -121,6 +121,10 @@ public:
 
     // Files tell nothing: their watcher is never called.
     virtual void Watch(const WorkspaceWatcher&) {}
+    // What files can be asked instead: the tables of the directory, the groups, the statuses, the accounts
+    // and the settings that other sessions have changed since the last call, or since the opening. Nothing on
+    // a server.
+    virtual QStringList ChangedElsewhere() { return {}; }
 
     virtual void Close() noexcept = 0;
 };

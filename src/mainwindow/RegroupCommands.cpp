@@ -6,6 +6,7 @@
 #include "core/Prompt.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
+#include "dao/Error.h"
 #include "mainwindow/NodeClass.h"
 #include "mainwindow/NodeKeys.h"
 #include "mainwindow/TalkgroupModel.h"
@@ -72,9 +73,7 @@ void RegroupCommands::Drop(const QString& memberKey, const QString& groupKey)
                                  .memberId = from.memberId,
                                  .pos = to.pos,
                                  .move = to.pos == from.pos};
-    if (Send(request.memberCallsign, request.pos, TagOf(group))) {
-        Fill(request);
-    }
+    Send(request, TagOf(group));
 }
 
 void RegroupCommands::RegroupToDefault(const QString& callsign, qint32 memberId)
@@ -84,17 +83,16 @@ void RegroupCommands::RegroupToDefault(const QString& callsign, qint32 memberId)
         return;
     }
     const GroupKeyParts to = PartsOfGroupKey(groupKey);
-    if (Send(callsign, to.pos, TagOf(m_model.Find(groupKey)))) {
-        Fill(RegroupRequest{.pending = true,
-                            .sourceNodeKey = {},
-                            .groupNodeKey = groupKey,
-                            .memberCallsign = callsign,
-                            .oldGroupId = 0,
-                            .groupId = to.groupId,
-                            .memberId = memberId,
-                            .pos = to.pos,
-                            .move = false});
-    }
+    Send(RegroupRequest{.pending = true,
+                        .sourceNodeKey = {},
+                        .groupNodeKey = groupKey,
+                        .memberCallsign = callsign,
+                        .oldGroupId = 0,
+                        .groupId = to.groupId,
+                        .memberId = memberId,
+                        .pos = to.pos,
+                        .move = false},
+         TagOf(m_model.Find(groupKey)));
 }
 
 void RegroupCommands::Ungroup(const QModelIndex& node)
@@ -111,7 +109,8 @@ void RegroupCommands::Ungroup(const QModelIndex& node)
     } else {
         return;
     }
-    if (Send(TagOf(node), request.pos, NoGroup)) {
+    if (SendUnderRequest({.groupId = request.groupId, .memberId = request.memberId, .pos = request.pos},
+                         TagOf(node), NoGroup)) {
         Fill(request);
     }
 }
@@ -123,17 +122,17 @@ void RegroupCommands::SendGroupName(const QModelIndex& node)
         return;
     }
     const quint8 pos = group ? PartsOfGroupKey(KeyOf(node)).pos : PartsOfMemberKey(KeyOf(node)).pos;
-    if (IsPosition(pos)) {
+    if (IsPosition(pos) && Attempt([this] { m_store.RequireRight(); })) {
         m_services.executive.SendGroupName(TagOf(node), pos, TagOf(group ? node : node.parent()));
     }
 }
 
 bool RegroupCommands::StoreRegroup()
 {
-    const auto answered = qScopeGuard([this] { m_regroup.pending = false; });
     if (!m_regroup.pending) {
         return false;
     }
+    const auto answered = qScopeGuard([this] { End(); });
     if (!m_store.Store(m_regroup)) {
         throw Error(
             ErrorCode::First + MainText::MemberMovedMeanwhile,
@@ -144,8 +143,12 @@ bool RegroupCommands::StoreRegroup()
 
 bool RegroupCommands::StoreUngroup()
 {
-    const auto answered = qScopeGuard([this] { m_ungroup.pending = false; });
-    return m_store.Store(m_ungroup);
+    if (!m_ungroup.pending) {
+        return false;
+    }
+    const auto answered = qScopeGuard([this] { End(); });
+    m_store.Store(m_ungroup);
+    return true;
 }
 
 void RegroupCommands::ReflectRegroup()
@@ -162,7 +165,8 @@ void RegroupCommands::ReflectRegroup()
     }
     const QString memberKey = MakeMemberKey(done.groupId, done.memberId, done.pos);
     m_model.SetPicture(memberKey, QLatin1String(TalkgroupModel::MemberPicture));
-    m_model.SetOutcome(memberKey, Outcome::Done);
+    // The own radio is no member that is shown: its group tells.
+    m_model.SetOutcome(m_model.Find(memberKey).isValid() ? memberKey : done.groupNodeKey, Outcome::Done);
 }
 
 void RegroupCommands::ReflectUngroup()
@@ -180,9 +184,10 @@ void RegroupCommands::ReflectUngroup()
 
 void RegroupCommands::CancelRegroup()
 {
-    if (!std::exchange(m_regroup.pending, false)) {
+    if (!m_regroup.pending) {
         return;
     }
+    End();
     if (m_regroup.sourceNodeKey.isEmpty()) {
         m_model.SetOutcome(m_regroup.groupNodeKey, Outcome::NotDone);
     } else {
@@ -193,15 +198,21 @@ void RegroupCommands::CancelRegroup()
 
 void RegroupCommands::CancelUngroup()
 {
-    if (!std::exchange(m_ungroup.pending, false)) {
+    if (!m_ungroup.pending) {
         return;
     }
+    End();
     if (m_ungroup.wholeGroup) {
         ShowGroup(m_ungroup.nodeKey);
     } else {
         m_model.SetPicture(m_ungroup.nodeKey, QLatin1String(TalkgroupModel::MemberPicture));
     }
     m_model.SetOutcome(m_ungroup.nodeKey, Outcome::NotDone);
+}
+
+void RegroupCommands::ForgetOutcome()
+{
+    m_model.ClearOutcomes();
 }
 
 void RegroupCommands::MarkPending()
@@ -226,17 +237,42 @@ bool RegroupCommands::IsPosition(quint8 pos)
     return known;
 }
 
-// False when the command was not accepted; the reason has been shown then.
-bool RegroupCommands::Send(const QString& member, quint8 pos, const QString& group)
+void RegroupCommands::Send(const RegroupRequest& request, const QString& group)
 {
-    return IsPosition(pos) && m_services.executive.SendRegroup(member, pos, group);
+    if (SendUnderRequest({.groupId = request.groupId, .memberId = request.memberId, .pos = request.pos},
+                         request.memberCallsign, group)) {
+        Fill(request);
+    }
 }
 
-// The radio has one transaction, so that a request still marked as pending is none any more.
+// The request is in the database before the radio is asked, so that whatever the radio confirms can be
+// stored. False when the command was not accepted; the reason has been shown then.
+bool RegroupCommands::SendUnderRequest(const RequestedChange& change, const QString& member,
+                                       const QString& group)
+{
+    if (!IsPosition(change.pos)) {
+        return false;
+    }
+    Map27Executive& executive = m_services.executive;
+    if (executive.TransactionKind() != TransactionKind::None) {
+        return executive.SendRegroup(member, change.pos, group); // which says that it is not ready
+    }
+    QString request;
+    if (!Attempt([&] { request = m_store.Open(change); })) {
+        return false;
+    }
+    if (!executive.SendRegroup(member, change.pos, group)) {
+        m_store.Close(request);
+        return false;
+    }
+    End(); // the radio has one transaction: a request still marked as pending is none any more
+    m_request = request;
+    return true;
+}
+
 void RegroupCommands::Fill(const RegroupRequest& request)
 {
     m_regroup = request;
-    m_ungroup.pending = false;
     m_model.ClearOutcomes();
     MarkPending();
 }
@@ -244,9 +280,32 @@ void RegroupCommands::Fill(const RegroupRequest& request)
 void RegroupCommands::Fill(const UngroupRequest& request)
 {
     m_ungroup = request;
-    m_regroup.pending = false;
     m_model.ClearOutcomes();
     MarkPending();
+}
+
+// Nothing is pending any more.
+void RegroupCommands::End()
+{
+    m_regroup.pending = false;
+    m_ungroup.pending = false;
+    m_store.Close(std::exchange(m_request, {}));
+}
+
+// False when the step failed; what is wrong has been shown then.
+bool RegroupCommands::Attempt(const std::function<void()>& step)
+{
+    try {
+        step();
+        return true;
+    } catch (const dao::Error& failure) {
+        m_services.prompt.ShowWarning(failure.kind == dao::Kind::NotPermitted
+                                          ? m_services.strings.LoadString(MainText::MayNotRegroup)
+                                          : DescribeError(failure, m_services.strings));
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+    return false;
 }
 
 // The picture of a group, whose node may await an answer.

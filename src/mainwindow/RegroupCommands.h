@@ -5,12 +5,15 @@
 #include "mainwindow/TalkgroupServices.h"
 
 #include <QModelIndex>
+#include <functional>
 
 class TalkgroupModel;
 
 // Sends regroup, ungroup and group name commands and keeps the one request that awaits the radio's answer.
 // Only what the radio has confirmed is stored and shown as done; whatever else ends the transaction takes the
-// request back. Nodes are held by their keys, since boxes and reloads may come between command and answer.
+// request back. A command is sent only under a request in the database, which needs the right to regroup at
+// that moment and a database that answers; otherwise the operator is told why not. Nodes are held by their
+// keys, since boxes and reloads may come between command and answer.
 class RegroupCommands {
 public:
     RegroupCommands(const TalkgroupServices& services, TalkgroupModel& model);
@@ -38,12 +41,18 @@ public:
     void CancelRegroup();
     void CancelUngroup();
 
+    // Another operator has logged on: what became of the last command is not shown any more.
+    void ForgetOutcome();
+
     // Marks the node of the pending request again after a reload.
     void MarkPending();
 
 private:
     bool IsPosition(quint8 pos);
-    bool Send(const QString& member, quint8 pos, const QString& group);
+    void Send(const RegroupRequest& request, const QString& group);
+    bool SendUnderRequest(const RequestedChange& change, const QString& member, const QString& group);
+    bool Attempt(const std::function<void()>& step);
+    void End();
     void Fill(const RegroupRequest& request);
     void Fill(const UngroupRequest& request);
     void ShowGroup(const QString& groupKey);
@@ -54,4 +63,5 @@ private:
     RegroupStore m_store;
     RegroupRequest m_regroup;
     UngroupRequest m_ungroup;
+    QString m_request; // under which the pending one may be stored
 };

@@ -1,14 +1,54 @@
 #include "mainwindow/RegroupStore.h"
 
 #include "core/DbSession.h"
-#include "dao/Database.h"
+#include "core/ProgramLog.h"
+#include "dao/Error.h"
+#include "dao/Workspace.h"
 #include "mainwindow/RegroupRequests.h"
+
+#include <QUuid>
+
+void RegroupStore::RequireRight()
+{
+    if (m_session.IsMemberOf(QLatin1String(dao::adminsGroup))) {
+        return;
+    }
+    const auto profiles = m_session.Database().OpenTable(QStringLiteral("user_profile"));
+    profiles->SetIndex(QStringLiteral("i_user"));
+    profiles->Seek(m_session.Workspace().UserName());
+    if (profiles->NoMatch() || !profiles->Field(QStringLiteral("allow_dr")).toBool()) {
+        throw dao::Error(dao::Kind::NotPermitted);
+    }
+}
+
+QString RegroupStore::Open(const RequestedChange& change)
+{
+    const QString request = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const auto query = m_session.Database().QueryDef(QStringLiteral("add_regroup_request"));
+    query->SetParameter(QStringLiteral("id"), request);
+    query->SetParameter(QStringLiteral("gi"), change.groupId);
+    query->SetParameter(QStringLiteral("mi"), change.memberId);
+    query->SetParameter(QStringLiteral("p"), change.pos);
+    query->Execute();
+    return request;
+}
+
+void RegroupStore::Close(const QString& request) noexcept
+{
+    if (request.isEmpty()) {
+        return;
+    }
+    try {
+        const auto query = m_session.Database().QueryDef(QStringLiteral("drop_regroup_request"));
+        query->SetParameter(QStringLiteral("id"), request);
+        query->Execute();
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("Regroup request: %1").arg(QString::fromUtf8(failure.what())));
+    }
+}
 
 bool RegroupStore::Store(const RegroupRequest& request)
 {
-    if (!request.pending) {
-        return false;
-    }
     const auto rows = m_session.Database().OpenTable(QStringLiteral("dynamic_regroup"));
     if (request.move) {
         rows->SetIndex(QStringLiteral("PrimaryKey"));
@@ -33,11 +73,8 @@ bool RegroupStore::Store(const RegroupRequest& request)
     return true;
 }
 
-bool RegroupStore::Store(const UngroupRequest& request)
+void RegroupStore::Store(const UngroupRequest& request)
 {
-    if (!request.pending) {
-        return false;
-    }
     const auto query = m_session.Database().QueryDef(request.wholeGroup ? QStringLiteral("ungroup")
                                                                         : QStringLiteral("ind_ungroup"));
     if (request.wholeGroup) {
@@ -47,5 +84,4 @@ bool RegroupStore::Store(const UngroupRequest& request)
     }
     query->SetParameter(QStringLiteral("p"), request.pos);
     query->Execute();
-    return true;
 }

@@ -16,7 +16,6 @@ struct TalkgroupModel::Node {
     QString text;
     QString tag;
     QString picture;
-    Outcome outcome = Outcome::None;
     Node* parent = nullptr;
     int row = 0; // among the children of its parent
     std::vector<std::unique_ptr<Node>> children;
@@ -70,7 +69,6 @@ void TalkgroupModel::ReplaceDynamic(const std::vector<TalkgroupRow>& groups,
 {
     Node& root = *m_top->children[1];
     RemoveChildrenOf(root);
-    m_withOutcome.clear();
     m_byKey.reserve(static_cast<qsizetype>(groups.size() + members.size() + m_top->children.size()));
     if (groups.empty()) {
         return;
@@ -124,18 +122,17 @@ void TalkgroupModel::SetPicture(const QString& key, const QString& picture)
 
 void TalkgroupModel::SetOutcome(const QString& key, Outcome outcome)
 {
-    if (Node* node = FindNode(key)) {
-        node->outcome = outcome;
-        m_withOutcome.push_back(key);
+    m_outcomes.insert(key, outcome);
+    if (const Node* node = FindNode(key)) {
         Tell(*node);
     }
 }
 
 void TalkgroupModel::ClearOutcomes()
 {
-    for (const QString& key : std::exchange(m_withOutcome, {})) {
-        if (Node* node = FindNode(key)) {
-            node->outcome = Outcome::None;
+    const auto outcomes = std::exchange(m_outcomes, {});
+    for (auto outcome = outcomes.cbegin(); outcome != outcomes.cend(); ++outcome) {
+        if (const Node* node = FindNode(outcome.key())) {
             Tell(*node);
         }
     }
@@ -246,7 +243,7 @@ QVariant TalkgroupModel::data(const QModelIndex& index, int role) const
     case PictureRole:
         return node.picture;
     case OutcomeRole:
-        return static_cast<int>(node.outcome);
+        return static_cast<int>(m_outcomes.value(node.key, Outcome::None));
     default:
         return {};
     }
@@ -342,7 +339,7 @@ QString TalkgroupModel::StateText(const Node& node) const
     if (node.picture == QLatin1String(PendingPicture)) {
         return m_strings.LoadString(MainText::AwaitsAnswer);
     }
-    switch (node.outcome) {
+    switch (m_outcomes.value(node.key, Outcome::None)) {
     case Outcome::Done:
         return m_strings.LoadString(MainText::OutcomeDone);
     case Outcome::NotDone:

@@ -56,6 +56,7 @@ public:
     QModelIndex FindPlace(const QString& place) const;
 
     void SetPicture(const QString& key, const QString& picture);
+    // Outlasts every reload, also one in which the node is not shown.
     void SetOutcome(const QString& key, Outcome outcome);
     void ClearOutcomes();
 
@@ -92,7 +93,7 @@ private:
     const IStringSource& m_strings;
     std::unique_ptr<Node> m_top; // invisible; its children are the roots
     QHash<QString, Node*> m_byKey;
-    QHash<QString, Node*> m_static;     // by their places
-    std::vector<QString> m_withOutcome; // keys
+    QHash<QString, Node*> m_static; // by their places
+    QHash<QString, Outcome> m_outcomes;
     mutable QHash<QString, QIcon> m_icons;
 };

@@ -114,5 +114,6 @@ constexpr int CallBack = 5841;
 constexpr int ScadaReported = 5870;
 constexpr int ScadaNotReported = 5871;
 constexpr int ScadaNoUnit = 5872;
+constexpr int MayNotRegroup = 5850;
 
 } // namespace MainText

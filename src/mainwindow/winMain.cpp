@@ -198,7 +198,7 @@ void winMain::changeEvent(QEvent* event)
         LayoutPanes();
     }
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_session.LoggedOn) {
-        m_services.session.Changes().MayHaveChanged();
+        Attempt([this] { m_services.session.Changes().MayHaveChanged(); });
     }
 }
 
@@ -349,11 +349,12 @@ void winMain::Unload()
 }
 
 // Runs a step whose failure must not stop the others; the operator is told in the status bar, the log file
-// always.
-void winMain::Attempt(const std::function<void()>& step, bool tell)
+// always. Whether it succeeded.
+bool winMain::Attempt(const std::function<void()>& step, bool tell)
 {
     try {
         step();
+        return true;
     } catch (const std::exception& failure) {
         const QString description = DescribeError(failure, m_services.strings);
         ProgramLog::Write(description);
@@ -362,6 +363,7 @@ void winMain::Attempt(const std::function<void()>& step, bool tell)
         } else if (tell) {
             m_startProblems.append(description);
         }
+        return false;
     }
 }
 

@@ -128,7 +128,7 @@ private:
     bool AskExit();
     void Exit();
     void Unload();
-    void Attempt(const std::function<void()>& step, bool tell = true);
+    bool Attempt(const std::function<void()>& step, bool tell = true);
     QString Text(int id) const;
 
     // ILogonView

@@ -341,6 +341,7 @@ void winMain::LoadTalkgroupCaptions()
 void winMain::LoadLists()
 {
     Attempt([this] { LoadStati(); });
+    picGroups->Commands().ForgetOutcome();
     ReloadGrps();
     ReloadInds();
     picScada->ShowUnit();

@@ -270,21 +270,28 @@ void winMain::ConnectDatabase()
 }
 
 // What another console has changed; an empty name: nobody knows what. The operator's selection and what is
-// being typed stay.
+// being typed stay. What could not be read is due again when the window is activated.
 void winMain::ReloadChanged(const QString& table)
 {
     if (!m_session.LoggedOn) {
         return;
     }
     const auto changed = [&](const char* name) { return table.isEmpty() || table == QLatin1String(name); };
+    bool read = true;
     if (changed("address") || changed("dynamic_regroup")) {
-        Attempt([this] { picGroups->ReloadQuietly(); });
+        read = Attempt([this] { picGroups->ReloadQuietly(); });
     }
     if (changed("address") || changed("kyn_registry")) { // which says whether the duty state counts
-        Attempt([this] { picIndividuals->ReloadQuietly(); });
+        read = Attempt([this] { picIndividuals->ReloadQuietly(); }) && read;
     }
     if (changed("status")) {
-        Attempt([this] { picSend->ReplaceStati(ReadStati(m_services.session, m_services.statusTexts)); });
+        read = Attempt([this] {
+                   picSend->ReplaceStati(ReadStati(m_services.session, m_services.statusTexts));
+               }) &&
+               read;
+    }
+    if (!read) {
+        m_services.session.Changes().KeepUnread(table);
     }
     if (changed("fleet") || changed("kyn_registry")) {
         ReloadNumbering();

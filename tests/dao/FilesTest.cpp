@@ -27,11 +27,19 @@ protected:
         EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
         return file.readAll();
     }
-    // Runs SQL on a file without this program's help; checks nothing, as damage is what the tests are after.
+    // Runs SQL on a file without this program's help but its folding, which the indexes need; checks nothing,
+    // as damage is what the tests are after.
     static void Tamper(const QString& path, const char* sql)
     {
         sqlite3* handle = nullptr;
         sqlite3_open(path.toUtf8().constData(), &handle);
+        const auto fold = [](sqlite3_context* context, int, sqlite3_value** values) {
+            const QByteArray folded =
+                QByteArray(reinterpret_cast<const char*>(sqlite3_value_text(values[0]))).toLower();
+            sqlite3_result_text(context, folded.constData(), -1, SQLITE_TRANSIENT);
+        };
+        sqlite3_create_function(handle, "kyn_fold", 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC, nullptr, fold,
+                                nullptr, nullptr);
         sqlite3_exec(handle, sql, nullptr, nullptr, nullptr);
         sqlite3_close(handle);
     }
@@ -192,6 +200,63 @@ TEST_F(FilesTest, CreationLeavesBothFilesOrNone)
     EXPECT_EQ(Read(in("taken.kynw")), "mine");
 }
 
+// What the lists show, by others, and nothing else: no log records, nothing of its own, nothing that was
+// undone.
+TEST_F(FilesTest, TablesThatOthersChangedAreKnown)
+{
+    m_workspace = Open();
+    const auto other = Open();
+    const auto later = Open();
+    struct Case {
+        const char* name;
+        std::function<void()> change;
+        QStringList tables;
+    };
+    const Case cases[] = {
+        {"entry", [&] { AddAddress("Unit21", "21"); }, {"address"}},
+        {"duty",
+         [&] {
+             Execute("update_duty_status", {{"cs", "Unit21"}, {"ds", true}});
+         },
+         {"address"}},
+        {"status", [&] { Add("status", {"status_code"}, {{5}}); }, {"status"}},
+        {"regrouping",
+         [&] {
+             Add("dynamic_regroup", {"group_id", "member_id", "pos"}, {{1, 1, 1}});
+         },
+         {"dynamic_regroup"}},
+        {"dissolved",
+         [&] {
+             Execute("ungroup", {{"gi", 1}, {"p", 1}});
+         },
+         {"dynamic_regroup"}},
+        {"setting", [&] { Add("kyn_registry", {"Key"}, {{"x"}}); }, {"kyn_registry"}},
+        {"account", [&] { AddOperator(); }, {"account", "membership", "user_profile"}},
+        {"account deleted", [&] { m_workspace->Users().Delete("Olga"); }, {"account", "membership"}},
+        {"log record",
+         [&] {
+             Add("event", {"time_stamp", "event_type"}, {{m_now, 1}});
+         },
+         {}},
+        {"undone",
+         [&] {
+             m_workspace->BeginTrans();
+             AddAddress("Unit22", "22");
+             m_workspace->Rollback();
+         },
+         {}},
+    };
+    for (const Case& c : cases) {
+        c.change();
+        EXPECT_EQ(other->ChangedElsewhere(), c.tables) << c.name;
+        EXPECT_EQ(other->ChangedElsewhere(), QStringList()) << c.name;
+        EXPECT_EQ(m_workspace->ChangedElsewhere(), QStringList()) << c.name;
+    }
+    EXPECT_EQ(later->ChangedElsewhere(), QStringList({"account", "address", "dynamic_regroup", "kyn_registry",
+                                                      "membership", "status", "user_profile"}));
+    EXPECT_EQ(Open()->ChangedElsewhere(), QStringList()); // before its time
+}
+
 TEST(LocationTest, WorkgroupFileStandsBesideTheDatabase)
 {
     const QStringList cases[] = {
@@ -296,6 +361,9 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
         {"drop table fleet", "", {textCheckTableMissing, textCheckIndexMissing, textCheckIndexMissing}},
         {"drop index MemberPos", "", {textCheckIndexMissing}},
         {"drop trigger event_no_delete", "", {textCheckAppendable}},
+        {"drop trigger status_update_counted",
+         "drop trigger membership_insert_counted",
+         {textCheckNotCounted, textCheckNotCounted}},
         {"delete from stored_query where name='ungroup'", "", {textCheckQueryMissing}},
         {"update stored_query set sql='select x from address' where name='ungroup'",
          "",

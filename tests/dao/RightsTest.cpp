@@ -153,3 +153,92 @@ TEST_F(RightsTest, OperatorsStoreTheirOwnWorkOnly)
         }
     }
 }
+
+// A regroup command is written with the right to, and its owner may store what it asked for, and nothing
+// else, when right and account are gone before the radio confirms.
+TEST_F(RightsTest, WhatWasRequestedWithTheRightIsStoredWithoutIt)
+{
+    const qlonglong unit = IdOf("Unit20");
+    const qlonglong group = IdOf("Group1");
+    AddAddress("Unit21", "200200121");
+    const qlonglong other = IdOf("Unit21");
+    const auto request = [&](int number, qlonglong gi, qlonglong mi, int pos) {
+        Run(*m_olga, "add_regroup_request",
+            {{"id", QStringLiteral("00000000-0000-0000-0000-00000000000%1").arg(number)},
+             {"gi", gi},
+             {"mi", mi},
+             {"p", pos}});
+    };
+    const auto end = [&](Workspace& w, int number) {
+        Run(w, "drop_regroup_request",
+            {{"id", QStringLiteral("00000000-0000-0000-0000-00000000000%1").arg(number)}});
+    };
+    const auto store = [&](qlonglong gi, qlonglong mi, int pos) {
+        return KindOf([&] {
+            AddTo(*m_olga, "dynamic_regroup", {{"group_id", gi}, {"member_id", mi}, {"pos", pos}});
+        });
+    };
+    const auto change = [&](const char* query, const char* who, qlonglong id, int pos) {
+        return KindOf([&] { Run(*m_olga, query, {{who, id}, {"p", pos}}); });
+    };
+    const auto rows = [&] {
+        return Sql("select * from dynamic_regroup order by member_id, pos", "member_id pos");
+    };
+    EXPECT_EQ(KindOf([&] { request(1, group, unit, 1); }), Kind::NotPermitted);
+
+    Run(*m_workspace, "change_user_profile", {{"id", 2}, {"cs", ""}, {"dr", true}});
+    request(1, group, unit, 1);
+    request(2, 0, unit, 2);
+    request(3, group, 0, 3);
+    Add("dynamic_regroup", {"group_id", "member_id", "pos"},
+        {{group, unit, 2}, {group, other, 2}, {group, unit, 3}, {group, other, 4}});
+    AddOperator("Ivan");
+    const auto ivan = Open("Ivan", "pw");
+    EXPECT_EQ(KindOf([&] { end(*ivan, 1); }), Kind::NotPermitted); // another one's
+    m_workspace->BeginTrans();
+    Run(*m_workspace, "drop_user_profile", {{"id", 2}});
+    m_workspace->Users().Delete("Olga");
+    m_workspace->CommitTrans();
+    EXPECT_EQ(KindOf([&] { Open("Olga", "pw"); }), Kind::WrongPassword);
+
+    EXPECT_EQ(store(group, other, 1), Kind::NotPermitted);
+    EXPECT_EQ(store(group, unit, 5), Kind::NotPermitted);
+    EXPECT_EQ(change("ind_ungroup", "mi", other, 2), Kind::NotPermitted);
+    EXPECT_EQ(change("ungroup", "gi", group, 4), Kind::NotPermitted);
+    EXPECT_EQ(KindOf([&] { // another one's membership made into what was requested
+                  const auto records = m_olga->Database().OpenTable("dynamic_regroup");
+                  records->SeekKey({group, other, 2});
+                  records->Edit();
+                  records->SetField("member_id", unit);
+                  records->SetField("pos", 1);
+                  records->Update();
+              }),
+              Kind::NotPermitted);
+    EXPECT_EQ(store(group, unit, 1), std::nullopt);
+    EXPECT_EQ(change("ind_ungroup", "mi", unit, 2), std::nullopt);
+    EXPECT_EQ(change("ungroup", "gi", group, 3), std::nullopt);
+    const QString first = QString::number(unit) + "|1";
+    const QString second = QString::number(other);
+    EXPECT_EQ(rows(), QStringList({first, second + "|2", second + "|4"}));
+
+    if (!OnServer()) { // whose clock goes on by itself
+        Add("dynamic_regroup", {"group_id", "member_id", "pos"}, {{group, unit, 3}});
+        m_now = m_now.addSecs(3601);
+        EXPECT_EQ(change("ungroup", "gi", group, 3), Kind::NotPermitted);
+        m_now = m_now.addSecs(-3601);
+        EXPECT_EQ(change("ungroup", "gi", group, 3), std::nullopt);
+    }
+    // It ends with the command, and with it the last that the account may do.
+    EXPECT_EQ(KindOf([&] { request(4, group, unit, 6); }), Kind::NotPermitted);
+    for (int number : {1, 2, 3})
+        EXPECT_EQ(KindOf([&] { end(*m_olga, number); }), std::nullopt);
+    EXPECT_EQ(change("ungroup", "gi", group, 1), Kind::NotPermitted);
+    EXPECT_EQ(rows().size(), 3);
+    // Whoever gets the name later inherits nothing.
+    EXPECT_EQ(KindOf([&] { AddOperator("Olga"); }), std::nullopt);
+    EXPECT_EQ(KindOf([&] {
+                  AddTo(*Open("Olga", "pw"), "dynamic_regroup",
+                        {{"group_id", group}, {"member_id", unit}, {"pos", 3}});
+              }),
+              Kind::NotPermitted);
+}

@@ -76,6 +76,17 @@ TEST_F(ServerTest, EachRoleDoesItsOwnWorkAndNothingElse)
         {"INSERT INTO dynamic_regroup VALUES (2, 1, 3) ON CONFLICT DO NOTHING", done, refused, done},
         {"UPDATE dynamic_regroup SET pos = 4 WHERE group_id = 2", done, refused, done},
         {"DELETE FROM dynamic_regroup", done, refused, done},
+        {"INSERT INTO regroup_request (request_id, group_id, member_id, pos) "
+         "VALUES (gen_random_uuid(), 2, 1, 3)",
+         done, refused, done},
+        {"INSERT INTO regroup_request (request_id, role_name, group_id, pos) "
+         "VALUES (gen_random_uuid(), '{db}.ivan', 2, 3)",
+         denied, denied, denied},
+        {"UPDATE regroup_request SET time_stamp = now()", denied, denied, denied},
+        {"DELETE FROM regroup_request WHERE role_name = '{db}.olga'", done, done, done},
+        {"INSERT INTO regroup_request (request_id, group_id, pos) VALUES (gen_random_uuid(), 2, 3)", done,
+         refused, done},
+        {"DELETE FROM regroup_request", refused, refused, done},
         {"UPDATE user_profile SET logged_on = true WHERE \"UserName\" = kyn_user()", done, done, done},
 
         {"UPDATE user_profile SET logged_on = true", refused, refused, done},
@@ -380,7 +391,7 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
          {textCheckNoProfile, textCheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
-         "UPDATE file_info SET value = '1' WHERE name = 'schema_version'",
+         "UPDATE file_info SET value = '2' WHERE name = 'schema_version'",
          {textCheckServerOlder}},
     };
     for (const Case& c : cases) {

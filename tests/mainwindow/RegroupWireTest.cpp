@@ -111,6 +111,17 @@ void ExpectRows(Stack& s, QStringList expected)
     EXPECT_FALSE(s.Shown(TalkgroupModel::PictureRole).contains(QLatin1String(TalkgroupModel::PendingPicture)));
 }
 
+// One sign in the tree, and no reload takes it away.
+void ExpectOutcome(Stack& s, Outcome outcome)
+{
+    for (int reload = 0; reload < 2; ++reload) {
+        QStringList signs = s.Shown(OutcomeRole);
+        signs.removeAll(QString::number(static_cast<int>(Outcome::None)));
+        EXPECT_EQ(signs, QStringList(QString::number(static_cast<int>(outcome)))) << "reload " << reload;
+        s.Find<QAbstractButton>("tbMain_refresh").click();
+    }
+}
+
 class RegroupOverTheWire : public testing::TestWithParam<End> {};
 
 TEST_P(RegroupOverTheWire, IsStoredOnlyWhenConfirmedAndSoIsTheNext)
@@ -139,6 +150,7 @@ TEST_P(RegroupOverTheWire, IsStoredOnlyWhenConfirmedAndSoIsTheNext)
             if (end.stored)
                 command.apply(stack, first, rows);
             ExpectRows(stack, rows);
+            ExpectOutcome(stack, end.stored ? Outcome::Done : Outcome::NotDone);
 
             Behave(stack, "answers");
             stack.Run(2500); // what was cancelled is waited for no longer
@@ -146,6 +158,8 @@ TEST_P(RegroupOverTheWire, IsStoredOnlyWhenConfirmedAndSoIsTheNext)
             ASSERT_TRUE(stack.RunToEnd());
             next.apply(stack, second, rows);
             ExpectRows(stack, rows);
+            ExpectOutcome(stack, Outcome::Done);
+            EXPECT_TRUE(stack.session.Database().OpenSnapshot("regroup_request")->Eof());
             ASSERT_FALSE(testing::Test::HasFailure());
         }
     }

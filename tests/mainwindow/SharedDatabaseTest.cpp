@@ -74,6 +74,40 @@ TEST_F(SharedDatabase, WhatOthersChangeShowsAndTheOperatorsWorkStays)
     EXPECT_EQ(stack.Address().currentText(), "2002");
 }
 
+// Not at each activation: the sign of a regroup and the place in a list stay while nothing was changed elsewhere.
+TEST_F(SharedDatabase, FilesAreReadAgainOnlyWhenOthersChangedThem)
+{
+    if (TestServer::IsWanted())
+        GTEST_SKIP() << "a server tells";
+    int reads = 0;
+    QObject::connect(Tree().model(), &QAbstractItemModel::rowsInserted, [&] { ++reads; });
+    AddTalkgroup("Night", "200200900");
+    Tell();
+    EXPECT_NE(std::exchange(reads, 0), 0);
+    stack.AddEvent(stack.clock.Now(), 1, "x", "A", "B");
+    const auto log = other->Database().OpenTable("event", true);
+    log->AddNew();
+    log->SetField("time_stamp", stack.clock.Now());
+    log->SetField("event_type", 1);
+    log->Update();
+    stack.AddRow("address", {{"callsign", "Own"}, {"IDENT", "200200902"}, {"Type", 2}});
+    Tell();
+    EXPECT_EQ(reads, 0);
+
+    // What cannot be read is due until it could be.
+    AddTalkgroup("Alarm", "200200901");
+    int uses = 0;
+    stack.session.onUse = [&] {
+        if (++uses > 1) // the look itself
+            throw Error(ErrorCode::General, "locked");
+    };
+    Tell();
+    stack.session.onUse = nullptr;
+    EXPECT_FALSE(Group("Alarm").isValid());
+    Tell();
+    EXPECT_TRUE(Group("Alarm").isValid());
+}
+
 class ServerStrip : public SharedDatabase {};
 
 TEST_F(ServerStrip, TellsThatTheServerIsAwayAndWhatWaits)

@@ -1,8 +1,10 @@
 // The talkgroup tree: what it shows, what the selection allows, dragging, and what the database refuses.
 
 #include "RegroupStack.h"
+#include "core/AccountChanges.h"
 #include "mainwindow/MemberDrag.h"
 #include "mainwindow/TalkgroupTree.h"
+#include "mainwindow/TextIds.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -281,6 +283,62 @@ TEST(Talkgroups, TellWhatCannotBeStored)
     stack.prompt.ExpectWarning(QStringLiteral("The group has no position in which a radio could hold it. Please enter "
                                               "a position from 1 to 16 in the address directory."));
     stack.Trigger("miUngroup");
+}
+
+// The right counts when the command is given: one that was taken away since the logon sends nothing, and one taken away before the
+// radio's confirmation keeps nothing from being stored.
+TEST(Talkgroups, TheRightIsLookedUpWhenTheCommandIsGiven)
+{
+    RegroupStack stack;
+    AddAccount(stack.session.Workspace(), {QStringLiteral("Zoe"), QStringLiteral("PID"), QStringLiteral("pw"),
+                                           QStringLiteral("Zulu"), QStringLiteral("Admins"), false});
+    const auto zoe = stack.database.Open(QStringLiteral("Zoe"), QStringLiteral("pw"));
+    zoe->Users().Item(QStringLiteral("admin"))->Groups().Delete(QLatin1String(dao::adminsGroup));
+    const auto change = [&](bool allow) {
+        ChangeAccount(*zoe, {*stack.profile.Marker(), QStringLiteral("admin"), QString(), {}, {}, allow});
+    };
+    const auto key = [&](const char* group) { return stack.MemberKey(QLatin1String(group), QStringLiteral("Unit20")); };
+    const auto drag = [&](const char* from, const char* to) {
+        stack.Drag(key(from), stack.GroupKey(QLatin1String(to)));
+    };
+    drag("Alpha", "Delta");
+    ASSERT_EQ(stack.executive.TransactionKind(), TransactionKind::Regroup);
+    change(false);
+    ASSERT_TRUE(stack.RunToEnd());
+    EXPECT_TRUE(stack.Rows().contains(key("Delta")));
+
+    const unsigned sent = stack.executive.LastTransaction();
+    const auto isRefused = [&](const QString& sentence, const std::function<void()>& command) {
+        stack.prompt.ExpectWarning(sentence);
+        command();
+        stack.prompt.Finish();
+        EXPECT_EQ(stack.executive.LastTransaction(), sent);
+        EXPECT_EQ(stack.executive.TransactionKind(), TransactionKind::None);
+        EXPECT_FALSE(stack.Shown(TalkgroupModel::PictureRole).contains(QLatin1String("pending")));
+    };
+    stack.Select(key("Delta"));
+    const QString mayNot = stack.Text(MainText::MayNotRegroup);
+    isRefused(mayNot, [&] { drag("Delta", "Alpha"); });
+    for (const char* command : {"miUngroup", "miRegroup", "miSetGroupName"})
+        isRefused(mayNot, [&] { stack.Trigger(command); });
+    change(true);
+    const dao::Error away(dao::Kind::ServerAway, {QStringLiteral("server"), QStringLiteral("down")});
+    stack.session.onUse = [&] { throw away; };
+    isRefused(DescribeError(away, stack.strings), [&] { stack.Trigger("miUngroup"); });
+    stack.session.onUse = nullptr;
+
+    const QString alpha = key("Alpha");
+    drag("Delta", "Alpha");
+    DeleteAccount(*zoe, *stack.profile.Marker(), QStringLiteral("admin"));
+    if (TestServer::IsWanted()) // at the logoff; files let it pass
+        stack.prompt.ExpectQuestion(stack.Text(2061), false);
+    ASSERT_TRUE(stack.RunToEnd());
+    EXPECT_EQ(stack.Model().Find(alpha).data(OutcomeRole).toInt(), static_cast<int>(Outcome::Done));
+    const MemberKeyParts parts = PartsOfMemberKey(alpha);
+    const auto rows = zoe->Database().OpenTable(QStringLiteral("dynamic_regroup"));
+    rows->Seek(parts.groupId, parts.memberId, parts.pos);
+    EXPECT_FALSE(rows->NoMatch());
+    EXPECT_TRUE(zoe->Database().OpenSnapshot(QStringLiteral("regroup_request"))->Eof());
 }
 
 TEST(Talkgroups, AMemberIsMovedAgainAndReplacedAtItsPosition)

@@ -117,10 +117,14 @@ public:
         m_workspace = m_database.Open(logonName, logonPassword, m_options);
         m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
                             [this](bool away) { m_changes.SetAway(away); }});
-        m_changes.Open(TestServer::IsWanted());
+        m_changes.Open([this] { return Workspace().ChangedElsewhere(); });
     }
     DatabaseChanges& Changes() override { return m_changes; }
-    void Logoff() override { m_workspace.reset(); }
+    void Logoff() override
+    {
+        m_workspace.reset();
+        m_changes.Close();
+    }
     bool IsOpen() const override { return m_workspace != nullptr; }
     QString SelectWorkgroupFile() override { return {}; }
     QString SelectDatabaseFile() override { return {}; }

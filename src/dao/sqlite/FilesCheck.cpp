@@ -82,11 +82,22 @@ private:
                     if (type == "table")
                         Add(Severity::Error, textCheckTableMissing, {name});
                     else if (type == "trigger")
-                        Add(Severity::Error, textCheckAppendable, {name});
+                        AddMissingTrigger(schema, row[2].toString(), name);
                     else
                         Add(Severity::Error, textCheckIndexMissing, {row[2].toString(), name});
                     m_complete = m_complete && type != "table";
                 });
+    }
+
+    // Those of a missing table are not worth a word of their own.
+    void AddMissingTrigger(const QString& schema, const QString& table, const QString& trigger)
+    {
+        const QVariant tableIsThere = m_files.connection->Value(
+            "SELECT 1 FROM " + schema + ".sqlite_schema WHERE type='table' AND name=?", {table});
+        if (table == "event")
+            Add(Severity::Error, textCheckAppendable, {trigger});
+        else if (tableIsThere.isValid())
+            Add(Severity::Error, textCheckNotCounted, {table, trigger});
     }
 
     void CompareQueries(Connection& reference)

@@ -15,11 +15,21 @@ constexpr auto mayNotRegroup =
 struct Rule {
     const char* table;
     const char* change;
-    const char* when;
+    QString when;
 };
 
+// Without the right to regroup, and with no command of the session's own that awaits the radio's answer and
+// covers the row: `covers` compares it with r.
+QString MayNotStoreRegrouping(const char* covers)
+{
+    return QString("%1 AND NOT EXISTS (SELECT 1 FROM main.regroup_request AS r "
+                   "WHERE kyn_fold(r.\"UserName\") = kyn_fold(kyn_user()) "
+                   "AND r.time_stamp > kyn_now() - 3600000 AND r.pos = %2)")
+        .arg(mayNotRegroup, covers);
+}
+
 // Adding, changing and deleting in the other tables is permitted.
-constexpr Rule rules[] = {
+const Rule rules[] = {
     {"address", "INSERT", notAdministrator},
     {"address", R"(UPDATE OF address_id, callsign, "IDENT", dynamic, note, "Type", "Name", default_pos)",
      notAdministrator},
@@ -30,9 +40,19 @@ constexpr Rule rules[] = {
      "kyn_fold(OLD.\"UserName\") <> kyn_fold(kyn_user()) "
      "AND NOT (SELECT administrator FROM temp.session_right)"},
     {"user_profile", "DELETE", notAdministrator},
-    {"dynamic_regroup", "INSERT", mayNotRegroup},
-    {"dynamic_regroup", "UPDATE", mayNotRegroup},
-    {"dynamic_regroup", "DELETE", mayNotRegroup},
+    {"dynamic_regroup", "INSERT",
+     MayNotStoreRegrouping("NEW.pos AND r.group_id = NEW.group_id AND r.member_id = NEW.member_id")},
+    {"dynamic_regroup", "UPDATE",
+     MayNotStoreRegrouping("NEW.pos AND r.group_id = NEW.group_id AND r.member_id = NEW.member_id "
+                           "AND OLD.pos = NEW.pos AND OLD.member_id = NEW.member_id")},
+    {"dynamic_regroup", "DELETE",
+     MayNotStoreRegrouping("OLD.pos AND ((r.group_id IS NULL AND r.member_id = OLD.member_id) "
+                           "OR (r.member_id IS NULL AND r.group_id = OLD.group_id))")},
+    {"regroup_request", "INSERT",
+     QString("(%1) OR kyn_fold(NEW.\"UserName\") <> kyn_fold(kyn_user())").arg(mayNotRegroup)},
+    {"regroup_request", "UPDATE", "1"},
+    {"regroup_request", "DELETE",
+     QString("kyn_fold(OLD.\"UserName\") <> kyn_fold(kyn_user()) AND %1").arg(notAdministrator)},
 };
 
 // Tables that only administrators change.

@@ -111,7 +111,8 @@ SqliteWorkspace::SqliteWorkspace(std::shared_ptr<Session> session)
     : m_session(std::move(session)),
       m_database(std::make_shared<EngineDatabase>(m_session->connection)),
       m_users(m_session),
-      m_groups(m_session)
+      m_groups(m_session),
+      m_changes(*m_session->connection)
 {
 }
 

@@ -3,6 +3,7 @@
 #include "dao/EngineDatabase.h"
 #include "dao/Workspace.h"
 #include "dao/sqlite/Accounts.h"
+#include "dao/sqlite/ChangeCounter.h"
 #include "dao/sqlite/Files.h"
 
 namespace dao::sqlite {
@@ -23,6 +24,7 @@ public:
     void BeginTrans() override { m_session->connection->Begin(); }
     void CommitTrans() override { m_session->connection->Commit(); }
     void Rollback() override { m_session->connection->Rollback(); }
+    QStringList ChangedElsewhere() override { return m_changes.ChangedElsewhere(); }
     void Close() noexcept override { m_session->connection->Close(); }
 
 private:
@@ -32,6 +34,7 @@ private:
     std::shared_ptr<EngineDatabase> m_database;
     SqliteUserList m_users;
     WorkgroupGroups m_groups;
+    ChangeCounter m_changes;
 };
 
 struct AttachedFiles {
