@@ -33,10 +33,9 @@ Command ParseText(Words& words, const Scenario&)
     return Action(action);
 }
 
-Command ParseCall(Words& words, const Scenario&)
+// What is said of any call, in any order.
+void ParseCallWords(Words& words, CallAction& action)
 {
-    CallAction action;
-    action.from = words.Sender();
     std::optional<bool> rings;
     while (!words.AtEnd()) {
         const std::string word(words.Next(""));
@@ -50,24 +49,35 @@ Command ParseCall(Words& words, const Scenario&)
             action.scope = CallScope::SystemWide;
         else if (word == "data")
             action.data = true;
+        else if (word == "for")
+            action.hangUpAfter = words.Seconds("the number of seconds");
         else
             throw CommandProblem{"\"" + word +
-                                 "\" is none of ring, connected, emergency, group, system, data"};
+                                 "\" is none of ring, connected, emergency, group, system, data, for"};
     }
     action.rings = rings.value_or(action.scope == CallScope::Individual);
+}
+
+Command ParseCall(Words& words, const Scenario&)
+{
+    CallAction action;
+    action.from = words.Sender();
+    ParseCallWords(words, action);
     return Action(action);
 }
 
 template <std::uint16_t ident> Command ParseTelephoneCall(Words& words, const Scenario& scenario)
 {
     // MAP27 does not tell the caller's number, so the digits are for the reader of the command only.
-    if (!words.AtEnd()) {
-        const std::string digits(words.Next("the number"));
+    if (const std::string_view digits = words.Peek();
+        !words.AtEnd() && map27::PackDigits(digits.substr(0, 1))) {
         if (!map27::PackDigits(digits))
-            throw CommandProblem{"\"" + digits + "\" is no telephone number"};
+            throw CommandProblem{"\"" + std::string(digits) + "\" is no telephone number"};
+        words.Next("");
     }
     CallAction action;
     action.from = {scenario.radio.address.prefix, ident};
+    ParseCallWords(words, action);
     return Action(action);
 }
 
@@ -170,8 +180,11 @@ Command ParseSilent(Words& words, const Scenario&)
     if (word != "on" && word != "off")
         throw CommandProblem{"silent is on or off, not \"" + word + '"'};
     SilenceAction action{word == "on", {}};
-    if (action.silent && !words.AtEnd())
-        action.duration = std::chrono::seconds(words.Number("the seconds", 1, 86400));
+    if (action.silent && !words.AtEnd()) {
+        action.duration = words.Seconds("the number of seconds");
+        if (action.duration == Milliseconds(0))
+            throw CommandProblem{"the number of seconds must be more than 0"};
+    }
     return Action(action);
 }
 
@@ -191,6 +204,8 @@ Command ParseStorm(Words& words, const Scenario&)
     StormAction action;
     if (!words.AtEnd())
         action.count = words.Number("the number of messages", 1, mostAtOnce);
+    if (!words.AtEnd())
+        action.texts = words.Real("the share of texts", 1);
     return Action(action);
 }
 
@@ -209,12 +224,12 @@ struct CommandKind {
 constexpr std::array kinds{
     CommandKind{"status", ParseStatus, "FROM CODE", "a status 0..31 arrives"},
     CommandKind{"text", ParseText, "FROM [7|8] TEXT", "a text arrives, in 7-bit or 8-bit characters (7)"},
-    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data]",
+    CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data] [for S]",
                 "a call comes in"},
-    CommandKind{"pstn-call", ParseTelephoneCall<map27::Ident::Pstn>, "[DIGITS]",
-                "a call from the public telephone"},
-    CommandKind{"pabx-call", ParseTelephoneCall<map27::Ident::Pabx>, "[DIGITS]",
-                "a call from the private exchange"},
+    CommandKind{"pstn-call", ParseTelephoneCall<map27::Ident::Pstn>,
+                "[DIGITS] [ring|connected] [emergency] [data] [for S]", "a call from the public telephone"},
+    CommandKind{"pabx-call", ParseTelephoneCall<map27::Ident::Pabx>,
+                "[DIGITS] [ring|connected] [emergency] [data] [for S]", "a call from the private exchange"},
     CommandKind{"hangup", ParseHangUp, "", "the other side hangs up or stops ringing"},
     CommandKind{"contact", ParseContact, "lost|found", "radio contact"},
     CommandKind{"field", ParseField, "N", "field strength 0..255, no longer wandering"},
@@ -225,7 +240,8 @@ constexpr std::array kinds{
     CommandKind{"numbering", ParseNumbering, "PREFIX/IDENT [units BASE MAX DIGITS] [groups BASE MAX DIGITS]",
                 "the radio's own number and ranges"},
     CommandKind{"restart", ParseRestart, "", "the radio is switched off and on"},
-    CommandKind{"storm", ParseStorm, "[COUNT]", "many messages at once (500)"},
+    CommandKind{"storm", ParseStorm, "[COUNT [TEXTS]]",
+                "many messages at once (500), TEXTS of them (0.2) as texts, the rest as statuses"},
     CommandKind{"fault", ParseFault, "NAME [VALUE|off]", "a fault on purpose from now on"},
     CommandKind{"silent", ParseSilent, "on [SECONDS]|off", "nothing gets through the line"},
     CommandKind{"state", ParsePlain<StateCommand>, "", "link, contact, hook, call and message of the radio"},
@@ -265,7 +281,8 @@ std::string CommandHelp()
     }
     for (const FaultDescription& fault : faultDescriptions)
         help += "  fault " + std::string(fault.word) + ": " + std::string(fault.meaning) + '\n';
-    help += "FROM is a name of the fleet or prefix/ident. Behaviours: " + BehaviourWords() + ".\n";
+    help += "FROM is a name of the fleet or prefix/ident; after S seconds the caller hangs up. Behaviours: " +
+            BehaviourWords() + ".\n";
     return help;
 }
 

@@ -1,14 +1,16 @@
 #include "simulator/script/CommandWords.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace sim {
 
 namespace {
 
 constexpr std::string_view blanks = " \t";
+constexpr double longestSeconds = 86400;
 
-}
+} // namespace
 
 std::string_view Words::Peek() const
 {
@@ -43,6 +45,22 @@ int Words::Number(const char* what, int lowest, int highest)
         throw CommandProblem{std::string(what) + " must be " + std::to_string(lowest) + " to " +
                              std::to_string(highest) + ", not \"" + word + '"'};
     return value;
+}
+
+double Words::Real(const char* what, double highest)
+{
+    const std::string word(Next(what));
+    double value = 0;
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value);
+    if (error != std::errc{} || end != word.data() + word.size() || !(value >= 0 && value <= highest))
+        throw CommandProblem{std::string(what) + " must be 0 to " +
+                             std::to_string(static_cast<int>(highest)) + ", not \"" + word + '"'};
+    return value;
+}
+
+Milliseconds Words::Seconds(const char* what)
+{
+    return Milliseconds(std::llround(Real(what, longestSeconds) * 1000));
 }
 
 map27::Address Words::Sender()

@@ -20,6 +20,9 @@ public:
     std::string_view Next(const char* what);
     bool Skip(std::string_view word);
     int Number(const char* what, int lowest, int highest);
+    // Not only whole ones.
+    double Real(const char* what, double highest);
+    Milliseconds Seconds(const char* what);
     map27::Address Sender();
     // All that is left, but for the one blank after the word before.
     std::string Remainder();

@@ -1,7 +1,6 @@
 #include "simulator/script/EventReader.h"
 
-#include "simulator/script/NumberReader.h"
-#include "simulator/script/ReactionReader.h"
+#include "simulator/script/Command.h"
 
 #include <algorithm>
 #include <array>
@@ -12,202 +11,92 @@ namespace {
 
 constexpr double longestSeconds = 30.0 * 86400;
 
-map27::Address ReadSender(const JsonNode& event, const Fleet& fleet)
-{
-    const JsonNode from = event.Member("from");
-    const std::string text = from.Text();
-    const auto address = fleet.Resolve(text);
-    if (!address)
-        from.Fail("there is no \"" + text + "\" in the fleet, and it is no prefix/ident");
-    return *address;
-}
-
-Action ReadStatus(const JsonNode& event, const Scenario& scenario)
-{
-    event.RequireMembers({"at", "every", "do", "from", "code"});
-    return StatusAction{ReadSender(event, scenario.fleet),
-                        static_cast<std::uint8_t>(event.Member("code").Integer(0, 31))};
-}
-
-Action ReadText(const JsonNode& event, const Scenario& scenario)
-{
-    event.RequireMembers({"at", "every", "do", "from", "text", "bits"});
-    TextAction action{ReadSender(event, scenario.fleet), map27::TextCoding::SevenBit,
-                      event.Member("text").Text()};
-    if (const auto bits = event.Find("bits"))
-        action.coding = bits->Integer(7, 8) == 8 ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
-    return action;
-}
-
-CallScope ReadScope(const JsonNode& node)
-{
-    const std::string word = node.Text();
-    if (word == "group")
-        return CallScope::Group;
-    if (word == "system")
-        return CallScope::SystemWide;
-    if (word != "radio")
-        node.Fail("must be \"radio\", \"group\" or \"system\", not \"" + word + "\"");
-    return CallScope::Individual;
-}
-
-void ReadCallFields(const JsonNode& event, CallAction& action)
-{
-    if (const auto emergency = event.Find("emergency"))
-        action.emergency = emergency->Boolean();
-    if (const auto rings = event.Find("rings"))
-        action.rings = rings->Boolean();
-    if (const auto hangUp = event.Find("hangUpAfter"))
-        action.hangUpAfter = Milliseconds(hangUp->SecondsAsMilliseconds(86400));
-    if (const auto data = event.Find("data"))
-        action.data = data->Boolean();
-}
-
-Action ReadCall(const JsonNode& event, const Scenario& scenario)
-{
-    event.RequireMembers({"at", "every", "do", "from", "to", "emergency", "rings", "hangUpAfter", "data"});
-    CallAction action;
-    action.from = ReadSender(event, scenario.fleet);
-    if (const auto to = event.Find("to"))
-        action.scope = ReadScope(*to);
-    action.rings = action.scope == CallScope::Individual;
-    ReadCallFields(event, action);
-    return action;
-}
-
-template <std::uint16_t ident> Action ReadTelephoneCall(const JsonNode& event, const Scenario& scenario)
-{
-    event.RequireMembers({"at", "every", "do", "emergency", "rings", "hangUpAfter"});
-    CallAction action;
-    action.from = {scenario.radio.address.prefix, ident};
-    ReadCallFields(event, action);
-    return action;
-}
-
-Action ReadHangUp(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do"});
-    return HangUpAction{};
-}
-
-template <bool found> Action ReadContact(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do"});
-    return ContactAction{found};
-}
-
-Action ReadField(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "strength"});
-    return FieldAction{static_cast<std::uint8_t>(event.Member("strength").Integer(0, 255))};
-}
-
-Action ReadBehave(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "who", "service", "behaviour"});
-    BehaveAction action{event.Member("who").Text(), std::nullopt,
-                        Reaction::Of(ReadBehaviour(event.Member("behaviour")))};
-    if (const auto service = event.Find("service")) {
-        action.service = ServiceOfWord(service->Text());
-        if (!action.service)
-            service->Fail("must be \"status\", \"text\", \"call\" or \"regroup\", not \"" + service->Text() +
-                          "\"");
-    }
-    return action;
-}
-
-template <bool isControl> Action ReadSignal(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "who", "number", "is"});
-    const JsonNode is = event.Member("is");
-    const auto signal = SignalOfWord(is.Text());
-    if (!signal)
-        is.Fail("must be \"on\", \"off\" or \"unknown\", not \"" + is.Text() + "\"");
-    return SignalAction{event.Member("who").Text(), isControl,
-                        static_cast<std::uint8_t>(event.Member("number").Integer(0, 7)), *signal};
-}
-
-Action ReadNumbering(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "prefix", "ident", "units", "groups"});
-    NumberingAction action{ReadAddress(event), std::nullopt, std::nullopt};
-    if (const auto units = event.Find("units"))
-        action.units = ReadRange(*units);
-    if (const auto groups = event.Find("groups"))
-        action.groups = ReadRange(*groups);
-    return action;
-}
-
-Action ReadStorm(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "count", "texts"});
-    StormAction action;
-    if (const auto count = event.Find("count"))
-        action.count = count->Integer(1, 5000);
-    if (const auto texts = event.Find("texts"))
-        action.texts = texts->Number(0, 1);
-    return action;
-}
-
-Action ReadFault(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "name", "value"});
-    const JsonNode name = event.Member("name");
-    const FaultDescription* fault = FaultOfWord(name.Text());
-    if (!fault)
-        name.Fail("unknown fault \"" + name.Text() + "\"; there are " + FaultWords());
-    const auto value = event.Find("value");
-    return FaultAction{fault->kind, value ? value->Number(0, fault->highest) : fault->usual};
-}
-
-Action ReadSilence(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do", "seconds"});
-    return SilenceAction{true, Milliseconds(event.Member("seconds").SecondsAsMilliseconds(86400))};
-}
-
-Action ReadRestart(const JsonNode& event, const Scenario&)
-{
-    event.RequireMembers({"at", "every", "do"});
-    return RestartAction{};
-}
-
-struct EventKind {
+// An event as an object of named fields, which it was before it was a command line.
+struct FieldEvent {
     std::string_view word;
-    Action (*read)(const JsonNode&, const Scenario&);
+    std::string_view command;
+    std::array<const char*, 6> fields; // in the order of the command's words; the rest null
 };
 
-constexpr std::array kinds{
-    EventKind{"status", ReadStatus},
-    EventKind{"text", ReadText},
-    EventKind{"call", ReadCall},
-    EventKind{"pstn-call", ReadTelephoneCall<map27::Ident::Pstn>},
-    EventKind{"pabx-call", ReadTelephoneCall<map27::Ident::Pabx>},
-    EventKind{"hangup", ReadHangUp},
-    EventKind{"contact-lost", ReadContact<false>},
-    EventKind{"contact-found", ReadContact<true>},
-    EventKind{"field", ReadField},
-    EventKind{"behave", ReadBehave},
-    EventKind{"sensor", ReadSignal<false>},
-    EventKind{"control", ReadSignal<true>},
-    EventKind{"numbering", ReadNumbering},
-    EventKind{"storm", ReadStorm},
-    EventKind{"fault", ReadFault},
-    EventKind{"silence", ReadSilence},
-    EventKind{"restart", ReadRestart},
+constexpr std::array fieldEvents{
+    FieldEvent{"status", "status", {"from", "code"}},
+    FieldEvent{"text", "text", {"from", "bits", "text"}},
+    FieldEvent{"call", "call", {"from", "rings", "emergency", "to", "data", "hangUpAfter"}},
+    FieldEvent{"pstn-call", "pstn-call", {"rings", "emergency", "data", "hangUpAfter"}},
+    FieldEvent{"pabx-call", "pabx-call", {"rings", "emergency", "data", "hangUpAfter"}},
+    FieldEvent{"contact-lost", "contact lost", {}},
+    FieldEvent{"contact-found", "contact found", {}},
+    FieldEvent{"field", "field", {"strength"}},
+    FieldEvent{"behave", "behave", {"who", "service", "behaviour"}},
+    FieldEvent{"sensor", "sensor", {"who", "number", "is"}},
+    FieldEvent{"control", "control", {"who", "number", "is"}},
+    FieldEvent{"numbering", "numbering", {"ident", "units", "groups"}},
+    FieldEvent{"storm", "storm", {"count", "texts"}},
+    FieldEvent{"fault", "fault", {"name", "value"}},
+    FieldEvent{"silence", "silent on", {"seconds"}},
 };
 
-Action ReadAction(const JsonNode& event, const Scenario& scenario)
+std::string TextOf(const JsonNode& event, const char* field)
 {
-    const JsonNode what = event.Member("do");
-    const std::string word = what.Text();
-    const auto kind = std::ranges::find(kinds, word, &EventKind::word);
-    if (kind != kinds.end())
-        return kind->read(event, scenario);
-    std::string words;
-    for (const EventKind& known : kinds)
-        words += (words.empty() ? "" : ", ") + std::string(known.word);
-    what.Fail("unknown event \"" + word + "\"; there are " + words);
+    const auto node = event.Find(field);
+    return node ? node->AsWritten() : std::string{};
+}
+
+// The words of a command that say what the field said; empty when they are needless.
+std::string WordsOf(const JsonNode& event, std::string_view field)
+{
+    const std::string value = TextOf(event, field.data());
+    if (field == "rings")
+        return value == "true" ? "ring" : value == "false" ? "connected" : "";
+    if (field == "emergency" || field == "data")
+        return value == "true" ? std::string(field) : "";
+    if (field == "to")
+        return value == "radio" ? "" : value;
+    if (field == "hangUpAfter")
+        return value.empty() ? "" : "for " + value;
+    if (field == "ident")
+        return TextOf(event, "prefix") + '/' + value;
+    if (field == "count")
+        return value.empty() && event.Find("texts") ? std::to_string(StormAction{}.count) : value;
+    if (field == "bits") {
+        const std::string text = TextOf(event, "text");
+        return value.empty() && (text.starts_with("7 ") || text.starts_with("8 ")) ? "7" : value;
+    }
+    if (const auto range = event.Find(field.data()); range && range->IsObject())
+        return std::string(field) + ' ' + TextOf(*range, "base") + ' ' + TextOf(*range, "max") + ' ' +
+               TextOf(*range, "digits");
+    return value;
+}
+
+// Throws when the event is an object of fields, and shows the line that it should be.
+void RefuseFields(const JsonNode& event)
+{
+    const std::string word = event.Member("do").Text();
+    const auto known = std::ranges::find(fieldEvents, word, &FieldEvent::word);
+    if (known == fieldEvents.end())
+        return;
+    std::string line(known->command);
+    bool hasFields = line.substr(0, line.find(' ')) != word;
+    for (const char* field : known->fields) {
+        const std::string words = field ? WordsOf(event, field) : std::string{};
+        line += (words.empty() ? "" : " ") + words;
+        hasFields = hasFields || (field && event.Find(field));
+    }
+    if (hasFields)
+        event.Fail("an event is a line as of a command: \"do\": " + JsonNode::Quoted(line));
+}
+
+Action ReadAction(const JsonNode& node, const Scenario& scenario)
+{
+    const auto parsed = ParseCommand(node.Text(), scenario);
+    if (const auto* problem = std::get_if<CommandProblem>(&parsed))
+        node.Fail(problem->reason);
+    const auto* action = std::get_if<Action>(&std::get<Command>(parsed));
+    if (!action)
+        node.Fail("this is a question, and nobody would have the answer");
+    if (const std::string problem = CheckAction(*action, scenario.fleet); !problem.empty())
+        node.Fail(problem);
+    return *action;
 }
 
 } // namespace
@@ -216,6 +105,8 @@ TimedEvent ReadEvent(const JsonNode& node, const Scenario& scenario)
 {
     if (!node.IsObject())
         node.Fail("must be an object");
+    RefuseFields(node);
+    node.RequireMembers({"at", "every", "do"});
     TimedEvent event;
     event.at = Milliseconds(node.Member("at").SecondsAsMilliseconds(longestSeconds));
     if (const auto every = node.Find("every")) {
@@ -223,9 +114,7 @@ TimedEvent ReadEvent(const JsonNode& node, const Scenario& scenario)
         if (event.every < Milliseconds(100))
             every->Fail("must be 0.1 seconds or more");
     }
-    event.action = ReadAction(node, scenario);
-    if (const std::string problem = CheckAction(event.action, scenario.fleet); !problem.empty())
-        node.Fail(problem);
+    event.action = ReadAction(node.Member("do"), scenario);
     return event;
 }
 

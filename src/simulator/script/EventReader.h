@@ -5,7 +5,8 @@
 
 namespace sim {
 
-// One of a scenario's events; the names in it are those of the fleet read before.
+// One of a scenario's events: when it happens, and a command line that says what. The names in it are those
+// of the fleet read before.
 TimedEvent ReadEvent(const JsonNode& node, const Scenario& scenario);
 
 } // namespace sim

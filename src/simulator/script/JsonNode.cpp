@@ -131,18 +131,23 @@ double JsonNode::Number(double lowest, double highest) const
     return number;
 }
 
-bool JsonNode::Boolean() const
-{
-    if (!m_value.isBool())
-        Fail(NotA("true or false", m_value));
-    return m_value.toBool();
-}
-
 std::string JsonNode::Text() const
 {
     if (!IsText())
         Fail(NotA("a text", m_value));
     return m_value.toString().toStdString();
+}
+
+std::string JsonNode::AsWritten() const
+{
+    return m_value.toVariant().toString().toStdString();
+}
+
+std::string JsonNode::Quoted(const std::string& text)
+{
+    const QByteArray list =
+        QJsonDocument(QJsonArray{QString::fromStdString(text)}).toJson(QJsonDocument::Compact);
+    return list.mid(1, list.size() - 2).toStdString();
 }
 
 std::int64_t JsonNode::SecondsAsMilliseconds(double highest) const

@@ -39,8 +39,11 @@ public:
 
     int Integer(int lowest, int highest) const;
     double Number(double lowest, double highest) const;
-    bool Boolean() const;
     std::string Text() const; // UTF-8
+    // A text, number or boolean as it is written, the text without its quotation marks; empty for all else.
+    std::string AsWritten() const;
+    // A text as JSON has it.
+    static std::string Quoted(const std::string& text);
 
     // Whole milliseconds of a number of seconds.
     std::int64_t SecondsAsMilliseconds(double highest) const;

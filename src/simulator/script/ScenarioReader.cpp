@@ -1,8 +1,7 @@
 #include "simulator/script/ScenarioReader.h"
 
 #include "simulator/script/EventReader.h"
-#include "simulator/script/NumberReader.h"
-#include "simulator/script/ReactionReader.h"
+#include "simulator/script/FleetReader.h"
 
 #include <QFile>
 
@@ -12,7 +11,6 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t longestName = 32;
 constexpr qint64 largestScenario = 16 * 1024 * 1024; // octets; a device may never end
 
 void AddFacility(OwnRadio& radio, const JsonNode& node)
@@ -20,6 +18,17 @@ void AddFacility(OwnRadio& radio, const JsonNode& node)
     if (node.Text() != "data")
         node.Fail("must be \"data\", not \"" + node.Text() + "\"");
     radio.dataCalls = true;
+}
+
+map27::NumberRange ReadRange(const JsonNode& node)
+{
+    node.RequireMembers({"base", "max", "digits"});
+    map27::NumberRange range;
+    range.base = static_cast<std::uint16_t>(node.Member("base").Integer(1, HighestSubscriberIdent));
+    range.highest =
+        static_cast<std::uint16_t>(node.Member("max").Integer(range.base, HighestSubscriberIdent));
+    range.threeDigits = node.Member("digits").Integer(2, 3) == 3;
+    return range;
 }
 
 OwnRadio ReadRadio(const JsonNode& node)
@@ -120,109 +129,6 @@ NetworkProperties ReadNetwork(const JsonNode& node)
     return network;
 }
 
-std::string ReadName(const JsonNode& node, const Fleet& fleet)
-{
-    std::string name = node.Text();
-    if (name.empty() || name.size() > longestName || name.find_first_of(" \t\r\n/\"") != std::string::npos)
-        node.Fail("must be a name of 1 to 32 characters without blank, slash and quotation mark");
-    if (std::as_const(fleet).Find(name))
-        node.Fail("there is another \"" + name + "\"");
-    return name;
-}
-
-SubscriberKind ReadKind(const JsonNode& node)
-{
-    const std::string word = node.Text();
-    for (const auto kind : {SubscriberKind::Unit, SubscriberKind::Group, SubscriberKind::Outstation}) {
-        if (word == WordOf(kind))
-            return kind;
-    }
-    node.Fail("must be \"unit\", \"group\" or \"outstation\", not \"" + word + "\"");
-}
-
-Signals ReadSignals(const JsonNode& node)
-{
-    const auto signals = SignalsOfText(node.Text());
-    if (!signals)
-        node.Fail("must be eight characters, number 7 first: 0 off, 1 on, any other unknown");
-    return *signals;
-}
-
-OutstationSettings ReadOutstation(const JsonNode& node)
-{
-    constexpr double aDay = 86400;
-    node.RequireMembers({"sensors", "controls", "bits", "changeEvery", "reportEvery", "reportAfterMs"});
-    OutstationSettings settings;
-    if (const auto sensors = node.Find("sensors"))
-        settings.sensors = ReadSignals(*sensors);
-    if (const auto controls = node.Find("controls"))
-        settings.controls = ReadSignals(*controls);
-    if (const auto bits = node.Find("bits"))
-        settings.coding =
-            bits->Integer(7, 8) == 8 ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
-    if (const auto every = node.Find("changeEvery"))
-        settings.changeEvery = Milliseconds(every->SecondsAsMilliseconds(aDay));
-    if (const auto every = node.Find("reportEvery"))
-        settings.reportEvery = Milliseconds(every->SecondsAsMilliseconds(aDay));
-    if (const auto after = node.Find("reportAfterMs"))
-        settings.reportAfter = Milliseconds(after->Integer(1, 60000));
-    return settings;
-}
-
-Subscriber ReadSubscriber(const JsonNode& node, const Scenario& scenario)
-{
-    node.RequireMembers({"name", "prefix", "ident", "kind", "behaviour", "reactAfterMs", "answerAfterMs",
-                         "talkMs", "status", "text", "call", "regroup", "outstation", "divertTo"});
-    Subscriber member;
-    member.name = ReadName(node.Member("name"), scenario.fleet);
-    member.address = ReadAddress(node);
-    if (member.address == scenario.radio.address)
-        node.Fail("this is the address of the radio itself");
-    if (const Subscriber* other = scenario.fleet.Find(member.address))
-        node.Fail("\"" + other->name + "\" has the same address");
-    if (const auto kind = node.Find("kind"))
-        member.kind = ReadKind(*kind);
-    member.reactions = ReadReactions(node);
-    if (const auto outstation = node.Find("outstation")) {
-        if (member.kind != SubscriberKind::Outstation)
-            outstation->Fail("belongs to the kind \"outstation\" only");
-        member.outstation = ReadOutstation(*outstation);
-    }
-    return member;
-}
-
-// After all members are known by name.
-void ReadDiversions(const JsonNode& list, std::size_t first, Fleet& fleet)
-{
-    std::size_t index = first;
-    for (const JsonNode& node : list.Items()) {
-        Subscriber& member = fleet.members[index++];
-        const auto divertTo = node.Find("divertTo");
-        if (!divertTo)
-            continue;
-        const Subscriber* target = std::as_const(fleet).Find(divertTo->Text());
-        if (!target || target == &member)
-            divertTo->Fail("there is no other \"" + divertTo->Text() + "\" in the fleet");
-        member.divertedTo = target->address;
-    }
-}
-
-TelephoneNetwork ReadTelephones(const JsonNode& node)
-{
-    node.RequireMembers({"others", "numbers"});
-    TelephoneNetwork network;
-    if (const auto others = node.Find("others"))
-        network.others = ReadReaction(*others);
-    if (const auto numbers = node.Find("numbers")) {
-        for (const auto& [digits, entry] : numbers->Entries()) {
-            if (digits.empty() || digits.size() > map27::MostDigits || !map27::PackDigits(digits))
-                entry.Fail("the number must be 1 to 24 characters 0-9 * #");
-            network.numbers.emplace(digits, ReadReaction(entry));
-        }
-    }
-    return network;
-}
-
 // A base is read like any scenario, but for a base of its own.
 Scenario Load(const QString& name, bool mayHaveBase);
 
@@ -235,16 +141,6 @@ Scenario ReadBase(const JsonNode& node)
     } catch (const ScenarioError& error) {
         node.Fail(error.what());
     }
-}
-
-void ReadFleet(const JsonNode& node, Scenario& scenario)
-{
-    const std::size_t before = scenario.fleet.members.size();
-    for (const JsonNode& member : node.Items())
-        scenario.fleet.members.push_back(ReadSubscriber(member, scenario));
-    ReadDiversions(node, before, scenario.fleet);
-    if (scenario.GroupList().size() > MostGroups)
-        node.Fail("has more than " + std::to_string(MostGroups) + " groups");
 }
 
 Scenario Read(const QByteArray& json, bool mayHaveBase)
