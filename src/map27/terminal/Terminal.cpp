@@ -1,5 +1,8 @@
 #include "map27/terminal/Terminal.h"
 
+#include "map27/codec/Causes.h"
+
+#include <algorithm>
 #include <utility>
 
 namespace map27 {
@@ -13,17 +16,20 @@ TerminalParameters TerminalParameters::ForBitRate(unsigned bitsPerSecond)
     return parameters;
 }
 
-Terminal::Terminal(TerminalParameters parameters) : m_parameters(parameters), m_link(parameters.link) {}
+Terminal::Terminal(TerminalParameters parameters)
+    : m_link(parameters.link),
+      m_transaction(m_outbox),
+      m_cancelled(m_outbox, parameters.cancelWait),
+      m_questions(m_outbox, parameters.questionWait, [this](const ToRadio& question, TimePoint now) {
+          return Transmit(EncodeToRadio(question), now);
+      })
+{
+}
 
 TerminalOutput Terminal::Start(TimePoint now)
 {
     Stop();
-    m_ownPrefix.reset();
-    m_personality = {};
-    m_numbering = {};
-    m_settings = {};
-    m_operatingCondition = {};
-    m_network = {};
+    m_questions.ForgetReports();
     Take(m_link.Start(now), now);
     return TakeOutput(now);
 }
@@ -31,11 +37,10 @@ TerminalOutput Terminal::Start(TimePoint now)
 void Terminal::Stop()
 {
     m_link.Stop();
-    m_state = TerminalState::Idle;
-    EndTransaction();
-    m_cancelled = {};
-    ForgetQuestions();
-    m_output = {};
+    m_transaction.End();
+    m_cancelled.Forget();
+    m_questions.Forget();
+    m_outbox.Take();
 }
 
 TerminalOutput Terminal::Feed(OctetSpan octets, TimePoint now)
@@ -47,30 +52,27 @@ TerminalOutput Terminal::Feed(OctetSpan octets, TimePoint now)
 TerminalOutput Terminal::OnTime(TimePoint now)
 {
     Take(m_link.OnTime(now), now);
-    if (m_cancelled.messageEnd && *m_cancelled.messageEnd <= now)
+    if (m_cancelled.MessageEnd() && *m_cancelled.MessageEnd() <= now)
         ReleaseHeldMessage(now);
-    GiveUpQuestions(now);
+    m_questions.OnTime(now);
     return TakeOutput(now);
 }
 
 Deadline Terminal::NextDeadline() const
 {
-    Deadline deadline = Earlier(m_link.NextDeadline(), m_cancelled.messageEnd);
-    for (const Question& question : m_openQuestions)
-        deadline = Earlier(deadline, question.giveUpAt);
-    return deadline;
+    return Earlier(Earlier(m_link.NextDeadline(), m_cancelled.MessageEnd()), m_questions.NextDeadline());
 }
 
 TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
 {
-    const bool wasOpen = m_state != TerminalState::Idle;
+    const bool wasOpen = State() != TerminalState::Idle;
     // Once the link is down nothing can be ended any more, and a call may outlive the link.
     CancelMessage(now);
     HangUp(now);
-    m_cancelled = {};
-    ForgetQuestions();
+    m_cancelled.Forget();
+    m_questions.Forget();
     if (wasOpen)
-        Tell(TransactionCleared{ClearedBy::LinkReset, 0, 0});
+        m_outbox.Tell(TransactionCleared{ClearedBy::LinkReset, 0, 0});
     Take(m_link.Reset(now, pause), now);
     return TakeOutput(now);
 }
@@ -80,81 +82,319 @@ TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
 void Terminal::Take(LinkOutput output, TimePoint now)
 {
     for (Octets& frame : output.frames)
-        m_output.frames.push_back(std::move(frame));
+        m_outbox.Transmit(std::move(frame));
     for (const LinkEvent& event : output.events) {
-        if (const auto* received = std::get_if<MessageReceived>(&event))
+        if (const auto* received = std::get_if<MessageReceived>(&event)) {
             OnMessage(received->message, now);
-        else if (const auto* ready = std::get_if<LinkReady>(&event))
-            OnLinkReady(*ready);
-        else if (const auto* failed = std::get_if<LinkFailed>(&event))
-            OnLinkFailed(*failed);
+        } else if (const auto* ready = std::get_if<LinkReady>(&event)) {
+            m_outbox.Tell(*ready);
+            m_questions.Begin();
+        } else if (const auto* failed = std::get_if<LinkFailed>(&event)) {
+            m_transaction.Apply(RadioInput::LinkLost, {0, 0, {}});
+            m_cancelled.Forget();
+            m_questions.Forget();
+            m_outbox.Tell(*failed);
+        }
     }
-}
-
-void Terminal::OnLinkReady(const LinkReady& ready)
-{
-    Tell(ready);
-    ForgetQuestions();
-    m_ownQuestions = {RadioInfo::Personality, RadioInfo::Numbering, RadioInfo::OperatingCondition,
-                      RadioInfo::Network};
-    m_personality.fresh = false;
-    m_numbering.fresh = false;
-    m_settings.fresh = false;
-    m_operatingCondition.fresh = false;
-    m_network.fresh = false;
-}
-
-void Terminal::OnLinkFailed(const LinkFailed& failed)
-{
-    Apply(RadioInput::LinkLost, {0, 0, {}});
-    m_cancelled = {};
-    ForgetQuestions();
-    Tell(failed);
-}
-
-std::optional<Refusal> Terminal::Transmit(const ToRadio& message, TimePoint now)
-{
-    return Transmit(EncodeToRadio(message), now);
 }
 
 std::optional<Refusal> Terminal::Transmit(const Octets& message, TimePoint now)
 {
     SendOutcome outcome = m_link.Send(message, now);
     Take(std::move(outcome.output), now);
-    switch (outcome.result) {
-    case SendResult::Accepted:
-        ++m_counters.messagesSent;
-        return std::nullopt;
-    case SendResult::TooLong:
-        return Refusal{.code = RefusalCode::MessageTooLongForLink,
-                       .length = message.size(),
-                       .limit = m_link.LongestMessage()};
-    case SendResult::QueueFull:
-        return Refusal{.code = RefusalCode::LinkBusy};
-    case SendResult::NotReady:
-    case SendResult::Empty:
-        break;
-    }
-    return Refusal{.code = RefusalCode::LinkNotReady};
+    if (outcome.result == SendResult::Accepted)
+        ++m_outbox.counters.messagesSent;
+    return RefusalOf(outcome.result, message.size(), m_link.LongestMessage());
 }
 
 // For messages that have nobody to refuse to.
-void Terminal::TransmitOrReport(const ToRadio& message, TimePoint now)
+bool Terminal::TransmitOrReport(const Octets& message, TimePoint now)
 {
-    const Octets octets = EncodeToRadio(message);
-    if (const auto refusal = Transmit(octets, now))
-        TellReport(ReportKind::NotDelivered, "not sent: " + RefusalText(*refusal), octets);
+    const auto refusal = Transmit(message, now);
+    if (refusal)
+        m_outbox.Report(ReportKind::NotDelivered, "not sent: " + RefusalText(*refusal), message);
+    return !refusal;
 }
 
 TerminalOutput Terminal::TakeOutput(TimePoint now)
 {
-    AskNext(now);
-    return std::exchange(m_output, {});
+    if (m_link.IsReady())
+        m_questions.AskNext(m_transaction.Request(), now);
+    return m_outbox.Take();
 }
 
-void Terminal::TellReport(ReportKind kind, std::string text, const Octets& octets)
+// ---- messages from the radio --------------------------------------------------------------------------
+
+void Terminal::OnMessage(const Octets& octets, TimePoint now)
 {
-    Tell(Report{kind, std::move(text), octets});
+    ++m_outbox.counters.messagesReceived;
+    const auto decoded = DecodeFromRadio(octets);
+    if (const auto* error = std::get_if<DecodeError>(&decoded)) {
+        ++m_outbox.counters.undecodable;
+        m_outbox.Report(ReportKind::Undecodable, DecodeErrorText(*error), octets);
+        return;
+    }
+    std::visit([&](const auto& message) { Handle(message, octets, now); }, std::get<FromRadio>(decoded));
+}
+
+template <typename Message> void Terminal::Handle(const Message& message, const Octets& octets, TimePoint)
+{
+    if constexpr (requires { m_questions.Take(message); })
+        m_questions.Take(message);
+    else // escape, test result, modem data
+        m_outbox.ReportNotUsed(TypeName(octets.front(), Direction::FromRadio), octets);
+}
+
+void Terminal::Handle(const StatusMessage& message, const Octets& octets, TimePoint)
+{
+    m_outbox.TellStatus(message, octets);
+}
+
+void Terminal::Handle(const ShortDataMessage& message, const Octets& octets, TimePoint)
+{
+    m_outbox.TellText(message, octets);
+}
+
+void Terminal::Handle(const CallMessage& message, const Octets& octets, TimePoint)
+{
+    const std::uint8_t type = message.emergency ? Type::EmergencyCall : Type::Call;
+    const auto input =
+        message.details.OffHookNeeded() ? RadioInput::IncomingRinging : RadioInput::IncomingConnected;
+    m_transaction.Apply(input, {type, 0, octets});
+    m_transaction.SetParty(message.party.address);
+    m_outbox.Tell(IncomingCall{type, message.details.octet, m_questions.AsShown(message.party.address)});
+}
+
+void Terminal::Handle(const ClearMessage& message, const Octets& octets, TimePoint now)
+{
+    const RadioSignal signal{message.abnormal ? Type::Cancel : Type::Disconnect, message.cause, octets};
+    if (AnswersCancelledMessage(signal, now))
+        return;
+    if (!message.abnormal && State() == TerminalState::OutcallWait && m_cancelled.TakeCallEnd(signal, now))
+        return;
+    m_transaction.Apply(InputOf(message), signal);
+}
+
+void Terminal::Handle(const AcknowledgementMessage& message, const Octets& octets, TimePoint now)
+{
+    const RadioSignal signal{message.TypeOctet(), message.cause, octets};
+    const auto input = InputOf(message);
+    if (!input) {
+        m_outbox.ReportNotUsed(Outbox::Describe(signal), octets);
+        return;
+    }
+    if (AnswersCancelledMessage(signal, now))
+        return;
+    if (State() == TerminalState::OutcallWait &&
+        m_cancelled.TakeForCall(message, signal, m_transaction.Party(), now))
+        return;
+    m_transaction.Apply(*input, signal);
+}
+
+void Terminal::Handle(const ProtocolInfoMessage& message, const Octets& octets, TimePoint now)
+{
+    const RadioSignal signal{Type::ProtocolInfo, message.reason, octets};
+    const bool refuses =
+        message.reason >= ProtocolReason::Unrecognised && message.reason <= ProtocolReason::BusyLocally;
+    if (refuses &&
+        (AnswersCancelledMessage(signal, now) || m_questions.TakeComplaint(signal, m_transaction.Request())))
+        return;
+    if (m_cancelled.TakeMismatch(signal, now))
+        return;
+    m_outbox.Report(ReportKind::ProtocolInfo, signal);
+    if (refuses && m_transaction.Request() != OpenRequest::None)
+        m_transaction.Apply(RadioInput::Refused, signal);
+}
+
+// After a cancel the next message waits for the cancelled one's end, and whatever comes until then is about
+// that one.
+bool Terminal::AnswersCancelledMessage(const RadioSignal& signal, TimePoint now)
+{
+    const bool nothingElseOpen = State() == TerminalState::Idle || m_transaction.IsHeld();
+    const auto answer = m_cancelled.TakeForMessage(signal, nothingElseOpen);
+    if (answer == CancelledRequests::Answer::EndOfMessage)
+        ReleaseHeldMessage(now);
+    return answer != CancelledRequests::Answer::No;
+}
+
+// ---- operations ---------------------------------------------------------------------------------------
+
+std::optional<Refusal> Terminal::WhyNot(const Request& request) const
+{
+    if (const auto* refusal = std::get_if<Refusal>(&request))
+        return *refusal;
+    if (!m_link.IsReady())
+        return Refusal{.code = RefusalCode::LinkNotReady};
+    if (State() != TerminalState::Idle)
+        return Refusal{.code = RefusalCode::TransactionOpen};
+    return std::nullopt;
+}
+
+OperationResult Terminal::Finish(std::optional<Refusal> refusal, TimePoint now)
+{
+    return {std::move(refusal), TakeOutput(now)};
+}
+
+OperationResult Terminal::SendStatus(Address to, unsigned status, TimePoint now)
+{
+    return BeginMessage(to, StatusRequest(to, status), now);
+}
+
+OperationResult Terminal::SendText(Address to, std::string_view utf8, TextCoding coding, TimePoint now)
+{
+    return BeginMessage(to, TextRequest(to, utf8, coding), now);
+}
+
+OperationResult Terminal::SendBinary(Address to, OctetSpan octets, TimePoint now)
+{
+    return BeginMessage(to, BinaryRequest(to, octets), now);
+}
+
+OperationResult Terminal::BeginMessage(Address to, const Request& request, TimePoint now)
+{
+    if (auto refusal = WhyNot(request))
+        return Finish(std::move(refusal), now);
+    const Octets octets = EncodeToRadio(std::get<ToRadio>(request));
+    // One that has to wait is checked now, as long as there is somebody to refuse to.
+    if (octets.size() > m_link.LongestMessage())
+        return Finish(RefusalOf(SendResult::TooLong, octets.size(), m_link.LongestMessage()), now);
+    const bool waits = m_cancelled.MessageEnd().has_value();
+    if (!waits) {
+        if (auto refusal = Transmit(octets, now))
+            return Finish(std::move(refusal), now);
+    }
+    m_transaction.Begin(TerminalState::MessageWait, to, waits ? std::optional(octets) : std::nullopt);
+    return Finish(std::nullopt, now);
+}
+
+// The cancelled message has ended, or has had its time.
+void Terminal::ReleaseHeldMessage(TimePoint now)
+{
+    m_cancelled.EndMessage();
+    const auto octets = m_transaction.Release();
+    if (!octets || TransmitOrReport(*octets, now))
+        return;
+    m_outbox.Tell(MessageProgress{Type::MessageNegative, 0, Type::MessageNegative, m_transaction.Party()});
+    m_transaction.End();
+}
+
+OperationResult Terminal::MakeCall(Address to, bool emergency, bool priority, bool dialog, TimePoint now)
+{
+    return BeginCall(CallRequest(to, {emergency, priority, dialog}), now);
+}
+
+OperationResult Terminal::MakeGatewayCall(int gateway, std::string_view digits, bool emergency, bool priority,
+                                          bool dialog, TimePoint now)
+{
+    return BeginCall(GatewayCallRequest(gateway, digits, {emergency, priority, dialog}), now);
+}
+
+OperationResult Terminal::BeginCall(const Request& request, TimePoint now)
+{
+    if (auto refusal = WhyNot(request))
+        return Finish(std::move(refusal), now);
+    const auto& call = std::get<ToRadio>(request);
+    if (auto refusal = Transmit(EncodeToRadio(call), now))
+        return Finish(std::move(refusal), now);
+    m_transaction.Begin(TerminalState::OutcallWait, std::get<CallMessage>(call).party.address);
+    return Finish(std::nullopt, now);
+}
+
+OperationResult Terminal::AnswerCall(TimePoint now)
+{
+    if (State() != TerminalState::IncallWait)
+        return Finish(Refusal{.code = RefusalCode::NoIncomingCall}, now);
+    auto refusal = Transmit(EncodeToRadio(RadioControlMessage{.offHook = true, .transmit = false}), now);
+    if (!refusal)
+        m_transaction.SetAnswered();
+    return Finish(std::move(refusal), now);
+}
+
+OperationResult Terminal::RefuseCall(TimePoint now)
+{
+    if (State() != TerminalState::IncallWait)
+        return Finish(Refusal{.code = RefusalCode::NoIncomingCall}, now);
+    HangUp(now);
+    return Finish(std::nullopt, now);
+}
+
+OperationResult Terminal::SetTransmit(bool on, TimePoint now)
+{
+    if (State() != TerminalState::Active) {
+        if (!on)
+            return Finish(std::nullopt, now);
+        return Finish(Refusal{.code = m_link.IsReady() ? RefusalCode::NoCall : RefusalCode::LinkNotReady},
+                      now);
+    }
+    // Off-hook stays set, or the radio may drop the call.
+    auto refusal = Transmit(EncodeToRadio(RadioControlMessage{.offHook = true, .transmit = on}), now);
+    if (!refusal)
+        m_transaction.SetTransmitting(on);
+    return Finish(std::move(refusal), now);
+}
+
+TerminalOutput Terminal::ClearCall(TimePoint now)
+{
+    HangUp(now);
+    return TakeOutput(now);
+}
+
+TerminalOutput Terminal::CancelTransaction(TimePoint now)
+{
+    CancelMessage(now);
+    if (State() != TerminalState::Active)
+        HangUp(now);
+    return TakeOutput(now);
+}
+
+void Terminal::HangUp(TimePoint now)
+{
+    const Address party = m_transaction.Party();
+    switch (State()) {
+    case TerminalState::Idle:
+    case TerminalState::MessageWait:
+        return;
+    case TerminalState::IncallWait:
+        TransmitOrReport(EncodeToRadio(RadioControlMessage{}), now);
+        m_cancelled.AddIncomingCall(now);
+        break;
+    case TerminalState::OutcallWait:
+        TransmitOrReport(EncodeToRadio(ClearMessage{true, party, ClearCause::CancelAttempt}), now);
+        m_cancelled.AddCall(party, now);
+        break;
+    case TerminalState::Active:
+        TransmitOrReport(EncodeToRadio(ClearMessage{false, party, ClearCause::EndCall}), now);
+        m_cancelled.AddCall(party, now);
+        break;
+    }
+    m_transaction.End();
+}
+
+void Terminal::CancelMessage(TimePoint now)
+{
+    if (State() != TerminalState::MessageWait)
+        return;
+    // One that was never sent leaves no trace; the end that it waited for is still to come.
+    if (!m_transaction.IsHeld()) {
+        const ClearMessage cancel{true, m_transaction.Party(), ClearCause::CancelAttempt};
+        TransmitOrReport(EncodeToRadio(cancel), now);
+        m_cancelled.AddMessage(now);
+    }
+    m_transaction.End();
+}
+
+OperationResult Terminal::RequestRadioInfo(unsigned kind, TimePoint now)
+{
+    if (kind > static_cast<unsigned>(RadioInfo::Network))
+        return Finish(Refusal{.code = RefusalCode::UnknownQuestion}, now);
+    return Finish(m_questions.Ask(static_cast<RadioInfo>(kind), true, m_transaction.Request(), now), now);
+}
+
+TerminalOutput Terminal::Probe(TimePoint now)
+{
+    if (m_link.IsReady())
+        m_questions.Probe(m_transaction.Request(), now);
+    return TakeOutput(now);
 }
 
 } // namespace map27

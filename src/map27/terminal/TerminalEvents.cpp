@@ -27,6 +27,22 @@ std::string TextProblemText(const TextProblem& problem)
 
 } // namespace
 
+std::optional<Refusal> RefusalOf(SendResult result, std::size_t length, std::size_t limit)
+{
+    switch (result) {
+    case SendResult::Accepted:
+        return std::nullopt;
+    case SendResult::TooLong:
+        return Refusal{.code = RefusalCode::MessageTooLongForLink, .length = length, .limit = limit};
+    case SendResult::QueueFull:
+        return Refusal{.code = RefusalCode::LinkBusy};
+    case SendResult::NotReady:
+    case SendResult::Empty:
+        break;
+    }
+    return Refusal{.code = RefusalCode::LinkNotReady};
+}
+
 std::string RefusalText(const Refusal& refusal)
 {
     switch (refusal.code) {

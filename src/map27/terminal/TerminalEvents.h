@@ -145,6 +145,9 @@ struct Refusal {
     bool operator==(const Refusal&) const = default;
 };
 
+// What it means that the link did not take a message of this length; empty when it did.
+std::optional<Refusal> RefusalOf(SendResult result, std::size_t length, std::size_t limit);
+
 // English, for log files and command lines.
 std::string RefusalText(const Refusal& refusal);
 

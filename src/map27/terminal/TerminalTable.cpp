@@ -1,5 +1,7 @@
 #include "map27/terminal/TerminalTable.h"
 
+#include "map27/codec/Causes.h"
+
 #include <array>
 
 namespace map27 {
@@ -70,6 +72,41 @@ constexpr std::array<Row, RadioInputCount> Table{{
 // clang-format on
 
 } // namespace
+
+std::optional<RadioInput> InputOf(const AcknowledgementMessage& message)
+{
+    switch (message.TypeOctet()) {
+    case Type::MessagePositive:
+        return RadioInput::MessageDone;
+    case Type::MessageQueued:
+        return RadioInput::MessageQueued;
+    case Type::MessageNegative:
+        return RadioInput::MessageFailed;
+    case Type::SetupPositive:
+        return RadioInput::CallConnected;
+    case Type::SetupQueued:
+        return RadioInput::CallQueued;
+    case Type::SetupNegative:
+        return RadioInput::CallFailed;
+    case Type::ReceivePositive:
+        return RadioInput::AnswerConnected;
+    case Type::ReceiveWarning:
+        return RadioInput::AnswerWarning;
+    case Type::ReceiveNegative:
+        return message.cause == Cause::NotedForCallBack ? RadioInput::CallBackNoted
+                                                        : RadioInput::AnswerFailed;
+    default:
+        return std::nullopt;
+    }
+}
+
+RadioInput InputOf(const ClearMessage& message)
+{
+    if (!message.abnormal)
+        return RadioInput::ClearedNormal;
+    return message.cause == ClearCause::EndedAbnormally ? RadioInput::CallEndedAbnormal
+                                                        : RadioInput::ClearedAbnormal;
+}
 
 Transition Decide(TerminalState state, RadioInput input)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "map27/codec/Messages.h"
+
 #include <cstdint>
 
 namespace map27 {
@@ -55,6 +57,10 @@ struct Transition {
     TerminalAction action;
     TerminalState next;
 };
+
+// Empty for what bears on no transaction.
+std::optional<RadioInput> InputOf(const AcknowledgementMessage& message);
+RadioInput InputOf(const ClearMessage& message);
 
 Transition Decide(TerminalState state, RadioInput input);
 
