@@ -165,8 +165,8 @@ void LogonCommand::KeepSession()
     m_openSessions.Keep(m_session);
 }
 
-// Those of this console that were cut short. Another operator than theirs may lack the right to it; then they wait
-// for one who has it.
+// Those of this console that were cut short. Another operator than theirs may lack the right to it; then they
+// wait for one who has it.
 void LogonCommand::EndLeftSessions()
 {
     for (OpenSessions::Session session : m_openSessions.Of(m_services.session.Database().Id())) {
@@ -183,7 +183,8 @@ bool LogonCommand::EndLeft(OpenSessions::Session& session)
     if (!session.callsign.isEmpty() && m_services.executive.UpdateDutyStatus(session.callsign, false)) {
         session.callsign.clear();
     }
-    return Attempt([&] { m_services.profile.ClearLoggedOnFlagOf(session.user); }) && session.callsign.isEmpty();
+    return Attempt([&] { m_services.profile.ClearLoggedOnFlagOf(session.user); }) &&
+           session.callsign.isEmpty();
 }
 
 void LogonCommand::ShowFailure(const std::exception& failure)

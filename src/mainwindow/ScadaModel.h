@@ -8,8 +8,8 @@
 
 struct IStringSource;
 
-// Eight sensors or eight controls with the names that the operator gives them; one without a name is shown by its
-// number.
+// Eight sensors or eight controls with the names that the operator gives them; one without a name is shown by
+// its number.
 class ScadaModel : public QAbstractListModel {
     Q_OBJECT
 

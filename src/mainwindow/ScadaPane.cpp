@@ -22,9 +22,12 @@
 #include <QListView>
 #include <QLocale>
 #include <QPushButton>
+#include <QTextDocument>
 #include <algorithm>
 
 namespace {
+
+constexpr int LeastLines = 3; // of a list
 
 QLabel* NewLabel(const char* name, int textId, QWidget* parent)
 {
@@ -34,13 +37,14 @@ QLabel* NewLabel(const char* name, int textId, QWidget* parent)
     return label;
 }
 
-// Says whose values are shown; names and addresses in it are never markup.
+// Says whose values are shown, in two lines; names and addresses in it are never markup. A pane that is too
+// narrow cuts it at the end.
 QLabel* NewSourceLabel(const char* name, QWidget* parent)
 {
     auto* label = new QLabel(parent);
     label->setObjectName(QLatin1String(name));
     label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     return label;
 }
 
@@ -72,8 +76,8 @@ void ScadaPane::Build()
     cmbScadaUnit->installEventFilter(this);
     connect(cmbScadaUnit, &QComboBox::editTextChanged, this, &ScadaPane::ShowUnit);
     label->setBuddy(cmbScadaUnit);
-    lblSensorsSource = NewSourceLabel("lblSensorsSource", this);
-    lblControlsSource = NewSourceLabel("lblControlsSource", this);
+    lblSensors = NewSourceLabel("lblSensors", this);
+    lblControls = NewSourceLabel("lblControls", this);
     QListView* sensors = NewList("lvSensors", MainText::SensorsName, *m_sensors);
     lvControls = NewList("lvControls", MainText::ControlsName, *m_controls);
     lvControls->installEventFilter(this);
@@ -84,19 +88,17 @@ void ScadaPane::Build()
     grid->setSpacing(4);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
-    grid->setRowStretch(3, 1);
+    grid->setRowStretch(2, 1);
     grid->addWidget(label, 0, 0);
     grid->addWidget(cmbScadaUnit, 0, 1);
-    grid->addWidget(NewLabel("lblSensors", MainText::SensorsName, this), 1, 0);
-    grid->addWidget(NewLabel("lblControls", MainText::ControlsName, this), 1, 1);
-    grid->addWidget(lblSensorsSource, 2, 0);
-    grid->addWidget(lblControlsSource, 2, 1);
-    grid->addWidget(sensors, 3, 0);
-    grid->addWidget(lvControls, 3, 1);
-    grid->addWidget(NewButton("cmdQrySensors", MainText::QuerySensors, ScadaCode::QuerySensors), 4, 0);
-    grid->addWidget(NewButton("cmdQryControls", MainText::QueryControls, ScadaCode::QueryControls), 4, 1);
-    grid->addWidget(NewButton("cmdALLON", MainText::AllOn, ScadaCode::AllOn), 5, 0);
-    grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 5, 1);
+    grid->addWidget(lblSensors, 1, 0);
+    grid->addWidget(lblControls, 1, 1);
+    grid->addWidget(sensors, 2, 0);
+    grid->addWidget(lvControls, 2, 1);
+    grid->addWidget(NewButton("cmdQrySensors", MainText::QuerySensors, ScadaCode::QuerySensors), 3, 0);
+    grid->addWidget(NewButton("cmdQryControls", MainText::QueryControls, ScadaCode::QueryControls), 3, 1);
+    grid->addWidget(NewButton("cmdALLON", MainText::AllOn, ScadaCode::AllOn), 4, 0);
+    grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 4, 1);
 }
 
 QListView* ScadaPane::NewList(const char* name, int accessibleNameId, ScadaModel& model)
@@ -107,6 +109,7 @@ QListView* ScadaPane::NewList(const char* name, int accessibleNameId, ScadaModel
     list->setModel(&model);
     list->setItemDelegate(new OutcomeDelegate(list));
     list->setIconSize(IconSize(*this));
+    list->setMinimumHeight(LeastLines * fontMetrics().lineSpacing()); // a small window has to hold the pane
     list->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed);
     return list;
 }
@@ -177,24 +180,27 @@ void ScadaPane::ShowUnit()
     const ScadaStation& shown = known != m_stations.end() ? known->second : nothing;
     m_sensors->Show(shown.sensors);
     m_controls->Show(shown.controls);
-    ShowSource(*lblSensorsSource, shown, shown.sensorsTime);
-    ShowSource(*lblControlsSource, shown, shown.controlsTime);
+    ShowSource(*lblSensors, MainText::SensorsName, shown, shown.sensorsTime);
+    ShowSource(*lblControls, MainText::ControlsName, shown, shown.controlsTime);
 }
 
 // The date, too: a report may be older than the shift.
-void ScadaPane::ShowSource(QLabel& label, const ScadaStation& station, const QDateTime& time)
+void ScadaPane::ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time)
 {
     const IStringSource& strings = m_parts.strings;
+    int id = MainText::ScadaReported;
+    QString when;
     if (time.isValid()) {
         const QDateTime local = time.toLocalTime();
-        const QString when = QLocale().toString(local.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
-                             LongTime(local.time());
-        label.setText(FormatMessage(strings, MainText::ScadaReported, {station.name, when}));
-    } else if (station.name.isEmpty()) {
-        label.setText(strings.LoadString(MainText::ScadaNoUnit));
+        when = QLocale().toString(local.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+               LongTime(local.time());
     } else {
-        label.setText(FormatMessage(strings, MainText::ScadaNotReported, {station.name}));
+        id = station.name.isEmpty() ? MainText::ScadaNoUnit : MainText::ScadaNotReported;
     }
+    QString text = FormatMessage(strings, id, {strings.LoadString(kindId), station.name, when});
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    label.setText(text);
+    label.setToolTip(Qt::convertFromPlainText(text));
 }
 
 void ScadaPane::SwitchSelected()

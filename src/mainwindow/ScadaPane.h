@@ -16,8 +16,8 @@ struct IPrompt;
 struct IStringSource;
 struct SessionState;
 
-// "picScada": watches and drives outstations, each addressed like a radio. Reports are taken from any sender and
-// kept for it; shown is the unit that is chosen, or, while none is, the one that reported last.
+// "picScada": watches and drives outstations, each addressed like a radio. Reports are taken from any sender
+// and kept for it; shown is the unit that is chosen, or, while none is, the one that reported last.
 class ScadaPane : public QWidget, public IScadaView {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private:
     QString AddressOf(const QString& unit) const;
     ScadaStation& Reporting(const ScadaSource& source);
     void OfferUnit(const QString& name);
-    void ShowSource(QLabel& label, const ScadaStation& station, const QDateTime& time);
+    void ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time);
     void SwitchSelected();
     void StoreName(ScadaModel& model, int item, const QString& name);
 
@@ -66,7 +66,7 @@ private:
     std::map<QString, ScadaStation> m_stations; // by address
     QString m_reportedLast;                     // address of a station
     QComboBox* cmbScadaUnit = nullptr;
-    QLabel* lblSensorsSource = nullptr;
-    QLabel* lblControlsSource = nullptr;
+    QLabel* lblSensors = nullptr;
+    QLabel* lblControls = nullptr;
     QListView* lvControls = nullptr;
 };

@@ -65,8 +65,8 @@ public:
 
     // Closes the window without its question.
     void CloseUnasked();
-    // The same for a system that is shutting down: whatever box or dialog stands open, nothing is asked, and the
-    // radio hangs up first. What cannot be stored is put right at this console's next logon.
+    // The same for a system that is shutting down: whatever box or dialog stands open, nothing is asked, and
+    // the radio hangs up first. What cannot be stored is put right at this console's next logon.
     void EndAtOnce();
 
 Q_SIGNALS:

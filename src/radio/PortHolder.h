@@ -7,8 +7,8 @@
 // as for a program of another user who did not leave a lock file.
 QString HolderOfPort(const QString& device);
 
-// A lock file of a serial port whose program is no longer running; the port stays locked until it is removed, which
-// only its owner may do.
+// A lock file of a serial port whose program is no longer running; the port stays locked until it is removed,
+// which only its owner may do.
 struct LeftPortLock {
     QString file;
     qint64 process;

@@ -172,12 +172,12 @@ TEST(Scada, EachOutstationKeepsItsOwnValues)
 {
     ScadaStack stack;
     const QString unknown = QStringLiteral("0?0?0?0?0?0?0?0?");
-    EXPECT_TRUE(stack.Source("lblSensorsSource").startsWith(QStringLiteral("Unit20: no report")));
+    EXPECT_TRUE(stack.Source("lblSensors").startsWith(QStringLiteral("Sensors: Unit20\nno report")));
     stack.Receive(QStringLiteral("I:00000011"), 4);
     EXPECT_EQ(stack.Signs("lvSensors"), unknown) << "of another outstation than the chosen one";
     stack.Receive(QStringLiteral("B:0000000100000000"));
-    const QString reported = stack.Source("lblSensorsSource");
-    EXPECT_TRUE(reported.startsWith(QStringLiteral("Unit20, reported "))) << reported.toStdString();
+    const QString reported = stack.Source("lblSensors");
+    EXPECT_TRUE(reported.startsWith(QStringLiteral("Sensors: Unit20\nreported "))) << reported.toStdString();
     stack.DoubleClick(0);
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("w0000000"));
 
@@ -188,16 +188,16 @@ TEST(Scada, EachOutstationKeepsItsOwnValues)
     stack.Receive(QStringLiteral("O:10000000"), 4);
     stack.Progress(192); // of the switch at Unit20
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
-    EXPECT_NE(stack.Source("lblControlsSource").section(QLatin1Char(','), 1), reported.section(QLatin1Char(','), 1));
+    EXPECT_NE(stack.Source("lblControls").section(QLatin1Char('\n'), 1), reported.section(QLatin1Char('\n'), 1));
 
     stack.Choose("0200200120");
     EXPECT_EQ(stack.Signs("lvControls"), unknown) << "no such unit";
     stack.Choose("200200120");
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("10000000")) << "the same unit by its address";
-    EXPECT_EQ(stack.Source("lblSensorsSource"), reported);
+    EXPECT_EQ(stack.Source("lblSensors"), reported);
 
     stack.Choose("");
-    EXPECT_TRUE(stack.Source("lblControlsSource").startsWith(QStringLiteral("Unit22,"))) << "it reported last";
+    EXPECT_TRUE(stack.Source("lblControls").startsWith(QStringLiteral("Controls: Unit22\n"))) << "it reported last";
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
     stack.prompt.ExpectWarning(stack.Text(5000));
     stack.DoubleClick(0);
