@@ -32,8 +32,11 @@ void Fill(QObject& object, const char* idProperty, const char* property, const I
         return;
     if (!HasProperty(object, property))
         throw std::logic_error(object.objectName().toStdString() + " has no " + property);
-    // Blanks at a caption's ends are no spacing: the layout sees to that.
-    object.setProperty(property, strings.LoadString(id.toInt()).trimmed());
+    // A blank before a caption would set it off from those above and below; one behind it keeps a distance.
+    QString text = strings.LoadString(id.toInt());
+    while (text.startsWith(QLatin1Char(' ')))
+        text.remove(0, 1);
+    object.setProperty(property, text);
 }
 
 void FillAll(QObject& object, const IStringSource& strings)

@@ -2,8 +2,9 @@
 
 #include <QString>
 
-// Keeps other programs from what a file stands for. The system takes the lock away when its holder ends, however it
-// ends, so that a program that was killed or a machine whose name has changed locks nothing. The file stays.
+// Keeps other programs from what a file stands for. The system takes the lock away when its holder ends,
+// however it ends, so that a program that was killed or a machine whose name has changed locks nothing. The
+// file stays.
 class FileLock {
 public:
     explicit FileLock(QString file);

@@ -5,9 +5,9 @@
 
 class Settings;
 
-// The sessions that have begun at this console and are not known to be stored as ended, kept in its settings. One
-// that is there at a logon was cut short: the program was ended, or the database could not be reached. What it has
-// left in the database, a marked profile and a radio on duty, is then put right.
+// The sessions that have begun at this console and are not known to be stored as ended, kept in its settings.
+// One that is there at a logon was cut short: the program was ended, or the database could not be reached.
+// What it has left in the database, a marked profile and a radio on duty, is then put right.
 class OpenSessions {
 public:
     struct Session {
