@@ -22,6 +22,7 @@
 #include <QListView>
 #include <QLocale>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTextDocument>
 #include <algorithm>
 
@@ -83,7 +84,7 @@ void ScadaPane::Build()
     lvControls->installEventFilter(this);
     connect(lvControls, &QListView::doubleClicked, this, &ScadaPane::SwitchSelected);
 
-    auto* grid = new QGridLayout(this);
+    auto* grid = new QGridLayout(NewContent());
     grid->setContentsMargins(4, 4, 4, 4);
     grid->setSpacing(4);
     grid->setColumnStretch(0, 1);
@@ -99,6 +100,27 @@ void ScadaPane::Build()
     grid->addWidget(NewButton("cmdQryControls", MainText::QueryControls, ScadaCode::QueryControls), 3, 1);
     grid->addWidget(NewButton("cmdALLON", MainText::AllOn, ScadaCode::AllOn), 4, 0);
     grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 4, 1);
+}
+
+// What the panel holds is reached by scrolling where a small screen leaves no room for all of it.
+QWidget* ScadaPane::NewContent()
+{
+    auto* area = new QScrollArea(this);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setWidgetResizable(true);
+    m_content = new QWidget;
+    m_content->setMinimumWidth(1); // narrower than its captions rather than scrolled sideways
+    area->setWidget(m_content);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(area);
+    return m_content;
+}
+
+QSize ScadaPane::minimumSizeHint() const
+{
+    return m_content->minimumSizeHint();
 }
 
 QListView* ScadaPane::NewList(const char* name, int accessibleNameId, ScadaModel& model)

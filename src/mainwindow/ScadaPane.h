@@ -39,6 +39,9 @@ public:
     // After what turns a name into an address has changed.
     void ShowUnit();
 
+    // With nothing scrolled.
+    QSize minimumSizeHint() const override;
+
     void UpdateScadaSensors(const QString& bits, const ScadaSource& source) override;
     void UpdateScadaControls(const QString& bits, const ScadaSource& source) override;
     void ReflectScadaControl() override;
@@ -49,6 +52,7 @@ protected:
 
 private:
     void Build();
+    QWidget* NewContent();
     QListView* NewList(const char* name, int accessibleNameId, ScadaModel& model);
     QWidget* NewButton(const char* name, int textId, int statusCode);
     QString ChosenUnit() const;
@@ -63,6 +67,7 @@ private:
     ScadaModel* m_sensors;
     ScadaModel* m_controls;
     ScadaSwitch m_switch;
+    QWidget* m_content = nullptr;
     std::map<QString, ScadaStation> m_stations; // by address
     QString m_reportedLast;                     // address of a station
     QComboBox* cmbScadaUnit = nullptr;

@@ -43,11 +43,11 @@ void WindowPlacement::RestoreRectangle(const Settings::Placement& placement)
     const QSize size = rectangle.size().boundedTo(available.size());
     if (!screen || size != rectangle.size())
         rectangle.moveTopLeft(available.topLeft());
-    if (size != rectangle.size())
-        Await(Awaited::Fit);
     rectangle.setSize(size);
     m_window.setWindowState(Qt::WindowNoState);
     SetRectangle(rectangle);
+    m_normalRect = rectangle;
+    Await(Awaited::FirstPlace);
 }
 
 void WindowPlacement::RestoreState(const Settings::Placement& placement)
@@ -134,20 +134,30 @@ void WindowPlacement::ComeToRest()
         if (IsNormal() && Rectangle() != m_normalRect)
             SetRectangle(m_normalRect);
         break;
-    case Awaited::Fit:
-        FitFrame();
+    case Awaited::FirstPlace:
+        MendFirstPlace();
         break;
     case Awaited::Nothing:
         break;
     }
 }
 
-void WindowPlacement::FitFrame()
+// A window that grew to its least size before it had its frame stands beside its place, or reaches out of the
+// screen.
+void WindowPlacement::MendFirstPlace()
 {
-    const QSize available = m_window.screen()->availableGeometry().size();
-    const QSize excess = (m_window.frameGeometry().size() - available).expandedTo(QSize(0, 0));
-    if (!m_fullScreen && IsNormal() && !excess.isNull())
-        SetRectangle({m_window.screen()->availableGeometry().topLeft(), m_window.size() - excess});
+    if (m_fullScreen || !IsNormal())
+        return;
+    const QRect available = m_window.screen()->availableGeometry();
+    const QSize frame = m_window.frameGeometry().size() - m_window.size();
+    QRect rectangle(m_normalRect.topLeft(), m_window.size().boundedTo(available.size() - frame));
+    if (rectangle.size() != m_normalRect.size()) {
+        const QPoint last = available.bottomRight() - QRect({}, rectangle.size() + frame).bottomRight();
+        rectangle.moveTo(std::max(std::min(rectangle.x(), last.x()), available.x()),
+                         std::max(std::min(rectangle.y(), last.y()), available.y()));
+    }
+    if (rectangle != Rectangle())
+        SetRectangle(rectangle);
 }
 
 bool WindowPlacement::HasFrame() const

@@ -11,8 +11,8 @@ class QWidget;
 // Place and size of the main window over its life and across runs, and its full-screen mode. Lengths are
 // device-independent pixels; left and top are those of the frame.
 //
-// A window manager does what it is asked for only later, and the frame's width is not known before. What it has to
-// come to is therefore looked at once more when the window has come to rest, and mended.
+// A window manager does what it is asked for only later, and the frame's width is not known before. What it
+// has to come to is therefore looked at once more when the window has come to rest, and mended.
 class WindowPlacement : public QObject {
     Q_OBJECT
 
@@ -38,11 +38,11 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    enum class Awaited { Nothing, FullScreen, NormalRectangle, Fit };
+    enum class Awaited { Nothing, FullScreen, NormalRectangle, FirstPlace };
 
     void Await(Awaited awaited);
     void ComeToRest();
-    void FitFrame();
+    void MendFirstPlace();
     bool HasFrame() const;
     QRect Rectangle() const;
     void SetRectangle(const QRect& rectangle);

@@ -223,8 +223,13 @@ void winMain::LayoutPanes()
     sizes.splitterWidth = PaneSplitter::Width;
     sizes.sendPaneHeight = picSend->PaneHeight();
     sizes.logWidth = m_logWidth;
-    // In a large font the strip could push the panes out of a small window: the window grows instead.
-    m_client->setMinimumHeight(LowestClient(sizes, LeastPaneHeight()));
+    // In a large font the strip could push the panes out of a small window: the window grows instead, as far
+    // as the screen has room.
+    const int room =
+        screen()->availableGeometry().height() - (frameGeometry().height() - height()) - menuBar()->height();
+    const int lowest = LowestClient(sizes, LeastPaneLines * fontMetrics().lineSpacing());
+    m_client->setMinimumHeight(
+        std::clamp(LowestClient(sizes, LeastPaneHeight()), lowest, std::max(lowest, room)));
     const QSize client = m_client->size();
     sizes.client = client;
     const PaneLayout layout = ArrangePanes(sizes);
