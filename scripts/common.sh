@@ -5,7 +5,7 @@ PACKAGES="g++ cmake ninja-build ccache pkg-config python3
 qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev qt6-multimedia-dev qt6-qpa-plugins
 libsodium-dev libsqlite3-dev libpq-dev libx11-dev fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev postgresql
-xvfb openbox at-spi2-core gir1.2-atspi-2.0 python3-gi python3-xlib dbus-daemon"
+xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
 
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.
 install_packages() {

@@ -37,7 +37,7 @@ class Run:
     def __init__(self, arguments):
         self._arguments = arguments
         self._file = arguments.file
-        self._start, self._tests = steps.read(arguments.file)
+        self._screen, self._start, self._tests = steps.read(arguments.file)
         for step in [*self._start, *(step for test in self._tests for step in test.steps)]:
             try:
                 words.check(step)
@@ -52,7 +52,7 @@ class Run:
         """The names of the tests that failed."""
         failed = []
         started = False
-        with desktop.Desktop(self._arguments) as bench:
+        with desktop.Desktop(self._arguments, self._screen) as bench:
             for test in self._tests:
                 begin = time.monotonic()
                 todo = test.steps if started else self._start + test.steps

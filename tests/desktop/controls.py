@@ -1,14 +1,15 @@
-"""The controls of the programs on the private bus, as an aid for the blind is told of them."""
+"""The controls of the programs on the private bus, as an aid for the blind is told of them (AT-SPI)."""
 
 import fnmatch
 
-import gi
+from gi.repository import Gio, GLib
 
-gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi, GLib  # noqa: E402
+_ACCESSIBLE = "org.a11y.atspi.Accessible"
+_ROOT = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+_LIMIT = 3000  # ms for one answer
 
 ROLES = {
-    "button": {"push button", "toggle button", "button menu"},
+    "button": {"push button", "button", "toggle button", "button menu"},
     "box": {"check box", "radio button", "toggle button"},
     "tab": {"page tab"},
     "line": {"table cell", "list item", "tree item", "table row"},
@@ -18,63 +19,127 @@ ROLES = {
     "list": {"tree", "list", "table", "tree table"},
 }
 _WINDOWS = {"frame", "dialog", "alert", "window", "popup menu"}
+# Bits of a state set.
+_STATES = {"ACTIVE": 1, "CHECKED": 4, "ENABLED": 8, "FOCUSED": 12, "SELECTED": 23, "SHOWING": 25}
 
 
 class Control:
     """A control that is shown. Positions are pixels of the screen."""
 
-    def __init__(self, handle, role, name, states, window, path):
-        self.handle, self.role, self.name, self.window, self.path = handle, role, name, window, path
-        self._states = states
+    def __init__(self, bus, node, facts, parents, path, scale):
+        self.role, self.name, self._states = facts
+        self.path = path
+        self._bus, self._node, self._parents, self._scale = bus, node, parents, scale
 
     def has(self, state):
-        return self._states.contains(getattr(Atspi.StateType, state))
-
-    @property
-    def extents(self):
-        box = self.handle.get_extents(Atspi.CoordType.SCREEN)
-        return box.x, box.y, box.width, box.height
+        return bool(self._states >> _STATES[state] & 1)
 
     @property
     def middle(self):
-        x, y, width, height = self.extents
+        x, y, width, height = self._extents(self._node)
         return x + width // 2, y + height // 2
 
     @property
     def text(self):
         """What a text field holds; the name of anything else."""
-        try:
-            interface = self.handle.get_text_iface()
-            if interface is not None:
-                return Atspi.Text.get_text(interface, 0, -1)
-        except GLib.Error:
-            pass
+        if self.role in ROLES["field"]:
+            try:
+                return self._bus.ask(self._node, "org.a11y.atspi.Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
+            except GLib.Error:
+                pass
         return self.name
 
     def answers_to(self, role, pattern):
         names = {_plain(self.name), self.name}
         return (role is None or self.role in ROLES[role]) and any(fnmatch.fnmatchcase(n, pattern) for n in names)
 
+    def lies_in(self, place):
+        """Whether its window has this place."""
+        window = self._parents[0] if self._parents else self._node
+        return all(abs(a - b) <= self._scale for a, b in zip(self._extents(window), place))
 
-def _plain(name):
-    return name.replace("&", "").strip().rstrip(":").rstrip()
+    def is_within_its_panes(self):
+        """Whether its middle is inside everything that it lies in, not scrolled out of it."""
+        x, y = self.middle
+        for outer in self._parents:
+            left, top, width, height = self._extents(outer)
+            if width > 0 and not (left <= x < left + width and top <= y < top + height):
+                return False
+        return True
+
+    def _extents(self, node):
+        box = self._bus.ask(node, "org.a11y.atspi.Component", "GetExtents", GLib.Variant("(u)", (0,)))[0]
+        return tuple(round(value * self._scale) for value in box)
+
+
+class _Bus:
+    """The accessibility bus. Questions may be asked many at a time; a node is (bus name, object path)."""
+
+    def __init__(self):
+        session = Gio.bus_get_sync(Gio.BusType.SESSION)
+        address = session.call_sync("org.a11y.Bus", "/org/a11y/bus", "org.a11y.Bus", "GetAddress", None, None,
+                                    Gio.DBusCallFlags.NONE, _LIMIT, None).unpack()[0]
+        flags = Gio.DBusConnectionFlags.AUTHENTICATION_CLIENT | Gio.DBusConnectionFlags.MESSAGE_BUS_CONNECTION
+        self._connection = Gio.DBusConnection.new_for_address_sync(address, flags, None, None)
+
+    def ask(self, node, interface, method, arguments=None):
+        return self._connection.call_sync(node[0], node[1], interface, method, arguments, None, Gio.DBusCallFlags.NONE,
+                                          _LIMIT, None).unpack()
+
+    def ask_all(self, questions):
+        """The answers in order, None where there was none."""
+        answers = [None] * len(questions)
+        open_ones = len(questions)
+
+        def answered(connection, result, index):
+            nonlocal open_ones
+            open_ones -= 1
+            try:
+                answers[index] = connection.call_finish(result).unpack()
+            except GLib.Error:
+                pass
+        for index, (node, interface, method, arguments) in enumerate(questions):
+            self._connection.call(node[0], node[1], interface, method, arguments, None, Gio.DBusCallFlags.NONE, _LIMIT,
+                                  None, answered, index)
+        while open_ones:
+            GLib.MainContext.default().iteration(True)
+        return answers
 
 
 class Controls:
-    """All that is shown, asked anew each time."""
+    """All that is shown, asked anew each time. Programs tell places before they are scaled."""
 
-    def __init__(self):
-        Atspi.init()
-        Atspi.set_timeout(3000, 3000)
-        self._desktop = Atspi.get_desktop(0)
-        self._desktop.set_cache_mask(Atspi.Cache.NONE)
+    def __init__(self, scale):
+        self._scale = scale
+        self._bus = _Bus()
 
     def all(self):
-        """Controls that are shown, windows first; what goes away meanwhile is left out."""
+        """Controls that are shown, in the order of the windows and their parts; what goes away meanwhile is left out."""
+        programs = self._children([_ROOT])[0]
+        windows = [window for children in self._children(programs) for window in children]
+        # From level to level, so that a whole level is one exchange.
+        known = {}
+        level = [(window, (), ()) for window in windows]
+        while level:
+            facts = self._facts([node for node, _, _ in level])
+            opened = []
+            for (node, parents, path), fact in zip(level, facts):
+                if fact is None:
+                    continue
+                role, name, states = fact
+                if role == "text" and not name and path:
+                    fact = (role, path[-1], states)  # the field of a box with a list
+                shown = bool(states >> _STATES["SHOWING"] & 1)
+                known[node] = Control(self._bus, node, fact, parents, path, self._scale) if shown else None
+                if shown or role == "popup menu" or not parents:
+                    opened.append((node, parents + (node,) if shown else parents, path + (name,) if name else path))
+            below = self._children([node for node, _, _ in opened])
+            for (node, parents, path), children in zip(opened, below):
+                known[node] = (known[node], children)
+            level = [(child, parents, path) for (_, parents, path), children in zip(opened, below) for child in children]
         found = []
-        for program in self._children(self._desktop):
-            for window in self._children(program):
-                self._collect(window, None, [], found)
+        for window in windows:
+            _flatten(window, known, found)
         return found
 
     def find(self, role, path):
@@ -95,30 +160,33 @@ class Controls:
                 lines.append("  " + "  " * len(control.path) + f"{control.role} {control.name[:90]!r}{holds}{marks}{shut}")
         return "\n".join(lines[:160]) or "  nothing"
 
-    def _children(self, handle):
-        try:
-            children = [handle.get_child_at_index(i) for i in range(handle.get_child_count())]
-        except GLib.Error:
-            return []
-        return [child for child in children if child is not None]
+    def _children(self, nodes):
+        answers = self._bus.ask_all([(node, _ACCESSIBLE, "GetChildren", None) for node in nodes])
+        return [[tuple(child) for child in answer[0]] if answer else [] for answer in answers]
 
-    def _collect(self, handle, window, path, found):
-        try:
-            states = handle.get_state_set()
-            role = handle.get_role_name()
-            name = handle.get_name() or ""
-        except GLib.Error:
-            return
-        showing = states.contains(Atspi.StateType.SHOWING)
-        if not showing and role not in _WINDOWS:
-            return
-        if showing:
-            found.append(Control(handle, role, name, states, window or handle, path))
-        elif role != "popup menu" and window is not None:
-            return
-        below = path + [name] if name else path
-        for child in self._children(handle):
-            self._collect(child, window or handle, below, found)
+    def _facts(self, nodes):
+        """(role, name, states) of each, None for what is gone."""
+        name = GLib.Variant("(ss)", (_ACCESSIBLE, "Name"))
+        questions = []
+        for node in nodes:
+            questions += [(node, _ACCESSIBLE, "GetRoleName", None), (node, _ACCESSIBLE, "GetState", None),
+                          (node, "org.freedesktop.DBus.Properties", "Get", name)]
+        answers = self._bus.ask_all(questions)
+        return [(role[0], text[0] or "", states[0][0] | states[0][1] << 32) if role and states and text else None
+                for role, states, text in zip(answers[0::3], answers[1::3], answers[2::3])]
+
+
+def _flatten(node, known, found):
+    entry = known.get(node)
+    control, children = entry if isinstance(entry, tuple) else (entry, [])
+    if control is not None:
+        found.append(control)
+    for child in children:
+        _flatten(child, known, found)
+
+
+def _plain(name):
+    return name.replace("&", "").strip().rstrip(":").rstrip()
 
 
 def _inside(path, outer):

@@ -10,7 +10,6 @@ from console import Console
 from processes import Processes, Trouble  # noqa: F401
 from screen import Screen
 
-_SIZE = "1280x1024x24"
 _BUS_LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
 _QUIET = 0.3     # seconds without a change after which a desktop has settled
 _MANAGERS = {"openbox": ("openbox", "--sm-disable"), "xfwm4": ("xfwm4", "--compositor=off"),
@@ -20,13 +19,14 @@ _MANAGERS = {"openbox": ("openbox", "--sm-disable"), "xfwm4": ("xfwm4", "--compo
 class Desktop:
     """Use as a context: everything that it starts has ended when it is left."""
 
-    def __init__(self, arguments):
+    def __init__(self, arguments, size):
         self._arguments = arguments
+        self._size = "{}x{}x24".format(*size)
         self.folder = Path(__file__).resolve().parent
         self.programs = arguments.programs
         self.output = arguments.output
         self.python = sys.executable
-        self.environment = {"QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_ACCESSIBILITY": "1"}
+        self._usual_environment = {"QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_ACCESSIBILITY": "1"}
 
     def __enter__(self):
         self.processes = Processes()
@@ -42,7 +42,7 @@ class Desktop:
         self.processes.__exit__()
 
     def _open(self):
-        _, number = self.processes.start_announced("Xvfb", "-displayfd", "{fd}", "-screen", "0", _SIZE, "-nolisten", "tcp",
+        _, number = self.processes.start_announced("Xvfb", "-displayfd", "{fd}", "-screen", "0", self._size, "-nolisten", "tcp",
                                                    "-noreset")
         self._display = f":{number}"
         self.processes.environment["DISPLAY"] = self._display
@@ -56,16 +56,16 @@ class Desktop:
         # What is asked of the accessibility bus here has to find the private one, not that of whoever runs the test.
         os.environ.update({key: value for key, value in self.processes.environment.items() if key != "TMPDIR"})
         os.environ.pop("AT_SPI_BUS_ADDRESS", None)
-        from controls import Controls
         self.screen = Screen(self._display)
         self.processes.start(*_MANAGERS[self._arguments.window_manager])
         self._wait_for_manager()
-        self.controls = Controls()
         self._reset()
 
     def _reset(self):
         self.console = Console(self.processes, self.programs,
                                self.folder.parents[1] / "src/resources/demonstration/directory.json")
+        self.environment = dict(self._usual_environment)
+        self._controls = None
         self.radio = None
         self.console_may_end = False
         self.terminals, self.places, self._burners = {}, {}, []
@@ -77,6 +77,13 @@ class Desktop:
             if time.monotonic() > deadline:
                 raise Trouble(f"{self._arguments.window_manager} does not manage the display")
             time.sleep(0.05)
+
+    @property
+    def controls(self):
+        if self._controls is None:
+            from controls import Controls  # not before the bus is there
+            self._controls = Controls(float(self.environment.get("QT_SCALE_FACTOR", 1)))
+        return self._controls
 
     def between_tests(self):
         """No key down, nothing counted from before."""
@@ -116,24 +123,19 @@ class Desktop:
     def cover(self, control):
         """What lies over the middle of the control; nothing when the pointer reaches it there."""
         try:
-            x, y = control.middle
-            title, place = self.screen.window_at(x, y)
-            frame = control.window.get_extents(0)
-        except Exception as failure:
-            return f"an error: {failure}"
-        if title is None:
-            return "" if control.role.endswith("item") else "a popup"
-        return "" if (frame.x, frame.y, frame.width, frame.height) == tuple(place) else repr(title) or "the desktop"
+            title, place = self.screen.window_at(*control.middle)
+            if title is None:
+                return "" if control.role.endswith("item") else "a popup"
+            if not control.lies_in(place):
+                return f"{title!r} {tuple(place)}"
+            return "" if control.is_within_its_panes() else "the edge of its pane"
+        except Exception as failure:  # it is gone by now
+            return str(failure)
 
     def topmost(self, controls):
         """The one whose window is highest."""
-        order = [w.place for w in self.screen.windows()]
-
-        def height(control):
-            frame = control.window.get_extents(0)
-            place = (frame.x, frame.y, frame.width, frame.height)
-            return max((i for i, p in enumerate(order) if tuple(p) == place), default=-1)
-        return max(controls, key=height)
+        places = [w.place for w in self.screen.windows()]
+        return max(controls, key=lambda c: max((i for i, p in enumerate(places) if c.lies_in(p)), default=-1))
 
     def describe(self, picture):
         """What there is to see, for whoever reads why a test failed; the picture is stored."""

@@ -17,7 +17,8 @@ class Mistake(Exception):
 
 
 def read(path):
-    """(steps before the first test, tests). "repeat N" repeats the indented lines below it."""
+    """(size of the screen, steps before the first test, tests). "repeat N" repeats the indented lines below it."""
+    screen = (1280, 1024)
     lines = [(number, line.rstrip()) for number, line in
              enumerate(path.read_text(encoding="utf-8").splitlines(), 1)]
     lines = [(number, line) for number, line in lines if line.strip() and not line.lstrip().startswith("#")]
@@ -33,11 +34,13 @@ def read(path):
             while lines and lines[0][1].startswith(" "):
                 block.append(_step(*lines.pop(0)))
             steps.extend(block * int(match[1]))
+        elif match := re.fullmatch(r"screen (\d+) x (\d+)", line):
+            screen = int(match[1]), int(match[2])
         elif line.startswith(" "):
             raise Mistake(f"{path.name}:{number}: indented without a repeat above")
         else:
             steps.append(_step(number, line))
-    return start, tests
+    return screen, start, tests
 
 
 def _step(number, line):

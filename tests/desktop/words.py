@@ -200,6 +200,11 @@ def setting_holds(bench, section, key, value):
            lambda: None if bench.console.setting(section, key) == value else bench.console.setting(section, key))
 
 
+@word("environment NAME is TEXT")
+def environment(bench, name, value):
+    bench.environment[name] = value
+
+
 @word("send console NAME")
 def signal_console(bench, name):
     import signal
@@ -308,6 +313,12 @@ def drag(bench, start, end):
     bench.screen.drag(_reach(bench, start).middle, _reach(bench, end).middle)
 
 
+@word("wheel NUMBER over CONTROL")
+def wheel(bench, notches, control):
+    """Down; up with a number below zero."""
+    bench.screen.click(*_reach(bench, control).middle, button=5 if notches > 0 else 4, times=abs(int(notches)))
+
+
 @word("menu TEXT")
 def menu(bench, path):
     for name in path.split(" > "):
@@ -355,7 +366,7 @@ def type_slowly(bench, text):
 
 @word("put TEXT into CONTROL")
 def put(bench, text, control):
-    _point(bench, control)
+    _point(bench, (control[0] or "field", control[1]))
     bench.screen.chord("Ctrl+a")
     bench.screen.type(text, _TYPING)
 
