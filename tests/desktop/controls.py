@@ -6,6 +6,9 @@ from gi.repository import Gio, GLib
 
 _ACCESSIBLE = "org.a11y.atspi.Accessible"
 _ROOT = ("org.a11y.atspi.Registry", "/org/a11y/atspi/accessible/root")
+_PROPERTIES = "org.freedesktop.DBus.Properties"
+_NAME = GLib.Variant("(ss)", (_ACCESSIBLE, "Name"))
+_LABELLED_BY = 2
 _LIMIT = 3000  # ms for one answer
 
 ROLES = {
@@ -27,7 +30,7 @@ class Control:
     """A control that is shown. Positions are pixels of the screen."""
 
     def __init__(self, bus, node, facts, parents, path, scale):
-        self.role, self.name, self._states = facts
+        self.role, self.name, self._states, self._value = facts
         self.path = path
         self._bus, self._node, self._parents, self._scale = bus, node, parents, scale
 
@@ -41,7 +44,9 @@ class Control:
 
     @property
     def text(self):
-        """What a text field holds; the name of anything else."""
+        """What a field holds; the name of anything else."""
+        if self._value is not None:
+            return self._value
         if self.role in ROLES["field"]:
             try:
                 return self._bus.ask(self._node, "org.a11y.atspi.Text", "GetText", GLib.Variant("(ii)", (0, -1)))[0]
@@ -126,9 +131,7 @@ class Controls:
             for (node, parents, path), fact in zip(level, facts):
                 if fact is None:
                     continue
-                role, name, states = fact
-                if role == "text" and not name and path:
-                    fact = (role, path[-1], states)  # the field of a box with a list
+                role, name, states, _ = fact
                 shown = bool(states >> _STATES["SHOWING"] & 1)
                 known[node] = Control(self._bus, node, fact, parents, path, self._scale) if shown else None
                 if shown or role == "popup menu" or not parents:
@@ -165,15 +168,28 @@ class Controls:
         return [[tuple(child) for child in answer[0]] if answer else [] for answer in answers]
 
     def _facts(self, nodes):
-        """(role, name, states) of each, None for what is gone."""
-        name = GLib.Variant("(ss)", (_ACCESSIBLE, "Name"))
+        """(role, name, states, value) of each, None for what is gone; the value is that of a box with a list."""
         questions = []
         for node in nodes:
             questions += [(node, _ACCESSIBLE, "GetRoleName", None), (node, _ACCESSIBLE, "GetState", None),
-                          (node, "org.freedesktop.DBus.Properties", "Get", name)]
+                          (node, _PROPERTIES, "Get", _NAME)]
         answers = self._bus.ask_all(questions)
-        return [(role[0], text[0] or "", states[0][0] | states[0][1] << 32) if role and states and text else None
-                for role, states, text in zip(answers[0::3], answers[1::3], answers[2::3])]
+        facts = [(role[0], text[0] or "", states[0][0] | states[0][1] << 32, None) if role and states and text else None
+                 for role, states, text in zip(answers[0::3], answers[1::3], answers[2::3])]
+        boxes = [index for index, fact in enumerate(facts) if fact and fact[0] == "combo box"]
+        for index, label in zip(boxes, self._labels([nodes[index] for index in boxes])):
+            role, value, states, _ = facts[index]
+            facts[index] = (role, label or value, states, "" if value == label else value)
+        return facts
+
+    def _labels(self, nodes):
+        """The texts of the labels that stand for these; a box with a list is named after what is chosen in it."""
+        labels = []
+        for answer in self._bus.ask_all([(node, _ACCESSIBLE, "GetRelationSet", None) for node in nodes]):
+            targets = [targets[0] for kind, targets in (answer[0] if answer else []) if kind == _LABELLED_BY and targets]
+            name = self._bus.ask_all([(tuple(targets[0]), _PROPERTIES, "Get", _NAME)])[0] if targets else None
+            labels.append(name[0] if name else "")
+        return labels
 
 
 def _flatten(node, known, found):
