@@ -90,7 +90,7 @@ void WindowPlacement::SetFullScreen(bool on)
     if (on) {
         if (!wasOn && m_awaited != Awaited::NormalRectangle) {
             m_normalRect = Rectangle();
-            m_hadFrame = HasFrame();
+            m_hadFrame = HasFrame() || !m_window.isVisible();
         }
         m_window.setWindowState(m_window.windowState() | Qt::WindowFullScreen);
         Await(Awaited::FullScreen);

@@ -50,7 +50,7 @@ private:
     QWidget& m_window;
     Settings& m_settings;
     bool m_fullScreen = false;
-    bool m_hadFrame = false; // when full-screen mode was entered
+    bool m_hadFrame = false; // when full-screen mode was entered, or will have when it is shown
     QRect m_normalRect;      // NormalRect
     Awaited m_awaited = Awaited::Nothing;
     int m_looks = 0;

@@ -13,7 +13,7 @@ from screen import Screen
 _BUS_LAUNCHERS = ("/usr/libexec/at-spi-bus-launcher", "/usr/lib/at-spi2-core/at-spi-bus-launcher")
 _QUIET = 0.3     # seconds without a change after which a desktop has settled
 _MANAGERS = {"openbox": ("openbox", "--sm-disable"), "xfwm4": ("xfwm4", "--compositor=off"),
-             "mutter": ("mutter", "--x11"), "kwin": ("kwin_x11",), "metacity": ("metacity", "--no-composite")}
+             "mutter": ("mutter", "--x11", "--sm-disable"), "kwin": ("kwin_x11",), "metacity": ("metacity", "--no-composite")}
 
 
 class Desktop:

@@ -293,6 +293,13 @@ def click(bench, control):
     _point(bench, control)
 
 
+@word("click window TITLE")
+def click_window(bench, title):
+    """On its title bar."""
+    frame, place = _window(bench, title).frame, _window(bench, title).place
+    bench.screen.click(frame.x + frame.width // 2, (frame.y + place.y) // 2)
+
+
 @word("right click CONTROL")
 def right_click(bench, control):
     _point(bench, control, button=3)
