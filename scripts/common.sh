@@ -7,6 +7,8 @@ libsodium-dev libsqlite3-dev libpq-dev libx11-dev fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev postgresql
 xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
 
+DESKTOP_PACKAGES="xfwm4 metacity mutter kwin-x11 xwayland qt6-wayland"
+
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.
 install_packages() {
     local missing=() name
@@ -48,4 +50,17 @@ build_preset() {
     fi
     echo "Building ($preset) ..."
     cmake --build --preset "$preset" >"$log" 2>&1 || { tail -n 60 "$log" >&2; return 1; }
+}
+
+# test_desktops : the tests of windows, focus and placement under other window managers and in a Wayland session.
+test_desktops() {
+    local manager file failed=0
+    for manager in openbox xfwm4 metacity mutter kwin wayland; do
+        for file in tests/desktop/*.steps; do
+            echo "$manager: $(basename "$file")"
+            /usr/bin/python3 -B tests/desktop/bench.py "$file" --programs build/bin --output "build/desktop/$manager" \
+                --window-manager "$manager" --tag desktops || failed=1
+        done
+    done
+    return "$failed"
 }

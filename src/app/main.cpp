@@ -108,6 +108,17 @@ int Run(const CommandLine& line)
     }
 }
 
+// A Wayland session lets no window stay above the others, come to the front or go to its place; its X server does.
+void ChoosePlatform(bool tour)
+{
+    if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        return;
+    if (tour)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    else if (qEnvironmentVariableIsSet("WAYLAND_DISPLAY") && qEnvironmentVariableIsSet("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb;wayland");
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -127,13 +138,10 @@ int main(int argc, char** argv)
         Print(QStringLiteral("veltorkyn: %1\n").arg(line.problem), stderr);
         Print(CommandLine::Help(), stderr);
         return WrongArguments;
-    case CommandLine::Mode::Tour:
-        if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        break;
     default:
         break;
     }
+    ChoosePlatform(line.mode == CommandLine::Mode::Tour);
     QApplication::setApplicationName(QString::fromLatin1(AppPaths::title));
     QApplication::setApplicationVersion(Version());
     QApplication::setQuitOnLastWindowClosed(false);

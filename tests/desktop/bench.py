@@ -51,6 +51,8 @@ class Run:
     def run(self):
         """The names of the tests that failed."""
         failed = []
+        if not self._tests:
+            return failed
         started = False
         with desktop.Desktop(self._arguments, self._screen) as bench:
             for test in self._tests:
@@ -87,7 +89,8 @@ def main():
     parser.add_argument("file", type=Path, help="a file of steps")
     parser.add_argument("--programs", type=Path, required=True, help="folder of veltorkyn and veltorkyn-radio")
     parser.add_argument("--output", type=Path, default=Path("."), help="folder for screenshots of failures")
-    parser.add_argument("--window-manager", default="openbox")
+    parser.add_argument("--window-manager", default="openbox",
+                        help="or xfwm4, metacity, mutter, kwin, or wayland: an X server inside a Wayland session")
     parser.add_argument("--only", help="tests whose name holds this")
     parser.add_argument("--tag", help="tests with this tag")
     parser.add_argument("--limit", type=int, default=110, help="seconds for the whole file")

@@ -1,6 +1,7 @@
 """One desktop: display, window manager, accessibility bus, and the programs on it."""
 
 import os
+import re
 import signal
 import sys
 import time
@@ -26,7 +27,7 @@ class Desktop:
         self.programs = arguments.programs
         self.output = arguments.output
         self.python = sys.executable
-        self._usual_environment = {"QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_ACCESSIBILITY": "1"}
+        self._usual_environment = {"QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_ACCESSIBILITY": "1"}
 
     def __enter__(self):
         self.processes = Processes()
@@ -56,10 +57,32 @@ class Desktop:
         # What is asked of the accessibility bus here has to find the private one, not that of whoever runs the test.
         os.environ.update({key: value for key, value in self.processes.environment.items() if key != "TMPDIR"})
         os.environ.pop("AT_SPI_BUS_ADDRESS", None)
-        self.screen = Screen(self._display)
-        self.processes.start(*_MANAGERS[self._arguments.window_manager])
+        if self._arguments.window_manager == "wayland":
+            self._open_wayland()
+        else:
+            self.screen = Screen(self._display)
+            self.processes.start(*_MANAGERS[self._arguments.window_manager])
         self._wait_for_manager()
         self._reset()
+
+    def _open_wayland(self):
+        """A Wayland session in a window that fills the display; the console comes to it through its X server."""
+        self.processes.environment["MUTTER_DEBUG_DUMMY_MODE_SPECS"] = self._size.rsplit("x", 1)[0]
+        self.processes.start("mutter", "--wayland", "--nested", "--sm-disable", log="session.log")
+        deadline = time.monotonic() + 20
+        names = None
+        while names is None:
+            if time.monotonic() > deadline:
+                raise Trouble("mutter does not open a Wayland session")
+            time.sleep(0.1)
+            log = (self.processes.folder / "session.log").read_text()
+            names = re.search(r"X11 display (:\d+).*Wayland display name '([^']+)'", log, re.S)
+        authority = next(Path(self.processes.environment["XDG_RUNTIME_DIR"]).glob(".mutter-Xwaylandauth.*"))
+        session = {"DISPLAY": names[1], "WAYLAND_DISPLAY": names[2], "XAUTHORITY": str(authority),
+                   "XDG_SESSION_TYPE": "wayland"}
+        self.processes.environment.update(session)
+        os.environ.update(session)
+        self.screen = Screen(names[1], hand=self._display)
 
     def _reset(self):
         self.console = Console(self.processes, self.programs,

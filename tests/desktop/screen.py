@@ -4,6 +4,7 @@ import fnmatch
 import time
 from collections import namedtuple
 
+import Xlib.protocol.display
 from Xlib import X, XK, Xutil, display, error, protocol
 from Xlib.ext import xtest
 
@@ -21,11 +22,20 @@ _KEYS = {
 _SIGNS = {"\n": "Return", "\t": "Tab", " ": "space"}
 
 
-class Screen:
-    """One X display. Windows are told by their titles, in which * and ? are wildcards."""
+def _open(name):
+    # python3-xlib keeps the extensions' events in one table for all displays and stumbles over the second.
+    protocol.display.Display.event_classes = protocol.event.event_class.copy()
+    return display.Display(name)
 
-    def __init__(self, name):
-        self._display = display.Display(name)
+
+class Screen:
+    """One X display. Windows are told by their titles, in which * and ? are wildcards. Pointer and keys may have a display of
+    their own: that in which a whole session runs as a window."""
+
+    def __init__(self, name, hand=None):
+        self._display = _open(name)
+        self._hand = _open(hand) if hand else self._display
+        self._pause = 0.3 if hand else 0.03  # a session that paints itself shows a window some time after it is there
         self._root = self._display.screen().root
         self._desktop_size = (self._display.screen().width_in_pixels, self._display.screen().height_in_pixels)
 
@@ -103,7 +113,7 @@ class Screen:
         return "\n".join(lines) or "  no windows"
 
     def picture(self, path):
-        pictures.save(self._root, path)
+        pictures.save(self._hand.screen().root, path)
 
     # What is done to windows
 
@@ -143,27 +153,27 @@ class Screen:
     # Pointer and keys
 
     def click(self, x, y, button=1, times=1):
-        xtest.fake_input(self._display, X.MotionNotify, x=x, y=y)
-        self._display.sync()
-        time.sleep(0.03)
+        xtest.fake_input(self._hand, X.MotionNotify, x=x, y=y)
+        self._hand.sync()
+        time.sleep(self._pause)
         for _ in range(times):
-            xtest.fake_input(self._display, X.ButtonPress, button)
-            xtest.fake_input(self._display, X.ButtonRelease, button)
-            self._display.sync()
+            xtest.fake_input(self._hand, X.ButtonPress, button)
+            xtest.fake_input(self._hand, X.ButtonRelease, button)
+            self._hand.sync()
             time.sleep(0.03)
 
     def drag(self, start, end):
-        xtest.fake_input(self._display, X.MotionNotify, x=start[0], y=start[1])
-        xtest.fake_input(self._display, X.ButtonPress, 1)
-        self._display.sync()
+        xtest.fake_input(self._hand, X.MotionNotify, x=start[0], y=start[1])
+        xtest.fake_input(self._hand, X.ButtonPress, 1)
+        self._hand.sync()
         for step in range(1, 11):
             time.sleep(0.02)
             x, y = (start[i] + (end[i] - start[i]) * step // 10 for i in (0, 1))
-            xtest.fake_input(self._display, X.MotionNotify, x=x, y=y)
-            self._display.sync()
+            xtest.fake_input(self._hand, X.MotionNotify, x=x, y=y)
+            self._hand.sync()
         time.sleep(0.05)
-        xtest.fake_input(self._display, X.ButtonRelease, 1)
-        self._display.sync()
+        xtest.fake_input(self._hand, X.ButtonRelease, 1)
+        self._hand.sync()
 
     def key(self, name, down):
         """One key goes down or up; name is a letter, a sign, or as on the keyboard: Enter, Ctrl, F5."""
@@ -183,7 +193,7 @@ class Screen:
         shift = self._code("shift")
         for sign in text:
             symbol = XK.string_to_keysym(_SIGNS.get(sign, sign)) or ord(sign)
-            codes = sorted(self._display.keysym_to_keycodes(symbol), key=lambda pair: pair[1])
+            codes = sorted(self._hand.keysym_to_keycodes(symbol), key=lambda pair: pair[1])
             if not codes or codes[0][1] > 1:
                 raise ValueError(f"no key of the keyboard gives {sign!r}")
             code, level = codes[0]
@@ -197,23 +207,23 @@ class Screen:
 
     def release_all(self):
         """No key and no button stays down."""
-        for octet, bits in enumerate(self._display.query_keymap()):
+        for octet, bits in enumerate(self._hand.query_keymap()):
             for bit in range(8):
                 if bits & (1 << bit):
                     self._fake(8 * octet + bit, False)
         for button in (1, 2, 3):
-            xtest.fake_input(self._display, X.ButtonRelease, button)
-        self._display.sync()
+            xtest.fake_input(self._hand, X.ButtonRelease, button)
+        self._hand.sync()
 
     def _fake(self, code, down):
-        xtest.fake_input(self._display, X.KeyPress if down else X.KeyRelease, code)
-        self._display.sync()
+        xtest.fake_input(self._hand, X.KeyPress if down else X.KeyRelease, code)
+        self._hand.sync()
 
     def _code(self, name):
         symbol = XK.string_to_keysym(_KEYS.get(name.lower(), name))
         if not symbol and len(name) == 1:
             symbol = ord(name)
-        code = self._display.keysym_to_keycode(symbol)
+        code = self._hand.keysym_to_keycode(symbol)
         if not code:
             raise ValueError(f"the keyboard has no key {name!r}")
         return code
