@@ -81,6 +81,9 @@ void SendPane::BuildBoxes()
     for (QComboBox* box : {cmbAddress, cmbStatusMessage, cmbTextMessage}) {
         box->installEventFilter(this);
         box->lineEdit()->installEventFilter(this);
+        // A box is told to the blind by what it holds, so what it is for stands at the field inside.
+        const int label = box == cmbAddress ? MainText::ToLabel : MainText::MessageLabel;
+        box->lineEdit()->setAccessibleName(m_strings.LoadString(label).remove(QLatin1Char('&')));
     }
     cmdSearchAddress = new QPushButton(this);
     cmdSearchAddress->setObjectName(QStringLiteral("cmdSearchAddress"));

@@ -165,8 +165,9 @@ TEST(Logon, ASiteSettingCoversLogAndListsUntilTheNextOne)
 
     // A database that is gone at the logoff uncovers nothing.
     stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("gone")); };
+    stack.prompt.ExpectConfirmation(stack.Text(2027), true);
     stack.prompt.ExpectQuestion(QStringLiteral("Can't read or update user profile. Retry?"), false);
-    stack.LogOff();
+    stack.Trigger("miLogOnLogOff");
     stack.session.onUse = nullptr;
     EXPECT_EQ(covered(), 3);
 }
