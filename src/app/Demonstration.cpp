@@ -6,6 +6,7 @@
 #include "core/Settings.h"
 #include "core/TextIds.h"
 #include "dao/Database.h"
+#include "dao/FileAccess.h"
 #include "dao/Location.h"
 #include "dao/Recordset.h"
 #include "dao/Workspace.h"
@@ -129,7 +130,7 @@ Demonstration::Demonstration(const QString& folder, const IStringSource& strings
     : m_strings(strings),
       m_folder(QDir(folder).absolutePath())
 {
-    if (!QDir().mkpath(m_folder))
+    if (!dao::MakePrivateFolder(m_folder))
         throw Error(ErrorCode::General, FormatMessage(strings, core::textFolderNotCreated, {m_folder}));
 }
 

@@ -12,9 +12,9 @@
 #include "core/ReadableSelection.h"
 #include "core/Settings.h"
 #include "core/StringSource.h"
+#include "dao/FileAccess.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QIcon>
 #include <QMessageBox>
@@ -52,7 +52,7 @@ int RunConsole(const IStringSource& strings, const QString& settingsFile)
     Application application(strings);
     EndRequest end;
     QObject::connect(&end, &EndRequest::Received, &end, [&application] { application.EndAtOnce(); });
-    QDir().mkpath(QFileInfo(settingsFile).absolutePath());
+    dao::MakePrivateFolder(QFileInfo(settingsFile).absolutePath());
     FileLock lock(settingsFile + QStringLiteral(".lock"));
     if (lock.TryLock() == FileLock::Result::HeldByAnother) {
         ShowBox(strings.LoadString(AppText::AlreadyRunning));

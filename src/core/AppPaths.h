@@ -2,7 +2,8 @@
 
 #include <QString>
 
-// Where the program keeps what belongs to the user. The folders need not exist.
+// Where the program keeps what belongs to the user. The folders need not exist; whoever
+// writes there makes them for the user alone (dao::MakePrivateFolder).
 namespace AppPaths {
 
 inline constexpr auto title = "VeltorKyn"; // of the application; names its folders too

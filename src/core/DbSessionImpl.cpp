@@ -11,9 +11,9 @@
 #include "core/TextIds.h"
 #include "core/frmFirstRun.h"
 #include "core/frmLogon.h"
+#include "dao/FileAccess.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
@@ -48,11 +48,6 @@ QString PickExisting(FilePicker::Kind kind, const QString& start, const IStringS
     if (file.isEmpty())
         throw Error(ErrorCode::General, strings.LoadString(core::textNoFileChosen));
     return file;
-}
-
-bool MakeFolderOf(const QString& file)
-{
-    return QDir().mkpath(QFileInfo(file).absolutePath());
 }
 
 } // namespace
@@ -200,10 +195,12 @@ QString DbSession::CarryOut(const FirstRunChoice& choice)
             return {};
         }
         for (const QString& file : {location.database, location.workgroup}) {
-            if (!dao::IsServerTarget(location.database) && !MakeFolderOf(file))
-                return FormatMessage(m_strings, core::textFolderNotCreated, {QFileInfo(file).absolutePath()});
+            const QString folder = QFileInfo(file).absolutePath();
+            if (!dao::IsServerTarget(location.database) && choice.group.isEmpty() &&
+                !dao::MakePrivateFolder(folder))
+                return FormatMessage(m_strings, core::textFolderNotCreated, {folder});
         }
-        dao::CreateDatabase(location, choice.userName, choice.password, m_options.passwordCost);
+        dao::CreateDatabase(location, choice.userName, choice.password, m_options.passwordCost, choice.group);
         m_workspace = dao::OpenWorkspace(location, choice.userName, choice.password, m_options);
         return {};
     } catch (const std::exception& failure) {

@@ -2,6 +2,7 @@
 
 #include "core/Errors.h"
 #include "core/ProgramLog.h"
+#include "dao/FileAccess.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,7 +55,7 @@ void SyncFolder(const QString& folder)
 
 EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_folder(folder)
 {
-    QDir().mkpath(folder);
+    dao::MakePrivateFolder(folder);
     for (int number = 1; number <= mostConsoles; ++number) {
         const QString file =
             QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));

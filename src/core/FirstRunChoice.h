@@ -13,6 +13,7 @@ struct FirstRunChoice {
     QString userName;
     QString password;
     QString repeated;
+    QString group; // of the operating system, whose accounts share the files; empty: the own account alone
 };
 
 // A field of the entry that has to be corrected, and the catalogue sentence that says so.

@@ -3,8 +3,8 @@
 #include "core/Errors.h"
 #include "core/FormatMessage.h"
 #include "core/TextIds.h"
+#include "dao/FileAccess.h"
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -168,9 +168,10 @@ qsizetype IniFile::Find(const QString& section, const QString& key) const
 
 void IniFile::Save(const QList<Line>& lines)
 {
-    QDir().mkpath(QFileInfo(m_file).absolutePath()); // its failure shows when the file is opened
+    dao::MakePrivateFolder(QFileInfo(m_file).absolutePath()); // its failure shows when the file is opened
     QSaveFile file(m_file);
-    bool ok = file.open(QIODevice::WriteOnly);
+    bool ok =
+        file.open(QIODevice::WriteOnly) && (QFile::exists(m_file) || file.setPermissions(dao::ownerOnly));
     for (const Line& line : lines)
         ok = ok && file.write(line.text.toUtf8() + '\n') >= 0;
     if (!ok || !file.commit())

@@ -1,7 +1,8 @@
 #include "core/ProgramLog.h"
 
+#include "dao/FileAccess.h"
+
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QMutex>
 #include <cstdio>
@@ -25,7 +26,7 @@ LogFile& TheLog()
 
 bool OpenFile(LogFile& log)
 {
-    return log.file.open(QIODevice::WriteOnly | QIODevice::Append);
+    return log.file.open(QIODevice::WriteOnly | QIODevice::Append, dao::ownerOnly);
 }
 
 void Rotate(LogFile& log)
@@ -51,7 +52,7 @@ void ProgramLog::Open(const QString& folder)
     LogFile& log = TheLog();
     const QMutexLocker lock(&log.mutex);
     log.file.close();
-    QDir().mkpath(folder);
+    dao::MakePrivateFolder(folder);
     log.file.setFileName(folder + u'/' + name);
     OpenFile(log);
 }

@@ -6,6 +6,7 @@
 #include "core/FormatMessage.h"
 #include "core/StringSource.h"
 #include "core/TextIds.h"
+#include "dao/FileAccess.h"
 #include "ui_frmFirstRun.h"
 
 namespace {
@@ -30,6 +31,8 @@ frmFirstRun::frmFirstRun(const IStringSource& strings, const QString& missing, c
     m_ui->txtDbFile->setMinimumWidth(fieldWidth * fontMetrics().averageCharWidth());
     m_ui->lblMessage->setMinimumHeight(messageLines * fontMetrics().lineSpacing());
 
+    m_ui->cmbGroup->addItems(dao::SystemGroups());
+
     MakeNarrow(*m_ui->cmdSelDbFile);
     MakeNarrow(*m_ui->cmdSelSysFile);
 
@@ -38,6 +41,7 @@ frmFirstRun::frmFirstRun(const IStringSource& strings, const QString& missing, c
     connect(m_ui->txtSysFile, &QLineEdit::textEdited, this, [this] { m_workgroupTyped = true; });
     connect(m_ui->cmdSelDbFile, &QPushButton::clicked, this, &frmFirstRun::SelectDatabase);
     connect(m_ui->cmdSelSysFile, &QPushButton::clicked, this, &frmFirstRun::SelectWorkgroup);
+    connect(m_ui->chkShared, &QCheckBox::toggled, this, &frmFirstRun::EnableSharing);
     connect(m_ui->cmdOK, &QPushButton::clicked, this, &frmFirstRun::Confirm);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     SetMode();
@@ -54,6 +58,8 @@ FirstRunChoice frmFirstRun::Choice() const
     choice.userName = m_ui->txtUserName->text().trimmed();
     choice.password = m_ui->txtPassword->text();
     choice.repeated = m_ui->txtRepeat->text();
+    if (m_ui->cmbGroup->isEnabled())
+        choice.group = m_ui->cmbGroup->currentText();
     return choice;
 }
 
@@ -68,12 +74,22 @@ void frmFirstRun::SetMode()
          std::initializer_list<QWidget*>{m_ui->lblUserName, m_ui->txtUserName, m_ui->lblPassword,
                                          m_ui->txtPassword, m_ui->lblRepeat, m_ui->txtRepeat, m_ui->lblHint})
         widget->setEnabled(create);
+    EnableSharing();
     m_ui->lblMessage->clear();
     m_ui->cmdOK->setText(m_strings.LoadString(create ? core::textCreateAndLogOn : core::textOpenExisting));
     if (create)
         m_ui->txtUserName->setFocus();
     else
         m_ui->txtDbFile->setFocus();
+}
+
+// Files of a new database can be shared with others; a server has accounts of its own.
+void frmFirstRun::EnableSharing()
+{
+    const bool possible =
+        m_ui->optCreate->isChecked() && !dao::IsServerTarget(m_ui->txtDbFile->text().trimmed());
+    m_ui->chkShared->setEnabled(possible);
+    m_ui->cmbGroup->setEnabled(possible && m_ui->chkShared->isChecked());
 }
 
 void frmFirstRun::SelectDatabase()
@@ -103,6 +119,7 @@ void frmFirstRun::FollowDatabase()
 {
     if (!m_workgroupTyped)
         m_ui->txtSysFile->setText(dao::WorkgroupFileFor(m_ui->txtDbFile->text().trimmed()));
+    EnableSharing();
 }
 
 void frmFirstRun::Confirm()

@@ -30,6 +30,7 @@ public:
 
 private:
     void SetMode();
+    void EnableSharing();
     void SelectDatabase();
     void SelectWorkgroup();
     void FollowDatabase();

@@ -1,6 +1,7 @@
 #include "ctl/OutputFile.h"
 
 #include "core/Errors.h"
+#include "dao/FileAccess.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
@@ -12,6 +13,7 @@ void WriteNewFile(const QString& path, const QString& text)
                     QStringLiteral("%1: the file exists already, nothing was overwritten").arg(path));
     const QByteArray bytes = text.toUtf8();
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(dao::ownerOnly) ||
+        file.write(bytes) != bytes.size() || !file.commit())
         throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(path, file.errorString()));
 }

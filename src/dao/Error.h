@@ -13,6 +13,9 @@ enum class Kind {
     NoSuchFile,        // path
     FileExists,        // path; nothing is ever overwritten
     CannotCreate,      // path
+    NoSuchSystemGroup, // group of the operating system; or this account of the system is not in it
+    FolderNotShared,   // group of the operating system, folder
+    FolderOutOfReach,  // group of the operating system, folder that it may not enter
     NotADatabase,      // path
     NotReadable,       // path; refused by the operating system
     ReadOnly,          // path; the file, or the folder that has to hold its journal

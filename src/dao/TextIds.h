@@ -78,6 +78,11 @@ constexpr int textCheckServerOlder = 5188;
 constexpr int textBadDatabaseName = 5189;
 constexpr int textDatabaseExists = 5190;
 
+constexpr int textNoSuchSystemGroup = 5854;
+constexpr int textFolderNotShared = 5855;
+constexpr int textCheckOpenToAll = 5856;
+constexpr int textCheckHalfShared = 5857;
 constexpr int textCheckNotCounted = 5858;
+constexpr int textFolderOutOfReach = 5859;
 
 } // namespace dao

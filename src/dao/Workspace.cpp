@@ -22,12 +22,16 @@ std::unique_ptr<Workspace> OpenWorkspace(const Location& location, const QString
 }
 
 void CreateDatabase(const Location& location, const QString& adminUser, const QString& adminPassword,
-                    const PasswordCost& cost)
+                    const PasswordCost& cost, const QString& group)
 {
-    if (IsServerTarget(location.database))
-        postgresql::CreateServerDatabase(ServerAddress::Parse(location.database), adminUser, adminPassword);
-    else
-        sqlite::CreateFiles(location, adminUser, adminPassword, cost);
+    if (!IsServerTarget(location.database)) {
+        sqlite::CreateFiles(location, adminUser, adminPassword, cost, group);
+        return;
+    }
+    const ServerAddress address = ServerAddress::Parse(location.database);
+    if (!group.isEmpty())
+        throw Error(Kind::FilesOnly, {address.Shown()});
+    postgresql::CreateServerDatabase(address, adminUser, adminPassword);
 }
 
 QList<Finding> CheckDatabase(const Location& location)

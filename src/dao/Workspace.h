@@ -137,8 +137,10 @@ std::unique_ptr<Workspace> OpenWorkspace(const Location& location, const QString
 
 // Creates both files with the groups "Admins", "Operators" and "Users" and one account that is in the first
 // and the last and has a profile. Either both files are there afterwards or none; existing files are never
-// touched (Kind::FileExists). Kind::BadUserName, Kind::BadPassword (empty), Kind::CannotCreate.
+// touched (Kind::FileExists). Kind::BadUserName, Kind::BadPassword (empty), Kind::CannotCreate. The files are
+// for the account of the system that makes them, or for those of a group of the system (see AccessFor in
+// FileAccess.h; Kind::FilesOnly on a server).
 void CreateDatabase(const Location& location, const QString& adminUser, const QString& adminPassword,
-                    const PasswordCost& cost = PasswordCost::Interactive());
+                    const PasswordCost& cost = PasswordCost::Interactive(), const QString& group = {});
 
 } // namespace dao

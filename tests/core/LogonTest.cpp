@@ -11,6 +11,8 @@
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -281,6 +283,16 @@ TEST_F(LogonTest, ANewDatabaseGoesWhereItIsPutAndNothingIsOverwritten)
         Type(dialog, "txtDbFile", database.location.database);
         Click(dialog, "cmdOK");
         EXPECT_TRUE(Message(dialog).contains(database.location.database)) << Message(dialog).toStdString();
+
+        auto& shared = Child<QCheckBox>(dialog, "chkShared");
+        EXPECT_FALSE(Child<QComboBox>(dialog, "cmbGroup").isEnabled());
+        shared.setChecked(true);
+        Type(dialog, "txtDbFile", folder.filePath("shared.kyndb")); // below a private folder
+        Click(dialog, "cmdOK");
+        EXPECT_TRUE(Message(dialog).contains(folder.path())) << Message(dialog).toStdString();
+        Type(dialog, "txtDbFile", "postgresql:///x");
+        EXPECT_FALSE(shared.isEnabled());
+        shared.setChecked(false);
 
         Type(dialog, "txtDbFile", "/proc/none/x.kyndb");
         Click(dialog, "cmdOK");

@@ -1,12 +1,16 @@
 #include "core/Settings.h"
 
 #include "core/Errors.h"
+#include "core/EventSpool.h"
+#include "core/ProgramLog.h"
 #include "core/StringSource.h"
+#include "dao/FileAccess.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -93,6 +97,34 @@ TEST_F(SettingsTest, WhatIsWrittenIsReadByTheNextProgram)
     EXPECT_EQ(placement.windowState, 2);
     EXPECT_TRUE(FileContents().contains("\nbeepnotify=False\n"));
     EXPECT_TRUE(FileContents().contains("\n[dynamic regrouping]\ndefgroupkey=DGS1A_3\n"));
+}
+
+// What the program keeps for its user nobody else reads, in folders that nobody else enters.
+TEST_F(SettingsTest, FilesAndFoldersAreForTheUserAlone)
+{
+    const QTemporaryDir home;
+    const auto mode = [&](const char* path) {
+        return static_cast<int>(QFile::permissions(home.filePath(path))) & 0x77;
+    };
+    Settings written(home.filePath("config/VeltorKyn/VeltorKyn.ini"), strings);
+    written.Write("DB", "key", "value");
+    const QString log = ProgramLog::FileName();
+    ProgramLog::Open(home.filePath("data/VeltorKyn"));
+    ProgramLog::Write("x");
+    for (const char* made : {"config", "config/VeltorKyn", "data", "data/VeltorKyn"})
+        EXPECT_EQ(mode(made), 0) << made;
+    for (const char* made : {"config/VeltorKyn/VeltorKyn.ini", "data/VeltorKyn/veltorkyn.log"}) {
+        EXPECT_TRUE(QFile::exists(home.filePath(made))) << made;
+        EXPECT_EQ(mode(made), 0) << made;
+    }
+    EventSpool(home.filePath("spool"), "id");
+    EXPECT_EQ(mode("spool"), 0);
+    if (!log.isEmpty())
+        ProgramLog::Open(QFileInfo(log).path());
+    // What is there keeps its rights.
+    QFile::setPermissions(home.filePath("config/VeltorKyn/VeltorKyn.ini"), dao::ownerOnly | QFile::ReadGroup);
+    written.Write("DB", "key", "other");
+    EXPECT_EQ(mode("config/VeltorKyn/VeltorKyn.ini"), static_cast<int>(QFile::ReadGroup));
 }
 
 TEST_F(SettingsTest, AnyTextSurvives)

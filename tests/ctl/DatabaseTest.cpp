@@ -45,6 +45,10 @@ TEST_F(Databases, CreatedOnceAndSound)
     EXPECT_TRUE(check.out.contains("no problems found"));
 
     ExpectFailure(Create(), m_target.toUtf8());
+    ExpectFailure(
+        RunCtl({"db", "create", m_folder.filePath("b.kyndb"), "--group", "nobodys", "--password-stdin"},
+               "secret\n"),
+        "no group nobodys");
 }
 
 TEST_F(Databases, CheckTellsWhatIsWrong)

@@ -27,6 +27,7 @@ protected:
         const QString path = m_folder.filePath("out.csv");
         QFile::remove(path);
         EXPECT_EQ(RunCtl({"fleet", "export", m_target, path, "--password-stdin"}, "secret\n").code, 0);
+        EXPECT_EQ(static_cast<int>(QFile::permissions(path)) & 0x77, 0); // its owner's alone
         QFile file(path);
         EXPECT_TRUE(file.open(QIODevice::ReadOnly));
         return file.readAll();

@@ -1,4 +1,5 @@
 #include "DaoFixture.h"
+#include "dao/FileAccess.h"
 #include "dao/Maintenance.h"
 #include "dao/TextIds.h"
 #include "dao/sqlite/Migrations.h"
@@ -6,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <sqlite3.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -390,6 +392,65 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
     }
     m_location.database = m_folder.filePath("missing");
     EXPECT_EQ(Check(), QList<int>({textNoSuchFile}));
+}
+
+// For the account of the system that makes it, or for a group: the files, what SQLite puts beside them, and
+// every copy.
+TEST_F(MaintenanceTest, FilesAreForTheirOwnerOrForAGroup)
+{
+    const auto mode = [](const QString& path) {
+        struct stat status = {};
+        stat(path.toUtf8().constData(), &status);
+        return QString::number(status.st_mode & 07777, 8) +
+               (status.st_gid == getegid() ? "" : " other group");
+    };
+    const auto create = [](const Location& location, const QString& group) {
+        return KindOf([&] { CreateDatabase(location, "Boss", "secret", PasswordCost::Lowest(), group); });
+    };
+    const QString group = SystemGroups().last();
+    const Location shared = LocationOf(m_folder.filePath("site/fleet.kyndb"));
+    EXPECT_EQ(create(shared, "no such group"), Kind::NoSuchSystemGroup);
+    EXPECT_EQ(create(shared, group), Kind::FolderOutOfReach); // below a private one
+    chmod(m_folder.path().toUtf8(), 0711);
+    EXPECT_EQ(create(LocationOf(m_folder.filePath("f.kyndb")), group), Kind::FolderNotShared);
+    EXPECT_EQ(create(LocationOf("postgresql:///fleet"), group), Kind::FilesOnly);
+    EXPECT_FALSE(QFile::exists(m_folder.filePath("site")));
+    const mode_t before = umask(077); // which must not take the group's rights away
+    EXPECT_EQ(create(shared, group), std::nullopt);
+    umask(before);
+    EXPECT_EQ(mode(m_folder.filePath("site")), "2770");
+
+    const QString rights[] = {"600", "660"};
+    const Location* location = &m_location;
+    for (const QString& right : rights) {
+        const auto workspace = OpenWorkspace(*location, "Boss", "secret", m_options);
+        workspace->BeginTrans();
+        const auto records = workspace->Database().OpenTable("status");
+        records->AddNew();
+        records->SetField("status_code", 1);
+        records->Update();
+        EXPECT_EQ(mode(location->database + "-journal"), right);
+        workspace->Rollback();
+        const Location copy{location->database + ".copy", location->workgroup + ".copy"};
+        BackupDatabase(*location, copy);
+        auto migrations = sqlite::MigrationsOf(sqlite::FileKind::Database);
+        migrations.append({static_cast<int>(migrations.size()) + 1, "create table extra (a)"});
+        const auto migrated =
+            sqlite::Migrate(copy.database, sqlite::FileKind::Database, migrations, m_options.busyTimeout);
+        for (const QString& path :
+             {location->database, location->workgroup, copy.database, copy.workgroup, migrated.copy})
+            EXPECT_EQ(mode(path), right) << path.toStdString();
+        EXPECT_TRUE(CheckDatabase(*location).isEmpty());
+        location = &shared;
+    }
+
+    // Existing ones stay as they are, and the check says what that means.
+    chmod(m_location.database.toUtf8(), 0644);
+    chmod(m_location.workgroup.toUtf8(), 0660); // in a folder of the owner
+    EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
+    EXPECT_EQ(mode(m_location.database), "644");
+    EXPECT_EQ(Check(), QList<int>({textCheckOpenToAll, textCheckHalfShared}));
+    chmod(m_folder.path().toUtf8(), 0700);
 }
 
 TEST_F(MaintenanceTest, BackupIsAWholeDatabase)

@@ -70,6 +70,12 @@ NewFile::~NewFile()
         QFile::remove(m_path);
 }
 
+void NewFile::Make(const FileAccess& access)
+{
+    if (!MakeFile(m_temporary, access))
+        throw Error(Kind::CannotCreate, {m_path});
+}
+
 void NewFile::Publish()
 {
     // QFile::rename does not replace an existing file.

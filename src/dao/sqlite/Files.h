@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/FileAccess.h"
 #include <QString>
 #include <chrono>
 
@@ -35,6 +36,8 @@ public:
     ~NewFile();
 
     const QString& TemporaryPath() const { return m_temporary; }
+    // Makes it, empty; SQLite gives the journal the rights of its file. Kind::CannotCreate.
+    void Make(const FileAccess& access);
     // Gives the file its name without ever replacing another one. Kind::FileExists, Kind::CannotCreate.
     void Publish();
     // From here on the published file stays.

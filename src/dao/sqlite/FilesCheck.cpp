@@ -2,6 +2,7 @@
 #include "dao/TextIds.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/SqliteWorkspace.h"
+#include <QFileInfo>
 
 namespace dao::sqlite {
 
@@ -44,6 +45,7 @@ private:
 
     void CheckFile(const QString& schema, const QString& path, int version, FileKind kind)
     {
+        CheckSharing(path);
         const auto migrations = MigrationsOf(kind);
         if (version < migrations.last().version) {
             Add(Severity::Warning, textCheckOlder,
@@ -67,6 +69,16 @@ private:
         CompareObjects(*reference, schema);
         if (kind == FileKind::Database)
             CompareQueries(*reference);
+    }
+
+    void CheckSharing(const QString& path)
+    {
+        const Sharing sharing = SharingOf(path);
+        if (sharing == Sharing::Everybody)
+            Add(Severity::Warning, textCheckOpenToAll, {path});
+        else if (sharing == Sharing::GroupInPart)
+            Add(Severity::Warning, textCheckHalfShared,
+                {path, GroupOf(path), QFileInfo(path).absolutePath()});
     }
 
     void CompareObjects(Connection& reference, const QString& schema)
@@ -161,6 +173,8 @@ void BackupFiles(const Location& from, const Location& to)
     const auto files = AttachFiles(from, options);
     NewFile database(to.database);
     NewFile workgroup(to.workgroup);
+    database.Make(AccessOfCopy(from.database));
+    workgroup.Make(AccessOfCopy(from.workgroup));
     // Reading in one transaction keeps writers out, so that both copies are of the same moment.
     files.connection->Execute("BEGIN; SELECT 1 FROM main.file_info; SELECT 1 FROM workgroup.file_info;");
     CopyContents(from.database, database.TemporaryPath(), options.busyTimeout);

@@ -75,6 +75,7 @@ MigrationResult Migrate(const QString& path, FileKind kind, const QList<Migratio
     // reads.
     const QString copyPath = FreeCopyName(path, version);
     NewFile copy(copyPath);
+    copy.Make(AccessOfCopy(path));
     CopyContents(path, copy.TemporaryPath(), busyTimeout);
     copy.Publish();
     try {

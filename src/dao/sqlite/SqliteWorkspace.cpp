@@ -79,13 +79,17 @@ std::shared_ptr<Connection> OpenFiles(const Location& location, const OpenOption
 }
 
 void CreateFiles(const Location& location, const QString& adminUser, const QString& adminPassword,
-                 const PasswordCost& cost)
+                 const PasswordCost& cost, const QString& group)
 {
     RequireUserName(adminUser);
     if (adminPassword.isEmpty())
         throw Error(Kind::BadPassword);
+    const FileAccess databaseAccess = AccessFor(location.database, group);
+    const FileAccess workgroupAccess = AccessFor(location.workgroup, group);
     NewFile database(location.database);
     NewFile workgroup(location.workgroup);
+    database.Make(databaseAccess);
+    workgroup.Make(workgroupAccess);
     const QByteArray hash = HashPassword(adminPassword, cost);
     const QString databaseId = RandomText(24);
     CreateDatabaseFile(database.TemporaryPath(), databaseId, adminUser);

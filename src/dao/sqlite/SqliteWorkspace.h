@@ -52,6 +52,6 @@ std::shared_ptr<Connection> OpenFiles(const Location& location, const OpenOption
 
 // dao::CreateDatabase on files.
 void CreateFiles(const Location& location, const QString& adminUser, const QString& adminPassword,
-                 const PasswordCost& cost);
+                 const PasswordCost& cost, const QString& group = {});
 
 } // namespace dao::sqlite
