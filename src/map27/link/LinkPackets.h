@@ -14,4 +14,10 @@ constexpr std::size_t HeaderOctets = 4;
 constexpr std::size_t FrameOverhead = 7; // flags and FCS
 constexpr std::size_t AcknowledgementOctets = HeaderOctets + FrameOverhead;
 
+// From one sequence number to another; they wrap around.
+constexpr std::uint8_t Distance(std::uint8_t from, std::uint8_t to)
+{
+    return static_cast<std::uint8_t>(to - from);
+}
+
 } // namespace map27::packet
