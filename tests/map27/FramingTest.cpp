@@ -1,6 +1,6 @@
 #include "map27/link/Framing.h"
-#include "map27/Json.h"
 #include "map27/Script.h"
+#include "map27/Vectors.h"
 #include "map27/link/Fcs.h"
 
 #include <gtest/gtest.h>
@@ -9,29 +9,19 @@
 
 using namespace map27;
 
-namespace {
-
-const testing_json::Value& Vectors()
-{
-    static const auto vectors = testing_json::ReadFile(TEST_DATA_DIR "/map27-vectors.json");
-    return vectors;
-}
-
-} // namespace
-
 TEST(Fcs, GoldenVectors)
 {
     int checked = 0;
-    for (const auto& vector : Vectors()["fcs"].items) {
-        if (!vector.Has("data"))
+    for (const QJsonValue& vector : Vectors("fcs")) {
+        if (Text(vector, "data").empty())
             continue;
-        const Octets octets = FromHex(vector["fcs_octets"].text);
+        const Octets octets = FromHex(Text(vector, "fcs_octets"));
         Fcs fcs;
-        fcs.Add(FromHex(vector["data"].text));
-        EXPECT_EQ(fcs.Value(), octets[0] | octets[1] << 8) << vector["id"].text;
+        fcs.Add(FromHex(Text(vector, "data")));
+        EXPECT_EQ(fcs.Value(), octets[0] | octets[1] << 8) << Text(vector, "id");
         EXPECT_FALSE(fcs.ResidueIsGood());
         fcs.Add(octets);
-        EXPECT_TRUE(fcs.ResidueIsGood()) << vector["id"].text;
+        EXPECT_TRUE(fcs.ResidueIsGood()) << Text(vector, "id");
         ++checked;
     }
     EXPECT_EQ(checked, 2);
@@ -39,13 +29,13 @@ TEST(Fcs, GoldenVectors)
 
 TEST(Framing, GoldenFrames)
 {
-    for (const auto& vector : Vectors()["frames"].items) {
-        const Octets body = FromHex(vector["body"].text);
-        EXPECT_EQ(ToHex(EncodeFrame(body)), vector["frame"].text) << vector["id"].text;
-        EXPECT_EQ(FrameDecoder().Feed(FromHex(vector["frame"].text)), std::vector<Octets>{body})
-            << vector["id"].text;
+    for (const QJsonValue& vector : Vectors("frames")) {
+        const Octets body = FromHex(Text(vector, "body"));
+        EXPECT_EQ(ToHex(EncodeFrame(body)), Text(vector, "frame")) << Text(vector, "id");
+        EXPECT_EQ(FrameDecoder().Feed(FromHex(Text(vector, "frame"))), std::vector<Octets>{body})
+            << Text(vector, "id");
     }
-    EXPECT_EQ(Vectors()["frames"].items.size(), 9u);
+    EXPECT_EQ(Vectors("frames").size(), 9);
 }
 
 TEST(Framing, DamageIsCountedAndTheNextFrameFound)

@@ -1,7 +1,7 @@
 #include "map27/codec/Messages.h"
 #include "map27/Describe.h"
-#include "map27/Json.h"
 #include "map27/Script.h"
+#include "map27/Vectors.h"
 #include "map27/codec/Causes.h"
 #include "map27/link/Framing.h"
 
@@ -15,10 +15,21 @@ using namespace map27;
 
 namespace {
 
-const std::vector<testing_json::Value>& Vectors()
+// {"a":{"b":1},"c":[2]} as a.b=1, c.0=2.
+void Flatten(const QString& name, const QVariant& value, Fields& fields)
 {
-    static const auto file = testing_json::ReadFile(TEST_DATA_DIR "/map27-vectors.json");
-    return file["messages"].items;
+    const QString before = name.isEmpty() ? name : name + '.';
+    if (value.typeId() == QMetaType::QVariantMap) {
+        const QVariantMap members = value.toMap();
+        for (auto member = members.begin(); member != members.end(); ++member)
+            Flatten(before + member.key(), member.value(), fields);
+    } else if (value.typeId() == QMetaType::QVariantList) {
+        const QVariantList items = value.toList();
+        for (qsizetype index = 0; index < items.size(); ++index)
+            Flatten(before + QString::number(index), items[index], fields);
+    } else {
+        fields[name.toStdString()] = value.isNull() ? "null" : value.toString().toStdString();
+    }
 }
 
 // Both directions through one door: the fields, or the error; and the octets again.
@@ -46,9 +57,9 @@ Seen Decode(bool toRadio, const Octets& octets)
     return seen;
 }
 
-bool IsToRadio(const testing_json::Value& vector)
+bool IsToRadio(const QJsonValue& vector)
 {
-    return vector["direction"].text == "D->R";
+    return Text(vector, "direction") == "D->R";
 }
 
 } // namespace
@@ -58,23 +69,26 @@ TEST(Messages, GoldenVectors)
     // What is words, or follows from the octets in another field.
     const std::set<std::string> wordsOnly{"name",       "typeHex",    "direction", "type",
                                           "ext.length", "codingName", "causeText", "reasonText"};
-    EXPECT_EQ(Vectors().size(), 65u);
-    for (const auto& vector : Vectors()) {
-        const std::string id = vector["id"].text;
-        const Octets octets = FromHex(vector["message"].text);
+    EXPECT_EQ(Vectors("messages").size(), 65);
+    for (const QJsonValue& vector : Vectors("messages")) {
+        const std::string id = Text(vector, "id");
+        const Octets octets = FromHex(Text(vector, "message"));
         Seen seen = Decode(IsToRadio(vector), octets);
         EXPECT_EQ(seen.error, "") << id;
-        EXPECT_EQ(ToHex(seen.again), vector["message"].text) << id;
-        for (const auto& [name, value] : testing_json::Flatten(vector["decoded"])) {
+        EXPECT_EQ(ToHex(seen.again), Text(vector, "message")) << id;
+        Fields expected;
+        Flatten({}, vector["decoded"].toVariant(), expected);
+        EXPECT_GT(expected.size(), 4u) << id;
+        for (const auto& [name, value] : expected) {
             if (wordsOnly.count(name) == 0) {
                 EXPECT_EQ(seen.fields[name], value) << id << ' ' << name;
             }
         }
         Octets body{0x04, 0x01, 0x01, 0x00};
         body.insert(body.end(), octets.begin(), octets.end());
-        EXPECT_EQ(ToHex(EncodeFrame(body)), vector["frame_LT_ns1_ar1"].text) << id;
+        EXPECT_EQ(ToHex(EncodeFrame(body)), Text(vector, "frame_LT_ns1_ar1")) << id;
         const auto direction = IsToRadio(vector) ? Direction::ToRadio : Direction::FromRadio;
-        EXPECT_EQ(TypeName(octets[0], direction), vector["decoded"]["name"].text) << id;
+        EXPECT_EQ(TypeName(octets[0], direction), Text(vector["decoded"], "name")) << id;
     }
 }
 
@@ -83,10 +97,10 @@ TEST(Messages, CutShortIsAnErrorAndExtraOctetsAreIgnored)
     // Types whose end is free: what follows belongs to them.
     const std::set<std::uint8_t> freeEnd{Type::Sst, Type::Mst, Type::Numbering, Type::DialledString,
                                          Type::DiversionRequest};
-    for (const auto& vector : Vectors()) {
-        const Octets octets = FromHex(vector["message"].text);
+    for (const QJsonValue& vector : Vectors("messages")) {
+        const Octets octets = FromHex(Text(vector, "message"));
         const bool toRadio = IsToRadio(vector);
-        const std::string what = vector["id"].text + ' ' + vector["message"].text;
+        const std::string what = Text(vector, "id") + ' ' + Text(vector, "message");
         if (freeEnd.count(octets[0]) == 0) {
             Octets longer = octets;
             longer.insert(longer.end(), {0x00, 0xFF, 0x12});

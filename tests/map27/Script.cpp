@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <sstream>
 
 namespace {
@@ -67,6 +68,26 @@ void RunScript(const std::string& script, const Stimulus& stimulus)
             expected = Split(line.substr(arrow + Arrow.size()));
     }
     compare();
+}
+
+std::vector<Conversation> ReadConversations(const std::string& name, std::size_t count)
+{
+    std::ifstream file(TEST_DATA_DIR "/" + name);
+    std::vector<Conversation> conversations;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("== ")) {
+            conversations.push_back({line.substr(3), {}, {}});
+        } else if (line.starts_with("with ")) {
+            for (const std::string& word : Words(line.substr(5))) {
+                const auto equals = word.find('=');
+                conversations.back().with[word.substr(0, equals)] = std::stoi(word.substr(equals + 1));
+            }
+        } else if (!line.starts_with('#') && !conversations.empty()) {
+            conversations.back().script += line + '\n';
+        }
+    }
+    EXPECT_EQ(conversations.size(), count) << name;
+    return conversations;
 }
 
 map27::Octets FromHex(const std::string& text)

@@ -3,14 +3,9 @@
 #include "map27/Script.h"
 #include "map27/terminal/Terminal.h"
 
-// A terminal and a scripted radio behind a link of its own, in virtual time. Steps:
-//   status TO N | text7 TO TEXT | text8 TO TEXT | binary TO HEX | call TO [emergency] [priority] [oneway]
-//   gateway 1|2 DIGITS [emergency] [priority] [oneway] | answer | refuse | ptt on|off | clear | cancel | ask
-//   KIND | probe reset MS | stop | start | + MS < MESSAGE (from the radio) | radio resets | radio silent |
-//   radio back | radio mute (answers no questions) | radio talks radio holds (takes no messages) | radio
-//   takes
-// Seen: "> MESSAGE" that the radio received, "! event". The radio answers the terminal's questions by itself
-// unless mute, then they are seen as messages.
+// A terminal and a scripted radio behind a link of its own, in virtual time; the steps of
+// tests/data/map27-terminal.txt. The radio answers the terminal's questions by itself unless mute, then they
+// are seen as messages.
 class TerminalBench {
 public:
     explicit TerminalBench(map27::TerminalParameters parameters = {}, map27::LinkParameters radio = {});
