@@ -31,6 +31,8 @@ QString FilePicker::Pick(const IStringSource& strings, QWidget* parent) const
     dialog.setAcceptMode(newFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(newFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setDefaultSuffix(suffix);
+    // The desktop's own dialog would stand behind the window of a call.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
     // Nothing is overwritten anyway: an existing file is refused when the new one is to be made.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     const QFileInfo startFile(start);

@@ -5,7 +5,7 @@
 class QWidget;
 struct IStringSource;
 
-// Lets the operator pick a file in the desktop's dialog (object name "fileDialog").
+// Lets the operator pick a file in a dialog (object name "fileDialog").
 struct FilePicker {
     enum class Kind { Database, Workgroup };
 

@@ -5,9 +5,9 @@
 #include <functional>
 #include <set>
 
-// Tells the keys that somebody pressed for a window from those that were on their way before it could be seen.
-// A key counts when it goes down after the window was seen with all keys up, and not within the quiet time
-// after that or after a key that came too early: who goes on typing has not looked yet. Once a key has
+// Tells the keys that somebody pressed for a window from those that were on their way before it could be
+// seen. A key counts when it goes down after the window was seen with all keys up, and not within the quiet
+// time after that or after a key that came too early: who goes on typing has not looked yet. Once a key has
 // counted, the following ones do, too.
 class FreshKeys {
 public:
@@ -15,7 +15,8 @@ public:
     using Keys = std::set<quint32>; // key codes of the keyboard
     enum class Verdict { Early, Fresh, Repeated };
 
-    // `held` tells which keys are down; always empty where nobody can tell, and what the window hears must do.
+    // `held` tells which keys are down; always empty where nobody can tell, and what the window hears must
+    // do.
     FreshKeys(Time quiet, std::function<Keys()> held);
 
     // The window is seen and has the keyboard from now on; called each time that this becomes so.

@@ -8,8 +8,8 @@ class QKeyEvent;
 class QWidget;
 struct Clock;
 
-// Keeps keys from a window that were pressed before somebody could see it: they reach neither its controls nor
-// its shortcuts. The window counts as seen once it was painted and is active. A child of the window.
+// Keeps keys from a window that were pressed before somebody could see it: they reach neither its controls
+// nor its shortcuts. The window counts as seen once it was painted and is active. A child of the window.
 class KeyGuard : public QObject {
     Q_OBJECT
 

@@ -1,21 +1,11 @@
 #include "core/Keyboard.h"
 
-#include <QGuiApplication>
+#include "core/XDisplay.h"
+
 #include <QKeyEvent>
 
 // Last: it defines common words as macros.
 #include <X11/XKBlib.h>
-
-namespace {
-
-// Null when the program does not run on an X display.
-Display* XDisplay()
-{
-    const auto* native = qApp ? qApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
-    return native ? native->display() : nullptr;
-}
-
-} // namespace
 
 FreshKeys::Keys Keyboard::Held()
 {

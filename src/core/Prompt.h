@@ -25,8 +25,8 @@ struct IPrompt {
 
 // Boxes of the desktop, modal to the active window. Each has the object name "promptBox", its buttons
 // "cmdYes", "cmdNo" and "cmdOk". A question offers Yes as the default button, a confirmation No; Esc and the
-// close box decline them, but do nothing to a choice. Texts are shown literally, never as markup. Keys pressed
-// before a box could be seen do not answer it.
+// close box decline them, but do nothing to a choice. Texts are shown literally, never as markup. Keys
+// pressed before a box could be seen do not answer it.
 class Prompt : public IPrompt {
 public:
     Prompt(const IStringSource& strings, const Clock& clock) : m_strings(strings), m_clock(clock) {}

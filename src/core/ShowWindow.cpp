@@ -1,10 +1,15 @@
 #include "core/ShowWindow.h"
 
+#include "core/XDisplay.h"
+
 #include <QApplication>
 #include <QScreen>
 #include <QWidget>
 #include <QWindow>
 #include <algorithm>
+
+// Last: it defines common words as macros.
+#include <X11/Xlib.h>
 
 namespace {
 
@@ -21,6 +26,30 @@ void MoveOntoScreen(QWidget& window)
     QRect place = frame;
     place.moveCenter(screens.first()->availableGeometry().center());
     window.move(place.topLeft());
+}
+
+// Qt marks a window only once until it has been active, also when it was hidden in between.
+void MarkUrgent(QWidget& window)
+{
+    Display* display = XDisplay();
+    if (!display) {
+        QApplication::alert(&window);
+        return;
+    }
+    constexpr long Add = 1;
+    constexpr long Application = 1; // who asks
+    XEvent event = {};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window.winId();
+    event.xclient.message_type = XInternAtom(display, "_NET_WM_STATE", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = Add;
+    event.xclient.data.l[1] =
+        static_cast<long>(XInternAtom(display, "_NET_WM_STATE_DEMANDS_ATTENTION", False));
+    event.xclient.data.l[3] = Application;
+    XSendEvent(display, DefaultRootWindow(display), False, SubstructureNotifyMask | SubstructureRedirectMask,
+               &event);
+    XFlush(display);
 }
 
 } // namespace
@@ -41,5 +70,5 @@ void BringToScreen(QWidget& window, Activation activation)
     if (take)
         window.activateWindow();
     else
-        QApplication::alert(&window);
+        MarkUrgent(window);
 }

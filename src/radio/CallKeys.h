@@ -4,8 +4,8 @@
 
 #include <QObject>
 
-// Sees every key that goes to the program: for who asks whether somebody is typing, and for the key that leads
-// to the call window from any other.
+// Sees every key that goes to the program: for who asks whether somebody is typing, and for the key that
+// leads to the call window from any other.
 class CallKeys : public QObject {
     Q_OBJECT
 

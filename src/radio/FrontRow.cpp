@@ -1,10 +1,16 @@
 #include "radio/FrontRow.h"
 
+#include "core/XDisplay.h"
+
 #include <QApplication>
 #include <QDialog>
+#include <QMainWindow>
 #include <QMessageBox>
-#include <QTimer>
 #include <QWindow>
+
+// Last: it defines common words as macros.
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
 
 namespace {
 
@@ -12,6 +18,20 @@ void StayOnTop(const QWidget& window, bool on)
 {
     if (QWindow* handle = window.windowHandle())
         handle->setFlag(Qt::WindowStaysOnTopHint, on);
+}
+
+// Tells the window manager to keep a window above another one; null: above none. Qt's own way would let a
+// dialog that blocks the other one block the window, too. Does nothing where there is no X display.
+void KeepAbove(const QWidget& window, const QWidget* other)
+{
+    Display* display = XDisplay();
+    if (!display || !window.windowHandle())
+        return;
+    if (other)
+        XSetTransientForHint(display, window.winId(), other->winId());
+    else
+        XDeleteProperty(display, window.winId(), XA_WM_TRANSIENT_FOR);
+    XFlush(display);
 }
 
 // A dialog that has to be answered before its owner can be used again.
@@ -33,21 +53,21 @@ bool FrontRow::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::Show:
         if (watched == &m_callWindow)
-            Later();
-        else if (const QDialog* dialog = AsDialog(watched); dialog && m_callWindow.isVisible())
+            ArrangeLater(); // showing it would undo part of that
+        else if (const QDialog* dialog = AsDialog(watched); dialog && m_callWindow.isVisible()) {
             StayOnTop(*dialog, true);
+            Arrange();
+        }
         break;
     case QEvent::Hide:
         if (watched == &m_callWindow)
             LetDown();
+        else if (qobject_cast<QMessageBox*>(watched))
+            ArrangeLater();
         break;
-    // Window managers raise a window that is activated, clicked or moved.
-    case QEvent::WindowActivate:
-    case QEvent::Move:
-    case QEvent::MouseButtonPress:
-    case QEvent::NonClientAreaMouseButtonPress:
-        if (watched == &m_callWindow || watched == m_callWindow.windowHandle())
-            Later();
+    case QEvent::WindowStateChange:
+        if (qobject_cast<QMainWindow*>(watched))
+            ArrangeLater();
         break;
     default:
         break;
@@ -55,25 +75,31 @@ bool FrontRow::eventFilter(QObject* watched, QEvent* event)
     return false;
 }
 
-void FrontRow::Later()
+void FrontRow::ArrangeLater()
 {
-    if (m_waiting)
-        return;
-    m_waiting = true;
-    QTimer::singleShot(0, this, &FrontRow::RaiseBoxes);
+    QMetaObject::invokeMethod(this, &FrontRow::Arrange, Qt::QueuedConnection);
 }
 
-void FrontRow::RaiseBoxes()
+void FrontRow::Arrange()
 {
-    m_waiting = false;
     if (!m_callWindow.isVisible())
         return;
+    bool boxes = false;
+    const QWidget* main = nullptr;
     for (QWidget* window : QApplication::topLevelWidgets()) {
-        if (qobject_cast<QMessageBox*>(window) && window->isVisible()) {
+        if (!window->isVisible())
+            continue;
+        if (qobject_cast<QMessageBox*>(window)) {
             StayOnTop(*window, true);
-            window->raise();
+            boxes = true;
+        } else if (qobject_cast<QMainWindow*>(window)) {
+            main = window;
         }
     }
+    // A window on the full screen lies above those that stay on top.
+    const bool above = main && !main->isMinimized() && (boxes || main->isFullScreen());
+    KeepAbove(m_callWindow, above ? main : nullptr);
+    StayOnTop(m_callWindow, !boxes);
 }
 
 // Without a call window nothing has to stand above the windows of other programs.

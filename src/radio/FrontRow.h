@@ -4,9 +4,10 @@
 
 class QWidget;
 
-// Keeps boxes and dialogs usable while the call window, which stays above all windows, is up: a dialog that
-// is opened then stands in front of it, and so does every box, also one that was there before. A child of the
-// call window.
+// Keeps boxes and dialogs usable while the call window is up, which stays above the windows of all programs:
+// a dialog that is opened then is opened in front of it. As long as a box is open the box has that place
+// alone, and the call window the one right above the main window: so the layers of the window manager hold
+// the order, whatever is clicked. A child of the call window.
 class FrontRow : public QObject {
     Q_OBJECT
 
@@ -17,10 +18,9 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void Later();
-    void RaiseBoxes();
+    void ArrangeLater();
+    void Arrange();
     void LetDown();
 
     QWidget& m_callWindow;
-    bool m_waiting = false;
 };

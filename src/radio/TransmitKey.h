@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-// Makes one on and one off of what holds the transmit button down, a key or the mouse. Where a repetition of a
-// held key may look like a release and a press of the same moment, the release is held back for a while and
+// Makes one on and one off of what holds the transmit button down, a key or the mouse. Where a repetition of
+// a held key may look like a release and a press of the same moment, the release is held back for a while and
 // dropped when such a press follows.
 class TransmitKey {
 public:

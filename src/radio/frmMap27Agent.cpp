@@ -147,10 +147,10 @@ void frmMap27Agent::TellKeys()
     };
     m_form->cmdAnswerHungup->setToolTip(tip(MainKey(m_mainText)));
     m_form->cmdClose->setToolTip(tip(CloseKey));
-    m_form->lblKeys->setText(FormatMessage(m_strings, RadioText::CallKeys,
-                                           {NameOf(MainKey(m_mainText)), m_form->cmdAnswerHungup->text(),
-                                            NameOf(CloseKey), m_form->cmdClose->text(),
-                                            NameOf(CallKeys::LeadKey)}));
+    m_form->lblKeys->setText(
+        FormatMessage(m_strings, RadioText::CallKeys,
+                      {NameOf(MainKey(m_mainText)), m_form->cmdAnswerHungup->text(), NameOf(CloseKey),
+                       m_form->cmdClose->text(), NameOf(CallKeys::LeadKey)}));
 }
 
 // The hand that answers talks next.

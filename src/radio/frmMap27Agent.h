@@ -66,8 +66,8 @@ private:
     std::unique_ptr<Ui::frmMap27Agent> m_form;
     const Clock& m_clock;
     std::unique_ptr<CallKeys> m_keys;
-    TransmitButton* m_transmit; // a child
-    int m_mainText = 0;         // what the main button says
+    TransmitButton* m_transmit;                            // a child
+    int m_mainText = 0;                                    // what the main button says
     std::optional<std::chrono::milliseconds> m_answeredAt; // when Answer became Hungup
     bool m_placed = false;
 };

@@ -250,7 +250,7 @@ TEST_F(DirectoryTest, DeletesAsConfirmedExceptWhatIsRegrouped)
     EXPECT_EQ(Listed().size(), 4);
 
     Select(window, "lvDir", {3, 2, 1});
-    prompt.ExpectQuestion(Text(2151), true);
+    prompt.ExpectChoice(Text(2151), true);
     prompt.ExpectConfirmation(question(2152, "Patrol"), true);
     prompt.ExpectConfirmation(question(2152, "Unit20"), true);
     prompt.ExpectWarning(question(2153, "Unit20"));
@@ -261,7 +261,7 @@ TEST_F(DirectoryTest, DeletesAsConfirmedExceptWhatIsRegrouped)
     Entry("Zulu", "200200131", 1, false);
     Key("lvDir", Qt::Key_F5);
     Child<QTreeView>(window, "lvDir").selectAll();
-    prompt.ExpectQuestion(Text(2151), false);
+    prompt.ExpectChoice(Text(2151), false);
     prompt.ExpectWarning(question(2153, "Night"));
     prompt.ExpectWarning(question(2153, "Unit20"));
     Key("lvDir", Qt::Key_Delete);

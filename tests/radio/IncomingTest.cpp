@@ -250,15 +250,44 @@ TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
     stack.executive.AgentWindow().close();
     EXPECT_TRUE(stack.AgentShown());
     auto& ptt = stack.Agent<QPushButton>("cmdPTT");
-    QTest::keyPress(&ptt, Qt::Key_Tab);
+    stack.executive.AgentWindow().activateWindow();
+    ASSERT_TRUE(stack.RunUntil([&] { return ptt.hasFocus(); }));
+    for (const Qt::Key key : {Qt::Key_Shift, Qt::Key_F6, Qt::Key_F12}) {
+        QTest::keyPress(&ptt, key);
+        QTest::keyRelease(&ptt, key);
+    }
     EXPECT_EQ(ptt.text(), stack.Text(RadioText::TransmitReleased));
     QTest::keyPress(&ptt, Qt::Key_Space);
+    EXPECT_EQ(ptt.text(), stack.Text(RadioText::Transmitting));
     stack.Run(300);
     EXPECT_TRUE(stack.radio.radio.Condition().transmitting);
     QFocusEvent away(QEvent::FocusOut);
     QCoreApplication::sendEvent(&ptt, &away);
     stack.Run(300);
     EXPECT_FALSE(stack.radio.radio.Condition().transmitting);
+}
+
+// The caption says what the radio has been told, never what the hand does.
+TEST(Agent, TransmitsOnlyWhileConnected)
+{
+    RadioStack stack;
+    stack.LogOn();
+    stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27)});
+    stack.Run(300);
+    auto& ptt = stack.Agent<QPushButton>("cmdPTT");
+    QTest::mousePress(&ptt, Qt::LeftButton);
+    EXPECT_EQ(ptt.text(), stack.Text(RadioText::TransmitReleased));
+    stack.Click("cmdAnswerHungup");
+    ASSERT_TRUE(stack.RunUntil(
+        [&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
+    stack.Run(300);
+    EXPECT_FALSE(stack.radio.radio.Condition().transmitting);
+    QTest::mouseRelease(&ptt, Qt::LeftButton);
+    QTest::mousePress(&ptt, Qt::LeftButton);
+    EXPECT_EQ(ptt.text(), stack.Text(RadioText::Transmitting));
+    stack.radio.Perform(sim::HangUpAction{});
+    ASSERT_TRUE(stack.RunToEnd());
+    EXPECT_EQ(ptt.text(), stack.Text(RadioText::TransmitReleased));
 }
 
 } // namespace
