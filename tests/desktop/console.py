@@ -81,6 +81,16 @@ class Console:
         finally:
             connection.close()
 
+    def change(self, sql):
+        """A change to the database as another console would make it."""
+        connection = sqlite3.connect(self.database, timeout=5)
+        try:
+            connection.create_function("kyn_fold", 1, str.lower, deterministic=True)
+            with connection:
+                connection.execute(sql)
+        finally:
+            connection.close()
+
     def _read(self):
         settings = configparser.RawConfigParser(strict=False)
         settings.optionxform = str

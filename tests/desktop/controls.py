@@ -54,6 +54,10 @@ class Control:
                 pass
         return self.name
 
+    @property
+    def description(self):
+        return self.handle.get_description() or ""
+
     def answers_to(self, role, pattern):
         names = {_plain(self.name), self.name}
         return (role is None or self.role in ROLES[role]) and any(fnmatch.fnmatchcase(n, pattern) for n in names)

@@ -278,6 +278,11 @@ def query_gives(bench, sql, expected):
     _until(bench, repr(expected), look)
 
 
+@word("another console runs TEXT")
+def another_console_runs(bench, sql):
+    bench.console.change(sql)
+
+
 @word("database is NAME")
 def lock_database(bench, state):
     """Locked: by another program, so that nothing can be read or written; free again."""
@@ -414,6 +419,15 @@ def control_holds(bench, control, text):
         seen = [c.text for c in bench.controls.find(*control)]
         return None if text in seen else repr(seen)
     _until(bench, f"\"{control[1]}\" holds {text!r}", look)
+
+
+@word("CONTROL says TEXT")
+def control_says(bench, control, text):
+    """What is told of it besides its name."""
+    def look():
+        seen = [c.description for c in bench.controls.find(*control)]
+        return None if text in seen else repr(seen)
+    _until(bench, f"\"{control[1]}\" says {text!r}", look)
 
 
 @word("CONTROL is NAME")
