@@ -123,7 +123,7 @@ def _expect_window(bench, title, expected, holds):
         window = bench.screen.find(title)
         if window is None:
             return f"no window \"{title}\""
-        return None if holds(window) else f"it is not {expected}"
+        return None if holds(window) else f"it is not {expected}: frame {tuple(window.frame)}, desktop {window.desktop}"
     _until(bench, f"window \"{title}\" {expected}", look)
 
 
