@@ -37,7 +37,6 @@ class Screen:
         self._hand = _open(hand) if hand else self._display
         self._pause = 0.3 if hand else 0.03  # a session that paints itself shows a window some time after it is there
         self._root = self._display.screen().root
-        self._desktop_size = (self._display.screen().width_in_pixels, self._display.screen().height_in_pixels)
 
     # What is seen
 
@@ -81,10 +80,11 @@ class Screen:
     def is_on_screen(self, window):
         """Whether the whole frame lies on the screen and on the desktop that is shown."""
         frame = window.frame
-        width, height = self._desktop_size
+        size = self._hand.screen().root.get_geometry()
         shown = self._values(self._root, "_NET_CURRENT_DESKTOP")
-        return (frame.x >= 0 and frame.y >= 0 and frame.x + frame.width <= width and frame.y + frame.height <= height
-                and window.desktop in (0xFFFFFFFF, None, *shown[:1]))
+        return (frame.x >= 0 and frame.y >= 0 and frame.x + frame.width <= size.width
+                and frame.y + frame.height <= size.height
+                and (not shown or window.desktop in (0xFFFFFFFF, None, shown[0])))
 
     def window_at(self, x, y):
         """What a click there would hit: (title or None for a popup, place of that window)."""
