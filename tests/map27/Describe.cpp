@@ -167,7 +167,7 @@ private:
         Put("ext", description.unit);
     }
 
-    void PutRange(const std::string& name, const NumberRange& range)
+    void PutRange(const std::string& name, const IdentRange& range)
     {
         Put(name + "Digits", range.threeDigits ? 3 : 2);
         Put(name + "Base", range.base);

@@ -216,10 +216,10 @@ TEST(Messages, NoiseDoesNoHarm)
 TEST(Messages, WhatNoOctetsCanCarryIsNotEncoded)
 {
     const Party gateway{{0, Ident::Pstn},
-                        {.kind = AddressKind::Digits, .unit = {}, .digits = "12a", .raw = {}}};
+                        {.kind = DescriptionKind::Digits, .unit = {}, .digits = "12a", .raw = {}}};
     Party tooLong = gateway;
     tooLong.description.digits = std::string(25, '1');
-    Party tooMany{{2, 31}, {.kind = AddressKind::Custom, .unit = {}, .digits = {}, .raw = Octets(16)}};
+    Party tooMany{{2, 31}, {.kind = DescriptionKind::Custom, .unit = {}, .digits = {}, .raw = Octets(16)}};
     for (const Party& party : {Party{{128, 31}, {}}, Party{{2, 8192}, {}}, gateway, tooLong, tooMany})
         EXPECT_THROW(EncodeToRadio(StatusMessage{party, 1}), std::invalid_argument) << ToText(party.address);
     EXPECT_THROW(EncodeFromRadio(NetworkInfoMessage{1024, 0, 0}), std::invalid_argument);

@@ -137,8 +137,8 @@ TEST(Radio, ANewOwnNumberIsReportedUnasked)
     const auto reports = bench.Events<map27::NumberingReceived>();
     ASSERT_EQ(reports.size(), 1U);
     EXPECT_EQ(reports[0].info.radio, (map27::Address{5, 1207}));
-    EXPECT_EQ(reports[0].info.individuals, (map27::NumberRange{1000, 1999, true}));
-    EXPECT_EQ(reports[0].info.groups, (map27::NumberRange{7000, 7009, false})); // kept
+    EXPECT_EQ(reports[0].info.individuals, (map27::IdentRange{1000, 1999, true}));
+    EXPECT_EQ(reports[0].info.groups, (map27::IdentRange{7000, 7009, false})); // kept
     // To what is another prefix now the radio acknowledges without an address.
     bench.Deliver(bench.console.SendStatus({0, 2}, 1, bench.now).output);
     bench.RunFor(Milliseconds(400));

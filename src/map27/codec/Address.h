@@ -35,8 +35,8 @@ bool IsSendable(Address address);
 // "12/345", for log files.
 std::string ToText(Address address);
 
-// What the address octets mean (ADESC, MAP27 v1.5, 5.2.1.3).
-enum class AddressKind : std::uint8_t {
+// What the octets of an address description mean (ADESC, MAP27 v1.5, 5.2.1.3).
+enum class DescriptionKind : std::uint8_t {
     None = 0,
     Digits = 1,            // telephone number for Ident::Pstn or Ident::Pabx
     Custom = 2,            // raw octets, meaning left to the vendor
@@ -49,7 +49,7 @@ enum class AddressKind : std::uint8_t {
 
 // The optional second half of an address header. Which members count depends on kind.
 struct AddressDescription {
-    AddressKind kind = AddressKind::None;
+    DescriptionKind kind = DescriptionKind::None;
     Address unit;              // PabxExtensionFull, Unit, UnitWithDigits
     std::uint8_t exchange = 0; // PabxExtension, PabxExtensionFull
     std::string digits;        // Digits, UnitWithDigits, DialledString: 0-9 * #

@@ -46,27 +46,27 @@ bool Understand(AddressDescription& description, OctetSpan octets)
         return digits && !digits->empty();
     };
     switch (description.kind) {
-    case AddressKind::None:
+    case DescriptionKind::None:
         return octets.empty();
-    case AddressKind::Digits:
+    case DescriptionKind::Digits:
         return takeDigits(octets) && description.digits.size() <= MostDigits;
-    case AddressKind::Custom:
+    case DescriptionKind::Custom:
         description.raw = ToOctets(octets);
         return true;
-    case AddressKind::PabxExtension:
+    case DescriptionKind::PabxExtension:
         description.exchange = reader.Take() >> 4;
         return octets.size() == 1;
-    case AddressKind::PabxExtensionFull:
+    case DescriptionKind::PabxExtensionFull:
         description.unit = ReadAddress(reader);
         description.exchange = reader.Take() >> 4;
         return octets.size() == 4;
-    case AddressKind::Unit:
+    case DescriptionKind::Unit:
         description.unit = ReadAddress(reader);
         return octets.size() == 3;
-    case AddressKind::UnitWithDigits:
+    case DescriptionKind::UnitWithDigits:
         description.unit = ReadAddress(reader);
         return !reader.RanOut() && takeDigits(reader.TakeRest());
-    case AddressKind::DialledString:
+    case DescriptionKind::DialledString:
         return takeDigits(octets);
     }
     return false;
@@ -75,10 +75,10 @@ bool Understand(AddressDescription& description, OctetSpan octets)
 AddressDescription ReadDescription(std::uint8_t kind, OctetSpan octets)
 {
     AddressDescription description;
-    description.kind = static_cast<AddressKind>(kind);
+    description.kind = static_cast<DescriptionKind>(kind);
     if (!Understand(description, octets)) {
         description = {};
-        description.kind = static_cast<AddressKind>(kind);
+        description.kind = static_cast<DescriptionKind>(kind);
         description.raw = ToOctets(octets);
         description.understood = false;
     }
@@ -99,26 +99,26 @@ Octets DescriptionOctets(const AddressDescription& description)
     if (!description.understood)
         return description.raw;
     switch (description.kind) {
-    case AddressKind::None:
+    case DescriptionKind::None:
         break;
-    case AddressKind::Digits:
-    case AddressKind::DialledString:
+    case DescriptionKind::Digits:
+    case DescriptionKind::DialledString:
         WriteDigits(octets, description.digits);
         break;
-    case AddressKind::Custom:
+    case DescriptionKind::Custom:
         octets = description.raw;
         break;
-    case AddressKind::PabxExtension:
+    case DescriptionKind::PabxExtension:
         octets.push_back(static_cast<std::uint8_t>(description.exchange << 4));
         break;
-    case AddressKind::PabxExtensionFull:
+    case DescriptionKind::PabxExtensionFull:
         WriteAddress(octets, description.unit);
         octets.push_back(static_cast<std::uint8_t>(description.exchange << 4));
         break;
-    case AddressKind::Unit:
+    case DescriptionKind::Unit:
         WriteAddress(octets, description.unit);
         break;
-    case AddressKind::UnitWithDigits:
+    case DescriptionKind::UnitWithDigits:
         WriteAddress(octets, description.unit);
         WriteDigits(octets, description.digits);
         break;

@@ -236,18 +236,18 @@ struct PersonalityMessage {
 };
 
 // One half of the fleet's numbering: idents from base to highest, dialled with two or three digits.
-struct NumberRange {
+struct IdentRange {
     std::uint16_t base = 0;
     std::uint16_t highest = 0;
     bool threeDigits = false;
-    bool operator==(const NumberRange&) const = default;
+    bool operator==(const IdentRange&) const = default;
 };
 
 // B1
 struct NumberingMessage {
     Address radio;
-    NumberRange individuals;
-    NumberRange groups;
+    IdentRange individuals;
+    IdentRange groups;
     std::vector<Address> groupList; // groups that the radio listens to
     bool operator==(const NumberingMessage&) const = default;
 };

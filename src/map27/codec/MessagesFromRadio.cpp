@@ -39,10 +39,10 @@ PersonalityMessage ReadPersonality(Reader& reader)
     return message;
 }
 
-NumberRange ReadRange(Reader& reader)
+IdentRange ReadRange(Reader& reader)
 {
     const std::uint16_t base = reader.TakeWord();
-    NumberRange range;
+    IdentRange range;
     range.base = base & HighestIdent;
     range.threeDigits = (base & ThreeDigits) != 0;
     range.highest = reader.TakeWord() & HighestIdent;
@@ -106,7 +106,7 @@ void Write(Octets& octets, const PersonalityMessage& message)
                   {message.facilitiesA, message.facilitiesB, message.facilitiesC, message.codings});
 }
 
-void WriteRange(Octets& octets, const NumberRange& range)
+void WriteRange(Octets& octets, const IdentRange& range)
 {
     if (range.base > HighestIdent || range.highest > HighestIdent)
         throw std::invalid_argument("fleet numbering");

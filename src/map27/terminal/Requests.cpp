@@ -72,7 +72,7 @@ Request GatewayCallRequest(int gateway, std::string_view digits, CallWishes wish
         return OutOfLimit(RefusalCode::DigitsTooMany, digits.size(), MostDigits);
     Party to;
     to.address.ident = pstn ? Ident::Pstn : Ident::Pabx;
-    to.description.kind = AddressKind::Digits;
+    to.description.kind = DescriptionKind::Digits;
     to.description.digits = digits;
     return ToRadio(CallMessage{wishes.emergency, to, {SetupDetails(wishes)}, {}});
 }

@@ -72,8 +72,8 @@ struct SignalAction {
 // The radio gets another number, and other ranges where they are given.
 struct NumberingAction {
     map27::Address address;
-    std::optional<map27::NumberRange> units;
-    std::optional<map27::NumberRange> groups;
+    std::optional<map27::IdentRange> units;
+    std::optional<map27::IdentRange> groups;
     bool operator==(const NumberingAction&) const = default;
 };
 

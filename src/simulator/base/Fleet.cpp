@@ -94,8 +94,8 @@ std::optional<map27::Address> Fleet::Resolve(std::string_view text) const
 
 Reaction Fleet::ReactionOf(const map27::Party& called, Service service) const
 {
-    using map27::AddressKind;
-    if (called.description.kind == AddressKind::PabxExtension)
+    using map27::DescriptionKind;
+    if (called.description.kind == DescriptionKind::PabxExtension)
         return ReactionOfNumber(pabx, std::to_string(called.address.ident));
     if (called.address.ident == map27::Ident::Pabx)
         return ReactionOfNumber(pabx, called.description.digits);
@@ -129,7 +129,7 @@ std::vector<Step> Fleet::StepsTo(const map27::Party& called, Service service) co
 
 std::string Fleet::Describe(const map27::Party& party) const
 {
-    if (party.description.kind == map27::AddressKind::PabxExtension)
+    if (party.description.kind == map27::DescriptionKind::PabxExtension)
         return "PABX extension " + std::to_string(party.address.ident);
     switch (party.address.ident) {
     case map27::Ident::Pstn:

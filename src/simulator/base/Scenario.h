@@ -9,8 +9,8 @@ namespace sim {
 // The radio that the console is connected to.
 struct OwnRadio {
     map27::Address address;
-    map27::NumberRange units;
-    map27::NumberRange groups;
+    map27::IdentRange units;
+    map27::IdentRange groups;
     bool dataCalls = false; // not every radio can
 };
 

@@ -19,7 +19,7 @@ map27::Party Air::AcknowledgedParty(const map27::Party& called, Service service,
     map27::Party party = AcknowledgedParty(called);
     const auto target = scenario.fleet.DivertedTo(called.address, service);
     if (target && (cause & function) == map27::Cause::DivertedNoRetry)
-        party.description = {.kind = map27::AddressKind::Unit, .unit = *target, .digits = {}, .raw = {}};
+        party.description = {.kind = map27::DescriptionKind::Unit, .unit = *target, .digits = {}, .raw = {}};
     return party;
 }
 

@@ -15,18 +15,18 @@ constexpr Milliseconds restartPause{500};
 // Whether a call or message can go there: a gateway needs a number, and only calls go through one.
 bool CanBeAddressed(const map27::Party& called, Service service)
 {
-    using map27::AddressKind;
-    const AddressKind kind = called.description.kind;
+    using map27::DescriptionKind;
+    const DescriptionKind kind = called.description.kind;
     const bool gateway =
         called.address.ident == map27::Ident::Pstn || called.address.ident == map27::Ident::Pabx;
     if (!map27::IsSendable(called.address))
         return false;
     if (gateway)
-        return service == Service::Call && kind == AddressKind::Digits && !called.description.digits.empty();
-    if (kind == AddressKind::PabxExtension)
+        return service == Service::Call && kind == DescriptionKind::Digits && !called.description.digits.empty();
+    if (kind == DescriptionKind::PabxExtension)
         return service == Service::Call;
     const bool subscriber = called.address.ident <= HighestSubscriberIdent;
-    return kind == AddressKind::None && (subscriber || service == Service::Call);
+    return kind == DescriptionKind::None && (subscriber || service == Service::Call);
 }
 
 } // namespace

@@ -132,9 +132,9 @@ template <bool isControl> Command ParseSignal(Words& words, const Scenario&)
     return Action(action);
 }
 
-map27::NumberRange ParseRange(Words& words)
+map27::IdentRange ParseRange(Words& words)
 {
-    map27::NumberRange range;
+    map27::IdentRange range;
     range.base = static_cast<std::uint16_t>(words.Number("the base", 1, HighestSubscriberIdent));
     range.highest =
         static_cast<std::uint16_t>(words.Number("the highest number", range.base, HighestSubscriberIdent));

@@ -20,10 +20,10 @@ void AddFacility(OwnRadio& radio, const JsonNode& node)
     radio.dataCalls = true;
 }
 
-map27::NumberRange ReadRange(const JsonNode& node)
+map27::IdentRange ReadRange(const JsonNode& node)
 {
     node.RequireMembers({"base", "max", "digits"});
-    map27::NumberRange range;
+    map27::IdentRange range;
     range.base = static_cast<std::uint16_t>(node.Member("base").Integer(1, HighestSubscriberIdent));
     range.highest =
         static_cast<std::uint16_t>(node.Member("max").Integer(range.base, HighestSubscriberIdent));
