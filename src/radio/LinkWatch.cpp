@@ -26,7 +26,7 @@ void LinkWatch::Begin(TimePoint now, const map27::Terminal& terminal)
 {
     m_begin = now;
     m_lastLook = now;
-    m_framing = terminal.GetLinkCounters().framing;
+    m_framing = terminal.LinkCounters().framing;
     m_heard.clear();
     m_question.clear();
 }
@@ -65,7 +65,7 @@ LinkWatch::Finding LinkWatch::Look(const map27::Terminal& terminal, TimePoint no
 
 LinkWatch::Finding LinkWatch::WhatIsHeard(const map27::Terminal& terminal) const
 {
-    const map27::FramingCounters& framing = terminal.GetLinkCounters().framing;
+    const map27::FramingCounters& framing = terminal.LinkCounters().framing;
     if (framing.frames > m_framing.frames)
         return Finding::LinkSlow;
     if (framing.wrongFcs > m_framing.wrongFcs)

@@ -98,7 +98,7 @@ public:
 private:
     void NoteRequest()
     {
-        const std::string& last = simulation.GetRadio().LastRequest();
+        const std::string& last = simulation.SimulatedRadio().LastRequest();
         if (last != m_lastRequest)
             requests.push_back(last);
         m_lastRequest = last;

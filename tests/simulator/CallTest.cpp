@@ -123,7 +123,7 @@ TEST(Call, CancellingASetUpEndsItAtTheRadio)
     Call(bench, {0, 2});
     bench.RunFor(Milliseconds(1000));
     bench.Deliver(bench.console.CancelTransaction(bench.now));
-    EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle);
+    EXPECT_EQ(bench.simulation.SimulatedRadio().CallState(), sim::CallService::State::Idle);
     bench.RunFor(Milliseconds(10000));
     EXPECT_EQ(Story(bench), Lines{"300 212 1"});
 }
@@ -162,7 +162,7 @@ TEST(Call, LossOfContactAndOfTheLinkEndIt)
     BeInCall(bench);
     bench.Execute("restart");
     bench.RunFor(Milliseconds(3000));
-    EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle);
+    EXPECT_EQ(bench.simulation.SimulatedRadio().CallState(), sim::CallService::State::Idle);
     EXPECT_TRUE(bench.console.IsLinkReady());
     EXPECT_EQ(Story(bench, false).front(), "cleared 0 0");
 }
@@ -218,7 +218,7 @@ TEST(Call, AnsweringRefusingAndGivingUp)
     bench.Forget();
     bench.Execute("call Unit22");
     bench.Deliver(bench.console.RefuseCall(bench.now).output);
-    EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle);
+    EXPECT_EQ(bench.simulation.SimulatedRadio().CallState(), sim::CallService::State::Idle);
 
     bench.Forget();
     bench.Execute("call Unit22");

@@ -137,7 +137,7 @@ private:
             m_bench.Deliver(m_bench.console.AnswerCall(m_bench.now).output);
         if (state != map27::TerminalState::Idle)
             return;
-        const auto& members = m_bench.simulation.GetRadio().GetScenario().fleet.members;
+        const auto& members = m_bench.simulation.SimulatedRadio().CurrentScenario().fleet.members;
         const sim::Subscriber& member = members[static_cast<std::size_t>(m_turn * 7) % members.size()];
         const unsigned code = static_cast<unsigned>(m_turn) % 32;
         const std::string text = "Order " + std::to_string(m_turn);
@@ -207,7 +207,7 @@ TEST(Day, EveryMessageOfABusyOneIsAccountedFor)
     EXPECT_GT(bench.Events<map27::TextReceived>().size(), 1000U);
     EXPECT_GT(bench.Events<map27::IncomingCall>().size(), 250U);
     EXPECT_GT(dispatcher.sent.size(), 1500U);
-    ExpectNothingWrong(bench.console.GetLinkCounters(), bench.simulation.GetRadio().GetLinkCounters());
+    ExpectNothingWrong(bench.console.LinkCounters(), bench.simulation.SimulatedRadio().LinkCounters());
     ExpectNothingWrong(bench.console.Counters());
     const auto first = std::ranges::find_if(
         bench.seen, [](const auto& one) { return std::holds_alternative<map27::StatusReceived>(one.event); });
@@ -232,7 +232,7 @@ TEST(Day, TheDispatchersOwnStatusGetsThroughAStorm)
     EXPECT_EQ(Heard(bench), Said(bench));
     EXPECT_GE(bench.Events<map27::StatusReceived>().size() + bench.Events<map27::TextReceived>().size(),
               144U * 500U);
-    ExpectNothingWrong(bench.console.GetLinkCounters(), bench.simulation.GetRadio().GetLinkCounters());
+    ExpectNothingWrong(bench.console.LinkCounters(), bench.simulation.SimulatedRadio().LinkCounters());
     ASSERT_GT(waits.size(), 10000U); // the others met a call
     const auto longest = *std::ranges::max_element(waits);
     const auto shortest = *std::ranges::min_element(waits);
@@ -267,14 +267,14 @@ TEST(Day, NothingIsLostOnABadLineButWithALink)
                 bench.Execute("fault " + std::string(sim::DescriptionOf(kind).word) + " off");
             bench.RunFor(std::chrono::minutes(2));
 
-            const auto& radio = bench.simulation.GetRadio();
-            const auto lostByRadio = radio.GetLinkCounters().messagesLost;
-            const auto lostByConsole = bench.console.GetLinkCounters().messagesLost;
+            const auto& radio = bench.simulation.SimulatedRadio();
+            const auto lostByRadio = radio.LinkCounters().messagesLost;
+            const auto lostByConsole = bench.console.LinkCounters().messagesLost;
             EXPECT_LE(Missing(Heard(bench), Said(bench)), lostByRadio + bench.console.Counters().late)
                 << seed;
             EXPECT_LE(Missing(bench.requests, dispatcher.sent), lostByConsole) << seed;
             EXPECT_TRUE(bench.console.IsLinkReady() && radio.IsLinkReady()) << seed;
-            EXPECT_GT(bench.console.GetLinkCounters().messagesIn, 20U);
+            EXPECT_GT(bench.console.LinkCounters().messagesIn, 20U);
             EXPECT_LE(radio.Waiting(), 2U);
         }
     }
@@ -291,6 +291,6 @@ TEST(Day, TheShippedScenariosRunAsTheyAreWritten)
             EXPECT_TRUE(note == "link ready" || note.starts_with("report of ")) << name << ": " << note;
         }
         EXPECT_FALSE(bench.Events<map27::IncomingCall>().empty()) << name;
-        EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle) << name;
+        EXPECT_EQ(bench.simulation.SimulatedRadio().CallState(), sim::CallService::State::Idle) << name;
     }
 }

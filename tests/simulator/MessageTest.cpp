@@ -94,7 +94,7 @@ TEST(Message, CancellingFreesTheRadioForTheNext)
     bench.Execute("behave Unit20 silent");
     bench.Deliver(bench.console.SendStatus(unit20, 1, bench.now).output);
     bench.Deliver(bench.console.CancelTransaction(bench.now));
-    EXPECT_FALSE(bench.simulation.GetRadio().MessageOpen());
+    EXPECT_FALSE(bench.simulation.SimulatedRadio().MessageOpen());
     bench.Deliver(bench.console.SendStatus({0, 9}, 2, bench.now).output);
     bench.RunFor(Milliseconds(1000)); // less than the console waits for a lost end
     EXPECT_EQ(Progress(bench), std::vector<std::string>{"300 192 0"});

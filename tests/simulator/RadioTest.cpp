@@ -113,7 +113,7 @@ TEST(Radio, AKeyPressedTooEarlyEndsTheAttempt)
     bench.Send("B2 03");
     bench.RunFor(Milliseconds(60000));
     EXPECT_EQ(bench.TakeMessages(), Lines{"B4 03"}); // never a connection that the console does not know of
-    EXPECT_EQ(bench.simulation.GetRadio().CallState(), sim::CallService::State::Idle);
+    EXPECT_EQ(bench.simulation.SimulatedRadio().CallState(), sim::CallService::State::Idle);
 }
 
 TEST(Radio, WhatTheConsoleSwitchesOffDoesNotArrive)
@@ -164,5 +164,5 @@ TEST(Radio, TheFieldStrengthWandersWithinItsRange)
     bench.Forget();
     bench.RunFor(std::chrono::minutes(30));
     EXPECT_TRUE(bench.Events<map27::OperatingConditionReceived>().empty());
-    EXPECT_EQ(bench.simulation.GetRadio().Condition().fieldStrength, 7);
+    EXPECT_EQ(bench.simulation.SimulatedRadio().Condition().fieldStrength, 7);
 }

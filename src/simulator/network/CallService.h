@@ -23,7 +23,7 @@ public:
     CallService(Air& air, std::function<void()> hookChanged,
                 std::function<void(map27::Address, Milliseconds)> calledBack);
 
-    State GetState() const { return m_state; }
+    State CurrentState() const { return m_state; }
     bool OffHook() const { return m_state == State::Answering || m_state == State::Connected; }
     bool Transmitting() const { return m_transmitting; }
 

@@ -201,7 +201,7 @@ void Radio::DropEverything()
 
 bool Radio::IsBusy() const
 {
-    return m_messages.IsOpen() || m_calls.GetState() != CallService::State::Idle;
+    return m_messages.IsOpen() || m_calls.CurrentState() != CallService::State::Idle;
 }
 
 bool Radio::Admit(const map27::Party& called, Service service)

@@ -42,14 +42,14 @@ public:
     Result Perform(const Action& action, TimePoint now);
 
     bool IsLinkReady() const { return m_link.IsReady(); }
-    CallService::State CallState() const { return m_calls.GetState(); }
+    CallService::State CallState() const { return m_calls.CurrentState(); }
     bool MessageOpen() const { return m_messages.IsOpen(); }
     map27::OperatingConditionMessage Condition() const;
-    const Scenario& GetScenario() const { return m_scenario; }
+    const Scenario& CurrentScenario() const { return m_scenario; }
     const OtherRadios& Others() const { return m_others; }
     // Messages for the console that it has not taken yet.
     std::size_t Waiting() const { return m_deliveries.Waiting() + m_link.Backlog(); }
-    map27::LinkCounters GetLinkCounters() const { return m_link.Counters(); }
+    map27::LinkCounters LinkCounters() const { return m_link.Counters(); }
     // The console's last status, text or call, "status 5 to Unit20 (0/2)"; empty before the first.
     const std::string& LastRequest() const { return m_lastRequest; }
 

@@ -33,7 +33,7 @@ Simulation::Simulation(const Scenario& scenario, const SimulationSettings& setti
     : m_settings(settings),
       m_radio(WithFaults(scenario, settings.faults),
               map27::LinkParameters::ForBitRate(settings.bitsPerSecond), settings.seed),
-      m_line(settings.bitsPerSecond, m_radio.GetScenario().faults, settings.seed + 1),
+      m_line(settings.bitsPerSecond, m_radio.CurrentScenario().faults, settings.seed + 1),
       m_script(scenario.events)
 {
 }
@@ -79,7 +79,7 @@ Deadline Simulation::NextDeadline() const
 Simulation::Answer Simulation::Execute(std::string_view commandLine, TimePoint now)
 {
     Advance(now);
-    const auto parsed = ParseCommand(commandLine, m_radio.GetScenario());
+    const auto parsed = ParseCommand(commandLine, m_radio.CurrentScenario());
     if (const auto* problem = std::get_if<CommandProblem>(&parsed))
         return {"error " + problem->reason, TakeOutput()};
     std::string text = Perform(std::get<Command>(parsed), now);
@@ -98,7 +98,7 @@ std::string Simulation::Perform(const Command& command, TimePoint now)
     if (std::holds_alternative<LastCommand>(command))
         return m_radio.LastRequest().empty() ? "ok" : "ok " + m_radio.LastRequest();
     if (const auto* groups = std::get_if<GroupsCommand>(&command)) {
-        const Scenario& scenario = m_radio.GetScenario();
+        const Scenario& scenario = m_radio.CurrentScenario();
         const std::string held = m_radio.Others().Groups().Describe(groups->radio, scenario.fleet);
         return held.empty() ? "ok" : "ok " + held;
     }
@@ -133,7 +133,7 @@ void Simulation::BeSilent(bool silent, TimePoint now, Milliseconds duration)
 std::string Simulation::ListText() const
 {
     std::string text;
-    for (const Subscriber& member : m_radio.GetScenario().fleet.members) {
+    for (const Subscriber& member : m_radio.CurrentScenario().fleet.members) {
         text += member.name + ' ' + map27::ToText(member.address);
         text += ' ' + std::string(WordOf(member.kind));
         text += " status " + std::string(WordOf(member.reactions.status.behaviour));
@@ -201,7 +201,8 @@ void Simulation::RunScript(TimePoint now)
 {
     for (const Action& action : m_script.TakeDue(now)) {
         if (const std::string problem = Perform(action, now); !problem.empty())
-            m_output.notes.push_back(Describe(action, m_radio.GetScenario().fleet) + " left out: " + problem);
+            m_output.notes.push_back(Describe(action, m_radio.CurrentScenario().fleet) +
+                                     " left out: " + problem);
     }
 }
 

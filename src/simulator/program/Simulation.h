@@ -38,7 +38,7 @@ public:
     };
     Answer Execute(std::string_view commandLine, TimePoint now);
 
-    const Radio& GetRadio() const { return m_radio; }
+    const Radio& SimulatedRadio() const { return m_radio; }
 
 private:
     void Advance(TimePoint now);
