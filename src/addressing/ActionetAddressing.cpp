@@ -5,7 +5,7 @@
 
 namespace {
 
-// How many digits of a full number are the prefix: the models are numbered that way.
+// How many digits of a full number are the prefix. A model's index is just that.
 std::size_t PrefixDigits(const ActionetConfig& config)
 {
     return static_cast<std::size_t>(config.model);
@@ -21,8 +21,8 @@ bool IsSubscriber(int ident)
     return ident > dummyIdent && ident <= maxSubscriberIdent;
 }
 
-// Idents that the radio reports as its units or groups; base 0 or a max below the base says that there are
-// none, and then there is nothing to compare.
+// Compares what the radio reports as its units or groups with the layout. A base of 0, or a max below the
+// base, means that it has none, which contradicts nothing.
 std::optional<AddressingError> CompareReport(AddressingCode code, NumberRange reported, int reportedDigits,
                                              NumberRange expected, int expectedDigits)
 {
@@ -190,7 +190,7 @@ bool ActionetAddressing::HasNumber(const RadioAddress& address) const
            ActionetFleetOf(*m_config, address.ident).NumberOf(address.ident).has_value();
 }
 
-// Shorter telephone numbers would be taken for those of radios.
+// A shorter telephone number would be read as a radio's.
 std::string ActionetAddressing::GatewayDial(const RadioAddress& address) const
 {
     if (m_config && m_own && address.prefix == m_own->prefix && address.ident == pstnGatewayIdent &&

@@ -6,14 +6,14 @@
 #include <optional>
 #include <string>
 
-// ANN numbering: no table of fleets, the layout follows from the parameters. A full number is the prefix with
-// as many digits as the model has (none to three), then four digits. Without parameters only the raw form is
-// converted.
+// ANN numbering. There is no table of fleets: the layout follows from the parameters. A full number is the
+// prefix, in as many digits as the model says (none to three), followed by four digits. Without parameters
+// only the raw form is converted.
 class ActionetAddressing : public MptAddressing {
 public:
     std::string NumberingCode() const override;
     int NumberingNameTextId() const override;
-    // Besides what the source throws: AddressingError for parameters that CheckActionet() refuses.
+    // Throws what the source throws, and AddressingError for parameters that CheckActionet() refuses.
     void SetConfigSource(IMpt1343FleetConfigSource& fleets, IActionetConfigSource& actionet) override;
     void SetRadioNumbering(const RadioNumbering& numbering) override;
     std::vector<AddressingError> Warnings() const override;
@@ -30,6 +30,6 @@ private:
     bool HasNumber(const RadioAddress& address) const;
 
     std::optional<ActionetConfig> m_config;
-    std::optional<RadioNumbering> m_own; // only with a possible prefix and ident
+    std::optional<RadioNumbering> m_own; // set only when prefix and ident can exist
     std::vector<AddressingError> m_ownWarnings;
 };

@@ -15,7 +15,7 @@ ActionetFleetKind KindOf(const ActionetConfig& config, int segment)
     return segment < actionetSegments - config.MEP ? ActionetFleetKind::Small : ActionetFleetKind::Mini;
 }
 
-// From the fleet's first ident; none when the fleet has no such number.
+// How far a number is from the fleet's first ident; none when the fleet has no such number.
 std::optional<int> OffsetOf(const FleetShape& shape, int number)
 {
     if (shape.units.Contains(number))

@@ -7,12 +7,12 @@
 #include <optional>
 #include <string>
 
-// How the ANN numbering cuts the idents 1..8100 of a prefix into fleets. There are ten segments of 810
-// idents: the first FPP are large fleets, the last MEP are mini fleets, those between are small. A segment
-// that is no large fleet has ten blocks of 81 idents, each one small fleet or three mini fleets.
+// How the ANN numbering divides the idents 1..8100 of a prefix into fleets. There are ten segments of 810
+// idents. Each of the first FPP segments is one large fleet. Every other segment has ten blocks of 81 idents;
+// a block holds three mini fleets in the last MEP segments and one small fleet in those between.
 //
-// No standard that we could obtain tells the order of fleets and numbers; `fleetShapes` and the counts above
-// it are all there is to change if a network proves to differ.
+// No published standard gives the order of fleets and numbers. Should a network turn out to differ,
+// `fleetShapes` and the counts above it are all there is to change.
 
 enum class ActionetFleetKind {
     Large,
@@ -29,12 +29,12 @@ struct NumberRange {
     bool operator==(const NumberRange&) const = default;
 };
 
-// One kind of fleet; of the mini fleets, one of the three in a block. The first ident is that of the first
-// unit, the groups follow the units without a gap, and the idents left over have no number.
+// A kind of fleet, or one of the three mini fleets in a block. Its idents begin with the units; the groups
+// follow without a gap, and any idents left over have no number.
 struct FleetShape {
     ActionetFleetKind kind;
-    int start;  // first ident, counted from that of the segment or block
-    int idents; // with those that have no number
+    int start;  // its first ident, counted from that of the segment or block
+    int idents; // including those without a number
     int digits; // length of a number in the fleet
     NumberRange units;
     NumberRange groups;
@@ -62,7 +62,7 @@ struct ActionetFleet {
     int FirstIdent() const;
     // The digits before the number in the fleet, without those of the prefix.
     std::string Digits() const;
-    // Of an ident in this fleet; none when it has no number.
+    // The number of an ident in this fleet; none when it has no number.
     std::optional<int> NumberOf(int ident) const;
 
     bool operator==(const ActionetFleet&) const = default;
@@ -74,7 +74,7 @@ struct ActionetFleetCounts {
     int mini;
 };
 
-// The first of these that is wrong: FPP and MEP each 0..10, their sum at most 10, the model.
+// The first rule that the parameters break: FPP and MEP each 0..10, their sum at most 10, a known model.
 std::optional<AddressingError> CheckActionet(const ActionetConfig& config);
 
 // The functions below expect parameters that CheckActionet() accepts.
@@ -84,5 +84,5 @@ ActionetFleetCounts CountActionetFleets(const ActionetConfig& config);
 // The fleet that holds an ident of 1..8100.
 ActionetFleet ActionetFleetOf(const ActionetConfig& config, int ident);
 
-// Four digits to an ident. Throws when no radio or group has that number.
+// The ident that four dialled digits mean. Throws when no radio or group has that number.
 int ActionetIdentOf(const ActionetConfig& config, const std::string& digits);

@@ -8,13 +8,14 @@ enum class FleetType {
 };
 
 // One row of the MPT1343 fleet plan: a block of idents under one prefix and how its numbers are dialled.
-// The members are wide, so that a stored value out of range can be refused instead of being cut.
+// The members are wider than the values need, so that a stored value out of range can be refused rather than
+// truncated.
 struct FleetConfig {
     FleetType fleetType = FleetType::Units;
     int digits = 2; // length of a number in the fleet, 2 or 3
-    int prefix = 0; // MPT1327 prefix 0..127 (the dialled number prefix less 200)
+    int prefix = 0; // MPT1327 prefix 0..127 (the dialled number prefix minus 200)
     int baseIdent = 0;
-    int maxIdent = 0; // last ident of the fleet, included
+    int maxIdent = 0; // the fleet's last ident
 
     bool operator==(const FleetConfig&) const = default;
 };
@@ -28,7 +29,7 @@ struct ActionetConfig {
     bool operator==(const ActionetConfig&) const = default;
 };
 
-// Supplies the fleet plan. Both members may throw anything; the caller lets it pass.
+// Supplies the fleet plan. Both members may throw anything; the caller passes it on.
 class IMpt1343FleetConfigSource {
 public:
     virtual ~IMpt1343FleetConfigSource() = default;
@@ -38,7 +39,7 @@ public:
     virtual void RetreiveFleetConfig(std::span<FleetConfig> fleets) = 0;
 };
 
-// Supplies the ANN parameters. May throw anything; the caller lets it pass.
+// Supplies the ANN parameters. May throw anything; the caller passes it on.
 class IActionetConfigSource {
 public:
     virtual ~IActionetConfigSource() = default;

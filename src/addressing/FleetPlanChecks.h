@@ -22,14 +22,14 @@ struct FleetPlanFinding {
     AddressingError error;
 };
 
-// First of these that is wrong: number prefix, fleet number, size, end above ident 8100.
+// The first thing that is wrong: number prefix, fleet number, size, or an end above ident 8100.
 std::optional<AddressingError> CheckFleet(const PlannedFleet& fleet);
 
 // The same for a stored or imported row, in terms of its own fields: prefix, base ident (even, 2..8100),
 // size, end above ident 8100, digits (2 or 3).
 std::optional<AddressingError> CheckFleetRow(const FleetConfig& fleet);
 
-// The row as it is stored; `digits` is taken as it is. Call it with a fleet that CheckFleet() accepts.
+// The row as it is stored, for a fleet that CheckFleet() accepts. `digits` is not checked.
 FleetConfig ToFleetConfig(const PlannedFleet& fleet, int digits);
 
 // The first row of `others` that shares an ident with `fleet`, as a "fleets overlap" error.

@@ -11,17 +11,17 @@
 // overlap, the first one counts.
 class FleetTable {
 public:
-    // Takes the usable rows; the others are told by Warnings().
+    // Keeps the rows that can be used; Warnings() names the others.
     void SetPlan(const std::vector<FleetConfig>& plan);
     void SetOwn(const RadioNumbering& numbering);
 
-    // Empty until the radio has reported a possible number.
+    // Empty until the radio has reported a number that can exist.
     std::optional<int> OwnPrefix() const { return m_ownPrefix; }
-    // Null when the own fleet has no units (groups). Valid until the next Set….
+    // Null when the radio's own fleet has no units (groups). Valid until the next Set….
     const FleetConfig* OwnRow(FleetType type) const;
     bool IsOwnRow(const FleetConfig& row) const { return &row == OwnRow(row.fleetType); }
 
-    // The row that a dialled fleet means, or null.
+    // The row of the fleet that was dialled, or null.
     const FleetConfig* Find(int prefix, int baseIdent, FleetType type) const;
     const FleetConfig* FindContaining(int prefix, int ident) const;
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Digits that lead to a fleet, in front of the number in the fleet.
+// The digits in front of the number within the fleet.
 constexpr std::size_t numberPrefixLength = 3;
 constexpr std::size_t fleetNumberLength = 4;
 
@@ -22,7 +22,7 @@ int OffsetOf(const std::string& number)
     return ParseDigits(number) - FirstNumber(TypeOfNumber(number), static_cast<int>(number.size()));
 }
 
-// Which of two sentences: the one about units or the one about groups.
+// Picks the sentence about units or the one about groups.
 AddressingCode ForType(FleetType type, AddressingCode units, AddressingCode groups)
 {
     return type == FleetType::Units ? units : groups;
@@ -36,7 +36,7 @@ void RequireNumberInFleet(const std::string& number)
             number.size() == 2 ? AddressingCode::TwoDigitRange : AddressingCode::ThreeDigitRange, {number});
 }
 
-// The last number of the row, as far as its size goes.
+// The last number that the row's size allows.
 std::string LastNumberText(const FleetConfig& row)
 {
     return std::to_string(FirstNumber(row.fleetType, row.digits) + row.maxIdent - row.baseIdent);
@@ -57,8 +57,8 @@ bool Reaches(const FleetConfig& row, const std::string& number)
     return row.baseIdent + OffsetOf(number) <= row.maxIdent;
 }
 
-// Extensions have the lengths that no radio number has, or begin where no fleet number does (those end at
-// 6050).
+// An extension has a length that no radio number has, or begins with a digit that no fleet number begins with
+// (they end at 6050).
 bool IsPabxExtension(const std::string& digits)
 {
     const char first = digits.front();
@@ -250,8 +250,7 @@ Mpt1343Addressing::FindNumber(const RadioAddress& address) const
     return NumberInFleet{row, std::to_string(number)};
 }
 
-// A fleet number stands for an even base. A row behind another one with the same base would not be found
-// again.
+// A fleet number stands for an even base ident. Of two rows with the same base only the first is found again.
 bool Mpt1343Addressing::IsDialledByFleetNumber(const FleetConfig& row) const
 {
     return row.baseIdent % 2 == 0 && m_fleets.Find(row.prefix, row.baseIdent, row.fleetType) == &row;

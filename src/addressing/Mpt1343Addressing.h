@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-// MPT1343 numbering with a fleet plan. A fleet that is in no plan is still dialled by arithmetic; its
-// addresses are printed raw then, since nothing tells how many digits its numbers have.
+// MPT1343 numbering with a fleet plan. A fleet that is not in the plan can still be dialled, by arithmetic;
+// its addresses are printed raw, since nothing tells how many digits its numbers have.
 class Mpt1343Addressing : public MptAddressing {
 public:
     std::string NumberingCode() const override;

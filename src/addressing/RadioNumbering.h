@@ -4,9 +4,8 @@
 
 #include <optional>
 
-// The own radio's number and the fleet it belongs to, as the radio reports them (MAP27 v1.5, radio
-// numbering). A row whose base ident is 0, or whose max is below its base, says that the radio has no such
-// fleet.
+// The radio's own number and the fleet that it belongs to, as it reports them (MAP27 v1.5, radio numbering).
+// A base ident of 0, or a max below the base, means that the radio has no such fleet.
 struct RadioNumbering {
     int prefix = 0; // 0..127
     int ident = 0;  // 1..8100
@@ -20,5 +19,5 @@ struct RadioNumbering {
     bool operator==(const RadioNumbering&) const = default;
 };
 
-// An own prefix or ident that cannot exist, as a warning.
+// A warning when the radio's own prefix or ident cannot exist.
 std::optional<AddressingError> CheckOwnNumber(const RadioNumbering& numbering);

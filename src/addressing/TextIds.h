@@ -16,7 +16,7 @@ enum class AddressingCode {
     CallModifier = 5005,
     TelephoneMissing = 5006,
     TelephoneTooLong = 5007,
-    OwnNumberUnknown = 5008, // the form needs the own prefix or fleet, and the radio has not reported it
+    OwnNumberUnknown = 5008, // the form needs the radio's own prefix or fleet, which it has not reported
     GatewayIdentNeeded = 5009,
     AddressKind = 5010, // kind, digits
 
@@ -26,8 +26,8 @@ enum class AddressingCode {
     FleetNumberRange = 5022,   // F
     TwoDigitRange = 5023,      // number in the fleet
     ThreeDigitRange = 5024,    // number in the fleet
-    OwnUnitDigits = 5025,      // digits that the own fleet uses
-    OwnGroupDigits = 5026,     // digits that the own fleet uses
+    OwnUnitDigits = 5025,      // digits in the radio's own fleet
+    OwnGroupDigits = 5026,     // digits in the radio's own fleet
     UnitNotInOwnFleet = 5027,  // number, A, B
     GroupNotInOwnFleet = 5028, // number, A, B
     OwnFleetHasNoUnits = 5029,
@@ -50,20 +50,20 @@ enum class AddressingCode {
     FleetBaseIdent = 5044,   // base ident
     FleetDigitsRange = 5045, // digits
 
-    // Warnings: the configuration works, but not as somebody meant it.
+    // Warnings: the configuration works, but perhaps not as it was meant.
     PlanRowIgnored = 5050,   // prefix, base ident, max ident, digits
     OwnNumberIgnored = 5051, // prefix, ident
     OwnFleetIgnored = 5052,  // base ident, max ident, digits
     OwnFleetCut = 5053,      // A, B
     OwnFleetDiffers = 5054,  // A, B (own idents), P, F, A, B (idents of that fleet of the plan)
-    // The same of the ANN parameters: A, B (reported idents), digits, A, B (idents of its fleet), digits.
+    // The same for the ANN parameters: A, B (reported idents), digits, A, B (idents of its fleet), digits.
     OwnUnitsDiffer = 5055,
     OwnGroupsDiffer = 5056,
     OwnIdentNoUnit = 5057, // own ident
 
     // ANN numbers. An S is the digit of a large fleet, an SD the two of a small fleet or a block of mini
     // fleets.
-    OwnFleetDigits = 5060,      // digits that the own fleet uses
+    OwnFleetDigits = 5060,      // digits in the radio's own fleet
     LargeFleetRange = 5061,     // number in the fleet, S
     SmallFleetRange = 5062,     // number in the fleet, SD
     NotInOwnMiniFleet = 5063,   // number, A, B (its units), A, B (its groups)
