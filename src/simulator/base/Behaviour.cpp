@@ -28,7 +28,7 @@ struct Row {
 
 constexpr std::optional<std::uint8_t> none;
 
-constexpr std::array rows{
+constexpr std::array Rows{
     Row{Behaviour::Answers, "answers", {none, Success}, {none, Success}, 300, 0},
     Row{Behaviour::Slow, "slow", {none, Success}, {none, Success}, 8000, 0},
     Row{Behaviour::Rings, "rings", {none, Success}, {Alerting, Success}, 300, 3000},
@@ -58,22 +58,22 @@ constexpr std::array rows{
     Row{Behaviour::Silent, "silent", {none, none}, {none, none}, 0, 0},
 };
 
-constexpr std::array<std::pair<std::string_view, Service>, 4> services{{{"status", Service::Status},
+constexpr std::array<std::pair<std::string_view, Service>, 4> Services{{{"status", Service::Status},
                                                                         {"text", Service::Text},
                                                                         {"call", Service::Call},
                                                                         {"regroup", Service::Regroup}}};
 
 const Row& RowOf(Behaviour behaviour)
 {
-    return *std::ranges::find(rows, behaviour, &Row::behaviour);
+    return *std::ranges::find(Rows, behaviour, &Row::behaviour);
 }
 
 } // namespace
 
 std::optional<Service> ServiceOfWord(std::string_view word)
 {
-    const auto service = std::ranges::find(services, word, &std::pair<std::string_view, Service>::first);
-    if (service == services.end())
+    const auto service = std::ranges::find(Services, word, &std::pair<std::string_view, Service>::first);
+    if (service == Services.end())
         return std::nullopt;
     return service->second;
 }
@@ -107,8 +107,8 @@ bool IsDiversion(Behaviour behaviour)
 
 std::optional<Behaviour> BehaviourOfWord(std::string_view word)
 {
-    const auto row = std::ranges::find(rows, word, &Row::word);
-    if (row == rows.end())
+    const auto row = std::ranges::find(Rows, word, &Row::word);
+    if (row == Rows.end())
         return std::nullopt;
     return row->behaviour;
 }
@@ -121,7 +121,7 @@ std::string_view WordOf(Behaviour behaviour)
 std::string BehaviourWords()
 {
     std::string words;
-    for (const Row& row : rows)
+    for (const Row& row : Rows)
         words += (words.empty() ? "" : ", ") + std::string(row.word);
     return words;
 }

@@ -6,7 +6,7 @@
 
 namespace sim {
 
-const std::array<FaultDescription, faultCount> faultDescriptions{{
+const std::array<FaultDescription, FaultCount> FaultDescriptions{{
     {FaultKind::BitErrors, "bit-errors", 0.001, 1, "each bit is inverted"},
     {FaultKind::DropFrames, "drop-frames", 0.1, 1, "a frame is lost"},
     {FaultKind::WrongFcs, "wrong-fcs", 0.1, 1, "a frame has a wrong check sequence"},
@@ -40,19 +40,19 @@ void FaultSettings::Overlay(const FaultSettings& others)
 
 const FaultDescription& DescriptionOf(FaultKind kind)
 {
-    return *std::ranges::find(faultDescriptions, kind, &FaultDescription::kind);
+    return *std::ranges::find(FaultDescriptions, kind, &FaultDescription::kind);
 }
 
 const FaultDescription* FaultOfWord(std::string_view word)
 {
-    const auto found = std::ranges::find(faultDescriptions, word, &FaultDescription::word);
-    return found == faultDescriptions.end() ? nullptr : &*found;
+    const auto found = std::ranges::find(FaultDescriptions, word, &FaultDescription::word);
+    return found == FaultDescriptions.end() ? nullptr : &*found;
 }
 
 std::string FaultWords()
 {
     std::string words;
-    for (const FaultDescription& fault : faultDescriptions)
+    for (const FaultDescription& fault : FaultDescriptions)
         words += (words.empty() ? "" : ", ") + std::string(fault.word);
     return words;
 }

@@ -53,8 +53,8 @@ struct FaultDescription {
     double highest;
     std::string_view meaning;
 };
-constexpr std::size_t faultCount = 16;
-extern const std::array<FaultDescription, faultCount> faultDescriptions;
+constexpr std::size_t FaultCount = 16;
+extern const std::array<FaultDescription, FaultCount> FaultDescriptions;
 
 const FaultDescription& DescriptionOf(FaultKind kind);
 // Null for a word that is none.

@@ -11,8 +11,8 @@ namespace sim {
 
 namespace {
 
-constexpr int longestNoise = 20; // octets
-constexpr map27::Octets::difference_type fcsOctets = 2;
+constexpr int LongestNoise = 20; // octets
+constexpr map27::Octets::difference_type FcsOctets = 2;
 
 // Header and data of a good frame, empty for any other.
 map27::Octets BodyOf(const map27::Octets& frame)
@@ -40,7 +40,7 @@ bool HasFixedEnd(const map27::Octets& body)
 bool HasFlagFcs(const map27::Octets& frame)
 {
     static constexpr std::array flags{map27::Stx, map27::Etx, map27::Dle, map27::Syn};
-    return std::all_of(frame.end() - fcsOctets, frame.end(),
+    return std::all_of(frame.end() - FcsOctets, frame.end(),
                        [](std::uint8_t octet) { return std::ranges::find(flags, octet) != flags.end(); });
 }
 
@@ -145,7 +145,7 @@ void Faults::InvertBits(map27::Octets& octets)
 
 map27::Octets Faults::NoiseOctets()
 {
-    map27::Octets noise(static_cast<std::size_t>(m_random.Between(1, longestNoise)));
+    map27::Octets noise(static_cast<std::size_t>(m_random.Between(1, LongestNoise)));
     for (std::uint8_t& octet : noise)
         octet = static_cast<std::uint8_t>(m_random.Between(0, 0xFF));
     return noise;

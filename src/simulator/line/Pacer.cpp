@@ -4,7 +4,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::uint64_t microsecondsOfTenBits = 10'000'000;
+constexpr std::uint64_t MicrosecondsOfTenBits = 10'000'000;
 
 }
 
@@ -44,7 +44,7 @@ Pacer::Microseconds Pacer::ArrivalOf(std::size_t octets) const
 {
     if (m_rate == 0)
         return m_rowBegin;
-    return m_rowBegin + Microseconds(microsecondsOfTenBits * octets / m_rate);
+    return m_rowBegin + Microseconds(MicrosecondsOfTenBits * octets / m_rate);
 }
 
 } // namespace sim

@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int failed = 1;
-constexpr int wrongArguments = 2;
+constexpr int Failed = 1;
+constexpr int WrongArguments = 2;
 
 void PrintOut(const std::string& text)
 {
@@ -40,7 +40,7 @@ int Run(const sim::Options& options)
         return QCoreApplication::exec();
     } catch (const std::exception& error) {
         PrintLog(error.what());
-        return failed;
+        return Failed;
     }
 }
 
@@ -61,7 +61,7 @@ int main(int argc, char** argv)
     }
     if (const auto* problem = std::get_if<sim::OptionsProblem>(&parsed)) {
         PrintLog(problem->reason);
-        return wrongArguments;
+        return WrongArguments;
     }
     return Run(std::get<sim::Options>(parsed));
 }

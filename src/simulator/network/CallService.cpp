@@ -11,8 +11,8 @@ constexpr std::uint8_t groupBit = 0x20;
 constexpr std::uint8_t dataBit = 0x10;
 constexpr std::uint8_t offHookNeededBit = 0x08;
 
-constexpr Milliseconds emergencyReaction{100};
-constexpr Milliseconds answerTime{300}; // off hook to connected
+constexpr Milliseconds EmergencyReaction{100};
+constexpr Milliseconds AnswerTime{300}; // off hook to connected
 
 } // namespace
 
@@ -239,9 +239,9 @@ map27::CallMessage CallService::IncomingMessage(const CallAction& call) const
     else if (call.scope == CallScope::Group && call.from.prefix != m_air.scenario.radio.address.prefix)
         message.party.address = {}; // the caller of a group is not told across prefixes (MAP27 v1.5, A6.5)
     if (call.scope != CallScope::Individual)
-        message.details.octet |= groupBit;
+        message.details.octet |= GroupBit;
     if (call.rings)
-        message.details.octet |= offHookNeededBit;
+        message.details.octet |= OffHookNeededBit;
     if (call.data)
         message.details.octet |= dataBit;
     return message;

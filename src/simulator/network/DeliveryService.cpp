@@ -6,14 +6,14 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t mostUnderWay = 2;
-constexpr std::size_t mostWaiting = 5000;
+constexpr std::size_t MostUnderWay = 2;
+constexpr std::size_t MostWaiting = 5000;
 
 } // namespace
 
 std::string DeliveryService::Deliver(const StatusAction& action)
 {
-    if (m_waiting.size() >= mostWaiting)
+    if (m_waiting.size() >= MostWaiting)
         return "the radio keeps no more messages";
     m_waiting.emplace_back(map27::StatusMessage{{action.from, {}}, action.code});
     return {};
@@ -21,7 +21,7 @@ std::string DeliveryService::Deliver(const StatusAction& action)
 
 std::string DeliveryService::Deliver(const TextAction& action)
 {
-    if (m_waiting.size() >= mostWaiting)
+    if (m_waiting.size() >= MostWaiting)
         return "the radio keeps no more messages";
     const auto encoded = map27::EncodeText(action.text, action.coding);
     if (const auto* problem = std::get_if<map27::TextProblem>(&encoded))
@@ -71,7 +71,7 @@ void DeliveryService::HandOver(const std::function<LinkProgress()>& progress)
     for (;;) {
         const LinkProgress before = progress();
         ForgetUntil(before.accepted - before.unacknowledged);
-        if (m_waiting.empty() || before.unacknowledged >= mostUnderWay)
+        if (m_waiting.empty() || before.unacknowledged >= MostUnderWay)
             return;
         map27::FromRadio message = std::move(m_waiting.front());
         m_waiting.pop_front();

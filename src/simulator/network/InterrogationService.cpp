@@ -13,7 +13,7 @@ std::uint8_t FacilitiesOf(const OwnRadio& radio)
     return static_cast<std::uint8_t>(facilities);
 }
 
-constexpr std::uint8_t codings = map27::CodingBit::BcdAscii | map27::CodingBit::TelexAscii |
+constexpr std::uint8_t Codings = map27::CodingBit::BcdAscii | map27::CodingBit::TelexAscii |
                                  map27::CodingBit::Binary | map27::CodingBit::Bcd | map27::CodingBit::Telex |
                                  map27::CodingBit::Ccitt5 | map27::CodingBit::PcCharacters;
 
@@ -21,7 +21,7 @@ constexpr std::uint8_t codings = map27::CodingBit::BcdAscii | map27::CodingBit::
 
 InterrogationService::InterrogationService(Air& air)
     : m_air(air),
-      m_settings{FacilitiesOf(air.scenario.radio), 0, 0, codings}
+      m_settings{FacilitiesOf(air.scenario.radio), 0, 0, Codings}
 {
 }
 
@@ -50,7 +50,7 @@ void InterrogationService::Set(const map27::SettingsMessage& settings)
 {
     m_settings.facilitiesA = settings.facilitiesA & FacilitiesOf(m_air.scenario.radio);
     if (settings.codings)
-        m_settings.codings = *settings.codings & codings;
+        m_settings.codings = *settings.codings & Codings;
     m_air.console.Tell(m_settings);
 }
 
@@ -59,8 +59,8 @@ map27::PersonalityMessage InterrogationService::Personality() const
     map27::PersonalityMessage personality;
     personality.radio = m_air.scenario.radio.address;
     personality.facilitiesA = FacilitiesOf(m_air.scenario.radio);
-    personality.facilitiesC = simulatedBit;
-    personality.codings = codings;
+    personality.facilitiesC = SimulatedBit;
+    personality.codings = Codings;
     return personality;
 }
 

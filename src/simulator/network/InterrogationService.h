@@ -22,7 +22,7 @@ public:
 
     // Facilities c, bit 8: this radio is a simulated one. The octet is free for such use (MAP27 v1.5, radio
     // personality).
-    static constexpr std::uint8_t simulatedBit = 0x80;
+    static constexpr std::uint8_t SimulatedBit = 0x80;
 
 private:
     map27::PersonalityMessage Personality() const;

@@ -6,8 +6,8 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t settingsBefore1998 = 4; // octets
-constexpr std::uint8_t aboveChannel = 0x40;   // of the first octet after the type
+constexpr std::size_t SettingsBefore1998 = 4; // octets
+constexpr std::uint8_t AboveChannel = 0x40;   // of the first octet after the type
 
 map27::FromRadio WithoutIdent(const map27::AcknowledgementMessage& message)
 {
@@ -36,9 +36,9 @@ std::vector<map27::Octets> MessageFaults::Strike(const map27::FromRadio& message
     const bool anonymous = acknowledgement && Strikes(FaultKind::NoIdent);
     map27::Octets octets = map27::EncodeFromRadio(anonymous ? WithoutIdent(*acknowledgement) : message);
     if (std::holds_alternative<map27::SettingsMessage>(message) && Strikes(FaultKind::ShortSettings))
-        octets.resize(settingsBefore1998);
+        octets.resize(SettingsBefore1998);
     if (std::holds_alternative<map27::NetworkInfoMessage>(message) && Strikes(FaultKind::HighNetworkBits))
-        octets[1] |= aboveChannel;
+        octets[1] |= AboveChannel;
     if (HasFixedEnd(message) && Strikes(FaultKind::ExtraOctets))
         octets.insert(octets.end(), {0x5A, 0x00, 0x10});
 

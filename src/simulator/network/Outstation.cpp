@@ -8,15 +8,15 @@ namespace sim {
 namespace {
 
 // Commands, as statuses.
-constexpr std::uint8_t lastOff = 7; // 0..7: control off
-constexpr std::uint8_t allOff = 8;
-constexpr std::uint8_t querySensors = 9;
-constexpr std::uint8_t firstOn = 10; // 10..17: control on
-constexpr std::uint8_t lastOn = 17;
-constexpr std::uint8_t allOn = 18;
-constexpr std::uint8_t queryControls = 19;
+constexpr std::uint8_t LastOff = 7; // 0..7: control off
+constexpr std::uint8_t AllOff = 8;
+constexpr std::uint8_t QuerySensors = 9;
+constexpr std::uint8_t FirstOn = 10; // 10..17: control on
+constexpr std::uint8_t LastOn = 17;
+constexpr std::uint8_t AllOn = 18;
+constexpr std::uint8_t QueryControls = 19;
 
-constexpr double unknownShare = 0.1; // of the changes of its own
+constexpr double UnknownShare = 0.1; // of the changes of its own
 
 } // namespace
 
@@ -38,23 +38,23 @@ Outstation::Outstation(Schedule& schedule, Random& random, map27::Address addres
 
 void Outstation::Take(std::uint8_t status)
 {
-    if (status > queryControls)
+    if (status > QueryControls)
         return;
-    if (status == querySensors || status == queryControls)
-        return WantReport(status == querySensors, status == queryControls);
+    if (status == QuerySensors || status == QueryControls)
+        return WantReport(status == QuerySensors, status == QueryControls);
     Switch(status);
-    const bool all = status == allOff || status == allOn;
+    const bool all = status == AllOff || status == AllOn;
     WantReport(all, true);
 }
 
 void Outstation::Switch(std::uint8_t status)
 {
-    if (status == allOff || status == allOn)
-        m_state.controls.fill(status == allOn ? Signal::On : Signal::Off);
-    else if (status <= lastOff)
+    if (status == AllOff || status == AllOn)
+        m_state.controls.fill(status == AllOn ? Signal::On : Signal::Off);
+    else if (status <= LastOff)
         m_state.controls.at(status) = Signal::Off;
-    else if (status <= lastOn)
-        m_state.controls.at(status - firstOn) = Signal::On;
+    else if (status <= LastOn)
+        m_state.controls.at(status - FirstOn) = Signal::On;
 }
 
 void Outstation::SetSensor(std::size_t number, Signal signal)
@@ -79,7 +79,7 @@ void Outstation::ChangeBySelf()
     m_change.Start(m_state.changeEvery, [this] { ChangeBySelf(); });
     const auto number = static_cast<std::size_t>(m_random.Between(0, 7));
     Signal& sensor = m_state.sensors.at(number);
-    if (m_random.Chance(unknownShare) && sensor != Signal::Unknown)
+    if (m_random.Chance(UnknownShare) && sensor != Signal::Unknown)
         sensor = Signal::Unknown;
     else
         sensor = sensor == Signal::On ? Signal::Off : Signal::On;

@@ -50,7 +50,7 @@ Radio::Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed)
       m_faults(seed + 2),
       m_others(m_air, [this](const TextAction& report) { Report(report); })
 {
-    for (const FaultDescription& fault : faultDescriptions)
+    for (const FaultDescription& fault : FaultDescriptions)
         m_faults.Set(fault.kind, m_scenario.faults.Of(fault.kind));
 }
 

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-constexpr int longestStep = 12; // of the field strength, between two reports
+constexpr int LongestStep = 12; // of the field strength, between two reports
 
 }
 
@@ -39,7 +39,7 @@ void Reception::SetStrength(std::uint8_t strength)
 void Reception::Wander()
 {
     PlanWandering();
-    const int next = m_strength + m_random.Between(-longestStep, longestStep);
+    const int next = m_strength + m_random.Between(-LongestStep, LongestStep);
     Change(static_cast<std::uint8_t>(std::clamp<int>(next, m_field.lowest, m_field.highest)));
 }
 

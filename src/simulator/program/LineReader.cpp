@@ -39,13 +39,13 @@ void LineReader::TakeLines()
         m_pending.remove(0, end + 1);
         if (line.endsWith('\r'))
             line.chop(1);
-        if (m_skipping || line.size() > longestLine)
+        if (m_skipping || line.size() > LongestLine)
             Q_EMIT LineTooLong();
         else
             Q_EMIT LineRead(line);
         m_skipping = false;
     }
-    if (m_pending.size() > longestLine) {
+    if (m_pending.size() > LongestLine) {
         m_pending.clear();
         m_skipping = true;
     }

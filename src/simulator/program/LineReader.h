@@ -14,7 +14,7 @@ class LineReader : public QObject {
 public:
     explicit LineReader(int descriptor, QObject* parent = nullptr);
 
-    static constexpr qsizetype longestLine = 4096;
+    static constexpr qsizetype LongestLine = 4096;
 
 Q_SIGNALS:
     void LineRead(const QByteArray& line);

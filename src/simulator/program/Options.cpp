@@ -7,7 +7,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::string_view helpText = R"(veltorkyn-radio: a simulated MAP27 radio with its network.
+constexpr std::string_view HelpText = R"(veltorkyn-radio: a simulated MAP27 radio with its network.
 
 usage: veltorkyn-radio (--pty LINK | --listen HOST:PORT) [switches]
 
@@ -98,9 +98,9 @@ struct Switch {
     void (*take)(const QString& name, const QString& value, Options& options);
 };
 
-constexpr double longestSilence = 30.0 * 86400; // seconds
+constexpr double LongestSilence = 30.0 * 86400; // seconds
 
-constexpr std::array switches{
+constexpr std::array Switches{
     Switch{"--pty", [](const QString&, const QString& value, Options& o) { o.ptyLink = value; }},
     Switch{"--listen", ParseListen},
     Switch{"--scenario", [](const QString&, const QString& value, Options& o) { o.scenario = value; }},
@@ -111,7 +111,7 @@ constexpr std::array switches{
     Switch{"--silent-after",
            [](const QString& name, const QString& value, Options& o) {
                o.simulation.silentAfter =
-                   Milliseconds(std::llround(ParseReal(name, value, longestSilence) * 1000));
+                   Milliseconds(std::llround(ParseReal(name, value, LongestSilence) * 1000));
            }},
 };
 
@@ -123,8 +123,8 @@ Options ParseSwitches(const QStringList& arguments)
         const qsizetype equals = arguments[i].indexOf(QLatin1Char('='));
         const QString name = arguments[i].left(equals);
         const auto known =
-            std::ranges::find_if(switches, [&](const Switch& s) { return name == QLatin1String(s.name); });
-        if (known == switches.end())
+            std::ranges::find_if(Switches, [&](const Switch& s) { return name == QLatin1String(s.name); });
+        if (known == Switches.end())
             Fail(name, "there is no such switch; --help lists them");
         if (equals < 0 && i + 1 == arguments.size())
             Fail(name, "its value is missing");
@@ -155,7 +155,7 @@ std::variant<Options, HelpWanted, VersionWanted, OptionsProblem> ParseOptions(co
 
 std::string OptionsHelp()
 {
-    return std::string(helpText);
+    return std::string(HelpText);
 }
 
 } // namespace sim

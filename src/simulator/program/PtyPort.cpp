@@ -18,8 +18,8 @@ namespace sim {
 namespace {
 
 // The system tells when the console closes its end, but not when it opens it.
-constexpr std::chrono::milliseconds lookInterval{20};
-constexpr qsizetype longestWaiting = 65536; // octets
+constexpr std::chrono::milliseconds LookInterval{20};
+constexpr qsizetype LongestWaiting = 65536; // octets
 
 [[noreturn]] void Fail(const char* what)
 {
@@ -32,7 +32,7 @@ PtyPort::PtyPort(const QString& link, QObject* parent) : Port(parent), m_link(li
 {
     Open();
     connect(&m_look, &QTimer::timeout, this, &PtyPort::LookForConsole);
-    m_look.start(lookInterval);
+    m_look.start(LookInterval);
 }
 
 PtyPort::~PtyPort()
@@ -110,7 +110,7 @@ void PtyPort::Send(const QByteArray& octets)
         return;
     m_waiting += octets;
     Flush();
-    m_waiting.truncate(longestWaiting);
+    m_waiting.truncate(LongestWaiting);
 }
 
 void PtyPort::Flush()
@@ -142,7 +142,7 @@ void PtyPort::Leave()
     } catch (const PortError& error) {
         qWarning("veltorkyn-radio: %s", error.what());
     }
-    m_look.start(lookInterval);
+    m_look.start(LookInterval);
     Q_EMIT Went();
 }
 

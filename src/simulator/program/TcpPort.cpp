@@ -7,7 +7,7 @@ namespace sim {
 
 namespace {
 
-constexpr qint64 longestWaiting = 65536; // octets
+constexpr qint64 LongestWaiting = 65536; // octets
 
 QHostAddress Resolve(const QString& host)
 {
@@ -47,7 +47,7 @@ QString TcpPort::Name() const
 
 void TcpPort::Send(const QByteArray& octets)
 {
-    if (m_console && m_console->bytesToWrite() + octets.size() <= longestWaiting)
+    if (m_console && m_console->bytesToWrite() + octets.size() <= LongestWaiting)
         m_console->write(octets);
 }
 

@@ -8,8 +8,8 @@ namespace sim {
 
 namespace {
 
-constexpr int longestMs = 3600 * 1000;
-constexpr int mostAtOnce = 5000;
+constexpr int LongestMs = 3600 * 1000;
+constexpr int MostAtOnce = 5000;
 
 Command ParseStatus(Words& words, const Scenario&)
 {
@@ -112,9 +112,9 @@ Command ParseBehave(Words& words, const Scenario&)
         throw CommandProblem{"unknown behaviour \"" + word + "\"; there are " + BehaviourWords()};
     action.reaction = Reaction::Of(*behaviour);
     if (!words.AtEnd())
-        action.reaction.reactAfter = Milliseconds(words.Number("the time to react", 0, longestMs));
+        action.reaction.reactAfter = Milliseconds(words.Number("the time to react", 0, LongestMs));
     if (!words.AtEnd())
-        action.reaction.answerAfter = Milliseconds(words.Number("the time to answer", 0, longestMs));
+        action.reaction.answerAfter = Milliseconds(words.Number("the time to answer", 0, LongestMs));
     return Action(action);
 }
 
@@ -221,7 +221,7 @@ struct CommandKind {
     std::string_view meaning;
 };
 
-constexpr std::array kinds{
+constexpr std::array Kinds{
     CommandKind{"status", ParseStatus, "FROM CODE", "a status 0..31 arrives"},
     CommandKind{"text", ParseText, "FROM [7|8] TEXT", "a text arrives, in 7-bit or 8-bit characters (7)"},
     CommandKind{"call", ParseCall, "FROM [ring|connected] [emergency] [group|system] [data] [for S]",
@@ -259,8 +259,8 @@ std::variant<Command, CommandProblem> ParseCommand(std::string_view line, const 
     try {
         Words words(line, scenario);
         const std::string word(words.Next("the command"));
-        const auto kind = std::ranges::find(kinds, word, &CommandKind::word);
-        if (kind == kinds.end())
+        const auto kind = std::ranges::find(Kinds, word, &CommandKind::word);
+        if (kind == Kinds.end())
             return CommandProblem{"unknown command \"" + word + "\"; help lists them"};
         Command command = kind->parse(words, scenario);
         words.End();
@@ -273,13 +273,13 @@ std::variant<Command, CommandProblem> ParseCommand(std::string_view line, const 
 std::string CommandHelp()
 {
     std::string help;
-    for (const CommandKind& kind : kinds) {
+    for (const CommandKind& kind : Kinds) {
         std::string usage =
             std::string(kind.word) + (kind.arguments.empty() ? "" : " ") + std::string(kind.arguments);
         usage.resize(std::max<std::size_t>(usage.size() + 2, 26), ' ');
         help += "  " + usage + std::string(kind.meaning) + '\n';
     }
-    for (const FaultDescription& fault : faultDescriptions)
+    for (const FaultDescription& fault : FaultDescriptions)
         help += "  fault " + std::string(fault.word) + ": " + std::string(fault.meaning) + '\n';
     help += "FROM is a name of the fleet or prefix/ident; after S seconds the caller hangs up. Behaviours: " +
             BehaviourWords() + ".\n";

@@ -14,7 +14,7 @@ constexpr double longestSeconds = 86400;
 
 std::string_view Words::Peek() const
 {
-    return m_rest.substr(0, m_rest.find_first_of(blanks));
+    return m_rest.substr(0, m_rest.find_first_of(Blanks));
 }
 
 std::string_view Words::Next(const char* what)
@@ -87,7 +87,7 @@ void Words::End() const
 
 void Words::Trim()
 {
-    const std::size_t begin = m_rest.find_first_not_of(blanks);
+    const std::size_t begin = m_rest.find_first_not_of(Blanks);
     m_rest.remove_prefix(begin == std::string_view::npos ? m_rest.size() : begin);
 }
 

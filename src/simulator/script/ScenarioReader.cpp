@@ -180,10 +180,10 @@ Scenario Load(const QString& name, bool mayHaveBase)
     QFile file(bare && QFile::exists(builtIn) ? builtIn : name);
     if (!file.open(QIODevice::ReadOnly))
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
-    const QByteArray text = file.read(largestScenario + 1);
+    const QByteArray text = file.read(LargestScenario + 1);
     if (file.error() != QFileDevice::NoError)
         throw ScenarioError(name.toStdString() + ": cannot be read: " + file.errorString().toStdString());
-    if (text.size() > largestScenario)
+    if (text.size() > LargestScenario)
         throw ScenarioError(name.toStdString() + ": is larger than 16 MiB");
     try {
         return Read(text, mayHaveBase);
