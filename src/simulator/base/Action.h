@@ -9,7 +9,7 @@
 
 namespace sim {
 
-// What can be made to happen on the air side, by a scenario's events and by commands alike.
+// What a scenario's events and commands can make happen on the air side.
 
 struct StatusAction {
     map27::Address from;
@@ -24,12 +24,11 @@ struct TextAction {
     bool operator==(const TextAction&) const = default;
 };
 
-// Whom a call that comes in was meant for.
+// Whom an incoming call is for.
 enum class CallScope { Individual, Group, SystemWide };
 
 struct CallAction {
-    map27::Address
-        from; // ident Ident::Pstn or Ident::Pabx: from the telephone, the prefix is the radio's own then
+    map27::Address from; // ident Ident::Pstn or Ident::Pabx: a telephone; the prefix is then the radio's own
     CallScope scope = CallScope::Individual;
     bool emergency = false;
     bool rings = true;          // must be answered
@@ -38,7 +37,7 @@ struct CallAction {
     bool operator==(const CallAction&) const = default;
 };
 
-// The other side of a call, or of one that rings, gives up.
+// The other side of a call hangs up, or gives up ringing.
 struct HangUpAction {
     bool operator==(const HangUpAction&) const = default;
 };
@@ -60,7 +59,7 @@ struct BehaveAction {
     bool operator==(const BehaveAction&) const = default;
 };
 
-// A sensor or control of an outstation changes without the console's doing.
+// A sensor or control of an outstation changes by itself.
 struct SignalAction {
     std::string who; // name of the outstation
     bool isControl = false;
@@ -80,7 +79,7 @@ struct NumberingAction {
 // Many messages at once.
 struct StormAction {
     int count = 500;
-    double texts = 0.2; // share of texts, the rest are statuses
+    double texts = 0.2; // share of texts; the rest are statuses
     bool operator==(const StormAction&) const = default;
 };
 
@@ -97,7 +96,7 @@ struct SilenceAction {
     bool operator==(const SilenceAction&) const = default;
 };
 
-// The radio is switched off and on.
+// The radio is switched off and on again.
 struct RestartAction {
     bool operator==(const RestartAction&) const = default;
 };
@@ -106,7 +105,8 @@ using Action =
     std::variant<StatusAction, TextAction, CallAction, HangUpAction, ContactAction, FieldAction, BehaveAction,
                  SignalAction, NumberingAction, StormAction, FaultAction, SilenceAction, RestartAction>;
 
-// Why the action cannot be meant so, in plain words; empty when it can. Says nothing about the moment.
+// Why the action makes no sense, in plain words; empty when it does. Whether it is possible at the moment is
+// another question.
 std::string CheckAction(const Action& action, const Fleet& fleet);
 
 // "status 5 from Unit20 (0/2)", for a person.

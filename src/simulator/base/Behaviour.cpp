@@ -11,7 +11,7 @@ namespace {
 
 using namespace map27::Cause;
 
-// A cause on the way, and the cause at the end; success when that is 0.
+// A cause on the way and one at the end, where 0 is success.
 struct Course {
     std::optional<std::uint8_t> first;
     std::optional<std::uint8_t> last;

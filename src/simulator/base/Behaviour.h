@@ -10,13 +10,13 @@
 
 namespace sim {
 
-// What somebody asks of the network.
+// What a party can ask of the network.
 enum class Service { Status, Text, Call, Regroup };
 
 // "status", "text", "call", "regroup".
 std::optional<Service> ServiceOfWord(std::string_view word);
 
-// How the network and the radio addressed take a request; Behaviour.cpp says what each one sends.
+// How the network and the called radio react to a request; Behaviour.cpp says what each behaviour sends.
 enum class Behaviour {
     Answers,
     Slow,
@@ -37,12 +37,13 @@ enum class Behaviour {
     Silent,
 };
 
-// A behaviour and its times.
+// A behaviour with its times.
 struct Reaction {
     Behaviour behaviour = Behaviour::Answers;
-    Milliseconds reactAfter{};  // request to the network's first word
-    Milliseconds answerAfter{}; // first word to the last one, when there are two; call-back: until it calls
-    Milliseconds talk{};        // calls: the other side hangs up this long after connection; 0: never
+    Milliseconds reactAfter{}; // from the request to the network's first word
+    Milliseconds
+        answerAfter{};   // from the first word to the last, when there are two; call-back: until it calls
+    Milliseconds talk{}; // calls: the other side hangs up this long after connection; 0: never
 
     // The behaviour with its usual times.
     static Reaction Of(Behaviour behaviour);
@@ -60,10 +61,10 @@ struct Step {
     bool operator==(const Step&) const = default;
 };
 
-// What follows a request. The last step is a final one, save for a network that never answers.
+// What follows a request. The last step is a final one, unless the network never answers.
 std::vector<Step> StepsOf(const Reaction& reaction, Service service);
 
-// Whether it is about a diversion that the network knows of.
+// Whether the behaviour comes from a diversion that the network knows of.
 bool IsDiversion(Behaviour behaviour);
 
 // The words of scenarios and commands, "out-of-reach".

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-// What may be made wrong on purpose; FaultSettings.cpp says what each one means.
+// What can be made to go wrong on purpose; FaultSettings.cpp says what each fault means.
 enum class FaultKind {
     // On the line, in both directions.
     BitErrors,
@@ -31,13 +31,13 @@ enum class FaultKind {
     ConnectedTwice,
 };
 
-// How strong each fault is: the probability with which it strikes, or milliseconds.
+// How strong each fault is: the probability that it strikes, or milliseconds.
 class FaultSettings {
 public:
     // 0: it never strikes.
     double Of(FaultKind kind) const;
     void Set(FaultKind kind, double value) { m_values.insert_or_assign(kind, value); }
-    // What the others say goes before what is here.
+    // The other settings override these.
     void Overlay(const FaultSettings& others);
 
     bool operator==(const FaultSettings&) const = default;
@@ -57,7 +57,7 @@ constexpr std::size_t FaultCount = 16;
 extern const std::array<FaultDescription, FaultCount> FaultDescriptions;
 
 const FaultDescription& DescriptionOf(FaultKind kind);
-// Null for a word that is none.
+// Null for an unknown word.
 const FaultDescription* FaultOfWord(std::string_view word);
 // All words, for a person: "bit-errors, ...".
 std::string FaultWords();
@@ -67,7 +67,7 @@ struct FaultChoice {
     FaultKind kind;
     double value;
 };
-// `value` empty: the usual one. Why it cannot be, in plain words, in `problem`.
+// An empty `value` means the usual one. On failure `problem` says why, in plain words.
 std::optional<FaultChoice> ChooseFault(std::string_view word, std::string_view value, std::string& problem);
 
 } // namespace sim

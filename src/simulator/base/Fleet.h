@@ -42,7 +42,7 @@ struct TelephoneNetwork {
     std::map<std::string, Reaction, std::less<>> numbers;
 };
 
-// Everybody whom the console can reach, and how each takes a request.
+// Everybody whom the console can reach, and how each reacts to a request.
 class Fleet {
 public:
     std::vector<Subscriber> members;
@@ -52,7 +52,7 @@ public:
 
     // Null when nobody has it.
     const Subscriber* Find(map27::Address address) const;
-    // Capital and small letters are the same.
+    // Ignores case.
     const Subscriber* Find(std::string_view name) const;
     Subscriber* Find(std::string_view name);
 

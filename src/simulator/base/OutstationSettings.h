@@ -29,10 +29,10 @@ std::string_view WordOf(Signal signal);
 struct OutstationSettings {
     Signals sensors{};
     Signals controls{};
-    std::optional<map27::TextCoding> coding; // of the reports; empty: one and the other by turns
+    std::optional<map27::TextCoding> coding; // of the reports; empty: both by turns
     Milliseconds changeEvery{};              // a sensor changes by itself; 0: none does
     Milliseconds reportEvery{};              // everything is reported unasked; 0: never
-    Milliseconds reportAfter{500};           // command or change to report
+    Milliseconds reportAfter{500};           // from a command or change to its report
 };
 
 } // namespace sim

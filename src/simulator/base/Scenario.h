@@ -29,13 +29,13 @@ struct NetworkProperties {
     std::uint16_t systemIdentity = 0; // 15 bits
     FieldStrength field;
     std::uint8_t maxCallTimeCode = 255; // as in the operating condition message
-    Milliseconds callWarning{10000};    // this long before the maximum call time the radio warns
-    Milliseconds ringing{30000};        // a caller whom nobody answers gives up after this
+    Milliseconds callWarning{10000};    // how long before the maximum call time the radio warns
+    Milliseconds ringing{30000};        // after this a caller whom nobody answers gives up
     MediumTexts mediumTexts = MediumTexts::Carried;
 };
 
 struct TimedEvent {
-    Milliseconds at{};    // since the console came up first; times without a console do not count
+    Milliseconds at{};    // since a console first came; time without a console does not count
     Milliseconds every{}; // 0: once
     Action action;
 };
@@ -47,11 +47,11 @@ struct Scenario {
     std::vector<TimedEvent> events;
     FaultSettings faults; // from the beginning
 
-    // Groups that the own radio listens to: those of the fleet.
+    // The groups that the console's radio listens to: all groups of the fleet.
     std::vector<map27::Address> GroupList() const;
 };
 
-// More do not fit into one numbering message.
+// As many as fit into a numbering message.
 constexpr std::size_t MostGroups = 70;
 
 // The octet of the operating condition message; empty when the message cannot express the time. 0: no limit.

@@ -13,13 +13,13 @@ using map27::Deadline;
 using map27::Milliseconds;
 using map27::TimePoint;
 
-// What is to happen later. Knows no clock: the owner says how late it is.
+// What is to happen later. It has no clock: its owner says what time it is.
 class Schedule {
 public:
     using Action = std::function<void()>;
     using Ticket = std::pair<TimePoint, std::uint64_t>;
 
-    // The time of the action that runs, else the last time told.
+    // The time of the action that is running, or else the last time given.
     TimePoint Now() const { return m_now; }
 
     Ticket After(Milliseconds delay, Action action);
@@ -27,8 +27,8 @@ public:
 
     Deadline NextDeadline() const;
 
-    // Runs what is due, in order of time; what these actions plan for the same time runs too. Time never runs
-    // backwards here: an earlier `now` is taken for the latest one.
+    // Runs what is due, in order of time, and what those actions plan for the same time. Time never runs
+    // backwards here: an earlier `now` counts as the latest one.
     void RunUntil(TimePoint now);
 
 private:
@@ -37,7 +37,7 @@ private:
     std::map<Ticket, Action> m_actions;
 };
 
-// One thing to happen later, or nothing. Starting it again replaces what was planned; destroying it cancels.
+// One thing to happen later, or nothing. Starting it again replaces what was planned; destruction cancels it.
 class Timer {
 public:
     explicit Timer(Schedule& schedule) : m_schedule(schedule) {}

@@ -14,7 +14,7 @@ namespace {
 constexpr int LongestNoise = 20; // octets
 constexpr map27::Octets::difference_type FcsOctets = 2;
 
-// Header and data of a good frame, empty for any other.
+// Header and data of a correct frame; empty for any other.
 map27::Octets BodyOf(const map27::Octets& frame)
 {
     map27::FrameDecoder decoder;
@@ -44,8 +44,8 @@ bool HasFlagFcs(const map27::Octets& frame)
                        [](std::uint8_t octet) { return std::ranges::find(flags, octet) != flags.end(); });
 }
 
-// The frame with two octets more, chosen so that both of its check octets look like flags. The same frame
-// always comes out the same, as a repetition must.
+// The frame with two more octets, chosen so that both of its check octets look like flags. A frame always
+// gets the same two, as its repetition has to be the same frame.
 map27::Octets WithFlagFcs(map27::Octets body)
 {
     body.resize(body.size() + 2);
@@ -56,7 +56,7 @@ map27::Octets WithFlagFcs(map27::Octets body)
         if (HasFlagFcs(frame))
             return frame;
     }
-    return {}; // two free octets reach every check sequence
+    return {}; // two octets can reach any check sequence
 }
 
 } // namespace
@@ -112,7 +112,7 @@ map27::Octets Faults::StrikeNoise(map27::Octets octets)
     return octets;
 }
 
-// What a radio may get wrong although the line is good.
+// What a radio may get wrong on a good line.
 void Faults::ChangeContent(map27::Octets& frame, Struck& struck)
 {
     map27::Octets body = BodyOf(frame);

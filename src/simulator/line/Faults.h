@@ -8,15 +8,15 @@
 
 namespace sim {
 
-// What a frame came to.
+// What became of a frame.
 struct Struck {
     map27::Octets sent;     // the frame as its sender meant it
-    map27::Octets octets;   // what goes over the line: with noise, repetitions and all; empty: nothing
-    Milliseconds late{};    // so much later than it could have been
+    map27::Octets octets;   // what goes over the line, noise and repetitions included; empty: nothing
+    Milliseconds late{};    // how much later than without the fault
     std::string_view fault; // for a trace; empty: none
 };
 
-// Spoils frames of both directions. While silent nothing gets through at all.
+// Spoils frames in both directions. While silent, nothing gets through at all.
 class Faults {
 public:
     Faults(FaultSettings settings, std::uint64_t seed) : m_settings(std::move(settings)), m_random(seed) {}
@@ -25,7 +25,7 @@ public:
     void SetSilent(bool silent) { m_silent = silent; }
 
     Struck Strike(map27::Octets frame, map27::Direction direction);
-    // Octets between frames: only silence and bit errors concern them.
+    // Octets between frames, which only silence and bit errors affect.
     map27::Octets StrikeNoise(map27::Octets octets);
 
 private:

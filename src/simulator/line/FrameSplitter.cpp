@@ -29,7 +29,7 @@ void FrameSplitter::Clear()
 
 void FrameSplitter::Feed(std::uint8_t octet, std::vector<LinePiece>& pieces)
 {
-    // What is held when a start flag begins is no part of the frame to come.
+    // What is held when a start flag begins does not belong to the next frame.
     const bool mayStart =
         m_state == State::Between || m_state == State::AfterSyn || m_state == State::AfterSynDle;
     if (mayStart && octet == Syn) {

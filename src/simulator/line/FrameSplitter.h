@@ -15,9 +15,8 @@ struct LinePiece {
     bool operator==(const LinePiece&) const = default;
 };
 
-// Cuts an octet stream into frames without changing an octet, for tracing and for faults that strike whole
-// frames. Every octet comes out again, those of an unfinished frame when its end has come, or a new start
-// has.
+// Splits an octet stream into frames without changing an octet, for tracing and for faults that strike whole
+// frames. Every octet comes out again: those of an unfinished frame once its end or another start has come.
 class FrameSplitter {
 public:
     std::vector<LinePiece> Feed(map27::OctetSpan octets);

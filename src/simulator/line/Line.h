@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// A frame as its sender sent it, for the trace, in the order of sending. The time is that of its last octet;
-// a frame that never reached the wire has the time at which it would have set out.
+// A frame as it was sent, for the trace, in the order of sending. The time is that of its last octet, or, for
+// a frame that never reached the wire, when it would have set out.
 struct TracedFrame {
     TimePoint at;
     map27::Direction direction;
@@ -24,7 +24,7 @@ struct LineOutput {
     std::vector<TracedFrame> traced;
 };
 
-// The serial line between console and radio, with its speed and its faults. Knows no clock.
+// The serial line between console and radio, with its speed and its faults. It has no clock of its own.
 class Line {
 public:
     Line(unsigned bitsPerSecond, const FaultSettings& faults, std::uint64_t seed);
@@ -38,15 +38,15 @@ public:
 
     void SetFault(FaultKind kind, double value) { m_faults.Set(kind, value); }
     void SetSilent(bool silent) { m_faults.SetSilent(silent); }
-    // Whatever is under way is lost.
+    // Loses whatever is under way.
     void Clear();
 
 private:
     struct FrameUnderWay {
         TracedFrame traced;
-        std::size_t octetsLeft; // none of a lost one
+        std::size_t octetsLeft; // none for a lost frame
     };
-    // Octets that are late; none overtakes another.
+    // Octets that are delayed. They never overtake each other.
     struct Late {
         TimePoint due;
         map27::Octets octets;

@@ -11,8 +11,8 @@ constexpr std::uint64_t MicrosecondsOfTenBits = 10'000'000;
 void Pacer::Push(map27::OctetSpan octets, TimePoint now)
 {
     if (m_octets.empty()) {
-        // Times are told in whole milliseconds: less than one since the last octet is no gap, or every frame
-        // would lose half a millisecond of line time.
+        // Times are whole milliseconds: less than one since the last octet does not count as a gap, or every
+        // frame would lose half a millisecond of line time.
         const Microseconds free = ArrivalOf(m_taken);
         const Microseconds given = now.time_since_epoch();
         m_rowBegin = given - free < std::chrono::milliseconds(1) ? free : given;

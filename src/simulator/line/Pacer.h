@@ -25,12 +25,12 @@ public:
 private:
     using Microseconds = std::chrono::microseconds;
 
-    // Since the epoch: when as many octets of the row have arrived.
+    // When that many octets of the row will have arrived, since the epoch.
     Microseconds ArrivalOf(std::size_t octets) const;
 
     unsigned m_rate;
     std::deque<std::uint8_t> m_octets;
-    // A row is octets without a gap between them.
+    // A row is a run of octets without a gap.
     Microseconds m_rowBegin{};
     std::size_t m_taken = 0;
 };

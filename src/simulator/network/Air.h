@@ -14,11 +14,11 @@ class IConsole {
 public:
     virtual ~IConsole() = default;
 
-    // Why the message cannot be handed to the link, in plain words; empty when it was.
+    // Hands the message to the link. Returns why that failed, in plain words; empty when it succeeded.
     virtual std::string Tell(const map27::FromRadio& message) = 0;
 };
 
-// What the radio's services share; all of it belongs to the radio.
+// What the radio's services share. The radio owns all of it.
 struct Air {
     Schedule& schedule;
     Random& random;
@@ -28,8 +28,7 @@ struct Air {
     // The party that acknowledgements name: the called one without digits, or nobody when the call goes to
     // another prefix (MAP27 v1.5, A6.5).
     map27::Party AcknowledgedParty(const map27::Party& called) const;
-    // The same with the address that it was diverted to, when the cause speaks of a diversion and somebody
-    // knows it.
+    // The same, but naming the address diverted to when the cause is a diversion and that address is known.
     map27::Party AcknowledgedParty(const map27::Party& called, Service service, std::uint8_t cause) const;
     map27::Address OwnGateway(std::uint16_t ident) const { return {scenario.radio.address.prefix, ident}; }
 };

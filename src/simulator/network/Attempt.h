@@ -32,7 +32,7 @@ public:
 
     // With no steps it stays open until stopped.
     void Start(std::vector<Step> steps, Handler handler);
-    // Nothing more is told.
+    // Nothing more is reported.
     void Stop();
     bool IsOpen() const { return m_open; }
 

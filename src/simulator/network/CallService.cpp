@@ -12,7 +12,7 @@ constexpr std::uint8_t dataBit = 0x10;
 constexpr std::uint8_t offHookNeededBit = 0x08;
 
 constexpr Milliseconds EmergencyReaction{100};
-constexpr Milliseconds AnswerTime{300}; // off hook to connected
+constexpr Milliseconds AnswerTime{300}; // from off hook to connected
 
 } // namespace
 
@@ -92,7 +92,7 @@ void CallService::Control(const map27::RadioControlMessage& control)
 {
     switch (m_state) {
     case State::Idle:
-        // Hanging up what hangs already does no harm.
+        // Hanging up twice does no harm.
         if (control.offHook || control.transmit)
             Refuse(map27::ProtocolReason::StateMismatch);
         else
@@ -100,7 +100,7 @@ void CallService::Control(const map27::RadioControlMessage& control)
         break;
     case State::SettingUp:
         if (control.offHook) {
-            // The console takes this for the end of its attempt, so it has to be one.
+            // To the console this is the end of its attempt, so it has to end.
             Drop();
             Refuse(map27::ProtocolReason::StateMismatch);
         } else {
@@ -237,7 +237,8 @@ map27::CallMessage CallService::IncomingMessage(const CallAction& call) const
     if (call.scope == CallScope::SystemWide)
         message.party.address = {m_air.scenario.radio.address.prefix, map27::Ident::SystemWide};
     else if (call.scope == CallScope::Group && call.from.prefix != m_air.scenario.radio.address.prefix)
-        message.party.address = {}; // the caller of a group is not told across prefixes (MAP27 v1.5, A6.5)
+        message.party
+            .address = {}; // a group call from another prefix does not name its caller (MAP27 v1.5, A6.5)
     if (call.scope != CallScope::Individual)
         message.details.octet |= GroupBit;
     if (call.rings)

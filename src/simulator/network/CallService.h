@@ -18,8 +18,8 @@ public:
         Connected,
     };
 
-    // `hookChanged` is called after every change of hook or transmit key that the console is to hear of.
-    // `calledBack` is called with the party that has noted the console's call.
+    // `hookChanged` is called after each change of hook or transmit key that the console has to be told of,
+    // `calledBack` with a party that has noted the console's call.
     CallService(Air& air, std::function<void()> hookChanged,
                 std::function<void(map27::Address, Milliseconds)> calledBack);
 
@@ -27,21 +27,21 @@ public:
     bool OffHook() const { return m_state == State::Answering || m_state == State::Connected; }
     bool Transmitting() const { return m_transmitting; }
 
-    // A4 or A5 of the console; the radio has seen to it that nothing else is open and the address can be
+    // The console's A4 or A5. The radio has made sure that nothing else is open and that the address can be
     // called.
     void SetUp(const map27::CallMessage& message);
     // Hook and transmit key as the console wants them.
     void Control(const map27::RadioControlMessage& control);
-    // 86 or A6 of the console. Nothing when there is no call: it may have crossed the news of the end.
+    // The console's 86 or A6. Does nothing without a call: it may have crossed the news of the call's end.
     void Clear();
 
-    // A call for this radio. Why it cannot come in, in plain words; empty when it does. It takes the place of
-    // a call that is being set up, and an emergency call that of any other.
+    // A call for this radio. Returns why it cannot come in, in plain words; empty when it does. It replaces a
+    // call that is being set up; an emergency call replaces any other.
     std::string ComeIn(const CallAction& call);
-    // The other side hangs up or stops ringing. Why it cannot, in plain words.
+    // The other side hangs up or stops ringing. Returns why it cannot, in plain words.
     std::string HangUpByOther();
 
-    // Everything ends: with the word that there is no service, or without a word.
+    // Everything ends: the console is told that there is no service, or nothing at all.
     void LoseService();
     void Drop();
 

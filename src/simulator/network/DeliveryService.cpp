@@ -28,7 +28,7 @@ std::string DeliveryService::Deliver(const TextAction& action)
         return TextProblemText(*problem);
     const auto& text = std::get<map27::EncodedText>(encoded);
 
-    // Radios differ in what they fill up with.
+    // Radios differ in what they pad with.
     static constexpr std::array styles{map27::PadStyle::Nul, map27::PadStyle::NullDigit,
                                        map27::PadStyle::Blank};
     const auto style = styles[static_cast<std::size_t>(m_air.random.Between(0, styles.size() - 1))];
@@ -76,7 +76,7 @@ void DeliveryService::HandOver(const std::function<LinkProgress()>& progress)
         map27::FromRadio message = std::move(m_waiting.front());
         m_waiting.pop_front();
         m_air.console.Tell(message);
-        // Otherwise it is longer than the console takes.
+        // If not, it is longer than the console takes, and is dropped.
         if (progress().accepted > before.accepted)
             m_underWay.push_back({before.accepted + 1, std::move(message)});
     }

@@ -12,16 +12,16 @@ struct LinkProgress {
     std::size_t unacknowledged; // the latest of them
 };
 
-// Statuses and texts that come for the console. A text is filled up as the air does: the radio learns only
-// how many codewords came. The radio keeps what the console cannot take yet, and hands it over a few at a
+// Statuses and texts for the console. A text is padded as it is on the air, where the radio learns only how
+// many codewords came. The radio keeps what the console cannot take yet and hands it over a few messages at a
 // time, so that its answers to the console do not have to wait behind a storm. It keeps each message until
 // the console has acknowledged it, and hands it over again after a lost link.
 class DeliveryService {
 public:
     explicit DeliveryService(Air& air) : m_air(air) {}
 
-    // Why it cannot be delivered, in plain words; empty when it was, or will be. CheckAction() has accepted
-    // the action.
+    // Returns why it cannot be delivered, in plain words; empty when it has been, or will be. For an action
+    // that CheckAction() accepts.
     std::string Deliver(const StatusAction& action);
     std::string Deliver(const TextAction& action);
     // From radios all over the fleet at once.

@@ -11,7 +11,7 @@ namespace sim {
 // short data (docs/scenarios.md, regrouping).
 struct RegroupCommand {
     int position = 1;     // 1..16
-    map27::Address group; // the dummy address takes the radio out
+    map27::Address group; // the dummy address takes the radio out of its group
     bool operator==(const RegroupCommand&) const = default;
 };
 struct GroupNameCommand {
@@ -21,10 +21,10 @@ struct GroupNameCommand {
 };
 using GroupCommand = std::variant<RegroupCommand, GroupNameCommand>;
 
-// Whether the data bear the signature of a group command, good or bad.
+// Whether the data carry the signature of a group command, valid or not.
 bool IsGroupCommand(const map27::ShortData& data);
-// Empty when they bear it but a radio cannot follow them: another version, an unknown operation, a wrong
-// position.
+// Empty for data that carry it and still mean nothing to a radio: another version, an unknown operation, a
+// wrong position.
 std::optional<GroupCommand> DecodeGroupCommand(const map27::ShortData& data);
 
 } // namespace sim

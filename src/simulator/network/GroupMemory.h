@@ -5,10 +5,10 @@
 
 namespace sim {
 
-// The dynamic groups that the radios of the network hold, and the names they know them by.
+// The dynamic groups that the network's radios hold, and the names that they know them by.
 class GroupMemory {
 public:
-    // A command to a radio is obeyed by that radio, one to a group by all that hold this group at the
+    // A command to a radio is obeyed by that radio; one to a group, by all radios that hold that group in the
     // position.
     void Obey(const GroupCommand& command, map27::Address called, const Fleet& fleet);
 
@@ -19,7 +19,7 @@ private:
     struct Place {
         map27::Address radio;
         int position;
-        map27::Address group; // dummy: named only
+        map27::Address group; // dummy: the position has a name only
         std::string name;     // UTF-8, empty: none
     };
 

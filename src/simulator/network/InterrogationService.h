@@ -4,7 +4,7 @@
 
 namespace sim {
 
-// What the radio says of itself when asked, and what its user has it accept.
+// What the radio says about itself when asked, and which calls and messages its user lets it accept.
 class InterrogationService {
 public:
     explicit InterrogationService(Air& air);
@@ -15,9 +15,10 @@ public:
     // Unasked, after a change.
     void TellNumbering() { m_air.console.Tell(Numbering()); }
 
-    // Takes what the console switches on and off, as far as the radio has it, and tells what is in force.
+    // Switches on and off what the console asks for, as far as the radio has it, and reports what is in
+    // force.
     void Set(const map27::SettingsMessage& settings);
-    // Of Facility; whether the user has what comes in that way accepted.
+    // Takes a bit of Facility. Whether what comes in that way is accepted.
     bool Accepts(std::uint8_t facility) const { return (m_settings.facilitiesA & facility) != 0; }
 
     // Facilities c, bit 8: this radio is a simulated one. The octet is free for such use (MAP27 v1.5, radio

@@ -16,7 +16,7 @@ map27::FromRadio WithoutIdent(const map27::AcknowledgementMessage& message)
     return anonymous;
 }
 
-// Data and lists would take more octets for their own.
+// A message that ends in data or a list would read further octets as part of it.
 bool HasFixedEnd(const map27::FromRadio& message)
 {
     return std::holds_alternative<map27::StatusMessage>(message) ||
@@ -53,7 +53,7 @@ std::vector<map27::Octets> MessageFaults::Strike(const map27::FromRadio& message
     return messages;
 }
 
-// A vendor's own, a reserved one, one of the other direction.
+// A vendor's own message, a reserved one, and one meant for the other direction.
 map27::Octets MessageFaults::UnknownMessage()
 {
     static const std::array messages{map27::Octets{0x0B, 0x00, 0x02, 0x01}, map27::Octets{0xC9, 0x00, 0x00},

@@ -6,15 +6,14 @@
 
 namespace sim {
 
-// Spoils what the radio says, before it becomes a frame: the way of a radio that takes the standard
-// differently.
+// Spoils what the radio says before it becomes a frame, like a radio that reads the standard in its own way.
 class MessageFaults {
 public:
     explicit MessageFaults(std::uint64_t seed) : m_random(seed) {}
 
     void Set(FaultKind kind, double value) { m_settings.Set(kind, value); }
 
-    // The messages to send in its place, itself among them.
+    // The messages to send instead, the spoiled one among them.
     std::vector<map27::Octets> Strike(const map27::FromRadio& message);
 
 private:

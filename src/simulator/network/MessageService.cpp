@@ -16,7 +16,7 @@ bool IsDigit(std::uint8_t octet)
     return (octet >= '0' && octet <= '9') || octet == '*' || octet == '#' || octet == 0;
 }
 
-// Whether every octet is a character of the coding.
+// Whether every octet is a character in the coding.
 bool CanBeCoded(const map27::ShortData& data)
 {
     const auto all = [&](auto isCharacter) { return std::ranges::all_of(data.octets, isCharacter); };

@@ -5,8 +5,8 @@
 
 namespace sim {
 
-// Statuses and texts that the console sends: one at a time, D0 on the way if the called radio is so, then C0
-// or E0.
+// Statuses and texts from the console, one at a time: perhaps D0 on the way, depending on the called radio,
+// then C0 or E0.
 class MessageService {
 public:
     using Delivered = std::function<void(const map27::ToRadio& message)>;
@@ -19,7 +19,7 @@ public:
     {
     }
 
-    // The radio has seen to it that nothing else is open.
+    // The radio has made sure that nothing else is open.
     void Send(const map27::StatusMessage& message);
     // Tells the console at once when the data cannot go over the air.
     void Send(const map27::ShortDataMessage& message);

@@ -16,7 +16,7 @@ constexpr std::uint8_t LastOn = 17;
 constexpr std::uint8_t AllOn = 18;
 constexpr std::uint8_t QueryControls = 19;
 
-constexpr double UnknownShare = 0.1; // of the changes of its own
+constexpr double UnknownShare = 0.1; // of an outstation's own changes
 
 } // namespace
 
@@ -92,7 +92,7 @@ void Outstation::ReportBySelf()
     WantReport(true, true);
 }
 
-// What is wanted before the report has gone goes with it.
+// Whatever is asked for before the report goes out is part of it.
 void Outstation::WantReport(bool sensors, bool controls)
 {
     if (!m_sensorsWanted && !m_controlsWanted)

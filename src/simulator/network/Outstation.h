@@ -20,9 +20,9 @@ public:
 
     map27::Address Address() const { return m_address; }
 
-    // A status that has reached it. Above 19 nothing happens.
+    // Obeys a status that has reached it. Above 19 it does nothing.
     void Take(std::uint8_t status);
-    // By the trainer or the scenario; reported like a change of its own.
+    // For a trainer or a scenario; reported like a change of the outstation's own.
     void SetSensor(std::size_t number, Signal signal);
     void SetControl(std::size_t number, Signal signal);
 

@@ -20,14 +20,14 @@ struct RadioOutput {
     std::vector<std::string> notes;    // for a log, in English
 };
 
-// A MAP27 radio with the network around it: the radio's end of the link, and what MAP27 v1.5 has a radio do.
-// Neither reads nor writes a port and knows no clock; used like map27::Link. Times must not run backwards.
+// A MAP27 radio with the network around it: the radio's end of the link, and what MAP27 v1.5 asks of a radio.
+// It has neither port nor clock of its own and is used like map27::Link. Times must not run backwards.
 class Radio : private IConsole {
 public:
     Radio(Scenario scenario, map27::LinkParameters link, std::uint64_t seed);
 
-    // The line is there, or gone. A call or message in progress is lost with the link; contact, field
-    // strength and behaviours are kept.
+    // The line has come, or gone. A call in progress, or a message from the console, is lost with the link;
+    // contact, field strength and behaviours stay.
     RadioOutput Connect(TimePoint now);
     RadioOutput Disconnect(TimePoint now);
 

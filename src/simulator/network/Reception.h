@@ -15,11 +15,11 @@ public:
     Reception(Schedule& schedule, Random& random, const FieldStrength& field, std::function<void()> changed);
 
     bool InContact() const { return m_inContact; }
-    // 0 while out of contact, when nothing is known.
+    // 0, unknown, while out of contact.
     std::uint8_t Strength() const { return m_inContact ? m_strength : std::uint8_t{0}; }
 
     void SetContact(bool inContact);
-    // Ends the wandering.
+    // The strength stays there and wanders no more.
     void SetStrength(std::uint8_t strength);
 
 private:

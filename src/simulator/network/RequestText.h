@@ -5,9 +5,8 @@
 
 namespace sim {
 
-// "status 5 to Unit20 (0/2)", "text \"HELLO\" to ...", "emergency call to Group90 (0/7000)" of what the
-// console sent; empty for everything that is
-// no status, text, call, diversion or modem data.
+// What the console sent, as in "status 5 to Unit20 (0/2)", "text \"HELLO\" to ..." or "emergency call to
+// Group90 (0/7000)". Empty for everything but statuses, texts, calls, diversions and modem data.
 std::string DescribeRequest(const map27::ToRadio& message, const Fleet& fleet);
 
 } // namespace sim

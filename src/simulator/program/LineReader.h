@@ -6,8 +6,8 @@
 
 namespace sim {
 
-// The lines that arrive on a file descriptor, which it does not own; without their ends. At the end of the
-// input the rest counts as a line.
+// Reads lines, without their ends, from a file descriptor that it does not own. At the end of the input the
+// rest counts as a line.
 class LineReader : public QObject {
     Q_OBJECT
 
@@ -18,7 +18,7 @@ public:
 
 Q_SIGNALS:
     void LineRead(const QByteArray& line);
-    // A line longer than longestLine was skipped.
+    // A line longer than LongestLine was skipped.
     void LineTooLong();
 
 private:
@@ -28,7 +28,7 @@ private:
     int m_descriptor;
     QSocketNotifier m_readable;
     QByteArray m_pending;
-    bool m_skipping = false; // the rest of a line too long
+    bool m_skipping = false; // the rest of a line that is too long
 };
 
 } // namespace sim

@@ -14,14 +14,14 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Where the console connects. It may go and come again; between Came and Went there is one console.
+// Where the console connects. It may leave and come back; between Came and Went there is exactly one console.
 class Port : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    // What a person gives the console as its port.
+    // The port's name, as it is entered in the console.
     virtual QString Name() const = 0;
 
     // Octets that the other side does not take are lost, as on a line without flow control.

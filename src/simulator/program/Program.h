@@ -14,23 +14,23 @@
 
 namespace sim {
 
-// The simulation on its port, with the system's clock, the trace file and the commands of a file descriptor.
+// The simulation on a real port, with the system's clock, a trace file, and commands from a file descriptor.
 class Program : public QObject {
     Q_OBJECT
 
 public:
-    // Where texts for people and programs go; answers end with a line end.
+    // Where output goes. Answers end with a line end.
     struct Console {
         std::function<void(const std::string& text)> print; // standard output
         std::function<void(const std::string& line)> log;   // standard error
     };
 
-    // Opens the port and the trace file. Throws ScenarioError, PortError or std::runtime_error, what() being
-    // for a person.
+    // Opens the port and the trace file. Throws ScenarioError, PortError or std::runtime_error, each with a
+    // sentence for a person.
     Program(const Options& options, Console console);
 
     QString PortName() const { return m_port->Name(); }
-    // Reads commands from there on; the descriptor stays the caller's.
+    // Starts to read commands. The caller keeps the descriptor.
     void ReadCommands(int descriptor);
 
 private:

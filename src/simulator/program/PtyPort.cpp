@@ -17,7 +17,7 @@ namespace sim {
 
 namespace {
 
-// The system tells when the console closes its end, but not when it opens it.
+// The system reports when the console closes its end, but not when it opens it.
 constexpr std::chrono::milliseconds LookInterval{20};
 constexpr qsizetype LongestWaiting = 65536; // octets
 
@@ -58,8 +58,8 @@ void PtyPort::Open()
     m_link.PointTo(m_terminal);
 }
 
-// Raw mode, nothing left to read from the console before, and the state "nobody has it open". False when the
-// other end cannot be opened: a console that died may have left it locked.
+// Sets raw mode, drops what an earlier console left unread, and brings the terminal into the state "nobody
+// has it open". False when the other end cannot be opened: a console that died may have left it locked.
 bool PtyPort::SettleTerminal()
 {
     const FileDescriptor terminal(
@@ -124,13 +124,13 @@ void PtyPort::Flush()
             break;
         m_waiting.remove(0, count);
     }
-    // A console that went is noticed by reading.
+    // Reading is how a console's departure is noticed.
     m_writable->setEnabled(!m_waiting.isEmpty());
 }
 
 void PtyPort::Leave()
 {
-    // Called by the notifier itself, which must outlive the call.
+    // The notifier itself is calling and has to outlive the call.
     m_readable->setEnabled(false);
     m_readable.release()->deleteLater();
     m_writable->setEnabled(false);

@@ -181,7 +181,7 @@ void Simulation::Take(RadioOutput output, TimePoint now)
     FollowLink(now);
 }
 
-// Moves what has arrived to the other end, until the line is quiet at this moment.
+// Moves what has arrived to the other end until nothing more arrives at this moment.
 void Simulation::Pump(TimePoint now)
 {
     for (;;) {

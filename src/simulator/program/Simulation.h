@@ -9,8 +9,8 @@ namespace sim {
 
 struct SimulationSettings {
     unsigned bitsPerSecond = 9600;             // 0: the line takes no time
-    FaultSettings faults{};                    // before those of the scenario
-    std::optional<Milliseconds> silentAfter{}; // since the link came up first
+    FaultSettings faults{};                    // override those of the scenario
+    std::optional<Milliseconds> silentAfter{}; // since the link first came up
     std::uint64_t seed = 1;
 };
 
@@ -20,8 +20,8 @@ struct SimulationOutput {
     std::vector<std::string> notes; // for a log, in English
 };
 
-// Radio, network, line and script together: all of the program but its port, its clock and its files. Used
-// like map27::Link; times must not run backwards.
+// Radio, network, line and script together: the whole program but for its port, clock and files. Used like
+// map27::Link; times must not run backwards.
 class Simulation {
 public:
     Simulation(const Scenario& scenario, const SimulationSettings& settings);

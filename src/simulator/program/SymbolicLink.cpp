@@ -22,7 +22,7 @@ namespace {
 
 } // namespace
 
-// Another program may have put its own link there meanwhile; that one stays.
+// Another program may have put its own link there meanwhile, which stays.
 SymbolicLink::~SymbolicLink()
 {
     if (!m_target.isEmpty() && QFile::symLinkTarget(m_path) == m_target)
@@ -39,7 +39,7 @@ void SymbolicLink::PointTo(const QString& target)
     if (!exists && errno != ENOENT)
         Fail(m_path, "cannot be looked at");
 
-    // Made aside and moved into place, so that there is a link at every moment.
+    // Made beside it and moved into place, so that there always is a link.
     const QByteArray aside = path + '.' + QByteArray::number(::getpid()) + ".new";
     if (::symlink(QFile::encodeName(target).constData(), aside.constData()) != 0)
         Fail(m_path, "cannot be made");

@@ -7,7 +7,7 @@ namespace sim {
 // A symbolic link that exists as long as this object.
 class SymbolicLink {
 public:
-    // Replaces a link that is there already, and refuses anything else. Throws PortError.
+    // Replaces an existing link but nothing else. Throws PortError.
     explicit SymbolicLink(QString path) : m_path(std::move(path)) {}
     ~SymbolicLink();
     SymbolicLink(const SymbolicLink&) = delete;

@@ -7,12 +7,12 @@
 
 namespace sim {
 
-// A TCP port that one console at a time may connect to; a second one is turned away.
+// A TCP port for one console at a time; a second one is turned away.
 class TcpPort : public Port {
     Q_OBJECT
 
 public:
-    // Port 0: any that is free. Throws PortError.
+    // Port 0 takes any that is free. Throws PortError.
     TcpPort(const QString& host, quint16 port, QObject* parent = nullptr);
     ~TcpPort() override;
 

@@ -22,7 +22,7 @@ Command ParseText(Words& words, const Scenario&)
 {
     TextAction action;
     action.from = words.Sender();
-    // A text that is nothing but a 7 or 8 is a text.
+    // A lone 7 or 8 is the text.
     Words ahead = words;
     const bool eight = ahead.Skip("8");
     if ((eight || ahead.Skip("7")) && !ahead.AtEnd()) {

@@ -6,7 +6,7 @@
 
 namespace sim {
 
-// What a person or a program asks of the running simulation, one line each (docs/scenarios.md).
+// What a person or a program can ask of a running simulation, one command a line (docs/scenarios.md).
 struct HelpCommand {};
 struct ListCommand {};  // the fleet
 struct StateCommand {}; // of the radio

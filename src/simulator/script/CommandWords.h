@@ -16,7 +16,7 @@ public:
 
     bool AtEnd() const { return m_rest.empty(); }
     std::string_view Peek() const;
-    // `what` is missing when the line has ended.
+    // Throws that `what` is missing when the line has ended.
     std::string_view Next(const char* what);
     bool Skip(std::string_view word);
     int Number(const char* what, int lowest, int highest);
@@ -24,9 +24,9 @@ public:
     double Real(const char* what, double highest);
     Milliseconds Seconds(const char* what);
     map27::Address Sender();
-    // All that is left, but for the one blank after the word before.
+    // The rest of the line, without the one blank after the word before.
     std::string Remainder();
-    // Nothing may be left.
+    // Throws unless the line has ended.
     void End() const;
 
 private:

@@ -17,24 +17,24 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// A value of a JSON document that knows its place in it ("fleet[3].ident"). Every reading member throws
-// ScenarioError with that place when the value is not what is asked for.
+// A value of a JSON document that knows its place there ("fleet[3].ident"). Every member that reads throws
+// ScenarioError with that place when the value is not what was asked for.
 class JsonNode {
 public:
-    // The root of a document. Throws with the line when the text is no JSON.
+    // The root of a document. Throws, naming the line, when the text is not JSON.
     static JsonNode Parse(const QByteArray& text);
 
     bool IsObject() const { return m_value.isObject(); }
     bool IsArray() const { return m_value.isArray(); }
     bool IsText() const { return m_value.isString(); }
 
-    // An object with no other members than these.
+    // Throws unless the node is an object with no members but these.
     void RequireMembers(std::initializer_list<const char*> known) const;
     std::optional<JsonNode> Find(const char* member) const;
     JsonNode Member(const char* member) const;
 
     std::vector<JsonNode> Items() const;
-    // Members of an object whose names are free, with those names.
+    // The members of an object that may have any names, with their names.
     std::vector<std::pair<std::string, JsonNode>> Entries() const;
 
     int Integer(int lowest, int highest) const;

@@ -36,7 +36,7 @@ OwnRadio ReadRadio(const JsonNode& node)
     node.RequireMembers({"prefix", "ident", "units", "groups", "facilities"});
     OwnRadio radio;
     radio.address = ReadAddress(node);
-    // A radio without one of them reports a range of zeros.
+    // A radio that lacks one of them reports a range of zeros.
     if (const auto units = node.Find("units"))
         radio.units = ReadRange(*units);
     if (const auto groups = node.Find("groups"))

@@ -4,8 +4,8 @@
 
 namespace sim {
 
-// A scenario's timed events. Its clock runs only while a console is there, so that nobody misses the
-// beginning and nothing happens to no one.
+// A scenario's timed events. Its clock runs only while a console is connected: no event is to happen before
+// there is somebody to see it.
 class Script {
 public:
     explicit Script(std::vector<TimedEvent> events);
