@@ -34,7 +34,7 @@ bool IsSendable(Address address)
 {
     if (address.prefix > HighestPrefix || address.ident > HighestIdent || address.IsDummy())
         return false;
-    // Call control idents of the network: the messages of MAP27 stand in their place.
+    // Idents that the network uses for call control; MAP27 has messages in their place.
     const bool reserved =
         (address.ident >= 8103 && address.ident <= 8120) || (address.ident >= 8181 && address.ident <= 8190);
     return !reserved;

@@ -28,8 +28,8 @@ constexpr std::uint16_t LastStoredPstn = 8135;
 constexpr std::uint16_t SystemWide = 8191;
 } // namespace Ident
 
-// False for idents that a terminal must not use: 0, 8103..8120 and 8181..8190, and for what is no address at
-// all.
+// False for idents that a terminal must not use (0, 8103..8120 and 8181..8190) and for what is not an address
+// at all.
 bool IsSendable(Address address);
 
 // "12/345", for log files.
@@ -71,8 +71,8 @@ struct Party {
     bool operator==(const Party&) const = default;
 };
 
-// Packed BCD, first digit in the upper half, an odd count filled up with Fh (MAP27 v1.5, 5.2.1.2). Empty when
-// a character is none of 0-9 * #.
+// Packed BCD, first digit in the upper half, an odd count padded with Fh (MAP27 v1.5, 5.2.1.2). Empty when a
+// character is not one of 0-9 * #.
 std::optional<Octets> PackDigits(std::string_view digits);
 
 // Empty when a half octet is reserved, or digits follow the filler.

@@ -83,7 +83,7 @@ constexpr CauseRow BothWaysRows[] = {
 
 struct TypeRow {
     std::uint8_t type;
-    const char* toRadio; // empty: does not exist in this direction
+    const char* toRadio; // empty: not used in this direction
     const char* fromRadio;
 };
 
@@ -136,7 +136,7 @@ std::string Hex(std::uint8_t octet)
     return ToHex(OctetSpan(&octet, 1)) + "h";
 }
 
-// The upper half of an acknowledgement's type says how it went, whatever the cause.
+// The upper half of an acknowledgement's type tells the outcome, whatever the cause.
 std::string OutcomeText(std::uint8_t type)
 {
     switch (type & 0xF0) {

@@ -18,7 +18,7 @@ constexpr std::uint8_t TelexLetters = 31;
 constexpr std::array<char32_t, 32> LettersCase{0,   'E', '\n', 'A', ' ', 'S', 'I', 'U', '\r', 'D', 'R',
                                                'J', 'N', 'F',  'C', 'K', 'T', 'Z', 'L', 'W',  'H', 'Y',
                                                'P', 'Q', 'O',  'B', 'G', 0,   'M', 'X', 'V',  0};
-// Three positions are left to each country.
+// Three positions are for each country to define.
 constexpr char32_t National = ReplacementCharacter;
 constexpr std::array<char32_t, 32> FiguresCase{
     0,   '3', '\n', '-', ' ',      '\'', '8', '7', '\r', 0x05, '4',      0x07, ',', National, ':', '(',
@@ -75,7 +75,7 @@ std::u32string DecodeCharacters(const ShortData& data)
 
 std::optional<std::uint8_t> EncodeCharacter(char32_t character, Coding coding)
 {
-    // NUL is what radios fill up with: it would not arrive.
+    // Radios pad with NUL, so it would not arrive.
     if (character == 0)
         return std::nullopt;
     if (coding == Coding::PcCharacters)

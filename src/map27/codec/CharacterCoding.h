@@ -7,13 +7,13 @@
 
 namespace map27 {
 
-// Received data as text, UTF-8. Character codings: every character decoded, then trailing NULs, NULL digits
-// and blanks, which are the radio's filling, taken away; NULs in between become blanks. Bit strings and
-// codings that are unknown: hexadecimal pairs without separators, nothing taken away. A character that means
-// nothing becomes U+FFFD.
+// Received data as text, UTF-8. Of a character coding every character is decoded; trailing NULs, NULL digits
+// and blanks, the radio's padding, are removed, and NULs in between become blanks. Bit strings and unknown
+// codings become hexadecimal pairs without separators, with nothing removed. A meaningless character becomes
+// U+FFFD.
 std::string DecodeText(const ShortData& data);
 
-// Which characters a person may send.
+// The characters that a person may send.
 enum class TextCoding {
     SevenBit, // Coding::Ccitt5
     EightBit, // Coding::PcCharacters
@@ -36,7 +36,7 @@ struct TextProblem {
 };
 
 struct EncodedText {
-    DataSize size; // the smallest that holds it
+    DataSize size; // the smallest that holds the text
     ShortData data;
 };
 
@@ -44,7 +44,7 @@ struct EncodedText {
 std::variant<EncodedText, TextProblem> EncodeText(std::string_view utf8, TextCoding coding);
 
 // Code page 437, for texts inside binary formats. Control characters other than NUL stand for themselves.
-// Same checks as above but for Empty; limit in characters.
+// The same checks as above except Empty; limit in characters.
 std::variant<Octets, TextProblem> EncodeCodePage437(std::string_view utf8, std::size_t limit);
 std::string DecodeCodePage437(OctetSpan octets);
 

@@ -35,7 +35,7 @@ Octets ToOctets(OctetSpan octets)
     return {octets.begin(), octets.end()};
 }
 
-// True when the octets are what the kind demands.
+// True when the octets are as the kind requires.
 bool Understand(AddressDescription& description, OctetSpan octets)
 {
     Reader reader(octets);
@@ -128,7 +128,7 @@ Octets DescriptionOctets(const AddressDescription& description)
 
 } // namespace
 
-// ---- reading ------------------------------------------------------------------------------------------
+// Reading.
 
 std::uint8_t Reader::Take()
 {
@@ -202,7 +202,7 @@ ShortDataMessage ReadShortData(Reader& reader, DataSize size)
     const std::uint8_t coding = reader.Take();
     message.data.coding = static_cast<Coding>(coding >> 4);
     message.data.octets = ToOctets(reader.TakeRest());
-    // The octet holds the valid bits of the last octet less one; a character is always whole.
+    // The octet holds the number of valid bits in the last octet minus one; a character is always whole.
     message.data.bitsInLastOctet =
         IsCharacterCoding(message.data.coding) ? 8 : static_cast<std::uint8_t>((coding & 0x07) + 1);
     return message;
@@ -286,7 +286,7 @@ DecodeError ClassifyType(std::uint8_t type)
     return known ? DecodeError::Unknown : DecodeError::Reserved;
 }
 
-// ---- writing ------------------------------------------------------------------------------------------
+// Writing.
 
 void WriteWord(Octets& octets, std::uint16_t word)
 {

@@ -5,7 +5,7 @@
 // Parts of the message codec that both directions share. Not for use outside of it.
 namespace map27::codec {
 
-// Reads a message front to back. Past the end it delivers zeros and remembers that it ran out.
+// Reads a message from front to back. Past the end it gives zeros and remembers that it ran out.
 class Reader {
 public:
     explicit Reader(OctetSpan octets) : m_octets(octets) {}
@@ -35,7 +35,7 @@ ClearMessage ReadClear(Reader& reader, bool abnormal);
 SettingsMessage ReadSettings(Reader& reader);
 ProtocolInfoMessage ReadProtocolInfo(Reader& reader);
 
-// What a type octet without a reader of its own is.
+// What is wrong with a type octet that nothing reads.
 DecodeError ClassifyType(std::uint8_t type);
 
 void WriteWord(Octets& octets, std::uint16_t word);

@@ -47,7 +47,7 @@ constexpr std::uint8_t ReceiveNegative = 0xE5; // 229
 constexpr std::uint8_t DiversionNegative = 0xE7;
 } // namespace Type
 
-// ---- both directions ----------------------------------------------------------------------------------
+// Both directions.
 
 // 00: another protocol's octets.
 struct EscapeMessage {
@@ -110,7 +110,7 @@ struct CallMessage {
     bool operator==(const CallMessage&) const = default;
 };
 
-// 86 (normal) and A6 (abnormal): hang up or cancel, and the radio's word that something has ended. No address
+// 86 (normal) and A6 (abnormal): hang up or cancel; from the radio, that something has ended. No address
 // description.
 struct ClearMessage {
     bool abnormal = false;
@@ -166,7 +166,7 @@ constexpr std::uint8_t Ccitt5 = 0x04;
 constexpr std::uint8_t PcCharacters = 0x02;
 } // namespace CodingBit
 
-// ---- to the radio only --------------------------------------------------------------------------------
+// To the radio only.
 
 // What the radio can be asked for.
 enum class RadioInfo : std::uint8_t {
@@ -219,7 +219,7 @@ struct DiversionCancelMessage {
     bool operator==(const DiversionCancelMessage&) const = default;
 };
 
-// ---- from the radio only ------------------------------------------------------------------------------
+// From the radio only.
 
 // B0
 struct PersonalityMessage {
@@ -290,7 +290,7 @@ struct AcknowledgementMessage {
     bool operator==(const AcknowledgementMessage&) const = default;
 };
 
-// ---- codec --------------------------------------------------------------------------------------------
+// Codec.
 
 using ToRadio = std::variant<EscapeMessage, RadioTestMessage, StatusMessage, ShortDataMessage,
                              ModemDataMessage, CallMessage, ClearMessage, SettingsMessage,
@@ -302,8 +302,8 @@ using FromRadio =
                  CallMessage, ClearMessage, SettingsMessage, ProtocolInfoMessage, PersonalityMessage,
                  NumberingMessage, OperatingConditionMessage, NetworkInfoMessage, AcknowledgementMessage>;
 
-// The octets of one LT. Throws std::invalid_argument for fields that no octets can carry (prefix, ident,
-// digits, lengths): whoever takes values from a person checks them first.
+// The octets of one LT. Throws std::invalid_argument for values that the octets cannot carry (prefix, ident,
+// digits, lengths): values from a person are to be checked first.
 Octets EncodeToRadio(const ToRadio& message);
 Octets EncodeFromRadio(const FromRadio& message);
 
@@ -319,8 +319,8 @@ const char* DecodeErrorText(DecodeError error);
 
 template <typename Message> using DecodeResult = std::variant<Message, DecodeError>;
 
-// An address description that cannot be understood does not cost the terminal a message: it is kept raw,
-// marked as not understood. The radio is to refuse it, so there it is BadField.
+// The terminal does not lose a message over an address description that it cannot understand: the description
+// is kept raw and marked as not understood. A radio has to refuse it, so there it is BadField.
 DecodeResult<ToRadio> DecodeToRadio(OctetSpan message);
 DecodeResult<FromRadio> DecodeFromRadio(OctetSpan message);
 

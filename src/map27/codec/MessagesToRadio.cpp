@@ -6,7 +6,7 @@ namespace codec {
 
 namespace {
 
-// A party, its kind and length octet included, at least.
+// The shortest party, including its kind and length octet.
 constexpr std::size_t ShortestParty = 4;
 
 DiversionRequestMessage ReadDiversionRequest(Reader& reader)

@@ -17,7 +17,7 @@ constexpr Capacities BcdCapacities{10, 22, 32, 44, 54, 66, 76, 88, 98, 110, 120,
 constexpr Capacities TelexCapacities{8, 17, 25, 35, 43, 52, 60, 70, 78, 87, 95, 105, 113, 122, 130, 140};
 constexpr Capacities Ccitt5Capacities{5, 12, 18, 25, 30, 37, 43, 50, 55, 62, 68, 75, 80, 87, 93, 100};
 constexpr Capacities PcCapacities{5, 11, 16, 22, 27, 33, 38, 44, 49, 55, 60, 66, 71, 77, 82, 88};
-// The air's own format knows no MST.
+// The air's own format has no MST.
 constexpr Capacities FreeFormatCapacities{46, 92, 138, 184};
 
 const Capacities* CapacitiesOf(Coding coding)
@@ -50,7 +50,7 @@ std::uint8_t PadOctet(Coding coding, PadStyle style)
 {
     switch (coding) {
     case Coding::Bcd:
-        return 0x0F; // a zero would be a digit
+        return 0x0F; // zero would be a digit
     case Coding::Telex:
         return style == PadStyle::Blank ? 0x04 : 0x00;
     case Coding::TelexAscii:

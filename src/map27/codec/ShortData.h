@@ -35,22 +35,22 @@ struct ShortData {
     bool operator==(const ShortData&) const = default;
 };
 
-// Most units (bits or characters) that a message of this size holds; empty when the coding is not allowed
+// How many units (bits or characters) a message of this size holds; empty when the coding is not allowed
 // there.
 std::optional<std::size_t> MostUnits(Coding coding, DataSize size);
 
-// Whether the data fit: counts bits or characters as the coding demands.
+// Whether the data fit; counts bits or characters, depending on the coding.
 bool Fits(const ShortData& data, DataSize size);
 
-// What a radio fills up with, since it learns from the air only how many codewords came (MAP27 v1.5, A6.2).
+// What a radio pads with: it learns from the air only how many codewords came (MAP27 v1.5, A6.2).
 enum class PadStyle {
     Nul,       // NUL characters
     NullDigit, // for BCD the NULL digit, else as Nul
     Blank,     // blanks where the coding has one, else as NullDigit
 };
 
-// The data as the receiving radio hands them over: filled up to the next full codeword count. Empty when the
-// data do not fit into the size, or the coding is unknown.
+// The data as the receiving radio hands them over, padded to full codewords. Empty when the data do not fit
+// into the size, or the coding is unknown.
 std::optional<ShortData> PadToCodewords(const ShortData& data, DataSize size, PadStyle style);
 
 // Codewords that the data take on the air, for a simulated network's timing. 0 when they fit into no message.

@@ -13,7 +13,7 @@ public:
     void Add(OctetSpan octets);
     std::uint16_t Value() const { return static_cast<std::uint16_t>(~m_register); }
 
-    // True when everything added, the two received FCS octets included, is undamaged.
+    // True when everything added, including the two received FCS octets, is undamaged.
     bool ResidueIsGood() const { return m_register == 0xB001; }
 
 private:

@@ -77,7 +77,7 @@ void FrameDecoder::Hunt(std::uint8_t octet)
     } else if (m_state == State::AfterSyn && octet == Dle) {
         m_state = State::AfterSynDle;
     } else {
-        // What looked like a start and was none is noise; a SYN may begin the real one.
+        // What only looked like a start is noise; a SYN may begin the real one.
         const std::uint64_t given = m_state == State::AfterSynDle ? 2 : m_state == State::AfterSyn ? 1 : 0;
         m_counters.noiseOctets += given + (octet == Syn ? 0 : 1);
         m_state = octet == Syn ? State::AfterSyn : State::Hunt;
@@ -128,7 +128,7 @@ std::optional<Octets> FrameDecoder::Check(std::uint8_t secondFcsOctet)
     }
     ++m_counters.wrongFcs;
     m_body.clear();
-    // When octets were lost, these two may be the beginning of the next frame already.
+    // When octets were lost, these two may already belong to the next frame.
     if (secondFcsOctet == Syn)
         m_state = State::AfterSyn;
     else if (m_firstFcsOctet == Syn && secondFcsOctet == Dle)

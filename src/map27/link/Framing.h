@@ -16,11 +16,11 @@ constexpr std::uint8_t Etx = 0x03;
 // The complete frame of a body (link header and data), ready for the line.
 Octets EncodeFrame(OctetSpan body);
 
-// What the receiver met. Every octet belongs to a good frame or is counted here.
+// What the receiver came across. Every octet belongs to a good frame or is counted here.
 struct FramingCounters {
     std::uint64_t frames = 0;        // good ones
-    std::uint64_t wrongFcs = 0;      // dropped without an answer, the standard has no reject
-    std::uint64_t brokenEscapes = 0; // DLE followed by something that means nothing
+    std::uint64_t wrongFcs = 0;      // dropped without an answer: the standard has no reject
+    std::uint64_t brokenEscapes = 0; // DLE followed by an octet that has no meaning there
     std::uint64_t restarts = 0;      // a new start flag inside a frame: the old frame lost its end
     std::uint64_t overlong = 0;      // body longer than any link parameter allows
     std::uint64_t noiseOctets = 0;   // outside of frames
@@ -28,7 +28,7 @@ struct FramingCounters {
     bool operator==(const FramingCounters&) const = default;
 };
 
-// Finds frames in whatever pieces the line delivers. Holds at most one body.
+// Finds frames, in whatever pieces the line delivers them. Holds at most one body.
 class FrameDecoder {
 public:
     // Header and the longest data part that N1 = 255 allows.
@@ -42,7 +42,7 @@ public:
     // The body that this one octet completes.
     std::optional<Octets> Feed(std::uint8_t octet);
 
-    // Forgets a frame begun, for a line that was opened anew. Keeps the counters.
+    // Forgets an unfinished frame, for a line that was opened anew. Keeps the counters.
     void Reset();
 
     const FramingCounters& Counters() const { return m_counters; }

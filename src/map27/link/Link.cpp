@@ -9,8 +9,8 @@ namespace map27 {
 
 namespace {
 
-// With one LR too many under way two ends can answer LR by LR and LA by LA for ever. After this many answers
-// an end waits for a quiet line, but no longer than this many T0.
+// With one LR too many under way, two ends can answer LR with LR and LA with LA for ever. After this many
+// answers an end waits for a quiet line, but no longer than this many T0.
 constexpr int AnswersBeforeQuiet = 6;
 constexpr int LongestQuietWait = 5;
 
@@ -212,7 +212,7 @@ void Link::HandleAcknowledgement(const Octets& body, TimePoint now)
         return;
     }
     if (m_state == LinkState::LinkWait) {
-        // Any other number speaks of the link before; the peer has not seen our request yet.
+        // Any other number belongs to the previous link: the peer has not seen our request yet.
         if (number != 1) {
             ++m_counters.crossingAcknowledgements;
             return;
@@ -272,9 +272,9 @@ void Link::TakeTransfer(const Octets& body, TimePoint now)
     m_events.push_back(MessageReceived{Octets(body.begin() + packet::HeaderOctets, body.end())});
 }
 
-// ---- changes of state ---------------------------------------------------------------------------------
+// Changes of state.
 
-// reset_wait is entered: own maximum parameters, first request, T0 from its beginning.
+// Enters reset_wait: our own maximum parameters, the first request, T0 at its shortest.
 void Link::AskForLink(TimePoint now)
 {
     StopTimers();
@@ -344,7 +344,7 @@ void Link::Fail(LinkFailure reason, TimePoint now)
 void Link::TakeMinima(const Octets& linkRequest)
 {
     m_agreed.n1 = std::min(m_agreed.n1, linkRequest[1]);
-    // A window of none would be a link that carries nothing.
+    // With a window of 0 the link would carry nothing.
     m_agreed.k = std::max<std::uint8_t>(1, std::min(m_agreed.k, linkRequest[2]));
     m_agreed.version = std::min(m_agreed.version, linkRequest[3]);
 }
@@ -357,7 +357,7 @@ bool Link::IsAcceptable(const Octets& linkRequest) const
 
 void Link::OnT0(TimePoint now)
 {
-    // Nothing came for a while, so nothing is going round in circles.
+    // Nothing has come for a while, so nothing goes round in circles.
     m_answersInARow = 0;
     if (m_pausing || m_waitingForQuiet) {
         AskForLink(now);

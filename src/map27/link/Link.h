@@ -27,8 +27,8 @@ public:
     // Sends at once or as soon as there is credit, in order.
     SendOutcome Send(OctetSpan message, TimePoint now);
 
-    // While held, the peer gets no credit and its LTs are dropped; it repeats them. For an owner that cannot
-    // take messages.
+    // While held, the peer gets no credit and its LTs are dropped; it will repeat them. For an owner that
+    // cannot take messages.
     LinkOutput HoldReceiving(bool hold, TimePoint now);
 
     LinkState State() const { return m_state; }

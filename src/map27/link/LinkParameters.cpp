@@ -11,8 +11,8 @@ LinkParameters LinkParameters::ForBitRate(unsigned bitsPerSecond)
     if (bitsPerSecond == 0)
         return parameters;
 
-    // 1.5 s at 9600 bit/s is twice the longest LT and its LA with every octet doubled. A fast line still has
-    // a slow program at its end, hence the floor.
+    // 1.5 s at 9600 bit/s is twice the time of the longest LT and its LA with every octet doubled. Even a
+    // fast line has a slow program at its end, hence the lower limit.
     constexpr Milliseconds::rep t1At9600 = 1500;
     parameters.t1 = Milliseconds(std::max<Milliseconds::rep>(300, t1At9600 * 9600 / bitsPerSecond));
     parameters.t0First = Milliseconds(std::max<Milliseconds::rep>(100, 250 * 1200 / bitsPerSecond));

@@ -22,13 +22,13 @@ struct LinkParameters {
     Milliseconds t2{0};            // delay of an LA that is not wanted at once; 0: all are sent at once
     Milliseconds t3{10000};        // an LA is sent at least this often, at most 15 s
     Milliseconds t4{80000};        // silence that fails the link, more than N3 (5) * T3 of the peer
-    int n2 = 10;                   // times that an LT may go unanswered; the last of them fails the link
+    int n2 = 10;                   // how often an LT may go unanswered; the last time fails the link
 
     // Treat an LT numbered outside the peer's window as a failed link instead of as a repetition (optional in
     // the standard).
     bool checkWindow = false;
 
-    std::size_t queueLimit = 256; // messages that wait for credit before Send refuses more
+    std::size_t queueLimit = 256; // how many messages may wait for credit before Send refuses more
 
     std::size_t LongestMessage() const { return 16 * (std::size_t{n1} + 1); }
 

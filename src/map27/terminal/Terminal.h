@@ -65,7 +65,7 @@ public:
 
     // The operator's question.
     OperationResult RequestRadioInfo(unsigned kind, TimePoint now);
-    // A question of the control's own, to see whether the radio is alive: the operating condition, or what
+    // A question of the control's own, to learn whether the radio is alive: the operating condition, or what
     // the radio has answered before on this link. Nothing when the link is down, a question is open already,
     // or its refusal could be taken for that of a request.
     TerminalOutput Probe(TimePoint now);

@@ -8,7 +8,7 @@
 
 namespace map27 {
 
-// What the terminal tells its owner. LinkReady and LinkFailed are those of Link.h.
+// What the terminal reports to its owner. LinkReady and LinkFailed are those of Link.h.
 
 struct StatusReceived {
     Address from;
@@ -55,7 +55,7 @@ struct AnswerProgress {
 
 enum class ClearedBy { Radio, IncomingCall, LinkLoss, LinkReset };
 
-// The transaction or call in progress is over without an acknowledgement of its own.
+// The transaction or call in progress has ended without an acknowledgement of its own.
 struct TransactionCleared {
     ClearedBy by;
     std::uint8_t type;  // 86, A6; A4, A5 when an incoming call took over; 0 when the link went
@@ -84,7 +84,7 @@ struct SettingsReceived {
     bool operator==(const SettingsReceived&) const = default;
 };
 
-// Nothing is dropped without a word: what raises no other event is one of these, for the log file.
+// Nothing is dropped silently: whatever raises no other event raises one of these, for the log file.
 enum class ReportKind {
     Undecodable,      // see text; the octets as received
     StatusOutOfRange, // above 31
@@ -136,7 +136,7 @@ enum class RefusalCode {
     LinkBusy,              // the radio takes no messages at the moment and too many wait
 };
 
-// Why an operation was not even begun. Nothing has changed then.
+// Why an operation did not begin. Nothing has changed.
 struct Refusal {
     RefusalCode code;
     TextProblem text{}; // Text

@@ -16,7 +16,7 @@ enum class TerminalState : std::uint8_t {
 };
 constexpr int TerminalStateCount = 5;
 
-// What the radio says, as far as it bears on the transaction.
+// What the radio says, as far as it concerns the transaction.
 enum class RadioInput : std::uint8_t {
     MessageDone,       // C0
     MessageQueued,     // D0
@@ -39,8 +39,8 @@ enum class RadioInput : std::uint8_t {
 constexpr int RadioInputCount = 17;
 
 enum class TerminalAction : std::uint8_t {
-    ReportLate,       // belongs to nothing open: counted and reported, nothing else
-    Quietly,          // says what is known already
+    ReportLate,       // belongs to nothing open: only counted and reported
+    Quietly,          // says what is already known
     TellMessage,      // MessageProgress with the radio's own code
     TellCall,         // OutgoingCallProgress likewise
     TellAnswer,       // AnswerProgress likewise
