@@ -13,12 +13,12 @@ std::size_t PrefixDigits(const ActionetConfig& config)
 
 std::size_t FullLength(const ActionetConfig& config)
 {
-    return actionetDigits + PrefixDigits(config);
+    return ActionetDigits + PrefixDigits(config);
 }
 
 bool IsSubscriber(int ident)
 {
-    return ident > dummyIdent && ident <= maxSubscriberIdent;
+    return ident > DummyIdent && ident <= MaxSubscriberIdent;
 }
 
 // Compares what the radio reports as its units or groups with the layout. A base of 0, or a max below the
@@ -43,7 +43,7 @@ std::string ActionetAddressing::NumberingCode() const
 
 int ActionetAddressing::NumberingNameTextId() const
 {
-    return textAddressingActionetName;
+    return TextActionetName;
 }
 
 void ActionetAddressing::SetConfigSource(IMpt1343FleetConfigSource&, IActionetConfigSource& actionet)
@@ -111,8 +111,8 @@ RadioAddress ActionetAddressing::DialToAddress(const std::string& dial) const
         return ParseRaw(text);
     if (!m_config)
         throw AddressingError(AddressingCode::NumberingNotConfigured);
-    if (text == everybodyDial)
-        return SubscriberAddress(OwnPrefix(), everybodyIdent);
+    if (text == EverybodyDial)
+        return SubscriberAddress(OwnPrefix(), EverybodyIdent);
     RequireDigits(text);
     return DialDigits(text);
 }
@@ -121,20 +121,20 @@ RadioAddress ActionetAddressing::DialDigits(const std::string& digits) const
 {
     if (digits.size() == 2 || digits.size() == 3)
         return DialOwnFleet(digits);
-    if (digits.size() == actionetDigits) {
+    if (digits.size() == ActionetDigits) {
         const int prefix = OwnPrefix(); // first: without it no number of this length can be dialled
         return SubscriberAddress(prefix, ActionetIdentOf(*m_config, digits));
     }
     if (digits.size() == FullLength(*m_config)) {
         const int prefix = ParseDigits(std::string_view(digits).substr(0, PrefixDigits(*m_config)));
-        if (prefix > maxPrefix)
+        if (prefix > HighestPrefix)
             throw AddressingError(AddressingCode::PrefixRange, {std::to_string(prefix)});
         return SubscriberAddress(prefix, ActionetIdentOf(*m_config, digits.substr(PrefixDigits(*m_config))));
     }
     if (digits.front() == '0' && digits.size() > FullLength(*m_config)) {
         std::string telephone = digits.substr(1);
         RequireTelephoneLength(telephone);
-        return GatewayAddress(OwnPrefix(), pstnGatewayIdent, std::move(telephone));
+        return GatewayAddress(OwnPrefix(), PstnGatewayIdent, std::move(telephone));
     }
     throw AddressingError(AddressingCode::NumberLength, {std::to_string(digits.size())});
 }
@@ -193,7 +193,7 @@ bool ActionetAddressing::HasNumber(const RadioAddress& address) const
 // A shorter telephone number would be read as a radio's.
 std::string ActionetAddressing::GatewayDial(const RadioAddress& address) const
 {
-    if (m_config && m_own && address.prefix == m_own->prefix && address.ident == pstnGatewayIdent &&
+    if (m_config && m_own && address.prefix == m_own->prefix && address.ident == PstnGatewayIdent &&
         address.digits.size() >= FullLength(*m_config))
         return '0' + address.digits;
     return FormatRaw(address);

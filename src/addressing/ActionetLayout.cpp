@@ -4,15 +4,15 @@
 
 namespace {
 
-constexpr int blocksOfSegment = segmentIdents / blockIdents;
-constexpr int miniFleetsOfBlock = 3;
-constexpr int lastModel = 3; // EXTRA LARGE
+constexpr int BlocksOfSegment = SegmentIdents / BlockIdents;
+constexpr int MiniFleetsOfBlock = 3;
+constexpr int LastModel = 3; // EXTRA LARGE
 
 ActionetFleetKind KindOf(const ActionetConfig& config, int segment)
 {
     if (segment < config.FPP)
         return ActionetFleetKind::Large;
-    return segment < actionetSegments - config.MEP ? ActionetFleetKind::Small : ActionetFleetKind::Mini;
+    return segment < ActionetSegments - config.MEP ? ActionetFleetKind::Small : ActionetFleetKind::Mini;
 }
 
 // How far a number is from the fleet's first ident; none when the fleet has no such number.
@@ -29,7 +29,7 @@ std::optional<int> OffsetOf(const FleetShape& shape, int number)
 
 int ActionetFleet::FirstIdent() const
 {
-    return 1 + segmentIdents * segment + blockIdents * block + shape->start;
+    return 1 + SegmentIdents * segment + BlockIdents * block + shape->start;
 }
 
 std::string ActionetFleet::Digits() const
@@ -53,11 +53,11 @@ std::optional<int> ActionetFleet::NumberOf(int ident) const
 
 std::optional<AddressingError> CheckActionet(const ActionetConfig& config)
 {
-    if (config.FPP < 0 || config.FPP > actionetSegments || config.MEP < 0 || config.MEP > actionetSegments)
+    if (config.FPP < 0 || config.FPP > ActionetSegments || config.MEP < 0 || config.MEP > ActionetSegments)
         return AddressingError(AddressingCode::ActionetRange);
-    if (config.FPP + config.MEP > actionetSegments)
+    if (config.FPP + config.MEP > ActionetSegments)
         return AddressingError(AddressingCode::ActionetSum);
-    if (config.model < 0 || config.model > lastModel)
+    if (config.model < 0 || config.model > LastModel)
         return AddressingError(AddressingCode::ActionetModel, {std::to_string(config.model)});
     return std::nullopt;
 }
@@ -65,19 +65,19 @@ std::optional<AddressingError> CheckActionet(const ActionetConfig& config)
 ActionetFleetCounts CountActionetFleets(const ActionetConfig& config)
 {
     return {.large = config.FPP,
-            .small = (actionetSegments - config.FPP - config.MEP) * blocksOfSegment,
-            .mini = config.MEP * blocksOfSegment * miniFleetsOfBlock};
+            .small = (ActionetSegments - config.FPP - config.MEP) * BlocksOfSegment,
+            .mini = config.MEP * BlocksOfSegment * MiniFleetsOfBlock};
 }
 
 ActionetFleet ActionetFleetOf(const ActionetConfig& config, int ident)
 {
-    const int segment = (ident - 1) / segmentIdents;
+    const int segment = (ident - 1) / SegmentIdents;
     const ActionetFleetKind kind = KindOf(config, segment);
-    const int inSegment = (ident - 1) % segmentIdents;
-    const int block = kind == ActionetFleetKind::Large ? 0 : inSegment / blockIdents;
-    const int rest = inSegment - block * blockIdents;
+    const int inSegment = (ident - 1) % SegmentIdents;
+    const int block = kind == ActionetFleetKind::Large ? 0 : inSegment / BlockIdents;
+    const int rest = inSegment - block * BlockIdents;
     const FleetShape* holder = nullptr;
-    for (const FleetShape& shape : fleetShapes) {
+    for (const FleetShape& shape : FleetShapes) {
         if (shape.kind == kind && shape.start <= rest)
             holder = &shape;
     }
@@ -94,7 +94,7 @@ int ActionetIdentOf(const ActionetConfig& config, const std::string& digits)
     if (number.front() <= '1')
         throw AddressingError(large ? AddressingCode::LargeFleetRange : AddressingCode::SmallFleetRange,
                               {number, fleet});
-    for (const FleetShape& shape : fleetShapes) {
+    for (const FleetShape& shape : FleetShapes) {
         const auto offset = shape.kind == kind ? OffsetOf(shape, ParseDigits(number)) : std::nullopt;
         if (offset) {
             const int block = large ? 0 : fleet.back() - '0';

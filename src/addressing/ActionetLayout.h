@@ -12,7 +12,7 @@
 // a block holds three mini fleets in the last MEP segments and one small fleet in those between.
 //
 // No published standard gives the order of fleets and numbers. Should a network turn out to differ,
-// `fleetShapes` and the counts above it are all there is to change.
+// `FleetShapes` and the counts above it are all there is to change.
 
 enum class ActionetFleetKind {
     Large,
@@ -40,12 +40,12 @@ struct FleetShape {
     NumberRange groups;
 };
 
-inline constexpr int actionetSegments = 10; // of a prefix
-inline constexpr int segmentIdents = 810;
-inline constexpr int blockIdents = 81;
-inline constexpr int actionetDigits = 4; // length of a number in its prefix
+inline constexpr int ActionetSegments = 10; // of a prefix
+inline constexpr int SegmentIdents = 810;
+inline constexpr int BlockIdents = 81;
+inline constexpr int ActionetDigits = 4; // length of a number in its prefix
 
-inline constexpr std::array<FleetShape, 5> fleetShapes{{
+inline constexpr std::array<FleetShape, 5> FleetShapes{{
     {ActionetFleetKind::Large, 0, 810, 3, {200, 899}, {900, 999}},
     {ActionetFleetKind::Small, 0, 81, 2, {20, 89}, {90, 99}},
     {ActionetFleetKind::Mini, 0, 27, 2, {20, 42}, {90, 92}},

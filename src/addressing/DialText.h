@@ -8,7 +8,7 @@
 // What all numberings have in common: clean-up of a typed text, and the raw form.
 
 // Dialled for everybody in the system; accepted under every numbering, never printed.
-inline constexpr std::string_view everybodyDial = "*1981";
+inline constexpr std::string_view EverybodyDial = "*1981";
 
 RadioAddress SubscriberAddress(int prefix, int ident);
 RadioAddress GatewayAddress(int prefix, int ident, std::string digits);

@@ -19,9 +19,9 @@ AddressingError MakeError(AddressingCode code, std::initializer_list<long long> 
 std::optional<AddressingError> CheckExtent(FleetType type, int numberPrefix, int baseIdent, long long size)
 {
     const bool units = type == FleetType::Units;
-    if (size < minFleetSize || size > (units ? maxUnitFleetSize : maxGroupFleetSize))
+    if (size < MinFleetSize || size > (units ? MaxUnitFleetSize : MaxGroupFleetSize))
         return MakeError(units ? AddressingCode::UnitFleetSize : AddressingCode::GroupFleetSize, {size});
-    if (baseIdent + size - 1 > maxSubscriberIdent)
+    if (baseIdent + size - 1 > MaxSubscriberIdent)
         return MakeError(AddressingCode::FleetEndsTooHigh, {numberPrefix, FleetNumberOf(baseIdent)});
     return std::nullopt;
 }
@@ -30,21 +30,21 @@ std::optional<AddressingError> CheckExtent(FleetType type, int numberPrefix, int
 
 std::optional<AddressingError> CheckFleet(const PlannedFleet& fleet)
 {
-    if (fleet.numberPrefix < minNumberPrefix || fleet.numberPrefix > maxNumberPrefix)
+    if (fleet.numberPrefix < MinNumberPrefix || fleet.numberPrefix > MaxNumberPrefix)
         return MakeError(AddressingCode::NumberPrefixRange, {fleet.numberPrefix});
-    if (fleet.fleetNumber < minFleetNumber || fleet.fleetNumber > maxFleetNumber)
+    if (fleet.fleetNumber < MinFleetNumber || fleet.fleetNumber > MaxFleetNumber)
         return MakeError(AddressingCode::FleetNumberRange, {fleet.fleetNumber});
     return CheckExtent(fleet.fleetType, fleet.numberPrefix, BaseIdentOf(fleet.fleetNumber), fleet.size);
 }
 
 std::optional<AddressingError> CheckFleetRow(const FleetConfig& fleet)
 {
-    if (fleet.prefix < 0 || fleet.prefix > maxPrefix)
+    if (fleet.prefix < 0 || fleet.prefix > HighestPrefix)
         return MakeError(AddressingCode::PrefixRange, {fleet.prefix});
-    if (fleet.baseIdent < BaseIdentOf(minFleetNumber) || fleet.baseIdent > BaseIdentOf(maxFleetNumber) ||
+    if (fleet.baseIdent < BaseIdentOf(MinFleetNumber) || fleet.baseIdent > BaseIdentOf(MaxFleetNumber) ||
         fleet.baseIdent % 2 != 0)
         return MakeError(AddressingCode::FleetBaseIdent, {fleet.baseIdent});
-    if (auto error = CheckExtent(fleet.fleetType, fleet.prefix + numberPrefixOffset, fleet.baseIdent,
+    if (auto error = CheckExtent(fleet.fleetType, fleet.prefix + NumberPrefixOffset, fleet.baseIdent,
                                  static_cast<long long>(fleet.maxIdent) - fleet.baseIdent + 1))
         return error;
     if (fleet.digits != 2 && fleet.digits != 3)
@@ -57,7 +57,7 @@ FleetConfig ToFleetConfig(const PlannedFleet& fleet, int digits)
     const int base = BaseIdentOf(fleet.fleetNumber);
     return {.fleetType = fleet.fleetType,
             .digits = digits,
-            .prefix = fleet.numberPrefix - numberPrefixOffset,
+            .prefix = fleet.numberPrefix - NumberPrefixOffset,
             .baseIdent = base,
             .maxIdent = base + fleet.size - 1};
 }
@@ -66,7 +66,7 @@ std::optional<AddressingError> CheckOverlap(const FleetConfig& fleet, std::span<
 {
     for (const FleetConfig& other : others) {
         if (Overlap(fleet, other)) {
-            const int numberPrefix = fleet.prefix + numberPrefixOffset;
+            const int numberPrefix = fleet.prefix + NumberPrefixOffset;
             return MakeError(AddressingCode::FleetsOverlap, {numberPrefix, FleetNumberOf(fleet.baseIdent),
                                                              numberPrefix, FleetNumberOf(other.baseIdent)});
         }

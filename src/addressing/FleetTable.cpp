@@ -15,8 +15,8 @@ bool CanNumber(int digits)
 
 bool IsUsable(const FleetConfig& row)
 {
-    return row.prefix >= 0 && row.prefix <= maxPrefix && row.baseIdent >= 1 &&
-           row.maxIdent >= row.baseIdent && row.maxIdent <= maxSubscriberIdent && CanNumber(row.digits);
+    return row.prefix >= 0 && row.prefix <= HighestPrefix && row.baseIdent >= 1 &&
+           row.maxIdent >= row.baseIdent && row.maxIdent <= MaxSubscriberIdent && CanNumber(row.digits);
 }
 
 } // namespace
@@ -64,16 +64,16 @@ std::optional<FleetConfig> FleetTable::MakeOwnRow(FleetType type, const RadioNum
                     .maxIdent = units ? numbering.unitMaxIdent : numbering.groupMaxIdent};
     if (row.baseIdent < 1 || row.maxIdent < row.baseIdent)
         return std::nullopt;
-    if (row.baseIdent > maxSubscriberIdent || !CanNumber(row.digits)) {
+    if (row.baseIdent > MaxSubscriberIdent || !CanNumber(row.digits)) {
         m_ownWarnings.emplace_back(AddressingCode::OwnFleetIgnored,
                                    std::vector{std::to_string(row.baseIdent), std::to_string(row.maxIdent),
                                                std::to_string(row.digits)});
         return std::nullopt;
     }
-    if (row.maxIdent > maxSubscriberIdent) {
+    if (row.maxIdent > MaxSubscriberIdent) {
         m_ownWarnings.emplace_back(AddressingCode::OwnFleetCut,
                                    std::vector{std::to_string(row.baseIdent), std::to_string(row.maxIdent)});
-        row.maxIdent = maxSubscriberIdent;
+        row.maxIdent = MaxSubscriberIdent;
     }
     return row;
 }
@@ -117,7 +117,7 @@ std::vector<AddressingError> FleetTable::Warnings() const
                 warnings.emplace_back(
                     AddressingCode::OwnFleetDiffers,
                     std::vector{std::to_string(own->baseIdent), std::to_string(own->maxIdent),
-                                std::to_string(row.prefix + numberPrefixOffset),
+                                std::to_string(row.prefix + NumberPrefixOffset),
                                 std::to_string(FleetNumberOf(row.baseIdent)), std::to_string(row.baseIdent),
                                 std::to_string(row.maxIdent)});
         }

@@ -9,8 +9,8 @@
 namespace {
 
 // The digits in front of the number within the fleet.
-constexpr std::size_t numberPrefixLength = 3;
-constexpr std::size_t fleetNumberLength = 4;
+constexpr std::size_t NumberPrefixLength = 3;
+constexpr std::size_t FleetNumberLength = 4;
 
 FleetType TypeOfNumber(const std::string& number)
 {
@@ -49,7 +49,7 @@ std::string FirstNumberText(const FleetConfig& row)
 
 std::string NumberPrefixText(int prefix)
 {
-    return std::to_string(prefix + numberPrefixOffset);
+    return std::to_string(prefix + NumberPrefixOffset);
 }
 
 bool Reaches(const FleetConfig& row, const std::string& number)
@@ -75,7 +75,7 @@ std::string Mpt1343Addressing::NumberingCode() const
 
 int Mpt1343Addressing::NumberingNameTextId() const
 {
-    return textAddressingMpt1343Name;
+    return TextMpt1343Name;
 }
 
 void Mpt1343Addressing::SetConfigSource(IMpt1343FleetConfigSource& fleets, IActionetConfigSource&)
@@ -108,8 +108,8 @@ RadioAddress Mpt1343Addressing::DialToAddress(const std::string& dial) const
     const std::string text = CleanDialText(dial);
     if (IsRawForm(text))
         return ParseRaw(text);
-    if (text == everybodyDial)
-        return SubscriberAddress(OwnPrefix(), everybodyIdent);
+    if (text == EverybodyDial)
+        return SubscriberAddress(OwnPrefix(), EverybodyIdent);
     const std::string digits = WithoutInnerSlashes(text);
     RequireDigits(digits);
     return DialDigits(digits);
@@ -120,10 +120,10 @@ RadioAddress Mpt1343Addressing::DialDigits(const std::string& digits) const
     if (digits.front() == '0') {
         std::string telephone = digits.substr(1);
         RequireTelephoneLength(telephone);
-        return GatewayAddress(OwnPrefix(), pstnGatewayIdent, std::move(telephone));
+        return GatewayAddress(OwnPrefix(), PstnGatewayIdent, std::move(telephone));
     }
     if (IsPabxExtension(digits))
-        return GatewayAddress(OwnPrefix(), pabxGatewayIdent, digits);
+        return GatewayAddress(OwnPrefix(), PabxGatewayIdent, digits);
     switch (digits.size()) {
     case 2:
     case 3:
@@ -133,10 +133,10 @@ RadioAddress Mpt1343Addressing::DialDigits(const std::string& digits) const
         return DialFleet(OwnPrefix(), digits, digits);
     case 9:
     case 10: {
-        const int numberPrefix = ParseDigits(std::string_view(digits).substr(0, numberPrefixLength));
-        if (numberPrefix < minNumberPrefix || numberPrefix > maxNumberPrefix)
+        const int numberPrefix = ParseDigits(std::string_view(digits).substr(0, NumberPrefixLength));
+        if (numberPrefix < MinNumberPrefix || numberPrefix > MaxNumberPrefix)
             throw AddressingError(AddressingCode::NumberPrefixRange, {std::to_string(numberPrefix)});
-        return DialFleet(numberPrefix - numberPrefixOffset, digits.substr(numberPrefixLength), digits);
+        return DialFleet(numberPrefix - NumberPrefixOffset, digits.substr(NumberPrefixLength), digits);
     }
     default:
         throw AddressingError(AddressingCode::NumberLength, {std::to_string(digits.size())});
@@ -165,10 +165,10 @@ RadioAddress Mpt1343Addressing::DialOwnFleet(const std::string& number) const
 RadioAddress Mpt1343Addressing::DialFleet(int prefix, const std::string& fleetAndNumber,
                                           const std::string& dialled) const
 {
-    const std::string fleet = fleetAndNumber.substr(0, fleetNumberLength);
-    const std::string number = fleetAndNumber.substr(fleetNumberLength);
+    const std::string fleet = fleetAndNumber.substr(0, FleetNumberLength);
+    const std::string number = fleetAndNumber.substr(FleetNumberLength);
     const int fleetNumber = ParseDigits(fleet);
-    if (fleetNumber < minFleetNumber || fleetNumber > maxFleetNumber)
+    if (fleetNumber < MinFleetNumber || fleetNumber > MaxFleetNumber)
         throw AddressingError(AddressingCode::FleetNumberRange, {fleet});
     RequireNumberInFleet(number);
 
@@ -198,12 +198,12 @@ int Mpt1343Addressing::UnplannedIdent(int prefix, int fleetNumber, const std::st
         throw AddressingError(
             ForType(type, AddressingCode::FleetHasNoUnits, AddressingCode::FleetHasNoGroups), fleetTexts);
     const bool inItsRange =
-        type == FleetType::Units ? fleetNumber <= lastUnitFleetNumber : fleetNumber >= firstGroupFleetNumber;
+        type == FleetType::Units ? fleetNumber <= LastUnitFleetNumber : fleetNumber >= FirstGroupFleetNumber;
     if (!inItsRange)
         throw AddressingError(ForType(type, AddressingCode::NotAUnitFleet, AddressingCode::NotAGroupFleet),
                               fleetTexts);
     const int ident = base + OffsetOf(number);
-    if (ident > maxSubscriberIdent)
+    if (ident > MaxSubscriberIdent)
         throw AddressingError(AddressingCode::IdentAboveLimit, {dialled, std::to_string(ident)});
     if (const FleetConfig* row = m_fleets.FindContaining(prefix, ident)) {
         fleetTexts.push_back(std::to_string(row->baseIdent));
@@ -259,7 +259,7 @@ bool Mpt1343Addressing::IsDialledByFleetNumber(const FleetConfig& row) const
 std::string Mpt1343Addressing::GatewayDial(const RadioAddress& address) const
 {
     if (address.prefix == m_fleets.OwnPrefix()) {
-        if (address.ident == pstnGatewayIdent)
+        if (address.ident == PstnGatewayIdent)
             return '0' + address.digits;
         if (IsPabxExtension(address.digits))
             return address.digits;

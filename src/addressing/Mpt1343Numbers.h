@@ -6,16 +6,16 @@
 // 3). Units are numbered 20..89 or 200..899, groups 90..99 or 900..999, and the first number of a fleet is
 // its base ident.
 
-inline constexpr int numberPrefixOffset = 200; // number prefix minus MPT1327 prefix
-inline constexpr int minNumberPrefix = 200;
-inline constexpr int maxNumberPrefix = 327;
-inline constexpr int minFleetNumber = 2001;
-inline constexpr int maxFleetNumber = 6050;
-inline constexpr int minFleetSize = 2;
-inline constexpr int maxUnitFleetSize = 700;
-inline constexpr int maxGroupFleetSize = 100;
-inline constexpr int lastUnitFleetNumber = 5499;   // of a fleet outside the plan
-inline constexpr int firstGroupFleetNumber = 5500; // of a fleet outside the plan
+inline constexpr int NumberPrefixOffset = 200; // number prefix minus MPT1327 prefix
+inline constexpr int MinNumberPrefix = 200;
+inline constexpr int MaxNumberPrefix = 327;
+inline constexpr int MinFleetNumber = 2001;
+inline constexpr int MaxFleetNumber = 6050;
+inline constexpr int MinFleetSize = 2;
+inline constexpr int MaxUnitFleetSize = 700;
+inline constexpr int MaxGroupFleetSize = 100;
+inline constexpr int LastUnitFleetNumber = 5499;   // of a fleet outside the plan
+inline constexpr int FirstGroupFleetNumber = 5500; // of a fleet outside the plan
 
 constexpr int BaseIdentOf(int fleetNumber)
 {

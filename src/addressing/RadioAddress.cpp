@@ -13,15 +13,15 @@ void RequireInRange(int value, int max, AddressingCode code)
 
 bool IsGateway(int ident)
 {
-    return ident == pstnGatewayIdent || ident == pabxGatewayIdent;
+    return ident == PstnGatewayIdent || ident == PabxGatewayIdent;
 }
 
 } // namespace
 
 void ValidateAddress(const RadioAddress& address)
 {
-    RequireInRange(address.prefix, maxPrefix, AddressingCode::PrefixRange);
-    RequireInRange(address.ident, maxIdent, AddressingCode::IdentRange);
+    RequireInRange(address.prefix, HighestPrefix, AddressingCode::PrefixRange);
+    RequireInRange(address.ident, HighestIdent, AddressingCode::IdentRange);
     if (address.kind == AddressKind::Gateway) {
         if (!IsGateway(address.ident))
             throw AddressingError(AddressingCode::GatewayIdentNeeded);

@@ -3,15 +3,15 @@
 #include <string>
 
 // Ranges and well-known idents of the 20-bit MPT1327 address: 7 bits of prefix, 13 bits of ident.
-inline constexpr int maxPrefix = 127;
-inline constexpr int maxIdent = 8191;
+inline constexpr int HighestPrefix = 127;
+inline constexpr int HighestIdent = 8191;
 // Highest ident of a unit or group; what lies above is special (gateways, registration, everybody).
-inline constexpr int maxSubscriberIdent = 8100;
+inline constexpr int MaxSubscriberIdent = 8100;
 
-inline constexpr int dummyIdent = 0;
-inline constexpr int pstnGatewayIdent = 8101;
-inline constexpr int pabxGatewayIdent = 8102;
-inline constexpr int everybodyIdent = 8191;
+inline constexpr int DummyIdent = 0;
+inline constexpr int PstnGatewayIdent = 8101;
+inline constexpr int PabxGatewayIdent = 8102;
+inline constexpr int EverybodyIdent = 8191;
 
 enum class AddressKind {
     Radio = 0,   // a radio, a group or a special ident; digits are empty

@@ -4,8 +4,8 @@
 
 std::optional<AddressingError> CheckOwnNumber(const RadioNumbering& numbering)
 {
-    if (numbering.prefix >= 0 && numbering.prefix <= maxPrefix && numbering.ident >= 0 &&
-        numbering.ident <= maxIdent)
+    if (numbering.prefix >= 0 && numbering.prefix <= HighestPrefix && numbering.ident >= 0 &&
+        numbering.ident <= HighestIdent)
         return std::nullopt;
     return AddressingError(AddressingCode::OwnNumberIgnored,
                            {std::to_string(numbering.prefix), std::to_string(numbering.ident)});

@@ -76,5 +76,5 @@ enum class AddressingCode {
 };
 
 // Name of each numbering: the caption of its configuration window.
-inline constexpr int textAddressingMpt1343Name = 4034;
-inline constexpr int textAddressingActionetName = 4016;
+inline constexpr int TextMpt1343Name = 4034;
+inline constexpr int TextActionetName = 4016;

@@ -19,12 +19,12 @@ struct Field {
 };
 
 constexpr Field fields[] = {
-    {"prefix", &RadioNumbering::prefix, 0, maxPrefix},
-    {"ident", &RadioNumbering::ident, 0, maxIdent},
-    {"unitBaseIdent", &RadioNumbering::unitBaseIdent, 0, maxIdent},
-    {"unitMaxIdent", &RadioNumbering::unitMaxIdent, 0, maxIdent},
-    {"groupBaseIdent", &RadioNumbering::groupBaseIdent, 0, maxIdent},
-    {"groupMaxIdent", &RadioNumbering::groupMaxIdent, 0, maxIdent},
+    {"prefix", &RadioNumbering::prefix, 0, HighestPrefix},
+    {"ident", &RadioNumbering::ident, 0, HighestIdent},
+    {"unitBaseIdent", &RadioNumbering::unitBaseIdent, 0, HighestIdent},
+    {"unitMaxIdent", &RadioNumbering::unitMaxIdent, 0, HighestIdent},
+    {"groupBaseIdent", &RadioNumbering::groupBaseIdent, 0, HighestIdent},
+    {"groupMaxIdent", &RadioNumbering::groupMaxIdent, 0, HighestIdent},
     {"unitDigits", &RadioNumbering::unitDigits, 2, 3},
     {"groupDigits", &RadioNumbering::groupDigits, 2, 3},
 };

@@ -29,12 +29,12 @@ struct FieldRule {
 };
 
 constexpr FieldRule fieldRules[] = {
-    {FleetField::Prefix1327, 1, 3, 0, maxPrefix, Parity::Any},
-    {FleetField::BaseIdent, 1, 4, 2, maxSubscriberIdent, Parity::Even},
-    {FleetField::MaxIdent, 1, 4, 2, maxSubscriberIdent, Parity::Odd},
-    {FleetField::Prefix1343, 1, 3, minNumberPrefix, maxNumberPrefix, Parity::Any},
-    {FleetField::FleetNumber, 4, 4, minFleetNumber, maxFleetNumber, Parity::Any},
-    {FleetField::FleetSize, 1, 3, minFleetSize, maxUnitFleetSize, Parity::Even},
+    {FleetField::Prefix1327, 1, 3, 0, HighestPrefix, Parity::Any},
+    {FleetField::BaseIdent, 1, 4, 2, MaxSubscriberIdent, Parity::Even},
+    {FleetField::MaxIdent, 1, 4, 2, MaxSubscriberIdent, Parity::Odd},
+    {FleetField::Prefix1343, 1, 3, MinNumberPrefix, MaxNumberPrefix, Parity::Any},
+    {FleetField::FleetNumber, 4, 4, MinFleetNumber, MaxFleetNumber, Parity::Any},
+    {FleetField::FleetSize, 1, 3, MinFleetSize, MaxUnitFleetSize, Parity::Even},
 };
 
 bool HasParity(int value, Parity parity)
@@ -51,7 +51,7 @@ int TwoDigitNumbers(FleetType type)
 bool IsValidSize(FleetType type, const QString& text)
 {
     const auto size = ValidateFleetField(FleetField::FleetSize, text);
-    return size && (type == FleetType::Units || *size <= maxGroupFleetSize);
+    return size && (type == FleetType::Units || *size <= MaxGroupFleetSize);
 }
 
 // The checks of the single fields, in their order.
@@ -119,7 +119,7 @@ std::optional<int> ValidateFleetField(FleetField kind, const QString& text)
 QString Prefix1327From(const QString& prefix1343)
 {
     const auto prefix = ValidateFleetField(FleetField::Prefix1343, prefix1343);
-    return prefix ? QString::number(*prefix - numberPrefixOffset) : QString();
+    return prefix ? QString::number(*prefix - NumberPrefixOffset) : QString();
 }
 
 QString BaseIdentFrom(const QString& fleetNumber)
@@ -138,7 +138,7 @@ QString MaxIdentFrom(const QString& baseIdent, const QString& fleetSize)
 QString Prefix1343From(const QString& prefix1327)
 {
     const auto prefix = ValidateFleetField(FleetField::Prefix1327, prefix1327);
-    return prefix ? QString::number(*prefix + numberPrefixOffset) : QString();
+    return prefix ? QString::number(*prefix + NumberPrefixOffset) : QString();
 }
 
 QString FleetNumberFrom(const QString& baseIdent)

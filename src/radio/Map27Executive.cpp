@@ -262,8 +262,8 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
     RadioAddress to;
     if (!ToAddress(dial, to))
         return;
-    const bool pstn = to.ident == pstnGatewayIdent;
-    if (to.kind == AddressKind::Gateway && !pstn && to.ident != pabxGatewayIdent)
+    const bool pstn = to.ident == PstnGatewayIdent;
+    if (to.kind == AddressKind::Gateway && !pstn && to.ident != PabxGatewayIdent)
         return;
 
     int description = RadioText::Voice;

@@ -372,11 +372,11 @@ RadioAgent::Party RadioAgent::Resolve(int prefix, int ident) const
 QString RadioAgent::IncomingCaption(bool emergency, int prefix, int ident) const
 {
     int id = RadioText::IncomingCall;
-    if (prefix == 0 && ident == pstnGatewayIdent)
+    if (prefix == 0 && ident == PstnGatewayIdent)
         id = RadioText::IncomingPstnCall;
-    else if (prefix == 0 && ident == pabxGatewayIdent)
+    else if (prefix == 0 && ident == PabxGatewayIdent)
         id = RadioText::IncomingPabxCall;
-    else if (ident == everybodyIdent)
+    else if (ident == EverybodyIdent)
         id = RadioText::IncomingSysWideCall;
     const QString caption = Text(id);
     return emergency ? FormatMessage(m_services.strings, RadioText::EmergencyIn, {caption}) : caption;

@@ -37,8 +37,8 @@ TEST(RoundTrip, EveryAddress)
     for (const char* name : {"P1", "ANN-A", "ANN-B", "ANN-C", "ANN-D"}) {
         SCOPED_TRACE(name);
         const auto addressing = MakeAddressing(PlanNamed(name));
-        for (int prefix = 0; prefix <= maxPrefix; ++prefix) {
-            for (int ident = 0; ident <= maxIdent; ++ident) {
+        for (int prefix = 0; prefix <= HighestPrefix; ++prefix) {
+            for (int ident = 0; ident <= HighestIdent; ++ident) {
                 if (!RoundTrips(*addressing, {prefix, ident}))
                     FAIL() << prefix << '-' << ident;
             }
@@ -54,13 +54,13 @@ TEST(RoundTrip, EveryActionetModelAndParameters)
                 SCOPED_TRACE(testing::Message() << model << ", FPP " << fpp << ", MEP " << mep);
                 const ActionetConfig config{fpp, mep, model};
                 // The own radio in a different fleet and under a different prefix each time.
-                const int ident = 1 + (fpp * 1511 + mep * 811) % maxSubscriberIdent;
+                const int ident = 1 + (fpp * 1511 + mep * 811) % MaxSubscriberIdent;
                 const RadioNumbering own{.prefix = fpp, .ident = ident};
                 const auto addressing = MakeAddressing({{}, own, config});
                 std::set<int> fleets;
                 std::map<ActionetFleetKind, int> kinds;
                 int numbers = 0;
-                for (int other = 1; other <= maxSubscriberIdent; ++other) {
+                for (int other = 1; other <= MaxSubscriberIdent; ++other) {
                     if (!RoundTrips(*addressing, {own.prefix, other}))
                         FAIL() << other;
                     const ActionetFleet fleet = ActionetFleetOf(config, other);
