@@ -18,7 +18,7 @@ TEST(Options, WrongOnesAreExplained)
         {{"--fault", "noise=1.5"}, "--fault: noise must be off or 0 to 1, not \"1.5\""},
         {{"--fault", "noise=nan"}, "--fault: noise must be off or 0 to 1, not \"nan\""},
         {{"--fault", "rain"},
-         "--fault: unknown fault \"rain\"; there are bit-errors, drop-frames, wrong-fcs, lost-la, "
+         "--fault: unknown fault \"rain\"; known are bit-errors, drop-frames, wrong-fcs, lost-la, "
          "duplicate-lt, "
          "noise, delay, no-credit, stray-lr, flag-fcs, no-ident, extra-octets, unknown-types, "
          "short-settings, "

@@ -58,7 +58,7 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {R"({"base": "storm"})", "base: storm: base: a base may not have a base of its own"},
         {R"({"base": "tour", "fleet": [{"name": "Unit20", "prefix": 0, "ident": 70}]})",
          "fleet[0].name: there is another \"Unit20\""},
-        {Document(R"("flet": [])"), "top level: unknown field \"flet\"; there are base, radio, network, "
+        {Document(R"("flet": [])"), "top level: unknown field \"flet\"; known are base, radio, network, "
                                     "fleet, strangers, pstn, pabx, events, "
                                     "faults"},
         {Document(R"("network": {"systemIdentity": "8000"})"),
@@ -89,7 +89,7 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "call": {"behaviour": true}})"),
          "fleet[1].call.behaviour: must be a text, not true or false"},
         {FleetOf(R"({"name": "B", "prefix": 0, "ident": 4, "status": "asleep"})"),
-         "fleet[1].status: unknown behaviour \"asleep\"; there are answers, slow, rings, queued, busy, "
+         "fleet[1].status: unknown behaviour \"asleep\"; known are answers, slow, rings, queued, busy, "
          "refuses, "
          "engaged, no-answer, call-back, out-of-reach, rejects, overload, diverted, diverted-away, "
          "diverted-nowhere, diverted-to-group, silent"},

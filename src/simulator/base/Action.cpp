@@ -30,7 +30,7 @@ std::string CheckCall(const CallAction& action, const Fleet& fleet)
 {
     const bool telephone = action.from.ident == map27::Ident::Pstn || action.from.ident == map27::Ident::Pabx;
     if (telephone && action.scope != CallScope::Individual)
-        return "a telephone calls one radio only";
+        return "a telephone can call only a single radio";
     return telephone ? std::string{} : CheckSender(action.from, fleet);
 }
 
@@ -59,7 +59,7 @@ std::string CheckAction(const Action& action, const Fleet& fleet)
 {
     return std::visit(Overloaded{
                           [&](const StatusAction& status) {
-                              return status.code > 31 ? "a status is 0 to 31"
+                              return status.code > 31 ? "a status must be 0 to 31"
                                                       : CheckSender(status.from, fleet);
                           },
                           [&](const TextAction& text) { return CheckText(text, fleet); },
@@ -89,7 +89,7 @@ std::string Describe(const Action& action, const Fleet& fleet)
             },
             [&](const TextAction& a) { return "text from " + name(a.from); },
             [&](const CallAction& a) { return DescribeCall(a, fleet); },
-            [](const HangUpAction&) { return std::string("hang-up of the other side"); },
+            [](const HangUpAction&) { return std::string("hang-up by the other side"); },
             [](const ContactAction& a) {
                 return std::string(a.inContact ? "contact found" : "contact lost");
             },

@@ -13,14 +13,14 @@ const std::array<FaultDescription, FaultCount> FaultDescriptions{{
     {FaultKind::LostLa, "lost-la", 0.1, 1, "an acknowledgement (LA) is lost"},
     {FaultKind::DuplicateLt, "duplicate-lt", 0.1, 1, "a transfer (LT) comes twice"},
     {FaultKind::Noise, "noise", 0.1, 1, "random octets before a frame"},
-    {FaultKind::Delay, "delay", 500, 10000, "a frame is late by up to so many milliseconds"},
+    {FaultKind::Delay, "delay", 500, 10000, "a frame is late by up to this many milliseconds"},
     {FaultKind::NoCredit, "no-credit", 0.1, 1, "an acknowledgement of the radio gives no credit"},
     {FaultKind::StrayLr, "stray-lr", 0.01, 1, "the radio asks for a new link in the middle of the traffic"},
     {FaultKind::FlagFcs, "flag-fcs", 1, 1,
-     "a frame of the radio has 02, 03, 10 or 16 in its check sequence, made so by octets at its end"},
+     "a frame of the radio has 02, 03, 10 or 16 in its check sequence, forced by extra octets at its end"},
     {FaultKind::NoIdent, "no-ident", 1, 1, "an acknowledgement names nobody"},
     {FaultKind::ExtraOctets, "extra-octets", 1, 1, "octets after the end of a message"},
-    {FaultKind::UnknownTypes, "unknown-types", 0.1, 1, "after a message one of an unknown type"},
+    {FaultKind::UnknownTypes, "unknown-types", 0.1, 1, "a message is followed by one of an unknown type"},
     {FaultKind::ShortSettings, "short-settings", 1, 1, "radio settings of four octets, as before 1998"},
     {FaultKind::HighNetworkBits, "high-network-bits", 1, 1, "bits set above the channel number"},
     {FaultKind::ConnectedTwice, "connected-twice", 1, 1, "C5 after a call that came in connected"},
@@ -61,7 +61,7 @@ std::optional<FaultChoice> ChooseFault(std::string_view word, std::string_view v
 {
     const FaultDescription* fault = FaultOfWord(word);
     if (!fault) {
-        problem = "unknown fault \"" + std::string(word) + "\"; there are " + FaultWords();
+        problem = "unknown fault \"" + std::string(word) + "\"; known are " + FaultWords();
         return std::nullopt;
     }
     if (value.empty() || value == "off")

@@ -14,7 +14,7 @@ constexpr std::size_t MostWaiting = 5000;
 std::string DeliveryService::Deliver(const StatusAction& action)
 {
     if (m_waiting.size() >= MostWaiting)
-        return "the radio keeps no more messages";
+        return "the radio has no room for more messages";
     m_waiting.emplace_back(map27::StatusMessage{{action.from, {}}, action.code});
     return {};
 }
@@ -22,7 +22,7 @@ std::string DeliveryService::Deliver(const StatusAction& action)
 std::string DeliveryService::Deliver(const TextAction& action)
 {
     if (m_waiting.size() >= MostWaiting)
-        return "the radio keeps no more messages";
+        return "the radio has no room for more messages";
     const auto encoded = map27::EncodeText(action.text, action.coding);
     if (const auto* problem = std::get_if<map27::TextProblem>(&encoded))
         return TextProblemText(*problem);
@@ -51,7 +51,7 @@ std::string DeliveryService::Deliver(const StormAction& action)
             units.push_back(member.address);
     }
     if (units.empty())
-        return "there is nobody in the fleet";
+        return "the fleet has no units";
     const auto any = [&](std::size_t count) {
         return static_cast<std::size_t>(m_air.random.Between(0, static_cast<int>(count) - 1));
     };

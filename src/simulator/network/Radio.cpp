@@ -128,12 +128,12 @@ std::string Radio::Tell(const map27::FromRadio& message)
     case map27::SendResult::NotReady:
         return "no console is connected";
     case map27::SendResult::QueueFull:
-        return "the console does not take any more messages";
+        return "the console takes no more messages";
     case map27::SendResult::TooLong:
     case map27::SendResult::Empty:
         break;
     }
-    return "the console takes shorter messages only";
+    return "the console only takes shorter messages";
 }
 
 void Radio::Enter(TimePoint now)

@@ -37,7 +37,7 @@ void SymbolicLink::PointTo(const QString& target)
     if (exists && !S_ISLNK(found.st_mode))
         throw PortError(m_path.toStdString() + ": exists and is no symbolic link; it is left as it is");
     if (!exists && errno != ENOENT)
-        Fail(m_path, "cannot be looked at");
+        Fail(m_path, "cannot be examined");
 
     // Made beside it and moved into place, so that there always is a link.
     const QByteArray aside = path + '.' + QByteArray::number(::getpid()) + ".new";

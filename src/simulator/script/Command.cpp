@@ -90,7 +90,7 @@ Command ParseContact(Words& words, const Scenario&)
 {
     const std::string word(words.Next("lost or found"));
     if (word != "lost" && word != "found")
-        throw CommandProblem{"contact is lost or found, not \"" + word + '"'};
+        throw CommandProblem{"contact must be lost or found, not \"" + word + '"'};
     return Action(ContactAction{word == "found"});
 }
 
@@ -109,7 +109,7 @@ Command ParseBehave(Words& words, const Scenario&)
     const std::string word(words.Next("the behaviour"));
     const auto behaviour = BehaviourOfWord(word);
     if (!behaviour)
-        throw CommandProblem{"unknown behaviour \"" + word + "\"; there are " + BehaviourWords()};
+        throw CommandProblem{"unknown behaviour \"" + word + "\"; known are " + BehaviourWords()};
     action.reaction = Reaction::Of(*behaviour);
     if (!words.AtEnd())
         action.reaction.reactAfter = Milliseconds(words.Number("the time to react", 0, LongestMs));
@@ -127,7 +127,7 @@ template <bool isControl> Command ParseSignal(Words& words, const Scenario&)
     const std::string word(words.Next("on, off or unknown"));
     const auto signal = SignalOfWord(word);
     if (!signal)
-        throw CommandProblem{"it is on, off or unknown, not \"" + word + '"'};
+        throw CommandProblem{"the state must be on, off or unknown, not \"" + word + '"'};
     action.signal = *signal;
     return Action(action);
 }
@@ -178,7 +178,7 @@ Command ParseSilent(Words& words, const Scenario&)
 {
     const std::string word(words.Next("on or off"));
     if (word != "on" && word != "off")
-        throw CommandProblem{"silent is on or off, not \"" + word + '"'};
+        throw CommandProblem{"silent must be on or off, not \"" + word + '"'};
     SilenceAction action{word == "on", {}};
     if (action.silent && !words.AtEnd()) {
         action.duration = words.Seconds("the number of seconds");

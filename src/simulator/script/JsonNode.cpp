@@ -69,7 +69,7 @@ void JsonNode::RequireMembers(std::initializer_list<const char*> known) const
         std::string names;
         for (const char* name : known)
             names += (names.empty() ? "" : ", ") + std::string(name);
-        Fail("unknown field \"" + member.key().toStdString() + "\"; there are " + names);
+        Fail("unknown field \"" + member.key().toStdString() + "\"; known are " + names);
     }
 }
 

@@ -99,7 +99,7 @@ FaultSettings ReadFaults(const JsonNode& node)
     for (const auto& [word, value] : node.Entries()) {
         const FaultDescription* fault = FaultOfWord(word);
         if (!fault)
-            value.Fail("unknown fault \"" + word + "\"; there are " + FaultWords());
+            value.Fail("unknown fault \"" + word + "\"; known are " + FaultWords());
         faults.Set(fault->kind, value.Number(0, fault->highest));
     }
     return faults;
