@@ -83,8 +83,12 @@ void frmStatusEditor::ConnectControls()
     });
     connect(m_ui->lvStati, &QTreeView::doubleClicked, this, &frmStatusEditor::EditText);
     connect(m_ui->cmbEditStatus, &QComboBox::currentIndexChanged, this, &frmStatusEditor::ShowCode);
-    // Choosing the code that is chosen already reads its texts again.
-    connect(m_ui->cmbEditStatus, &QComboBox::activated, this, &frmStatusEditor::ShowCode);
+    // Choosing the code that is chosen already reads its texts again. A new choice has just been read.
+    m_justShown.setSingleShot(true);
+    connect(m_ui->cmbEditStatus, &QComboBox::activated, this, [this] {
+        if (!m_justShown.isActive())
+            ShowCode();
+    });
     connect(m_ui->Command3, &QPushButton::clicked, this, &frmStatusEditor::Set);
     connect(m_ui->Command4, &QPushButton::clicked, this, &frmStatusEditor::EditText);
     connect(m_ui->Command5, &QPushButton::clicked, this, &frmStatusEditor::Delete);
@@ -143,6 +147,7 @@ void frmStatusEditor::ShowCode()
         Try([&] { m_shown = Seek(code); });
     m_ui->txtEditInDesc->setText(m_shown ? m_shown->in : QString());
     m_ui->txtEditOutDesc->setText(m_shown ? m_shown->out : QString());
+    m_justShown.start(0);
 }
 
 // Choosing a code replaces both texts: what is typed before would be lost.

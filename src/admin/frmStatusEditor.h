@@ -4,6 +4,7 @@
 #include "admin/StatusModel.h"
 
 #include <QDialog>
+#include <QTimer>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -55,5 +56,6 @@ private:
     StatusModel* m_model;
     std::unique_ptr<dao::Recordset> m_rows;
     std::optional<StatusRow> m_shown; // of the chosen code, as it was read
+    QTimer m_justShown;               // runs until the event that chose the code is over
     bool m_filling = false;
 };

@@ -116,6 +116,7 @@ TEST_F(StatusEditorTest, WhatAnotherConsoleDidMeanwhileIsNotOverwritten)
     };
     for (const auto& choose : chooseAgain) {
         Type(*window, "txtEditInDesc", "mine");
+        QCoreApplication::processEvents();
         choose();
         EXPECT_EQ(Texts(), "theirs|both");
     }
