@@ -1,60 +1,88 @@
 #include "app/CommandLine.h"
 
+#include <QCommandLineParser>
+
+namespace {
+
+const QCommandLineOption SettingsOption{"settings", "another settings file than the user's own", "FILE"};
+const QCommandLineOption DemonstrationOption{
+    "demonstration", "a demonstration database and a simulated radio, all kept in DIR", "DIR"};
+const QCommandLineOption TourOption{"tour", "the guided tour: pictures and tour.log in DIR; needs no display",
+                                    "DIR"};
+const QCommandLineOption ScriptOption{
+    "script", "other steps for the tour than tour/console.tour beside the program", "FILE"};
+const QCommandLineOption VersionOption{"version", "prints the version"};
+const QCommandLineOption HelpOption{{"help", "h"}, "prints this"};
+
+const QList<QCommandLineOption>& Options()
+{
+    static const QList<QCommandLineOption> options{SettingsOption, DemonstrationOption, TourOption,
+                                                   ScriptOption,   VersionOption,       HelpOption};
+    return options;
+}
+
+// Empty when the options go together.
+QString ProblemOf(const QCommandLineParser& parser)
+{
+    if (!parser.positionalArguments().isEmpty())
+        return QStringLiteral("unknown argument: %1").arg(parser.positionalArguments().first());
+    for (const QCommandLineOption& option : Options()) {
+        if (!option.valueName().isEmpty() && parser.isSet(option) && parser.value(option).isEmpty())
+            return QStringLiteral("--%1 needs a value").arg(option.names().first());
+    }
+    const bool tour = parser.isSet(TourOption);
+    const bool demonstration = parser.isSet(DemonstrationOption);
+    if (tour && demonstration)
+        return QStringLiteral("--tour and --demonstration exclude each other");
+    if (parser.isSet(SettingsOption) && (tour || demonstration))
+        return QStringLiteral("--settings cannot be combined with --tour or --demonstration");
+    if (parser.isSet(ScriptOption) && !tour)
+        return QStringLiteral("--script needs --tour");
+    return {};
+}
+
+} // namespace
+
 CommandLine CommandLine::Parse(const QStringList& arguments)
 {
     CommandLine line;
-    const auto wrong = [&line](const QString& problem) {
-        line.mode = Mode::Wrong;
-        line.problem = problem;
+    QCommandLineParser parser;
+    parser.addOptions(Options());
+    const bool understood = parser.parse(arguments);
+    if (parser.isSet(HelpOption)) {
+        line.mode = Mode::Help;
         return line;
-    };
-    for (qsizetype i = 1; i < arguments.size(); ++i) {
-        const QString& argument = arguments[i];
-        const bool takesValue = argument == QLatin1String("--settings") ||
-                                argument == QLatin1String("--tour") ||
-                                argument == QLatin1String("-session") ||
-                                argument == QLatin1String("--demonstration");
-        if (argument == QLatin1String("--help") || argument == QLatin1String("-h")) {
-            line.mode = Mode::Help;
-            return line;
-        }
-        if (argument == QLatin1String("--version")) {
-            line.mode = Mode::Version;
-            return line;
-        }
-        if (!takesValue)
-            return wrong(QStringLiteral("unknown argument: %1").arg(argument));
-        if (i + 1 == arguments.size() || arguments[i + 1].isEmpty())
-            return wrong(QStringLiteral("%1 needs a value").arg(argument));
-        const QString& value = arguments[++i];
-        if (argument == QLatin1String("-session")) // from a session manager that starts the console again
-            continue;
-        if (argument == QLatin1String("--settings")) {
-            line.settingsFile = value;
-            continue;
-        }
-        if (line.mode != Mode::Console)
-            return wrong(QStringLiteral("--tour and --demonstration exclude each other"));
-        line.mode = argument == QLatin1String("--tour") ? Mode::Tour : Mode::Demonstration;
-        line.folder = value;
     }
-    if (line.mode != Mode::Console && !line.settingsFile.isEmpty())
-        return wrong(QStringLiteral("--settings cannot be combined with --tour or --demonstration"));
+    if (understood && parser.isSet(VersionOption)) {
+        line.mode = Mode::Version;
+        return line;
+    }
+    line.problem = understood ? ProblemOf(parser) : parser.errorText();
+    line.settingsFile = parser.value(SettingsOption);
+    line.script = parser.value(ScriptOption);
+    if (!line.problem.isEmpty()) {
+        line.mode = Mode::Wrong;
+    } else if (parser.isSet(TourOption)) {
+        line.mode = Mode::Tour;
+        line.folder = parser.value(TourOption);
+    } else if (parser.isSet(DemonstrationOption)) {
+        line.mode = Mode::Demonstration;
+        line.folder = parser.value(DemonstrationOption);
+    }
     return line;
 }
 
 QString CommandLine::Help()
 {
-    return QStringLiteral(
-        "usage: veltorkyn [--settings FILE] | --demonstration DIR | --tour DIR\n"
+    QString text = QStringLiteral(
+        "usage: veltorkyn [--settings FILE] | --demonstration DIR | --tour DIR [--script FILE]\n"
         "\n"
         "The dispatcher console for MPT1327 trunked radio.\n"
-        "\n"
-        "  --settings FILE      another settings file than the user's own\n"
-        "  --demonstration DIR  a demonstration database and a simulated radio, all kept in DIR\n"
-        "  --tour DIR           the guided tour: pictures and tour.log in DIR; needs no display\n"
-        "  --version            prints the version\n"
-        "  --help               prints this\n"
-        "\n"
-        "Exit codes: 0 done, 1 failed (the reason is shown), 2 wrong arguments.\n");
+        "\n");
+    for (const QCommandLineOption& option : Options()) {
+        const QString name = QStringLiteral("--%1 %2").arg(option.names().first(), option.valueName());
+        text += QStringLiteral("  %1  %2\n").arg(name, -19).arg(option.description());
+    }
+    return text +
+           QStringLiteral("\nExit codes: 0 done, 1 failed (the reason is shown), 2 wrong arguments.\n");
 }

@@ -2,10 +2,13 @@
 
 #include "app/Application.h"
 #include "app/Demonstration.h"
-#include "app/TourRunner.h"
-#include "app/TourScript.h"
+#include "app/TourStage.h"
 #include "core/ProgramLog.h"
 #include "core/Settings.h"
+#include "tour/TourHand.h"
+#include "tour/TourLooks.h"
+#include "tour/TourRunner.h"
+#include "tour/TourScript.h"
 
 #include <QApplication>
 
@@ -25,11 +28,25 @@ void WriteToLog(QtMsgType, const QMessageLogContext&, const QString& text)
     ProgramLog::Write(text);
 }
 
+std::vector<TourStep> Steps(const IStringSource& strings, Demonstration& demonstration, const QString& script)
+{
+    std::vector<TourWord> words = TourStageWords(demonstration);
+    for (const std::vector<TourWord>& more : {TourHandWords(), TourLookWords()})
+        words.insert(words.end(), more.begin(), more.end());
+    return TourScript(words, TourTexts(strings, TourStageNames(demonstration))).Read(script);
+}
+
 } // namespace
 
-int RunConsoleTour(const IStringSource& strings, const QString& folder)
+QString DefaultTourScript()
+{
+    return QCoreApplication::applicationDirPath() + QStringLiteral("/tour/console.tour");
+}
+
+int RunConsoleTour(const IStringSource& strings, const QString& folder, const QString& script)
 {
     Demonstration demonstration(folder, strings);
+    const std::vector<TourStep> steps = Steps(strings, demonstration, script);
     demonstration.Clean();
     ProgramLog::Open(demonstration.Folder());
     qInstallMessageHandler(WriteToLog);
@@ -38,8 +55,7 @@ int RunConsoleTour(const IStringSource& strings, const QString& folder)
 
     Application application(strings);
     application.StartUp(demonstration.SettingsFile());
-    TourScript script(strings, demonstration);
-    TourRunner runner(demonstration.Folder(), script.Steps());
+    TourRunner runner(demonstration.Folder(), steps);
     // Queued: the end may come while a dialog of a failed step is still open.
     QObject::connect(
         &runner, &TourRunner::Finished, qApp, [] { QApplication::exit(); }, Qt::QueuedConnection);

@@ -94,7 +94,8 @@ int Run(const CommandLine& line)
     try {
         switch (line.mode) {
         case CommandLine::Mode::Tour:
-            return RunConsoleTour(strings, line.folder);
+            return RunConsoleTour(strings, line.folder,
+                                  line.script.isEmpty() ? DefaultTourScript() : line.script);
         case CommandLine::Mode::Demonstration:
             return RunDemonstration(strings, line.folder);
         default:

@@ -24,7 +24,8 @@ ROOMS = {
     "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
     "ctl": {"numbering", "radio", "core", "dao", "addressing"},
-    "app": {"mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
+    "tour": {"mainwindow", "core"},
+    "app": {"tour", "mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {

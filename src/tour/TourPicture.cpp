@@ -1,4 +1,4 @@
-#include "app/TourPicture.h"
+#include "tour/TourPicture.h"
 
 #include <QApplication>
 #include <QMainWindow>

@@ -1,0 +1,123 @@
+#include "app/TourStage.h"
+
+#include "app/Demonstration.h"
+#include "core/Errors.h"
+#include "dao/Database.h"
+#include "dao/Location.h"
+#include "dao/QueryDef.h"
+#include "dao/Recordset.h"
+#include "dao/Workspace.h"
+#include "tour/TourControls.h"
+
+#include <QFile>
+
+namespace {
+
+using Values = const QStringList&;
+
+constexpr int RegroupPlace = 2; // of a member in dynamic_regroup that was regrouped
+
+dao::Location LocationOf(const Demonstration& demonstration)
+{
+    return {demonstration.DatabaseFile(), demonstration.WorkgroupFile()};
+}
+
+std::unique_ptr<dao::Workspace> AnotherConsole(const Demonstration& demonstration)
+{
+    const Demonstration::Account& account = Demonstration::Administrator;
+    return dao::OpenWorkspace(LocationOf(demonstration), account.user, account.password);
+}
+
+qlonglong IdOf(dao::Database& database, const QString& callsign)
+{
+    const auto rows = database.OpenTable(QStringLiteral("address"));
+    rows->SetIndex(QStringLiteral("i_callsign"));
+    rows->Seek(callsign);
+    return rows->Field(QStringLiteral("address_id")).toLongLong();
+}
+
+void RegroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
+{
+    const auto workspace = AnotherConsole(demonstration);
+    dao::Database& database = workspace->Database();
+    const auto rows = database.OpenTable(QStringLiteral("dynamic_regroup"));
+    rows->AddNew();
+    rows->SetField(QStringLiteral("group_id"), IdOf(database, group));
+    rows->SetField(QStringLiteral("member_id"), IdOf(database, member));
+    rows->SetField(QStringLiteral("pos"), RegroupPlace);
+    rows->Update();
+}
+
+void UngroupElsewhere(const Demonstration& demonstration, const QString& member)
+{
+    const auto workspace = AnotherConsole(demonstration);
+    const auto query = workspace->Database().QueryDef(QStringLiteral("ind_ungroup"));
+    query->SetParameter(QStringLiteral("mi"), IdOf(workspace->Database(), member));
+    query->SetParameter(QStringLiteral("p"), RegroupPlace);
+    query->Execute();
+}
+
+void LogOnElsewhere(const Demonstration& demonstration, const QString& user)
+{
+    const auto workspace = AnotherConsole(demonstration);
+    const auto rows = workspace->Database().OpenTable(QStringLiteral("user_profile"));
+    rows->SetIndex(QStringLiteral("i_user"));
+    rows->Seek(user);
+    rows->Edit();
+    rows->SetField(QStringLiteral("logged_on"), true);
+    rows->Update();
+}
+
+void TellRadio(Demonstration& demonstration, const QString& command)
+{
+    const QString answer = demonstration.TellRadio(command);
+    if (!answer.startsWith(QLatin1String("ok")))
+        throw Error(ErrorCode::General,
+                    QStringLiteral("the radio answered \"%1\" to \"%2\"").arg(answer, command));
+}
+
+QString Compare(const QString& seen, const QString& pattern)
+{
+    return TourControls::IsLike(seen, pattern) ? QString() : QStringLiteral("\"%1\"").arg(seen);
+}
+
+QString FileHolds(const Demonstration& demonstration, const QString& name, const QString& pattern)
+{
+    QFile file(demonstration.Folder() + QLatin1Char('/') + name);
+    return file.open(QIODevice::ReadOnly) ? Compare(QString::fromUtf8(file.readAll()), pattern)
+                                          : file.errorString();
+}
+
+} // namespace
+
+std::vector<TourWord> TourStageWords(Demonstration& d)
+{
+    return {
+        {QStringLiteral("radio: REST"), [&d](Values v) { TellRadio(d, v[0]); }},
+        {QStringLiteral("kill radio"), [&d](Values) { d.KillRadio(); }},
+        {QStringLiteral("start radio"), [&d](Values) { d.RestartRadio(); }},
+        {QStringLiteral("fill database"),
+         [&d](Values) { Demonstration::Fill(LocationOf(d), Demonstration::Administrator); }},
+        {QStringLiteral("elsewhere regroup NAME to NAME"),
+         [&d](Values v) { RegroupElsewhere(d, v[0], v[1]); }},
+        {QStringLiteral("elsewhere ungroup NAME"), [&d](Values v) { UngroupElsewhere(d, v[0]); }},
+        {QStringLiteral("elsewhere log on NAME"), [&d](Values v) { LogOnElsewhere(d, v[0]); }},
+        {QStringLiteral("radio TEXT answers TEXT"),
+         {},
+         [&d](Values v) { return Compare(d.TellRadio(v[0]), v[1]); }},
+        {QStringLiteral("file NAME holds TEXT"), {}, [&d](Values v) { return FileHolds(d, v[0], v[1]); }},
+    };
+}
+
+QMap<QString, QString> TourStageNames(const Demonstration& demonstration)
+{
+    return {
+        {QStringLiteral("port"), demonstration.PortLink()},
+        {QStringLiteral("database"), demonstration.DatabaseFile()},
+        {QStringLiteral("workgroup"), demonstration.WorkgroupFile()},
+        {QStringLiteral("operator"), Demonstration::Operator.user},
+        {QStringLiteral("operator-password"), Demonstration::Operator.password},
+        {QStringLiteral("administrator"), Demonstration::Administrator.user},
+        {QStringLiteral("administrator-password"), Demonstration::Administrator.password},
+    };
+}

@@ -1,0 +1,132 @@
+#include "tour/TourControls.h"
+
+#include "core/Errors.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QTextEdit>
+
+namespace {
+
+QWidgetList VisibleWindows()
+{
+    QWidgetList windows;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        if (window->isVisible())
+            windows.append(window);
+    }
+    QWidget* first = QApplication::activeModalWidget();
+    if (!first)
+        first = QApplication::activeWindow();
+    if (first && windows.removeOne(first))
+        windows.prepend(first);
+    return windows;
+}
+
+QString ShownBy(const QModelIndex& item)
+{
+    QStringList columns;
+    for (int column = 0; column < item.model()->columnCount(item.parent()); ++column)
+        columns.append(item.siblingAtColumn(column).data().toString());
+    return columns.join(QLatin1Char(' '));
+}
+
+QModelIndex Below(const QAbstractItemModel& model, const QModelIndex& parent, const QStringList& path)
+{
+    for (int row = 0; row < model.rowCount(parent); ++row) {
+        const QModelIndex node = model.index(row, 0, parent);
+        if (TourControls::IsLike(ShownBy(node), path.first() + QLatin1Char('*'))) {
+            const QModelIndex found = path.size() == 1 ? node : Below(model, node, path.mid(1));
+            if (found.isValid())
+                return found;
+        }
+        if (const QModelIndex found = Below(model, node, path); found.isValid())
+            return found;
+    }
+    return {};
+}
+
+} // namespace
+
+QWidget* TourControls::Find(const QString& name)
+{
+    QWidget* hidden = nullptr;
+    for (QWidget* window : VisibleWindows()) {
+        if (window->objectName() == name)
+            return window;
+        for (QWidget* widget : window->findChildren<QWidget*>(name)) {
+            if (widget->isVisible())
+                return widget;
+            hidden = widget;
+        }
+    }
+    return hidden;
+}
+
+bool TourControls::IsVisible(const QString& name)
+{
+    const QWidget* widget = Find(name);
+    return widget && widget->isVisible();
+}
+
+bool TourControls::IsItem(const QString& place)
+{
+    return place.contains(QLatin1Char('/'));
+}
+
+QAbstractItemView* TourControls::View(const QString& place)
+{
+    const QString name = place.section(QLatin1Char('/'), 0, 0);
+    auto* view = qobject_cast<QAbstractItemView*>(Find(name));
+    if (!view || !view->isVisible())
+        throw Error(ErrorCode::General, QStringLiteral("no list %1").arg(name));
+    return view;
+}
+
+QModelIndex TourControls::Item(const QString& place)
+{
+    const QAbstractItemModel& model = *View(place)->model();
+    const QStringList path = place.split(QLatin1Char('/')).mid(1);
+    if (path.first().startsWith(QLatin1Char('#')))
+        return model.index(path.first().mid(1).toInt(), 0);
+    return Below(model, {}, path);
+}
+
+QString TourControls::TextOf(const QString& place)
+{
+    if (IsItem(place))
+        return Item(place).data().toString();
+    QWidget* widget = Find(place);
+    if (auto* label = qobject_cast<QLabel*>(widget))
+        return label->text();
+    if (auto* button = qobject_cast<QAbstractButton*>(widget))
+        return button->text();
+    if (auto* edit = qobject_cast<QLineEdit*>(widget))
+        return edit->text();
+    if (auto* combo = qobject_cast<QComboBox*>(widget))
+        return combo->currentText();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget))
+        return text->toPlainText();
+    if (auto* text = qobject_cast<QTextEdit*>(widget))
+        return text->toPlainText();
+    if (auto* box = qobject_cast<QMessageBox*>(widget))
+        return box->text();
+    return widget ? widget->windowTitle() : QString();
+}
+
+bool TourControls::IsLike(const QString& text, const QString& pattern)
+{
+    const QString expression =
+        QRegularExpression::escape(pattern).replace(QLatin1String("\\*"), QLatin1String(".*"));
+    return QRegularExpression(QRegularExpression::anchoredPattern(expression),
+                              QRegularExpression::DotMatchesEverythingOption)
+        .match(text)
+        .hasMatch();
+}

@@ -1,0 +1,94 @@
+#include "tour/TourLooks.h"
+
+#include "mainwindow/Outcome.h"
+#include "mainwindow/ScadaModel.h"
+#include "mainwindow/TalkgroupModel.h"
+#include "tour/TourControls.h"
+
+#include <QAbstractItemView>
+#include <QScreen>
+
+namespace {
+
+QString Missing(const QString& place)
+{
+    if (!TourControls::IsItem(place))
+        return TourControls::IsVisible(place) ? QString() : place + QStringLiteral(" not shown");
+    if (TourControls::Item(place).isValid())
+        return {};
+    const QAbstractItemModel* model = TourControls::View(place)->model();
+    const int rows = model->rowCount();
+    return QStringLiteral("no %1 among %2 rows, the last \"%3\"")
+        .arg(place)
+        .arg(rows)
+        .arg(model->index(rows - 1, 0).data().toString());
+}
+
+QString Holds(const QString& place, const QString& pattern)
+{
+    if (const QString missing = Missing(place); !missing.isEmpty())
+        return missing;
+    const QString seen = TourControls::TextOf(place);
+    return TourControls::IsLike(seen.trimmed(), pattern.trimmed()) ? QString()
+                                                                   : QStringLiteral("\"%1\"").arg(seen);
+}
+
+// A talkgroup's or a signal's picture, and what became of the last command for it.
+QString StateOf(const QModelIndex& item)
+{
+    const auto role = [&](int number) { return item.data(number); };
+    const bool signal = qobject_cast<const ScadaModel*>(item.model());
+    QStringList words{role(signal ? ScadaModel::PictureRole : TalkgroupModel::PictureRole).toString()};
+    if (signal && role(ScadaModel::GhostRole).toBool())
+        words << QStringLiteral("unknown");
+    switch (static_cast<Outcome>(role(OutcomeRole).toInt())) {
+    case Outcome::Done:
+        words << QStringLiteral("done");
+        break;
+    case Outcome::NotDone:
+        words << QStringLiteral("not done");
+        break;
+    case Outcome::None:
+        break;
+    }
+    return words.join(QLatin1Char(' ')).trimmed();
+}
+
+QString Is(const QString& place, const QString& state)
+{
+    if (const QString missing = Missing(place); !missing.isEmpty())
+        return missing;
+    const QString seen = StateOf(TourControls::Item(place));
+    return seen == state ? QString() : QStringLiteral("%1 as \"%2\"").arg(place, seen);
+}
+
+QString IsDisabled(const QString& name)
+{
+    const QWidget* control = TourControls::Find(name);
+    return control && control->isVisible() && !control->isEnabled() ? QString()
+                                                                    : name + QStringLiteral(" open");
+}
+
+QString FillsScreen(const QString& name)
+{
+    const QWidget* window = TourControls::Find(name);
+    if (!window)
+        return Missing(name);
+    const QSize size = window->size();
+    return size == window->screen()->size() ? QString()
+                                            : QStringLiteral("%1 by %2").arg(size.width()).arg(size.height());
+}
+
+} // namespace
+
+std::vector<TourWord> TourLookWords()
+{
+    using Values = const QStringList&;
+    return {
+        {QStringLiteral("see PLACE"), {}, [](Values v) { return Missing(v[0]); }},
+        {QStringLiteral("PLACE holds TEXT"), {}, [](Values v) { return Holds(v[0], v[1]); }},
+        {QStringLiteral("PLACE is TEXT"), {}, [](Values v) { return Is(v[0], v[1]); }},
+        {QStringLiteral("NAME is disabled"), {}, [](Values v) { return IsDisabled(v[0]); }},
+        {QStringLiteral("NAME is fullscreen"), {}, [](Values v) { return FillsScreen(v[0]); }},
+    };
+}
