@@ -2,16 +2,9 @@
 
 #include "core/Errors.h"
 
-#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QRegularExpression>
-#include <QTextEdit>
 
 namespace {
 
@@ -70,12 +63,6 @@ QWidget* TourControls::Find(const QString& name)
     return hidden;
 }
 
-bool TourControls::IsVisible(const QString& name)
-{
-    const QWidget* widget = Find(name);
-    return widget && widget->isVisible();
-}
-
 bool TourControls::IsItem(const QString& place)
 {
     return place.contains(QLatin1Char('/'));
@@ -103,22 +90,12 @@ QString TourControls::TextOf(const QString& place)
 {
     if (IsItem(place))
         return Item(place).data().toString();
-    QWidget* widget = Find(place);
-    if (auto* label = qobject_cast<QLabel*>(widget))
-        return label->text();
-    if (auto* button = qobject_cast<QAbstractButton*>(widget))
-        return button->text();
-    if (auto* edit = qobject_cast<QLineEdit*>(widget))
-        return edit->text();
-    if (auto* combo = qobject_cast<QComboBox*>(widget))
-        return combo->currentText();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(widget))
-        return text->toPlainText();
-    if (auto* text = qobject_cast<QTextEdit*>(widget))
-        return text->toPlainText();
-    if (auto* box = qobject_cast<QMessageBox*>(widget))
-        return box->text();
-    return widget ? widget->windowTitle() : QString();
+    const QWidget* widget = Find(place);
+    for (const char* property : {"text", "plainText", "currentText", "windowTitle"}) {
+        if (widget && widget->metaObject()->indexOfProperty(property) >= 0)
+            return widget->property(property).toString();
+    }
+    return {};
 }
 
 bool TourControls::IsLike(const QString& text, const QString& pattern)

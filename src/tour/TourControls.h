@@ -11,7 +11,6 @@ namespace TourControls {
 
 // By its object name; a hidden one only when no visible one has it, null when there is none.
 QWidget* Find(const QString& name);
-bool IsVisible(const QString& name);
 
 // Of a place like "tvGroups/Group91/Unit20": whether it names an item, and of which list or tree.
 bool IsItem(const QString& place);

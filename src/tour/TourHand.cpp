@@ -178,9 +178,9 @@ void Rename(const QString& place, const QString& name)
     Press(editor, QStringLiteral("return"));
 }
 
-template <typename Actions> QAction* Available(const Actions& actions, const QString& name)
+QAction* Available(const QWidget* bar, const QString& name)
 {
-    for (QAction* action : actions) {
+    for (QAction* action : bar->actions()) {
         const bool named =
             action->objectName() == name || (action->menu() && action->menu()->objectName() == name);
         if (named && action->isVisible() && action->isEnabled())
@@ -196,12 +196,12 @@ void Menu(const QString& menuName, const QString& itemName)
     if (!window)
         Fail(QStringLiteral("there is no main window"));
     QMenuBar* bar = window->menuBar();
-    const QAction* title = Available(bar->actions(), menuName);
+    QAction* title = Available(bar, menuName);
     QMenu* menu = title->menu();
-    ClickAt(bar, bar->actionGeometry(const_cast<QAction*>(title)).center());
+    ClickAt(bar, bar->actionGeometry(title).center());
     if (!menu->isVisible())
         Fail(QStringLiteral("menu %1 did not open").arg(menuName));
-    ClickAt(menu, menu->actionGeometry(Available(menu->actions(), itemName)).center());
+    ClickAt(menu, menu->actionGeometry(Available(menu, itemName)).center());
 }
 
 // Clicks the agreeing or the refusing button of a message box.

@@ -12,16 +12,14 @@ namespace {
 
 QString Missing(const QString& place)
 {
-    if (!TourControls::IsItem(place))
-        return TourControls::IsVisible(place) ? QString() : place + QStringLiteral(" not shown");
+    if (!TourControls::IsItem(place)) {
+        const QWidget* control = TourControls::Find(place);
+        return control && control->isVisible() ? QString() : place + QStringLiteral(" not shown");
+    }
     if (TourControls::Item(place).isValid())
         return {};
     const QAbstractItemModel* model = TourControls::View(place)->model();
-    const int rows = model->rowCount();
-    return QStringLiteral("no %1 among %2 rows, the last \"%3\"")
-        .arg(place)
-        .arg(rows)
-        .arg(model->index(rows - 1, 0).data().toString());
+    return QStringLiteral("no %1 among %2 rows").arg(place).arg(model->rowCount());
 }
 
 QString Holds(const QString& place, const QString& pattern)
@@ -36,22 +34,12 @@ QString Holds(const QString& place, const QString& pattern)
 // A talkgroup's or a signal's picture, and what became of the last command for it.
 QString StateOf(const QModelIndex& item)
 {
-    const auto role = [&](int number) { return item.data(number); };
+    static const char* const outcomes[] = {"", " done", " not done"};
     const bool signal = qobject_cast<const ScadaModel*>(item.model());
-    QStringList words{role(signal ? ScadaModel::PictureRole : TalkgroupModel::PictureRole).toString()};
-    if (signal && role(ScadaModel::GhostRole).toBool())
-        words << QStringLiteral("unknown");
-    switch (static_cast<Outcome>(role(OutcomeRole).toInt())) {
-    case Outcome::Done:
-        words << QStringLiteral("done");
-        break;
-    case Outcome::NotDone:
-        words << QStringLiteral("not done");
-        break;
-    case Outcome::None:
-        break;
-    }
-    return words.join(QLatin1Char(' ')).trimmed();
+    QString state = item.data(signal ? ScadaModel::PictureRole : TalkgroupModel::PictureRole).toString();
+    if (signal && item.data(ScadaModel::GhostRole).toBool())
+        state += QLatin1String(" unknown");
+    return (state + QLatin1String(outcomes[item.data(OutcomeRole).toInt()])).trimmed();
 }
 
 QString Is(const QString& place, const QString& state)
@@ -64,9 +52,9 @@ QString Is(const QString& place, const QString& state)
 
 QString IsDisabled(const QString& name)
 {
-    const QWidget* control = TourControls::Find(name);
-    return control && control->isVisible() && !control->isEnabled() ? QString()
-                                                                    : name + QStringLiteral(" open");
+    if (const QString missing = Missing(name); !missing.isEmpty())
+        return missing;
+    return TourControls::Find(name)->isEnabled() ? name + QStringLiteral(" enabled") : QString();
 }
 
 QString FillsScreen(const QString& name)

@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QRegularExpression>
+#include <QKeySequence>
 #include <algorithm>
 
 namespace {
@@ -15,43 +15,36 @@ namespace {
     throw Error(ErrorCode::General, reason);
 }
 
-TourWord::Look Opposite(const TourWord::Look& look)
+void CheckKey(const QString& name)
 {
-    return [look](const QStringList& values) {
-        return look(values).isEmpty() ? values.join(QLatin1Char(' ')) : QString();
-    };
+    const QKeySequence keys = QKeySequence::fromString(name);
+    if (keys.count() != 1 || keys[0].key() == Qt::Key_unknown)
+        Fail(QStringLiteral("%1 is not a key").arg(name));
+}
+
+QString Opposite(const QString& seen, const QStringList& values)
+{
+    return seen.isEmpty() ? values.join(QLatin1Char(' ')) : QString();
 }
 
 } // namespace
 
-TourScript::TourScript(std::vector<TourWord> words, TourTexts texts)
-    : m_words(std::move(words)),
+TourScript::TourScript(const std::vector<TourWord>& words, TourTexts texts)
+    : m_words(words),
       m_texts(std::move(texts))
 {
-    m_own = {
-        {QStringLiteral("step REST"), [this](const QStringList& values) { BeginStep(values); }},
-        {QStringLiteral("text NAME NUMBER"),
-         [this](const QStringList& values) { m_texts.Name(values[0], values[1].toInt()); }},
-        {QStringLiteral("include NAME"),
-         [this](const QStringList& values) {
-             ReadFile(QFileInfo(m_open.last()).dir().absoluteFilePath(values[0]));
-         }},
-    };
 }
 
 std::vector<TourStep> TourScript::Read(const QString& file)
 {
-    m_steps.clear();
     m_place = file;
     try {
         ReadFile(QFileInfo(file).absoluteFilePath());
-        if (m_steps.empty())
-            Fail(QStringLiteral("there is no step in it"));
         EndStep();
     } catch (const Error& failure) {
         Fail(QStringLiteral("%1: %2").arg(m_place, failure.Description()));
     }
-    return m_steps;
+    return std::move(m_steps);
 }
 
 void TourScript::ReadFile(const QString& path)
@@ -74,102 +67,87 @@ void TourScript::ReadFile(const QString& path)
 
 void TourScript::ReadLine(const QString& line)
 {
+    static const QRegularExpression include(PatternOf(QStringLiteral("include PLACE")));
+    static const QRegularExpression text(PatternOf(QStringLiteral("text NAME NUMBER")));
+    static const QRegularExpression step(PatternOf(QStringLiteral("step REST")));
     if (line.isEmpty() || line.startsWith(QLatin1Char('#')))
         return;
-    if (TakeOwn(line))
-        return;
-    TourLine taken = Take(line);
-    if (m_steps.empty())
+    if (const auto match = include.match(line); match.hasMatch())
+        ReadFile(QFileInfo(m_open.last()).dir().absoluteFilePath(match.captured(1).remove(QLatin1Char('"'))));
+    else if (const auto named = text.match(line); named.hasMatch())
+        m_texts.Name(named.captured(1), named.captured(2).toInt());
+    else if (const auto begun = step.match(line); begun.hasMatch())
+        BeginStep(begun.captured(1));
+    else if (m_steps.empty())
         Fail(QStringLiteral("there is no step before it"));
-    m_steps.back().lines.push_back(std::move(taken));
-}
-
-QList<TourToken> TourScript::Tokens(const QString& line) const
-{
-    if (line.count(QLatin1Char('"')) % 2 != 0)
-        Fail(QStringLiteral("a double quote is missing"));
-    // Quoted and unquoted pieces, joined into tokens where no blank stands between them.
-    static const QRegularExpression piece(QStringLiteral("\"([^\"]*)\"|([^\\s\"]+)"));
-    QList<TourToken> tokens;
-    qsizetype end = -1;
-    QRegularExpressionMatchIterator pieces = piece.globalMatch(line);
-    while (pieces.hasNext()) {
-        const QRegularExpressionMatch match = pieces.next();
-        const bool quoted = match.hasCaptured(1);
-        if (match.capturedStart() != end)
-            tokens.append({{}, quoted, match.capturedStart()});
-        tokens.last().text += quoted ? m_texts.Expand(match.captured(1)) : match.captured(2);
-        end = match.capturedEnd();
-    }
-    return tokens;
-}
-
-bool TourScript::TakeOwn(const QString& line)
-{
-    for (const TourWord& word : m_own) {
-        if (const auto values = MatchShape(word.shape, line, Tokens(line))) {
-            word.act(*values);
-            return true;
-        }
-    }
-    return false;
+    else
+        m_steps.back().lines.push_back(Take(line));
 }
 
 TourLine TourScript::Take(QString line) const
 {
     static const QRegularExpression limit(QStringLiteral(" +within (\\d{1,4}) s$"));
+    static const QRegularExpression no(QStringLiteral("^not +|(?<= is) +not(?= )"));
+    TourLine taken;
+    taken.place = m_place;
     const QRegularExpressionMatch limited = limit.match(line);
-    line.truncate(limited.hasMatch() ? limited.capturedStart() : line.size());
-    QList<TourToken> tokens = Tokens(line);
-    std::optional<TourLine> taken = Match(line, tokens, false);
-    const auto no = std::ranges::find_if(
-        tokens, [](const TourToken& token) { return !token.quoted && token.text == QLatin1String("not"); });
-    if (!taken && no != tokens.end()) {
-        tokens.erase(no);
-        taken = Match(line, tokens, true);
+    if (limited.hasMatch()) {
+        taken.patience = limited.captured(1).toInt() * 1000;
+        line.truncate(limited.capturedStart());
     }
-    if (!taken || (limited.hasMatch() && !taken->look))
-        Refuse(tokens);
-    if (limited.hasMatch())
-        taken->patience = limited.captured(1).toInt() * 1000;
-    return *taken;
+    QStringList values;
+    const TourWord* word = Find(line, values);
+    const bool opposite = !word;
+    if (opposite)
+        word = Find(QString(line).remove(no), values);
+    if (!word || (word->act && (opposite || limited.hasMatch())))
+        Refuse(line);
+    if (word->act)
+        taken.act = [act = word->act, values] { act(values); };
+    else if (opposite)
+        taken.look = [look = word->look, values] { return Opposite(look(values), values); };
+    else
+        taken.look = [look = word->look, values] { return look(values); };
+    return taken;
 }
 
-std::optional<TourLine> TourScript::Match(const QString& line, const QList<TourToken>& tokens,
-                                          bool opposite) const
+// The word that a line is written like, and its values as they are meant.
+const TourWord* TourScript::Find(const QString& line, QStringList& values) const
 {
     for (const TourWord& word : m_words) {
-        const auto values = MatchShape(word.shape, line, tokens);
-        if (!values || (opposite && !word.look))
+        const QRegularExpressionMatch match = PatternOf(word.shape).match(line);
+        if (!match.hasMatch())
             continue;
-        if (word.act)
-            return TourLine{m_place, [act = word.act, v = *values] { act(v); }, {}};
-        const TourWord::Look look = opposite ? Opposite(word.look) : word.look;
-        return TourLine{m_place, {}, [look, v = *values] { return look(v); }};
+        values = match.capturedTexts().mid(1);
+        if (word.shape.contains(QLatin1String("KEY")))
+            CheckKey(values.first());
+        if (word.shape.endsWith(QLatin1String("REST")))
+            return &word;
+        for (QString& value : values)
+            value = m_texts.Expand(value.remove(QLatin1Char('"')));
+        return &word;
     }
-    return std::nullopt;
+    return nullptr;
 }
 
-// Names what is written like the line, if anything.
-void TourScript::Refuse(const QList<TourToken>& tokens) const
+// Names the words that the line has something of.
+void TourScript::Refuse(const QString& line) const
 {
+    const QStringList parts = line.split(QLatin1Char(' '));
     QStringList shapes;
-    for (const std::vector<TourWord>* words : {&m_own, &m_words}) {
-        for (const TourWord& word : *words) {
-            const QStringList parts = word.shape.split(QLatin1Char(' '));
-            if (std::ranges::any_of(tokens,
-                                    [&](const TourToken& token) { return parts.contains(token.text); }))
-                shapes << word.shape;
-        }
+    for (const TourWord& word : m_words) {
+        const QStringList known = word.shape.split(QLatin1Char(' '));
+        if (std::ranges::any_of(parts, [&](const QString& part) { return known.contains(part); }))
+            shapes << word.shape;
     }
-    Fail(shapes.isEmpty() ? QStringLiteral("\"%1\" is not a word of the tour").arg(tokens.first().text)
+    Fail(shapes.isEmpty() ? QStringLiteral("\"%1\" is not a word of the tour").arg(parts.first())
                           : QStringLiteral("not understood; there is: ") + shapes.join(QStringLiteral("; ")));
 }
 
-void TourScript::BeginStep(const QStringList& values)
+void TourScript::BeginStep(const QString& heading)
 {
-    static const QRegularExpression heading(QStringLiteral("^([\\w-]+): +(.+)$"));
-    const QRegularExpressionMatch match = heading.match(values[0]);
+    static const QRegularExpression parts(QStringLiteral("^([\\w-]+): +(.+)$"));
+    const QRegularExpressionMatch match = parts.match(heading);
     if (!match.hasMatch())
         Fail(QStringLiteral("a step begins with \"step NAME: what is expected, in words\""));
     if (!m_steps.empty())
@@ -177,11 +155,13 @@ void TourScript::BeginStep(const QStringList& values)
     const QString name = match.captured(1);
     if (std::ranges::any_of(m_steps, [&](const TourStep& step) { return step.name == name; }))
         Fail(QStringLiteral("there is another step %1").arg(name));
-    m_steps.push_back({.name = name, .expected = m_texts.Expand(match.captured(2)), .lines = {}});
+    m_steps.push_back({.name = name, .expected = match.captured(2), .lines = {}});
 }
 
 void TourScript::EndStep() const
 {
+    if (m_steps.empty())
+        Fail(QStringLiteral("there is no step in it"));
     const TourStep& step = m_steps.back();
     if (step.lines.empty() || !step.lines.back().look)
         Fail(QStringLiteral("the step %1 before it does not end with what is seen").arg(step.name));

@@ -19,7 +19,7 @@
 class TourScript {
 public:
     // Every word that a step may use. The first shape that fits a line is taken.
-    TourScript(std::vector<TourWord> words, TourTexts texts);
+    TourScript(const std::vector<TourWord>& words, TourTexts texts);
 
     // Raises Error with file and line for a script that is not in order. Nothing is done yet.
     std::vector<TourStep> Read(const QString& file);
@@ -27,16 +27,13 @@ public:
 private:
     void ReadFile(const QString& path);
     void ReadLine(const QString& line);
-    QList<TourToken> Tokens(const QString& line) const;
-    bool TakeOwn(const QString& line);
     TourLine Take(QString line) const;
-    std::optional<TourLine> Match(const QString& line, const QList<TourToken>& tokens, bool opposite) const;
-    void BeginStep(const QStringList& values);
+    const TourWord* Find(const QString& line, QStringList& values) const;
+    [[noreturn]] void Refuse(const QString& line) const;
+    void BeginStep(const QString& heading);
     void EndStep() const;
-    [[noreturn]] void Refuse(const QList<TourToken>& tokens) const;
 
     std::vector<TourWord> m_words;
-    std::vector<TourWord> m_own;
     TourTexts m_texts;
     std::vector<TourStep> m_steps;
     QStringList m_open; // files being read, the innermost last

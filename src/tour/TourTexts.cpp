@@ -20,40 +20,28 @@ void TourTexts::Name(const QString& name, int id)
     m_ids.insert(name, id);
 }
 
-QString TourTexts::Expand(const QString& text) const
+// From the last brace to the first, so that the inner ones come before those around them.
+QString TourTexts::Expand(QString text) const
 {
-    qsizetype position = 0;
-    return ExpandUntil(text, position, {});
-}
-
-// Stops before the first of `ends`, or at the end of the text when there are none.
-QString TourTexts::ExpandUntil(const QString& text, qsizetype& position, const QString& ends) const
-{
-    QString result;
-    while (position < text.size() && !ends.contains(text[position])) {
-        if (text[position] == QLatin1Char('{'))
-            result += Reference(text, position);
-        else
-            result += text[position++];
+    qsizetype open = text.size();
+    while (open > 0 && (open = text.lastIndexOf(QLatin1Char('{'), open - 1)) >= 0) {
+        const qsizetype close = text.indexOf(QLatin1Char('}'), open);
+        if (close < 0)
+            throw Error(ErrorCode::General, QStringLiteral("a } is missing"));
+        QStringList parts = text.mid(open + 1, close - open - 1).split(QLatin1Char('|'));
+        for (QString& part : parts)
+            part = part.trimmed();
+        text.replace(open, close - open + 1, Value(parts.first(), parts.mid(1)));
     }
-    if (position == text.size() && !ends.isEmpty())
-        throw Error(ErrorCode::General, QStringLiteral("a } is missing"));
-    return result;
+    return text;
 }
 
-QString TourTexts::Reference(const QString& text, qsizetype& position) const
+QString TourTexts::Value(const QString& name, const QStringList& values) const
 {
-    QStringList parts;
-    do {
-        ++position; // the brace or the bar
-        parts << ExpandUntil(text, position, QStringLiteral("|}")).trimmed();
-    } while (text[position] == QLatin1Char('|'));
-    ++position;
-    const QString name = parts.takeFirst();
     if (m_words.contains(name))
         return m_words.value(name);
     if (!m_ids.contains(name))
         throw Error(ErrorCode::General, QStringLiteral("{%1} is not a known name").arg(name));
     static const QRegularExpression place(QStringLiteral("#\\d\\d"));
-    return FormatMessage(m_strings, m_ids.value(name), parts).replace(place, QStringLiteral("*"));
+    return FormatMessage(m_strings, m_ids.value(name), values).replace(place, QStringLiteral("*"));
 }

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QMap>
 #include <QString>
+#include <QStringList>
 
 struct IStringSource;
 
@@ -16,11 +17,10 @@ public:
     // Names a text of the catalogue. Raises Error for a name that is taken or an id without a text.
     void Name(const QString& name, int id);
     // Raises Error for an unknown name or a missing brace.
-    QString Expand(const QString& text) const;
+    QString Expand(QString text) const;
 
 private:
-    QString ExpandUntil(const QString& text, qsizetype& position, const QString& ends) const;
-    QString Reference(const QString& text, qsizetype& position) const;
+    QString Value(const QString& name, const QStringList& values) const;
 
     const IStringSource& m_strings;
     QMap<QString, QString> m_words;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <optional>
 
 // A kind of line that a script may hold. Its shape is how the line is written: words in small letters stand
 // as they are, and
@@ -24,13 +24,5 @@ struct TourWord {
     Look look = {};
 };
 
-// A line of a script taken apart at its blanks, but not inside of double quotes.
-struct TourToken {
-    QString text;        // without its quotes
-    bool quoted = false; // begins with a quote
-    qsizetype start = 0; // in the line
-};
-
-// The values that a line gives to a shape; nothing when it is written differently.
-std::optional<QStringList> MatchShape(const QString& shape, const QString& line,
-                                      const QList<TourToken>& tokens);
+// Matches the lines of a shape as a whole and captures their values, those in quotes with them.
+QRegularExpression PatternOf(const QString& shape);
