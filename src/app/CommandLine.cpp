@@ -14,6 +14,14 @@ const QCommandLineOption ScriptOption{
 const QCommandLineOption VersionOption{"version", "prints the version"};
 const QCommandLineOption HelpOption{{"help", "h"}, "prints this"};
 
+// From a session manager that starts the console again; written with one dash.
+QCommandLineOption SessionOption()
+{
+    QCommandLineOption option("session", {}, "ID");
+    option.setFlags(QCommandLineOption::HiddenFromHelp);
+    return option;
+}
+
 const QList<QCommandLineOption>& Options()
 {
     static const QList<QCommandLineOption> options{SettingsOption, DemonstrationOption, TourOption,
@@ -48,6 +56,8 @@ CommandLine CommandLine::Parse(const QStringList& arguments)
     CommandLine line;
     QCommandLineParser parser;
     parser.addOptions(Options());
+    parser.addOption(SessionOption());
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     const bool understood = parser.parse(arguments);
     if (parser.isSet(HelpOption)) {
         line.mode = Mode::Help;

@@ -7,9 +7,10 @@ TEST(Options, WrongOnesAreExplained)
     const std::pair<QStringList, const char*> cases[] = {
         {{}, "one of --pty and --listen is needed; --help explains them"},
         {{"--pty", "a", "--listen", "b:1"}, "one of --pty and --listen is needed; --help explains them"},
-        {{"--pty"}, "--pty: its value is missing"},
+        {{"--pty"}, "Missing value after '--pty'. --help lists the switches."},
         {{"--pty="}, "--pty: its value is empty"},
-        {{"radio"}, "radio: there is no such switch; --help lists them"},
+        {{"radio"}, "unknown argument: radio"},
+        {{"--pty", "a", "--rain"}, "Unknown option 'rain'. --help lists the switches."},
         {{"--listen", "host"}, "--listen: \"host\" is not HOST:PORT with a port from 0 to 65535"},
         {{"--listen", ":5"}, "--listen: \":5\" is not HOST:PORT with a port from 0 to 65535"},
         {{"--listen", "h:70000"}, "--listen: \"h:70000\" is not HOST:PORT with a port from 0 to 65535"},

@@ -1,5 +1,7 @@
 #include "simulator/program/Options.h"
 
+#include <QCommandLineParser>
+
 #include <array>
 #include <cmath>
 
@@ -101,37 +103,30 @@ struct Switch {
 constexpr double LongestSilence = 30.0 * 86400; // seconds
 
 constexpr std::array Switches{
-    Switch{"--pty", [](const QString&, const QString& value, Options& o) { o.ptyLink = value; }},
-    Switch{"--listen", ParseListen},
-    Switch{"--scenario", [](const QString&, const QString& value, Options& o) { o.scenario = value; }},
-    Switch{"--speed", ParseSpeed},
-    Switch{"--trace", [](const QString&, const QString& value, Options& o) { o.trace = value; }},
-    Switch{"--seed", ParseSeed},
-    Switch{"--fault", ParseFault},
-    Switch{"--silent-after",
+    Switch{"pty", [](const QString&, const QString& value, Options& o) { o.ptyLink = value; }},
+    Switch{"listen", ParseListen},
+    Switch{"scenario", [](const QString&, const QString& value, Options& o) { o.scenario = value; }},
+    Switch{"speed", ParseSpeed},
+    Switch{"trace", [](const QString&, const QString& value, Options& o) { o.trace = value; }},
+    Switch{"seed", ParseSeed},
+    Switch{"fault", ParseFault},
+    Switch{"silent-after",
            [](const QString& name, const QString& value, Options& o) {
                o.simulation.silentAfter =
                    Milliseconds(std::llround(ParseReal(name, value, LongestSilence) * 1000));
            }},
 };
 
-Options ParseSwitches(const QStringList& arguments)
+Options TakeSwitches(const QCommandLineParser& parser)
 {
     Options options;
-    for (qsizetype i = 0; i < arguments.size(); ++i) {
-        // Both --name value and --name=value.
-        const qsizetype equals = arguments[i].indexOf(QLatin1Char('='));
-        const QString name = arguments[i].left(equals);
-        const auto known =
-            std::ranges::find_if(Switches, [&](const Switch& s) { return name == QLatin1String(s.name); });
-        if (known == Switches.end())
-            Fail(name, "there is no such switch; --help lists them");
-        if (equals < 0 && i + 1 == arguments.size())
-            Fail(name, "its value is missing");
-        const QString value = equals < 0 ? arguments[++i] : arguments[i].mid(equals + 1);
-        if (value.isEmpty())
-            Fail(name, "its value is empty");
-        known->take(name, value, options);
+    for (const Switch& known : Switches) {
+        const QString name = QLatin1String("--") + QLatin1String(known.name);
+        for (const QString& value : parser.values(QLatin1String(known.name))) {
+            if (value.isEmpty())
+                Fail(name, "its value is empty");
+            known.take(name, value, options);
+        }
     }
     if (options.ptyLink.isEmpty() == options.listenHost.isEmpty())
         throw OptionsProblem{"one of --pty and --listen is needed; --help explains them"};
@@ -142,12 +137,22 @@ Options ParseSwitches(const QStringList& arguments)
 
 std::variant<Options, HelpWanted, VersionWanted, OptionsProblem> ParseOptions(const QStringList& arguments)
 {
-    if (arguments.contains(QLatin1String("--help")))
+    QCommandLineParser parser;
+    parser.addOptions({QCommandLineOption(QStringList{"help", "h"}), QCommandLineOption("version")});
+    for (const Switch& known : Switches)
+        parser.addOption(QCommandLineOption(QLatin1String(known.name), {}, QStringLiteral("value")));
+    // The parser takes the first argument for the program's name.
+    const bool understood = parser.parse(QStringList{QString()} + arguments);
+    if (parser.isSet(QStringLiteral("help")))
         return HelpWanted{};
-    if (arguments.contains(QLatin1String("--version")))
+    if (parser.isSet(QStringLiteral("version")))
         return VersionWanted{};
+    if (!understood)
+        return OptionsProblem{parser.errorText().toStdString() + " --help lists the switches."};
+    if (!parser.positionalArguments().isEmpty())
+        return OptionsProblem{"unknown argument: " + parser.positionalArguments().first().toStdString()};
     try {
-        return ParseSwitches(arguments);
+        return TakeSwitches(parser);
     } catch (const OptionsProblem& problem) {
         return problem;
     }
