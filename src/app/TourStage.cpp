@@ -15,8 +15,6 @@ namespace {
 
 using Values = const QStringList&;
 
-constexpr int RegroupPlace = 2; // of a member in dynamic_regroup that was regrouped
-
 dao::Location LocationOf(const Demonstration& demonstration)
 {
     return {demonstration.DatabaseFile(), demonstration.WorkgroupFile()};
@@ -28,32 +26,36 @@ std::unique_ptr<dao::Workspace> AnotherConsole(const Demonstration& demonstratio
     return dao::OpenWorkspace(LocationOf(demonstration), account.user, account.password);
 }
 
-qlonglong IdOf(dao::Database& database, const QString& callsign)
+// The directory's entry of a callsign.
+std::unique_ptr<dao::Recordset> EntryOf(dao::Database& database, const QString& callsign)
 {
-    const auto rows = database.OpenTable(QStringLiteral("address"));
+    auto rows = database.OpenTable(QStringLiteral("address"));
     rows->SetIndex(QStringLiteral("i_callsign"));
     rows->Seek(callsign);
-    return rows->Field(QStringLiteral("address_id")).toLongLong();
+    return rows;
 }
 
 void RegroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
 {
     const auto workspace = AnotherConsole(demonstration);
-    dao::Database& database = workspace->Database();
-    const auto rows = database.OpenTable(QStringLiteral("dynamic_regroup"));
+    const auto from = EntryOf(workspace->Database(), member);
+    const auto to = EntryOf(workspace->Database(), group);
+    const auto rows = workspace->Database().OpenTable(QStringLiteral("dynamic_regroup"));
     rows->AddNew();
-    rows->SetField(QStringLiteral("group_id"), IdOf(database, group));
-    rows->SetField(QStringLiteral("member_id"), IdOf(database, member));
-    rows->SetField(QStringLiteral("pos"), RegroupPlace);
+    rows->SetField(QStringLiteral("group_id"), to->Field(QStringLiteral("address_id")));
+    rows->SetField(QStringLiteral("member_id"), from->Field(QStringLiteral("address_id")));
+    rows->SetField(QStringLiteral("pos"), to->Field(QStringLiteral("default_pos")));
     rows->Update();
 }
 
-void UngroupElsewhere(const Demonstration& demonstration, const QString& member)
+void UngroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
 {
     const auto workspace = AnotherConsole(demonstration);
+    const auto from = EntryOf(workspace->Database(), member);
+    const auto to = EntryOf(workspace->Database(), group);
     const auto query = workspace->Database().QueryDef(QStringLiteral("ind_ungroup"));
-    query->SetParameter(QStringLiteral("mi"), IdOf(workspace->Database(), member));
-    query->SetParameter(QStringLiteral("p"), RegroupPlace);
+    query->SetParameter(QStringLiteral("mi"), from->Field(QStringLiteral("address_id")));
+    query->SetParameter(QStringLiteral("p"), to->Field(QStringLiteral("default_pos")));
     query->Execute();
 }
 
@@ -100,7 +102,8 @@ std::vector<TourWord> TourStageWords(Demonstration& d)
          [&d](Values) { Demonstration::Fill(LocationOf(d), Demonstration::Administrator); }},
         {QStringLiteral("elsewhere regroup NAME to NAME"),
          [&d](Values v) { RegroupElsewhere(d, v[0], v[1]); }},
-        {QStringLiteral("elsewhere ungroup NAME"), [&d](Values v) { UngroupElsewhere(d, v[0]); }},
+        {QStringLiteral("elsewhere ungroup NAME from NAME"),
+         [&d](Values v) { UngroupElsewhere(d, v[0], v[1]); }},
         {QStringLiteral("elsewhere log on NAME"), [&d](Values v) { LogOnElsewhere(d, v[0]); }},
         {QStringLiteral("radio TEXT answers TEXT"),
          {},

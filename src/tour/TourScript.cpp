@@ -33,6 +33,8 @@ TourScript::TourScript(const std::vector<TourWord>& words, TourTexts texts)
     : m_words(words),
       m_texts(std::move(texts))
 {
+    for (const TourWord& word : m_words)
+        m_patterns.push_back(PatternOf(word.shape));
 }
 
 std::vector<TourStep> TourScript::Read(const QString& file)
@@ -114,8 +116,9 @@ TourLine TourScript::Take(QString line) const
 // The word that a line is written like, and its values as they are meant.
 const TourWord* TourScript::Find(const QString& line, QStringList& values) const
 {
-    for (const TourWord& word : m_words) {
-        const QRegularExpressionMatch match = PatternOf(word.shape).match(line);
+    for (std::size_t i = 0; i < m_words.size(); ++i) {
+        const TourWord& word = m_words[i];
+        const QRegularExpressionMatch match = m_patterns[i].match(line);
         if (!match.hasMatch())
             continue;
         values = match.capturedTexts().mid(1);

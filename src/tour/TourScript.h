@@ -34,6 +34,7 @@ private:
     void EndStep() const;
 
     std::vector<TourWord> m_words;
+    std::vector<QRegularExpression> m_patterns; // of the words
     TourTexts m_texts;
     std::vector<TourStep> m_steps;
     QStringList m_open; // files being read, the innermost last
