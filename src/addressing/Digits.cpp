@@ -54,7 +54,7 @@ void RequireTelephoneLength(std::string_view digits)
 {
     if (digits.empty())
         throw AddressingError(AddressingCode::TelephoneMissing);
-    if (digits.size() > maxTelephoneDigits)
+    if (digits.size() > MaxTelephoneDigits)
         throw AddressingError(AddressingCode::TelephoneTooLong);
 }
 

@@ -4,7 +4,7 @@
 
 // Most digits of a telephone number behind a gateway, without the access digit 0 (MPT1327, extended
 // addressing).
-inline constexpr int maxTelephoneDigits = 31;
+inline constexpr int MaxTelephoneDigits = 31;
 
 bool IsDigit(char c);
 

@@ -47,7 +47,7 @@ public:
     void Heal()
     {
         m_damage.twice = m_damage.octetLost = 0;
-        for (const sim::FaultDescription& fault : sim::faultDescriptions)
+        for (const sim::FaultDescription& fault : sim::FaultDescriptions)
             m_line.SetFault(fault.kind, 0);
     }
 

@@ -108,7 +108,7 @@ TEST(Scenario, ErrorsNameThePlaceAndTheReason)
         {EventOf(R"({"at": 1, "do": "state"})"),
          "events[0].do: this is a question, and nobody would have the answer"},
         {EventOf(R"({"at": 1, "do": "status A 1", "code": 1})"),
-         "events[0]: unknown field \"code\"; there are at, every, do"},
+         "events[0]: unknown field \"code\"; known are at, every, do"},
         {EventOf(R"({"at": 1, "do": "status B 1"})"),
          "events[0].do: there is no \"B\" in the fleet, and it is no prefix/ident"},
         {EventOf(R"({"at": 1, "do": "status G 1"})"),

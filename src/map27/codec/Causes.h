@@ -52,11 +52,11 @@ constexpr std::uint8_t EndedAbnormally = 0x0E;
 } // namespace ClearCause
 
 // The cause octet of an acknowledgement, a disconnect or clear, or a protocol info, in English for traces and
-// log files. Unknown causes are told by the outcome that the type stands for, and their number (MAP27 v1.5,
-// A7.5).
+// log files. An unknown cause is described by the outcome that the type stands for and by its number
+// (MAP27 v1.5, A7.5).
 std::string CauseText(std::uint8_t type, std::uint8_t cause, Direction direction = Direction::FromRadio);
 
-// "INCOMING EMERGENCY CALL" for A5 from the radio; hexadecimal for a type that has no name.
+// "INCOMING EMERGENCY CALL" for A5 from the radio; hexadecimal for a type without a name.
 std::string TypeName(std::uint8_t type, Direction direction);
 
 } // namespace map27

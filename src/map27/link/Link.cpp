@@ -130,7 +130,7 @@ LinkCounters Link::Counters() const
     return counters;
 }
 
-// ---- sending ------------------------------------------------------------------------------------------
+// Sending.
 
 void Link::SendLinkRequest(TimePoint now)
 {
@@ -160,7 +160,7 @@ LinkOutput Link::TakeOutput()
     return {m_sender.Take(), std::exchange(m_events, {})};
 }
 
-// ---- bodies received ----------------------------------------------------------------------------------
+// Bodies received.
 
 void Link::HandleBody(const Octets& body, TimePoint now)
 {

@@ -111,8 +111,8 @@ void OutgoingTransfers::Transmit(const Sent& sent, bool acknowledgeAtOnce, TimeP
     body.insert(body.end(), sent.message.begin(), sent.message.end());
     m_sender.Send(body, now);
     m_t1 = now + m_own.t1;
-    // An LA may have been made before our LT arrived and yet come later, since it had to wait for a long LT
-    // of the peer's to leave.
+    // An LA may have been made before our LT arrived and still come later, having had to wait for a long LT
+    // of the peer's.
     m_mayBeAnsweredFrom =
         m_sender.FreeAt() + m_sender.LineTime(packet::AcknowledgementOctets + packet::HeaderOctets +
                                               packet::FrameOverhead + m_agreed.LongestMessage());

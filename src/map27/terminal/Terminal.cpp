@@ -66,7 +66,7 @@ Deadline Terminal::NextDeadline() const
 TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
 {
     const bool wasOpen = State() != TerminalState::Idle;
-    // Once the link is down nothing can be ended any more, and a call may outlive the link.
+    // Once the link is down nothing can be ended over it, and a call may outlive the link.
     CancelMessage(now);
     HangUp(now);
     m_cancelled.Forget();
@@ -77,7 +77,7 @@ TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
     return TakeOutput(now);
 }
 
-// ---- link side ----------------------------------------------------------------------------------------
+// Link side.
 
 void Terminal::Take(LinkOutput output, TimePoint now)
 {
@@ -107,7 +107,7 @@ std::optional<Refusal> Terminal::Transmit(const Octets& message, TimePoint now)
     return RefusalOf(outcome.result, message.size(), m_link.LongestMessage());
 }
 
-// For messages that have nobody to refuse to.
+// For messages whose refusal nobody waits for.
 bool Terminal::TransmitOrReport(const Octets& message, TimePoint now)
 {
     const auto refusal = Transmit(message, now);
@@ -123,7 +123,7 @@ TerminalOutput Terminal::TakeOutput(TimePoint now)
     return m_outbox.Take();
 }
 
-// ---- messages from the radio --------------------------------------------------------------------------
+// Messages from the radio.
 
 void Terminal::OnMessage(const Octets& octets, TimePoint now)
 {
@@ -206,8 +206,8 @@ void Terminal::Handle(const ProtocolInfoMessage& message, const Octets& octets, 
         m_transaction.Apply(RadioInput::Refused, signal);
 }
 
-// After a cancel the next message waits for the cancelled one's end, and whatever comes until then is about
-// that one.
+// After a cancel the next message waits for the end of the cancelled one, and whatever comes until then is
+// about that one.
 bool Terminal::AnswersCancelledMessage(const RadioSignal& signal, TimePoint now)
 {
     const bool nothingElseOpen = State() == TerminalState::Idle || m_transaction.IsHeld();
@@ -217,7 +217,7 @@ bool Terminal::AnswersCancelledMessage(const RadioSignal& signal, TimePoint now)
     return answer != CancelledRequests::Answer::No;
 }
 
-// ---- operations ---------------------------------------------------------------------------------------
+// Operations.
 
 std::optional<Refusal> Terminal::WhyNot(const Request& request) const
 {
@@ -255,7 +255,7 @@ OperationResult Terminal::BeginMessage(Address to, const Request& request, TimeP
     if (auto refusal = WhyNot(request))
         return Finish(std::move(refusal), now);
     const Octets octets = EncodeToRadio(std::get<ToRadio>(request));
-    // One that has to wait is checked now, as long as there is somebody to refuse to.
+    // A message that has to wait is checked now, while it can still be refused.
     if (octets.size() > m_link.LongestMessage())
         return Finish(RefusalOf(SendResult::TooLong, octets.size(), m_link.LongestMessage()), now);
     const bool waits = m_cancelled.MessageEnd().has_value();
@@ -267,7 +267,7 @@ OperationResult Terminal::BeginMessage(Address to, const Request& request, TimeP
     return Finish(std::nullopt, now);
 }
 
-// The cancelled message has ended, or has had its time.
+// The cancelled message has ended, or has taken too long.
 void Terminal::ReleaseHeldMessage(TimePoint now)
 {
     m_cancelled.EndMessage();
@@ -374,7 +374,7 @@ void Terminal::CancelMessage(TimePoint now)
 {
     if (State() != TerminalState::MessageWait)
         return;
-    // One that was never sent leaves no trace; the end that it waited for is still to come.
+    // A message that was never sent leaves no trace; the end that it waited for is still to come.
     if (!m_transaction.IsHeld()) {
         const ClearMessage cancel{true, m_transaction.Party(), ClearCause::CancelAttempt};
         TransmitOrReport(EncodeToRadio(cancel), now);

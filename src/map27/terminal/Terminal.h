@@ -79,8 +79,7 @@ public:
     const std::optional<NumberingMessage>& Numbering() const { return m_questions.Numbering(); }
     const std::optional<PersonalityMessage>& Personality() const { return m_questions.Personality(); }
     const TerminalCounters& Counters() const { return m_outbox.counters; }
-    LinkCounters LinkCounters() const { return m_link.Counters(); }
-    LinkState GetLinkState() const { return m_link.State(); }
+    map27::LinkCounters LinkCounters() const { return m_link.Counters(); }
 
 private:
     // Link side.

@@ -9,7 +9,7 @@ namespace sim {
 
 namespace {
 
-constexpr Milliseconds diversionReaction{300};
+constexpr Milliseconds DiversionReaction{300};
 
 bool SameName(std::string_view a, std::string_view b)
 {
@@ -123,7 +123,7 @@ std::vector<Step> Fleet::StepsTo(const map27::Party& called, Service service) co
         return StepsOf(own, service);
     // The new target is tried once; its own diversions do not count any more.
     std::vector<Step> steps = StepsOf(ReactionOf({*target, {}}, service), service);
-    steps.insert(steps.begin(), {diversionReaction, StepOutcome::Pending, map27::Cause::DivertedRetry});
+    steps.insert(steps.begin(), {DiversionReaction, StepOutcome::Pending, map27::Cause::DivertedRetry});
     return steps;
 }
 

@@ -6,7 +6,7 @@ namespace sim {
 
 namespace {
 
-constexpr std::array<std::pair<std::string_view, Signal>, 3> words{
+constexpr std::array<std::pair<std::string_view, Signal>, 3> Words{
     {{"off", Signal::Off}, {"on", Signal::On}, {"unknown", Signal::Unknown}}};
 
 } // namespace
@@ -32,15 +32,15 @@ std::optional<Signals> SignalsOfText(std::string_view text)
 
 std::optional<Signal> SignalOfWord(std::string_view word)
 {
-    const auto found = std::ranges::find(words, word, &std::pair<std::string_view, Signal>::first);
-    if (found == words.end())
+    const auto found = std::ranges::find(Words, word, &std::pair<std::string_view, Signal>::first);
+    if (found == Words.end())
         return std::nullopt;
     return found->second;
 }
 
 std::string_view WordOf(Signal signal)
 {
-    return std::ranges::find(words, signal, &std::pair<std::string_view, Signal>::second)->first;
+    return std::ranges::find(Words, signal, &std::pair<std::string_view, Signal>::second)->first;
 }
 
 } // namespace sim

@@ -7,9 +7,9 @@ namespace sim {
 namespace {
 
 // Bits of the call details from the radio.
-constexpr std::uint8_t groupBit = 0x20;
-constexpr std::uint8_t dataBit = 0x10;
-constexpr std::uint8_t offHookNeededBit = 0x08;
+constexpr std::uint8_t GroupBit = 0x20;
+constexpr std::uint8_t DataBit = 0x10;
+constexpr std::uint8_t OffHookNeededBit = 0x08;
 
 constexpr Milliseconds EmergencyReaction{100};
 constexpr Milliseconds AnswerTime{300}; // from off hook to connected
@@ -42,7 +42,7 @@ void CallService::SetUp(const map27::CallMessage& message)
     std::vector<Step> steps = m_air.scenario.fleet.StepsTo(message.party, Service::Call);
     if (message.emergency)
         steps.insert(steps.begin(),
-                     {emergencyReaction, StepOutcome::Pending, map27::Cause::EmergencyProceeding});
+                     {EmergencyReaction, StepOutcome::Pending, map27::Cause::EmergencyProceeding});
     m_attempt.Start(std::move(steps), [this, reaction](StepOutcome outcome, std::uint8_t cause) {
         TakeSetUpStep(outcome, cause, reaction);
     });
@@ -133,7 +133,7 @@ void CallService::Answer()
         return m_hookChanged();
     m_state = State::Answering;
     m_hookChanged();
-    m_ringing.Start(answerTime, [this] {
+    m_ringing.Start(AnswerTime, [this] {
         TellReceive(map27::AckOutcome::Positive, map27::Cause::Success);
         Connect(m_hangUpAfter);
     });
@@ -244,7 +244,7 @@ map27::CallMessage CallService::IncomingMessage(const CallAction& call) const
     if (call.rings)
         message.details.octet |= OffHookNeededBit;
     if (call.data)
-        message.details.octet |= dataBit;
+        message.details.octet |= DataBit;
     return message;
 }
 

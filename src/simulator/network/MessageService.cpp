@@ -9,7 +9,7 @@ namespace sim {
 
 namespace {
 
-constexpr Milliseconds networkReaction{300};
+constexpr Milliseconds NetworkReaction{300};
 
 bool IsDigit(std::uint8_t octet)
 {
@@ -88,8 +88,8 @@ std::vector<Step> MessageService::Steps(const map27::Party& called, Service serv
     if (!data || data->size != map27::DataSize::Medium || medium == MediumTexts::Carried || steps.empty())
         return steps;
     if (medium == MediumTexts::Refused)
-        return {{networkReaction, StepOutcome::Failure, map27::Cause::NoLongMessages}};
-    steps.insert(steps.begin(), {networkReaction, StepOutcome::Pending, map27::Cause::SentInParts});
+        return {{NetworkReaction, StepOutcome::Failure, map27::Cause::NoLongMessages}};
+    steps.insert(steps.begin(), {NetworkReaction, StepOutcome::Pending, map27::Cause::SentInParts});
     return steps;
 }
 

@@ -27,7 +27,7 @@ std::string OtherRadios::Take(const map27::ToRadio& message)
         return {};
     const auto command = DecodeGroupCommand(data->data);
     if (!command)
-        return "a group command that no radio can follow: " + map27::ToHex(data->data.octets);
+        return "a group command that no radio understands: " + map27::ToHex(data->data.octets);
     m_groups.Obey(*command, data->party.address, fleet);
     return {};
 }

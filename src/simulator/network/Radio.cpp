@@ -10,9 +10,9 @@ namespace sim {
 
 namespace {
 
-constexpr Milliseconds restartPause{500};
+constexpr Milliseconds RestartPause{500};
 
-// Whether a call or message can go there: a gateway needs a number, and only calls go through one.
+// Whether a call or message can go there. A gateway takes only calls, and they need a number.
 bool CanBeAddressed(const map27::Party& called, Service service)
 {
     using map27::DescriptionKind;
@@ -22,7 +22,8 @@ bool CanBeAddressed(const map27::Party& called, Service service)
     if (!map27::IsSendable(called.address))
         return false;
     if (gateway)
-        return service == Service::Call && kind == DescriptionKind::Digits && !called.description.digits.empty();
+        return service == Service::Call && kind == DescriptionKind::Digits &&
+               !called.description.digits.empty();
     if (kind == DescriptionKind::PabxExtension)
         return service == Service::Call;
     const bool subscriber = called.address.ident <= HighestSubscriberIdent;
@@ -197,7 +198,7 @@ void Radio::DropEverything()
     m_calls.Drop();
 }
 
-// ---- what the console asks of the radio ---------------------------------------------------------------
+// What the console asks of the radio, and what becomes of it.
 
 bool Radio::IsBusy() const
 {
@@ -266,7 +267,7 @@ void Radio::Handle(const map27::ProtocolInfoMessage& message)
          map27::CauseText(map27::Type::ProtocolInfo, message.reason, map27::Direction::ToRadio));
 }
 
-// ---- what happens on the air side ---------------------------------------------------------------------
+// What happens on the air side.
 
 std::string Radio::Do(const StatusAction& action)
 {
@@ -354,7 +355,7 @@ std::string Radio::Do(const RestartAction&)
         Note(std::to_string(lost) + " messages for the console are lost with the restart");
     m_deliveries.Forget();
     DropEverything();
-    Take(m_link.Reset(m_now, restartPause));
+    Take(m_link.Reset(m_now, RestartPause));
     return {};
 }
 
@@ -376,7 +377,7 @@ void Radio::Report(const TextAction& report)
         Note("report of " + m_scenario.fleet.Describe({report.from, {}}) + " left out: " + problem);
 }
 
-// Somebody who has noted a call of the console calls by himself, as soon as the radio is free.
+// A party that has noted the console's call calls back as soon as the radio is free.
 void Radio::CallBack(map27::Address from, Milliseconds after)
 {
     m_schedule.After(after, [this, from, after] {

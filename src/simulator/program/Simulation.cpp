@@ -104,7 +104,7 @@ std::string Simulation::Perform(const Command& command, TimePoint now)
     }
     if (const auto* signals = std::get_if<SignalsCommand>(&command)) {
         const Outstation* outstation = m_radio.Others().FindOutstation(signals->outstation);
-        return outstation ? "ok " + outstation->Describe() : "error that is no outstation";
+        return outstation ? "ok " + outstation->Describe() : "error that is not an outstation";
     }
     if (std::holds_alternative<ListCommand>(command))
         return ListText() + "ok";

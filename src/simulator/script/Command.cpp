@@ -203,7 +203,7 @@ Command ParseStorm(Words& words, const Scenario&)
 {
     StormAction action;
     if (!words.AtEnd())
-        action.count = words.Number("the number of messages", 1, mostAtOnce);
+        action.count = words.Number("the number of messages", 1, MostAtOnce);
     if (!words.AtEnd())
         action.texts = words.Real("the share of texts", 1);
     return Action(action);

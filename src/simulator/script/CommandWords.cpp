@@ -7,8 +7,8 @@ namespace sim {
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
-constexpr double longestSeconds = 86400;
+constexpr std::string_view Blanks = " \t";
+constexpr double LongestSeconds = 86400;
 
 } // namespace
 
@@ -60,7 +60,7 @@ double Words::Real(const char* what, double highest)
 
 Milliseconds Words::Seconds(const char* what)
 {
-    return Milliseconds(std::llround(Real(what, longestSeconds) * 1000));
+    return Milliseconds(std::llround(Real(what, LongestSeconds) * 1000));
 }
 
 map27::Address Words::Sender()

@@ -9,7 +9,7 @@ namespace sim {
 
 namespace {
 
-constexpr double longestSeconds = 30.0 * 86400;
+constexpr double LongestSeconds = 30.0 * 86400;
 
 // An event as an object of named fields, which it was before it was a command line.
 struct FieldEvent {
@@ -18,7 +18,7 @@ struct FieldEvent {
     std::array<const char*, 6> fields; // in the order of the command's words; the rest null
 };
 
-constexpr std::array fieldEvents{
+constexpr std::array FieldEvents{
     FieldEvent{"status", "status", {"from", "code"}},
     FieldEvent{"text", "text", {"from", "bits", "text"}},
     FieldEvent{"call", "call", {"from", "rings", "emergency", "to", "data", "hangUpAfter"}},
@@ -72,8 +72,8 @@ std::string WordsOf(const JsonNode& event, std::string_view field)
 void RefuseFields(const JsonNode& event)
 {
     const std::string word = event.Member("do").Text();
-    const auto known = std::ranges::find(fieldEvents, word, &FieldEvent::word);
-    if (known == fieldEvents.end())
+    const auto known = std::ranges::find(FieldEvents, word, &FieldEvent::word);
+    if (known == FieldEvents.end())
         return;
     std::string line(known->command);
     bool hasFields = line.substr(0, line.find(' ')) != word;
@@ -108,9 +108,9 @@ TimedEvent ReadEvent(const JsonNode& node, const Scenario& scenario)
     RefuseFields(node);
     node.RequireMembers({"at", "every", "do"});
     TimedEvent event;
-    event.at = Milliseconds(node.Member("at").SecondsAsMilliseconds(longestSeconds));
+    event.at = Milliseconds(node.Member("at").SecondsAsMilliseconds(LongestSeconds));
     if (const auto every = node.Find("every")) {
-        event.every = Milliseconds(every->SecondsAsMilliseconds(longestSeconds));
+        event.every = Milliseconds(every->SecondsAsMilliseconds(LongestSeconds));
         if (event.every < Milliseconds(100))
             every->Fail("must be 0.1 seconds or more");
     }

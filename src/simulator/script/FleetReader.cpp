@@ -6,30 +6,30 @@ namespace sim {
 
 namespace {
 
-constexpr std::size_t longestName = 32;
-constexpr int longestMs = 3600 * 1000;
+constexpr std::size_t LongestName = 32;
+constexpr int LongestMs = 3600 * 1000;
 
 Behaviour ReadBehaviour(const JsonNode& node)
 {
     const std::string word = node.Text();
     const auto behaviour = BehaviourOfWord(word);
     if (!behaviour)
-        node.Fail("unknown behaviour \"" + word + "\"; there are " + BehaviourWords());
+        node.Fail("unknown behaviour \"" + word + "\"; known are " + BehaviourWords());
     return *behaviour;
 }
 
-// The behaviour of the node, or of `usual` when it has none, with the times given beside it.
+// The node's behaviour, or that of `usual` when it names none, with the times given there.
 Reaction ReadReactionFields(const JsonNode& node, const Reaction& usual)
 {
     Reaction reaction = usual;
     if (const auto behaviour = node.Find("behaviour"))
         reaction = Reaction::Of(ReadBehaviour(*behaviour));
     if (const auto react = node.Find("reactAfterMs"))
-        reaction.reactAfter = Milliseconds(react->Integer(0, longestMs));
+        reaction.reactAfter = Milliseconds(react->Integer(0, LongestMs));
     if (const auto answer = node.Find("answerAfterMs"))
-        reaction.answerAfter = Milliseconds(answer->Integer(0, longestMs));
+        reaction.answerAfter = Milliseconds(answer->Integer(0, LongestMs));
     if (const auto talk = node.Find("talkMs"))
-        reaction.talk = Milliseconds(talk->Integer(0, longestMs));
+        reaction.talk = Milliseconds(talk->Integer(0, LongestMs));
     return reaction;
 }
 
@@ -59,7 +59,7 @@ Reactions ReadReactions(const JsonNode& member)
 std::string ReadName(const JsonNode& node, const Fleet& fleet)
 {
     std::string name = node.Text();
-    if (name.empty() || name.size() > longestName || name.find_first_of(" \t\r\n/\"") != std::string::npos)
+    if (name.empty() || name.size() > LongestName || name.find_first_of(" \t\r\n/\"") != std::string::npos)
         node.Fail("must be a name of 1 to 32 characters without blank, slash and quotation mark");
     if (std::as_const(fleet).Find(name))
         node.Fail("there is another \"" + name + "\"");

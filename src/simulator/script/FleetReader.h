@@ -8,7 +8,7 @@ namespace sim {
 // Members "prefix" and "ident" of the node: the address of a radio or group.
 map27::Address ReadAddress(const JsonNode& node);
 
-// A behaviour by its word alone, or an object of behaviour, reactAfterMs, answerAfterMs and talkMs.
+// Reads a behaviour's word, or an object of behaviour, reactAfterMs, answerAfterMs and talkMs.
 Reaction ReadReaction(const JsonNode& node);
 
 // "others" and "numbers" of a gateway.

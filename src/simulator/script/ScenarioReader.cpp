@@ -11,7 +11,7 @@ namespace sim {
 
 namespace {
 
-constexpr qint64 largestScenario = 16 * 1024 * 1024; // octets; a device may never end
+constexpr qint64 LargestScenario = 16 * 1024 * 1024; // octets; a device may never end
 
 void AddFacility(OwnRadio& radio, const JsonNode& node)
 {
