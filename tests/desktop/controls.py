@@ -56,7 +56,8 @@ class Control:
 
     @property
     def description(self):
-        return self.handle.get_description() or ""
+        return self._bus.ask(self._node, "org.freedesktop.DBus.Properties", "Get",
+                             GLib.Variant("(ss)", ("org.a11y.atspi.Accessible", "Description")))[0]
 
     def answers_to(self, role, pattern):
         names = {_plain(self.name), self.name}
