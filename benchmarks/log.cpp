@@ -1,8 +1,8 @@
 // The message log and the directory look-ups beside the bare SQLite C interface with the same pragmas, as
 // ratios within one run: absolute times drift. Arguments: events in the database (1,000,000).
 
-#include "core/EventLog.h"
-#include "core/StringSource.h"
+#include "core/eventlog/EventLog.h"
+#include "core/texts/StringSource.h"
 #include "support/TestDatabase.h"
 
 #include <QCoreApplication>

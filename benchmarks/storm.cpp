@@ -2,12 +2,12 @@
 // the real veltorkyn-radio: what arrived, whether in order, and how long the operator's own statuses had to
 // wait among it. Arguments: minutes (10).
 
-#include "core/Clock.h"
-#include "core/StringSource.h"
+#include "core/base/Clock.h"
+#include "core/texts/StringSource.h"
 #include "map27/codec/Messages.h"
 #include "map27/codec/ShortData.h"
 #include "map27/link/Framing.h"
-#include "radio/SerialMap27Control.h"
+#include "radio/line/SerialMap27Control.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -70,9 +70,11 @@ class Operator : public QObject {
 public:
     explicit Operator(SerialMap27Control& radio) : m_radio(radio)
     {
-        connect(&radio, &Map27Control::StatusReceived, this, [this](int prefix, int ident, int status) {
-            received.append(Line(prefix, ident, QString::number(status)));
-        });
+        connect(
+            &radio, &Map27Control::StatusReceived, this,
+            [this](int prefix, int ident, int status) {
+                received.append(Line(prefix, ident, QString::number(status)));
+            });
         connect(&radio, &Map27Control::TextReceived, this,
                 [this](const QString& text, int prefix, int ident) {
                     received.append(Line(prefix, ident, text));

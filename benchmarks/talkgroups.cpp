@@ -1,17 +1,17 @@
 // The talkgroup tree with 500 groups and 20,000 radios in them, in the real window on a real database: how
 // long the operator waits. Goal: no pause that is noticed, 100 ms.
 
-#include "core/EventLog.h"
-#include "core/Prompt.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "core/UserProfile.h"
-#include "mainwindow/NodeKeys.h"
-#include "mainwindow/TalkgroupModel.h"
-#include "mainwindow/winMain.h"
-#include "radio/FleetDataSource.h"
-#include "radio/Map27Executive.h"
-#include "radio/StatusTexts.h"
+#include "core/desktop/Prompt.h"
+#include "core/eventlog/EventLog.h"
+#include "core/session/UserProfile.h"
+#include "core/settings/Settings.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/frame/winMain.h"
+#include "mainwindow/talkgroups/NodeKeys.h"
+#include "mainwindow/talkgroups/TalkgroupModel.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
 #include "support/FakeBeeper.h"
 #include "support/FakeClock.h"
 #include "support/FakeMap27Control.h"
@@ -136,16 +136,21 @@ int main(int argc, char** argv)
             [&](int) { window.findChild<QToolButton*>(QStringLiteral("tbMain_refresh"))->click(); });
     Measure("empty window, for comparison", window, [&](int) {});
     tree.setCurrentIndex(model.Find(keyOf(Members / 2)));
-    Measure("reload caused by the radio", window, [&](int) { pane.ReloadDynamicGroups({}); });
-    Measure("select another radio", window,
-            [&](int round) { tree.setCurrentIndex(model.Find(keyOf(1000 * round + 7))); });
+    Measure(
+        "reload caused by the radio", window, [&](int) { pane.ReloadDynamicGroups({}); });
+    Measure(
+        "select another radio", window,
+        [&](int round) { tree.setCurrentIndex(model.Find(keyOf(1000 * round + 7))); });
     Measure("page down", window, [&](int) { QTest::keyClick(&tree, Qt::Key_PageDown); });
-    Measure("fold and unfold the dynamic groups", window, [&](int) {
-        tree.collapse(model.Root(TalkgroupModel::DynamicKey));
-        tree.expand(model.Root(TalkgroupModel::DynamicKey));
-    });
-    Measure("add a radio to a group", window,
-            [&](int round) { model.AddMember(QStringLiteral("New"), 250, 100000 + round, Position); });
+    Measure(
+        "fold and unfold the dynamic groups", window,
+        [&](int) {
+            tree.collapse(model.Root(TalkgroupModel::DynamicKey));
+            tree.expand(model.Root(TalkgroupModel::DynamicKey));
+        });
+    Measure(
+        "add a radio to a group", window,
+        [&](int round) { model.AddMember(QStringLiteral("New"), 250, 100000 + round, Position); });
     Measure("move a radio to another group", window,
             [&](int round) { model.MoveMember(keyOf(500 * round + 1), 400); });
     window.CloseUnasked();

@@ -4,7 +4,7 @@
 PACKAGES="g++ cmake ninja-build ccache pkg-config python3
 qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev qt6-multimedia-dev qt6-qpa-plugins
 libsodium-dev libsqlite3-dev libpq-dev libx11-dev fonts-dejavu-core"
-TEST_PACKAGES="libgtest-dev postgresql
+TEST_PACKAGES="libgtest-dev clang-format postgresql
 xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
 
 DESKTOP_PACKAGES="xfwm4 metacity mutter kwin-x11 xwayland qt6-wayland"

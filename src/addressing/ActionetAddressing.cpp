@@ -83,10 +83,9 @@ std::vector<AddressingError> ActionetAddressing::Warnings() const
     const auto groups =
         CompareReport(AddressingCode::OwnGroupsDiffer, {m_own->groupBaseIdent, m_own->groupMaxIdent},
                       m_own->groupDigits, {firstGroup, firstGroup + shape.groups.Count() - 1}, shape.digits);
-    for (const auto& warning : {units, groups}) {
+    for (const auto& warning : {units, groups})
         if (warning)
             warnings.push_back(*warning);
-    }
     return warnings;
 }
 

@@ -77,10 +77,9 @@ ActionetFleet ActionetFleetOf(const ActionetConfig& config, int ident)
     const int block = kind == ActionetFleetKind::Large ? 0 : inSegment / BlockIdents;
     const int rest = inSegment - block * BlockIdents;
     const FleetShape* holder = nullptr;
-    for (const FleetShape& shape : FleetShapes) {
+    for (const FleetShape& shape : FleetShapes)
         if (shape.kind == kind && shape.start <= rest)
             holder = &shape;
-    }
     return {.shape = holder, .segment = segment, .block = block};
 }
 

@@ -1,13 +1,13 @@
 #include "admin/DirectoryDeletion.h"
 
 #include "admin/TextIds.h"
-#include "core/DbSession.h"
-#include "core/DynamicRegroup.h"
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/ProgramLog.h"
-#include "core/Prompt.h"
-#include "core/StringSource.h"
+#include "core/base/ProgramLog.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/DbSession.h"
+#include "core/session/DynamicRegroup.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 #include "dao/Workspace.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include "admin/DirectoryModel.h"
 
 #include "admin/TextIds.h"
-#include "core/DbSession.h"
-#include "core/Icons.h"
-#include "core/StringSource.h"
+#include "core/session/DbSession.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Icons.h"
 #include "dao/Database.h"
 
 #include <algorithm>
@@ -77,10 +77,9 @@ void DirectoryModel::Replace(DirectoryList list)
 
 int DirectoryModel::RowOf(qint32 id) const
 {
-    for (int row = 0; row < m_list.Count(); ++row) {
+    for (int row = 0; row < m_list.Count(); ++row)
         if (m_list.Id(row) == id)
             return row;
-    }
     return -1;
 }
 

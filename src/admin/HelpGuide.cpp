@@ -1,9 +1,9 @@
 #include "admin/HelpGuide.h"
 
 #include "admin/TextIds.h"
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/StringSource.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 
 #include <QDir>
 #include <QFile>

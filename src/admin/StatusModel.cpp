@@ -1,8 +1,8 @@
 #include "admin/StatusModel.h"
 
 #include "admin/TextIds.h"
-#include "core/Icons.h"
-#include "core/StringSource.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Icons.h"
 
 #include <QIcon>
 #include <algorithm>

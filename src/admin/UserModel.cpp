@@ -1,9 +1,9 @@
 #include "admin/UserModel.h"
 
 #include "admin/TextIds.h"
-#include "core/AccountChanges.h"
-#include "core/DbSession.h"
-#include "core/StringSource.h"
+#include "core/session/AccountChanges.h"
+#include "core/session/DbSession.h"
+#include "core/texts/StringSource.h"
 #include "dao/Workspace.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "admin/UserRules.h"
 
 #include "admin/TextIds.h"
-#include "core/Validation.h"
+#include "core/texts/Validation.h"
 
 UserProblem ProblemOfNewUser(const UserFields& fields)
 {

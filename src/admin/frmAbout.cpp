@@ -2,12 +2,12 @@
 
 #include "admin/SystemInformation.h"
 #include "admin/TextIds.h"
-#include "core/AppPaths.h"
-#include "core/Captions.h"
-#include "core/FormatMessage.h"
-#include "core/Icons.h"
-#include "core/Prompt.h"
-#include "core/StringSource.h"
+#include "core/base/AppPaths.h"
+#include "core/desktop/Prompt.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/Icons.h"
 #include "ui_frmAbout.h"
 
 #include <QCoreApplication>
@@ -28,7 +28,7 @@ frmAbout::frmAbout(IPrompt& prompt, const IStringSource& strings, QWidget* paren
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, strings);
-    const QString title = QString::fromLatin1(AppPaths::title);
+    const QString title = QString::fromLatin1(AppPaths::Title);
     setWindowTitle(FormatMessage(strings, AdminText::AboutTitle, {title}));
     const int edge = IconLines * fontMetrics().lineSpacing();
     m_ui->picIcon->setPixmap(LoadIcon(QStringLiteral("veltorkyn")).pixmap(edge, edge));

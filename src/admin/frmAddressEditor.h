@@ -1,7 +1,7 @@
 #pragma once
 
 #include "admin/AdminServices.h"
-#include "core/AddressEntry.h"
+#include "core/widgets/AddressEntry.h"
 
 #include <QDialog>
 #include <memory>

@@ -2,9 +2,9 @@
 
 #include "admin/HelpGuide.h"
 #include "admin/TextIds.h"
-#include "core/Captions.h"
-#include "core/Icons.h"
-#include "core/ShowWindow.h"
+#include "core/desktop/ShowWindow.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/Icons.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -57,10 +57,12 @@ frmHelp::frmHelp(const HelpGuide& guide, const IStringSource& strings, QWidget* 
         --m_current;
         Render();
     });
-    connect(cmdForward, &QPushButton::clicked, this, [this] {
-        ++m_current;
-        Render();
-    });
+    connect(
+        cmdForward, &QPushButton::clicked, this,
+        [this] {
+            ++m_current;
+            Render();
+        });
     connect(txtHelp, &QTextBrowser::anchorClicked, this, [this](const QUrl& link) {
         if (link.scheme() == QLatin1String(PageScheme))
             Go(link.path());

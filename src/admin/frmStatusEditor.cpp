@@ -1,17 +1,17 @@
 #include "admin/frmStatusEditor.h"
 
 #include "admin/TextIds.h"
-#include "core/Captions.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
-#include "core/Icons.h"
-#include "core/ListHelpers.h"
-#include "core/PlainIconDelegate.h"
-#include "core/PlainKey.h"
-#include "core/ProgramLog.h"
-#include "core/Prompt.h"
-#include "core/Registry.h"
-#include "core/StringSource.h"
+#include "core/base/ProgramLog.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/DbSession.h"
+#include "core/session/Registry.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/Icons.h"
+#include "core/widgets/ListHelpers.h"
+#include "core/widgets/PlainIconDelegate.h"
+#include "core/widgets/PlainKey.h"
 #include "dao/Workspace.h"
 #include "ui_frmStatusEditor.h"
 
@@ -58,10 +58,9 @@ frmStatusEditor::~frmStatusEditor() = default;
 
 void frmStatusEditor::FillCodes()
 {
-    for (QComboBox* box : {m_ui->cmbEditStatus, m_ui->cmbOnDuty, m_ui->cmbOffDuty}) {
+    for (QComboBox* box : {m_ui->cmbEditStatus, m_ui->cmbOnDuty, m_ui->cmbOffDuty})
         for (int code = 0; code < Codes; ++code)
             box->addItem(QString::number(code));
-    }
     m_ui->cmbEditStatus->setCurrentIndex(-1);
 }
 

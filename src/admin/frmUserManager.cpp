@@ -3,15 +3,15 @@
 #include "admin/TextIds.h"
 #include "admin/UserModel.h"
 #include "admin/UserRules.h"
-#include "core/AccountChanges.h"
-#include "core/Captions.h"
-#include "core/DatabaseChanges.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/ListHelpers.h"
-#include "core/Prompt.h"
-#include "core/StringSource.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/AccountChanges.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/ListHelpers.h"
 #include "dao/Workspace.h"
 #include "ui_frmUserManager.h"
 
@@ -274,10 +274,9 @@ void frmUserManager::FillGroups()
     dao::GroupList& groups = m_services.session.Workspace().Groups();
     groups.Refresh();
     m_ui->cmbGroup->clear();
-    for (const QString& group : groups.Names()) {
+    for (const QString& group : groups.Names())
         if (group != Text(AdminText::UsersGroup))
             m_ui->cmbGroup->addItem(group);
-    }
     m_ui->cmbGroup->setCurrentIndex(-1);
 }
 

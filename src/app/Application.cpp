@@ -1,23 +1,23 @@
 #include "app/Application.h"
 
 #include "app/ConsoleWindows.h"
-#include "core/AppPaths.h"
-#include "core/Beeper.h"
-#include "core/Clock.h"
-#include "core/DbSessionImpl.h"
-#include "core/EventLog.h"
-#include "core/Prompt.h"
-#include "core/Settings.h"
-#include "core/UserProfile.h"
-#include "core/frmPassword.h"
-#include "core/frmSettings.h"
-#include "mainwindow/Services.h"
-#include "mainwindow/winMain.h"
-#include "radio/FleetDataSource.h"
-#include "radio/Map27Executive.h"
-#include "radio/SerialMap27Control.h"
-#include "radio/StatusTexts.h"
-#include "radio/SystemSerialPorts.h"
+#include "core/base/AppPaths.h"
+#include "core/base/Clock.h"
+#include "core/desktop/Prompt.h"
+#include "core/eventlog/EventLog.h"
+#include "core/logon/DbSessionImpl.h"
+#include "core/logon/frmPassword.h"
+#include "core/logon/frmSettings.h"
+#include "core/session/UserProfile.h"
+#include "core/settings/Settings.h"
+#include "core/widgets/Beeper.h"
+#include "mainwindow/frame/Services.h"
+#include "mainwindow/frame/winMain.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
+#include "radio/line/SerialMap27Control.h"
+#include "radio/line/SystemSerialPorts.h"
 
 #include <QApplication>
 
@@ -54,13 +54,14 @@ void Application::StartUp(const QString& settingsFile)
     o.settings = std::make_unique<Settings>(settingsFile, m_strings);
     o.statusTexts = std::make_unique<StatusTexts>(m_strings);
 
-    const QString title = QString::fromLatin1(AppPaths::title);
+    const QString title = QString::fromLatin1(AppPaths::Title);
     m_stage = QStringLiteral("Prompt");
     o.prompt = std::make_unique<Prompt>(m_strings, o.clock);
     m_stage = QStringLiteral("DbSession");
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
     o.eventLog = std::make_unique<EventLog>(*o.session, m_strings, AppPaths::DataFolder());
-    QObject::connect(&o.session->Changes(), &DatabaseChanges::Opened, o.eventLog.get(), &EventLog::WriteWaiting);
+    QObject::connect(&o.session->Changes(), &DatabaseChanges::Opened, o.eventLog.get(),
+                     &EventLog::WriteWaiting);
     o.profile = std::make_unique<UserProfile>(*o.session, *o.prompt, m_strings);
     m_stage = QStringLiteral("FleetDataSource");
     o.fleetData = std::make_unique<FleetDataSource>(*o.session, m_strings);

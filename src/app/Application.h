@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/StringSource.h"
+#include "core/texts/StringSource.h"
 
 #include <QString>
 #include <memory>
@@ -14,8 +14,8 @@ public:
     // Builds everything and shows the main window; from then on window events drive the program. Raises
     // whatever could not be built; StageName() then says what it was.
     void StartUp(const QString& settingsFile);
-    // Ends the session and the program as the window's close box does, without a question, whatever is open. Before
-    // StartUp there is no session to end.
+    // Ends the session and the program as the window's close box does, without a question, whatever is open.
+    // Before StartUp there is no session to end.
     void EndAtOnce();
     // Closes every secondary window, disconnects the radio and releases the objects.
     void ShutdownApplication();

@@ -34,10 +34,9 @@ QString ProblemOf(const QCommandLineParser& parser)
 {
     if (!parser.positionalArguments().isEmpty())
         return QStringLiteral("unknown argument: %1").arg(parser.positionalArguments().first());
-    for (const QCommandLineOption& option : Options()) {
+    for (const QCommandLineOption& option : Options())
         if (!option.valueName().isEmpty() && parser.isSet(option) && parser.value(option).isEmpty())
             return QStringLiteral("--%1 needs a value").arg(option.names().first());
-    }
     const bool tour = parser.isSet(TourOption);
     const bool demonstration = parser.isSet(DemonstrationOption);
     if (tour && demonstration)

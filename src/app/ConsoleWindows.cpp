@@ -8,19 +8,19 @@
 #include "admin/frmStatusEditor.h"
 #include "admin/frmUserManager.h"
 #include "app/HelpKey.h"
-#include "core/DatabaseChanges.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
-#include "core/Prompt.h"
-#include "core/ShowModal.h"
-#include "core/ShowWindow.h"
-#include "core/StringSource.h"
-#include "mainwindow/winMain.h"
+#include "core/desktop/Prompt.h"
+#include "core/desktop/ShowModal.h"
+#include "core/desktop/ShowWindow.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/frame/winMain.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmFleetPlan.h"
 #include "numbering/frmNumInfoDiagnostics.h"
 #include "numbering/frmSelectNumbering.h"
-#include "radio/Map27Executive.h"
+#include "radio/facade/Map27Executive.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -63,16 +63,19 @@ void ConsoleWindows::OpenUserManager(winMain& owner)
 
 void ConsoleWindows::OpenNumbering(winMain& owner)
 {
-    ShowDialog(owner, [this]() -> std::unique_ptr<QDialog> {
-        if (m_services.executive.CurrentNumbering() == QLatin1String("ACTIONET"))
-            return std::make_unique<frmActionetSettings>(ForNumbering());
-        return std::make_unique<frmFleetPlan>(ForNumbering());
-    });
+    ShowDialog(
+        owner,
+        [this]() -> std::unique_ptr<QDialog> {
+            if (m_services.executive.CurrentNumbering() == QLatin1String("ACTIONET"))
+                return std::make_unique<frmActionetSettings>(ForNumbering());
+            return std::make_unique<frmFleetPlan>(ForNumbering());
+        });
 }
 
 void ConsoleWindows::OpenNumberingSelection(winMain& owner)
 {
-    ShowDialog(owner, [this] { return std::make_unique<frmSelectNumbering>(ForNumbering()); });
+    ShowDialog(
+        owner, [this] { return std::make_unique<frmSelectNumbering>(ForNumbering()); });
 }
 
 void ConsoleWindows::OpenNumberingDiagnostics(winMain& owner)

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "admin/AdminServices.h"
-#include "mainwindow/Services.h"
-#include "mainwindow/Windows.h"
+#include "mainwindow/frame/Services.h"
+#include "mainwindow/frame/Windows.h"
 #include "numbering/NumberingServices.h"
 
 #include <functional>

@@ -1,10 +1,10 @@
 #include "app/Demonstration.h"
 
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/ProgramLog.h"
-#include "core/Settings.h"
-#include "core/TextIds.h"
+#include "core/base/ProgramLog.h"
+#include "core/settings/Settings.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/TextIds.h"
 #include "dao/Database.h"
 #include "dao/FileAccess.h"
 #include "dao/Location.h"
@@ -111,7 +111,7 @@ void AddOperator(dao::Workspace& workspace, const Demonstration::Account& accoun
 {
     auto user = workspace.CreateUser(account.user, QStringLiteral("demonstration"), account.password);
     workspace.Users().Append(*user);
-    workspace.Users().Item(account.user)->Groups().Append(QLatin1String(dao::usersGroup));
+    workspace.Users().Item(account.user)->Groups().Append(QLatin1String(dao::UsersGroupName));
     const auto profiles = workspace.Database().OpenTable(QStringLiteral("user_profile"));
     AddRecord(*profiles, {{QStringLiteral("UserName"), account.user},
                           {QStringLiteral("callsign"), account.user},
@@ -131,7 +131,7 @@ Demonstration::Demonstration(const QString& folder, const IStringSource& strings
       m_folder(QDir(folder).absolutePath())
 {
     if (!dao::MakePrivateFolder(m_folder))
-        throw Error(ErrorCode::General, FormatMessage(strings, core::textFolderNotCreated, {m_folder}));
+        throw Error(ErrorCode::General, FormatMessage(strings, CoreText::FolderNotCreated, {m_folder}));
 }
 
 Demonstration::~Demonstration()

@@ -1,7 +1,7 @@
 #include "app/HelpKey.h"
 
 #include "admin/HelpGuide.h"
-#include "core/PlainKey.h"
+#include "core/widgets/PlainKey.h"
 
 #include <QApplication>
 #include <QMessageBox>

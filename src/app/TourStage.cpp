@@ -1,7 +1,7 @@
 #include "app/TourStage.h"
 
 #include "app/Demonstration.h"
-#include "core/Errors.h"
+#include "core/texts/Errors.h"
 #include "dao/Database.h"
 #include "dao/Location.h"
 #include "dao/QueryDef.h"

@@ -4,14 +4,14 @@
 #include "app/Demonstration.h"
 #include "app/EndRequest.h"
 #include "app/TextIds.h"
-#include "core/AppPaths.h"
-#include "core/Errors.h"
-#include "core/FileLock.h"
-#include "core/FormatMessage.h"
-#include "core/ProgramLog.h"
-#include "core/ReadableSelection.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
+#include "core/base/AppPaths.h"
+#include "core/base/FileLock.h"
+#include "core/base/ProgramLog.h"
+#include "core/settings/Settings.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/ReadableSelection.h"
 #include "dao/FileAccess.h"
 
 #include <QApplication>
@@ -27,7 +27,7 @@ constexpr int WrongArguments = 2;
 
 void ShowBox(const QString& text)
 {
-    QMessageBox box(QMessageBox::Critical, QString::fromLatin1(AppPaths::title), text, QMessageBox::Ok);
+    QMessageBox box(QMessageBox::Critical, QString::fromLatin1(AppPaths::Title), text, QMessageBox::Ok);
     box.setObjectName(QStringLiteral("startBox"));
     box.exec();
 }
@@ -109,7 +109,8 @@ int Run(const CommandLine& line)
     }
 }
 
-// A Wayland session lets no window stay above the others, come to the front or go to its place; its X server does.
+// A Wayland session lets no window stay above the others, come to the front or go to its place; its X server
+// does.
 void ChoosePlatform(bool tour)
 {
     if (qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -143,7 +144,7 @@ int main(int argc, char** argv)
         break;
     }
     ChoosePlatform(line.mode == CommandLine::Mode::Tour);
-    QApplication::setApplicationName(QString::fromLatin1(AppPaths::title));
+    QApplication::setApplicationName(QString::fromLatin1(AppPaths::Title));
     QApplication::setApplicationVersion(Version());
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication application(argc, argv);

@@ -17,10 +17,10 @@ namespace dao {
 namespace {
 
 // Those that others refer to come first.
-constexpr const char* tables[] = {"address", "status",       "event",       "dynamic_regroup",
+constexpr const char* Tables[] = {"address", "status",       "event",       "dynamic_regroup",
                                   "fleet",   "user_profile", "kyn_registry"};
-constexpr int pageSize = 2000;
-constexpr int rowsAtOnce = 50;
+constexpr int PageSize = 2000;
+constexpr int RowsAtOnce = 50;
 
 struct Account {
     QString name;
@@ -64,7 +64,7 @@ void ForEachPage(Engine& engine, const TableShape& table, const QStringList& col
     const QString key = QuotedList(table.KeyFields());
     const QString marks = QStringList(table.KeyFields().size(), "?").join(", ");
     const QString select = "SELECT " + QuotedList(columns) + " FROM " + Quoted(table.Name());
-    const QString order = " ORDER BY " + key + " LIMIT " + QString::number(pageSize);
+    const QString order = " ORDER BY " + key + " LIMIT " + QString::number(PageSize);
     QVariantList last;
     while (true) {
         const QString after = last.isEmpty() ? QString() : " WHERE (" + key + ") > (" + marks + ")";
@@ -84,8 +84,8 @@ void Insert(Engine& engine, const TableShape& table, const QStringList& columns,
 {
     const QString row = "(" + QStringList(columns.size(), "?").join(", ") + ")";
     const QString insert = "INSERT INTO " + Quoted(table.Name()) + " (" + QuotedList(columns) + ") VALUES ";
-    for (std::size_t from = 0; from < page.size(); from += rowsAtOnce) {
-        const std::size_t until = std::min(page.size(), from + rowsAtOnce);
+    for (std::size_t from = 0; from < page.size(); from += RowsAtOnce) {
+        const std::size_t until = std::min(page.size(), from + RowsAtOnce);
         QVariantList values;
         for (std::size_t i = from; i < until; ++i)
             values += page[i];
@@ -155,7 +155,7 @@ CopyReport CopyRecords(const Side& from, const Side& to, const QString& target)
 {
     CopyReport report;
     to.engine->Change("DELETE FROM user_profile"); // of the administrator that a new file begins with
-    for (const char* name : tables) {
+    for (const char* name : Tables) {
         const auto source = from.engine->ReadTable(name);
         const auto copy = to.engine->ReadTable(name);
         const QStringList columns = CommonColumns(*source, *copy);
@@ -299,7 +299,7 @@ CopyReport CopyDatabase(const Location& from, const Location& to, const QString&
     {
         const auto workspace = OpenWorkspace(from, admin, password);
         name = workspace->UserName();
-        if (!workspace->Users().Item(name)->Groups().Contains(adminsGroup))
+        if (!workspace->Users().Item(name)->Groups().Contains(AdminsGroupName))
             throw Error(Kind::NotPermitted);
     }
     if (fromServer) {

@@ -12,71 +12,71 @@ struct KindInfo {
     const char* name;
 };
 
-constexpr KindInfo kinds[] = {
-    {Kind::NoSuchFile, textNoSuchFile, "no such file"},
-    {Kind::FileExists, textFileExists, "file exists"},
-    {Kind::CannotCreate, textCannotCreate, "cannot create"},
-    {Kind::NoSuchSystemGroup, textNoSuchSystemGroup, "no such group of the system"},
-    {Kind::FolderNotShared, textFolderNotShared, "folder not shared"},
-    {Kind::FolderOutOfReach, textFolderOutOfReach, "folder out of reach"},
-    {Kind::NotADatabase, textNotADatabase, "not a database"},
-    {Kind::NotReadable, textNotReadable, "not readable"},
-    {Kind::ReadOnly, textReadOnly, "read-only"},
-    {Kind::Newer, textNewer, "newer schema"},
-    {Kind::Locked, textLocked, "locked"},
-    {Kind::Damaged, textDamaged, "damaged"},
-    {Kind::DiskFull, textDiskFull, "disk full"},
-    {Kind::WorkgroupMissing, textWorkgroupMissing, "workgroup file missing"},
-    {Kind::WorkgroupMismatch, textWorkgroupMismatch, "workgroup file of another database"},
-    {Kind::FilesOnly, textFilesOnly, "not with a database on a server"},
-    {Kind::MigrationFailed, textMigrationFailed, "migration failed"},
-    {Kind::BadServerAddress, textBadServerAddress, "server address not understood"},
-    {Kind::BadDatabaseName, textBadDatabaseName, "database name not accepted"},
-    {Kind::ServerAway, textServerAway, "server away"},
-    {Kind::ServerRefused, textServerRefused, "server refuses"},
-    {Kind::ServerTrusts, textServerTrusts, "server asks for no password"},
-    {Kind::Older, textOlder, "older schema"},
-    {Kind::WrongPassword, textWrongPassword, "wrong user name or password"},
-    {Kind::BadPassword, textBadPassword, "password not accepted"},
-    {Kind::BadUserName, textBadUserName, "user name not accepted"},
-    {Kind::NoSuchUser, textNoSuchUser, "no such user"},
-    {Kind::NoSuchGroup, textNoSuchGroup, "no such group"},
-    {Kind::UserExists, textUserExists, "user exists"},
-    {Kind::GroupExists, textGroupExists, "group exists"},
-    {Kind::AlreadyMember, textAlreadyMember, "already a member"},
-    {Kind::NotAMember, textNotAMember, "not a member"},
-    {Kind::LastAdministrator, textLastAdministrator, "last administrator"},
-    {Kind::NotPermitted, textNotPermitted, "not permitted"},
-    {Kind::NoSuchQuery, textNoSuchQuery, "no such query"},
-    {Kind::NoSuchParameter, textNoSuchParameter, "no such parameter"},
-    {Kind::MissingParameter, textMissingParameter, "parameter not set"},
-    {Kind::NoSuchTable, textNoSuchTable, "no such table"},
-    {Kind::NoSuchField, textNoSuchField, "no such field"},
-    {Kind::NoSuchIndex, textNoSuchIndex, "no such index"},
-    {Kind::BadSeek, textBadSeek, "wrong number of key values"},
-    {Kind::BadCriterion, textBadCriterion, "bad criterion"},
-    {Kind::NoCurrentRecord, textNoCurrentRecord, "no current record"},
-    {Kind::NotEditing, textNotEditing, "no record is being edited"},
-    {Kind::RecordGone, textRecordGone, "record was deleted"},
-    {Kind::RecordChanged, textRecordChanged, "record was changed"},
-    {Kind::DuplicateKey, textDuplicateKey, "duplicate key"},
-    {Kind::BadValue, textBadValue, "value not allowed"},
-    {Kind::InUse, textInUse, "reference violated"},
-    {Kind::Refused, textRefused, "records can only be appended"},
-    {Kind::NotUpdatable, textNotUpdatable, "recordset cannot be changed"},
-    {Kind::WrongUse, textWrongUse, "cannot be used in this way"},
-    {Kind::InTransaction, textInTransaction, "a transaction is open"},
-    {Kind::NoTransaction, textNoTransaction, "no transaction is open"},
-    {Kind::Closed, textClosed, "closed"},
-    {Kind::Engine, textEngine, "database engine"},
+constexpr KindInfo Kinds[] = {
+    {Kind::NoSuchFile, DaoText::NoSuchFile, "no such file"},
+    {Kind::FileExists, DaoText::FileExists, "file exists"},
+    {Kind::CannotCreate, DaoText::CannotCreate, "cannot create"},
+    {Kind::NoSuchSystemGroup, DaoText::NoSuchSystemGroup, "no such group of the system"},
+    {Kind::FolderNotShared, DaoText::FolderNotShared, "folder not shared"},
+    {Kind::FolderOutOfReach, DaoText::FolderOutOfReach, "folder out of reach"},
+    {Kind::NotADatabase, DaoText::NotADatabase, "not a database"},
+    {Kind::NotReadable, DaoText::NotReadable, "not readable"},
+    {Kind::ReadOnly, DaoText::ReadOnly, "read-only"},
+    {Kind::Newer, DaoText::Newer, "newer schema"},
+    {Kind::Locked, DaoText::Locked, "locked"},
+    {Kind::Damaged, DaoText::Damaged, "damaged"},
+    {Kind::DiskFull, DaoText::DiskFull, "disk full"},
+    {Kind::WorkgroupMissing, DaoText::WorkgroupMissing, "workgroup file missing"},
+    {Kind::WorkgroupMismatch, DaoText::WorkgroupMismatch, "workgroup file of another database"},
+    {Kind::FilesOnly, DaoText::FilesOnly, "not with a database on a server"},
+    {Kind::MigrationFailed, DaoText::MigrationFailed, "migration failed"},
+    {Kind::BadServerAddress, DaoText::BadServerAddress, "server address not understood"},
+    {Kind::BadDatabaseName, DaoText::BadDatabaseName, "database name not accepted"},
+    {Kind::ServerAway, DaoText::ServerAway, "server away"},
+    {Kind::ServerRefused, DaoText::ServerRefused, "server refuses"},
+    {Kind::ServerTrusts, DaoText::ServerTrusts, "server asks for no password"},
+    {Kind::Older, DaoText::Older, "older schema"},
+    {Kind::WrongPassword, DaoText::WrongPassword, "wrong user name or password"},
+    {Kind::BadPassword, DaoText::BadPassword, "password not accepted"},
+    {Kind::BadUserName, DaoText::BadUserName, "user name not accepted"},
+    {Kind::NoSuchUser, DaoText::NoSuchUser, "no such user"},
+    {Kind::NoSuchGroup, DaoText::NoSuchGroup, "no such group"},
+    {Kind::UserExists, DaoText::UserExists, "user exists"},
+    {Kind::GroupExists, DaoText::GroupExists, "group exists"},
+    {Kind::AlreadyMember, DaoText::AlreadyMember, "already a member"},
+    {Kind::NotAMember, DaoText::NotAMember, "not a member"},
+    {Kind::LastAdministrator, DaoText::LastAdministrator, "last administrator"},
+    {Kind::NotPermitted, DaoText::NotPermitted, "not permitted"},
+    {Kind::NoSuchQuery, DaoText::NoSuchQuery, "no such query"},
+    {Kind::NoSuchParameter, DaoText::NoSuchParameter, "no such parameter"},
+    {Kind::MissingParameter, DaoText::MissingParameter, "parameter not set"},
+    {Kind::NoSuchTable, DaoText::NoSuchTable, "no such table"},
+    {Kind::NoSuchField, DaoText::NoSuchField, "no such field"},
+    {Kind::NoSuchIndex, DaoText::NoSuchIndex, "no such index"},
+    {Kind::BadSeek, DaoText::BadSeek, "wrong number of key values"},
+    {Kind::BadCriterion, DaoText::BadCriterion, "bad criterion"},
+    {Kind::NoCurrentRecord, DaoText::NoCurrentRecord, "no current record"},
+    {Kind::NotEditing, DaoText::NotEditing, "no record is being edited"},
+    {Kind::RecordGone, DaoText::RecordGone, "record was deleted"},
+    {Kind::RecordChanged, DaoText::RecordChanged, "record was changed"},
+    {Kind::DuplicateKey, DaoText::DuplicateKey, "duplicate key"},
+    {Kind::BadValue, DaoText::BadValue, "value not allowed"},
+    {Kind::InUse, DaoText::InUse, "reference violated"},
+    {Kind::Refused, DaoText::Refused, "records can only be appended"},
+    {Kind::NotUpdatable, DaoText::NotUpdatable, "recordset cannot be changed"},
+    {Kind::WrongUse, DaoText::WrongUse, "cannot be used in this way"},
+    {Kind::InTransaction, DaoText::InTransaction, "a transaction is open"},
+    {Kind::NoTransaction, DaoText::NoTransaction, "no transaction is open"},
+    {Kind::Closed, DaoText::Closed, "closed"},
+    {Kind::Engine, DaoText::Engine, "database engine"},
 };
 
 const KindInfo& InfoOf(Kind kind)
 {
-    for (const KindInfo& info : kinds)
+    for (const KindInfo& info : Kinds)
         if (info.kind == kind)
             return info;
-    return kinds[std::size(kinds) - 1];
+    return Kinds[std::size(Kinds) - 1];
 }
 
 } // namespace
@@ -101,11 +101,11 @@ int TextId(Kind kind)
 int TextId(const Error& error)
 {
     if (error.kind == Kind::DuplicateKey && error.values.value(0) == "i_callsign")
-        return textDuplicateCallsign;
+        return DaoText::DuplicateCallsign;
     if (error.kind == Kind::DuplicateKey && error.values.value(0) == "i_ident")
-        return textDuplicateIdent;
+        return DaoText::DuplicateIdent;
     if (error.kind == Kind::FileExists && IsServerTarget(error.values.value(0)))
-        return textDatabaseExists;
+        return DaoText::DatabaseExists;
     return TextId(error.kind);
 }
 

@@ -16,9 +16,9 @@ namespace dao {
 
 namespace {
 
-constexpr mode_t privateFolder = 0700;
-constexpr mode_t sharedFolder = 02770; // what is made in it belongs to its group
-constexpr mode_t sharedFile = 0660;
+constexpr mode_t PrivateFolder = 0700;
+constexpr mode_t SharedFolder = 02770; // what is made in it belongs to its group
+constexpr mode_t SharedFile = 0660;
 
 struct stat StatusOf(const QString& path)
 {
@@ -70,9 +70,9 @@ void RequireReachable(const QString& folder, const QString& group)
 void MakeSharedFolder(const QString& folder, gid_t group)
 {
     const QByteArray name = QFile::encodeName(folder);
-    if (!QDir().mkpath(QFileInfo(folder).path()) || mkdir(name.constData(), privateFolder) != 0 ||
+    if (!QDir().mkpath(QFileInfo(folder).path()) || mkdir(name.constData(), PrivateFolder) != 0 ||
         chown(name.constData(), static_cast<uid_t>(-1), group) != 0 ||
-        chmod(name.constData(), sharedFolder) != 0)
+        chmod(name.constData(), SharedFolder) != 0)
         throw Error(Kind::CannotCreate, {folder}, QString::fromLocal8Bit(strerror(errno)));
 }
 
@@ -85,7 +85,7 @@ bool MakePrivateFolder(const QString& folder)
         return info.isDir();
     if (!MakePrivateFolder(info.path()))
         return false;
-    return mkdir(QFile::encodeName(info.filePath()).constData(), privateFolder) == 0 || errno == EEXIST;
+    return mkdir(QFile::encodeName(info.filePath()).constData(), PrivateFolder) == 0 || errno == EEXIST;
 }
 
 FileAccess AccessFor(const QString& file, const QString& group)
@@ -99,13 +99,13 @@ FileAccess AccessFor(const QString& file, const QString& group)
         MakeSharedFolder(folder, id);
     else if (!IsShared(StatusOf(folder), id))
         throw Error(Kind::FolderNotShared, {group, folder});
-    return {sharedFile, id};
+    return {SharedFile, id};
 }
 
 FileAccess AccessOfCopy(const QString& file)
 {
     const struct stat status = StatusOf(file);
-    return (status.st_mode & S_IWGRP) != 0 ? FileAccess{sharedFile, status.st_gid} : FileAccess{};
+    return (status.st_mode & S_IWGRP) != 0 ? FileAccess{SharedFile, status.st_gid} : FileAccess{};
 }
 
 bool MakeFile(const QString& file, const FileAccess& access)
@@ -139,7 +139,7 @@ Sharing SharingOf(const QString& file)
         return Sharing::Everybody;
     if ((status.st_mode & S_IRWXG) == 0)
         return Sharing::Owner;
-    const bool whole = (status.st_mode & sharedFile) == sharedFile &&
+    const bool whole = (status.st_mode & SharedFile) == SharedFile &&
                        IsShared(StatusOf(QFileInfo(file).absolutePath()), status.st_gid);
     return whole ? Sharing::Group : Sharing::GroupInPart;
 }

@@ -10,7 +10,7 @@
 namespace dao {
 
 // For QFile::open and the like: the owner alone.
-inline constexpr QFileDevice::Permissions ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+inline constexpr QFileDevice::Permissions OwnerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
 
 // Makes a folder, and those above it that are missing, for their owner alone. False when it is not there
 // afterwards.

@@ -14,8 +14,8 @@
 namespace dao {
 
 // Groups that every workgroup has: administrators and operators.
-inline constexpr auto adminsGroup = "Admins";
-inline constexpr auto usersGroup = "Users";
+inline constexpr auto AdminsGroupName = "Admins";
+inline constexpr auto UsersGroupName = "Users";
 
 // What a new password's Argon2id hash costs. Stored passwords keep the cost that they were made with.
 struct PasswordCost {

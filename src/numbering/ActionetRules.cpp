@@ -1,14 +1,14 @@
 #include "numbering/ActionetRules.h"
 
 #include "addressing/ActionetLayout.h"
-#include "core/FormatMessage.h"
+#include "core/texts/FormatMessage.h"
 #include "numbering/TextIds.h"
 
 #include <algorithm>
 
 int LimitedBy(int changed, int other)
 {
-    return std::min(other, maxActionetParameter - changed);
+    return std::min(other, MaxActionetParameter - changed);
 }
 
 QString FleetCountsText(int fpp, int mep, const IStringSource& strings)

@@ -6,7 +6,7 @@ struct IStringSource;
 
 // The parameters of the ANN numbering as its window edits them.
 
-inline constexpr int maxActionetParameter = 10; // of FPP, of MEP, and of their sum
+inline constexpr int MaxActionetParameter = 10; // of FPP, of MEP, and of their sum
 
 // What remains of the one parameter when the other has changed: together they never exceed the maximum.
 int LimitedBy(int changed, int other);

@@ -5,24 +5,24 @@
 
 namespace {
 
-const QString table = QStringLiteral("fleet");
-const QString nameField = QStringLiteral("fleet_name");
-const QString typeField = QStringLiteral("fleet_type");
-const QString digitsField = QStringLiteral("digits");
-const QString prefixField = QStringLiteral("prefix");
-const QString baseField = QStringLiteral("base_ident");
-const QString maxField = QStringLiteral("max_ident");
-const QString notesField = QStringLiteral("notes");
+const QString Table = QStringLiteral("fleet");
+const QString NameField = QStringLiteral("fleet_name");
+const QString TypeField = QStringLiteral("fleet_type");
+const QString DigitsField = QStringLiteral("digits");
+const QString PrefixField = QStringLiteral("prefix");
+const QString BaseField = QStringLiteral("base_ident");
+const QString MaxField = QStringLiteral("max_ident");
+const QString NotesField = QStringLiteral("notes");
 
-constexpr int unitsType = 1;
-constexpr int groupsType = 2;
+constexpr int UnitsType = 1;
+constexpr int GroupsType = 2;
 
 } // namespace
 
 FleetPlanTable::FleetPlanTable(dao::Database& database)
-    : m_records(database.OpenTable(table)),
-      m_longestName(database.FieldSize(table, nameField)),
-      m_longestNotes(database.FieldSize(table, notesField))
+    : m_records(database.OpenTable(Table)),
+      m_longestName(database.FieldSize(Table, NameField)),
+      m_longestNotes(database.FieldSize(Table, NotesField))
 {
 }
 
@@ -82,24 +82,24 @@ bool FleetPlanTable::Seek(const QString& name)
 FleetRecord FleetPlanTable::Current()
 {
     const auto number = [this](const QString& field) { return m_records->Field(field).toInt(); };
-    return {.name = m_records->Field(nameField).toString(),
-            .fleet = {.fleetType = number(typeField) == unitsType ? FleetType::Units : FleetType::Groups,
-                      .digits = number(digitsField),
-                      .prefix = number(prefixField),
-                      .baseIdent = number(baseField),
-                      .maxIdent = number(maxField)},
-            .notes = m_records->Field(notesField).toString()};
+    return {.name = m_records->Field(NameField).toString(),
+            .fleet = {.fleetType = number(TypeField) == UnitsType ? FleetType::Units : FleetType::Groups,
+                      .digits = number(DigitsField),
+                      .prefix = number(PrefixField),
+                      .baseIdent = number(BaseField),
+                      .maxIdent = number(MaxField)},
+            .notes = m_records->Field(NotesField).toString()};
 }
 
 void FleetPlanTable::Write(const FleetRecord& record)
 {
     const FleetConfig& fleet = record.fleet;
-    m_records->SetField(nameField, record.name);
-    m_records->SetField(typeField, fleet.fleetType == FleetType::Units ? unitsType : groupsType);
-    m_records->SetField(digitsField, fleet.digits);
-    m_records->SetField(prefixField, fleet.prefix);
-    m_records->SetField(baseField, fleet.baseIdent);
-    m_records->SetField(maxField, fleet.maxIdent);
-    m_records->SetField(notesField, record.notes.isEmpty() ? QVariant() : QVariant(record.notes));
+    m_records->SetField(NameField, record.name);
+    m_records->SetField(TypeField, fleet.fleetType == FleetType::Units ? UnitsType : GroupsType);
+    m_records->SetField(DigitsField, fleet.digits);
+    m_records->SetField(PrefixField, fleet.prefix);
+    m_records->SetField(BaseField, fleet.baseIdent);
+    m_records->SetField(MaxField, fleet.maxIdent);
+    m_records->SetField(NotesField, record.notes.isEmpty() ? QVariant() : QVariant(record.notes));
     m_records->Update();
 }

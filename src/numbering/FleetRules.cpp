@@ -3,11 +3,11 @@
 #include "addressing/FleetPlanChecks.h"
 #include "addressing/Mpt1343Numbers.h"
 #include "addressing/RadioAddress.h"
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/StringSource.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 #include "numbering/TextIds.h"
-#include "radio/AddressingText.h"
+#include "radio/base/AddressingText.h"
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ struct FieldRule {
     Parity parity;
 };
 
-constexpr FieldRule fieldRules[] = {
+constexpr FieldRule FieldRules[] = {
     {FleetField::Prefix1327, 1, 3, 0, HighestPrefix, Parity::Any},
     {FleetField::BaseIdent, 1, 4, 2, MaxSubscriberIdent, Parity::Even},
     {FleetField::MaxIdent, 1, 4, 2, MaxSubscriberIdent, Parity::Odd},
@@ -93,10 +93,9 @@ std::optional<FleetRefusal> CheckTexts(const FleetRecord& record, const FleetPla
         return refuse(FleetInput::Name, NumberingText::NameTooLong, QString::number(plan.longestName));
     if (record.notes.size() > plan.longestNotes)
         return refuse(FleetInput::Notes, NumberingText::NotesTooLong, QString::number(plan.longestNotes));
-    for (const FleetRecord& other : plan.others) {
+    for (const FleetRecord& other : plan.others)
         if (other.name == record.name)
             return refuse(FleetInput::Name, NumberingText::NameTaken, record.name);
-    }
     return std::nullopt;
 }
 
@@ -104,8 +103,9 @@ std::optional<FleetRefusal> CheckTexts(const FleetRecord& record, const FleetPla
 
 std::optional<int> ValidateFleetField(FleetField kind, const QString& text)
 {
-    const auto* rule = std::find_if(std::begin(fieldRules), std::end(fieldRules),
-                                    [kind](const FieldRule& candidate) { return candidate.kind == kind; });
+    const auto* rule = std::find_if(
+        std::begin(FieldRules), std::end(FieldRules),
+        [kind](const FieldRule& candidate) { return candidate.kind == kind; });
     const bool digitsOnly = std::all_of(
         text.begin(), text.end(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
     if (!digitsOnly || text.size() < rule->shortest || text.size() > rule->longest)

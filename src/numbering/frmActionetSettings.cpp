@@ -1,27 +1,27 @@
 #include "numbering/frmActionetSettings.h"
 
-#include "core/Captions.h"
-#include "core/Errors.h"
-#include "core/Prompt.h"
-#include "core/Registry.h"
-#include "core/StringSource.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/Registry.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
 #include "numbering/ActionetRules.h"
 #include "numbering/TextIds.h"
-#include "radio/Map27Executive.h"
+#include "radio/facade/Map27Executive.h"
 #include "ui_frmActionetSettings.h"
 
 namespace {
 
-constexpr auto modelKey = "ANN_MODEL";
-constexpr auto fppKey = "ANN_FPP";
-constexpr auto mepKey = "ANN_MEP";
+constexpr auto ModelKey = "ANN_MODEL";
+constexpr auto FppKey = "ANN_FPP";
+constexpr auto MepKey = "ANN_MEP";
 
 // In the order of their stored indexes.
-constexpr int modelTexts[] = {NumberingText::ModelSmall, NumberingText::ModelMedium,
+constexpr int ModelTexts[] = {NumberingText::ModelSmall, NumberingText::ModelMedium,
                               NumberingText::ModelLarge, NumberingText::ModelExtraLarge};
 
-constexpr int countsWidth = 50; // characters
-constexpr int countsLines = 3;
+constexpr int CountsWidth = 50; // characters
+constexpr int CountsLines = 3;
 
 } // namespace
 
@@ -32,11 +32,11 @@ frmActionetSettings::frmActionetSettings(const NumberingServices& services, QWid
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, services.strings);
-    for (const int id : modelTexts)
+    for (const int id : ModelTexts)
         m_ui->cmbModel->addItem(services.strings.LoadString(id), m_ui->cmbModel->count());
-    m_ui->lblFPPVal->setMinimumWidth(fontMetrics().horizontalAdvance(QString::number(maxActionetParameter)));
-    m_ui->txtStat->setMinimumWidth(countsWidth * fontMetrics().averageCharWidth());
-    m_ui->txtStat->setFixedHeight((countsLines + 1) * fontMetrics().lineSpacing());
+    m_ui->lblFPPVal->setMinimumWidth(fontMetrics().horizontalAdvance(QString::number(MaxActionetParameter)));
+    m_ui->txtStat->setMinimumWidth(CountsWidth * fontMetrics().averageCharWidth());
+    m_ui->txtStat->setFixedHeight((CountsLines + 1) * fontMetrics().lineSpacing());
     Load();
 
     connect(m_ui->sldFPP, &QSlider::sliderMoved, m_ui->lblFPPVal, qOverload<int>(&QLabel::setNum));
@@ -57,9 +57,9 @@ frmActionetSettings::~frmActionetSettings() = default;
 
 void frmActionetSettings::Load()
 {
-    m_ui->cmbModel->setCurrentIndex(m_ui->cmbModel->findData(Stored(modelKey, -1)));
-    m_ui->sldFPP->setValue(Stored(fppKey, maxActionetParameter));
-    m_ui->sldMEP->setValue(LimitedBy(m_ui->sldFPP->value(), Stored(mepKey, 0)));
+    m_ui->cmbModel->setCurrentIndex(m_ui->cmbModel->findData(Stored(ModelKey, -1)));
+    m_ui->sldFPP->setValue(Stored(FppKey, MaxActionetParameter));
+    m_ui->sldMEP->setValue(LimitedBy(m_ui->sldFPP->value(), Stored(MepKey, 0)));
     ShowValues();
 }
 
@@ -82,9 +82,9 @@ void frmActionetSettings::Save()
     const auto decimal = [](int value) { return QString::number(value); };
     try {
         RegistryStore(m_services.session,
-                      {{QLatin1String(modelKey), decimal(m_ui->cmbModel->currentData().toInt())},
-                       {QLatin1String(fppKey), decimal(m_ui->sldFPP->value())},
-                       {QLatin1String(mepKey), decimal(m_ui->sldMEP->value())}});
+                      {{QLatin1String(ModelKey), decimal(m_ui->cmbModel->currentData().toInt())},
+                       {QLatin1String(FppKey), decimal(m_ui->sldFPP->value())},
+                       {QLatin1String(MepKey), decimal(m_ui->sldMEP->value())}});
     } catch (const std::exception& failure) {
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
         return;

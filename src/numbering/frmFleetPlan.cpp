@@ -1,16 +1,16 @@
 #include "numbering/frmFleetPlan.h"
 
-#include "core/Captions.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/ListHelpers.h"
-#include "core/Prompt.h"
-#include "core/StringSource.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/DbSession.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/ListHelpers.h"
 #include "dao/Error.h"
 #include "numbering/TextIds.h"
-#include "radio/Map27Control.h"
-#include "radio/Map27Executive.h"
+#include "radio/facade/Map27Executive.h"
+#include "radio/line/Map27Control.h"
 #include "ui_frmFleetPlan.h"
 
 #include <QButtonGroup>
@@ -19,9 +19,9 @@
 
 namespace {
 
-constexpr int shortestNumber = 2; // digits; the first entry of the list of digits
-constexpr int notesLines = 3;
-constexpr int listWidth = 28; // characters
+constexpr int ShortestNumber = 2; // digits; the first entry of the list of digits
+constexpr int NotesLines = 3;
+constexpr int ListWidth = 28; // characters
 
 } // namespace
 
@@ -44,8 +44,8 @@ frmFleetPlan::~frmFleetPlan() = default;
 void frmFleetPlan::BuildFields()
 {
     m_ui->lstPlan->setModel(&m_names);
-    m_ui->lstPlan->setMinimumWidth(listWidth * fontMetrics().averageCharWidth());
-    m_ui->txtNotes->setFixedHeight((notesLines + 1) * fontMetrics().lineSpacing());
+    m_ui->lstPlan->setMinimumWidth(ListWidth * fontMetrics().averageCharWidth());
+    m_ui->txtNotes->setFixedHeight((NotesLines + 1) * fontMetrics().lineSpacing());
     for (const int id : {NumberingText::TwoDigit, NumberingText::ThreeDigit})
         m_ui->cmbDigits->addItem(m_services.strings.LoadString(id));
     m_ui->cmbDigits->setCurrentIndex(-1);
@@ -77,7 +77,8 @@ void frmFleetPlan::ConnectButtons()
     connect(m_ui->cmdUndo, &QPushButton::clicked, this, &frmFleetPlan::Undo);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmFleetPlan::Delete);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &QDialog::reject);
-    connect(m_ui->cmdAskUnitNumbering, &QPushButton::clicked, this, [this] { AskNumbering(Request::Units); });
+    connect(
+        m_ui->cmdAskUnitNumbering, &QPushButton::clicked, this, [this] { AskNumbering(Request::Units); });
     connect(m_ui->cmdAskGrpNumbering, &QPushButton::clicked, this, [this] { AskNumbering(Request::Groups); });
 }
 
@@ -114,7 +115,7 @@ void frmFleetPlan::ShowRecord(const FleetRecord& record)
     m_ui->txtFleetName->setText(record.name);
     ShowFleet(QString::number(record.fleet.prefix), QString::number(record.fleet.baseIdent),
               QString::number(record.fleet.maxIdent));
-    m_ui->cmbDigits->setCurrentIndex(record.fleet.digits - shortestNumber);
+    m_ui->cmbDigits->setCurrentIndex(record.fleet.digits - ShortestNumber);
     m_ui->txtNotes->setPlainText(record.notes);
 }
 
@@ -153,7 +154,7 @@ void frmFleetPlan::Derive()
 void frmFleetPlan::DigitsForSize()
 {
     if (!m_filling && NeedsThreeDigits(ChosenType(), m_ui->txtBaseIdent->text(), m_ui->txtFleetSize->text()))
-        m_ui->cmbDigits->setCurrentIndex(3 - shortestNumber);
+        m_ui->cmbDigits->setCurrentIndex(3 - ShortestNumber);
 }
 
 // The type may be chosen after the size. It does not change digits that somebody has chosen.
@@ -305,7 +306,7 @@ FleetEntry frmFleetPlan::Entry() const
             .prefix1343 = m_ui->txtPrefix1343->text(),
             .fleetNumber = m_ui->txtFleetNum->text(),
             .fleetSize = m_ui->txtFleetSize->text(),
-            .digits = digits < 0 ? std::nullopt : std::optional(digits + shortestNumber),
+            .digits = digits < 0 ? std::nullopt : std::optional(digits + ShortestNumber),
             .notes = m_ui->txtNotes->toPlainText()};
 }
 

@@ -1,17 +1,17 @@
 #include "numbering/frmNumInfoDiagnostics.h"
 
 #include "addressing/RadioNumbering.h"
-#include "core/Captions.h"
-#include "core/FormLayout.h"
-#include "core/FormatMessage.h"
+#include "core/texts/FormatMessage.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/FormLayout.h"
 #include "numbering/TextIds.h"
-#include "radio/Map27Executive.h"
+#include "radio/facade/Map27Executive.h"
 #include "ui_frmNumInfoDiagnostics.h"
 
 namespace {
 
-constexpr int reportWidth = 44; // characters
-constexpr int reportLines = 8;
+constexpr int ReportWidth = 44; // characters
+constexpr int ReportLines = 8;
 
 } // namespace
 
@@ -21,8 +21,8 @@ frmNumInfoDiagnostics::frmNumInfoDiagnostics(const IStringSource& strings, Map27
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, strings);
-    m_ui->txtDiags->setMinimumSize(reportWidth * fontMetrics().averageCharWidth(),
-                                   (reportLines + 1) * fontMetrics().lineSpacing());
+    m_ui->txtDiags->setMinimumSize(ReportWidth * fontMetrics().averageCharWidth(),
+                                   (ReportLines + 1) * fontMetrics().lineSpacing());
     m_ui->lblDoubts->hide();
     connect(m_ui->cmdHide, &QPushButton::clicked, this, &QWidget::hide);
     connect(&executive, &Map27Executive::NumberingDoubted, this, &frmNumInfoDiagnostics::ShowDoubts);

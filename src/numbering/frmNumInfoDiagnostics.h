@@ -1,6 +1,6 @@
 #pragma once
 
-#include "radio/Views.h"
+#include "radio/agent/Views.h"
 
 #include <QDialog>
 #include <memory>

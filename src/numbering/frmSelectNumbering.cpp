@@ -1,21 +1,21 @@
 #include "numbering/frmSelectNumbering.h"
 
-#include "core/Captions.h"
-#include "core/Errors.h"
-#include "core/FormLayout.h"
-#include "core/Prompt.h"
-#include "core/Registry.h"
-#include "core/StringSource.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/Registry.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/FormLayout.h"
 #include "numbering/TextIds.h"
 #include "ui_frmSelectNumbering.h"
 
 namespace {
 
-const QString numberingKey = QStringLiteral("subscriber_numbering");
-const QString defaultNumbering = QStringLiteral("MPT1343");
-const QString optionPrefix = QStringLiteral("optSubNum");
+const QString NumberingKey = QStringLiteral("subscriber_numbering");
+const QString DefaultNumbering = QStringLiteral("MPT1343");
+const QString OptionPrefix = QStringLiteral("optSubNum");
 
-constexpr int textWidth = 60; // characters; the caution in a few lines
+constexpr int TextWidth = 60; // characters; the caution in a few lines
 
 } // namespace
 
@@ -26,7 +26,7 @@ frmSelectNumbering::frmSelectNumbering(const NumberingServices& services, QWidge
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, services.strings);
-    m_ui->Label1->setMinimumWidth(textWidth * fontMetrics().averageCharWidth());
+    m_ui->Label1->setMinimumWidth(TextWidth * fontMetrics().averageCharWidth());
     GrowToContents(*this);
     Load();
     connect(m_ui->cmdSet, &QPushButton::clicked, this, &frmSelectNumbering::Set);
@@ -37,8 +37,8 @@ frmSelectNumbering::~frmSelectNumbering() = default;
 
 void frmSelectNumbering::Load()
 {
-    const QString code = RegistryGet(m_services.session, numberingKey, defaultNumbering);
-    if (auto* option = findChild<QRadioButton*>(optionPrefix + code))
+    const QString code = RegistryGet(m_services.session, NumberingKey, DefaultNumbering);
+    if (auto* option = findChild<QRadioButton*>(OptionPrefix + code))
         option->setChecked(true);
 }
 
@@ -49,7 +49,7 @@ void frmSelectNumbering::Set()
     try {
         const QString code = ChosenCode();
         if (!code.isEmpty())
-            RegistryStore(m_services.session, {{numberingKey, code}});
+            RegistryStore(m_services.session, {{NumberingKey, code}});
     } catch (const std::exception& failure) {
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
         return;
@@ -61,8 +61,8 @@ void frmSelectNumbering::Set()
 QString frmSelectNumbering::ChosenCode() const
 {
     for (const QRadioButton* option : findChildren<QRadioButton*>()) {
-        if (option->isChecked() && option->objectName().startsWith(optionPrefix)) {
-            const QString code = option->objectName().mid(optionPrefix.size()).trimmed();
+        if (option->isChecked() && option->objectName().startsWith(OptionPrefix)) {
+            const QString code = option->objectName().mid(OptionPrefix.size()).trimmed();
             if (!code.isEmpty())
                 return code;
         }

@@ -1,6 +1,6 @@
 #include "tour/TourControls.h"
 
-#include "core/Errors.h"
+#include "core/texts/Errors.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -11,10 +11,9 @@ namespace {
 QWidgetList VisibleWindows()
 {
     QWidgetList windows;
-    for (QWidget* window : QApplication::topLevelWidgets()) {
+    for (QWidget* window : QApplication::topLevelWidgets())
         if (window->isVisible())
             windows.append(window);
-    }
     QWidget* first = QApplication::activeModalWidget();
     if (!first)
         first = QApplication::activeWindow();
@@ -91,10 +90,9 @@ QString TourControls::TextOf(const QString& place)
     if (IsItem(place))
         return Item(place).data().toString();
     const QWidget* widget = Find(place);
-    for (const char* property : {"text", "plainText", "currentText", "windowTitle"}) {
+    for (const char* property : {"text", "plainText", "currentText", "windowTitle"})
         if (widget && widget->metaObject()->indexOfProperty(property) >= 0)
             return widget->property(property).toString();
-    }
     return {};
 }
 

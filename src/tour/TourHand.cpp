@@ -1,6 +1,6 @@
 #include "tour/TourHand.h"
 
-#include "core/Errors.h"
+#include "core/texts/Errors.h"
 #include "tour/TourControls.h"
 
 #include <QAbstractButton>

@@ -1,8 +1,8 @@
 #include "tour/TourLooks.h"
 
-#include "mainwindow/Outcome.h"
-#include "mainwindow/ScadaModel.h"
-#include "mainwindow/TalkgroupModel.h"
+#include "mainwindow/lists/Outcome.h"
+#include "mainwindow/scada/ScadaModel.h"
+#include "mainwindow/talkgroups/TalkgroupModel.h"
 #include "tour/TourControls.h"
 
 #include <QAbstractItemView>

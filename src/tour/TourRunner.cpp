@@ -1,6 +1,6 @@
 #include "tour/TourRunner.h"
 
-#include "core/Errors.h"
+#include "core/texts/Errors.h"
 #include "tour/TourPicture.h"
 
 #include <QDir>

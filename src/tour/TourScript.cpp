@@ -1,6 +1,6 @@
 #include "tour/TourScript.h"
 
-#include "core/Errors.h"
+#include "core/texts/Errors.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,8 +1,8 @@
 #include "tour/TourTexts.h"
 
-#include "core/Errors.h"
-#include "core/FormatMessage.h"
-#include "core/StringSource.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 
 #include <QRegularExpression>
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "admin/AdminServices.h"
-#include "core/EventLog.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "radio/FleetDataSource.h"
-#include "radio/Map27Executive.h"
-#include "radio/StatusTexts.h"
+#include "core/eventlog/EventLog.h"
+#include "core/settings/Settings.h"
+#include "core/texts/StringSource.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
 #include "support/DialogDriver.h"
 #include "support/FakeBeeper.h"
 #include "support/FakeClock.h"

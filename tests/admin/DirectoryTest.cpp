@@ -2,7 +2,7 @@
 
 #include "admin/DirectoryModel.h"
 #include "admin/frmAddressManager.h"
-#include "core/ShowModal.h"
+#include "core/desktop/ShowModal.h"
 
 #include <QCheckBox>
 #include <QHeaderView>

@@ -1,7 +1,7 @@
 #include "AdminStack.h"
 
 #include "admin/frmStatusEditor.h"
-#include "core/Registry.h"
+#include "core/session/Registry.h"
 
 #include <QAbstractItemView>
 #include <QComboBox>

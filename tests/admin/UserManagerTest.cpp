@@ -1,7 +1,7 @@
 #include "AdminStack.h"
 
 #include "admin/frmUserManager.h"
-#include "core/AccountChanges.h"
+#include "core/session/AccountChanges.h"
 
 #include <QComboBox>
 #include <QHeaderView>
@@ -171,7 +171,8 @@ TEST_F(UserManagerTest, AccountsAreModifiedResetUnloggedAndDeleted)
     Click(*window, "cmdDel");
     EXPECT_EQ(Users(), QStringList("admin||no|Admins|yes"));
     EXPECT_EQ(Shown(*window, "sbStatus"), Text(2262));
-    EXPECT_FALSE(Child<QAbstractButton>(*window, "cmdDel").isEnabled()) << "the neighbour is not selected instead";
+    EXPECT_FALSE(Child<QAbstractButton>(*window, "cmdDel").isEnabled())
+        << "the neighbour is not selected instead";
     EXPECT_EQ(session.Workspace().Users().Names(), QStringList("admin"));
     Select(*window, "lvUsers", {0});
     prompt.ExpectWarning(Text(5851)); // the own account, and no question before

@@ -5,8 +5,8 @@
 #include <csignal>
 #include <gtest/gtest.h>
 
-// Told by the system to end, the console stores its place and ends in good order. The signal may come at any time: here
-// it comes while the console starts.
+// Told by the system to end, the console stores its place and ends in good order. The signal may come at any
+// time: here it comes while the console starts.
 TEST(End, ASignalEndsTheConsoleInGoodOrder)
 {
     constexpr int Limit = 5000; // ms
@@ -20,7 +20,8 @@ TEST(End, ASignalEndsTheConsoleInGoodOrder)
         console.setProcessEnvironment(environment);
         console.start(QStringLiteral(CONSOLE_PROGRAM), {QStringLiteral("-session"), QStringLiteral("1"),
                                                         QStringLiteral("--settings"), settings});
-        ASSERT_TRUE(QTest::qWaitFor([&] { return QFile::exists(settings + QStringLiteral(".lock")); }, 2 * Limit));
+        ASSERT_TRUE(
+            QTest::qWaitFor([&] { return QFile::exists(settings + QStringLiteral(".lock")); }, 2 * Limit));
         ::kill(static_cast<pid_t>(console.processId()), number);
         ASSERT_TRUE(console.waitForFinished(Limit));
         EXPECT_EQ(console.exitStatus(), QProcess::NormalExit);

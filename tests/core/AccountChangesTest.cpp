@@ -1,4 +1,4 @@
-#include "core/AccountChanges.h"
+#include "core/session/AccountChanges.h"
 
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"

@@ -1,7 +1,7 @@
 // Where log records wait for their database.
 
-#include "core/EventSpool.h"
-#include "core/Errors.h"
+#include "core/eventlog/EventSpool.h"
+#include "core/texts/Errors.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "core/FormatMessage.h"
+#include "core/texts/FormatMessage.h"
 
 #include "support/QtPrinters.h"
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "core/FreshKeys.h"
+#include "core/desktop/FreshKeys.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "core/AppPaths.h"
-#include "core/DbSessionImpl.h"
-#include "core/Errors.h"
-#include "core/FirstRunChoice.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "core/TextIds.h"
-#include "core/frmLogon.h"
+#include "core/base/AppPaths.h"
+#include "core/logon/DbSessionImpl.h"
+#include "core/logon/FirstRunChoice.h"
+#include "core/logon/frmLogon.h"
+#include "core/settings/Settings.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/texts/TextIds.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"
 #include "support/QtPrinters.h"
@@ -120,7 +120,7 @@ TEST_F(LogonTest, LogsOnAndProposesTheNameNextTime)
     });
     const Error cancelled = FailedLogon();
     EXPECT_EQ(cancelled.Code(), 0x80040003);
-    EXPECT_EQ(cancelled.Description(), strings.LoadString(core::textLogonCancelled));
+    EXPECT_EQ(cancelled.Description(), strings.LoadString(CoreText::LogonCancelled));
 }
 
 TEST_F(LogonTest, WrongPasswordsAreSaidInTheDialogAndTakeEverLonger)
@@ -191,7 +191,7 @@ TEST_F(LogonTest, AnEmptyNameIsNoAttempt)
     const WhenShown logon("frmLogon", [this](QWidget& dialog) {
         for (int i = 0; i < 3; ++i)
             EnterLogon(dialog, "  ", "x");
-        EXPECT_EQ(Message(dialog), strings.LoadString(core::textUserNameMissing));
+        EXPECT_EQ(Message(dialog), strings.LoadString(CoreText::UserNameMissing));
         EXPECT_TRUE(Child<QPushButton>(dialog, "cmdOK").isEnabled());
         dialog.close();
     });
@@ -236,7 +236,7 @@ TEST_F(LogonTest, PathsHaveDefaultsAndStayEmptyWhenEmptied)
         }
     }
     const WhenShown firstRun("frmFirstRun", [this](QWidget& dialog) {
-        EXPECT_EQ(Child<QLabel>(dialog, "lblIntro").text(), strings.LoadString(core::textDatabaseNotChosen));
+        EXPECT_EQ(Child<QLabel>(dialog, "lblIntro").text(), strings.LoadString(CoreText::DatabaseNotChosen));
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
     EXPECT_EQ(FailedLogon().Code(), ErrorCode::LogonCancelled);
@@ -254,12 +254,12 @@ TEST_F(LogonTest, WithoutADatabaseOneIsCreatedAndItsAdministratorLoggedOn)
             EXPECT_EQ(Message(dialog), strings.LoadString(id));
             EXPECT_EQ(dialog.focusWidget()->objectName(), focus);
         };
-        expectRefusal(core::textAdministratorMissing, "txtUserName");
+        expectRefusal(CoreText::AdministratorMissing, "txtUserName");
         Type(dialog, "txtUserName", "Chief");
-        expectRefusal(core::textPasswordMissing, "txtPassword");
+        expectRefusal(CoreText::PasswordMissing, "txtPassword");
         Type(dialog, "txtPassword", "one");
         Type(dialog, "txtRepeat", "One");
-        expectRefusal(core::textPasswordRepeatDiffers, "txtPassword");
+        expectRefusal(CoreText::PasswordRepeatDiffers, "txtPassword");
         EXPECT_EQ(FieldText(dialog, "txtRepeat"), "");
         EXPECT_FALSE(QFileInfo::exists(session.DatabaseFile()));
         Type(dialog, "txtPassword", "one");
@@ -301,7 +301,7 @@ TEST_F(LogonTest, ANewDatabaseGoesWhereItIsPutAndNothingIsOverwritten)
         Type(dialog, "txtSysFile", "/tmp/x.kyndb");
         Type(dialog, "txtDbFile", "/tmp/x.kyndb");
         Click(dialog, "cmdOK");
-        EXPECT_EQ(Message(dialog), strings.LoadString(core::textSameFile));
+        EXPECT_EQ(Message(dialog), strings.LoadString(CoreText::SameFile));
 
         const WhenShown picker("fileDialog", [this, place](QWidget& fileDialog) {
             ASSERT_TRUE(QDir().mkpath(folder.filePath("site")));
@@ -327,7 +327,7 @@ TEST_F(LogonTest, AnExistingDatabaseIsOpenedAndRememberedOnceSomebodyIsLoggedOn)
         Click(dialog, "optOpen");
         EXPECT_FALSE(Child<QLineEdit>(dialog, "txtUserName").isEnabled());
         Click(dialog, "cmdOK");
-        EXPECT_EQ(Message(dialog), strings.LoadString(core::textDatabasePathMissing));
+        EXPECT_EQ(Message(dialog), strings.LoadString(CoreText::DatabasePathMissing));
         Type(dialog, "txtDbFile", folder.filePath("none.kyndb"));
         Click(dialog, "cmdOK");
         EXPECT_TRUE(Message(dialog).contains("none.kyndb"));

@@ -1,10 +1,10 @@
 // What this library reads and writes in the open database: profile, registry, log records.
 
-#include "core/EventLog.h"
-#include "core/ProgramLog.h"
-#include "core/Registry.h"
-#include "core/StringSource.h"
-#include "core/UserProfile.h"
+#include "core/base/ProgramLog.h"
+#include "core/eventlog/EventLog.h"
+#include "core/session/Registry.h"
+#include "core/session/UserProfile.h"
+#include "core/texts/StringSource.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"
 

@@ -1,9 +1,9 @@
-#include "core/Settings.h"
+#include "core/settings/Settings.h"
 
-#include "core/Errors.h"
-#include "core/EventSpool.h"
-#include "core/ProgramLog.h"
-#include "core/StringSource.h"
+#include "core/base/ProgramLog.h"
+#include "core/eventlog/EventSpool.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
 #include "dao/FileAccess.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"
@@ -122,7 +122,7 @@ TEST_F(SettingsTest, FilesAndFoldersAreForTheUserAlone)
     if (!log.isEmpty())
         ProgramLog::Open(QFileInfo(log).path());
     // What is there keeps its rights.
-    QFile::setPermissions(home.filePath("config/VeltorKyn/VeltorKyn.ini"), dao::ownerOnly | QFile::ReadGroup);
+    QFile::setPermissions(home.filePath("config/VeltorKyn/VeltorKyn.ini"), dao::OwnerOnly | QFile::ReadGroup);
     written.Write("DB", "key", "other");
     EXPECT_EQ(mode("config/VeltorKyn/VeltorKyn.ini"), static_cast<int>(QFile::ReadGroup));
 }

@@ -1,8 +1,8 @@
-#include "core/StringSource.h"
+#include "core/texts/StringSource.h"
 
-#include "core/CatalogueFile.h"
-#include "core/Errors.h"
-#include "core/LangId.h"
+#include "core/texts/CatalogueFile.h"
+#include "core/texts/Errors.h"
+#include "core/texts/LangId.h"
 #include "support/QtPrinters.h"
 
 #include <QFile>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr int alreadyRunning = 2057;
 constexpr int exitQuestion = 2020;
-constexpr int usersGroup = 2256;
+constexpr int UsersGroupName = 2256;
 const QString builtInText = "Radio dispatcher is already running.";
 
 class StringSourceTest : public testing::Test {
@@ -63,7 +63,7 @@ TEST_F(StringSourceTest, WhatASatelliteLacksComesFromTheBuiltInTexts)
 
     EXPECT_EQ(Text(0x0407), QString::fromUtf8("L\xC3\xA4uft schon."));
     EXPECT_EQ(Text(0x0407, exitQuestion), "Do you want to exit?");
-    EXPECT_EQ(Text(0x0407, usersGroup), "Users") << "a name in the database, never translated";
+    EXPECT_EQ(Text(0x0407, UsersGroupName), "Users") << "a name in the database, never translated";
 }
 
 TEST_F(StringSourceTest, BrokenSatellitesArePassedOver)

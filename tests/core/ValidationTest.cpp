@@ -1,4 +1,4 @@
-#include "core/Validation.h"
+#include "core/texts/Validation.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,11 @@
-#include "core/Captions.h"
-#include "core/Errors.h"
-#include "core/ListHelpers.h"
-#include "core/PlainIconDelegate.h"
-#include "core/Prompt.h"
-#include "core/ReadableSelection.h"
-#include "core/StringSource.h"
-#include "core/Tone.h"
+#include "core/desktop/Prompt.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
+#include "core/widgets/ListHelpers.h"
+#include "core/widgets/PlainIconDelegate.h"
+#include "core/widgets/ReadableSelection.h"
+#include "core/widgets/Tone.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"
 #include "support/QtPrinters.h"
@@ -163,10 +163,9 @@ TEST(ListHelpersTest, APictureOnASelectedLineStandsOnTheSelectionItself)
 
 TEST(ReadableSelection, LeavesWhatCanBeReadAndMendsWhatCannot)
 {
-    for (const auto& [back, text] : {std::pair(QColor(0x308cc6), QColor(Qt::white)),
-                                     std::pair(QColor(Qt::yellow), QColor(Qt::white)),
-                                     std::pair(QColor(0x202020), QColor(Qt::black)),
-                                     std::pair(QColor(0x767676), QColor(0x808080))}) {
+    for (const auto& [back, text] :
+         {std::pair(QColor(0x308cc6), QColor(Qt::white)), std::pair(QColor(Qt::yellow), QColor(Qt::white)),
+          std::pair(QColor(0x202020), QColor(Qt::black)), std::pair(QColor(0x767676), QColor(0x808080))}) {
         QPalette palette;
         palette.setColor(QPalette::Highlight, back);
         palette.setColor(QPalette::HighlightedText, text);

@@ -1,6 +1,6 @@
-#include "core/frmPassword.h"
+#include "core/logon/frmPassword.h"
 
-#include "core/StringSource.h"
+#include "core/texts/StringSource.h"
 #include "support/DialogDriver.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"

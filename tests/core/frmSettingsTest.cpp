@@ -1,13 +1,13 @@
-#include "core/frmSettings.h"
+#include "core/logon/frmSettings.h"
 
-#include "core/DatabaseChanges.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
-#include "core/SerialDefaults.h"
-#include "core/SerialPortList.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "core/TextIds.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/settings/SerialDefaults.h"
+#include "core/settings/SerialPortList.h"
+#include "core/settings/Settings.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "core/texts/TextIds.h"
 #include "support/DialogDriver.h"
 #include "support/FakeBeeper.h"
 #include "support/QtPrinters.h"
@@ -109,7 +109,8 @@ TEST_F(frmSettingsTest, ShowsWhatIsStoredAndStoresWhatIsEntered)
     settings.SetPrintfEscapes(true);
     form.show();
     EXPECT_EQ(form.windowTitle(), "Settings");
-    EXPECT_EQ(Child<QLabel>(form, "Label1").text(), "Serial &Port") << "without the blank that its text begins with";
+    EXPECT_EQ(Child<QLabel>(form, "Label1").text(), "Serial &Port")
+        << "without the blank that its text begins with";
     EXPECT_EQ(databaseField.text(), "/old.kyndb");
     EXPECT_EQ(Child<QLineEdit>(form, "txtSysFile").text(), "/old.kynw");
     EXPECT_EQ(port.currentText(), "COM2");

@@ -31,7 +31,7 @@ void DaoTest::AddOperator(const QString& name)
 {
     const auto user = m_workspace->CreateUser(name, "PID", "pw");
     m_workspace->Users().Append(*user);
-    user->Groups().Append(usersGroup);
+    user->Groups().Append(UsersGroupName);
     Add("user_profile", {"UserName"}, {{name}});
 }
 

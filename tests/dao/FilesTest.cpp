@@ -360,28 +360,34 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
         QList<int> found;
     };
     const Case cases[] = {
-        {"drop table fleet", "", {textCheckTableMissing, textCheckIndexMissing, textCheckIndexMissing}},
-        {"drop index MemberPos", "", {textCheckIndexMissing}},
-        {"drop trigger event_no_delete", "", {textCheckAppendable}},
+        {"drop table fleet",
+         "",
+         {DaoText::CheckTableMissing, DaoText::CheckIndexMissing, DaoText::CheckIndexMissing}},
+        {"drop index MemberPos", "", {DaoText::CheckIndexMissing}},
+        {"drop trigger event_no_delete", "", {DaoText::CheckAppendable}},
         {"drop trigger status_update_counted",
          "drop trigger membership_insert_counted",
-         {textCheckNotCounted, textCheckNotCounted}},
-        {"delete from stored_query where name='ungroup'", "", {textCheckQueryMissing}},
+         {DaoText::CheckNotCounted, DaoText::CheckNotCounted}},
+        {"delete from stored_query where name='ungroup'", "", {DaoText::CheckQueryMissing}},
         {"update stored_query set sql='select x from address' where name='ungroup'",
          "",
-         {textCheckQueryFails}},
-        {"insert into dynamic_regroup values (8, 9, 1)", "", {textCheckReference, textCheckReference}},
-        {"delete from user_profile", "", {textCheckNoProfile}},
-        {"", "delete from membership where group_name='Admins'", {textCheckNoAdministrator}},
-        {"", "delete from account", {textCheckReference, textCheckReference, textCheckNoAccount}},
-        {"update file_info set value='0' where name='schema_version'", "", {textCheckOlder}},
-        {"update file_info set value='9' where name='schema_version'", "", {textNewer}},
-        {"", "update file_info set value='x' where name='database_id'", {textWorkgroupMismatch}},
+         {DaoText::CheckQueryFails}},
+        {"insert into dynamic_regroup values (8, 9, 1)",
+         "",
+         {DaoText::CheckReference, DaoText::CheckReference}},
+        {"delete from user_profile", "", {DaoText::CheckNoProfile}},
+        {"", "delete from membership where group_name='Admins'", {DaoText::CheckNoAdministrator}},
+        {"",
+         "delete from account",
+         {DaoText::CheckReference, DaoText::CheckReference, DaoText::CheckNoAccount}},
+        {"update file_info set value='0' where name='schema_version'", "", {DaoText::CheckOlder}},
+        {"update file_info set value='9' where name='schema_version'", "", {DaoText::Newer}},
+        {"", "update file_info set value='x' where name='database_id'", {DaoText::WorkgroupMismatch}},
         {"insert into fleet values ('A', 1, 2, 3, 4, 5, null); pragma writable_schema=1; "
          "update sqlite_schema set sql=replace(sql, 'prefix, base_ident', 'max_ident') where "
          "name='i_fleetbase'",
          "",
-         {textCheckDamage}},
+         {DaoText::CheckDamage}},
     };
     for (const Case& c : cases) {
         Tamper(m_location.database, c.databaseSql);
@@ -391,7 +397,7 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
         Write(m_location.workgroup, workgroup);
     }
     m_location.database = m_folder.filePath("missing");
-    EXPECT_EQ(Check(), QList<int>({textNoSuchFile}));
+    EXPECT_EQ(Check(), QList<int>({DaoText::NoSuchFile}));
 }
 
 // For the account of the system that makes it, or for a group: the files, what SQLite puts beside them, and
@@ -449,7 +455,7 @@ TEST_F(MaintenanceTest, FilesAreForTheirOwnerOrForAGroup)
     chmod(m_location.workgroup.toUtf8(), 0660); // in a folder of the owner
     EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
     EXPECT_EQ(mode(m_location.database), "644");
-    EXPECT_EQ(Check(), QList<int>({textCheckOpenToAll, textCheckHalfShared}));
+    EXPECT_EQ(Check(), QList<int>({DaoText::CheckOpenToAll, DaoText::CheckHalfShared}));
     chmod(m_folder.path().toUtf8(), 0700);
 }
 

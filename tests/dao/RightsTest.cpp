@@ -145,7 +145,7 @@ TEST_F(RightsTest, OperatorsStoreTheirOwnWorkOnly)
               QStringList({"Boss|0|1", "Olga|1|1"}));
 
     // An administrator may do all of it; rights follow the groups at once, in a session that is open.
-    m_workspace->Users().Item("Olga")->Groups().Append(adminsGroup);
+    m_workspace->Users().Item("Olga")->Groups().Append(AdminsGroupName);
     for (const Case& c : cases) {
         // What a server's queries are only its owner changes.
         if (!c.permitted && !(OnServer() && QLatin1String(c.name) == QLatin1String("query rewritten"))) {

@@ -175,7 +175,7 @@ TEST_F(ServerTest, PasswordsNeverCrossTheWireInClear)
                   Open("Olga", "Geheimnis2")
                       ->Users()
                       .Item("Olga")
-                      ->NewPassword("Geheimnis2", postgresql::emptyPassword);
+                      ->NewPassword("Geheimnis2", postgresql::EmptyPassword);
               }),
               Kind::BadPassword);
 }
@@ -365,34 +365,34 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
     };
     const QString olga = Database() + ".olga";
     const Case cases[] = {
-        {"ALTER TABLE fleet RENAME TO f2", "ALTER TABLE f2 RENAME TO fleet", {textCheckTableMissing}},
+        {"ALTER TABLE fleet RENAME TO f2", "ALTER TABLE f2 RENAME TO fleet", {DaoText::CheckTableMissing}},
         {"ALTER INDEX \"MemberPos\" RENAME TO m2",
          "ALTER INDEX m2 RENAME TO \"MemberPos\"",
-         {textCheckIndexMissing}},
+         {DaoText::CheckIndexMissing}},
         {"ALTER FUNCTION kyn_join RENAME TO j2",
          "ALTER FUNCTION j2 RENAME TO kyn_join",
-         {textCheckFunctionMissing}},
+         {DaoText::CheckFunctionMissing}},
         {"ALTER TRIGGER event_append_only ON event RENAME TO e2",
          "ALTER TRIGGER e2 ON event RENAME TO event_append_only",
-         {textCheckAppendable}},
+         {DaoText::CheckAppendable}},
         {"UPDATE stored_query SET name = 'x' WHERE name = 'ungroup'",
          "UPDATE stored_query SET name = 'ungroup' WHERE name = 'x'",
-         {textCheckQueryMissing}},
+         {DaoText::CheckQueryMissing}},
         {"UPDATE stored_query SET sql = 'nonsense ' || sql WHERE name = 'ungroup'",
          "UPDATE stored_query SET sql = substr(sql, 10) WHERE name = 'ungroup'",
-         {textCheckQueryFails}},
+         {DaoText::CheckQueryFails}},
         {"ALTER ROLE \"" + olga + "\" RENAME TO o2",
          "ALTER ROLE o2 RENAME TO \"" + olga + "\"",
-         {textCheckRoleMissing}},
+         {DaoText::CheckRoleMissing}},
         {"REVOKE " + Database() + "_users FROM \"" + olga + "\"",
          "GRANT " + Database() + "_users TO \"" + olga + "\"",
-         {textCheckMembership}},
+         {DaoText::CheckMembership}},
         {"UPDATE user_profile SET \"UserName\" = 'x' WHERE \"UserName\" = 'Olga'",
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
-         {textCheckNoProfile, textCheckNoAccount}},
+         {DaoText::CheckNoProfile, DaoText::CheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
          "UPDATE file_info SET value = '2' WHERE name = 'schema_version'",
-         {textCheckServerOlder}},
+         {DaoText::CheckServerOlder}},
     };
     for (const Case& c : cases) {
         AsPostgres()->Execute(c.break_);

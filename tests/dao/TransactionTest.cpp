@@ -18,7 +18,7 @@ protected:
         table->Update();
         const auto user = workspace.CreateUser(name, "PID", "pw");
         workspace.Users().Append(*user);
-        user->Groups().Append(usersGroup);
+        user->Groups().Append(UsersGroupName);
     }
 
     QStringList Profiles() { return Sql("select \"UserName\" from user_profile order by 1", "UserName"); }

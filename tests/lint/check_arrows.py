@@ -30,6 +30,36 @@ ROOMS = {
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
     "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}},
+    "core": {
+        "base": set(),
+        "texts": {"base"},
+        "widgets": {"texts"},
+        "desktop": {"base", "texts"},
+        "settings": {"base", "texts"},
+        "session": {"base", "texts", "desktop", "settings"},
+        "eventlog": {"base", "texts", "session"},
+        "logon": {"base", "texts", "widgets", "desktop", "settings", "session"},
+    },
+    "radio": {
+        "base": set(),
+        "line": {"base"},
+        "window": {"base"},
+        "agent": {"base", "line", "window", "facade"},
+        "facade": {"base", "line", "window", "agent"},
+    },
+    "mainwindow": {
+        "base": set(),
+        "lists": {"base"},
+        "bars": {"base"},
+        "strip": {"base", "lists"},
+        "log": {"base", "lists", "bars"},
+        "send": {"base", "bars"},
+        "scada": {"base", "lists"},
+        "talkgroups": {"base", "lists"},
+        "individuals": {"base", "lists", "talkgroups"},
+        "frame": {"base", "bars", "strip", "log", "send", "scada", "talkgroups", "individuals"},
+    },
+    "ctl": {"program": set(), "files": set(), "commands": {"program", "files"}},
     "dao": {"": {"sqlite", "postgresql"}, "sqlite": {""}, "postgresql": {""}},
     "simulator": {
         "base": set(),

@@ -18,16 +18,16 @@ CLEAN = {
         '2002 "&Later"\n2003 "Said"\n2256 "Users"\n4097 "30"\n',
     "src/resources/catalogue/satellites/CKYNPL7.CResourceStrs":
         '; Window: box\n2000 "Zeile #01\\nund #02."\n2001 " &Port"\n2002 "&Später"\n2003 "Gesagt"\n',
-    "src/core/TextIds.h": "#pragma once\nconstexpr int textLine = 2000;\nconstexpr int textHelp = 101;\n"
-                          "constexpr int textUsers = 2256;\nconstexpr int textPeriod = 4097;\n",
-    "src/core/Box.h": '#pragma once\n#include <QWidget>\n#include "core/TextIds.h"\n',
-    "src/core/Box.cpp":
-        '#include "core/Box.h"\n#include "dao/Table.h"\n// setText("a comment")\n'
-        'void Fill() {\n    box.setText(strings.LoadString(textLine));\n'
+    "src/core/texts/TextIds.h": "#pragma once\nconstexpr int TextLine = 2000;\nconstexpr int TextHelp = 101;\n"
+                          "constexpr int TextUsers = 2256;\nconstexpr int TextPeriod = 4097;\n",
+    "src/core/texts/Box.h": '#pragma once\n#include <QWidget>\n#include "core/texts/TextIds.h"\n',
+    "src/core/texts/Box.cpp":
+        '#include "core/texts/Box.h"\n#include "dao/Table.h"\n// setText("a comment")\n'
+        'void Fill() {\n    box.setText(strings.LoadString(TextLine));\n'
         '    box.setText(Read("prefs", "port"));\n    box.setText(QStringLiteral("---"));\n'
-        '    Use(textHelp, textUsers, textPeriod);\n'
+        '    Use(TextHelp, TextUsers, TextPeriod);\n'
         '    button.setObjectName("cmdSend");\n    button.setObjectName("tbBox_reset");\n}\n',
-    "src/core/frmBox.ui":
+    "src/core/texts/frmBox.ui":
         '<ui version="4.0"><widget class="QDialog" name="frmBox"><property name="textId" stdset="0">'
         '<number>2001</number></property>'
         '<property name="toolTipId" stdset="0"><number>2003</number></property>'
@@ -40,46 +40,47 @@ CLEAN = {
     "src/simulator/line/Line.h": "#pragma once\n",
     "src/simulator/line/Line.cpp": '#include "simulator/line/Line.h"\n#include "simulator/base/Chance.h"\n',
     "src/simulator/base/Chance.h": "#pragma once\n",
-    "src/radio/Link.h": '#pragma once\n#include "core/Box.h"\n#include "map27/link/Frame.h"\n',
+    "src/radio/base/Link.h": '#pragma once\n#include "core/texts/Box.h"\n#include "map27/link/Frame.h"\n',
     "tests/lint/arrow_exceptions.txt": "# none\n",
     "tests/lint/arrow_circles.txt": "# none\n",
     "tests/lint/typed_texts.txt": "# none\n",
+    "tests/lint/prescribed_names.txt": "# none\n",
     "tests/lint/later_ids.txt": "2002   # later\n",
-    "tests/lint/control_names.txt": "core/frmBox: frmBox txtName\ncore/Box: cmdSend reset\n",
+    "tests/lint/control_names.txt": "core/texts/frmBox: frmBox txtName\ncore/texts/Box: cmdSend reset\n",
     "docs/notes.md": "Plain words.\n",
 }
 
 CATALOGUE = "src/resources/catalogue/CKYN.CResourceStrs"
 SATELLITE = "src/resources/catalogue/satellites/CKYNPL7.CResourceStrs"
-FORM = "src/core/frmBox.ui"
+FORM = "src/core/texts/frmBox.ui"
 LATER = "tests/lint/later_ids.txt"
 
 # check, file, what is replaced ("" appends, None replaces the whole file), by what, what the check must say
 FAULTS = [
-    ("arrows", "src/dao/Table.h", "", '#include "core/TextIds.h"\n', "dao may not include core"),
-    ("arrows", "src/core/Box.h", "", '#include "map27/link/Frame.h"\n', "core may not include map27"),
-    ("arrows", "src/core/Box.h", "", '#include "radio/Link.h"\n', "core may not include radio"),
+    ("arrows", "src/dao/Table.h", "", '#include "core/texts/TextIds.h"\n', "dao may not include core"),
+    ("arrows", "src/core/texts/Box.h", "", '#include "map27/link/Frame.h"\n', "core may not include map27"),
+    ("arrows", "src/core/texts/Box.h", "", '#include "radio/base/Link.h"\n', "core may not include radio"),
     ("arrows", "src/map27/link/Frame.h", "", "#include <QByteArray>\n", "map27 compiles without Qt"),
     ("arrows", "src/dao/Table.h", "", "#include <QMessageBox>\n", "dao links no widgets"),
     ("arrows", "src/dao/Table.h", "", "#include <QtWidgets/QLabel>\n", "dao links no widgets"),
-    ("arrows", "src/core/Box.h", "core/TextIds.h", "TextIds.h", "is not a file of src/"),
-    ("arrows", "src/core/TextIds.h", "", '#include "core/Box.h"\n', "in a circle: core/Box core/TextIds"),
-    ("arrows", "src/core/TextIds.cpp", None, '#include "core/Box.h"\n', "in a circle: core/Box core/TextIds"),
+    ("arrows", "src/core/texts/Box.h", "core/texts/TextIds.h", "TextIds.h", "is not a file of src/"),
+    ("arrows", "src/core/texts/TextIds.h", "", '#include "core/texts/Box.h"\n', "in a circle: core/texts/Box core/texts/TextIds"),
+    ("arrows", "src/core/texts/TextIds.cpp", None, '#include "core/texts/Box.h"\n', "in a circle: core/texts/Box core/texts/TextIds"),
     ("arrows", "src/map27/codec/Octets.cpp", None, '#include "map27/link/Frame.h"\n',
      "map27/codec may not include map27/link"),
     ("arrows", "src/simulator/base/Chance.h", "", '#include "simulator/line/Line.h"\n',
      "in a circle: simulator/base/ simulator/line/"),
     ("arrows", "src/simulator/Radio.h", None, "#pragma once\n", "unknown wing 'simulator/'"),
-    ("arrows", "src/core/texts/Catalogue.h", None, "#pragma once\n", "unknown wing 'core/texts'"),
+    ("arrows", "src/core/speech/Catalogue.h", None, "#pragma once\n", "unknown wing 'core/speech'"),
     ("arrows", "tests/lint/arrow_circles.txt", "", "dao/One dao/Two\n", "stale, no such circle"),
     ("arrows", "src/attic/Old.h", None, "#pragma once\n", "unknown room 'attic'"),
-    ("arrows", "tests/lint/arrow_exceptions.txt", "", "dao/Table.h -> core/Box.h\n", "stale exception"),
+    ("arrows", "tests/lint/arrow_exceptions.txt", "", "dao/Table.h -> core/texts/Box.h\n", "stale exception"),
 
-    ("catalogue", "src/core/TextIds.h", "= 2000", "= 2999", "id 2999 has no text"),
+    ("catalogue", "src/core/texts/TextIds.h", "= 2000", "= 2999", "id 2999 has no text"),
     ("catalogue", FORM, "2001", "2998", "id 2998 has no text"),
     ("catalogue", FORM, "2003", "2001", "id 2003 is used nowhere"),
-    ("catalogue", "src/core/Box.cpp", "LoadString(textLine)", "LoadString(id)", "no code refers to it"),
-    ("catalogue", "src/core/Box.cpp", "LoadString(textLine)", "LoadString(2000)", "bare id 2000"),
+    ("catalogue", "src/core/texts/Box.cpp", "LoadString(TextLine)", "LoadString(id)", "no code refers to it"),
+    ("catalogue", "src/core/texts/Box.cpp", "LoadString(TextLine)", "LoadString(2000)", "bare id 2000"),
     ("catalogue", LATER, "", "2000\n", "stale: id 2000 is used"),
     ("catalogue", LATER, "", "2050-2051\n", "id 2051 has no text"),
     ("catalogue", LATER, "", "soon\n", "neither an id nor a range"),
@@ -95,24 +96,30 @@ FAULTS = [
     ("catalogue", SATELLITE, "Gesagt", "", "id 2003 is empty"),
     ("catalogue", "src/resources/catalogue/satellites/German.CResourceStrs", None, "", "is not named after"),
     ("catalogue", FORM, "<string>...", "<string>Port", "is typed into the form"),
-    ("catalogue", "src/core/Box.cpp", '"---"', '"Ready"', 'typed text "Ready"'),
-    ("catalogue", "src/core/Box.cpp", "box.setText(Read(", 'prompt.ShowWarning("No " "port"); Use(',
+    ("catalogue", "src/core/texts/Box.cpp", '"---"', '"Ready"', 'typed text "Ready"'),
+    ("catalogue", "src/core/texts/Box.cpp", "box.setText(Read(", 'prompt.ShowWarning("No " "port"); Use(',
      'text "No port"'),
-    ("catalogue", "src/core/Box.cpp", "", 'auto label = new QLabel(tr("Port"), this);\n', "tr shows"),
-    ("catalogue", "src/core/Box.cpp", "", 'auto label = new QLabel("Port", this);\n', "QLabel shows"),
-    ("catalogue", "tests/lint/typed_texts.txt", "", "src/core/Box.cpp\n", "stale: src/core/Box.cpp"),
+    ("catalogue", "src/core/texts/Box.cpp", "", 'auto label = new QLabel(tr("Port"), this);\n', "tr shows"),
+    ("catalogue", "src/core/texts/Box.cpp", "", 'auto label = new QLabel("Port", this);\n', "QLabel shows"),
+    ("catalogue", "tests/lint/typed_texts.txt", "", "src/core/texts/Box.cpp\n", "stale: src/core/texts/Box.cpp"),
 
     ("controls", FORM, 'name="txtName"', 'name="txtOther"', "no control is named txtName"),
-    ("controls", "src/core/Box.cpp", '"cmdSend"', '"cmdSent"', "no control is named cmdSend"),
-    ("controls", "src/core/Box.cpp", '"tbBox_reset"', '"tbBox_rest"', "no control is named reset"),
-    ("controls", "tests/lint/control_names.txt", "", "core/frmGone: cmdGo\n", "the window has no source"),
-    ("controls", "tests/lint/control_names.txt", "", "core/frmBox\n", "neither a window nor a comment"),
+    ("controls", "src/core/texts/Box.cpp", '"cmdSend"', '"cmdSent"', "no control is named cmdSend"),
+    ("controls", "src/core/texts/Box.cpp", '"tbBox_reset"', '"tbBox_rest"', "no control is named reset"),
+    ("controls", "tests/lint/control_names.txt", "", "core/texts/frmGone: cmdGo\n", "the window has no source"),
+    ("controls", "tests/lint/control_names.txt", "", "core/texts/frmBox\n", "neither a window nor a comment"),
 
     ("words", "docs/notes.md", "", "See the sp" + "ec.\n", "docs/notes.md:2: forbidden"),
-    ("words", "src/core/Box.h", "", "// Pa" + "rt 1.6\n", "forbidden"),
+    ("words", "src/core/texts/Box.h", "", "// Pa" + "rt 1.6\n", "forbidden"),
     ("words", "docs/iss" + "ue 7.md", None, "Words.\n", "in the file's name"),
-    ("words", "src/core/Box.cpp", "", 'auto q = "select a " \n "from b";\n', "SQL outside dao"),
-    ("words", "src/radio/Link.h", "", 'auto q = R"(insert into a values (1))";\n', "SQL outside dao"),
+    ("words", "src/core/texts/Box.cpp", "", 'auto q = "select a " \n "from b";\n', "SQL outside dao"),
+    ("words", "src/radio/base/Link.h", "", 'auto q = R"(insert into a values (1))";\n', "SQL outside dao"),
+
+    ("style", ".clang-format", None, "BasedOnStyle: LLVM\n", "not laid out by clang-format"),
+    ("style", "src/dao/Table.h", "", "constexpr int longest = 3;\n", "the constant longest begins with a small"),
+    ("style", "src/dao/Table.h", "", "int GetRows();\n", "GetRows is named after its doing"),
+    ("style", "src/dao/Table.h", "", "class A {\nprivate:\n    int rows = 0;\n};\n", "the member rows does not"),
+    ("style", "tests/lint/prescribed_names.txt", "", "GetRows\n", "stale: GetRows"),
 ]
 
 WARNINGS = [("catalogue", CATALOGUE, "Said", "&Late", "access key L of 2002, 2003")]
@@ -168,7 +175,7 @@ def attempt(check, faults, expected_code, expected_text, runner=run):
 
 
 def main():
-    checks = ("arrows", "catalogue", "controls", "words")
+    checks = ("arrows", "catalogue", "controls", "style", "words")
     first_faults = {check: fault for check, *fault in reversed(FAULTS)}
     results = []
     for check in checks:
@@ -178,11 +185,11 @@ def main():
     results += [attempt(check, [(name, old, new)], 1, text) for check, name, old, new, text in FAULTS]
     results += [attempt(check, [(name, old, new)], 0, text) for check, name, old, new, text in WARNINGS]
     results.append(attempt("arrows", [
-        ("src/core/Box.h", "", '#include "map27/link/Frame.h"\n'),
-        ("tests/lint/arrow_exceptions.txt", "", "core/Box.h -> map27/link/Frame.h\n")], 0, "0 errors"))
+        ("src/core/texts/Box.h", "", '#include "map27/link/Frame.h"\n'),
+        ("tests/lint/arrow_exceptions.txt", "", "core/texts/Box.h -> map27/link/Frame.h\n")], 0, "0 errors"))
     results.append(attempt("arrows", [
-        ("src/core/TextIds.h", "", '#include "core/Box.h"\n'),
-        ("tests/lint/arrow_circles.txt", "", "core/Box core/TextIds\n")], 0, "0 errors"))
+        ("src/core/texts/TextIds.h", "", '#include "core/texts/Box.h"\n'),
+        ("tests/lint/arrow_circles.txt", "", "core/texts/Box core/texts/TextIds\n")], 0, "0 errors"))
     print(f"selftest: {results.count(True)} of {len(results)} as expected")
     return 0 if all(results) else 1
 

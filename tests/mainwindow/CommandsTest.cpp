@@ -98,7 +98,8 @@ TEST(Commands, EveryMenuItemThatIsEnabledDoesSomething)
     stack.LogOn();
     int enabled = 0;
     for (QAction* action : stack.Window().findChildren<QAction*>()) {
-        if (action->isEnabled() && action->isVisible() && !action->isSeparator() && action->menu() == nullptr) {
+        if (action->isEnabled() && action->isVisible() && !action->isSeparator() &&
+            action->menu() == nullptr) {
             ++enabled;
             EXPECT_NE(action->objectName(), QString()) << action->text().toStdString();
             EXPECT_TRUE(QObject::disconnect(action, &QAction::triggered, &stack.Window(), nullptr))
@@ -119,11 +120,12 @@ TEST(Commands, AccessKeysAreUniqueWithinEachMenu)
             const qsizetype mark = action->text().indexOf(QLatin1Char('&'));
             if (mark >= 0) {
                 const QChar key = action->text()[mark + 1].toLower();
-                EXPECT_FALSE(keys.contains(key)) << menu->objectName().toStdString() << " " << action->text().toStdString();
+                EXPECT_FALSE(keys.contains(key))
+                    << menu->objectName().toStdString() << " " << action->text().toStdString();
                 keys += key;
             }
         }
     }
 }
 
-}
+} // namespace

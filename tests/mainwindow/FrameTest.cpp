@@ -1,10 +1,11 @@
-// The frame: places of the panes, full screen, splitter, placement across runs, tabs, closing, status bar and strip.
+// The frame: places of the panes, full screen, splitter, placement across runs, tabs, closing, status bar and
+// strip.
 
 #include "MainWindowStack.h"
-#include "core/Registry.h"
-#include "mainwindow/FieldBar.h"
-#include "mainwindow/PaneLayout.h"
-#include "mainwindow/StatusBar.h"
+#include "core/session/Registry.h"
+#include "mainwindow/bars/FieldBar.h"
+#include "mainwindow/bars/StatusBar.h"
+#include "mainwindow/frame/PaneLayout.h"
 #include "support/DialogDriver.h"
 
 #include <QAction>
@@ -103,8 +104,10 @@ TEST(Frame, FullScreenRestoresAndStoresTheRectangleBefore)
 
     stack.Trigger("miFullscreen");
     stack.CloseWindow();
-    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("wi"), {}), QStringLiteral("620"));
-    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("fullscreen"), {}), QStringLiteral("True"));
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("wi"), {}),
+              QStringLiteral("620"));
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("winMain"), QStringLiteral("fullscreen"), {}),
+              QStringLiteral("True"));
     winMain& again = stack.Open();
     EXPECT_TRUE(again.IsFullScreen());
     EXPECT_TRUE(QTest::qWaitFor([&] { return again.geometry() == again.screen()->geometry(); }));
@@ -134,8 +137,8 @@ void Drag(QWidget& splitter, int by)
     QTest::mousePress(&splitter, Qt::LeftButton, Qt::NoModifier, start);
     EXPECT_EQ(splitter.backgroundRole(), QPalette::Highlight);
     const QPoint end = start + QPoint(by, 0);
-    QMouseEvent move(QEvent::MouseMove, QPointF(end), QPointF(splitter.mapToGlobal(end)), Qt::NoButton, Qt::LeftButton,
-                     Qt::NoModifier);
+    QMouseEvent move(QEvent::MouseMove, QPointF(end), QPointF(splitter.mapToGlobal(end)), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(&splitter, &move);
     QTest::mouseRelease(&splitter, Qt::LeftButton, Qt::NoModifier, {});
     EXPECT_EQ(splitter.backgroundRole(), QPalette::Button);
@@ -162,7 +165,8 @@ TEST(Frame, TabsGoRoundAndShowTheirPane)
 {
     MainWindowStack stack;
     stack.Open();
-    const QStringList panes = {QStringLiteral("picGroups"), QStringLiteral("picIndividuals"), QStringLiteral("picScada")};
+    const QStringList panes = {QStringLiteral("picGroups"), QStringLiteral("picIndividuals"),
+                               QStringLiteral("picScada")};
     const auto shown = [&] {
         QStringList visible;
         for (const QString& pane : panes)
@@ -269,7 +273,9 @@ TEST(StatusBar, ShowsMessagesConditionAndTime)
 {
     MainWindowStack stack;
     stack.Open();
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^V\\d+\\.\\d{2,}\\.\\d{4,}$")).match(stack.Panel("version")).hasMatch());
+    EXPECT_TRUE(QRegularExpression(QStringLiteral("^V\\d+\\.\\d{2,}\\.\\d{4,}$"))
+                    .match(stack.Panel("version"))
+                    .hasMatch());
     EXPECT_EQ(stack.Panel("callsign"), QStringLiteral("---"));
     EXPECT_EQ(stack.Panel("time"), QStringLiteral("10:00 AM"));
     stack.clock.Step(std::chrono::hours(15));
@@ -295,8 +301,10 @@ TEST(StatusBar, MouseAsksTheRadioAndOpensMenus)
         const char* panel;
         const char* request;
     };
-    constexpr DoubleClick Cases[] = {{"opcon", "RequestRadioInfo 3"}, {"field", "RequestRadioInfo 3"},
-                                     {"callsign", "RequestRadioInfo 1"}, {"ident", "RequestRadioInfo 1"}};
+    constexpr DoubleClick Cases[] = {{"opcon", "RequestRadioInfo 3"},
+                                     {"field", "RequestRadioInfo 3"},
+                                     {"callsign", "RequestRadioInfo 1"},
+                                     {"ident", "RequestRadioInfo 1"}};
     MainWindowStack stack;
     stack.Open();
     for (const DoubleClick& c : Cases) {
@@ -337,8 +345,10 @@ TEST(RadioCommands, SayWhatWasAskedOrWhyItCouldNot)
     stack.prompt.Finish();
     Q_EMIT stack.control->IncomingCall(0, 8, 0, 4);
     stack.Trigger("miNumInfo"); // told in the call window now
-    EXPECT_TRUE(stack.executive.AgentWindow().findChild<QPlainTextEdit*>(QStringLiteral("txtLog"))->toPlainText().contains(
-        QStringLiteral("no connection")));
+    EXPECT_TRUE(stack.executive.AgentWindow()
+                    .findChild<QPlainTextEdit*>(QStringLiteral("txtLog"))
+                    ->toPlainText()
+                    .contains(QStringLiteral("no connection")));
     stack.control->failures[QStringLiteral("ResetLink")] = QStringLiteral("no port");
     stack.prompt.ExpectWarning(QStringLiteral("no port"));
     stack.Click("tbMain_disconnect");
@@ -443,7 +453,8 @@ TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
 
     // Answered, refused, and one that takes over while another one rings.
     stack.clock.Step(std::chrono::seconds(7));
-    auto* button = stack.executive.AgentWindow().findChild<QAbstractButton*>(QStringLiteral("cmdAnswerHungup"));
+    auto* button =
+        stack.executive.AgentWindow().findChild<QAbstractButton*>(QStringLiteral("cmdAnswerHungup"));
     ring(4);
     button->click();
     Q_EMIT stack.control->AnswerProgress(197, 0);
@@ -470,7 +481,8 @@ TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
     stack.executive.ResetTran();
 }
 
-// What somebody wrote into the settings by hand is told once, all of it, and the window opens with the defaults.
+// What somebody wrote into the settings by hand is told once, all of it, and the window opens with the
+// defaults.
 TEST(Frame, NonsenseSettingsAreToldInOneBox)
 {
     MainWindowStack stack;
@@ -503,4 +515,4 @@ TEST(Frame, NonsenseSettingsAreToldInOneBox)
     EXPECT_EQ(stack.Panel("main"), QString());
 }
 
-}
+} // namespace

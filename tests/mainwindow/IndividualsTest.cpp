@@ -1,8 +1,8 @@
 // The list of individuals: who is shown, what a selection does, and duty status from the air.
 
 #include "RegroupStack.h"
-#include "core/Registry.h"
-#include "mainwindow/IndividualsModel.h"
+#include "core/session/Registry.h"
+#include "mainwindow/individuals/IndividualsModel.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -53,21 +53,27 @@ TEST(Individuals, WhoIsShownFollowsDutyModeLimitAndSearch)
         const char* lookfor;
         const char* shown;
     };
-    const auto duty = [&](const char* callsign, bool on) { stack.executive.UpdateDutyStatus(QLatin1String(callsign), on); };
+    const auto duty = [&](const char* callsign, bool on) {
+        stack.executive.UpdateDutyStatus(QLatin1String(callsign), on);
+    };
     duty("Dispatch", false);
     duty("Unit22", true);
     duty("Unit25", true);
     duty("Unit27", true);
     for (const Case& c : {Case{"1", "500", "", "Unit22 Unit25 Unit27"}, Case{"1", "2", "", "Unit22 Unit25"},
                           Case{"0", "500", "", "Dispatch Unit20 Unit22 Unit23 Unit25 Unit27"},
-                          Case{"0", "3", "", "Dispatch Unit20 Unit22"}, Case{"0", "500", "it2?", "Unit20 Unit22 Unit23 Unit25 Unit27"},
-                          Case{"0", "500", "disp", "Dispatch"}, Case{"2", "500", "", ""}, Case{"1", "nonsense", "", "Unit22 Unit25 Unit27"}}) {
+                          Case{"0", "3", "", "Dispatch Unit20 Unit22"},
+                          Case{"0", "500", "it2?", "Unit20 Unit22 Unit23 Unit25 Unit27"},
+                          Case{"0", "500", "disp", "Dispatch"}, Case{"2", "500", "", ""},
+                          Case{"1", "nonsense", "", "Unit22 Unit25 Unit27"}}) {
         RegistrySet(stack.session, QStringLiteral("on_off_duty"), QLatin1String(c.mode));
-        stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxaddresslistsize"), QLatin1String(c.limit));
+        stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxaddresslistsize"),
+                             QLatin1String(c.limit));
         stack.Find<QComboBox>("cmbAddress").setEditText(QLatin1String(c.lookfor));
         stack.Find<QAbstractButton>("cmdSearchAddress").click();
         EXPECT_EQ(stack.Callsigns(), QLatin1String(c.shown)) << c.mode << ' ' << c.limit << ' ' << c.lookfor;
-        const bool cut = QLatin1String(c.limit) == QLatin1String("2") || QLatin1String(c.limit) == QLatin1String("3");
+        const bool cut =
+            QLatin1String(c.limit) == QLatin1String("2") || QLatin1String(c.limit) == QLatin1String("3");
         EXPECT_EQ(stack.Find<QWidget>("individualsNotice").isVisible(), cut) << c.mode << ' ' << c.limit;
     }
     stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("gone")); };
@@ -110,7 +116,8 @@ TEST(Individuals, SelectionAddressesAndAllowsTheRegroupCommand)
     EXPECT_TRUE(regroup.isEnabled()) << "a key chooses like a click";
     stack.Trigger("miRegroup"); // into Charlie at 4
     ASSERT_TRUE(stack.RunToEnd());
-    EXPECT_TRUE(stack.Rows().contains(stack.MemberKey(QStringLiteral("Charlie"), QStringLiteral("Unit25"), 4)));
+    EXPECT_TRUE(
+        stack.Rows().contains(stack.MemberKey(QStringLiteral("Charlie"), QStringLiteral("Unit25"), 4)));
     EXPECT_EQ(stack.Rows(), stack.Shown());
 
     QTest::keyClick(&stack.List(), Qt::Key_Return);
@@ -163,4 +170,4 @@ TEST(Individuals, AndOtherListsStayWithoutAskingWhenWhatAnotherConsoleChangedCan
     EXPECT_NE(stack.Callsigns(), listed) << "all, on duty or not";
 }
 
-}
+} // namespace

@@ -1,9 +1,9 @@
 // The message log: lines, dates, limits, reload and what the operator does on it.
 
 #include "MainWindowStack.h"
-#include "core/Icons.h"
-#include "mainwindow/LogDelegate.h"
-#include "mainwindow/LogModel.h"
+#include "core/widgets/Icons.h"
+#include "mainwindow/log/LogDelegate.h"
+#include "mainwindow/log/LogModel.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -66,12 +66,16 @@ TEST(Log, ShowsDirectionAndPartyOfEachLine)
     stack.LogOn();
     const QString address = stack.executive.MyAddress();
     const LineCase Cases[] = {
-        {EventType::Status, Other, Own, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("statusin"), Other},
-        {EventType::Text, Own, Other, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("textout"), Other},
-        {EventType::Call, address, Other, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("callout"), Other},
-        {EventType::Call, Other, address, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("callin"), Other},
-        {EventType::Text, Other, QStringLiteral("Unit22"), QStringLiteral(" 10:00:00 AM [] x"), QStringLiteral("text"),
-         QString()},
+        {EventType::Status, Other, Own, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("statusin"),
+         Other},
+        {EventType::Text, Own, Other, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("textout"),
+         Other},
+        {EventType::Call, address, Other, QStringLiteral(" 10:00:00 AM [Unit20] x"),
+         QStringLiteral("callout"), Other},
+        {EventType::Call, Other, address, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("callin"),
+         Other},
+        {EventType::Text, Other, QStringLiteral("Unit22"), QStringLiteral(" 10:00:00 AM [] x"),
+         QStringLiteral("text"), QString()},
         {EventType::Text, QStringLiteral("dispatch"), Other, QStringLiteral(" 10:00:00 AM [] x"),
          QStringLiteral("text"), QString()},
     };
@@ -97,11 +101,12 @@ TEST(Log, PutsTheDateBeforeTheFirstLineOfEachDay)
     Show(stack, lateEvening.addSecs(1), EventType::Call, QStringLiteral("b"));
     Show(stack, lateEvening, EventType::Call, QStringLiteral("c")); // the clock was set back
     Show(stack, lateEvening, EventType::Call, QStringLiteral("d"));
-    EXPECT_EQ(stack.LogTexts(),
-              QStringList({QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 11:59:59 PM [Unit20] a"),
-                           QStringLiteral("Saturday, March 2, 2024"), QStringLiteral(" 12:00:00 AM [Unit20] b"),
-                           QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 11:59:59 PM [Unit20] c"),
-                           QStringLiteral(" 11:59:59 PM [Unit20] d")}));
+    EXPECT_EQ(
+        stack.LogTexts(),
+        QStringList({QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 11:59:59 PM [Unit20] a"),
+                     QStringLiteral("Saturday, March 2, 2024"), QStringLiteral(" 12:00:00 AM [Unit20] b"),
+                     QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 11:59:59 PM [Unit20] c"),
+                     QStringLiteral(" 11:59:59 PM [Unit20] d")}));
     EXPECT_EQ(stack.LogIcons()[0], QStringLiteral("newday"));
 
     stack.Click("tbRefreshLog_clearlog");
@@ -118,8 +123,10 @@ TEST(Log, KeepsAtMostTheConfiguredNumberOfLines)
     stack.LogOn();
     for (int i = 0; i < 10; ++i)
         Show(stack, stack.clock.Now(), EventType::Call, QString::number(i));
-    EXPECT_EQ(stack.LogTexts(), QStringList({QStringLiteral(" 10:00:00 AM [Unit20] 6"), QStringLiteral(" 10:00:00 AM [Unit20] 7"),
-                                             QStringLiteral(" 10:00:00 AM [Unit20] 8"), QStringLiteral(" 10:00:00 AM [Unit20] 9")}));
+    EXPECT_EQ(
+        stack.LogTexts(),
+        QStringList({QStringLiteral(" 10:00:00 AM [Unit20] 6"), QStringLiteral(" 10:00:00 AM [Unit20] 7"),
+                     QStringLiteral(" 10:00:00 AM [Unit20] 8"), QStringLiteral(" 10:00:00 AM [Unit20] 9")}));
     Show(stack, stack.clock.Now().addDays(1), EventType::Call, QStringLiteral("next"));
     EXPECT_EQ(stack.LogTexts().size(), 5) << "one line goes, a date and a line come";
 }
@@ -161,12 +168,14 @@ TEST(Log, ReloadsTheChosenPeriodWithStatusTexts)
     stack.AddEvent(now.addSecs(-1100), 3, QStringLiteral("not ours"), Other, QStringLiteral("Unit22"));
 
     QTest::keyClick(&stack.Log(), Qt::Key_F5);
-    QStringList lastHalfHour = {QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 9:35:00 AM [Unit20] 07 - Wait"),
-                                QStringLiteral(" 9:36:40 AM [Unit20] Status 9 in."), QStringLiteral(" 9:38:20 AM [Unit20] "),
-                                QStringLiteral(" 9:40:00 AM [Unit20] Hi")};
+    QStringList lastHalfHour = {
+        QStringLiteral("Friday, March 1, 2024"), QStringLiteral(" 9:35:00 AM [Unit20] 07 - Wait"),
+        QStringLiteral(" 9:36:40 AM [Unit20] Status 9 in."), QStringLiteral(" 9:38:20 AM [Unit20] "),
+        QStringLiteral(" 9:40:00 AM [Unit20] Hi")};
     EXPECT_EQ(stack.LogTexts(), lastHalfHour);
-    EXPECT_EQ(stack.LogIcons(), QStringList({QStringLiteral("newday"), QStringLiteral("statusout"), QStringLiteral("statusin"),
-                                             QStringLiteral("statusin"), QStringLiteral("textin")}));
+    EXPECT_EQ(stack.LogIcons(),
+              QStringList({QStringLiteral("newday"), QStringLiteral("statusout"), QStringLiteral("statusin"),
+                           QStringLiteral("statusin"), QStringLiteral("textin")}));
 
     stack.Trigger("miLogDataView");
     EXPECT_EQ(stack.Action("miLogDataView").text(), stack.Text(2055));
@@ -206,13 +215,15 @@ TEST(Log, AReloadShowsTheOldestRecordsAndOneMoreThanTheLimit)
 
     const auto& notice = stack.Find<QLabel>("logNoticeText");
     EXPECT_TRUE(notice.isVisible());
-    EXPECT_EQ(notice.text(), QStringLiteral("The first 6 of 9 records of this period are shown, until 3/1/24 9:59:05 AM."));
+    EXPECT_EQ(notice.text(),
+              QStringLiteral("The first 6 of 9 records of this period are shown, until 3/1/24 9:59:05 AM."));
     stack.Click("cmdShowNewest");
     ASSERT_EQ(stack.LogTexts().size(), 7);
     EXPECT_TRUE(stack.LogTexts()[1].endsWith(QStringLiteral("] 3")));
     EXPECT_TRUE(stack.LogTexts().last().endsWith(QStringLiteral("] 8")));
-    EXPECT_EQ(notice.text(),
-              QStringLiteral("The newest 6 of 9 records of this period are shown, from 3/1/24 9:59:03 AM on."));
+    EXPECT_EQ(
+        notice.text(),
+        QStringLiteral("The newest 6 of 9 records of this period are shown, from 3/1/24 9:59:03 AM on."));
 
     // Older ones than the last minute, in a period of days.
     stack.AddEvent(stack.clock.Now().addDays(-40), 3, QStringLiteral("old"), Other, Own);
@@ -246,7 +257,8 @@ TEST(Log, FontStepsThroughFiveSizesAndIsKept)
 
 TEST(Log, PeriodIsStoredWhenTheWindowCloses)
 {
-    const std::pair<const char*, int> Cases[] = {{"45", 45}, {"2.5", 2}, {"soon", 30}, {"", 30}, {"99999999999", 30}};
+    const std::pair<const char*, int> Cases[] = {
+        {"45", 45}, {"2.5", 2}, {"soon", 30}, {"", 30}, {"99999999999", 30}};
     for (const auto& [typed, stored] : Cases) {
         MainWindowStack stack;
         stack.Open();
@@ -264,7 +276,8 @@ TEST(Log, ChosenLinesFillTheAddressBox)
     stack.Open();
     stack.LogOn();
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"), QStringLiteral("A"));
-    Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("2"), QStringLiteral("X"), QStringLiteral("Y"));
+    Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("2"), QStringLiteral("X"),
+         QStringLiteral("Y"));
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("3"), QStringLiteral("B"));
 
     Select(stack, 3); // selected already, since it is the newest
@@ -403,8 +416,8 @@ TEST(Log, PicturesOfStatusAndTextDifferInShapeWhenSmall)
     const auto shape = [](const char* key) {
         return LoadIcon(QLatin1String(key)).pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
     };
-    for (const auto& [first, second] : {std::pair("status", "text"), std::pair("statusin", "textin"),
-                                        std::pair("statusout", "textout")}) {
+    for (const auto& [first, second] :
+         {std::pair("status", "text"), std::pair("statusin", "textin"), std::pair("statusout", "textout")}) {
         const QImage a = shape(first);
         const QImage b = shape(second);
         int either = 0, one = 0;
@@ -469,7 +482,8 @@ TEST(Log, AControlCharacterOfAMessageStaysOnItsLine)
     const QModelIndex last = stack.Log().currentIndex();
     EXPECT_TRUE(last.data().toString().endsWith(QStringLiteral("a\r\nb\tc\x07"))) << "the log alters no text";
     const auto& delegate = dynamic_cast<const LogDelegate&>(*stack.Log().itemDelegate());
-    EXPECT_EQ(delegate.displayText(QStringLiteral("a\r\nb\tc\x07"), QLocale()), QStringLiteral("a\u21B5b\u21E5c\u2407"));
+    EXPECT_EQ(delegate.displayText(QStringLiteral("a\r\nb\tc\x07"), QLocale()),
+              QStringLiteral("a\u21B5b\u21E5c\u2407"));
     EXPECT_EQ(stack.Log().visualRect(last).height(),
               stack.Log().visualRect(stack.Log().model()->index(0, 0)).height());
     EXPECT_GE(stack.Log().header()->sectionSize(0), stack.Log().sizeHintForIndex(last).width());
@@ -480,4 +494,4 @@ TEST(Log, AControlCharacterOfAMessageStaysOnItsLine)
               QStringLiteral("Friday, March 1, 2024\n 10:00:00 AM [Unit20] a\u21B5b\u21E5c\u2407"));
 }
 
-}
+} // namespace

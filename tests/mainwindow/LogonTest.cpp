@@ -1,10 +1,10 @@
 // Logging on and off, step by step.
 
 #include "MainWindowStack.h"
-#include "core/OpenSessions.h"
-#include "core/Registry.h"
+#include "core/session/OpenSessions.h"
+#include "core/session/Registry.h"
 #include "dao/Database.h"
-#include "mainwindow/StatusBar.h"
+#include "mainwindow/bars/StatusBar.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -280,4 +280,4 @@ TEST(Logon, EndsWhatAnotherAccountLeftOpenHere)
     EXPECT_EQ(OpenSessions(stack.settings).Of(database).size(), 0);
 }
 
-}
+} // namespace

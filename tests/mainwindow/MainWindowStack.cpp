@@ -1,6 +1,6 @@
 #include "MainWindowStack.h"
 
-#include "mainwindow/LogModel.h"
+#include "mainwindow/log/LogModel.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -16,15 +16,20 @@ dao::OpenOptions OptionsAt(const FakeClock& clock)
     return options;
 }
 
-}
+} // namespace
 
 MainWindowStack::MainWindowStack()
     : strings(m_source.CreateStringSource(QStringLiteral("CKYN"))),
-      settings(m_folder.filePath(QStringLiteral("test.ini")), strings), session(database, OptionsAt(clock)),
-      statusTexts(strings), eventLog(session, strings, m_folder.path()), profile(session, prompt, strings),
-      fleetData(session, strings), control(new FakeMap27Control),
-      executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
-                std::unique_ptr<Map27Control>(control)),
+      settings(m_folder.filePath(QStringLiteral("test.ini")), strings),
+      session(database, OptionsAt(clock)),
+      statusTexts(strings),
+      eventLog(session, strings, m_folder.path()),
+      profile(session, prompt, strings),
+      fleetData(session, strings),
+      control(new FakeMap27Control),
+      executive(
+          RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
+          std::unique_ptr<Map27Control>(control)),
       settingsDialog(SettingsServices{session, executive, settings, prompt, beeper, strings}),
       passwordDialog(session, prompt, strings)
 {
@@ -43,9 +48,9 @@ MainWindowStack::~MainWindowStack()
 
 winMain& MainWindowStack::Open()
 {
-    m_window = std::make_unique<winMain>(
-        Services{strings, prompt, session, fleetData, executive, settings, clock, beeper, statusTexts, profile,
-                 &settingsDialog, &passwordDialog, &windows, nullptr, &eventLog});
+    m_window = std::make_unique<winMain>(Services{strings, prompt, session, fleetData, executive, settings,
+                                                  clock, beeper, statusTexts, profile, &settingsDialog,
+                                                  &passwordDialog, &windows, nullptr, &eventLog});
     m_window->show();
     m_window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -127,7 +132,8 @@ QComboBox& MainWindowStack::Address()
     return Find<QComboBox>("cmbAddress");
 }
 
-void MainWindowStack::AddRow(const char* table, std::initializer_list<std::pair<const char*, QVariant>> fields)
+void MainWindowStack::AddRow(const char* table,
+                             std::initializer_list<std::pair<const char*, QVariant>> fields)
 {
     const auto records = session.Database().OpenTable(QLatin1String(table));
     records->AddNew();
@@ -160,13 +166,18 @@ bool MainWindowStack::ProfileIsLoggedOn()
 
 void MainWindowStack::FillDatabase()
 {
-    AddRow("fleet", {{"fleet_name", "units"}, {"fleet_type", 1}, {"digits", 2}, {"prefix", 0}, {"base_ident", 2},
+    AddRow("fleet", {{"fleet_name", "units"},
+                     {"fleet_type", 1},
+                     {"digits", 2},
+                     {"prefix", 0},
+                     {"base_ident", 2},
                      {"max_ident", 71}});
     AddRow("status", {{"status_code", 5}, {"in_desc", "Arrived"}, {"out_desc", "Proceed"}});
     AddRow("status", {{"status_code", 7}, {"in_desc", "Busy"}, {"out_desc", "Wait"}});
     const auto directory = session.Database().OpenDynaset(QStringLiteral("browse_individuals"));
-    for (const auto& [callsign, ident] : {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
-                                          std::pair("Unit22", "200200122")}) {
+    for (const auto& [callsign, ident] :
+         {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
+          std::pair("Unit22", "200200122")}) {
         directory->AddNew();
         directory->SetField(QStringLiteral("callsign"), QLatin1String(callsign));
         directory->SetField(QStringLiteral("IDENT"), QLatin1String(ident));

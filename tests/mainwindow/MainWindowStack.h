@@ -1,15 +1,15 @@
 #pragma once
 
-#include "core/EventLog.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "core/UserProfile.h"
-#include "core/frmPassword.h"
-#include "core/frmSettings.h"
-#include "mainwindow/winMain.h"
-#include "radio/FleetDataSource.h"
-#include "radio/Map27Executive.h"
-#include "radio/StatusTexts.h"
+#include "core/eventlog/EventLog.h"
+#include "core/logon/frmPassword.h"
+#include "core/logon/frmSettings.h"
+#include "core/session/UserProfile.h"
+#include "core/settings/Settings.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/frame/winMain.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
 #include "support/FakeBeeper.h"
 #include "support/FakeClock.h"
 #include "support/FakeMap27Control.h"
@@ -31,7 +31,7 @@ class FaultySession : public TestSession {
 public:
     using TestSession::TestSession;
 
-    std::function<void()> onLogon;       // before it; what it raises Logon raises
+    std::function<void()> onLogon; // before it; what it raises Logon raises
     std::function<void()> onIsMemberOf;
 
     void Logon(bool askUser, bool openDatabase) override
@@ -48,8 +48,8 @@ public:
     }
 };
 
-// The real main window on a real database, with a radio that answers only what the test says. Own radio: unit 21, callsign
-// "Dispatch"; "Unit20" and "Unit22" are in the directory; statuses 5 and 7 have texts.
+// The real main window on a real database, with a radio that answers only what the test says. Own radio: unit
+// 21, callsign "Dispatch"; "Unit20" and "Unit22" are in the directory; statuses 5 and 7 have texts.
 class MainWindowStack {
 public:
     MainWindowStack();
@@ -84,7 +84,8 @@ public:
     QComboBox& Address();
 
     void AddRow(const char* table, std::initializer_list<std::pair<const char*, QVariant>> fields);
-    void AddEvent(const QDateTime& time, int type, const QString& desc, const QString& from, const QString& to);
+    void AddEvent(const QDateTime& time, int type, const QString& desc, const QString& from,
+                  const QString& to);
     bool ProfileIsLoggedOn();
 
 private:

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "core/UserProfile.h"
-#include "mainwindow/NodeKeys.h"
-#include "mainwindow/TalkgroupModel.h"
-#include "mainwindow/winMain.h"
+#include "core/session/UserProfile.h"
+#include "mainwindow/frame/winMain.h"
+#include "mainwindow/talkgroups/NodeKeys.h"
+#include "mainwindow/talkgroups/TalkgroupModel.h"
 #include "radio/RadioStack.h"
 
 #include <QAction>
@@ -15,8 +15,8 @@ inline void DragMouse(QWidget& viewport, const QPoint& from, const QPoint& to, b
 {
     QTest::mousePress(&viewport, Qt::LeftButton, Qt::NoModifier, from);
     for (const QPoint& place : {(from + to) / 2, to}) {
-        QMouseEvent move(QEvent::MouseMove, QPointF(place), QPointF(viewport.mapToGlobal(place)), Qt::NoButton,
-                         Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent move(QEvent::MouseMove, QPointF(place), QPointF(viewport.mapToGlobal(place)),
+                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(&viewport, &move);
     }
     if (release)
@@ -43,8 +43,8 @@ public:
         }
         FillRows();
         settings.SetDefaultGroupKey(MakeGroupKey(Id("Charlie"), 4));
-        window = std::make_unique<winMain>(
-            Services{strings, prompt, session, fleetData, executive, settings, clock, beeper, statusTexts, profile});
+        window = std::make_unique<winMain>(Services{strings, prompt, session, fleetData, executive, settings,
+                                                    clock, beeper, statusTexts, profile});
         window->resize(700, 600);
         window->show();
         Find<QAction>("miLogOnLogOff").trigger();
@@ -75,8 +75,8 @@ public:
     void FillRows()
     {
         session.Workspace().BeginTrans();
-        for (const auto& [group, pos] : {std::pair("Alpha", 3), std::pair("Bravo", 3), std::pair("Delta", 3),
-                                         std::pair("Charlie", 4)}) {
+        for (const auto& [group, pos] :
+             {std::pair("Alpha", 3), std::pair("Bravo", 3), std::pair("Delta", 3), std::pair("Charlie", 4)}) {
             const auto query = session.Database().QueryDef(QStringLiteral("ungroup"));
             query->SetParameter(QStringLiteral("gi"), Id(QLatin1String(group)));
             query->SetParameter(QStringLiteral("p"), pos);

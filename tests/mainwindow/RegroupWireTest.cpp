@@ -1,8 +1,8 @@
-// Regroup commands from the operator's hand over the wire into the database, for everything that can become of
-// them: only what the radio has confirmed is stored and shown as done.
+// Regroup commands from the operator's hand over the wire into the database, for everything that can become
+// of them: only what the radio has confirmed is stored and shown as done.
 
 #include "RegroupStack.h"
-#include "radio/TextIds.h"
+#include "radio/base/TextIds.h"
 
 #include <QAbstractButton>
 
@@ -29,7 +29,9 @@ const Command Commands[] = {
          s.Select(s.MemberKey(who.group, who.member));
          s.Trigger("miRegroup");
      },
-     [](Stack& s, const Subject& who, QStringList& rows) { rows.append(s.MemberKey("Charlie", who.member, 4)); }},
+     [](Stack& s, const Subject& who, QStringList& rows) {
+         rows.append(s.MemberKey("Charlie", who.member, 4));
+     }},
     {"move",
      [](Stack& s, const Subject& who) { s.Drag(s.MemberKey(who.group, who.member), s.GroupKey("Delta")); },
      [](Stack& s, const Subject& who, QStringList& rows) {
@@ -50,7 +52,9 @@ const Command Commands[] = {
          s.Select(s.MemberKey(who.group, who.member));
          s.Trigger("miUngroup");
      },
-     [](Stack& s, const Subject& who, QStringList& rows) { rows.removeOne(s.MemberKey(who.group, who.member)); }},
+     [](Stack& s, const Subject& who, QStringList& rows) {
+         rows.removeOne(s.MemberKey(who.group, who.member));
+     }},
 };
 
 struct End {
@@ -62,7 +66,8 @@ struct End {
 
 const End Ends[] = {
     {"delivered", "answers", [](Stack&) {}, true},
-    {"failed", "rejects", [](Stack& s) { s.prompt.ExpectWarning(s.Text(RadioText::RegroupingFailed)); }, false},
+    {"failed", "rejects", [](Stack& s) { s.prompt.ExpectWarning(s.Text(RadioText::RegroupingFailed)); },
+     false},
     {"cleared", "silent",
      [](Stack& s) {
          s.radio.Perform(sim::ContactAction{.inContact = false});
@@ -108,7 +113,8 @@ void ExpectRows(Stack& s, QStringList expected)
     expected.sort();
     EXPECT_EQ(s.Rows(), expected);
     EXPECT_EQ(s.Shown(), expected) << "the tree shows what the database has";
-    EXPECT_FALSE(s.Shown(TalkgroupModel::PictureRole).contains(QLatin1String(TalkgroupModel::PendingPicture)));
+    EXPECT_FALSE(
+        s.Shown(TalkgroupModel::PictureRole).contains(QLatin1String(TalkgroupModel::PendingPicture)));
 }
 
 // One sign in the tree, and no reload takes it away.
@@ -145,7 +151,8 @@ TEST_P(RegroupOverTheWire, IsStoredOnlyWhenConfirmedAndSoIsTheNext)
             stack.Run(100);
             end.happen(stack);
             ASSERT_TRUE(stack.RunToEnd());
-            ASSERT_TRUE(stack.RunUntil([&] { return stack.executive.Link().state == LinkStatus::State::Ready; }));
+            ASSERT_TRUE(
+                stack.RunUntil([&] { return stack.executive.Link().state == LinkStatus::State::Ready; }));
             stack.prompt.Finish();
             if (end.stored)
                 command.apply(stack, first, rows);
@@ -177,4 +184,4 @@ std::string NameOf(const testing::TestParamInfo<End>& info)
 
 INSTANTIATE_TEST_SUITE_P(Ends, RegroupOverTheWire, testing::ValuesIn(Ends), NameOf);
 
-}
+} // namespace

@@ -1,7 +1,7 @@
 // The SCADA panel: reports, commands, switches that end in every way, names and the unit.
 
 #include "MainWindowStack.h"
-#include "mainwindow/ScadaModel.h"
+#include "mainwindow/scada/ScadaModel.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -60,13 +60,12 @@ TEST(Scada, ShowsWhatReportsSay)
         const char* sensors;
         const char* controls;
     };
-    for (const Case& c : {Case{"B:00000000", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
-                          Case{"I:0000000011111111", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
-                          Case{"I:10000001", "10000001", "0?0?0?0?0?0?0?0?"},
-                          Case{"O:00100011", "10000001", "11000100"},
-                          Case{"O:1x0?0000", "10000001", "00000?00?1"},
-                          Case{"B:0000000011111111", "00000000", "11111111"},
-                          Case{"i:11111111", "00000000", "11111111"}, Case{" I:1111111", "00000000", "11111111"}}) {
+    for (const Case& c :
+         {Case{"B:00000000", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
+          Case{"I:0000000011111111", "0?0?0?0?0?0?0?0?", "0?0?0?0?0?0?0?0?"},
+          Case{"I:10000001", "10000001", "0?0?0?0?0?0?0?0?"}, Case{"O:00100011", "10000001", "11000100"},
+          Case{"O:1x0?0000", "10000001", "00000?00?1"}, Case{"B:0000000011111111", "00000000", "11111111"},
+          Case{"i:11111111", "00000000", "11111111"}, Case{" I:1111111", "00000000", "11111111"}}) {
         stack.Receive(QLatin1String(c.text));
         EXPECT_EQ(stack.Signs("lvSensors"), QLatin1String(c.sensors)) << c.text;
         EXPECT_EQ(stack.Signs("lvControls"), QLatin1String(c.controls)) << c.text;
@@ -77,17 +76,19 @@ TEST(Scada, ShowsWhatReportsSay)
 TEST(Scada, EveryCommandHasItsStatusCode)
 {
     ScadaStack stack;
-    for (const auto& [button, code] : {std::pair("cmdALLOFF", 8), std::pair("cmdQrySensors", 9), std::pair("cmdALLON", 18),
-                                       std::pair("cmdQryControls", 19)}) {
+    for (const auto& [button, code] : {std::pair("cmdALLOFF", 8), std::pair("cmdQrySensors", 9),
+                                       std::pair("cmdALLON", 18), std::pair("cmdQryControls", 19)}) {
         stack.Click(button);
-        EXPECT_EQ(stack.control->TakeOperations(), QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
+        EXPECT_EQ(stack.control->TakeOperations(),
+                  QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
         stack.Progress(192);
     }
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("0?0?0?0?0?0?0?0?")) << "only reports change them";
     stack.Receive(QStringLiteral("O:10000000"));
     for (const auto& [row, code] : {std::pair(0, 10), std::pair(6, 16), std::pair(7, 7), std::pair(0, 0)}) {
         stack.DoubleClick(row);
-        EXPECT_EQ(stack.control->TakeOperations(), QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
+        EXPECT_EQ(stack.control->TakeOperations(),
+                  QStringList(QStringLiteral("SendStatusMessage 0 2 %1").arg(code)));
         stack.DoubleClick(row); // it waits
         EXPECT_EQ(stack.control->TakeOperations(), QStringList());
         stack.Progress(192);
@@ -104,7 +105,9 @@ TEST(Scada, EveryCommandHasItsStatusCode)
 TEST(Scada, ASwitchEndsWithItsOwnAnswerOnly)
 {
     ScadaStack stack;
-    const auto sendOther = [&] { stack.executive.SendText(QStringLiteral("22"), QStringLiteral("x"), false); };
+    const auto sendOther = [&] {
+        stack.executive.SendText(QStringLiteral("22"), QStringLiteral("x"), false);
+    };
     struct Case {
         const char* name;
         std::function<void()> happens;
@@ -188,7 +191,8 @@ TEST(Scada, EachOutstationKeepsItsOwnValues)
     stack.Receive(QStringLiteral("O:10000000"), 4);
     stack.Progress(192); // of the switch at Unit20
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
-    EXPECT_NE(stack.Source("lblControls").section(QLatin1Char('\n'), 1), reported.section(QLatin1Char('\n'), 1));
+    EXPECT_NE(stack.Source("lblControls").section(QLatin1Char('\n'), 1),
+              reported.section(QLatin1Char('\n'), 1));
 
     stack.Choose("0200200120");
     EXPECT_EQ(stack.Signs("lvControls"), unknown) << "no such unit";
@@ -197,7 +201,8 @@ TEST(Scada, EachOutstationKeepsItsOwnValues)
     EXPECT_EQ(stack.Source("lblSensors"), reported);
 
     stack.Choose("");
-    EXPECT_TRUE(stack.Source("lblControls").startsWith(QStringLiteral("Controls: Unit22\n"))) << "it reported last";
+    EXPECT_TRUE(stack.Source("lblControls").startsWith(QStringLiteral("Controls: Unit22\n")))
+        << "it reported last";
     EXPECT_EQ(stack.Signs("lvControls"), QStringLiteral("00000001"));
     stack.prompt.ExpectWarning(stack.Text(5000));
     stack.DoubleClick(0);
@@ -217,7 +222,8 @@ TEST(Scada, NamesAndUnitAreKept)
     QTest::keyClicks(sensors.findChild<QLineEdit*>(), QStringLiteral("Door, north"));
     QTest::keyClick(sensors.findChild<QLineEdit*>(), Qt::Key_Return);
     QCoreApplication::processEvents();
-    EXPECT_EQ(stack.settings.Read(QStringLiteral("scada"), QStringLiteral("2sensor"), {}), QStringLiteral("Door, north"));
+    EXPECT_EQ(stack.settings.Read(QStringLiteral("scada"), QStringLiteral("2sensor"), {}),
+              QStringLiteral("Door, north"));
     stack.Controls().setFocus();
     stack.Controls().setCurrentIndex(stack.Controls().model()->index(7, 0));
     QTest::keyClick(&stack.Controls(), Qt::Key_F2);
@@ -227,11 +233,13 @@ TEST(Scada, NamesAndUnitAreKept)
     EXPECT_EQ(stack.control->TakeOperations(), QStringList()) << "Enter ends the name and switches nothing";
     stack.CloseWindow();
     stack.Open();
-    EXPECT_EQ(stack.Find<QListView>("lvSensors").model()->index(2, 0).data().toString(), QStringLiteral("Door, north"));
+    EXPECT_EQ(stack.Find<QListView>("lvSensors").model()->index(2, 0).data().toString(),
+              QStringLiteral("Door, north"));
     EXPECT_EQ(stack.Controls().model()->index(7, 0).data().toString(), QStringLiteral("<b>Pump"));
     const QString tip = stack.Controls().model()->index(7, 0).data(Qt::ToolTipRole).toString();
-    EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(), QStringLiteral("Control 7 <b>Pump: Unknown"));
+    EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(),
+              QStringLiteral("Control 7 <b>Pump: Unknown"));
     EXPECT_EQ(stack.Find<QComboBox>("cmbScadaUnit").currentText(), QStringLiteral("Unit20"));
 }
 
-}
+} // namespace

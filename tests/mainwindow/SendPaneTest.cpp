@@ -145,7 +145,8 @@ TEST(SendPane, EachMessageTypeShowsItsOwnControls)
         stack.Address().setEditText(QStringLiteral("Unit20"));
         stack.Click((std::string("tbMessageSelector_") + c.type).c_str());
         EXPECT_EQ(stack.Window().focusWidget(), &stack.Find<QWidget>(c.focusWithAddress));
-        EXPECT_TRUE(stack.Find<QToolButton>((std::string("tbMessageSelector_") + c.type).c_str()).isChecked());
+        EXPECT_TRUE(
+            stack.Find<QToolButton>((std::string("tbMessageSelector_") + c.type).c_str()).isChecked());
         for (const char* name : {"cmbTextMessage", "cmbStatusMessage", "tbSdmOptions", "tbCallOptions"}) {
             const bool shown = c.shown.contains(QLatin1String(name));
             EXPECT_EQ(stack.Find<QWidget>(name).isVisible(), shown) << c.type << " " << name;
@@ -184,7 +185,8 @@ TEST(SendPane, EnterSendsFromEveryBoxButNotWithModifiers)
             QTest::keyClick(box, Qt::Key_Return, modifier);
         EXPECT_EQ(stack.control->TakeOperations(), QStringList());
         QTest::keyClick(box, Qt::Key_Enter, Qt::KeypadModifier);
-        EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("SendStatusMessage 0 2 31")})) << name;
+        EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("SendStatusMessage 0 2 31")}))
+            << name;
         stack.executive.ResetTran();
         stack.control->TakeOperations();
     }
@@ -241,11 +243,12 @@ TEST(SendPane, BoxesFollowTheWidthOfThePane)
         stack.Window().resize(width, 400);
         const QRect address = stack.Address().geometry();
         EXPECT_EQ(address.width(), width - 195);
-        EXPECT_EQ(stack.Find<QWidget>("cmbStatusMessage").geometry(), address.translated(0, address.height() + 2));
+        EXPECT_EQ(stack.Find<QWidget>("cmbStatusMessage").geometry(),
+                  address.translated(0, address.height() + 2));
         EXPECT_EQ(stack.Find<QWidget>("cmdSend").geometry().right(), address.right());
     }
     stack.Window().resize(300, 400);
     EXPECT_EQ(stack.Address().width(), 450 - 195) << "a narrow pane is not rearranged";
 }
 
-}
+} // namespace

@@ -74,7 +74,8 @@ TEST_F(SharedDatabase, WhatOthersChangeShowsAndTheOperatorsWorkStays)
     EXPECT_EQ(stack.Address().currentText(), "2002");
 }
 
-// Not at each activation: the sign of a regroup and the place in a list stay while nothing was changed elsewhere.
+// Not at each activation: the sign of a regroup and the place in a list stay while nothing was changed
+// elsewhere.
 TEST_F(SharedDatabase, FilesAreReadAgainOnlyWhenOthersChangedThem)
 {
     if (TestServer::IsWanted())

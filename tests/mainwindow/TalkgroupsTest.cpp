@@ -1,10 +1,10 @@
 // The talkgroup tree: what it shows, what the selection allows, dragging, and what the database refuses.
 
 #include "RegroupStack.h"
-#include "core/AccountChanges.h"
-#include "mainwindow/MemberDrag.h"
-#include "mainwindow/TalkgroupTree.h"
-#include "mainwindow/TextIds.h"
+#include "core/session/AccountChanges.h"
+#include "mainwindow/base/TextIds.h"
+#include "mainwindow/talkgroups/MemberDrag.h"
+#include "mainwindow/talkgroups/TalkgroupTree.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -25,9 +25,10 @@ TEST(NodeKeys, ReadBackWhatTheyWereMadeOf)
         const char* key;
         int group, groupPos, memberGroup, member, memberPos;
     };
-    for (const Case& c : {Case{"DGS1F_3", 31, 3, 31, 0, 0}, Case{"RRS1F_A_3", 31, 0, 31, 10, 3},
-                          Case{"DGS_3", 0, 3, 0, 0, 0}, Case{"DGS1F", 0, 0, 0, 0, 0}, Case{"RRS1F__3", 31, 0, 31, 0, 3},
-                          Case{"", 0, 0, 0, 0, 0}, Case{"dynamic", 0, 0, 0, 0, 0}}) {
+    for (const Case& c :
+         {Case{"DGS1F_3", 31, 3, 31, 0, 0}, Case{"RRS1F_A_3", 31, 0, 31, 10, 3}, Case{"DGS_3", 0, 3, 0, 0, 0},
+          Case{"DGS1F", 0, 0, 0, 0, 0}, Case{"RRS1F__3", 31, 0, 31, 0, 3}, Case{"", 0, 0, 0, 0, 0},
+          Case{"dynamic", 0, 0, 0, 0, 0}}) {
         const GroupKeyParts group = PartsOfGroupKey(QLatin1String(c.key));
         const MemberKeyParts member = PartsOfMemberKey(QLatin1String(c.key));
         EXPECT_EQ(group.groupId, c.group) << c.key;
@@ -55,7 +56,7 @@ TEST(Talkgroups, AreShownWithTheirMembersUpToTheLimitAndTheSearch)
 {
     RegroupStack stack;
     stack.AddRow(QStringLiteral("Delta"), QStringLiteral("Dispatch"), 3); // the own radio
-    stack.AddRow(QStringLiteral("Bravo"), QStringLiteral("Unit23"), 7);   // no group is shown at this position
+    stack.AddRow(QStringLiteral("Bravo"), QStringLiteral("Unit23"), 7); // no group is shown at this position
     const auto refresh = [&] { stack.Find<QAbstractButton>("tbMain_refresh").click(); };
     refresh();
     EXPECT_EQ(Lines(stack.Model()), QStringLiteral("Static Talkgroups|talkgroup\n"
@@ -83,7 +84,8 @@ TEST(Talkgroups, AreShownWithTheirMembersUpToTheLimitAndTheSearch)
     stack.Select(stack.MemberKey(QStringLiteral("Bravo"), QStringLiteral("Unit25")));
     stack.prompt.ExpectWarning(stack.Text(2038));
     stack.Trigger("miRegroup");
-    stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxaddresslistsize"), QStringLiteral("500"));
+    stack.settings.Write(QStringLiteral("prefs"), QStringLiteral("maxaddresslistsize"),
+                         QStringLiteral("500"));
     stack.Find<QTreeView>("tvGroups").setFocus();
     QTest::keyClick(&stack.Tree(), Qt::Key_F5);
     EXPECT_EQ(stack.Shown().size(), 4);
@@ -176,7 +178,8 @@ TEST(Talkgroups, DefaultGroupAndGroupNames)
 
     stack.Trigger("miSetGroupName");
     ASSERT_TRUE(stack.RunToEnd());
-    EXPECT_EQ(stack.radio.radio.LastRequest(), "data \"564B010203427261766F\" to Group92 (0/7002)"); // "Bravo" at 3
+    EXPECT_EQ(stack.radio.radio.LastRequest(),
+              "data \"564B010203427261766F\" to Group92 (0/7002)"); // "Bravo" at 3
     stack.Select(stack.MemberKey(QStringLiteral("Alpha"), QStringLiteral("Unit20")));
     stack.Trigger("miSetGroupName");
     ASSERT_TRUE(stack.RunToEnd());
@@ -207,9 +210,9 @@ TEST(Talkgroups, OnlyAnotherDynamicGroupTakesADraggedMember)
     const QString delta = stack.GroupKey(QStringLiteral("Delta"));
     const QPoint target = stack.PlaceOf(delta);
     const auto idle = [&] { return stack.executive.TransactionKind() == TransactionKind::None; };
-    for (const QString& wrong :
-         {stack.GroupKey(QStringLiteral("Alpha")), stack.MemberKey(QStringLiteral("Bravo"), QStringLiteral("Unit25")),
-          QStringLiteral("static"), QStringLiteral("dynamic")}) {
+    for (const QString& wrong : {stack.GroupKey(QStringLiteral("Alpha")),
+                                 stack.MemberKey(QStringLiteral("Bravo"), QStringLiteral("Unit25")),
+                                 QStringLiteral("static"), QStringLiteral("dynamic")}) {
         DragMouse(*tree.viewport(), stack.PlaceOf(unit20), stack.PlaceOf(wrong), false);
         EXPECT_FALSE(tree.DropHighlight().isValid()) << wrong.toStdString();
         QTest::mouseRelease(tree.viewport(), Qt::LeftButton, Qt::NoModifier, stack.PlaceOf(wrong));
@@ -219,7 +222,8 @@ TEST(Talkgroups, OnlyAnotherDynamicGroupTakesADraggedMember)
     EXPECT_TRUE(idle());
     DragMouse(*tree.viewport(), stack.PlaceOf(unit20), target, false);
     EXPECT_EQ(tree.DropHighlight().data(TalkgroupModel::KeyRole).toString(), delta);
-    EXPECT_EQ(tree.currentIndex().data(TalkgroupModel::KeyRole).toString(), unit20) << "the drag selects nothing";
+    EXPECT_EQ(tree.currentIndex().data(TalkgroupModel::KeyRole).toString(), unit20)
+        << "the drag selects nothing";
     QTest::keyClick(&tree, Qt::Key_Escape);
     EXPECT_FALSE(tree.DropHighlight().isValid());
     QTest::mouseRelease(tree.viewport(), Qt::LeftButton, Qt::NoModifier, target);
@@ -260,9 +264,10 @@ TEST(Talkgroups, TellWhatCannotBeStored)
     query->SetParameter(QStringLiteral("mi"), stack.Id(QStringLiteral("Unit20")));
     query->SetParameter(QStringLiteral("p"), 3);
     query->Execute();
-    stack.prompt.ExpectWarning(QStringLiteral(
-        "The radio has confirmed the regrouping of Unit20, but it is not recorded: somebody else changed its group "
-        "meanwhile. Please refresh the talkgroups and repeat the command."));
+    stack.prompt.ExpectWarning(
+        QStringLiteral("The radio has confirmed the regrouping of Unit20, but it is not recorded: somebody "
+                       "else changed its group "
+                       "meanwhile. Please refresh the talkgroups and repeat the command."));
     ASSERT_TRUE(stack.RunToEnd());
     EXPECT_EQ(stack.Model().Find(unit20).data(TalkgroupModel::PictureRole), QLatin1String("pending"));
     stack.Find<QAbstractButton>("tbMain_refresh").click();
@@ -278,26 +283,30 @@ TEST(Talkgroups, TellWhatCannotBeStored)
     EXPECT_TRUE(stack.Rows().contains(unit25));
     EXPECT_TRUE(stack.Model().Find(unit25).isValid());
 
-    stack.Model().ReplaceDynamic({{.callsign = QStringLiteral("Echo"), .ident = {}, .id = 77, .pos = 0}}, {}, {});
+    stack.Model().ReplaceDynamic({{.callsign = QStringLiteral("Echo"), .ident = {}, .id = 77, .pos = 0}}, {},
+                                 {});
     stack.Select(MakeGroupKey(77, 0));
-    stack.prompt.ExpectWarning(QStringLiteral("The group has no position in which a radio could hold it. Please enter "
-                                              "a position from 1 to 16 in the address directory."));
+    stack.prompt.ExpectWarning(
+        QStringLiteral("The group has no position in which a radio could hold it. Please enter "
+                       "a position from 1 to 16 in the address directory."));
     stack.Trigger("miUngroup");
 }
 
-// The right counts when the command is given: one that was taken away since the logon sends nothing, and one taken away before the
-// radio's confirmation keeps nothing from being stored.
+// The right counts when the command is given: one that was taken away since the logon sends nothing, and one
+// taken away before the radio's confirmation keeps nothing from being stored.
 TEST(Talkgroups, TheRightIsLookedUpWhenTheCommandIsGiven)
 {
     RegroupStack stack;
     AddAccount(stack.session.Workspace(), {QStringLiteral("Zoe"), QStringLiteral("PID"), QStringLiteral("pw"),
                                            QStringLiteral("Zulu"), QStringLiteral("Admins"), false});
     const auto zoe = stack.database.Open(QStringLiteral("Zoe"), QStringLiteral("pw"));
-    zoe->Users().Item(QStringLiteral("admin"))->Groups().Delete(QLatin1String(dao::adminsGroup));
+    zoe->Users().Item(QStringLiteral("admin"))->Groups().Delete(QLatin1String(dao::AdminsGroupName));
     const auto change = [&](bool allow) {
         ChangeAccount(*zoe, {*stack.profile.Marker(), QStringLiteral("admin"), QString(), {}, {}, allow});
     };
-    const auto key = [&](const char* group) { return stack.MemberKey(QLatin1String(group), QStringLiteral("Unit20")); };
+    const auto key = [&](const char* group) {
+        return stack.MemberKey(QLatin1String(group), QStringLiteral("Unit20"));
+    };
     const auto drag = [&](const char* from, const char* to) {
         stack.Drag(key(from), stack.GroupKey(QLatin1String(to)));
     };
@@ -344,8 +353,11 @@ TEST(Talkgroups, TheRightIsLookedUpWhenTheCommandIsGiven)
 TEST(Talkgroups, AMemberIsMovedAgainAndReplacedAtItsPosition)
 {
     RegroupStack stack;
-    const auto key = [&](const char* group) { return stack.MemberKey(QLatin1String(group), QStringLiteral("Unit20")); };
-    for (const auto& [from, to] : {std::pair("Alpha", "Delta"), std::pair("Delta", "Bravo"), std::pair("Bravo", "Alpha")}) {
+    const auto key = [&](const char* group) {
+        return stack.MemberKey(QLatin1String(group), QStringLiteral("Unit20"));
+    };
+    for (const auto& [from, to] :
+         {std::pair("Alpha", "Delta"), std::pair("Delta", "Bravo"), std::pair("Bravo", "Alpha")}) {
         stack.Drag(key(from), stack.GroupKey(QLatin1String(to)));
         EXPECT_EQ(stack.Model().Find(key(from)).data(TalkgroupModel::PictureRole), QLatin1String("pending"));
         ASSERT_TRUE(stack.RunToEnd());
@@ -366,4 +378,4 @@ TEST(Talkgroups, AMemberIsMovedAgainAndReplacedAtItsPosition)
     }
 }
 
-}
+} // namespace

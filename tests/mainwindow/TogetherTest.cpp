@@ -1,7 +1,7 @@
 // Everything at once, and everything with keys alone.
 
 #include "RegroupStack.h"
-#include "mainwindow/ScadaModel.h"
+#include "mainwindow/scada/ScadaModel.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -29,7 +29,9 @@ TEST(Together, AStaticGroupStaysChosenWhenAnotherConsoleChangesTheDirectory)
     const QString callsign = group.data(TalkgroupModel::TagRole).toString();
     stack.Tree().setCurrentIndex(group);
     stack.session.Changes().Tell(QStringLiteral("address"));
-    EXPECT_EQ(stack.Tree().selectionModel()->selectedIndexes().value(0).data(TalkgroupModel::TagRole).toString(), callsign);
+    EXPECT_EQ(
+        stack.Tree().selectionModel()->selectedIndexes().value(0).data(TalkgroupModel::TagRole).toString(),
+        callsign);
     EXPECT_EQ(stack.Tree().currentIndex().parent(), stack.Model().Root(TalkgroupModel::StaticKey));
 }
 
@@ -54,7 +56,8 @@ TEST(Together, NothingIsLostAndTheOperatorKeepsHisPlace)
     QTreeView& tree = stack.Tree();
     const QString alpha = stack.GroupKey(QStringLiteral("Alpha"));
     tree.scrollTo(stack.Model().Find(alpha));
-    stack.Drag(stack.MemberKey(QStringLiteral("Alpha"), QStringLiteral("Unit20")), stack.GroupKey(QStringLiteral("Delta")));
+    stack.Drag(stack.MemberKey(QStringLiteral("Alpha"), QStringLiteral("Unit20")),
+               stack.GroupKey(QStringLiteral("Delta")));
     const QString selected = stack.GroupKey(QStringLiteral("Extra30"));
     tree.scrollTo(stack.Model().Find(selected), QAbstractItemView::PositionAtCenter);
     stack.Select(selected);
@@ -69,7 +72,8 @@ TEST(Together, NothingIsLostAndTheOperatorKeepsHisPlace)
     for (int i = 0; i < Each; ++i) {
         stack.radio.Perform(sim::StatusAction{.from = {0, 4}, .code = static_cast<std::uint8_t>(1 + i % 2)});
         stack.radio.Perform(sim::TextAction{.from = {0, 5}, .text = "line " + std::to_string(i)});
-        stack.radio.Perform(sim::TextAction{.from = {0, 9}, .text = i % 2 == 0 ? "I:00000001" : "B:1111111100000000"});
+        stack.radio.Perform(
+            sim::TextAction{.from = {0, 9}, .text = i % 2 == 0 ? "I:00000001" : "B:1111111100000000"});
         if (i == 5) { // the console's radio gets another number, and another console has regrouped a radio
             stack.AddRow(QStringLiteral("Alpha"), QStringLiteral("Unit23"), 3);
             stack.radio.Perform(sim::NumberingAction{.address = {0, 20}, .units = {}, .groups = {}});
@@ -123,7 +127,8 @@ TEST(Together, KeysAloneRegroupSwitchAndRename)
     TabTo(stack.Tree());
     const auto goTo = [&](const QString& key) {
         Key(Qt::Key_Home);
-        for (int presses = 0; presses < 30 && stack.Tree().currentIndex() != stack.Model().Find(key); ++presses)
+        for (int presses = 0; presses < 30 && stack.Tree().currentIndex() != stack.Model().Find(key);
+             ++presses)
             Key(Qt::Key_Down);
         ASSERT_EQ(stack.Tree().currentIndex(), stack.Model().Find(key));
     };
@@ -167,4 +172,4 @@ TEST(Together, KeysAloneRegroupSwitchAndRename)
     EXPECT_EQ(stack.settings.ScadaSensorName(0), QStringLiteral("Gate"));
 }
 
-}
+} // namespace

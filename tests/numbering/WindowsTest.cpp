@@ -1,6 +1,6 @@
 // Choice of the numbering, its ANN parameters and the diagnostics, with the simulated radio.
 
-#include "core/Registry.h"
+#include "core/session/Registry.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmNumInfoDiagnostics.h"
 #include "numbering/frmSelectNumbering.h"

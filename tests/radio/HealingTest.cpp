@@ -1,10 +1,10 @@
 // The link heals itself: what the operator is told, how soon, and that nothing is left over afterwards.
 
 #include "RadioStack.h"
-#include "core/Clock.h"
-#include "core/FormatMessage.h"
-#include "radio/SerialRadioPort.h"
-#include "radio/TextIds.h"
+#include "core/base/Clock.h"
+#include "core/texts/FormatMessage.h"
+#include "radio/base/TextIds.h"
+#include "radio/line/SerialRadioPort.h"
 #include "simulator/program/Program.h"
 
 #include <QFileInfo>

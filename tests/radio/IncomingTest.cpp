@@ -1,8 +1,8 @@
 // What the radio brings in: over the real wire, to the real database, in virtual time.
 
 #include "RadioStack.h"
-#include "core/Registry.h"
-#include "radio/TextIds.h"
+#include "core/session/Registry.h"
+#include "radio/base/TextIds.h"
 
 namespace {
 
@@ -278,8 +278,8 @@ TEST(Agent, TransmitsOnlyWhileConnected)
     QTest::mousePress(&ptt, Qt::LeftButton);
     EXPECT_EQ(ptt.text(), stack.Text(RadioText::TransmitReleased));
     stack.Click("cmdAnswerHungup");
-    ASSERT_TRUE(stack.RunUntil(
-        [&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
+    ASSERT_TRUE(
+        stack.RunUntil([&] { return stack.executive.TransactionKind() == TransactionKind::CallConnected; }));
     stack.Run(300);
     EXPECT_FALSE(stack.radio.radio.Condition().transmitting);
     QTest::mouseRelease(&ptt, Qt::LeftButton);

@@ -1,5 +1,5 @@
 #include "RadioStack.h"
-#include "core/Registry.h"
+#include "core/session/Registry.h"
 
 namespace {
 

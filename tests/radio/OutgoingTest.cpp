@@ -2,7 +2,7 @@
 // time.
 
 #include "RadioStack.h"
-#include "radio/TextIds.h"
+#include "radio/base/TextIds.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Every problem of a port is one clear sentence.
 
-#include "core/Errors.h"
-#include "core/StringSource.h"
-#include "radio/PortHolder.h"
-#include "radio/RadioPort.h"
-#include "radio/SerialRadioPort.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
+#include "radio/line/PortHolder.h"
+#include "radio/line/RadioPort.h"
+#include "radio/line/SerialRadioPort.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "core/EventLog.h"
-#include "core/Settings.h"
-#include "core/StringSource.h"
-#include "radio/FleetDataSource.h"
-#include "radio/Map27Executive.h"
-#include "radio/SerialMap27Control.h"
-#include "radio/StatusTexts.h"
-#include "radio/frmMap27Agent.h"
+#include "core/eventlog/EventLog.h"
+#include "core/settings/Settings.h"
+#include "core/texts/StringSource.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
+#include "radio/line/SerialMap27Control.h"
+#include "radio/window/frmMap27Agent.h"
 #include "simulator/script/ScenarioReader.h"
 #include "support/FakeBeeper.h"
 #include "support/ScriptedPrompt.h"
@@ -47,8 +47,14 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
     void ReflectUngroup() override { calls += QStringLiteral("reflectungroup "); }
     void CancelRegroup() override { calls += QStringLiteral("cancel "); }
     void CancelUngroup() override {}
-    void UpdateScadaSensors(const QString& bits, const ScadaSource&) override { scada += QStringLiteral("S") + bits; }
-    void UpdateScadaControls(const QString& bits, const ScadaSource&) override { scada += QStringLiteral("C") + bits; }
+    void UpdateScadaSensors(const QString& bits, const ScadaSource&) override
+    {
+        scada += QStringLiteral("S") + bits;
+    }
+    void UpdateScadaControls(const QString& bits, const ScadaSource&) override
+    {
+        scada += QStringLiteral("C") + bits;
+    }
     void ReflectScadaControl() override { scada += QStringLiteral("reflect "); }
     void CancelScadaControl() override { scada += QStringLiteral("cancel "); }
     void ReloadInds() override { ++reloads; }

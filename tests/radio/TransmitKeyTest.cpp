@@ -1,5 +1,5 @@
-#include "radio/TransmitKey.h"
-#include "radio/TypingWatch.h"
+#include "radio/window/TransmitKey.h"
+#include "radio/window/TypingWatch.h"
 #include "support/FakeClock.h"
 
 #include <gtest/gtest.h>

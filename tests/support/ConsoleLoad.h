@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/EventLog.h"
-#include "core/StringSource.h"
+#include "core/eventlog/EventLog.h"
+#include "core/texts/StringSource.h"
 #include "support/TestDatabase.h"
 
 #include <QDeadlineTimer>

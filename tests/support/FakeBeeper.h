@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Beeper.h"
+#include "core/widgets/Beeper.h"
 
 struct FakeBeeper : IBeeper {
     void InformationBeep() override { ++informationBeeps; }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Clock.h"
+#include "core/base/Clock.h"
 
 // Stands still until it is set or stepped; both times move together.
 class FakeClock : public Clock {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Errors.h"
-#include "radio/Map27Control.h"
+#include "core/texts/Errors.h"
+#include "radio/line/Map27Control.h"
 
 #include <QHash>
 #include <QStringList>

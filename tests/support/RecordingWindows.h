@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mainwindow/Windows.h"
+#include "mainwindow/frame/Windows.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Prompt.h"
+#include "core/desktop/Prompt.h"
 #include "support/QtPrinters.h"
 
 #include <QList>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/DatabaseChanges.h"
-#include "core/DbSession.h"
-#include "core/Errors.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/texts/Errors.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/ServerSetup.h"
 #include "support/TestServer.h"
@@ -57,7 +57,7 @@ public:
     {
         const auto workspace = Open();
         workspace->Users().Append(*workspace->CreateUser(name, "PID0123456789", pass));
-        workspace->Users().Item(name)->Groups().Append(dao::usersGroup);
+        workspace->Users().Item(name)->Groups().Append(dao::UsersGroupName);
     }
 
     QString Folder() const { return m_folder.path(); }

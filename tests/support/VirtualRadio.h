@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/Errors.h"
-#include "radio/RadioPort.h"
+#include "core/texts/Errors.h"
+#include "radio/line/RadioPort.h"
 #include "simulator/network/Radio.h"
 #include "support/FakeClock.h"
 

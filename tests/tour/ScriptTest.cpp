@@ -1,7 +1,7 @@
 // Scripts of the tour as text: what is wrong with them, and what becomes of a small one on a window.
 
-#include "core/Errors.h"
-#include "core/StringSource.h"
+#include "core/texts/Errors.h"
+#include "core/texts/StringSource.h"
 #include "tour/TourHand.h"
 #include "tour/TourLooks.h"
 #include "tour/TourRunner.h"

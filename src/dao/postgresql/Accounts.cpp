@@ -5,7 +5,7 @@ namespace dao::postgresql {
 
 namespace {
 
-constexpr auto whereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
+constexpr auto WhereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
 
 QStringList FirstColumn(Connection& connection, const QString& sql, const QVariantList& values = {})
 {
@@ -28,7 +28,7 @@ public:
     {
         return FirstColumn(*m_session->connection,
                            QString("SELECT group_name FROM membership JOIN account USING (account_id)") +
-                               whereUser + " ORDER BY group_name",
+                               WhereUser + " ORDER BY group_name",
                            {m_user});
     }
     bool Contains(const QString& group) const override { return Names().contains(group); }
@@ -113,7 +113,7 @@ void ServerUser::NewPassword(const QString& oldPassword, const QString& newPassw
     } else {
         m_session->RequireAdministrator();
     }
-    if (newPassword == QLatin1String(emptyPassword))
+    if (newPassword == QLatin1String(EmptyPassword))
         throw Error(Kind::BadPassword);
     const QByteArray role = RoleName(logon.address.Database(), m_name);
     m_session->Call("SELECT kyn_set_password(?, ?)",
@@ -129,13 +129,13 @@ QStringList ServerUserList::Names() const
 
 bool ServerUserList::Contains(const QString& name) const
 {
-    return m_session->connection->FirstRow(QString("SELECT 1 FROM account") + whereUser, {name}).has_value();
+    return m_session->connection->FirstRow(QString("SELECT 1 FROM account") + WhereUser, {name}).has_value();
 }
 
 std::unique_ptr<User> ServerUserList::Item(const QString& name) const
 {
     const auto account =
-        m_session->connection->FirstRow(QString("SELECT user_name, pid FROM account") + whereUser, {name});
+        m_session->connection->FirstRow(QString("SELECT user_name, pid FROM account") + WhereUser, {name});
     if (!account)
         throw Error(Kind::NoSuchUser, {name});
     return std::make_unique<ServerUser>(m_session, (*account)[0].toString(), (*account)[1].toString(),

@@ -8,7 +8,7 @@ namespace dao::postgresql {
 
 namespace {
 
-constexpr int mostAttempts = 10; // when the server unties statements that wait for each other
+constexpr int MostAttempts = 10; // when the server unties statements that wait for each other
 
 bool LooksLikeSelect(const QString& sql)
 {
@@ -157,7 +157,7 @@ Result Connection::Run(const QString& sql, const QVariantList& values, bool chan
                 Link().Collect();
                 return result;
             }
-            if (m_inTransaction || attempt == mostAttempts || !IsDeadlock(result.Handle()))
+            if (m_inTransaction || attempt == MostAttempts || !IsDeadlock(result.Handle()))
                 Raise(result);
         } catch (const Error& error) {
             // Once more on a new connection, unless it may have been done on the old one.

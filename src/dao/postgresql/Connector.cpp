@@ -11,8 +11,8 @@ namespace dao::postgresql {
 
 namespace {
 
-constexpr std::chrono::milliseconds longestAttempt{2000};
-constexpr int longestRoleName = 63; // bytes
+constexpr std::chrono::milliseconds LongestAttempt{2000};
+constexpr int LongestRoleName = 63; // bytes
 
 using Option = ServerAddress::Option;
 
@@ -108,7 +108,7 @@ Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
     if (!connection)
         throw Error(Kind::Engine, {"libpq"}, "not enough memory for a connection");
     PQsetErrorVerbosity(connection.get(), PQERRORS_VERBOSE); // with the state, whatever the server's language
-    const QDeadlineTimer deadline(longestAttempt);
+    const QDeadlineTimer deadline(LongestAttempt);
     auto what = PGRES_POLLING_WRITING;
     while (PQstatus(connection.get()) != CONNECTION_BAD && what != PGRES_POLLING_OK) {
         if (!WaitFor(connection.get(), what, deadline, stop)) {
@@ -162,7 +162,7 @@ QByteArray RoleName(const QString& database, const QString& userName)
 {
     const QByteArray folded = Fold(userName).toUtf8();
     const QByteArray prefix = database.toUtf8() + '.';
-    if (prefix.size() + folded.size() <= longestRoleName)
+    if (prefix.size() + folded.size() <= LongestRoleName)
         return prefix + folded;
     return prefix + QCryptographicHash::hash(folded, QCryptographicHash::Sha256).toHex().left(32);
 }
@@ -170,7 +170,7 @@ QByteArray RoleName(const QString& database, const QString& userName)
 QByteArray PasswordBytes(const QString& password)
 {
     // The same password typed with a combining accent or as one character has to give the same bytes.
-    return password.isEmpty() ? QByteArray(emptyPassword)
+    return password.isEmpty() ? QByteArray(EmptyPassword)
                               : password.normalized(QString::NormalizationForm_C).toUtf8();
 }
 

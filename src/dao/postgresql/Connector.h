@@ -37,7 +37,7 @@ QByteArray RoleName(const QString& database, const QString& userName);
 
 // The server refuses an empty password. It is stored as this text instead, and a logon with an empty password
 // sends it.
-inline constexpr auto emptyPassword = "veltorkyn: no password yet";
+inline constexpr auto EmptyPassword = "veltorkyn: no password yet";
 
 // What the server is given for a password as it was typed.
 QByteArray PasswordBytes(const QString& password);

@@ -14,7 +14,7 @@ struct Refusal {
     Kind kind;
 };
 
-constexpr Refusal refusals[] = {
+constexpr Refusal Refusals[] = {
     {"NotPermitted", Kind::NotPermitted},   {"Refused", Kind::Refused},
     {"BadPassword", Kind::BadPassword},     {"NoSuchUser", Kind::NoSuchUser},
     {"UserExists", Kind::UserExists},       {"LastAdministrator", Kind::LastAdministrator},
@@ -24,7 +24,7 @@ constexpr Refusal refusals[] = {
 
 Error OwnRefusal(const QString& message)
 {
-    for (const Refusal& refusal : refusals)
+    for (const Refusal& refusal : Refusals)
         if (message == QLatin1String(refusal.message))
             return Error(refusal.kind, {}, message);
     return Error(Kind::Engine, {message}, message);

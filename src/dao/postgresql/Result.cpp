@@ -59,17 +59,17 @@ QVariant Result::Value(int row, int column) const
         return {};
     const QByteArray bytes = Bytes(row, column);
     switch (PQftype(m_result.get(), column)) {
-    case Types::boolean:
+    case Types::Boolean:
         return bytes == "t";
-    case Types::int2:
-    case Types::int4:
-    case Types::int8:
+    case Types::Int2:
+    case Types::Int4:
+    case Types::Int8:
         return bytes.toLongLong();
-    case Types::float4:
-    case Types::float8:
-    case Types::numeric:
+    case Types::Float4:
+    case Types::Float8:
+    case Types::Numeric:
         return bytes.toDouble();
-    case Types::timestamptz:
+    case Types::Timestamptz:
         return ParseTime(bytes);
     default:
         return QString::fromUtf8(bytes);
@@ -91,9 +91,9 @@ qlonglong Result::Number(int row, int column) const
 {
     const QByteArray bytes = Bytes(row, column);
     switch (PQftype(m_result.get(), column)) {
-    case Types::boolean:
+    case Types::Boolean:
         return bytes == "t" ? 1 : 0;
-    case Types::timestamptz:
+    case Types::Timestamptz:
         return bytes.isEmpty() ? 0 : ParseTime(bytes).toMSecsSinceEpoch();
     default:
         return bytes.toLongLong();
@@ -114,18 +114,18 @@ QByteArray ParameterText(const QVariant& value, Oid type, const QString& name)
     if (!value.isValid() || value.typeId() == QMetaType::Nullptr)
         return {};
     switch (type) {
-    case Types::boolean:
+    case Types::Boolean:
         return value.toBool() ? "t" : "f";
-    case Types::int2:
-    case Types::int4:
-    case Types::int8: {
+    case Types::Int2:
+    case Types::Int4:
+    case Types::Int8: {
         bool whole = false;
         const qlonglong number = value.toLongLong(&whole);
         if (!whole)
             Refuse(value, name);
         return QByteArray::number(number);
     }
-    case Types::timestamptz:
+    case Types::Timestamptz:
         return TimeText(value, name);
     default:
         break;

@@ -39,14 +39,14 @@ private:
 
 // The server's types that differ from a text (their numbers are part of its interface).
 namespace Types {
-constexpr Oid boolean = 16;
-constexpr Oid int8 = 20;
-constexpr Oid int2 = 21;
-constexpr Oid int4 = 23;
-constexpr Oid float4 = 700;
-constexpr Oid float8 = 701;
-constexpr Oid timestamptz = 1184;
-constexpr Oid numeric = 1700;
+constexpr Oid Boolean = 16;
+constexpr Oid Int8 = 20;
+constexpr Oid Int2 = 21;
+constexpr Oid Int4 = 23;
+constexpr Oid Float4 = 700;
+constexpr Oid Float8 = 701;
+constexpr Oid Timestamptz = 1184;
+constexpr Oid Numeric = 1700;
 } // namespace Types
 
 // A value as the text of a parameter of that type; a null QByteArray for Null. Kind::BadValue with the name

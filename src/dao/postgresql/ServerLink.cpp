@@ -8,14 +8,14 @@ namespace dao::postgresql {
 namespace {
 
 // Changes that come together are told together.
-constexpr std::chrono::milliseconds gathering{50};
+constexpr std::chrono::milliseconds Gathering{50};
 
 } // namespace
 
 ServerLink::ServerLink(Logon logon, ConnectionHandle connection) : m_logon(std::move(logon))
 {
     m_delivery.setSingleShot(true);
-    m_delivery.setInterval(gathering);
+    m_delivery.setInterval(Gathering);
     connect(&m_delivery, &QTimer::timeout, this, [this] { Deliver(); });
     Connected(std::move(connection));
 }

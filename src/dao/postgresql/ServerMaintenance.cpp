@@ -40,18 +40,18 @@ private:
         };
         const Object objects[] = {
             {R"re(^CREATE TABLE "?(\w+)"?)re",
-             "SELECT 1 FROM pg_tables WHERE schemaname='kyn' AND tablename=?", textCheckTableMissing},
+             "SELECT 1 FROM pg_tables WHERE schemaname='kyn' AND tablename=?", DaoText::CheckTableMissing},
             {R"re(^CREATE (?:UNIQUE )?INDEX "?(\w+)"? ON "?(\w+)"?)re",
-             "SELECT 1 FROM pg_indexes WHERE schemaname='kyn' AND indexname=?", textCheckIndexMissing},
+             "SELECT 1 FROM pg_indexes WHERE schemaname='kyn' AND indexname=?", DaoText::CheckIndexMissing},
             {R"(^CREATE FUNCTION (\w+)\()",
              "SELECT 1 FROM pg_proc WHERE pronamespace='kyn'::regnamespace AND proname=?",
-             textCheckFunctionMissing},
+             DaoText::CheckFunctionMissing},
             {R"(^CREATE TRIGGER (event_\w+))", "SELECT 1 FROM pg_trigger WHERE tgname=?",
-             textCheckAppendable},
+             DaoText::CheckAppendable},
             {R"(^CREATE TRIGGER (guard_\w+))", "SELECT 1 FROM pg_trigger WHERE tgname=?",
-             textCheckFunctionMissing},
+             DaoText::CheckFunctionMissing},
             {R"(^\('(\w+)', (?:NULL|'\w+'),$)", "SELECT 1 FROM stored_query WHERE name=?",
-             textCheckQueryMissing},
+             DaoText::CheckQueryMissing},
         };
         for (const Object& object : objects) {
             const QRegularExpression created(object.created, QRegularExpression::MultilineOption);
@@ -61,7 +61,7 @@ private:
                     continue;
                 Add(Severity::Error, object.textId,
                     names.size() > 2 ? QStringList{names[2], names[1]} : QStringList{names[1]});
-                m_complete = m_complete && object.textId != textCheckTableMissing;
+                m_complete = m_complete && object.textId != DaoText::CheckTableMissing;
             }
         }
     }
@@ -72,30 +72,31 @@ private:
             try {
                 m_connection->Describe(query[1].toString());
             } catch (const Error& error) {
-                Add(Severity::Error, textCheckQueryFails, {query[0].toString(), error.engineText});
+                Add(Severity::Error, DaoText::CheckQueryFails, {query[0].toString(), error.engineText});
             }
         }
     }
 
     void CheckAccounts()
     {
-        if (!m_connection->FirstRow("SELECT 1 FROM membership WHERE group_name=?", {QString(adminsGroup)}))
-            Add(Severity::Error, textCheckNoAdministrator);
+        if (!m_connection->FirstRow("SELECT 1 FROM membership WHERE group_name=?",
+                                    {QString(AdminsGroupName)}))
+            Add(Severity::Error, DaoText::CheckNoAdministrator);
         AddRows("SELECT user_name FROM account WHERE to_regrole(quote_ident(role_name)) IS NULL",
-                Severity::Error, textCheckRoleMissing);
+                Severity::Error, DaoText::CheckRoleMissing);
         AddRows("SELECT user_name FROM account JOIN account_group ON group_name IN ('Admins', 'Users') "
                 "JOIN pg_roles ON rolname = role_name "
                 "WHERE EXISTS (SELECT 1 FROM membership m WHERE m.account_id = account.account_id "
                 "AND m.group_name = account_group.group_name) <> EXISTS (SELECT 1 FROM pg_auth_members a "
                 "WHERE a.member = pg_roles.oid AND a.roleid::regrole::text = "
                 "quote_ident(kyn_group_role(account_group.group_name)))",
-                Severity::Error, textCheckMembership);
+                Severity::Error, DaoText::CheckMembership);
         AddRows("SELECT user_name FROM account WHERE NOT EXISTS (SELECT 1 FROM user_profile "
                 "WHERE kyn_fold(\"UserName\")=kyn_fold(user_name))",
-                Severity::Warning, textCheckNoProfile);
+                Severity::Warning, DaoText::CheckNoProfile);
         AddRows("SELECT \"UserName\" FROM user_profile WHERE NOT EXISTS (SELECT 1 FROM account "
                 "WHERE kyn_fold(user_name)=kyn_fold(\"UserName\"))",
-                Severity::Warning, textCheckNoAccount);
+                Severity::Warning, DaoText::CheckNoAccount);
     }
 
     void AddRows(const QString& sql, Severity severity, int textId)
@@ -126,7 +127,7 @@ QList<Finding> CheckServerDatabase(const ServerAddress& address)
     RequireKnownVersion(address, version, newest);
     if (version < newest)
         return {{Severity::Warning,
-                 textCheckServerOlder,
+                 DaoText::CheckServerOlder,
                  {address.Shown(), QString::number(version), QString::number(newest)}}};
     QString schema;
     for (const Migration& migration : migrations)

@@ -10,7 +10,7 @@ namespace dao::postgresql {
 
 namespace {
 
-constexpr int pidLength = 20;
+constexpr int PidLength = 20;
 
 // The name begins those of the roles, and it is typed in psql without quotes.
 void RequireDatabaseName(const QString& name)
@@ -57,9 +57,9 @@ void FillDatabase(const ServerAddress& address, const QString& adminUser, const 
         const QByteArray role = RoleName(address.Database(), adminUser);
         connection->Change("INSERT INTO user_profile (\"UserName\", allow_dr) VALUES (?, true)", {adminUser});
         connection->Change("SELECT kyn_add_account(?, ?, ?)",
-                           {adminUser, RandomText(pidLength),
+                           {adminUser, RandomText(PidLength),
                             QString::fromLatin1(PasswordVerifier(connection->Link(), role, adminPassword))});
-        for (const char* group : {adminsGroup, usersGroup})
+        for (const char* group : {AdminsGroupName, UsersGroupName})
             connection->Change("SELECT kyn_join(?, ?)", {adminUser, QString(group)});
     }
     connection->Commit();
@@ -125,7 +125,7 @@ void CreateServerDatabase(const ServerAddress& address, const QString& adminUser
     RequireDatabaseName(name);
     if (!adminUser.isEmpty() || !adminPassword.isEmpty()) {
         RequireUserName(adminUser);
-        if (adminPassword.isEmpty() || adminPassword == QLatin1String(emptyPassword))
+        if (adminPassword.isEmpty() || adminPassword == QLatin1String(EmptyPassword))
             throw Error(Kind::BadPassword);
     }
     const auto server = ConnectAsServerAdministrator(address, "postgres");

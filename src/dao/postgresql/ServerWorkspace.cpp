@@ -34,7 +34,7 @@ std::unique_ptr<User> ServerWorkspace::CreateUser(const QString& name, const QSt
 {
     m_session->RequireAdministrator();
     RequireUserName(name);
-    if (password.isEmpty() || password == QLatin1String(emptyPassword))
+    if (password.isEmpty() || password == QLatin1String(EmptyPassword))
         throw Error(Kind::BadPassword);
     ServerLink& link = m_session->connection->Link();
     const QByteArray role = RoleName(link.LogonData().address.Database(), name);

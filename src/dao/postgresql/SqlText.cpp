@@ -4,7 +4,7 @@ namespace dao::postgresql {
 
 namespace {
 
-constexpr QLatin1String nowCall("kyn_now()");
+constexpr QLatin1String NowCall("kyn_now()");
 
 // The position after the quoted text or name that begins at `from`. A doubled quote inside ends one and
 // begins another, which comes to the same.
@@ -53,12 +53,12 @@ SqlText SqlText::Parse(const QString& sql)
             }
             add(text.numbers[known]);
             i = end;
-        } else if (QStringView(sql).mid(i).startsWith(nowCall)) {
+        } else if (QStringView(sql).mid(i).startsWith(NowCall)) {
             if (text.now == 0)
                 text.now = ++text.count;
             add(text.now);
             server += "::bigint";
-            i += nowCall.size();
+            i += NowCall.size();
         } else {
             server += c;
             ++i;

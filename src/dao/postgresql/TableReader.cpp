@@ -8,13 +8,13 @@ namespace {
 TableShape::Type TypeOf(Oid type)
 {
     switch (type) {
-    case Types::boolean:
+    case Types::Boolean:
         return TableShape::Type::Boolean;
-    case Types::int2:
-    case Types::int4:
-    case Types::int8:
+    case Types::Int2:
+    case Types::Int4:
+    case Types::Int8:
         return TableShape::Type::Number;
-    case Types::timestamptz:
+    case Types::Timestamptz:
         return TableShape::Type::Time;
     default:
         return TableShape::Type::Text;

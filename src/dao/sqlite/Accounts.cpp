@@ -6,7 +6,7 @@ namespace dao::sqlite {
 
 namespace {
 
-constexpr auto whereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
+constexpr auto WhereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
 
 QStringList ColumnOf(Connection& connection, const QString& sql, const QVariantList& values = {})
 {
@@ -24,7 +24,7 @@ void RequireOtherAdministrator(Connection& connection, const QString& user)
     const QVariant others = connection.Value(
         "SELECT count(*) FROM workgroup.membership JOIN workgroup.account USING (account_id) "
         "WHERE group_name=? AND kyn_fold(user_name)<>kyn_fold(?)",
-        {QString(adminsGroup), user});
+        {QString(AdminsGroupName), user});
     if (others.toInt() == 0)
         throw Error(Kind::LastAdministrator, {user});
 }
@@ -38,7 +38,7 @@ bool Session::IsOwn(const QString& user) const
 
 void Session::RequireAdministrator() const
 {
-    if (!IsMember(*connection, userName, adminsGroup))
+    if (!IsMember(*connection, userName, AdminsGroupName))
         throw Error(Kind::NotPermitted);
 }
 
@@ -46,7 +46,7 @@ QString CheckLogon(Connection& connection, const QString& user, const QString& p
                    const PasswordCost& cost)
 {
     const auto account =
-        connection.Prepare(QString("SELECT user_name, password_hash FROM workgroup.account") + whereUser);
+        connection.Prepare(QString("SELECT user_name, password_hash FROM workgroup.account") + WhereUser);
     account->Bind(0, user);
     if (!account->Step()) {
         HashPassword(password, cost); // so that the time taken does not tell which names exist
@@ -61,7 +61,7 @@ bool IsMember(Connection& connection, const QString& user, const QString& group)
 {
     return connection
         .Value(QString("SELECT 1 FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
-                   whereUser + " AND group_name=?",
+                   WhereUser + " AND group_name=?",
                {user, group})
         .isValid();
 }
@@ -86,7 +86,7 @@ void SqliteUser::NewPassword(const QString& oldPassword, const QString& newPassw
         m_session->RequireAdministrator();
     }
     const QString hash = QString::fromLatin1(HashPassword(newPassword, m_session->passwordCost));
-    if (connection.Change(QString("UPDATE workgroup.account SET password_hash=?") + whereUser,
+    if (connection.Change(QString("UPDATE workgroup.account SET password_hash=?") + WhereUser,
                           {hash, m_name}) == 0)
         throw Error(Kind::NoSuchUser, {m_name});
 }
@@ -99,14 +99,14 @@ QStringList SqliteUserList::Names() const
 
 bool SqliteUserList::Contains(const QString& name) const
 {
-    return m_session->connection->Value(QString("SELECT 1 FROM workgroup.account") + whereUser, {name})
+    return m_session->connection->Value(QString("SELECT 1 FROM workgroup.account") + WhereUser, {name})
         .isValid();
 }
 
 std::unique_ptr<User> SqliteUserList::Item(const QString& name) const
 {
     const auto account =
-        m_session->connection->Kept(QString("SELECT user_name, pid FROM workgroup.account") + whereUser);
+        m_session->connection->Kept(QString("SELECT user_name, pid FROM workgroup.account") + WhereUser);
     account->Bind(0, name);
     if (!account->Step())
         throw Error(Kind::NoSuchUser, {name});
@@ -136,9 +136,9 @@ void SqliteUserList::Delete(const QString& name)
     Connection& connection = *m_session->connection;
     ChangeScope scope(connection);
     m_session->RequireAdministrator();
-    if (IsMember(connection, name, adminsGroup))
+    if (IsMember(connection, name, AdminsGroupName))
         RequireOtherAdministrator(connection, name);
-    if (connection.Change(QString("DELETE FROM workgroup.account") + whereUser, {name}) == 0)
+    if (connection.Change(QString("DELETE FROM workgroup.account") + WhereUser, {name}) == 0)
         throw Error(Kind::NoSuchUser, {name});
     scope.Commit();
 }
@@ -170,7 +170,7 @@ void WorkgroupGroups::Append(const QString& group)
 void WorkgroupGroups::Delete(const QString& group)
 {
     m_session->RequireAdministrator();
-    if (group == adminsGroup || group == usersGroup)
+    if (group == AdminsGroupName || group == UsersGroupName)
         throw Error(Kind::NotPermitted);
     if (m_session->connection->Change("DELETE FROM workgroup.account_group WHERE group_name=?", {group}) == 0)
         throw Error(Kind::NoSuchGroup, {group});
@@ -181,7 +181,7 @@ QStringList UserGroups::Names() const
     return ColumnOf(
         *m_session->connection,
         QString("SELECT group_name FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
-            whereUser + " ORDER BY group_name",
+            WhereUser + " ORDER BY group_name",
         {m_user});
 }
 
@@ -193,7 +193,7 @@ bool UserGroups::Contains(const QString& group) const
 qlonglong UserGroups::AccountId() const
 {
     const QVariant id = m_session->connection->Value(
-        QString("SELECT account_id FROM workgroup.account") + whereUser, {m_user});
+        QString("SELECT account_id FROM workgroup.account") + WhereUser, {m_user});
     if (!id.isValid())
         throw Error(Kind::NoSuchUser, {m_user});
     return id.toLongLong();
@@ -219,7 +219,7 @@ void UserGroups::Delete(const QString& group)
     Connection& connection = *m_session->connection;
     ChangeScope scope(connection);
     m_session->RequireAdministrator();
-    if (group == adminsGroup && Contains(group))
+    if (group == AdminsGroupName && Contains(group))
         RequireOtherAdministrator(connection, m_user);
     if (connection.Change("DELETE FROM workgroup.membership WHERE account_id=? AND group_name=?",
                           {AccountId(), group}) == 0)

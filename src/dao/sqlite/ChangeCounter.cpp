@@ -5,7 +5,7 @@ namespace dao::sqlite {
 
 namespace {
 
-constexpr const char* schemas[] = {"main", "workgroup"};
+constexpr const char* Schemas[] = {"main", "workgroup"};
 
 // The own count goes back with the transaction that is rolled back, as that of the file does.
 QString OwnCount(const QString& schema, const QString& table)
@@ -23,7 +23,7 @@ QString OwnCount(const QString& schema, const QString& table)
 ChangeCounter::ChangeCounter(Connection& connection) : m_connection(connection)
 {
     QString script = "CREATE TEMP TABLE own_change (table_name TEXT PRIMARY KEY, changes INTEGER DEFAULT 0);";
-    for (const char* schema : schemas)
+    for (const char* schema : Schemas)
         for (const QVariantList& row :
              connection.AllRows(QString("SELECT table_name FROM %1.change_count").arg(schema)))
             script += OwnCount(schema, row.first().toString());

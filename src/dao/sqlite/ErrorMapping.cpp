@@ -28,7 +28,7 @@ Error ConstraintError(int code, const QString& message)
     case SQLITE_CONSTRAINT_FOREIGNKEY:
         return Error(Kind::InUse, {}, message);
     case SQLITE_CONSTRAINT_TRIGGER:
-        if (message == notPermittedMessage)
+        if (message == NotPermittedMessage)
             return Error(Kind::NotPermitted, {}, message);
         // RESTRICT is a trigger of the engine's own
         return Error(message.startsWith("FOREIGN KEY") ? Kind::InUse : Kind::Refused, {}, message);

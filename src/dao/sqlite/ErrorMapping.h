@@ -8,7 +8,7 @@ struct sqlite3;
 namespace dao::sqlite {
 
 // What a trigger that guards rights says; becomes Kind::NotPermitted.
-inline constexpr auto notPermittedMessage = "needs an administrator";
+inline constexpr auto NotPermittedMessage = "needs an administrator";
 
 // The engine's last failure on `handle` as an Error. `code` is the (extended) result code, `path` the file to
 // be named in it.

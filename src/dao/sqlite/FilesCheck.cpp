@@ -48,19 +48,20 @@ private:
         CheckSharing(path);
         const auto migrations = MigrationsOf(kind);
         if (version < migrations.last().version) {
-            Add(Severity::Warning, textCheckOlder,
+            Add(Severity::Warning, DaoText::CheckOlder,
                 {path, QString::number(version), QString::number(migrations.last().version)});
             m_complete = false;
         }
         Connection& files = *m_files.connection;
-        ForEach(files, "SELECT * FROM pragma_integrity_check(100, '" + schema + "')",
-                [&](const QVariantList& row) {
-                    if (row[0] != "ok")
-                        Add(Severity::Error, textCheckDamage, {path, row[0].toString()});
-                });
+        ForEach(
+            files, "SELECT * FROM pragma_integrity_check(100, '" + schema + "')",
+            [&](const QVariantList& row) {
+                if (row[0] != "ok")
+                    Add(Severity::Error, DaoText::CheckDamage, {path, row[0].toString()});
+            });
         ForEach(files, "SELECT \"table\", parent FROM pragma_foreign_key_check(NULL, '" + schema + "')",
                 [&](const QVariantList& row) {
-                    Add(Severity::Error, textCheckReference, {row[0].toString(), row[1].toString()});
+                    Add(Severity::Error, DaoText::CheckReference, {row[0].toString(), row[1].toString()});
                 });
         if (version < migrations.last().version)
             return;
@@ -75,9 +76,9 @@ private:
     {
         const Sharing sharing = SharingOf(path);
         if (sharing == Sharing::Everybody)
-            Add(Severity::Warning, textCheckOpenToAll, {path});
+            Add(Severity::Warning, DaoText::CheckOpenToAll, {path});
         else if (sharing == Sharing::GroupInPart)
-            Add(Severity::Warning, textCheckHalfShared,
+            Add(Severity::Warning, DaoText::CheckHalfShared,
                 {path, GroupOf(path), QFileInfo(path).absolutePath()});
     }
 
@@ -92,11 +93,11 @@ private:
                     const QString name = row[1].toString();
                     const QString type = row[0].toString();
                     if (type == "table")
-                        Add(Severity::Error, textCheckTableMissing, {name});
+                        Add(Severity::Error, DaoText::CheckTableMissing, {name});
                     else if (type == "trigger")
                         AddMissingTrigger(schema, row[2].toString(), name);
                     else
-                        Add(Severity::Error, textCheckIndexMissing, {row[2].toString(), name});
+                        Add(Severity::Error, DaoText::CheckIndexMissing, {row[2].toString(), name});
                     m_complete = m_complete && type != "table";
                 });
     }
@@ -107,9 +108,9 @@ private:
         const QVariant tableIsThere = m_files.connection->Value(
             "SELECT 1 FROM " + schema + ".sqlite_schema WHERE type='table' AND name=?", {table});
         if (table == "event")
-            Add(Severity::Error, textCheckAppendable, {trigger});
+            Add(Severity::Error, DaoText::CheckAppendable, {trigger});
         else if (tableIsThere.isValid())
-            Add(Severity::Error, textCheckNotCounted, {table, trigger});
+            Add(Severity::Error, DaoText::CheckNotCounted, {table, trigger});
     }
 
     void CompareQueries(Connection& reference)
@@ -118,39 +119,43 @@ private:
             return;
         ForEach(reference, "SELECT name FROM main.stored_query", [&](const QVariantList& row) {
             if (!m_files.connection->Value("SELECT 1 FROM main.stored_query WHERE name=?", row).isValid())
-                Add(Severity::Error, textCheckQueryMissing, {row[0].toString()});
+                Add(Severity::Error, DaoText::CheckQueryMissing, {row[0].toString()});
         });
     }
 
     void CheckQueries()
     {
-        ForEach(*m_files.connection, "SELECT name, sql FROM main.stored_query", [&](const QVariantList& row) {
-            try {
-                m_files.connection->Prepare(row[1].toString());
-            } catch (const Error& error) {
-                Add(Severity::Error, textCheckQueryFails, {row[0].toString(), error.engineText});
-            }
-        });
+        ForEach(
+            *m_files.connection, "SELECT name, sql FROM main.stored_query",
+            [&](const QVariantList& row) {
+                try {
+                    m_files.connection->Prepare(row[1].toString());
+                } catch (const Error& error) {
+                    Add(Severity::Error, DaoText::CheckQueryFails, {row[0].toString(), error.engineText});
+                }
+            });
     }
 
     void CheckAccounts()
     {
         Connection& files = *m_files.connection;
         if (files
-                .Value("SELECT count(*) FROM workgroup.membership WHERE group_name=?", {QString(adminsGroup)})
+                .Value("SELECT count(*) FROM workgroup.membership WHERE group_name=?",
+                       {QString(AdminsGroupName)})
                 .toInt() == 0)
-            Add(Severity::Error, textCheckNoAdministrator);
-        ForEach(files,
-                "SELECT user_name FROM workgroup.account WHERE NOT EXISTS "
-                "(SELECT 1 FROM main.user_profile WHERE kyn_fold(\"UserName\")=kyn_fold(user_name))",
-                [&](const QVariantList& row) {
-                    Add(Severity::Warning, textCheckNoProfile, {row[0].toString()});
-                });
+            Add(Severity::Error, DaoText::CheckNoAdministrator);
+        ForEach(
+            files,
+            "SELECT user_name FROM workgroup.account WHERE NOT EXISTS "
+            "(SELECT 1 FROM main.user_profile WHERE kyn_fold(\"UserName\")=kyn_fold(user_name))",
+            [&](const QVariantList& row) {
+                Add(Severity::Warning, DaoText::CheckNoProfile, {row[0].toString()});
+            });
         ForEach(files,
                 "SELECT \"UserName\" FROM main.user_profile WHERE NOT EXISTS "
                 "(SELECT 1 FROM workgroup.account WHERE kyn_fold(user_name)=kyn_fold(\"UserName\"))",
                 [&](const QVariantList& row) {
-                    Add(Severity::Warning, textCheckNoAccount, {row[0].toString()});
+                    Add(Severity::Warning, DaoText::CheckNoAccount, {row[0].toString()});
                 });
     }
 

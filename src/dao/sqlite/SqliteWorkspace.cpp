@@ -9,11 +9,11 @@ namespace dao::sqlite {
 
 namespace {
 
-constexpr std::chrono::milliseconds newFileTimeout{2000}; // nobody else knows the file yet
+constexpr std::chrono::milliseconds NewFileTimeout{2000}; // nobody else knows the file yet
 
 void CreateDatabaseFile(const QString& path, const QString& databaseId, const QString& adminUser)
 {
-    const auto connection = Connection::Open(path, Connection::Mode::Create, newFileTimeout);
+    const auto connection = Connection::Open(path, Connection::Mode::Create, NewFileTimeout);
     BuildSchema(*connection, FileKind::Database, MigrationsOf(FileKind::Database), databaseId);
     connection->Change("INSERT INTO user_profile (\"UserName\", allow_dr) VALUES (?, 1)", {adminUser});
 }
@@ -21,11 +21,11 @@ void CreateDatabaseFile(const QString& path, const QString& databaseId, const QS
 void CreateWorkgroupFile(const QString& path, const QString& databaseId, const QString& adminUser,
                          const QByteArray& hash)
 {
-    const auto connection = Connection::Open(path, Connection::Mode::Create, newFileTimeout);
+    const auto connection = Connection::Open(path, Connection::Mode::Create, NewFileTimeout);
     BuildSchema(*connection, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup), databaseId);
     connection->Change("INSERT INTO account (user_name, pid, password_hash) VALUES (?, ?, ?)",
                        {adminUser, RandomText(20), QString::fromLatin1(hash)});
-    for (const char* group : {adminsGroup, usersGroup})
+    for (const char* group : {AdminsGroupName, UsersGroupName})
         connection->Change(
             "INSERT INTO membership (account_id, group_name) SELECT account_id, ? FROM account",
             {QString(group)});

@@ -124,10 +124,9 @@ constexpr TypeRow TypeRows[] = {
 template <std::size_t Count>
 const char* Find(const CauseRow (&rows)[Count], std::uint8_t type, std::uint8_t cause)
 {
-    for (const CauseRow& row : rows) {
+    for (const CauseRow& row : rows)
         if (row.type == type && row.cause == cause)
             return row.text;
-    }
     return nullptr;
 }
 

@@ -44,14 +44,13 @@ std::u32string DecodeTelex(const Octets& octets)
 {
     std::u32string text;
     bool figures = false;
-    for (const std::uint8_t octet : octets) {
+    for (const std::uint8_t octet : octets)
         if (octet >= LettersCase.size())
             text += ReplacementCharacter;
         else if (octet == TelexFigures || octet == TelexLetters)
             figures = octet == TelexFigures;
         else
             text += figures ? FiguresCase[octet] : LettersCase[octet];
-    }
     return text;
 }
 
@@ -60,7 +59,7 @@ std::u32string DecodeCharacters(const ShortData& data)
     if (data.coding == Coding::Telex)
         return DecodeTelex(data.octets);
     std::u32string text;
-    for (const std::uint8_t octet : data.octets) {
+    for (const std::uint8_t octet : data.octets)
         if (data.coding == Coding::Bcd)
             text += FromBcd(octet);
         else if (data.coding == Coding::PcCharacters)
@@ -69,7 +68,6 @@ std::u32string DecodeCharacters(const ShortData& data)
             continue;
         else
             text += octet < 0x80 ? octet : ReplacementCharacter;
-    }
     return text;
 }
 

@@ -121,10 +121,9 @@ std::size_t CodewordCount(const ShortData& data)
     const Capacities* capacities = CapacitiesOf(data.coding);
     if (capacities == nullptr)
         return 0;
-    for (std::size_t codewords = 1; codewords <= MostCodewords; ++codewords) {
+    for (std::size_t codewords = 1; codewords <= MostCodewords; ++codewords)
         if ((*capacities)[codewords - 1] >= Units(data) && (*capacities)[codewords - 1] > 0)
             return codewords;
-    }
     return 0;
 }
 

@@ -29,10 +29,9 @@ Octets EncodeFrame(OctetSpan body)
 std::vector<Octets> FrameDecoder::Feed(OctetSpan octets)
 {
     std::vector<Octets> bodies;
-    for (const std::uint8_t octet : octets) {
+    for (const std::uint8_t octet : octets)
         if (auto body = Feed(octet))
             bodies.push_back(std::move(*body));
-    }
     return bodies;
 }
 

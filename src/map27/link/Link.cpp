@@ -72,10 +72,9 @@ LinkOutput Link::Feed(OctetSpan octets, TimePoint now)
         return {};
     if (m_waitingForQuiet)
         m_t0 = std::min(now + m_own.t0First, m_quietLimit);
-    for (const std::uint8_t octet : octets) {
+    for (const std::uint8_t octet : octets)
         if (const auto body = m_decoder.Feed(octet))
             HandleBody(*body, now);
-    }
     return TakeOutput();
 }
 

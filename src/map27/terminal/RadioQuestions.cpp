@@ -99,14 +99,14 @@ void RadioQuestions::Probe(OpenRequest request, TimePoint now)
 
 bool RadioQuestions::OwnIsOpen() const
 {
-    return std::any_of(m_open.begin(), m_open.end(),
-                       [](const Question& question) { return !question.byOperator; });
+    return std::any_of(
+        m_open.begin(), m_open.end(), [](const Question& question) { return !question.byOperator; });
 }
 
 bool RadioQuestions::IsOpen(RadioInfo kind) const
 {
-    return std::any_of(m_open.begin(), m_open.end(),
-                       [kind](const Question& question) { return question.kind == kind; });
+    return std::any_of(
+        m_open.begin(), m_open.end(), [kind](const Question& question) { return question.kind == kind; });
 }
 
 bool RadioQuestions::TakeQuestion(RadioInfo kind)
@@ -139,10 +139,9 @@ bool RadioQuestions::TakeComplaint(const RadioSignal& signal, OpenRequest reques
 void RadioQuestions::OnTime(TimePoint now)
 {
     const auto isOver = [now](const Question& question) { return question.giveUpAt <= now; };
-    for (const Question& question : m_open) {
+    for (const Question& question : m_open)
         if (isOver(question))
             TellUnanswered(question, "no answer");
-    }
     std::erase_if(m_open, isOver);
 }
 

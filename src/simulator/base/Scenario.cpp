@@ -5,10 +5,9 @@ namespace sim {
 std::vector<map27::Address> Scenario::GroupList() const
 {
     std::vector<map27::Address> groups;
-    for (const Subscriber& member : fleet.members) {
+    for (const Subscriber& member : fleet.members)
         if (member.kind == SubscriberKind::Group)
             groups.push_back(member.address);
-    }
     return groups;
 }
 

@@ -136,10 +136,9 @@ void Faults::InvertBits(map27::Octets& octets)
     if (probability <= 0)
         return;
     for (std::uint8_t& octet : octets) {
-        for (unsigned bit = 1; bit < 0x100; bit <<= 1) {
+        for (unsigned bit = 1; bit < 0x100; bit <<= 1)
             if (m_random.Chance(probability))
                 octet = static_cast<std::uint8_t>(octet ^ bit);
-        }
     }
 }
 

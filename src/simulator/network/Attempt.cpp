@@ -22,7 +22,8 @@ void Attempt::Stop()
 void Attempt::PlanNext()
 {
     if (m_next < m_steps.size())
-        m_timer.Start(m_steps[m_next].delay, [this] { Take(); });
+        m_timer.Start(
+            m_steps[m_next].delay, [this] { Take(); });
 }
 
 void Attempt::Take()

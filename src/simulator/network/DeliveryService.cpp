@@ -46,10 +46,9 @@ std::string DeliveryService::Deliver(const StormAction& action)
         "Roof torn off, persons inside. Please send everybody that you have, and an ambulance.",
         "Cellar under water", "Who is nearest?"};
     std::vector<map27::Address> units;
-    for (const Subscriber& member : m_air.scenario.fleet.members) {
+    for (const Subscriber& member : m_air.scenario.fleet.members)
         if (member.kind == SubscriberKind::Unit)
             units.push_back(member.address);
-    }
     if (units.empty())
         return "the fleet has no units";
     const auto any = [&](std::size_t count) {

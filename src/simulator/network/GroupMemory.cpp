@@ -16,10 +16,9 @@ void GroupMemory::Obey(const GroupCommand& command, map27::Address called, const
 
     const int position = std::visit([](const auto& known) { return known.position; }, command);
     std::vector<map27::Address> holders;
-    for (const Place& place : m_places) {
+    for (const Place& place : m_places)
         if (place.position == position && place.group == called)
             holders.push_back(place.radio);
-    }
     std::ranges::for_each(holders, obey);
 }
 
@@ -40,9 +39,9 @@ std::string GroupMemory::Describe(map27::Address radio, const Fleet& fleet) cons
 void GroupMemory::Obey(const RegroupCommand& command, map27::Address radio)
 {
     if (command.group.IsDummy()) {
-        std::erase_if(m_places, [&](const Place& place) {
-            return place.radio == radio && place.position == command.position;
-        });
+        std::erase_if(
+            m_places,
+            [&](const Place& place) { return place.radio == radio && place.position == command.position; });
     } else {
         At(radio, command.position).group = command.group;
     }

@@ -7,10 +7,9 @@ namespace sim {
 
 OtherRadios::OtherRadios(Air& air, const Outstation::Send& report) : m_air(air)
 {
-    for (const Subscriber& member : air.scenario.fleet.members) {
+    for (const Subscriber& member : air.scenario.fleet.members)
         if (member.kind == SubscriberKind::Outstation)
             m_outstations.emplace_back(air.schedule, air.random, member.address, member.outstation, report);
-    }
 }
 
 std::string OtherRadios::Take(const map27::ToRadio& message)

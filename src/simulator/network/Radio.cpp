@@ -380,14 +380,16 @@ void Radio::Report(const TextAction& report)
 // A party that has noted the console's call calls back as soon as the radio is free.
 void Radio::CallBack(map27::Address from, Milliseconds after)
 {
-    m_schedule.After(after, [this, from, after] {
-        if (IsBusy() && m_link.IsReady())
-            return CallBack(from, after);
-        CallAction call;
-        call.from = from;
-        if (const std::string problem = Do(call); !problem.empty())
-            Note(Describe(Action(call), m_scenario.fleet) + " left out: " + problem);
-    });
+    m_schedule.After(
+        after,
+        [this, from, after] {
+            if (IsBusy() && m_link.IsReady())
+                return CallBack(from, after);
+            CallAction call;
+            call.from = from;
+            if (const std::string problem = Do(call); !problem.empty())
+                Note(Describe(Action(call), m_scenario.fleet) + " left out: " + problem);
+        });
 }
 
 } // namespace sim

@@ -45,7 +45,8 @@ void Reception::Wander()
 
 void Reception::PlanWandering()
 {
-    m_wandering.Start(m_field.every, [this] { Wander(); });
+    m_wandering.Start(
+        m_field.every, [this] { Wander(); });
 }
 
 void Reception::Change(std::uint8_t strength)

@@ -48,10 +48,12 @@ Program::Program(const Options& options, Console console)
         m_console.log("console connected");
         Take(m_simulation.ConsoleCame(Now()));
     });
-    connect(m_port.get(), &Port::Went, this, [this] {
-        m_console.log("console gone");
-        Take(m_simulation.ConsoleWent(Now()));
-    });
+    connect(
+        m_port.get(), &Port::Went, this,
+        [this] {
+            m_console.log("console gone");
+            Take(m_simulation.ConsoleWent(Now()));
+        });
     connect(m_port.get(), &Port::Received, this,
             [this](const QByteArray& octets) { Take(m_simulation.Feed(Octets(octets), Now())); });
     Plan();

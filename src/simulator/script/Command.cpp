@@ -149,14 +149,13 @@ Command ParseNumbering(Words& words, const Scenario&)
     if (!address)
         throw CommandProblem{"\"" + own + "\" is no prefix/ident"};
     NumberingAction action{*address, std::nullopt, std::nullopt};
-    while (!words.AtEnd()) {
+    while (!words.AtEnd())
         if (words.Skip("units"))
             action.units = ParseRange(words);
         else if (words.Skip("groups"))
             action.groups = ParseRange(words);
         else
             throw CommandProblem{"\"" + std::string(words.Peek()) + "\" is neither units nor groups"};
-    }
     return Action(action);
 }
 

@@ -69,10 +69,9 @@ std::string ReadName(const JsonNode& node, const Fleet& fleet)
 SubscriberKind ReadKind(const JsonNode& node)
 {
     const std::string word = node.Text();
-    for (const auto kind : {SubscriberKind::Unit, SubscriberKind::Group, SubscriberKind::Outstation}) {
+    for (const auto kind : {SubscriberKind::Unit, SubscriberKind::Group, SubscriberKind::Outstation})
         if (word == WordOf(kind))
             return kind;
-    }
     node.Fail("must be \"unit\", \"group\" or \"outstation\", not \"" + word + "\"");
 }
 

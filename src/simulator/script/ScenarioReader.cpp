@@ -41,10 +41,9 @@ OwnRadio ReadRadio(const JsonNode& node)
         radio.units = ReadRange(*units);
     if (const auto groups = node.Find("groups"))
         radio.groups = ReadRange(*groups);
-    if (const auto facilities = node.Find("facilities")) {
+    if (const auto facilities = node.Find("facilities"))
         for (const JsonNode& facility : facilities->Items())
             AddFacility(radio, facility);
-    }
     return radio;
 }
 
@@ -166,10 +165,9 @@ Scenario Read(const QByteArray& json, bool mayHaveBase)
         scenario.fleet.pabx = ReadTelephones(*pabx);
     if (const auto faults = root.Find("faults"))
         scenario.faults = ReadFaults(*faults);
-    if (const auto events = root.Find("events")) {
+    if (const auto events = root.Find("events"))
         for (const JsonNode& event : events->Items())
             scenario.events.push_back(ReadEvent(event, scenario));
-    }
     return scenario;
 }
 

@@ -1,0 +1,126 @@
+#include "core/eventlog/EventSpool.h"
+
+#include "core/base/ProgramLog.h"
+#include "core/texts/Errors.h"
+#include "dao/FileAccess.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int MostConsoles = 20;
+
+QByteArray LineOf(const LogRecord& record)
+{
+    const QJsonObject object{{"id", record.id},     {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                             {"type", record.type}, {"desc", record.desc},
+                             {"from", record.from}, {"to", record.to}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+// Nothing for a line that was being written when the machine failed; its record was never taken over.
+bool ParseLine(const QByteArray& line, LogRecord& record)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    record = {object["id"].toString(),   QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs),
+              object["type"].toInt(),    object["desc"].toString(),
+              object["from"].toString(), object["to"].toString()};
+    return !record.id.isEmpty() && record.time.isValid();
+}
+
+[[noreturn]] void Fail(const QString& file)
+{
+    throw Error(ErrorCode::General,
+                QStringLiteral("%1: %2").arg(file, QString::fromLocal8Bit(strerror(errno))));
+}
+
+void SyncFolder(const QString& folder)
+{
+    const int handle = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle >= 0) {
+        fsync(handle);
+        close(handle);
+    }
+}
+
+} // namespace
+
+EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_folder(folder)
+{
+    dao::MakePrivateFolder(folder);
+    for (int number = 1; number <= MostConsoles; ++number) {
+        const QString file =
+            QDir(folder).filePath(QStringLiteral("log-%1-%2.waiting").arg(databaseId).arg(number));
+        if (!m_files.empty() && !QFile::exists(file))
+            continue;
+        auto lock = std::make_unique<FileLock>(file + ".lock");
+        if (lock->TryLock() != FileLock::Result::Locked)
+            continue;
+        Load(file);
+        m_files.push_back({file, std::move(lock)});
+    }
+}
+
+EventSpool::~EventSpool() = default;
+
+void EventSpool::Load(const QString& name)
+{
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    while (!file.atEnd()) {
+        const QByteArray line = file.readLine().trimmed();
+        LogRecord record;
+        if (line.isEmpty())
+            continue;
+        if (ParseLine(line, record))
+            m_records.append(record);
+        else
+            ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(name, QString::fromUtf8(line)));
+    }
+}
+
+void EventSpool::Append(const LogRecord& record)
+{
+    if (m_files.empty()) { // too many consoles, or the folder cannot be written to
+        errno = ENOLCK;
+        Fail(m_folder);
+    }
+    const QString& file = m_files.front().name;
+    const bool isNew = !QFile::exists(file);
+    const int handle =
+        open(QFile::encodeName(file).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    if (handle < 0)
+        Fail(file);
+    // A line that a failure cut short must not spoil this one: an empty line does no harm.
+    const QByteArray line = '\n' + LineOf(record);
+    const bool written = write(handle, line.constData(), static_cast<size_t>(line.size())) == line.size();
+    if (!written || fsync(handle) != 0) {
+        const int reason = errno;
+        close(handle);
+        errno = reason;
+        Fail(file);
+    }
+    close(handle);
+    if (isNew)
+        SyncFolder(QFileInfo(file).path());
+    m_records.append(record);
+}
+
+void EventSpool::Clear()
+{
+    for (const LockedFile& file : m_files)
+        if (QFile::exists(file.name) && !QFile::remove(file.name))
+            Fail(file.name);
+    m_records.clear();
+    if (m_files.size() > 1)
+        m_files.erase(m_files.begin() + 1, m_files.end()); // another console may use these again
+}

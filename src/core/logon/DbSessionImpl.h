@@ -1,0 +1,61 @@
+#pragma once
+
+#include "core/logon/LogonPause.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "dao/Workspace.h"
+
+#include <memory>
+
+class Settings;
+struct FirstRunChoice;
+struct IStringSource;
+
+// The session on real files, asking in real dialogs. The paths lie in the settings section given ("DB"), keys
+// "databasefile", "workgroupfile" and, for the name proposed at the next logon, "lastuser".
+class DbSession : public IDbSession {
+public:
+    // Time comes from `clock`, for the pauses after wrong passwords and for queries over a period.
+    DbSession(Settings& settings, const IStringSource& strings, const Clock& clock,
+              dao::OpenOptions options = {});
+    ~DbSession() override;
+
+    dao::Workspace& Workspace() override;
+    dao::Database& Database() override;
+    QString MakePID(const QString& userName, const QString& seed) override;
+    QString WorkgroupFile() const override;
+    void SetWorkgroupFile(const QString& path) override;
+    QString DatabaseFile() const override;
+    void SetDatabaseFile(const QString& path) override;
+    void SetAppName(const QString& name) override { m_appName = name; }
+    void SetSettingsSection(const QString& section) override { m_section = section; }
+
+    // When there is no database (no file at the path, or an emptied path), offers to create one with its
+    // first administrator, who is logged on at once, or to open another. A session that is open is closed
+    // first.
+    void Logon(bool askUser, bool openDatabase) override;
+    void Logoff() override;
+    bool IsOpen() const override { return m_workspace != nullptr; }
+    QString SelectWorkgroupFile() override;
+    QString SelectDatabaseFile() override;
+    bool IsMemberOf(const QString& group) override;
+    DatabaseChanges& Changes() override { return m_changes; }
+
+private:
+    dao::Location StoredLocation() const;
+    dao::Location SetUpDatabase(const QString& missing);
+    QString CarryOut(const FirstRunChoice& choice);
+    void AskUser(const dao::Location& location);
+    void Remember(const dao::Location& location);
+    void WatchDatabase();
+    [[noreturn]] void RaiseCancelled() const;
+
+    Settings& m_settings;
+    const IStringSource& m_strings;
+    LogonPause m_pause;
+    dao::OpenOptions m_options;
+    QString m_appName;
+    QString m_section = "DB";
+    DatabaseChanges m_changes;
+    std::unique_ptr<dao::Workspace> m_workspace;
+};

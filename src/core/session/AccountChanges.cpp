@@ -1,0 +1,94 @@
+#include "core/session/AccountChanges.h"
+
+#include "dao/Workspace.h"
+
+namespace {
+
+// Both files are locked from its beginning; undone unless Commit was reached.
+class Transaction {
+public:
+    explicit Transaction(dao::Workspace& workspace) : m_workspace(workspace) { workspace.BeginTrans(); }
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    ~Transaction()
+    {
+        if (m_done)
+            return;
+        try {
+            m_workspace.Rollback();
+        } catch (const dao::Error&) {
+            // The workspace was closed, which has undone it.
+        }
+    }
+    void Commit()
+    {
+        m_workspace.CommitTrans();
+        m_done = true;
+    }
+
+private:
+    dao::Workspace& m_workspace;
+    bool m_done = false;
+};
+
+void RequireChange(dao::QueryDef& query)
+{
+    if (query.Execute() == 0)
+        throw dao::Error(dao::Kind::RecordGone);
+}
+
+} // namespace
+
+void AddAccount(dao::Workspace& workspace, const NewAccount& account)
+{
+    Transaction transaction(workspace);
+    const auto profiles = workspace.Database().OpenTable("user_profile");
+    profiles->AddNew();
+    profiles->SetField("UserName", account.userName);
+    profiles->SetField("callsign", account.callsign);
+    profiles->SetField("allow_dr", account.allowRegrouping);
+    profiles->Update();
+    const auto user = workspace.CreateUser(account.userName, account.pid, account.password);
+    workspace.Users().Append(*user);
+    user->Groups().Append(dao::UsersGroupName);
+    if (!account.group.isEmpty())
+        user->Groups().Append(account.group);
+    transaction.Commit();
+}
+
+void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
+{
+    Transaction transaction(workspace);
+    const auto query = workspace.Database().QueryDef("change_user_profile");
+    query->SetParameter("id", change.profileId);
+    query->SetParameter("cs", change.callsign);
+    query->SetParameter("dr", change.allowRegrouping);
+    RequireChange(*query);
+    // Taking a group away to give it back would fail for the last administrator.
+    if (!change.newGroup.isEmpty() && change.newGroup != change.oldGroup) {
+        const auto user = workspace.Users().Item(change.userName);
+        if (!change.oldGroup.isEmpty())
+            user->Groups().Delete(change.oldGroup);
+        user->Groups().Append(change.newGroup);
+    }
+    transaction.Commit();
+}
+
+void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName)
+{
+    Transaction transaction(workspace);
+    const auto query = workspace.Database().QueryDef("drop_user_profile");
+    query->SetParameter("id", profileId);
+    RequireChange(*query);
+    workspace.Users().Delete(userName);
+    transaction.Commit();
+}
+
+QString ShownGroup(dao::Workspace& workspace, const QString& userName)
+{
+    QString shown;
+    for (const QString& group : workspace.Users().Item(userName)->Groups().Names())
+        if (group != QLatin1String(dao::UsersGroupName))
+            shown = group;
+    return shown;
+}

@@ -1,0 +1,92 @@
+#include "core/texts/StringSource.h"
+
+#include "core/base/AppPaths.h"
+#include "core/base/ProgramLog.h"
+#include "core/texts/CatalogueFile.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/LangId.h"
+#include "core/texts/TextIds.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <optional>
+
+// Outside any namespace, as Q_INIT_RESOURCE demands: the texts lie in a static library.
+static void InitCatalogueResource()
+{
+    Q_INIT_RESOURCE(veltorkyn_catalogue);
+}
+
+namespace {
+
+// Name of the help file, name of the operators' group, and a number that is stored as a setting.
+constexpr int NeverTranslated[] = {101, 2256, 4097};
+
+constexpr auto BuiltInFile = ":/veltorkyn/catalogue/CKYN.CResourceStrs";
+
+QString SatelliteName(const QString& applicationKey, const char* kind, quint16 number)
+{
+    return (applicationKey + QLatin1String(kind) + QString::number(number, 16)).toUpper() + ".CResourceStrs";
+}
+
+std::optional<Catalogue> FindSatellite(const QStringList& folders, const QString& name)
+{
+    for (const QString& folder : folders) {
+        const QString file = folder + u'/' + name;
+        if (!QFileInfo::exists(file))
+            continue;
+        try {
+            return ReadCatalogue(file);
+        } catch (const Error& error) {
+            ProgramLog::Write(error.Description());
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+CStringSourceImpl::CStringSourceImpl(QStringList satelliteFolders)
+    : m_folders(std::move(satelliteFolders)),
+      m_langId(LangIdOf(QLocale::system()))
+{
+    InitCatalogueResource();
+    m_builtIn = ReadCatalogue(BuiltInFile);
+}
+
+void CStringSourceImpl::SetLangID(quint16 langId)
+{
+    m_langId = langId;
+    QLocale::setDefault(LocaleOf(langId));
+}
+
+const IStringSource& CStringSourceImpl::CreateStringSource(const QString& applicationKey)
+{
+    auto satellite = FindSatellite(m_folders, SatelliteName(applicationKey, "SL", m_langId));
+    if (!satellite)
+        satellite = FindSatellite(m_folders, SatelliteName(applicationKey, "PL", PrimaryLanguage(m_langId)));
+    m_satellite = satellite.value_or(Catalogue{});
+    for (const int id : NeverTranslated)
+        m_satellite.remove(id);
+    return *this;
+}
+
+QString CStringSourceImpl::LoadString(int id) const
+{
+    if (const auto text = m_satellite.constFind(id); text != m_satellite.cend())
+        return *text;
+    if (const auto text = m_builtIn.constFind(id); text != m_builtIn.cend())
+        return *text;
+    throw Error(ErrorCode::General,
+                FormatMessage(m_builtIn.value(CoreText::NoSuchText, "#01"), {QString::number(id)}));
+}
+
+QStringList CStringSourceImpl::DefaultFolders()
+{
+    QStringList folders = {AppPaths::DataFolder() + "/catalogue", "/usr/local/share/veltorkyn/catalogue",
+                           "/usr/share/veltorkyn/catalogue"};
+    if (QCoreApplication::instance())
+        folders << QCoreApplication::applicationDirPath() + "/catalogue";
+    return folders;
+}

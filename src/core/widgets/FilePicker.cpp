@@ -1,0 +1,46 @@
+#include "core/widgets/FilePicker.h"
+
+#include "core/texts/StringSource.h"
+#include "core/texts/TextIds.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace {
+
+QString Filter(const IStringSource& strings, int textId, const QString& suffix)
+{
+    return QStringLiteral("%1 (*.%2);;%3 (*)")
+        .arg(strings.LoadString(textId), suffix, strings.LoadString(CoreText::AllFiles));
+}
+
+} // namespace
+
+QString FilePicker::Pick(const IStringSource& strings, QWidget* parent) const
+{
+    const bool database = kind == Kind::Database;
+    const QString suffix = database ? "kyndb" : "kynw";
+    const int caption = newFile
+                            ? CoreText::NewDatabaseCaption
+                            : (database ? CoreText::SelectDatabaseCaption : CoreText::SelectWorkgroupCaption);
+    QFileDialog dialog(parent, strings.LoadString(caption));
+    dialog.setObjectName("fileDialog");
+    dialog.setNameFilter(
+        Filter(strings, database ? CoreText::DatabaseFiles : CoreText::WorkgroupFiles, suffix));
+    dialog.setAcceptMode(newFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(newFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    dialog.setDefaultSuffix(suffix);
+    // The desktop's own dialog would stand behind the window of a call.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    // Nothing is overwritten anyway: an existing file is refused when the new one is to be made.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    const QFileInfo startFile(start);
+    if (startFile.absoluteDir().exists())
+        dialog.setDirectory(startFile.absoluteDir());
+    if (newFile || startFile.isFile())
+        dialog.selectFile(startFile.fileName());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return {};
+    return dialog.selectedFiles().constFirst();
+}

@@ -1,8 +1,0 @@
-#pragma once
-
-// Catalogue ids that this program's commands load themselves.
-namespace ctl {
-
-constexpr int textCallsignRule = 2130;
-
-} // namespace ctl

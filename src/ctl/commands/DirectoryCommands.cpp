@@ -1,0 +1,95 @@
+// The commands "directory export" and "directory import".
+
+#include "addressing/CreateAddressing.h"
+#include "core/session/Registry.h"
+#include "ctl/commands/AccountOptions.h"
+#include "ctl/commands/DirectoryImport.h"
+#include "ctl/commands/ImportRun.h"
+#include "ctl/commands/WorkspaceSession.h"
+#include "ctl/files/CsvWriter.h"
+#include "ctl/files/OutputFile.h"
+#include "ctl/program/Console.h"
+#include "radio/facade/FleetDataSource.h"
+
+namespace {
+
+int Export(const Request& request)
+{
+    const QString path = ImportRun::FileOf(request);
+    const auto workspace = ImportRun::Open(request);
+    QString text = CsvLine(DirectoryImport::Columns());
+    int count = 0;
+    for (const EntryKind kind : {EntryKind::Individual, EntryKind::Talkgroup})
+        for (auto rows = workspace->Database().OpenSnapshot(BrowseQuery(kind)); !rows->Eof();
+             rows->MoveNext(), ++count)
+            text += CsvLine(DirectoryImport::FieldsOf(ReadEntry(*rows, kind)));
+    WriteNewFile(path, text);
+    Console::Print(QStringLiteral("Exported %1 lines").arg(count));
+    return exitOk;
+}
+
+// The conversion of the numbering that the database is configured for; null when it is not.
+std::unique_ptr<MptAddressing> AddressingOf(dao::Workspace& workspace, const IStringSource& strings)
+{
+    WorkspaceSession session(workspace);
+    FleetDataSource source(session, strings);
+    const QString code = RegistryGet(session, "subscriber_numbering", "MPT1343");
+    auto addressing = CreateAddressing(code.toStdString());
+    try {
+        if (addressing)
+            addressing->SetConfigSource(source, source);
+        return addressing;
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+int Import(const Request& request)
+{
+    const CsvTable table(ImportRun::FileOf(request), DirectoryImport::Columns());
+    const auto workspace = ImportRun::Open(request);
+    auto addressing = AddressingOf(*workspace, request.strings);
+    if (!addressing)
+        Console::PrintError(
+            "veltorkynctl: warning: the numbering is not configured, so addresses are not checked");
+    DirectoryImport import(workspace->Database(), std::move(addressing), request.strings);
+    for (const CsvTable::Row& row : table.Rows())
+        import.Announce(row.fields);
+    return ImportRun::Run(
+        request, *workspace, table, [&](const CsvTable::Row& row) { return import.Check(row.fields); },
+        [&] { import.Store(); });
+}
+
+} // namespace
+
+Command DirectoryExportCommand()
+{
+    return {.words = "directory export",
+            .synopsis = "TARGET FILE.csv [--as NAME] [--password-stdin]",
+            .summary = "write the address directory to a file",
+            .help =
+                AccountOptions::AboutTarget() +
+                R"(FILE.csv must not exist yet; it is written in UTF-8 with the columns type, callsign, ident,
+name, note, dynamic and position. Asks for the password of the account that does it.)",
+            .options = ImportRun::ExportOptions(),
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Export};
+}
+
+Command DirectoryImportCommand()
+{
+    return {.words = "directory import",
+            .synopsis = "TARGET FILE.csv [--skip-bad] [--as NAME] [--password-stdin]",
+            .summary = "read the address directory from a file",
+            .help = AccountOptions::AboutTarget() +
+                    R"(FILE.csv is UTF-8, its first line naming the columns in any order: type (individual or
+talkgroup), callsign, ident (the number in full), name (individuals), note, dynamic (yes or no),
+position (talkgroups, 1..16). An entry takes the place of the one with its callsign; others
+stay. All lines are checked first, as the address editor does, and nothing is imported unless
+all are good or --skip-bad is given. Asks for the password of the account that does it.)",
+            .options = ImportRun::ImportOptions(),
+            .fewestArguments = 2,
+            .mostArguments = 2,
+            .run = Import};
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "addressing/MptAddressing.h"
+#include "core/widgets/AddressEntry.h"
+#include "dao/Database.h"
+
+#include <QHash>
+#include <QString>
+#include <QStringList>
+#include <memory>
+#include <vector>
+
+struct IStringSource;
+
+// Entries of the address directory from a file: each is checked beside the directory and the lines before it,
+// then all are stored. An entry takes the place of the one with its callsign.
+class DirectoryImport {
+public:
+    static QStringList Columns();
+    static QStringList FieldsOf(const AddressEntry& entry);
+
+    // Addresses are checked with the database's numbering; without a usable one only their length is.
+    DirectoryImport(dao::Database& database, std::unique_ptr<MptAddressing> addressing,
+                    const IStringSource& strings);
+
+    // A line that comes: the address that its entry has may pass to another one. All lines before the first
+    // is checked.
+    void Announce(const QStringList& fields);
+    // Why the fields of a line cannot be imported; empty when they can, and are then remembered.
+    QString Check(const QStringList& fields);
+    void Store();
+
+private:
+    struct Known {
+        qint32 id = 0;
+        AddressEntry entry;
+        bool regrouped = false;
+    };
+
+    void ReadDirectory();
+    QString Prepare(const QStringList& fields, AddressEntry& entry) const;
+    QString Parse(const QStringList& fields, AddressEntry& entry) const;
+    QString CheckFields(const AddressEntry& entry) const;
+    QString CompleteIdent(QString& ident) const;
+    QString CheckBesideDirectory(const AddressEntry& entry) const;
+    void ParkIdents(dao::Recordset& rows);
+
+    dao::Database& m_database;
+    std::unique_ptr<MptAddressing> m_addressing;
+    const IStringSource& m_strings;
+    QHash<QString, Known> m_known;        // by folded callsign
+    QHash<QString, QString> m_identOwner; // folded callsign of an address, as it will be after the import
+    std::vector<AddressEntry> m_entries;
+    QHash<QString, bool> m_seen; // callsigns of the file, folded
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "dao/Workspace.h"
+
+// An open workspace as the session that shared code asks for; there is nobody to ask, and no paths to keep.
+class WorkspaceSession : public IDbSession {
+public:
+    explicit WorkspaceSession(dao::Workspace& workspace) : m_workspace(workspace) {}
+
+    dao::Workspace& Workspace() override { return m_workspace; }
+    dao::Database& Database() override { return m_workspace.Database(); }
+    QString MakePID(const QString&, const QString&) override { return {}; }
+    QString WorkgroupFile() const override { return {}; }
+    void SetWorkgroupFile(const QString&) override {}
+    QString DatabaseFile() const override { return {}; }
+    void SetDatabaseFile(const QString&) override {}
+    void SetAppName(const QString&) override {}
+    void SetSettingsSection(const QString&) override {}
+    void Logon(bool, bool) override {}
+    void Logoff() override {}
+    bool IsOpen() const override { return true; }
+    QString SelectWorkgroupFile() override { return {}; }
+    QString SelectDatabaseFile() override { return {}; }
+    bool IsMemberOf(const QString& group) override
+    {
+        return m_workspace.Users().Item(m_workspace.UserName())->Groups().Contains(group);
+    }
+    DatabaseChanges& Changes() override { return m_changes; }
+
+private:
+    dao::Workspace& m_workspace;
+    DatabaseChanges m_changes;
+};

@@ -1,0 +1,182 @@
+#include "mainwindow/bars/StatusBar.h"
+
+#include "core/base/Clock.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Icons.h"
+#include "mainwindow/bars/FieldBar.h"
+#include "mainwindow/bars/StatusPanel.h"
+#include "mainwindow/base/TextIds.h"
+
+#include <QHBoxLayout>
+#include <QMouseEvent>
+
+namespace {
+
+// Codes of the texts of panel "opcon".
+constexpr char16_t InServiceCode = 216;
+constexpr char16_t OutOfServiceCode = 215;
+
+constexpr auto NoAddress = "---";
+constexpr std::chrono::seconds TimeToRead(2);
+
+struct PanelRow {
+    const char* key;
+    int toolTip; // 0: set with each text
+};
+
+constexpr PanelRow Panels[] = {
+    {"version", MainText::VersionTip},   {"main", 0},
+    {"opcon", MainText::OpConTip},       {"field", MainText::FieldTip},
+    {"callsign", MainText::CallsignTip}, {"ident", MainText::IdentTip},
+    {"date", MainText::DateTip},         {"time", MainText::TimeTip},
+};
+
+QString VersionText()
+{
+    return QStringLiteral("V%1.%2.%3")
+        .arg(VELTORKYN_VERSION_MAJOR)
+        .arg(VELTORKYN_VERSION_MINOR, 2, 10, QLatin1Char('0'))
+        .arg(VELTORKYN_VERSION_PATCH, 4, 10, QLatin1Char('0'));
+}
+
+} // namespace
+
+StatusBar::StatusBar(const IStringSource& strings, const Clock& clock, QWidget* parent)
+    : QWidget(parent),
+      m_strings(strings),
+      m_clock(clock)
+{
+    setObjectName(QStringLiteral("sbrStatus"));
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
+    for (const PanelRow& panelRow : Panels) {
+        const QString key = QLatin1String(panelRow.key);
+        auto* panel = new StatusPanel(key, this);
+        if (panelRow.toolTip != 0)
+            panel->setProperty("toolTipId", panelRow.toolTip);
+        m_panels.insert(key, panel);
+        row->addWidget(panel, key == QLatin1String("main") ? 1 : 0);
+    }
+    Panel(QStringLiteral("version")).setText(VersionText());
+    Panel(QStringLiteral("opcon")).ReserveFor(QStringLiteral("WW"));
+    Panel(QStringLiteral("opcon")).setAccessibleName(strings.LoadString(MainText::ConditionUnknown));
+    Panel(QStringLiteral("field")).ReserveFor(FieldBarText(0));
+    ForgetOwnAddress();
+
+    connect(&m_second, &QTimer::timeout, this, &StatusBar::ShowNow);
+    m_second.start(std::chrono::seconds(1));
+    ShowNow();
+}
+
+void StatusBar::SbrMessage(const QString& text)
+{
+    m_answersFrom = {};
+    m_waitingAnswer.clear();
+    m_answerShown = false;
+    Put(text);
+}
+
+void StatusBar::SbrMessageFirst(const QString& text)
+{
+    SbrMessage(text);
+    m_answersFrom = m_clock.Ticks() + TimeToRead;
+}
+
+void StatusBar::ShowAnswer(const QString& text)
+{
+    if (m_clock.Ticks() < m_answersFrom) {
+        m_waitingAnswer = text;
+        return;
+    }
+    SbrMessage(text);
+    m_answerShown = true;
+}
+
+void StatusBar::ForgetAnswer()
+{
+    m_waitingAnswer.clear();
+    if (m_answerShown)
+        SbrMessage({});
+}
+
+void StatusBar::Put(const QString& text)
+{
+    const QDateTime now = m_clock.Now();
+    const QLocale locale;
+    StatusPanel& panel = Panel(QStringLiteral("main"));
+    panel.setText(text);
+    panel.setToolTip(FormatMessage(m_strings, MainText::LastUpdated,
+                                   {locale.toString(now.date(), QLocale::LongFormat),
+                                    locale.toString(now.time(), QLocale::ShortFormat)}));
+}
+
+void StatusBar::ShowOperatingConditions(bool inService, int fieldStrength)
+{
+    StatusPanel& condition = Panel(QStringLiteral("opcon"));
+    condition.setText(QChar(inService ? InServiceCode : OutOfServiceCode));
+    condition.ShowPicture(LoadIcon(inService ? QStringLiteral("inservice") : QStringLiteral("outofservice")));
+    condition.setAccessibleName(
+        m_strings.LoadString(inService ? MainText::InService : MainText::OutOfService));
+
+    StatusPanel& field = Panel(QStringLiteral("field"));
+    field.setText(FieldBarText(fieldStrength));
+    field.setAccessibleName(
+        FormatMessage(m_strings, MainText::FieldStrength, {QString::number(fieldStrength)}));
+}
+
+void StatusBar::ForgetOperatingConditions()
+{
+    for (const char* key : {"opcon", "field"}) {
+        StatusPanel& panel = Panel(QLatin1String(key));
+        panel.setText(QString());
+        panel.ShowPicture(QIcon());
+        panel.setAccessibleName(QString());
+    }
+}
+
+void StatusBar::ShowOwnAddress(const QString& callsign, const QString& ident)
+{
+    Panel(QStringLiteral("callsign")).setText(callsign);
+    Panel(QStringLiteral("ident")).setText(ident);
+}
+
+void StatusBar::ForgetOwnAddress()
+{
+    ShowOwnAddress(QLatin1String(NoAddress), QLatin1String(NoAddress));
+}
+
+void StatusBar::ShowNow()
+{
+    if (!m_waitingAnswer.isEmpty())
+        ShowAnswer(QString(m_waitingAnswer));
+    const QDateTime now = m_clock.Now();
+    const QLocale locale;
+    Panel(QStringLiteral("date")).setText(locale.toString(now.date(), QLocale::ShortFormat));
+    Panel(QStringLiteral("time")).setText(locale.toString(now.time(), QLocale::ShortFormat));
+}
+
+void StatusBar::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton)
+        Q_EMIT PanelDoubleClicked(PanelAt(event->position().toPoint()));
+}
+
+// Accepted, so that the release comes here too.
+void StatusBar::mousePressEvent(QMouseEvent* event)
+{
+    event->accept();
+}
+
+void StatusBar::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::RightButton)
+        Q_EMIT PanelMenuRequested(PanelAt(event->position().toPoint()), event->globalPosition().toPoint());
+}
+
+QString StatusBar::PanelAt(const QPoint& place) const
+{
+    const QWidget* panel = childAt(place);
+    return panel != nullptr ? panel->objectName() : QString();
+}

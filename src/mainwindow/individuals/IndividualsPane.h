@@ -1,0 +1,75 @@
+#pragma once
+
+#include "mainwindow/base/ReloadCause.h"
+#include "radio/agent/Views.h"
+
+#include <QModelIndex>
+#include <QWidget>
+
+class IndividualsModel;
+class ListNotice;
+class QLabel;
+class QTreeView;
+class Settings;
+struct IDbSession;
+struct IPrompt;
+struct IStringSource;
+struct SessionState;
+
+// "picIndividuals": the list of individual radios, on duty where duty status is kept. What the radio brings
+// about neither scrolls it nor changes what the operator has selected.
+class IndividualsPane : public QWidget, public IIndividualsView {
+    Q_OBJECT
+
+public:
+    struct Parts {
+        const IStringSource& strings;
+        IPrompt& prompt;
+        Settings& settings;
+        IDbSession& database;
+        const SessionState& session;
+    };
+
+    IndividualsPane(const Parts& parts, QWidget* parent);
+
+    // Reads the radios that match a search text, empty: all. Does nothing while nobody is logged on.
+    void ReloadInds(const QString& lookfor);
+    // The same list afresh, because another console changed it; selection and scroll stay.
+    // Raises Error and dao::Error; the list is as it was then.
+    void ReloadQuietly() { Reload(m_lookfor, ReloadCause::OtherConsole); }
+    // From the radio; the reload follows from the event loop, once for several changes.
+    void ReloadInds() override;
+
+    // Sizes the columns to contents and headers.
+    void SizeColumns();
+    QModelIndex SelectedItem() const; // invalid when there is none
+    bool AllowsRegrouping() const;    // of the selected item
+    void ShowSelection();
+    // Keeps the list from being read, and shows it again.
+    void Cover(bool on);
+
+Q_SIGNALS:
+    // The operator chose items; their callsigns as an address line. Empty when no item is chosen any more.
+    void AddressesChosen(const QString& addresses);
+    // What the selection allows may be something else now.
+    void AllowedChanged();
+    // Double-click or Enter.
+    void CallRequested();
+    void MenuRequested(const QPoint& place);
+
+private:
+    void BuildList();
+    void TellSelection();
+    void TellChosen();
+    void Reload(const QString& lookfor, ReloadCause cause);
+
+    Parts m_parts;
+    IndividualsModel* m_model;
+    QTreeView* lvIndividuals = nullptr;
+    QLabel* m_cover;
+    ListNotice* m_notice;            // that the list is cut off at its limit
+    bool m_changedByProgram = false; // the selection changes, but not by the operator
+    QString m_lookfor;               // of the last reload
+    bool m_reloading = false;        // a question about it may be open
+    bool m_reloadDue = false;
+};

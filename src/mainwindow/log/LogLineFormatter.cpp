@@ -1,0 +1,150 @@
+#include "mainwindow/log/LogLineFormatter.h"
+
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/base/LongTime.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/base/TextIds.h"
+
+#include <QLocale>
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr auto In = "in";
+constexpr auto Out = "out";
+
+// Windows-1252 codes 80 to 9F; the rest of the code page is Latin-1. 0 where the page has no character.
+constexpr std::array<char16_t, 32> Windows1252 = {
+    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
+};
+
+int AnsiCode(char16_t character)
+{
+    constexpr int FirstSpecial = 0x80;
+    constexpr int FirstLatin1 = 0xA0;
+    constexpr int LastLatin1 = 0xFF;
+    constexpr int Unknown = 0x3F;
+
+    if (character < FirstSpecial || (character >= FirstLatin1 && character <= LastLatin1))
+        return character;
+    const auto special = std::find(Windows1252.begin(), Windows1252.end(), character);
+    return special == Windows1252.end() ? Unknown
+                                        : FirstSpecial + static_cast<int>(special - Windows1252.begin());
+}
+
+QString HexOf(const QString& data)
+{
+    QString hex;
+    hex.reserve(3 * data.size());
+    for (qsizetype i = 0; i < data.size(); ++i) {
+        const bool pair = data[i].isHighSurrogate() && i + 1 < data.size() && data[i + 1].isLowSurrogate();
+        hex += QStringLiteral("%1 ").arg(AnsiCode(data[i].unicode()), 2, 16, QLatin1Char('0')).toUpper();
+        i += pair ? 1 : 0;
+    }
+    return hex;
+}
+
+QString KindKey(EventType type)
+{
+    switch (type) {
+    case EventType::Status:
+        return QStringLiteral("status");
+    case EventType::Text:
+        return QStringLiteral("text");
+    case EventType::Call:
+        return QStringLiteral("call");
+    }
+    return {};
+}
+
+QString LineText(const QDateTime& time, const QString& party, const QString& desc)
+{
+    return QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), party, desc);
+}
+
+} // namespace
+
+QString FormatLogData(const QString& data, const QString& view)
+{
+    return view == QLatin1String("hex") ? HexOf(data) : data;
+}
+
+LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings)
+    : m_statusTexts(statusTexts)
+{
+    const auto add = [&](int emergency, std::initializer_list<int> calls) {
+        for (const int call : calls)
+            m_emergencies.insert(FormatMessage(strings, emergency, {strings.LoadString(call)}));
+    };
+    add(RadioText::EmergencyIn, {RadioText::IncomingCall, RadioText::IncomingPstnCall,
+                                 RadioText::IncomingPabxCall, RadioText::IncomingSysWideCall});
+    add(RadioText::EmergencyOut, {RadioText::Voice, RadioText::PstnCall, RadioText::PabxCall});
+}
+
+// A record keeps only the words, in the language of the console that wrote it.
+bool LogLineFormatter::IsEmergency(EventType type, const QString& desc) const
+{
+    return type == EventType::Call && m_emergencies.contains(desc);
+}
+
+std::optional<LogLine> LogLineFormatter::CheckDayChange(const QDateTime& time)
+{
+    const QDate day = time.toLocalTime().date();
+    if (day == m_lastDay)
+        return std::nullopt;
+    m_lastDay = day;
+    return LogLine{QLocale().toString(day, QLocale::LongFormat), QStringLiteral("newday"), {}};
+}
+
+LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const QString& desc,
+                                   const QString& from, const QString& to, const OwnRadio& own,
+                                   const QString& view) const
+{
+    QString direction;
+    QString party;
+    if (own.Is(from)) {
+        direction = QLatin1String(Out);
+        party = to;
+    } else if (own.Is(to)) {
+        direction = QLatin1String(In);
+        party = from;
+    }
+    const QString text = type == EventType::Text ? FormatLogData(desc, view) : desc;
+    return {LineText(time, party, text), KindKey(type) + direction, party, IsEmergency(type, desc)};
+}
+
+LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, const QString& view) const
+{
+    const bool in = own.Is(event.to);
+    const QString& party = in ? event.from : event.to;
+    return {LineText(event.time, party, StoredText(event, in, view)),
+            event.iconKey + QLatin1String(in ? In : Out), party,
+            IsEmergency(static_cast<EventType>(event.eventType), event.desc)};
+}
+
+QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, const QString& view) const
+{
+    switch (static_cast<EventType>(event.eventType)) {
+    case EventType::Status: {
+        bool number = false;
+        const int code = event.desc.toInt(&number);
+        if (!number)
+            return {};
+        try {
+            return in ? m_statusTexts.StatusInText(code) : m_statusTexts.StatusOutText(code);
+        } catch (const Error&) {
+            return {}; // a code that no status message has
+        }
+    }
+    case EventType::Text:
+        return FormatLogData(event.desc, view);
+    case EventType::Call:
+        return event.desc;
+    }
+    return {};
+}

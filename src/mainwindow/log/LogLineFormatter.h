@@ -1,0 +1,60 @@
+#pragma once
+
+#include "core/eventlog/EventLog.h"
+#include "mainwindow/log/LogModel.h"
+
+#include <QDateTime>
+#include <QSet>
+#include <optional>
+
+class StatusTexts;
+struct IStringSource;
+
+// A text message as the log shows it: as it is in the view "text"; in the view "hex" each character as two
+// hexadecimal digits and a blank, by its Windows-1252 code (3F for a character without one). Any other view:
+// as it is.
+QString FormatLogData(const QString& data, const QString& view);
+
+// The own radio in the two ways in which a record may name it.
+struct OwnRadio {
+    QString callsign;
+    QString address;
+
+    bool Is(const QString& party) const { return party == callsign || party == address; }
+};
+
+// A record of the log as it is read back from the database.
+struct StoredEvent {
+    QDateTime time;
+    int eventType = 0; // as stored; other values than those of EventType have no text of their own
+    QString from;
+    QString to;
+    QString desc;
+    QString iconKey; // "status", "text" or "call"
+};
+
+// Makes the lines of the message log: text, picture, party, and a date line before the first line of each
+// day. Times are shown in local time.
+class LogLineFormatter {
+public:
+    LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings);
+
+    // The date line that has to stand before a line of this time; nothing within the same day.
+    std::optional<LogLine> CheckDayChange(const QDateTime& time);
+    // The next line starts with its date.
+    void ForgetDay() { m_lastDay = {}; }
+
+    // desc is the display text of a status or call, and the text of a text message.
+    LogLine LiveLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                     const QString& to, const OwnRadio& own, const QString& view) const;
+    LogLine StoredLine(const StoredEvent& event, const OwnRadio& own, const QString& view) const;
+
+private:
+    QString StoredText(const StoredEvent& event, bool in, const QString& view) const;
+
+    bool IsEmergency(EventType type, const QString& desc) const;
+
+    const StatusTexts& m_statusTexts;
+    QSet<QString> m_emergencies; // descriptions of emergency calls
+    QDate m_lastDay;             // null: no date line yet
+};

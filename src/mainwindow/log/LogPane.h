@@ -1,0 +1,96 @@
+#pragma once
+
+#include "core/eventlog/EventLog.h"
+#include "mainwindow/lists/HighlightGuard.h"
+#include "mainwindow/log/LogLineFormatter.h"
+
+#include <QWidget>
+#include <optional>
+
+class ListNotice;
+class LogList;
+class LogPeriodBar;
+class LogReader;
+class QLabel;
+class Settings;
+struct Clock;
+struct IStringSource;
+struct LogPeriod;
+struct SessionState;
+
+// "picLog": the message log of the main window with its period controls.
+class LogPane : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Parts {
+        const IStringSource& strings;
+        Settings& settings;
+        const Clock& clock;
+        LogLineFormatter& formatter;
+        const LogReader& reader;
+        const SessionState& session;
+    };
+
+    LogPane(const Parts& parts, QWidget* parent);
+
+    // Does nothing while nobody is logged on.
+    void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                        const QString& to);
+    // Adds a date line when the day of this time is another one than that of the line before.
+    void CheckDayChange(const QDateTime& time);
+    // Shows the chosen period afresh. What cannot be read stays away without a message; the log file says
+    // why. Does nothing while nobody is logged on.
+    void ReloadLog();
+    // "text" or "hex". Raises Error when the choice cannot be stored.
+    void SetLogDataView(const QString& view);
+    // Raise Error for a stored preference that is none, and when one cannot be stored.
+    void LoadLogPrefs();
+    void SaveLogPeriod();
+    // Keeps the lines from being read, and shows them again.
+    void Cover(bool on);
+
+    // Tag of the current line when it is selected and has one that is not blank.
+    std::optional<QString> SelectedTag() const;
+
+Q_SIGNALS:
+    // The operator chose lines; their parties as an address line. Empty when no line is chosen any more.
+    void AddressesChosen(const QString& addresses);
+    // Double-click or Enter.
+    void CallRequested();
+    void MenuRequested(const QPoint& place);
+    void DataViewChanged(const QString& view);
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    // Of a period that holds more records than are shown.
+    enum class Part { Oldest, Newest };
+
+    void BuildList();
+    void RunToolButton(const QString& key);
+    void ClearDisplay();
+    void Reload(Part part);
+    QString DescribeCut(Part part, const LogPeriod& period, int shown, const QDateTime& edge) const;
+    void StorePeriod();
+    void SayCut(const QString& text);
+    void StepFont();
+    void SetHeaderFont();
+    void TellSelection();
+    void TellChosen();
+    void LayOut();
+    QString View();
+    int MaxLines() const;
+
+    Parts m_parts;
+    LogModel* m_model;
+    LogList* lvLog;
+    QLabel* m_cover;
+    ListNotice* m_notice;
+    LogPeriodBar* m_period;
+    HighlightGuard m_highlight;
+    QString m_lastView = QStringLiteral("text");
+    bool m_changedByProgram = false; // the selection changes, but not by the operator
+};

@@ -1,0 +1,131 @@
+#include "mainwindow/log/LogPeriodBar.h"
+
+#include "core/settings/Settings.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/bars/KeyedToolBar.h"
+#include "mainwindow/base/TextIds.h"
+#include "mainwindow/base/WholeNumber.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <algorithm>
+
+namespace {
+
+constexpr int DefaultPeriod = 30;
+constexpr int StripHeight = 25;
+constexpr int Gap = 3;
+
+constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
+
+} // namespace
+
+LogPeriodBar::LogPeriodBar(const IStringSource& strings, QWidget* parent) : QWidget(parent)
+{
+    tbRefreshLog = new KeyedToolBar(QStringLiteral("tbRefreshLog"), this);
+    tbRefreshLog->SetCompact();
+    tbRefreshLog->setProperty("accessibleNameId", MainText::LogToolBarName);
+    tbRefreshLog->AddButton(QStringLiteral("refresh"), KeyedToolBar::Style::Plain, MainText::RefreshLogTip);
+    tbRefreshLog->AddButton(QStringLiteral("clearlog"), KeyedToolBar::Style::Plain, MainText::ClearLogTip);
+    tbRefreshLog->AddButton(QStringLiteral("logfont"), KeyedToolBar::Style::Plain, MainText::LogFontTip);
+    connect(tbRefreshLog, &KeyedToolBar::ButtonClicked, this, &LogPeriodBar::ButtonClicked);
+
+    lblSeeLast = new QLabel(this);
+    lblSeeLast->setObjectName(QStringLiteral("lblSeeLast"));
+    lblSeeLast->setProperty("textId", MainText::SeeLast);
+    txtLogPeriod = new QLineEdit(this);
+    txtLogPeriod->setObjectName(QStringLiteral("txtLogPeriod"));
+    txtLogPeriod->setProperty("textId", MainText::LogPeriod);
+    lblSeeLast->setBuddy(txtLogPeriod);
+    txtLogPeriod->setToolTip(strings.LoadString(MainText::SeeLast).remove(QLatin1Char('&')).trimmed());
+    cmbLogTimeUnit = new QComboBox(this);
+    cmbLogTimeUnit->setObjectName(QStringLiteral("cmbLogTimeUnit"));
+    cmbLogTimeUnit->setProperty("accessibleNameId", MainText::LogTimeUnitName);
+    for (const int id : {MainText::Minutes, MainText::Hours, MainText::Days})
+        cmbLogTimeUnit->addItem(strings.LoadString(id));
+}
+
+void LogPeriodBar::Load(const Settings& settings)
+{
+    const int unit = settings.LogTimeUnit();
+    cmbLogTimeUnit->setCurrentIndex(unit >= 0 && unit < cmbLogTimeUnit->count() ? unit : 0);
+    txtLogPeriod->setText(QString::number(settings.LogTimePeriod()));
+}
+
+void LogPeriodBar::Save(Settings& settings) const
+{
+    settings.SetLogTimePeriod(Period().value_or(DefaultPeriod));
+    settings.SetLogTimeUnit(cmbLogTimeUnit->currentIndex());
+}
+
+std::optional<int> LogPeriodBar::Period() const
+{
+    return WholeNumber(txtLogPeriod->text());
+}
+
+QString LogPeriodBar::UnitCode() const
+{
+    return QLatin1String(TimeUnitCodes[cmbLogTimeUnit->currentIndex()]);
+}
+
+int LogPeriodBar::RowHeight() const
+{
+    return std::max(StripHeight, fontMetrics().height() + 8);
+}
+
+int LogPeriodBar::BoxWidth() const
+{
+    return fontMetrics().horizontalAdvance(QStringLiteral("000")) + 12;
+}
+
+int LogPeriodBar::PeriodWidth() const
+{
+    return lblSeeLast->sizeHint().width() + BoxWidth() + Gap + cmbLogTimeUnit->sizeHint().width();
+}
+
+bool LogPeriodBar::FitsInOneRow(int width) const
+{
+    return tbRefreshLog->sizeHint().width() + Gap + PeriodWidth() <= width;
+}
+
+int LogPeriodBar::HeightAt(int width) const
+{
+    return FitsInOneRow(width) ? RowHeight() : 2 * RowHeight();
+}
+
+void LogPeriodBar::resizeEvent(QResizeEvent*)
+{
+    LayOut();
+}
+
+void LogPeriodBar::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange)
+        LayOut();
+    QWidget::changeEvent(event);
+}
+
+// Where even the second row is too narrow the label goes: the box has its name as tool tip.
+void LogPeriodBar::LayOut()
+{
+    const bool oneRow = FitsInOneRow(width());
+    const int row = RowHeight() - 2;
+    const int barWidth = tbRefreshLog->sizeHint().width();
+    tbRefreshLog->setGeometry(0, 1, barWidth, row);
+
+    const int top = oneRow ? 1 : RowHeight() + 1;
+    int left = oneRow ? barWidth + Gap : 0;
+    const bool labelFits = left + PeriodWidth() <= width();
+    lblSeeLast->setVisible(labelFits);
+    if (labelFits) {
+        const int labelWidth = lblSeeLast->sizeHint().width();
+        lblSeeLast->setGeometry(left, top, labelWidth, row);
+        left += labelWidth;
+    }
+    txtLogPeriod->setGeometry(left, top, BoxWidth(), row);
+    left += BoxWidth() + Gap;
+    cmbLogTimeUnit->setGeometry(left, top, std::clamp(width() - left, 0, cmbLogTimeUnit->sizeHint().width()),
+                                row);
+}

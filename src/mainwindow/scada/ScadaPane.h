@@ -1,0 +1,77 @@
+#pragma once
+
+#include "mainwindow/scada/ScadaSwitch.h"
+#include "radio/agent/Views.h"
+
+#include <QWidget>
+#include <map>
+
+class Map27Executive;
+class QComboBox;
+class QLabel;
+class QListView;
+class ScadaModel;
+class Settings;
+struct IPrompt;
+struct IStringSource;
+struct SessionState;
+
+// "picScada": watches and drives outstations, each addressed like a radio. Reports are taken from any sender
+// and kept for it; shown is the unit that is chosen, or, while none is, the one that reported last.
+class ScadaPane : public QWidget, public IScadaView {
+    Q_OBJECT
+
+public:
+    struct Parts {
+        const IStringSource& strings;
+        IPrompt& prompt;
+        Settings& settings;
+        Map27Executive& executive;
+        const SessionState& session;
+    };
+
+    ScadaPane(const Parts& parts, QWidget* parent);
+
+    // The stored names and the unit. Raises Error when they cannot be read.
+    void Load();
+    // Raises Error when the settings cannot be written.
+    void StoreUnit();
+    // After what turns a name into an address has changed.
+    void ShowUnit();
+
+    // With nothing scrolled.
+    QSize minimumSizeHint() const override;
+
+    void UpdateScadaSensors(const QString& bits, const ScadaSource& source) override;
+    void UpdateScadaControls(const QString& bits, const ScadaSource& source) override;
+    void ReflectScadaControl() override;
+    void CancelScadaControl() override;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Build();
+    QWidget* NewContent();
+    QListView* NewList(const char* name, int accessibleNameId, ScadaModel& model);
+    QWidget* NewButton(const char* name, int textId, int statusCode);
+    QString ChosenUnit() const;
+    QString AddressOf(const QString& unit) const;
+    ScadaStation& Reporting(const ScadaSource& source);
+    void OfferUnit(const QString& name);
+    void ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time);
+    void SwitchSelected();
+    void StoreName(ScadaModel& model, int item, const QString& name);
+
+    Parts m_parts;
+    ScadaModel* m_sensors;
+    ScadaModel* m_controls;
+    ScadaSwitch m_switch;
+    QWidget* m_content = nullptr;
+    std::map<QString, ScadaStation> m_stations; // by address
+    QString m_reportedLast;                     // address of a station
+    QComboBox* cmbScadaUnit = nullptr;
+    QLabel* lblSensors = nullptr;
+    QLabel* lblControls = nullptr;
+    QListView* lvControls = nullptr;
+};

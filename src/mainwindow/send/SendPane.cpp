@@ -1,0 +1,369 @@
+#include "mainwindow/send/SendPane.h"
+
+#include "core/desktop/Prompt.h"
+#include "core/texts/StringSource.h"
+#include "core/widgets/Beeper.h"
+#include "core/widgets/PlainKey.h"
+#include "mainwindow/bars/KeyedToolBar.h"
+#include "mainwindow/base/SessionState.h"
+#include "mainwindow/base/TextIds.h"
+#include "mainwindow/send/SendInput.h"
+#include "mainwindow/send/StatusList.h"
+#include "radio/facade/Map27Executive.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QToolButton>
+#include <algorithm>
+
+namespace {
+
+constexpr int NarrowestPane = 400;    // a narrower pane is not rearranged
+constexpr int BesideAddressBox = 195; // what is left and right of the address box, when that suffices
+constexpr int RowGap = 2;
+constexpr int Margin = 4;
+constexpr int Gap = 6;
+constexpr int ButtonPadding = 20;
+
+using Style = KeyedToolBar::Style;
+
+QComboBox* NewBox(const QString& name, QWidget* parent)
+{
+    auto* box = new QComboBox(parent);
+    box->setObjectName(name);
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setCompleter(nullptr); // what is sent is what was typed
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setMinimumContentsLength(1);
+    return box;
+}
+
+QLabel* NewLabel(const QString& name, int textId, QWidget* parent)
+{
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setProperty("textId", textId);
+    return label;
+}
+
+bool IsBlank(const QString& text)
+{
+    return text.trimmed().isEmpty();
+}
+
+} // namespace
+
+SendPane::SendPane(const Parts& parts, QWidget* parent)
+    : QWidget(parent),
+      m_strings(parts.strings),
+      m_prompt(parts.prompt),
+      m_beeper(parts.beeper),
+      m_executive(parts.executive),
+      m_session(parts.session)
+{
+    setObjectName(QStringLiteral("picSend"));
+    BuildBoxes();
+    BuildBars();
+    BuildLabels();
+    OrderTabs();
+    SelectEncoding(false);
+}
+
+void SendPane::BuildBoxes()
+{
+    cmbAddress = NewBox(QStringLiteral("cmbAddress"), this);
+    cmbStatusMessage = NewBox(QStringLiteral("cmbStatusMessage"), this);
+    cmbTextMessage = NewBox(QStringLiteral("cmbTextMessage"), this);
+    for (QComboBox* box : {cmbAddress, cmbStatusMessage, cmbTextMessage}) {
+        box->installEventFilter(this);
+        box->lineEdit()->installEventFilter(this);
+        // A box is told to the blind by what it holds, so what it is for stands at the field inside.
+        const int label = box == cmbAddress ? MainText::ToLabel : MainText::MessageLabel;
+        box->lineEdit()->setAccessibleName(m_strings.LoadString(label).remove(QLatin1Char('&')));
+    }
+    cmdSearchAddress = new QPushButton(this);
+    cmdSearchAddress->setObjectName(QStringLiteral("cmdSearchAddress"));
+    cmdSearchAddress->setProperty("textId", MainText::Search);
+    connect(cmdSearchAddress, &QPushButton::clicked, this, [this] { Q_EMIT SearchRequested(Address()); });
+    cmdSend = new QPushButton(this);
+    cmdSend->setObjectName(QStringLiteral("cmdSend"));
+    cmdSend->setProperty("textId", MainText::Send);
+    cmdSend->setAutoDefault(true); // Enter presses it while it has the focus
+    connect(cmdSend, &QPushButton::clicked, this, &SendPane::Send);
+}
+
+void SendPane::BuildBars()
+{
+    tbMessageSelector = new KeyedToolBar(QStringLiteral("tbMessageSelector"), this, Qt::Vertical);
+    tbMessageSelector->setProperty("accessibleNameId", MainText::MessageTypeName);
+    tbMessageSelector->AddButton(QStringLiteral("status"), Style::OneOfAll, MainText::StatusTip);
+    tbMessageSelector->AddButton(QStringLiteral("text"), Style::OneOfAll, MainText::TextTip);
+    tbMessageSelector->AddButton(QStringLiteral("call"), Style::OneOfAll, MainText::CallTip);
+    connect(tbMessageSelector, &KeyedToolBar::ButtonClicked, this, &SendPane::SelectTypeByKey);
+
+    tbSdmOptions = new KeyedToolBar(QStringLiteral("tbSdmOptions"), this);
+    tbSdmOptions->setProperty("accessibleNameId", MainText::EncodingName);
+    tbSdmOptions->AddButton(QStringLiteral("seven"), Style::OneOfAll, MainText::SevenTip,
+                            QStringLiteral("bit7"));
+    tbSdmOptions->AddButton(QStringLiteral("eight"), Style::OneOfAll, MainText::EightTip,
+                            QStringLiteral("bit8"));
+
+    tbCallOptions = new KeyedToolBar(QStringLiteral("tbCallOptions"), this);
+    tbCallOptions->setProperty("accessibleNameId", MainText::CallOptionsName);
+    tbCallOptions->AddButton(QStringLiteral("emergency"), Style::Check, MainText::EmergencyTip);
+    tbCallOptions->AddButton(QStringLiteral("priority"), Style::Check, MainText::PriorityTip);
+    tbCallOptions->AddButton(QStringLiteral("dialog"), Style::Check, MainText::DialogTip);
+    connect(tbCallOptions, &KeyedToolBar::ButtonClicked, this, &SendPane::CallOptionClicked);
+}
+
+void SendPane::BuildLabels()
+{
+    Label1 = NewLabel(QStringLiteral("Label1"), MainText::ToLabel, this);
+    Label2 = NewLabel(QStringLiteral("Label2"), MainText::MessageLabel, this);
+    Label3 = NewLabel(QStringLiteral("Label3"), MainText::OptionsLabel, this);
+    Label1->setBuddy(cmbAddress);
+}
+
+void SendPane::OrderTabs()
+{
+    const QWidgetList order = {cmbAddress,
+                               cmbStatusMessage,
+                               cmbTextMessage,
+                               tbSdmOptions->Button(QStringLiteral("seven")),
+                               tbSdmOptions->Button(QStringLiteral("eight")),
+                               tbCallOptions->Button(QStringLiteral("emergency")),
+                               tbCallOptions->Button(QStringLiteral("priority")),
+                               tbCallOptions->Button(QStringLiteral("dialog")),
+                               cmdSend,
+                               cmdSearchAddress,
+                               tbMessageSelector->Button(QStringLiteral("status")),
+                               tbMessageSelector->Button(QStringLiteral("text")),
+                               tbMessageSelector->Button(QStringLiteral("call"))};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+}
+
+QString SendPane::Address() const
+{
+    return cmbAddress->currentText();
+}
+
+void SendPane::SetAddress(const QString& addresses)
+{
+    cmbAddress->setEditText(addresses);
+}
+
+void SendPane::ReplaceStati(const std::vector<StatusItem>& stati)
+{
+    const QVariant chosen = cmbStatusMessage->currentData();
+    const QString typed = cmbStatusMessage->currentText();
+    SetStati(stati);
+    cmbStatusMessage->setCurrentIndex(chosen.isValid() ? cmbStatusMessage->findData(chosen) : -1);
+    if (cmbStatusMessage->currentIndex() < 0)
+        cmbStatusMessage->setEditText(typed);
+}
+
+void SendPane::SetStati(const std::vector<StatusItem>& stati)
+{
+    cmbStatusMessage->clear();
+    for (const StatusItem& item : stati)
+        cmbStatusMessage->addItem(item.text, item.code);
+    cmbStatusMessage->setCurrentIndex(-1); // nothing is chosen before the operator chooses
+    cmbStatusMessage->clearEditText();
+}
+
+void SendPane::SelectType(MessageType type)
+{
+    switch (type) {
+    case MessageType::Status:
+        return SelectTypeByKey(QStringLiteral("status"));
+    case MessageType::Text:
+        return SelectTypeByKey(QStringLiteral("text"));
+    case MessageType::Call:
+        return SelectTypeByKey(QStringLiteral("call"));
+    }
+}
+
+void SendPane::SelectTypeByKey(const QString& key)
+{
+    tbMessageSelector->SetPressed(key, true);
+    const bool status = key == QLatin1String("status");
+    const bool text = key == QLatin1String("text");
+    const auto show = [](QWidget* control, bool on) {
+        control->setVisible(on);
+        control->setEnabled(on);
+    };
+    show(cmbStatusMessage, status);
+    show(cmbTextMessage, text);
+    show(tbSdmOptions, text);
+    show(tbCallOptions, !status && !text);
+
+    Label2->setVisible(status || text);
+    Label2->setBuddy(text ? cmbTextMessage : cmbStatusMessage);
+    Label3->setVisible(!status);
+    Label3->setBuddy(text ? tbSdmOptions->FirstEnabled() : tbCallOptions->FirstEnabled());
+
+    QComboBox* message = status ? cmbStatusMessage : cmbTextMessage;
+    const bool addressFirst = (!status && !text) || IsBlank(Address());
+    QComboBox* first = addressFirst ? cmbAddress : message;
+    first->setFocus();
+    first->lineEdit()->selectAll(); // what is typed next replaces what was sent last
+}
+
+void SendPane::PrepareCall(const CallOptions& options)
+{
+    SelectType(MessageType::Call);
+    tbCallOptions->SetPressed(QStringLiteral("emergency"), options.emergency);
+    tbCallOptions->SetPressed(QStringLiteral("priority"), options.priority);
+    tbCallOptions->SetPressed(QStringLiteral("dialog"), options.dialog);
+}
+
+void SendPane::SelectEncoding(bool eightBit)
+{
+    tbSdmOptions->SetPressed(eightBit ? QStringLiteral("eight") : QStringLiteral("seven"), true);
+}
+
+bool SendPane::IsEightBitEncoding() const
+{
+    return tbSdmOptions->IsPressed(QStringLiteral("eight"));
+}
+
+bool SendPane::IsEmergencyCall() const
+{
+    return tbCallOptions->IsPressed(QStringLiteral("emergency"));
+}
+
+bool SendPane::IsPriorityCall() const
+{
+    return tbCallOptions->IsPressed(QStringLiteral("priority"));
+}
+
+bool SendPane::IsDialogAllowed() const
+{
+    return tbCallOptions->IsPressed(QStringLiteral("dialog"));
+}
+
+// A call cannot be both an emergency and a priority call.
+void SendPane::CallOptionClicked(const QString& key)
+{
+    if (key == QLatin1String("emergency") && IsEmergencyCall())
+        tbCallOptions->SetPressed(QStringLiteral("priority"), false);
+    else if (key == QLatin1String("priority") && IsPriorityCall())
+        tbCallOptions->SetPressed(QStringLiteral("emergency"), false);
+}
+
+void SendPane::Send()
+{
+    if (!m_session.LoggedOn)
+        return;
+    const QStringList destinations = Map27Executive::ParseAddressLine(Address());
+    if (destinations.isEmpty())
+        return Refuse(*cmbAddress);
+    const QString type = tbMessageSelector->PressedKey();
+    const auto code = StatusCodeOf(cmbStatusMessage->currentText());
+    const auto message = MessageOf(cmbTextMessage->currentText());
+    if (type == QLatin1String("status") && !code)
+        return Refuse(*cmbStatusMessage);
+    if (type == QLatin1String("text") && !message)
+        return Refuse(*cmbTextMessage);
+    if (destinations.size() > 1) {
+        m_prompt.ShowWarning(m_strings.LoadString(MainText::MultipleAddresses));
+        return;
+    }
+    if (type == QLatin1String("status"))
+        m_executive.SendStatus(destinations.first(), *code);
+    else if (type == QLatin1String("text"))
+        m_executive.SendText(destinations.first(), *message, IsEightBitEncoding());
+    else if (type == QLatin1String("call"))
+        m_executive.StartCall(destinations.first(), IsEmergencyCall(), IsPriorityCall(), IsDialogAllowed());
+}
+
+void SendPane::Refuse(QComboBox& box)
+{
+    m_beeper.Beep();
+    box.setFocus();
+}
+
+bool SendPane::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && IsPlainEnter(*static_cast<QKeyEvent*>(event))) {
+        Send();
+        return true;
+    }
+    // The wheel over a box would change what is sent unnoticed.
+    if (event->type() == QEvent::Wheel) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void SendPane::resizeEvent(QResizeEvent*)
+{
+    LayOut();
+}
+
+void SendPane::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::FontChange) {
+        m_placed = false;
+        LayOut();
+    }
+    QWidget::changeEvent(event);
+}
+
+int SendPane::RowHeight() const
+{
+    return std::max(cmbAddress->sizeHint().height(), tbCallOptions->sizeHint().height());
+}
+
+int SendPane::PaneHeight() const
+{
+    return 3 * RowHeight() + 2 * RowGap + 2 * Margin;
+}
+
+void SendPane::LayOut()
+{
+    if (width() >= NarrowestPane || !m_placed) {
+        PlaceControls(std::max(width(), NarrowestPane));
+        m_placed = true;
+    }
+}
+
+void SendPane::PlaceControls(int paneWidth)
+{
+    const int row = RowHeight();
+    const int top1 = Margin;
+    const int top2 = top1 + row + RowGap;
+    const int top3 = top2 + row + RowGap;
+    const auto textWidth = [this](const QPushButton* button) {
+        return fontMetrics().horizontalAdvance(button->text()) + ButtonPadding;
+    };
+
+    const int selectorWidth = tbMessageSelector->sizeHint().width();
+    tbMessageSelector->setGeometry(Margin, top1, selectorWidth, top3 + row - top1);
+    const int labelLeft = Margin + selectorWidth + Gap;
+    const int labelWidth =
+        std::max({Label1->sizeHint().width(), Label2->sizeHint().width(), Label3->sizeHint().width()});
+    const int left = labelLeft + labelWidth + Gap;
+    const int searchNeeds = textWidth(cmdSearchAddress);
+    const int beside = std::max(BesideAddressBox, left + Gap + searchNeeds + Margin);
+    const int boxWidth = paneWidth - beside;
+    const int boxRight = left + boxWidth;
+
+    Label1->setGeometry(labelLeft, top1, labelWidth, row);
+    Label2->setGeometry(labelLeft, top2, labelWidth, row);
+    Label3->setGeometry(labelLeft, top3, labelWidth, row);
+    cmbAddress->setGeometry(left, top1, boxWidth, row);
+    cmbStatusMessage->setGeometry(left, top2, boxWidth, row);
+    cmbTextMessage->setGeometry(left, top2, boxWidth, row);
+    cmdSearchAddress->setGeometry(boxRight + Gap, top1, paneWidth - Margin - boxRight - Gap, row);
+    tbSdmOptions->setGeometry(left, top3, tbSdmOptions->sizeHint().width(), row);
+    tbCallOptions->setGeometry(left, top3, tbCallOptions->sizeHint().width(), row);
+    const int sendWidth = std::max(textWidth(cmdSend), 2 * row + row);
+    cmdSend->setGeometry(boxRight - sendWidth, top3, sendWidth, row);
+}

@@ -1,0 +1,178 @@
+#include "mainwindow/strip/LinkStrip.h"
+
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "mainwindow/base/LongTime.h"
+#include "mainwindow/base/TextIds.h"
+#include "mainwindow/lists/NoticeColours.h"
+#include "mainwindow/strip/MissedCalls.h"
+#include "mainwindow/strip/StripRow.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+using namespace NoticeColours;
+
+LinkStrip::LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget* parent)
+    : QWidget(parent),
+      m_strings(strings),
+      m_missed(missed)
+{
+    setObjectName(QStringLiteral("linkStrip"));
+    const auto newRow = [this](const char* topic, QRgb back, QRgb text) {
+        return new StripRow(QLatin1String(topic), QStringLiteral("warning"), back, text, this);
+    };
+    m_emergencyRow = newRow("emergency", EmergencyBack, White);
+    m_emergencyRow->SetBold();
+    QPushButton& dismiss = m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"),
+                                                     m_strings.LoadString(MainText::Dismiss));
+    connect(&dismiss, &QPushButton::clicked, this, &LinkStrip::Dismiss);
+    BuildMissedRow();
+    m_stateRow = BuildStateRow();
+    m_databaseRow = newRow("database", WarningBack, WarningText);
+    m_doubtRow = newRow("numbering", WarningBack, WarningText);
+    QPushButton& accept =
+        m_doubtRow->AddButton(QStringLiteral("cmdDismissNumbering"), m_strings.LoadString(MainText::Dismiss));
+    connect(&accept, &QPushButton::clicked, this, [this] { ShowDoubts({}); });
+
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    for (QWidget* row :
+         {static_cast<QWidget*>(m_emergencyRow), static_cast<QWidget*>(m_missedRow), m_stateRow,
+          static_cast<QWidget*>(m_databaseRow), static_cast<QWidget*>(m_doubtRow)}) {
+        rows->addWidget(row);
+        row->hide();
+    }
+}
+
+void LinkStrip::BuildMissedRow()
+{
+    m_missedRow =
+        new StripRow(QStringLiteral("missed"), QStringLiteral("callin"), WarningBack, WarningText, this);
+    QPushButton& back =
+        m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack));
+    connect(&back, &QPushButton::clicked, this,
+            [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().name); });
+    QPushButton& dismiss =
+        m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss));
+    connect(&dismiss, &QPushButton::clicked, this, [this] {
+        m_missed.Dismiss(QString(m_missed.Parties().front().name));
+        ShowMissedCalls();
+    });
+}
+
+void LinkStrip::ShowLink(const LinkStatus& status)
+{
+    const bool lost = status.state == LinkStatus::State::Lost || status.state == LinkStatus::State::Silent;
+    m_simulation->setVisible(status.simulation);
+    m_stateText->setText(status.text);
+    m_statePicture->setVisible(lost);
+    m_stateRow->setVisible(status.simulation || !status.text.isEmpty());
+    if (lost) {
+        Colour(*m_stateRow, WarningBack, WarningText);
+    } else {
+        m_stateRow->setPalette(QPalette());
+        m_stateRow->setAutoFillBackground(false);
+    }
+    Colour(*m_simulation, SimulationBack, White);
+    Q_EMIT ContentChanged();
+}
+
+void LinkStrip::ShowEmergency(const QString& party, const QDateTime& time)
+{
+    std::erase_if(m_emergencies, [&](const Emergency& earlier) { return earlier.party == party; });
+    m_emergencies.push_back({party, time});
+    ShowNewestEmergency();
+    QAccessibleEvent alert(m_emergencyRow, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void LinkStrip::ShowMissedCalls()
+{
+    QString text;
+    if (!m_missed.Parties().empty()) {
+        const MissedCalls::Party& party = m_missed.Parties().front();
+        const QString since = QLocale().toString(party.since.date(), QLocale::ShortFormat) + u' ' +
+                              LongTime(party.since.time());
+        text = party.times == 1 ? FormatMessage(m_strings, MainText::MissedCall, {party.name, since})
+                                : FormatMessage(m_strings, MainText::MissedCallsSince,
+                                                {party.name, since, QString::number(party.times)});
+        if (const auto others = m_missed.Parties().size() - 1; others > 0)
+            text = FormatMessage(m_strings, MainText::MissedOthers, {text, QString::number(others)});
+    }
+    m_missedRow->Say(text);
+    Q_EMIT ContentChanged();
+}
+
+void LinkStrip::ShowDoubts(const QStringList& doubts)
+{
+    m_doubtRow->Say(doubts.isEmpty() ? QString()
+                                     : FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
+    Q_EMIT ContentChanged();
+}
+
+void LinkStrip::ShowDatabase(bool away, int waiting)
+{
+    QStringList texts;
+    if (away)
+        texts.append(m_strings.LoadString(MainText::DatabaseAway));
+    if (waiting > 0)
+        texts.append(FormatMessage(m_strings, MainText::RecordsWaiting, {QString::number(waiting)}));
+    m_databaseRow->Say(texts.join(u' '));
+    Q_EMIT ContentChanged();
+}
+
+int LinkStrip::HeightAt(int width) const
+{
+    int height = 0;
+    for (int row = 0; row < layout()->count(); ++row) {
+        const QWidget& widget = *layout()->itemAt(row)->widget();
+        if (!widget.isHidden())
+            height += widget.heightForWidth(width);
+    }
+    return height;
+}
+
+QWidget* LinkStrip::BuildStateRow()
+{
+    auto* row = new QWidget(this);
+    row->setObjectName(QStringLiteral("linkRow"));
+    QHBoxLayout* layout = NewStripLayout(row);
+
+    m_simulation = new QLabel(m_strings.LoadString(MainText::Simulation), row);
+    m_simulation->setObjectName(QStringLiteral("simulationText"));
+    m_simulation->setMargin(StripRow::RowMargin);
+    m_statePicture = NewStripPicture(QStringLiteral("warning"), row);
+    m_stateText = NewStripText(QStringLiteral("linkText"), row);
+
+    layout->addWidget(m_simulation, 0, Qt::AlignTop);
+    layout->addWidget(m_statePicture, 0, Qt::AlignTop);
+    layout->addWidget(m_stateText, 1);
+    return row;
+}
+
+void LinkStrip::Dismiss()
+{
+    m_emergencies.pop_back();
+    ShowNewestEmergency();
+}
+
+void LinkStrip::ShowNewestEmergency()
+{
+    QString text;
+    if (!m_emergencies.empty()) {
+        const Emergency& newest = m_emergencies.back();
+        const qsizetype more = static_cast<qsizetype>(m_emergencies.size()) - 1;
+        const QString time = LongTime(newest.time.time());
+        text = more == 0 ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
+                         : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
+                                         {newest.party, time, QString::number(more)});
+    }
+    m_emergencyRow->Say(text);
+    Q_EMIT ContentChanged();
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "radio/base/LinkStatus.h"
+
+#include <QDateTime>
+#include <QWidget>
+#include <vector>
+
+class MissedCalls;
+class QLabel;
+class StripRow;
+struct IStringSource;
+
+// The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
+// one, emergency calls and missed calls until the operator has dismissed each, and a numbering that does not
+// fit the radio until it does or is dismissed. It takes no room when it has nothing to say.
+class LinkStrip : public QWidget {
+    Q_OBJECT
+
+public:
+    // The missed calls must outlive the strip, which dismisses them.
+    LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget* parent);
+
+    void ShowLink(const LinkStatus& status);
+    // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party
+    // that calls again takes the place of its earlier call.
+    void ShowEmergency(const QString& party, const QDateTime& time);
+    // The missed calls have changed: the party that has waited longest is shown, so that none takes the place
+    // of the one that somebody is about to call back, with the number of the others.
+    void ShowMissedCalls();
+    // The first one is shown; none when they are over.
+    void ShowDoubts(const QStringList& doubts);
+
+    // A database server that does not answer, and how many log records wait for it.
+    void ShowDatabase(bool away, int waiting);
+
+    // Height that its content needs at a width; 0 without content.
+    int HeightAt(int width) const;
+
+Q_SIGNALS:
+    // The height that the strip needs may have changed.
+    void ContentChanged();
+    // The operator wants to call a party whose call was missed.
+    void CallBackRequested(const QString& party);
+
+private:
+    struct Emergency {
+        QString party;
+        QDateTime time;
+    };
+
+    void BuildMissedRow();
+    QWidget* BuildStateRow();
+    void Dismiss();
+    void ShowNewestEmergency();
+
+    const IStringSource& m_strings;
+    MissedCalls& m_missed;
+    StripRow* m_emergencyRow;
+    StripRow* m_missedRow;
+    QWidget* m_stateRow;
+    StripRow* m_databaseRow;
+    StripRow* m_doubtRow;
+    QLabel* m_simulation = nullptr;
+    QLabel* m_statePicture = nullptr;
+    QLabel* m_stateText = nullptr;
+    std::vector<Emergency> m_emergencies; // newest last
+};

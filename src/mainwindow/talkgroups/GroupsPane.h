@@ -1,0 +1,81 @@
+#pragma once
+
+#include "mainwindow/talkgroups/NodeClass.h"
+#include "mainwindow/talkgroups/RegroupCommands.h"
+#include "mainwindow/talkgroups/TalkgroupLoader.h"
+#include "radio/agent/Views.h"
+
+#include <QWidget>
+
+class ListNotice;
+class QLabel;
+class TalkgroupModel;
+class TalkgroupTree;
+struct SessionState;
+
+// "picGroups": the tree of static and dynamic talkgroups with the radios in them. What the radio brings about
+// neither scrolls it nor changes what the operator has selected.
+class GroupsPane : public QWidget, public ITalkgroupView {
+    Q_OBJECT
+
+public:
+    GroupsPane(const TalkgroupServices& services, const SessionState& session, QWidget* parent);
+
+    // Captions of the roots.
+    void LoadRootCaptions();
+    // Reads the groups that match a search text, empty: all. Does nothing while nobody is logged on.
+    void ReloadGrps(const QString& lookfor = {});
+    // The same groups afresh, because another console changed them; selection and scroll stay.
+    // Raises Error and dao::Error; what could not be read is as it was then.
+    void ReloadQuietly() { Reload(true, m_lookfor, ReloadCause::OtherConsole); }
+    // Asked before a member is dragged.
+    void SetMayDrag(const std::function<bool()>& mayDrag);
+
+    RegroupCommands& Commands() { return m_commands; }
+    QModelIndex SelectedNode() const; // invalid when there is none
+    RegroupingAllowed Allowed() const { return RegroupingAllowedFor(SelectedNode()); }
+    void ShowSelection();
+    // Keeps the tree from being read, and shows it again.
+    void Cover(bool on);
+
+    // From the radio; the reload follows from the event loop.
+    void ReloadDynamicGroups(const QString& lookfor) override;
+    bool StoreRegroup() override { return m_commands.StoreRegroup(); }
+    bool StoreUngroup() override { return m_commands.StoreUngroup(); }
+    void ReflectRegroup() override;
+    void ReflectUngroup() override;
+    void CancelRegroup() override { m_commands.CancelRegroup(); }
+    void CancelUngroup() override { m_commands.CancelUngroup(); }
+
+Q_SIGNALS:
+    // The operator chose a node with a callsign, or took the chosen node out of the selection: empty.
+    void AddressChosen(const QString& callsign);
+    // What the selection allows may be something else now.
+    void AllowedChanged();
+    // Enter.
+    void CallRequested();
+    void MenuRequested(const QPoint& place);
+
+private:
+    void BuildTree();
+    void TellSelection();
+    void TellChosen();
+    void Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
+    void Load(bool withStatic, const QString& lookfor, ReloadCause cause);
+    void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
+    void ScrollToLast();
+    void SayCut();
+    void KeepPlace(const std::function<void()>& change);
+
+    TalkgroupServices m_services;
+    const SessionState& m_session;
+    TalkgroupModel* m_model;
+    TalkgroupLoader m_loader;
+    RegroupCommands m_commands;
+    TalkgroupTree* tvGroups = nullptr;
+    QLabel* m_cover;
+    ListNotice* m_notice;            // that groups are left out past the limit
+    bool m_changedByProgram = false; // the selection changes, but not by the operator
+    QString m_lookfor;               // of the last reload of all groups
+    bool m_reloading = false;        // a question about it may be open
+};

@@ -1,0 +1,82 @@
+#include "mainwindow/talkgroups/RegroupStore.h"
+
+#include "core/base/ProgramLog.h"
+#include "core/session/DbSession.h"
+#include "dao/Error.h"
+#include "dao/Workspace.h"
+#include "mainwindow/talkgroups/RegroupRequests.h"
+
+#include <QUuid>
+
+void RegroupStore::RequireRight()
+{
+    if (m_session.IsMemberOf(QLatin1String(dao::AdminsGroupName)))
+        return;
+    const auto profiles = m_session.Database().OpenTable(QStringLiteral("user_profile"));
+    profiles->SetIndex(QStringLiteral("i_user"));
+    profiles->Seek(m_session.Workspace().UserName());
+    if (profiles->NoMatch() || !profiles->Field(QStringLiteral("allow_dr")).toBool())
+        throw dao::Error(dao::Kind::NotPermitted);
+}
+
+QString RegroupStore::Open(const RequestedChange& change)
+{
+    const QString request = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const auto query = m_session.Database().QueryDef(QStringLiteral("add_regroup_request"));
+    query->SetParameter(QStringLiteral("id"), request);
+    query->SetParameter(QStringLiteral("gi"), change.groupId);
+    query->SetParameter(QStringLiteral("mi"), change.memberId);
+    query->SetParameter(QStringLiteral("p"), change.pos);
+    query->Execute();
+    return request;
+}
+
+void RegroupStore::Close(const QString& request) noexcept
+{
+    if (request.isEmpty())
+        return;
+    try {
+        const auto query = m_session.Database().QueryDef(QStringLiteral("drop_regroup_request"));
+        query->SetParameter(QStringLiteral("id"), request);
+        query->Execute();
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QStringLiteral("Regroup request: %1").arg(QString::fromUtf8(failure.what())));
+    }
+}
+
+bool RegroupStore::Store(const RegroupRequest& request)
+{
+    const auto rows = m_session.Database().OpenTable(QStringLiteral("dynamic_regroup"));
+    if (request.move) {
+        rows->SetIndex(QStringLiteral("PrimaryKey"));
+        rows->Seek(request.oldGroupId, request.memberId, request.pos);
+        if (rows->NoMatch())
+            return false;
+        rows->Edit();
+    } else {
+        rows->SetIndex(QStringLiteral("MemberPos"));
+        rows->Seek(request.memberId, request.pos);
+        if (rows->NoMatch()) {
+            rows->AddNew();
+            rows->SetField(QStringLiteral("member_id"), request.memberId);
+            rows->SetField(QStringLiteral("pos"), request.pos);
+        } else {
+            rows->Edit();
+        }
+    }
+    rows->SetField(QStringLiteral("group_id"), request.groupId);
+    rows->Update();
+    return true;
+}
+
+void RegroupStore::Store(const UngroupRequest& request)
+{
+    const auto query = m_session.Database().QueryDef(request.wholeGroup ? QStringLiteral("ungroup")
+                                                                        : QStringLiteral("ind_ungroup"));
+    if (request.wholeGroup)
+        query->SetParameter(QStringLiteral("gi"), request.groupId);
+    else
+        query->SetParameter(QStringLiteral("mi"), request.memberId);
+    query->SetParameter(QStringLiteral("p"), request.pos);
+    query->Execute();
+}

@@ -1,8 +1,0 @@
-#pragma once
-
-#include "core/SerialPortList.h"
-
-// The serial ports that the operating system knows.
-struct SystemSerialPorts : ISerialPortList {
-    std::vector<SerialPortChoice> Ports() const override;
-};

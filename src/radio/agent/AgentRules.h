@@ -1,0 +1,42 @@
+#pragma once
+
+#include "radio/base/TransactionKind.h"
+
+// What ends or moves on the transaction in progress.
+enum class AgentTrigger {
+    CallConnected,    // 196
+    CallProceeding,   // 212
+    CallFailed,       // 228
+    AnswerConnected,  // 197
+    AnswerFailed,     // 229
+    MessageSending,   // 208
+    MessageDelivered, // 192
+    MessageFailed,    // 224
+    Cleared,
+    MainButton, // Cancel, Answer or Hungup
+    CloseButton,
+};
+
+// One reaction; its steps are taken in the order of these fields, but for showFirst.
+struct AgentReaction {
+    enum class Request { None, Cancel, Clear, Answer };
+    enum class OnError { Ignore, LogAndStay, Warn };
+
+    bool showFirst = false;     // record and message come after the button's caption and the next kind
+    bool writeRecord = false;   // when a message is pending: log record and log line
+    bool forgetMessage = false; // MessagePending becomes false
+    bool storeRegroup = false;  // a pending regroup or ungroup is stored and reflected
+    bool cancelRegroup = false; // a pending regroup or ungroup is taken back
+    int logText = 0;            // catalogue id appended to the window's progress lines; 0 none
+    int buttonText = 0;         // new caption of the main button; 0 unchanged
+    TransactionKind next = TransactionKind::None;
+    bool reflectScada = false;
+    bool cancelScada = false;
+    Request request = Request::None;
+    OnError onError = OnError::Ignore; // what a request that raises does
+    bool hide = false;
+    int warning = 0; // catalogue id of a warning box; 0 none
+};
+
+// The reaction to a trigger in a transaction of a kind; null when the trigger means nothing then.
+const AgentReaction* FindReaction(TransactionKind kind, AgentTrigger trigger);

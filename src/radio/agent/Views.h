@@ -1,0 +1,77 @@
+#pragma once
+
+#include "core/eventlog/EventLog.h"
+
+#include <QDateTime>
+#include <QString>
+
+struct RadioNumbering;
+
+// What the radio agent calls back into. The main window implements these; none is owned by the agent, and
+// each must outlive the radio link facade or be taken back by SetViews({}).
+
+struct ILogView {
+    virtual ~ILogView() = default;
+    // desc is the display text: a status already in words, a text message as received.
+    virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc,
+                                const QString& from, const QString& to) = 0;
+};
+
+struct IStatusView {
+    virtual ~IStatusView() = default;
+    virtual void SbrMessage(const QString& text) = 0;
+    // A message as well: what the radio has answered to a question, the operator's or our own.
+    virtual void ShowAnswer(const QString& text) = 0;
+    // Field strength 0 (unknown) to 255 (highest).
+    virtual void ShowOperatingConditions(bool inService, int fieldStrength) = 0;
+    // Texts of the panels "callsign" and "ident".
+    virtual void ShowOwnAddress(const QString& callsign, const QString& ident) = 0;
+};
+
+struct ITalkgroupView {
+    virtual ~ITalkgroupView() = default;
+    virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
+    // The radio has confirmed. True when a pending change was stored and has to be reflected; raise what
+    // keeps it from being stored. Nothing is pending afterwards.
+    virtual bool StoreRegroup() = 0;
+    virtual bool StoreUngroup() = 0;
+    virtual void ReflectRegroup() = 0;
+    virtual void ReflectUngroup() = 0;
+    virtual void CancelRegroup() = 0;
+    virtual void CancelUngroup() = 0;
+};
+
+// Where a report came from.
+struct ScadaSource {
+    QString dial; // its address in full, as the numbering writes it
+    QString callsign;
+    QDateTime time; // of its arrival
+};
+
+struct IScadaView {
+    virtual ~IScadaView() = default;
+    virtual void UpdateScadaSensors(const QString& bits, const ScadaSource& source) = 0; // eight characters
+    virtual void UpdateScadaControls(const QString& bits, const ScadaSource& source) = 0;
+    virtual void ReflectScadaControl() = 0;
+    virtual void CancelScadaControl() = 0;
+};
+
+struct IIndividualsView {
+    virtual ~IIndividualsView() = default;
+    virtual void ReloadInds() = 0;
+};
+
+struct INumberingView {
+    virtual ~INumberingView() = default;
+    virtual void DisplayDiags(const RadioNumbering& numbering) = 0;
+};
+
+// A view that is not there is null and is passed over.
+struct RadioViews {
+    ILogView* log = nullptr;
+    IStatusView* status = nullptr;
+    ITalkgroupView* talkgroups = nullptr;
+    IScadaView* scada = nullptr;
+    IIndividualsView* individuals = nullptr;
+    INumberingView* numbering = nullptr;
+};

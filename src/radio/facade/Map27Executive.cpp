@@ -1,0 +1,383 @@
+#include "radio/facade/Map27Executive.h"
+
+#include "addressing/CreateAddressing.h"
+#include "core/base/ProgramLog.h"
+#include "core/desktop/Prompt.h"
+#include "core/session/Registry.h"
+#include "core/settings/Settings.h"
+#include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "core/texts/Validation.h"
+#include "radio/agent/RadioAgent.h"
+#include "radio/base/AddressingText.h"
+#include "radio/base/TextIds.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/line/Map27Control.h"
+#include "radio/window/frmMap27Agent.h"
+
+namespace {
+
+constexpr int ResetPause = 500; // ms
+constexpr int PstnGateway = 1;
+constexpr int PabxGateway = 2;
+
+qint16 Prefix(const RadioAddress& address)
+{
+    return static_cast<qint16>(address.prefix);
+}
+
+qint16 Ident(const RadioAddress& address)
+{
+    return static_cast<qint16>(address.ident);
+}
+
+} // namespace
+
+Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<class Map27Control> control)
+    : m_services(services),
+      m_control(std::move(control)),
+      m_window(std::make_unique<frmMap27Agent>(services.strings, services.clock)),
+      m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window)),
+      m_appName(services.strings.LoadString(RadioText::DefaultAppName))
+{
+    connect(m_window.get(), &frmMap27Agent::MainButtonPressed, m_agent.get(), &RadioAgent::PressMainButton);
+    connect(m_window.get(), &frmMap27Agent::CloseButtonPressed, m_agent.get(), &RadioAgent::PressCloseButton);
+    connect(m_window.get(), &frmMap27Agent::TransmitRequested, m_agent.get(), &RadioAgent::SetTransmit);
+    connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
+    connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
+    connect(m_agent.get(), &RadioAgent::CallMissed, this, &Map27Executive::CallMissed);
+    connect(m_agent.get(), &RadioAgent::NumberingDoubted, this, &Map27Executive::NumberingDoubted);
+}
+
+Map27Executive::~Map27Executive() = default;
+
+void Map27Executive::SetViews(const RadioViews& views)
+{
+    m_agent->SetViews(views);
+}
+
+void Map27Executive::Connect()
+{
+    const QString code =
+        RegistryGet(m_services.session, QStringLiteral("subscriber_numbering"), QStringLiteral("MPT1343"));
+    m_agent->SetAddressing(CreateAddressing(code.toStdString()));
+    if (!m_agent->Addressing())
+        RaiseCatalogueError(m_services.strings, RadioText::NoAddressConversion);
+    m_agent->SetExec(this);
+    try {
+        m_control->SetCommPort(DefaultPort());
+        m_control->SetBaudRate(DefaultBaud());
+        m_control->OpenLink();
+        LoadFleetData();
+    } catch (const std::exception& failure) {
+        if (CodeOf(failure) != ErrorCode::NumberingNotConfigured)
+            Disconnect();
+        throw;
+    }
+}
+
+void Map27Executive::LoadFleetData()
+{
+    try {
+        ReadConfiguration();
+    } catch (...) {
+        m_agent->ConfigurationChanged(); // the old one is dropped
+        throw;
+    }
+    m_agent->ConfigurationChanged();
+}
+
+void Map27Executive::ReadConfiguration()
+{
+    try {
+        Addressing().SetConfigSource(m_services.fleetData, m_services.fleetData);
+    } catch (const AddressingError& failure) {
+        // Parameters that cannot be used are as good as none: whoever may set them has to get in.
+        ProgramLog::Write(AddressingFailure(failure, m_services.strings).Description());
+        RaiseCatalogueError(m_services.strings, RadioText::NumberingNotConfigured);
+    } catch (const Error& failure) {
+        const quint32 code = failure.Code();
+        if (code == ErrorCode::First + RadioText::AnnNotConfigured ||
+            code == ErrorCode::First + RadioText::FleetPlanNotConfigured)
+            RaiseCatalogueError(m_services.strings, RadioText::NumberingNotConfigured);
+        throw;
+    }
+}
+
+void Map27Executive::Disconnect()
+{
+    // A call would go on at the radio, perhaps with the transmitter keyed.
+    if (m_kind != TransactionKind::None) {
+        m_control->CancelTransaction();
+        m_control->ClearCall();
+    }
+    m_agent->CancelRegroup();
+    m_agent->EndRinging();
+    m_agent->SetExec(nullptr);
+    m_agent->SetAddressing(nullptr);
+    m_control->CloseLink();
+    m_kind = TransactionKind::None;
+    m_outgoing.MessagePending = false;
+    m_window->HideAgent();
+}
+
+QString Map27Executive::CurrentNumbering() const
+{
+    return QString::fromStdString(Addressing().NumberingCode());
+}
+
+QString Map27Executive::CurrentNumberingName() const
+{
+    return Text(Addressing().NumberingNameTextId());
+}
+
+void Map27Executive::AskOperatingCondition()
+{
+    m_control->RequestRadioInfo(3);
+}
+
+void Map27Executive::AskNumbering()
+{
+    m_control->RequestRadioInfo(1);
+}
+
+void Map27Executive::AskNetworkInfo()
+{
+    m_control->RequestRadioInfo(4);
+}
+
+void Map27Executive::TellFailure(const std::exception& failure)
+{
+    const QString text = DescribeError(failure, m_services.strings);
+    if (m_window->IsShown())
+        m_window->AppendLog(text);
+    else
+        m_services.prompt.ShowWarning(text);
+}
+
+QString Map27Executive::DefaultPort() const
+{
+    return m_services.settings.SerialPort(Text(RadioText::DefaultPort));
+}
+
+void Map27Executive::SetDefaultPort(const QString& port)
+{
+    m_services.settings.SetSerialPort(port);
+}
+
+int Map27Executive::DefaultBaud() const
+{
+    return m_services.settings.BaudRate();
+}
+
+void Map27Executive::SetDefaultBaud(int baud)
+{
+    m_services.settings.SetBaudRate(baud);
+}
+
+QString Map27Executive::MyAddress() const
+{
+    return m_agent->MyAddress();
+}
+
+QString Map27Executive::MyCallsign() const
+{
+    return m_agent->MyCallsign();
+}
+
+bool Map27Executive::SendRegroup(const QString& member, int pos, const QString& group)
+{
+    if (IsBusy(RadioText::NotReadyForRegrouping))
+        return false;
+    const QString memberDial = LookupIdent(member);
+    const QString groupDial = LookupIdent(group);
+    PrepareMessaging(memberDial, RadioText::SendingRegroup);
+    RadioAddress memberAddress;
+    RadioAddress groupAddress;
+    if (!ToAddress(memberDial, memberAddress) || !ToAddress(groupDial, groupAddress))
+        return false;
+    if (memberAddress.kind != AddressKind::Radio || groupAddress.kind != AddressKind::Radio)
+        return false;
+    return Start(TransactionKind::Regroup, [&] {
+        m_control->SendRegroupCommand(Prefix(memberAddress), Ident(memberAddress), static_cast<qint16>(pos),
+                                      Prefix(groupAddress), Ident(groupAddress));
+    });
+}
+
+void Map27Executive::SendGroupName(const QString& target, int pos, const QString& name)
+{
+    if (IsBusy(RadioText::NotReadyForRegrouping))
+        return;
+    const QString dial = LookupIdent(target);
+    PrepareMessaging(dial, RadioText::SendingGroupName);
+    RadioAddress address;
+    if (!ToAddress(dial, address) || address.kind != AddressKind::Radio)
+        return;
+    Start(TransactionKind::GroupName, [&] {
+        m_control->SendGroupNameCommand(Prefix(address), Ident(address), static_cast<qint16>(pos), name);
+    });
+}
+
+void Map27Executive::SendStatus(const QString& address, int status)
+{
+    if (IsBusy(RadioText::NotReadyForStatus))
+        return;
+    StartMessage(address, EventType::Status, QString::number(status), TransactionKind::Status,
+                 RadioText::SendingStatus, [&](const RadioAddress& to) {
+                     m_control->SendStatusMessage(Prefix(to), Ident(to), static_cast<qint16>(status));
+                 });
+}
+
+void Map27Executive::SendText(const QString& address, const QString& text, bool eightBit)
+{
+    if (IsBusy(RadioText::NotReadyForText))
+        return;
+    QString sent = text;
+    try {
+        if (m_services.settings.PrintfEscapes())
+            sent = FormatMessage(text, {});
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return;
+    }
+    StartMessage(
+        address, EventType::Text, sent, TransactionKind::Text, RadioText::SendingText,
+        [&](const RadioAddress& to) { m_control->SendTextMessage(Prefix(to), Ident(to), sent, eightBit); });
+}
+
+void Map27Executive::StartCall(const QString& address, bool emergency, bool priority, bool dialog)
+{
+    if (m_kind != TransactionKind::None) {
+        if (m_window->IsShown())
+            m_window->ShowAgent();
+        else
+            m_services.prompt.ShowWarning(Text(RadioText::NotReadyForCall));
+        return;
+    }
+    m_outgoing.LastDestination = address;
+    const QString dial = LookupIdent(address);
+    m_window->CallOutPrepare(Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall),
+                             dial);
+    RadioAddress to;
+    if (!ToAddress(dial, to))
+        return;
+    const bool pstn = to.ident == PstnGatewayIdent;
+    if (to.kind == AddressKind::Gateway && !pstn && to.ident != PabxGatewayIdent)
+        return;
+
+    int description = RadioText::Voice;
+    if (to.kind == AddressKind::Gateway)
+        description = pstn ? RadioText::PstnCall : RadioText::PabxCall;
+    m_outgoing.MessagePending = true;
+    m_outgoing.LastSentKind = EventType::Call;
+    m_outgoing.LastMessageText = Text(description);
+    if (emergency) {
+        m_outgoing.LastMessageText =
+            FormatMessage(m_services.strings, RadioText::EmergencyOut, {m_outgoing.LastMessageText});
+    }
+    Start(TransactionKind::CallSetUp, [&] {
+        if (to.kind == AddressKind::Radio)
+            m_control->MakeCall(Prefix(to), Ident(to), emergency, priority, dialog);
+        else
+            m_control->MakeGatewayCall(pstn ? PstnGateway : PabxGateway, QString::fromStdString(to.digits),
+                                       emergency, priority, dialog);
+    });
+}
+
+void Map27Executive::ResetTran()
+{
+    m_agent->CancelRegroup();
+    m_agent->EndRinging();
+    m_control->CancelTransaction();
+    m_control->ResetLink(ResetPause);
+    m_control->ClearCall();
+    m_kind = TransactionKind::None;
+    m_outgoing.MessagePending = false;
+    m_window->HideAgent();
+}
+
+LinkStatus Map27Executive::Link() const
+{
+    return m_control->Link();
+}
+
+QWidget& Map27Executive::AgentWindow()
+{
+    return *m_window;
+}
+
+bool Map27Executive::IsBusy(int notReadyText)
+{
+    if (m_kind == TransactionKind::None)
+        return false;
+    m_services.prompt.ShowWarning(Text(notReadyText));
+    return true;
+}
+
+bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
+{
+    try {
+        address = Addressing().DialToAddress(dial.toStdString());
+        return true;
+    } catch (const AddressingError& failure) {
+        // A callsign that is still a callsign after the lookup is not in the directory.
+        m_services.prompt.ShowWarning(
+            IsValidCallsign(dial) ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
+                                  : AddressingFailure(failure, m_services.strings).Description());
+    } catch (const std::exception& failure) {
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+    }
+    return false;
+}
+
+void Map27Executive::PrepareMessaging(const QString& party, int captionText)
+{
+    m_window->MessagingPrepare(party);
+    m_window->SetCaption(Text(captionText));
+}
+
+void Map27Executive::StartMessage(const QString& address, EventType kind, const QString& text,
+                                  enum TransactionKind transaction, int captionText,
+                                  const std::function<void(const RadioAddress&)>& operation)
+{
+    m_outgoing.LastSentKind = kind;
+    m_outgoing.LastMessageText = text;
+    m_outgoing.LastDestination = address;
+    const QString dial = LookupIdent(address);
+    PrepareMessaging(dial, captionText);
+    RadioAddress to;
+    if (!ToAddress(dial, to) || to.kind != AddressKind::Radio)
+        return;
+    m_outgoing.MessagePending = true;
+    Start(transaction, [&] { operation(to); });
+}
+
+bool Map27Executive::Start(enum TransactionKind kind, const std::function<void()>& operation)
+{
+    // Set first: an outcome may arrive before the operation returns.
+    m_kind = kind;
+    ++m_lastTransaction;
+    try {
+        operation();
+    } catch (const std::exception& failure) {
+        m_kind = TransactionKind::None;
+        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return false;
+    }
+    if (m_kind != TransactionKind::None)
+        m_window->ShowAgent();
+    return true;
+}
+
+MptAddressing& Map27Executive::Addressing() const
+{
+    if (!m_agent->Addressing())
+        throw Error(ErrorCode::First + RadioText::NotConnected, Text(RadioText::NotConnected));
+    return *m_agent->Addressing();
+}
+
+QString Map27Executive::Text(int id) const
+{
+    return m_services.strings.LoadString(id);
+}

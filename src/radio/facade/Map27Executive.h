@@ -1,0 +1,147 @@
+#pragma once
+
+#include "core/settings/SerialDefaults.h"
+#include "radio/agent/Views.h"
+#include "radio/base/LinkStatus.h"
+#include "radio/base/TransactionKind.h"
+
+#include <QObject>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+class EventLog;
+class FleetDataSource;
+class frmMap27Agent;
+class Map27Control;
+class MptAddressing;
+class RadioAgent;
+class Settings;
+class StatusTexts;
+struct Clock;
+struct IBeeper;
+struct IDbSession;
+struct IPrompt;
+struct IStringSource;
+struct RadioAddress;
+
+// What the radio link works with; all must outlive the facade.
+struct RadioServices {
+    const IStringSource& strings;
+    IPrompt& prompt;
+    Settings& settings;
+    IDbSession& session;
+    FleetDataSource& fleetData;
+    StatusTexts& statusTexts;
+    EventLog& eventLog;
+    Clock& clock;
+    IBeeper& beeper;
+};
+
+// The outgoing message or call whose log record is still to be written when the radio confirms it.
+struct OutgoingMessage {
+    bool MessagePending = false;
+    EventType LastSentKind = EventType::Status;
+    QString LastDestination; // as the caller gave it, before lookup
+    QString LastMessageText; // status code, text, or description of the call
+};
+
+// The one object through which every window uses the radio. It starts one transaction at a time; the outcome
+// arrives at the radio agent. Send operations show their own messages and never raise.
+class Map27Executive : public QObject, public ISerialDefaults {
+    Q_OBJECT
+
+public:
+    Map27Executive(const RadioServices& services, std::unique_ptr<Map27Control> control);
+    ~Map27Executive() override;
+
+    void SetViews(const RadioViews& views);
+
+    enum TransactionKind TransactionKind() const { return m_kind; }
+    // Number of the transaction that a send operation started last, so that whoever started one knows whether
+    // an outcome is its own.
+    unsigned LastTransaction() const { return m_lastTransaction; }
+    void SetTransactionKind(enum TransactionKind kind) { m_kind = kind; }
+    class Map27Control& Map27Control() { return *m_control; }
+    OutgoingMessage& Outgoing() { return m_outgoing; }
+
+    // Raise Error. Connect that fails for anything but a missing numbering
+    // (ErrorCode::NumberingNotConfigured) has closed the link again. What LoadFleetData reads holds for the
+    // next number that is dialled.
+    void Connect();
+    void LoadFleetData();
+    void Disconnect(); // harmless when not connected
+
+    // "MPT1343" or "ACTIONET"; the caption of its configuration window. Raise Error while not connected.
+    QString CurrentNumbering() const;
+    QString CurrentNumberingName() const;
+
+    // Ask the radio; the answers arrive as events. Raise Error.
+    void AskOperatingCondition();
+    void AskNumbering();
+    void AskNetworkInfo();
+    // Shows what the radio has raised: in the call window's log while that is shown, else in a box.
+    void TellFailure(const std::exception& failure);
+
+    // Whose settings hold the port; there is one settings file per application, so that nothing else depends
+    // on it.
+    void SetAppName(const QString& name) { m_appName = name; }
+    QString DefaultPort() const override;
+    void SetDefaultPort(const QString& port) override;
+    int DefaultBaud() const override;
+    void SetDefaultBaud(int baud) override;
+
+    // Dial text and callsign of the own radio; empty until it has reported its numbering.
+    QString MyAddress() const;
+    QString MyCallsign() const;
+
+    bool SendRegroup(const QString& member, int pos, const QString& group);
+    void SendGroupName(const QString& target, int pos, const QString& name);
+    void SendStatus(const QString& address, int status);
+    void SendText(const QString& address, const QString& text, bool eightBit);
+    void StartCall(const QString& address, bool emergency, bool priority, bool dialog);
+    // Ends whatever is in progress and sets the link up again. Raises Error.
+    void ResetTran();
+
+    // The addresses of a line, separated by ";"; empty when it holds none.
+    static QStringList ParseAddressLine(const QString& line);
+    QString MakeFullAddress(const QString& dial) const; // raises Error
+    QString LookupCallsign(const QString& dial) const;
+    QString LookupIdent(const QString& text) const;
+    // False when it should be stored and could not be.
+    bool UpdateDutyStatus(const QString& callsign, bool onDuty);
+
+    LinkStatus Link() const;
+    QWidget& AgentWindow();
+
+Q_SIGNALS:
+    void LinkChanged(const LinkStatus& status);
+    // An emergency call has arrived; party as shown in the call dialogue.
+    void EmergencyCallReceived(const QString& party, const QDateTime& time);
+    // An incoming call has rung since that time and nobody answered or refused it.
+    void CallMissed(const QString& party, const QDateTime& since);
+    // What is doubtful about the numbering's configuration and what the radio reports of its own number, one
+    // sentence each; empty when they fit again. Raised only when it changes.
+    void NumberingDoubted(const QStringList& doubts);
+
+private:
+    void ReadConfiguration();
+    bool IsBusy(int notReadyText);
+    bool ToAddress(const QString& dial, RadioAddress& address);
+    void PrepareMessaging(const QString& party, int captionText);
+    bool Start(enum TransactionKind kind, const std::function<void()>& operation);
+    void StartMessage(const QString& address, EventType kind, const QString& text,
+                      enum TransactionKind transaction, int captionText,
+                      const std::function<void(const RadioAddress&)>& operation);
+    MptAddressing& Addressing() const;
+    QString Text(int id) const;
+
+    RadioServices m_services;
+    std::unique_ptr<class Map27Control> m_control;
+    std::unique_ptr<frmMap27Agent> m_window;
+    std::unique_ptr<RadioAgent> m_agent;
+    enum TransactionKind m_kind = TransactionKind::None;
+    unsigned m_lastTransaction = 0;
+    OutgoingMessage m_outgoing;
+    QString m_appName;
+};

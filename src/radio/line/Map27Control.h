@@ -1,0 +1,76 @@
+#pragma once
+
+#include "radio/base/LinkStatus.h"
+
+#include <QObject>
+#include <QString>
+
+// The MAP27 radio on its port, as the rest of the console sees it. Addresses are MPT1327 prefix and ident.
+// Every operation either starts the request and returns, or raises Error with a description for the operator;
+// none waits for the radio. Outcomes arrive as events (signals), always on the user interface thread, one at
+// a time.
+//
+// CancelTransaction, ClearCall, ResetLink and CloseLink never raise merely because nothing is in progress.
+class Map27Control : public QObject {
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    // Port name: COMn, a device path or name, or tcp://host:port. Bit rate in bits per second.
+    virtual void SetCommPort(const QString& port) = 0;
+    virtual void SetBaudRate(int baud) = 0;
+
+    // Valid while and after NumberingReceived is raised.
+    virtual qint16 RadioPrefix() const = 0;
+    virtual qint16 RadioIdent() const = 0;
+    virtual qint16 UnitBaseIdent() const = 0;
+    virtual qint16 GroupBaseIdent() const = 0;
+    virtual qint16 UnitMaxIdent() const = 0;
+    virtual qint16 GroupMaxIdent() const = 0;
+    virtual bool UnitTwoDigit() const = 0;
+    virtual bool GroupTwoDigit() const = 0;
+
+    // Raises when the port cannot be opened. From then on a lost link is retried until CloseLink. On an open
+    // link it closes that one first.
+    virtual void OpenLink() = 0;
+    virtual void CloseLink() = 0;
+    virtual void SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos, qint16 groupPrefix,
+                                    qint16 groupIdent) = 0;
+    virtual void SendGroupNameCommand(qint16 prefix, qint16 ident, qint16 pos, const QString& name) = 0;
+    virtual void RequestRadioInfo(qint16 kind) = 0; // 1 numbering, 3 operating condition, 4 network
+    virtual void ResetLink(qint32 pause) = 0;       // milliseconds before the link is set up again
+    virtual void SendStatusMessage(qint16 prefix, qint16 ident, qint16 status) = 0;
+    virtual void SendTextMessage(qint16 prefix, qint16 ident, const QString& text, bool eightBit) = 0;
+    virtual void CancelTransaction() = 0;
+    virtual void MakeCall(qint16 prefix, qint16 ident, bool emergency, bool priority, bool dialog) = 0;
+    virtual void AnswerCall(bool accept) = 0;
+    virtual void SetTransmit(bool on) = 0;
+    virtual void ClearCall() = 0;
+    // gateway 1 = PSTN, 2 = PABX
+    virtual void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
+                                 bool dialog) = 0;
+
+    virtual LinkStatus Link() const = 0;
+
+Q_SIGNALS:
+    void StatusReceived(qint16 prefix, qint16 ident, qint16 status);
+    // In radio contact, off hook, transmitting, field strength 0..255, maximum call time in seconds (0
+    // unlimited).
+    void OperatingConditionReceived(int inContact, int offHook, int transmitting, int fieldStrength,
+                                    int maxCallSeconds);
+    void TextReceived(const QString& text, qint16 prefix, qint16 ident);
+    void NumberingReceived();
+    void TransactionCleared(int type, int cause);
+    // Codes are MAP27 message types: 196, 212, 228; 197, 229; 192, 208, 224. The cause is for trace and log
+    // file.
+    void OutgoingCallProgress(qint16 code, int cause);
+    void AnswerProgress(qint16 code, int cause);
+    // callCode 165 = emergency; flags bit value 8 = the call rings and must be answered.
+    void IncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
+    void MessageProgress(qint16 code, int cause, qint16 prefix, qint16 ident);
+    void NetworkInfoReceived(qint16 channel, qint16 systemIdentity);
+
+    // Beside the events: the link came, went, or turned out to be a simulated radio.
+    void LinkChanged(const LinkStatus& status);
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "radio/window/TypingWatch.h"
+
+#include <QObject>
+
+// Sees every key that goes to the program: for who asks whether somebody is typing, and for the key that
+// leads to the call window from any other.
+class CallKeys : public QObject {
+    Q_OBJECT
+
+public:
+    static constexpr Qt::Key LeadKey = Qt::Key_F12;
+
+    explicit CallKeys(const Clock& clock);
+
+    // Whether the keyboard may be taken from where it is.
+    bool IsKeyboardFree() const;
+
+Q_SIGNALS:
+    void CallWindowAsked();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    TypingWatch m_typing;
+};
