@@ -1,6 +1,7 @@
 #include "admin/UserRules.h"
 
 #include "admin/TextIds.h"
+#include "core/texts/TextIds.h"
 #include "core/texts/Validation.h"
 
 UserProblem ProblemOfNewUser(const UserFields& fields)
@@ -8,9 +9,9 @@ UserProblem ProblemOfNewUser(const UserFields& fields)
     if (fields.userName.isEmpty())
         return {AdminText::UserNameMissing, UserProblem::Field::UserName};
     if (fields.password != fields.repeatedPassword)
-        return {AdminText::PasswordsDiffer, UserProblem::Field::Password};
+        return {CoreText::PasswordRepeatDiffers, UserProblem::Field::Password};
     if (fields.password.isEmpty())
-        return {AdminText::PasswordMissing, UserProblem::Field::Password};
+        return {CoreText::PasswordMissing, UserProblem::Field::Password};
     if (fields.group.isEmpty())
         return {AdminText::GroupMissing, UserProblem::Field::Group};
     return ProblemOfChangedUser(fields);
@@ -19,6 +20,6 @@ UserProblem ProblemOfNewUser(const UserFields& fields)
 UserProblem ProblemOfChangedUser(const UserFields& fields)
 {
     if (!IsValidCallsign(fields.callsign))
-        return {AdminText::CallsignRule, UserProblem::Field::Callsign};
+        return {CoreText::CallsignRule, UserProblem::Field::Callsign};
     return {};
 }

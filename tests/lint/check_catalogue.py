@@ -62,6 +62,8 @@ def used_in_code(root, report):
         for word in re.findall(r"\w+", lintlib.without_strings(lintlib.read(path))):
             words[word].add(path)
     for number, name, where, path in constants:
+        if number in used:
+            report.error(where, f"{name} ({number}) is declared at {used[number]} already")
         used.setdefault(number, where)
         if not words[name] - {path}:
             report.error(where, f"{name} ({number}) is declared, but no code refers to it")

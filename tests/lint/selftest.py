@@ -79,6 +79,7 @@ FAULTS = [
     ("catalogue", "src/core/texts/TextIds.h", "= 2000", "= 2999", "id 2999 has no text"),
     ("catalogue", FORM, "2001", "2998", "id 2998 has no text"),
     ("catalogue", FORM, "2003", "2001", "id 2003 is used nowhere"),
+    ("catalogue", "src/core/texts/TextIds.h", "", "constexpr int TextAgain = 2000;\n", "(2000) is declared at"),
     ("catalogue", "src/core/texts/Box.cpp", "LoadString(TextLine)", "LoadString(id)", "no code refers to it"),
     ("catalogue", "src/core/texts/Box.cpp", "LoadString(TextLine)", "LoadString(2000)", "bare id 2000"),
     ("catalogue", LATER, "", "2000\n", "stale: id 2000 is used"),

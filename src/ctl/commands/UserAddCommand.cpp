@@ -1,12 +1,12 @@
 #include "core/session/AccountChanges.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "core/texts/TextIds.h"
 #include "core/texts/Validation.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
-#include "ctl/program/TextIds.h"
 #include "dao/Passwords.h"
 
 namespace {
@@ -24,7 +24,7 @@ int Run(const Request& request)
     account.allowRegrouping = request.options.isSet("allow-regrouping");
     if (!IsValidCallsign(account.callsign))
         throw UsageError(QStringLiteral("callsign \"%1\": %2")
-                             .arg(account.callsign, request.strings.LoadString(CtlText::CallsignRule)));
+                             .arg(account.callsign, request.strings.LoadString(CoreText::CallsignRule)));
 
     PasswordReader passwords(request.options.isSet("password-stdin"));
     const auto workspace = AccountOptions::OpenAs(request.options.value("as"), request, passwords);

@@ -6,7 +6,6 @@ namespace RadioText {
 constexpr int NumberingUnexpectedEnd = 200;
 constexpr int AnnNotConfigured = 202;
 constexpr int FleetPlanNotConfigured = 203;
-constexpr int NumberingNotConfigured = 204;
 constexpr int NoAddressConversion = 205;
 
 constexpr int StatusIn = 2059;

@@ -1,6 +1,7 @@
 #include "radio/facade/Map27Executive.h"
 
 #include "addressing/CreateAddressing.h"
+#include "addressing/TextIds.h"
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/Registry.h"
@@ -95,12 +96,12 @@ void Map27Executive::ReadConfiguration()
     } catch (const AddressingError& failure) {
         // Parameters that cannot be used are as good as none: whoever may set them has to get in.
         ProgramLog::Write(AddressingFailure(failure, m_services.strings).Description());
-        RaiseCatalogueError(m_services.strings, RadioText::NumberingNotConfigured);
+        RaiseCatalogueError(m_services.strings, static_cast<int>(AddressingCode::NumberingNotConfigured));
     } catch (const Error& failure) {
         const quint32 code = failure.Code();
         if (code == ErrorCode::First + RadioText::AnnNotConfigured ||
             code == ErrorCode::First + RadioText::FleetPlanNotConfigured)
-            RaiseCatalogueError(m_services.strings, RadioText::NumberingNotConfigured);
+            RaiseCatalogueError(m_services.strings, static_cast<int>(AddressingCode::NumberingNotConfigured));
         throw;
     }
 }

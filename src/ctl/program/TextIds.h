@@ -1,8 +1,0 @@
-#pragma once
-
-// Catalogue ids that this program's commands load themselves.
-namespace CtlText {
-
-constexpr int CallsignRule = 2130;
-
-} // namespace CtlText
