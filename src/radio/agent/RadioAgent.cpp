@@ -117,7 +117,6 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
 
     // The new call takes over: what was still to be confirmed never will be.
     m_executive->Outgoing().MessagePending = false;
-    CancelRegroup();
     EndRinging();
 
     m_window.InCallPrepare(caption, caller.callsign, emergency);
@@ -138,6 +137,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     } else {
         Notify();
     }
+    CancelRegroup();
     Append(time, EventType::Call, caption, caller.callsign, m_myCallsign);
     Show(time, EventType::Call, caption, caller.callsign, m_myCallsign);
 }
