@@ -69,6 +69,6 @@ void BringToScreen(QWidget& window, Activation activation)
     window.raise();
     if (take)
         window.activateWindow();
-    else
+    else if (activation == Activation::Mark)
         MarkUrgent(window);
 }

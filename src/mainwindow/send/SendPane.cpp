@@ -1,5 +1,6 @@
 #include "mainwindow/send/SendPane.h"
 
+#include "core/desktop/Keyboard.h"
 #include "core/desktop/Prompt.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Beeper.h"
@@ -93,6 +94,7 @@ void SendPane::BuildBoxes()
     cmdSend->setObjectName(QStringLiteral("cmdSend"));
     cmdSend->setProperty("textId", MainText::Send);
     cmdSend->setAutoDefault(true); // Enter presses it while it has the focus
+    cmdSend->installEventFilter(this);
     connect(cmdSend, &QPushButton::clicked, this, &SendPane::Send);
 }
 
@@ -291,15 +293,35 @@ void SendPane::Refuse(QComboBox& box)
 bool SendPane::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress && IsPlainEnter(*static_cast<QKeyEvent*>(event))) {
-        Send();
+        if (IsFirstPress(*static_cast<QKeyEvent*>(event)))
+            Send();
         return true;
     }
+    ForgetKeys(*event);
     // The wheel over a box would change what is sent unnoticed.
     if (event->type() == QEvent::Wheel) {
         event->ignore();
         return true;
     }
     return QWidget::eventFilter(watched, event);
+}
+
+// A held Enter sends once. Under X its repetitions look like presses of their own when they are not queued
+// together, or when the key went down in another window.
+bool SendPane::IsFirstPress(const QKeyEvent& event)
+{
+    return m_down.insert(Keyboard::CodeOf(event)).second;
+}
+
+void SendPane::ForgetKeys(const QEvent& event)
+{
+    if (event.type() == QEvent::FocusIn) {
+        m_down = Keyboard::Held();
+    } else if (event.type() == QEvent::KeyRelease) {
+        const quint32 code = Keyboard::CodeOf(static_cast<const QKeyEvent&>(event));
+        if (!Keyboard::Held().contains(code))
+            m_down.erase(code);
+    }
 }
 
 void SendPane::resizeEvent(QResizeEvent*)

@@ -1,10 +1,13 @@
 #pragma once
 
+#include "core/FreshKeys.h"
+
 #include <QWidget>
 
 class KeyedToolBar;
 class Map27Executive;
 class QComboBox;
+class QKeyEvent;
 class QLabel;
 class QPushButton;
 struct IBeeper;
@@ -77,6 +80,8 @@ private:
     void SelectTypeByKey(const QString& key);
     void CallOptionClicked(const QString& key);
     void Refuse(QComboBox& box);
+    bool IsFirstPress(const QKeyEvent& event);
+    void ForgetKeys(const QEvent& event);
     void LayOut();
     void PlaceControls(int paneWidth);
     int RowHeight() const;
@@ -87,6 +92,7 @@ private:
     Map27Executive& m_executive;
     const SessionState& m_session;
     bool m_placed = false;
+    FreshKeys::Keys m_down; // that have sent, or went down elsewhere
     KeyedToolBar* tbMessageSelector;
     KeyedToolBar* tbSdmOptions;
     KeyedToolBar* tbCallOptions;

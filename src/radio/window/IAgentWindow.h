@@ -17,7 +17,7 @@ struct IAgentWindow {
     virtual bool IsShown() const = 0;
     // The radio has been told to transmit, or to stop.
     virtual void ShowTransmitting(bool on) = 0;
-    // Shows the window with the keyboard, above the others.
+    // Shows the window above the others. It takes the keyboard for a call, not for a message.
     virtual void ShowAgent() = 0;
     // The same for what nobody at this console asked for: it takes the keyboard only from somebody who is not
     // typing.

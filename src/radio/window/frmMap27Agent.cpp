@@ -72,7 +72,7 @@ frmMap27Agent::frmMap27Agent(const IStringSource& strings, const Clock& clock)
     connect(m_transmit, &TransmitButton::Switched, this, &frmMap27Agent::TransmitRequested);
     connect(m_keys.get(), &CallKeys::CallWindowAsked, this, [this] {
         if (isVisible())
-            ShowAgent();
+            Bring(Activation::Take);
     });
     Reset();
 }
@@ -119,6 +119,7 @@ void frmMap27Agent::Prepare(const QString& party, int mainButtonText, bool call)
     m_transmit->LetGo();
     Reset();
     m_form->lsParty->addItem(party);
+    m_isCall = call;
     m_form->cmdPTT->setEnabled(call);
     m_form->cmdPTT->setVisible(call);
     SetMainButton(mainButtonText);
@@ -166,18 +167,22 @@ void frmMap27Agent::AppendLog(const QString& text)
     m_form->txtLog->appendPlainText(text);
 }
 
+// Who has sent a message writes the next one: a blank meant for it must not press Cancel.
 void frmMap27Agent::ShowAgent()
 {
-    if (!m_placed)
-        Place();
-    BringToScreen(*this, Activation::Take);
+    Bring(m_isCall ? Activation::Take : Activation::Leave);
 }
 
 void frmMap27Agent::ShowUnasked()
 {
+    Bring(m_keys->IsKeyboardFree() ? Activation::Take : Activation::Mark);
+}
+
+void frmMap27Agent::Bring(Activation activation)
+{
     if (!m_placed)
         Place();
-    BringToScreen(*this, m_keys->IsKeyboardFree() ? Activation::Take : Activation::Leave);
+    BringToScreen(*this, activation);
 }
 
 // The first time over the middle of the window that the operator works in; later where it was left.

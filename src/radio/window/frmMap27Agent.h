@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+enum class Activation;
 class CallKeys;
 class TransmitButton;
 struct Clock;
@@ -55,6 +56,7 @@ protected:
 
 private:
     void LoadCaptions();
+    void Bring(Activation activation);
     void Place();
     void Prepare(const QString& party, int mainButtonText, bool call);
     void ShowEmergency(bool emergency);
@@ -69,5 +71,6 @@ private:
     TransmitButton* m_transmit;                            // a child
     int m_mainText = 0;                                    // what the main button says
     std::optional<std::chrono::milliseconds> m_answeredAt; // when Answer became Hungup
+    bool m_isCall = false; // not a message
     bool m_placed = false;
 };
