@@ -405,6 +405,7 @@ TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
     EXPECT_TRUE(text.isVisible());
     EXPECT_TRUE(text.text().contains(QStringLiteral("2..61"))) << text.text().toStdString();
     EXPECT_GT(stack.Find<QWidget>("tsMain").y(), tabsAlone);
+    stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdDismissNumbering");
     Q_EMIT stack.control->NumberingReceived();
     EXPECT_FALSE(text.isVisible()) << "nothing new";
@@ -433,7 +434,12 @@ TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
     Q_EMIT stack.control->TransactionCleared(0, 0);
     Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
     stack.Click("cmdDismissEmergency");
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)")) << "came just before the click";
+    stack.clock.Step(std::chrono::seconds(1));
+    stack.Click("cmdDismissEmergency");
+    stack.Click("cmdDismissEmergency");
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM")) << "the second click of a double click";
+    stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdDismissEmergency");
     EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());
 }
@@ -472,9 +478,11 @@ TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
     EXPECT_FALSE(stack.Find<QWidget>("cmdCallBack").isEnabled());
     EXPECT_FALSE(stack.Find<QWidget>("cmdDismissMissed").isEnabled()) << "somebody has to take note of it";
     stack.LogOn();
+    stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdDismissMissed");
     EXPECT_EQ(text(), QStringLiteral("Missed call from Unit22, 3/1/24 10:00:07 AM"));
     stack.control->TakeOperations();
+    stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdCallBack");
     EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 4 off off on")}));
     EXPECT_TRUE(stack.Find<QWidget>("missedText").isVisible());

@@ -76,6 +76,7 @@ constexpr CommandRow Rows[] = {
     {Button, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
     {Button, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
+    {Button, "cmdDismissEmergency", 0, 0, When::LoggedOn, When::Always},
 };
 
 bool Holds(When when, const CommandContext& context)

@@ -81,7 +81,7 @@ void winMain::BuildFrame()
     m_client = new QWidget(this);
     setCentralWidget(m_client);
     BuildToolBar();
-    m_strip = new LinkStrip(m_services.strings, m_missedCalls, m_client);
+    m_strip = new LinkStrip(m_services.strings, m_services.clock, m_missedCalls, m_client);
     BuildTabs();
     picHPaneResize = new PaneSplitter(m_client);
     picLog = new LogPane(

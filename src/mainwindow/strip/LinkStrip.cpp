@@ -17,27 +17,22 @@
 
 using namespace NoticeColours;
 
-LinkStrip::LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget* parent)
+LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, MissedCalls& missed, QWidget* parent)
     : QWidget(parent),
       m_strings(strings),
+      m_clock(clock),
       m_missed(missed)
 {
     setObjectName(QStringLiteral("linkStrip"));
-    const auto newRow = [this](const char* topic, QRgb back, QRgb text) {
-        return new StripRow(QLatin1String(topic), QStringLiteral("warning"), back, text, this);
-    };
-    m_emergencyRow = newRow("emergency", EmergencyBack, White);
+    m_emergencyRow = NewRow("emergency", "warning", EmergencyBack, White);
     m_emergencyRow->SetBold();
-    QPushButton& dismiss = m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"),
-                                                     m_strings.LoadString(MainText::Dismiss));
-    connect(&dismiss, &QPushButton::clicked, this, &LinkStrip::Dismiss);
+    const QString dismiss = m_strings.LoadString(MainText::Dismiss);
+    m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"), dismiss, [this] { Dismiss(); });
     BuildMissedRow();
     m_stateRow = BuildStateRow();
-    m_databaseRow = newRow("database", WarningBack, WarningText);
-    m_doubtRow = newRow("numbering", WarningBack, WarningText);
-    QPushButton& accept =
-        m_doubtRow->AddButton(QStringLiteral("cmdDismissNumbering"), m_strings.LoadString(MainText::Dismiss));
-    connect(&accept, &QPushButton::clicked, this, [this] { ShowDoubts({}); });
+    m_databaseRow = NewRow("database", "warning", WarningBack, WarningText);
+    m_doubtRow = NewRow("numbering", "warning", WarningBack, WarningText);
+    m_doubtRow->AddButton(QStringLiteral("cmdDismissNumbering"), dismiss, [this] { ShowDoubts({}); });
 
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
@@ -50,20 +45,21 @@ LinkStrip::LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget*
     }
 }
 
+StripRow* LinkStrip::NewRow(const char* topic, const char* picture, QRgb back, QRgb text)
+{
+    return new StripRow(QLatin1String(topic), QLatin1String(picture), back, text, m_clock, this);
+}
+
 void LinkStrip::BuildMissedRow()
 {
-    m_missedRow =
-        new StripRow(QStringLiteral("missed"), QStringLiteral("callin"), WarningBack, WarningText, this);
-    QPushButton& back =
-        m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack));
-    connect(&back, &QPushButton::clicked, this,
-            [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().name); });
-    QPushButton& dismiss =
-        m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss));
-    connect(&dismiss, &QPushButton::clicked, this, [this] {
-        m_missed.Dismiss(QString(m_missed.Parties().front().name));
-        ShowMissedCalls();
-    });
+    m_missedRow = NewRow("missed", "callin", WarningBack, WarningText);
+    m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack),
+                           [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().name); });
+    m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss),
+                           [this] {
+                               m_missed.Dismiss(QString(m_missed.Parties().front().name));
+                               ShowMissedCalls();
+                           });
 }
 
 void LinkStrip::ShowLink(const LinkStatus& status)

@@ -9,6 +9,7 @@
 class MissedCalls;
 class QLabel;
 class StripRow;
+struct Clock;
 struct IStringSource;
 
 // The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
@@ -18,8 +19,8 @@ class LinkStrip : public QWidget {
     Q_OBJECT
 
 public:
-    // The missed calls must outlive the strip, which dismisses them.
-    LinkStrip(const IStringSource& strings, MissedCalls& missed, QWidget* parent);
+    // All must outlive the strip, which dismisses missed calls.
+    LinkStrip(const IStringSource& strings, const Clock& clock, MissedCalls& missed, QWidget* parent);
 
     void ShowLink(const LinkStatus& status);
     // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party
@@ -49,12 +50,14 @@ private:
         QDateTime time;
     };
 
+    StripRow* NewRow(const char* topic, const char* picture, QRgb back, QRgb text);
     void BuildMissedRow();
     QWidget* BuildStateRow();
     void Dismiss();
     void ShowNewestEmergency();
 
     const IStringSource& m_strings;
+    const Clock& m_clock;
     MissedCalls& m_missed;
     StripRow* m_emergencyRow;
     StripRow* m_missedRow;

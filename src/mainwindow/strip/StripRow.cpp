@@ -1,5 +1,6 @@
 #include "mainwindow/strip/StripRow.h"
 
+#include "core/base/Clock.h"
 #include "core/widgets/Icons.h"
 #include "mainwindow/lists/NoticeColours.h"
 
@@ -7,8 +8,16 @@
 #include <QLabel>
 #include <QPushButton>
 
-StripRow::StripRow(const QString& topic, const QString& picture, QRgb back, QRgb text, QWidget* parent)
+namespace {
+
+constexpr std::chrono::seconds TimeToNotice(1);
+
+} // namespace
+
+StripRow::StripRow(const QString& topic, const QString& picture, QRgb back, QRgb text, const Clock& clock,
+                   QWidget* parent)
     : QWidget(parent),
+      m_clock(clock),
       m_row(NewStripLayout(this)),
       m_text(NewStripText(topic + QStringLiteral("Text"), this))
 {
@@ -19,12 +28,15 @@ StripRow::StripRow(const QString& topic, const QString& picture, QRgb back, QRgb
     hide();
 }
 
-QPushButton& StripRow::AddButton(const QString& name, const QString& caption)
+void StripRow::AddButton(const QString& name, const QString& caption, const std::function<void()>& press)
 {
     auto* button = new QPushButton(caption, this);
     button->setObjectName(name);
     m_row->addWidget(button, 0, Qt::AlignTop);
-    return *button;
+    connect(button, &QPushButton::clicked, this, [this, press] {
+        if (m_clock.Ticks() - m_changed >= TimeToNotice)
+            press();
+    });
 }
 
 void StripRow::SetBold()
@@ -36,8 +48,16 @@ void StripRow::SetBold()
 
 void StripRow::Say(const QString& text)
 {
+    if (text != m_text->text())
+        m_changed = m_clock.Ticks();
     m_text->setText(text);
     setVisible(!text.isEmpty());
+}
+
+void StripRow::moveEvent(QMoveEvent* event)
+{
+    m_changed = m_clock.Ticks();
+    QWidget::moveEvent(event);
 }
 
 QLabel* NewStripText(const QString& name, QWidget* parent)
