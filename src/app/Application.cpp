@@ -3,6 +3,7 @@
 #include "app/ConsoleWindows.h"
 #include "core/base/AppPaths.h"
 #include "core/base/Clock.h"
+#include "core/desktop/HeldKeys.h"
 #include "core/desktop/Prompt.h"
 #include "core/eventlog/EventLog.h"
 #include "core/logon/DbSessionImpl.h"
@@ -24,6 +25,7 @@
 // In the order of their creation; released in reverse.
 struct Application::Objects {
     SystemClock clock;
+    HeldKeys heldKeys;
     Beeper beeper;
     SystemSerialPorts serialPorts;
     std::unique_ptr<Settings> settings;

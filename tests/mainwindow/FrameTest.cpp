@@ -434,11 +434,13 @@ TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
     Q_EMIT stack.control->TransactionCleared(0, 0);
     Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
     stack.Click("cmdDismissEmergency");
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)")) << "came just before the click";
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)"))
+        << "came just before the click";
     stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdDismissEmergency");
     stack.Click("cmdDismissEmergency");
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM")) << "the second click of a double click";
+    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"))
+        << "the second click of a double click";
     stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdDismissEmergency");
     EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());

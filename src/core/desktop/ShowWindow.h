@@ -2,8 +2,8 @@
 
 class QWidget;
 
-// Whether a window takes the keyboard. With Leave and Mark that stays where it is; with Mark the desktop marks
-// the window as urgent instead.
+// Whether a window takes the keyboard. With Leave and Mark that stays where it is; with Mark the desktop
+// marks the window as urgent instead.
 enum class Activation { Take, Leave, Mark };
 
 // Shows a window in front of the others and on the screen that is looked at, whatever was done to it before:

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/FreshKeys.h"
+#include "core/desktop/FreshKeys.h"
 
 #include <QWidget>
 

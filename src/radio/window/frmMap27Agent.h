@@ -71,6 +71,6 @@ private:
     TransmitButton* m_transmit;                            // a child
     int m_mainText = 0;                                    // what the main button says
     std::optional<std::chrono::milliseconds> m_answeredAt; // when Answer became Hungup
-    bool m_isCall = false; // not a message
+    bool m_isCall = false;                                 // not a message
     bool m_placed = false;
 };
