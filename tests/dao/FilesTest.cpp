@@ -338,6 +338,49 @@ TEST_F(MigrationTest, FailureLeavesFileAndFolderAsTheyWere)
     EXPECT_EQ(user->Database().SchemaVersion(), m_newest);
 }
 
+// The file as a program with the schema before this one would have made it.
+static void MakeOlder(const QString& path, sqlite::FileKind kind)
+{
+    const QString newer = path + ".newer";
+    ASSERT_TRUE(QFile::rename(path, newer));
+    auto migrations = sqlite::MigrationsOf(kind);
+    migrations.removeLast();
+    constexpr std::chrono::seconds timeout(1);
+    const auto file = sqlite::Connection::Open(path, sqlite::Connection::Mode::Create, timeout);
+    file->Attach(newer, "newer");
+    sqlite::BuildSchema(*file, kind, migrations,
+                        file->Value("select value from newer.file_info where name = 'database_id'").toString());
+    file->Execute("PRAGMA foreign_keys=OFF");
+    for (const QVariantList& table :
+         file->AllRows("select name from main.sqlite_master where type = 'table' and name not like 'sqlite_%' "
+                       "and name not in ('file_info', 'index_def', 'stored_query')"))
+        file->Execute(QStringLiteral("insert or replace into main.%1 select * from newer.%1").arg(table[0].toString()));
+    file->Close();
+    ASSERT_TRUE(QFile::remove(newer) && QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+}
+
+TEST_F(MigrationTest, FilesOfTheSchemaBeforeKeepWhatTheyHold)
+{
+    m_workspace = Open();
+    AddOperator();
+    AddAddress("Car", "1");
+    AddAddress("Ops", "2", 2);
+    Add("dynamic_regroup", {"group_id", "member_id", "pos"}, {{2, 1, 1}});
+    m_workspace.reset();
+    MakeOlder(m_location.database, sqlite::FileKind::Database);
+    MakeOlder(m_location.workgroup, sqlite::FileKind::Workgroup);
+
+    EXPECT_EQ(MigrateDatabase(m_location).copies.size(), 2);
+    EXPECT_TRUE(CheckDatabase(m_location).empty());
+    m_workspace = Open("Olga", "pw");
+    EXPECT_EQ(Db().SchemaVersion(), m_newest);
+    EXPECT_EQ(Sql("select * from dynamic_regroup", "group_id member_id pos"), QStringList({"2|1|1"}));
+    EXPECT_EQ(KindOf([&] { AddAddress("Van", "3"); }), Kind::NotPermitted);
+    m_workspace = Open();
+    AddAddress("Van", "3");
+    EXPECT_EQ(IdOf("Van"), 3);
+}
+
 class MaintenanceTest : public FilesTest {
 protected:
     QList<int> Check()
