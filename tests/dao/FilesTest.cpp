@@ -348,13 +348,15 @@ static void MakeOlder(const QString& path, sqlite::FileKind kind)
     constexpr std::chrono::seconds timeout(1);
     const auto file = sqlite::Connection::Open(path, sqlite::Connection::Mode::Create, timeout);
     file->Attach(newer, "newer");
-    sqlite::BuildSchema(*file, kind, migrations,
-                        file->Value("select value from newer.file_info where name = 'database_id'").toString());
+    sqlite::BuildSchema(
+        *file, kind, migrations,
+        file->Value("select value from newer.file_info where name = 'database_id'").toString());
     file->Execute("PRAGMA foreign_keys=OFF");
-    for (const QVariantList& table :
-         file->AllRows("select name from main.sqlite_master where type = 'table' and name not like 'sqlite_%' "
-                       "and name not in ('file_info', 'index_def', 'stored_query')"))
-        file->Execute(QStringLiteral("insert or replace into main.%1 select * from newer.%1").arg(table[0].toString()));
+    for (const QVariantList& table : file->AllRows(
+             "select name from main.sqlite_master where type = 'table' and name not like 'sqlite_%' "
+             "and name not in ('file_info', 'index_def', 'stored_query')"))
+        file->Execute(
+            QStringLiteral("insert or replace into main.%1 select * from newer.%1").arg(table[0].toString()));
     file->Close();
     ASSERT_TRUE(QFile::remove(newer) && QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
 }
