@@ -5,7 +5,7 @@
 #include "Measure.h"
 
 #include "admin/DirectoryModel.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/TestDatabase.h"
 
 #include <QApplication>

@@ -2,7 +2,7 @@
 // ratios within one run: absolute times drift. Arguments: events in the database (1,000,000).
 
 #include "core/eventlog/EventLog.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/TestDatabase.h"
 
 #include <QCoreApplication>

@@ -3,7 +3,7 @@
 // wait among it. Arguments: minutes (10).
 
 #include "core/base/Clock.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "map27/codec/Messages.h"
 #include "map27/codec/ShortData.h"
 #include "map27/link/Framing.h"

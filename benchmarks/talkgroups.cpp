@@ -5,7 +5,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/session/UserProfile.h"
 #include "core/settings/Settings.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "mainwindow/frame/winMain.h"
 #include "mainwindow/talkgroups/NodeKeys.h"
 #include "mainwindow/talkgroups/TalkgroupModel.h"

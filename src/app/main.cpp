@@ -10,7 +10,7 @@
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "core/widgets/ReadableSelection.h"
 #include "dao/FileAccess.h"
 

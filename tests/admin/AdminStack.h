@@ -3,7 +3,7 @@
 #include "admin/AdminServices.h"
 #include "core/eventlog/EventLog.h"
 #include "core/settings/Settings.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/facade/FleetDataSource.h"
 #include "radio/facade/Map27Executive.h"

@@ -4,7 +4,7 @@
 #include "core/logon/frmLogon.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "core/texts/TextIds.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"

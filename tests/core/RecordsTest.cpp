@@ -4,7 +4,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/session/Registry.h"
 #include "core/session/UserProfile.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"
 

@@ -1,7 +1,7 @@
 // Log records while the database's server comes and goes.
 
 #include "core/eventlog/EventLog.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/ConsoleLoad.h"
 #include "support/QtPrinters.h"
 

@@ -3,7 +3,7 @@
 #include "core/base/ProgramLog.h"
 #include "core/eventlog/EventSpool.h"
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "dao/FileAccess.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"

@@ -1,4 +1,4 @@
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 
 #include "core/texts/CatalogueFile.h"
 #include "core/texts/Errors.h"

@@ -1,6 +1,6 @@
 #include "core/desktop/Prompt.h"
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/ListHelpers.h"
 #include "core/widgets/PlainIconDelegate.h"

@@ -1,6 +1,6 @@
 #include "core/logon/frmPassword.h"
 
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/DialogDriver.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"

@@ -6,7 +6,7 @@
 #include "core/settings/SerialPortList.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "core/texts/TextIds.h"
 #include "support/DialogDriver.h"
 #include "support/FakeBeeper.h"

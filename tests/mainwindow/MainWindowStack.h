@@ -5,7 +5,7 @@
 #include "core/logon/frmSettings.h"
 #include "core/session/UserProfile.h"
 #include "core/settings/Settings.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "mainwindow/frame/winMain.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/facade/FleetDataSource.h"

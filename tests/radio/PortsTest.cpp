@@ -1,7 +1,7 @@
 // Every problem of a port is one clear sentence.
 
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "radio/line/PortHolder.h"
 #include "radio/line/RadioPort.h"
 #include "radio/line/SerialRadioPort.h"

@@ -2,7 +2,7 @@
 
 #include "core/eventlog/EventLog.h"
 #include "core/settings/Settings.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/facade/FleetDataSource.h"
 #include "radio/facade/Map27Executive.h"

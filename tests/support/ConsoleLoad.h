@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/eventlog/EventLog.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "support/TestDatabase.h"
 
 #include <QDeadlineTimer>

@@ -1,8 +1,11 @@
 #pragma once
 
-#include "core/texts/StringSource.h"
-
 #include <QByteArray>
+#include <QHash>
+#include <QString>
+
+// Text of one catalogue file, by id. See the catalogue's own heading for the line format.
+using Catalogue = QHash<int, QString>;
 
 // Reads a catalogue: UTF-8, one entry a line, `2057 "Radio dispatcher is already running."`. The text lies
 // between the first and the last double quote of its line and is taken literally; its escapes are

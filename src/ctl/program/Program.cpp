@@ -1,7 +1,7 @@
 #include "ctl/program/Program.h"
 
 #include "core/texts/Errors.h"
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
 

@@ -1,8 +1,7 @@
-#include "core/texts/StringSource.h"
+#include "core/texts/StringSourceImpl.h"
 
 #include "core/base/AppPaths.h"
 #include "core/base/ProgramLog.h"
-#include "core/texts/CatalogueFile.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/LangId.h"

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "core/texts/CatalogueFile.h"
+#include "core/texts/StringSource.h"
+
+#include <QStringList>
+
+// The built-in catalogue, and the satellite catalogue of the user's language when one is installed.
+class CStringSourceImpl : public IStringSource {
+public:
+    // Folders that may hold satellite catalogues, most important first. Default: the user's, the system's
+    // and the program's own catalogue folders.
+    explicit CStringSourceImpl(QStringList satelliteFolders = DefaultFolders());
+
+    // Windows language identifier; initially that of the user's language (0x0409 for US English).
+    quint16 LangID() const { return m_langId; }
+    // Stores the identifier and makes it the locale in which dates, times and numbers are shown.
+    void SetLangID(quint16 langId);
+
+    // Looks for the satellites "<key>SL<LangID>.CResourceStrs" and "<key>PL<primary language>.CResourceStrs".
+    // A missing or unreadable satellite is not reported; the built-in texts are used.
+    const IStringSource& CreateStringSource(const QString& applicationKey);
+
+    QString LoadString(int id) const override;
+
+    static QStringList DefaultFolders();
+
+private:
+    QStringList m_folders;
+    quint16 m_langId;
+    Catalogue m_builtIn;
+    Catalogue m_satellite;
+};
