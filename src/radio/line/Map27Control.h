@@ -38,7 +38,7 @@ public:
     virtual void SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos, qint16 groupPrefix,
                                     qint16 groupIdent) = 0;
     virtual void SendGroupNameCommand(qint16 prefix, qint16 ident, qint16 pos, const QString& name) = 0;
-    virtual void RequestRadioInfo(qint16 kind) = 0; // 1 numbering, 3 operating condition, 4 network
+    virtual void RequestRadioInfo(qint16 kind) = 0; // a map27::RadioInfo
     virtual void ResetLink(qint32 pause) = 0;       // milliseconds before the link is set up again
     virtual void SendStatusMessage(qint16 prefix, qint16 ident, qint16 status) = 0;
     virtual void SendTextMessage(qint16 prefix, qint16 ident, const QString& text, bool eightBit) = 0;
@@ -47,7 +47,7 @@ public:
     virtual void AnswerCall(bool accept) = 0;
     virtual void SetTransmit(bool on) = 0;
     virtual void ClearCall() = 0;
-    // gateway 1 = PSTN, 2 = PABX
+    // A map27::Gateway.
     virtual void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
                                  bool dialog) = 0;
 
@@ -62,11 +62,11 @@ Q_SIGNALS:
     void TextReceived(const QString& text, qint16 prefix, qint16 ident);
     void NumberingReceived();
     void TransactionCleared(int type, int cause);
-    // Codes are MAP27 message types: 196, 212, 228; 197, 229; 192, 208, 224. The cause is for trace and log
-    // file.
+    // The code is one of map27::Type: of these three events Setup..., Receive... and Message..., each
+    // Positive, Queued or Negative. The cause is for trace and log file.
     void OutgoingCallProgress(qint16 code, int cause);
     void AnswerProgress(qint16 code, int cause);
-    // callCode 165 = emergency; flags bit value 8 = the call rings and must be answered.
+    // callCode is map27::Type::Call or EmergencyCall; flags bit value 8: the call rings and must be answered.
     void IncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
     void MessageProgress(qint16 code, int cause, qint16 prefix, qint16 ident);
     void NetworkInfoReceived(qint16 channel, qint16 systemIdentity);

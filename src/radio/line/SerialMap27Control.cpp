@@ -1,6 +1,5 @@
 #include "radio/line/SerialMap27Control.h"
 
-#include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
@@ -9,16 +8,13 @@
 #include "radio/base/TextIds.h"
 #include "radio/line/RadioPort.h"
 #include "radio/line/RefusalText.h"
-
-#include <algorithm>
-#include <utility>
+#include "radio/line/RegroupFormat.h"
 
 namespace {
 
-using map27::Milliseconds;
+using map27::Terminal;
+using map27::TimePoint;
 
-constexpr Milliseconds FirstRetry{500};
-constexpr Milliseconds LongestRetry{5000};
 constexpr std::uint8_t SimulationBit = 0x80; // of facilities c, which the standard leaves free
 
 qint16 Number(unsigned value)
@@ -26,11 +22,47 @@ qint16 Number(unsigned value)
     return static_cast<qint16>(value);
 }
 
+map27::Address AddressOf(qint16 prefix, qint16 ident)
+{
+    // What is not an address becomes the dummy one, which the terminal refuses.
+    if (prefix < 0 || prefix > map27::HighestPrefix || ident < 0 || ident > map27::HighestIdent)
+        return {};
+    return {static_cast<std::uint8_t>(prefix), static_cast<std::uint16_t>(ident)};
+}
+
+QString ShownAddress(qint16 prefix, qint16 ident)
+{
+    return QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
+}
+
 QString HexOf(const map27::Octets& octets)
 {
     const QByteArray bytes(reinterpret_cast<const char*>(octets.data()),
                            static_cast<qsizetype>(octets.size()));
     return QString::fromLatin1(bytes.toHex(' ').toUpper());
+}
+
+LinkStatus::State StateOf(LineCondition::Kind kind)
+{
+    switch (kind) {
+    case LineCondition::Kind::Connecting:
+        return LinkStatus::State::Connecting;
+    case LineCondition::Kind::Ready:
+        return LinkStatus::State::Ready;
+    case LineCondition::Kind::Owes:
+        return LinkStatus::State::Silent;
+    default:
+        return LinkStatus::State::Lost;
+    }
+}
+
+int TextIdOf(map27::LinkFailure reason)
+{
+    if (reason == map27::LinkFailure::PeerReset)
+        return RadioText::LinkLostRestarted;
+    if (reason == map27::LinkFailure::RetriesUsedUp)
+        return RadioText::LinkLostRetries;
+    return RadioText::LinkLostSilent;
 }
 
 template <typename... Handlers> struct Overloaded : Handlers... {
@@ -41,17 +73,23 @@ template <typename... Handlers> struct Overloaded : Handlers... {
 
 SerialMap27Control::SerialMap27Control(const IStringSource& strings, const Clock& clock, PortFactory ports)
     : m_strings(strings),
-      m_clock(clock),
-      m_ports(std::move(ports))
+      m_line(
+          clock, ports ? std::move(ports) : [&strings](const QString& name, int bitsPerSecond) {
+              return MakeRadioPort(name, bitsPerSecond, strings);
+          })
 {
-    if (!m_ports) {
-        m_ports = [&strings](const QString& name, int bitsPerSecond) {
-            return MakeRadioPort(name, bitsPerSecond, strings);
+    // A window that raises must not keep the next event from the others.
+    const auto guarded = [this](auto handler) {
+        return [this, handler](const auto& told) {
+            try {
+                (this->*handler)(told);
+            } catch (const std::exception& failure) {
+                ProgramLog::Write(DescribeError(failure, m_strings));
+            }
         };
-    }
-    m_timer.setSingleShot(true);
-    m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, &SerialMap27Control::OnTime);
+    };
+    connect(&m_line, &RadioLine::EventReceived, this, guarded(&SerialMap27Control::Handle));
+    connect(&m_line, &RadioLine::ConditionChanged, this, guarded(&SerialMap27Control::HandleCondition));
 }
 
 SerialMap27Control::~SerialMap27Control() = default;
@@ -99,180 +137,131 @@ bool SerialMap27Control::GroupTwoDigit() const
 void SerialMap27Control::OpenLink()
 {
     CloseLink();
-    auto port = m_ports(m_portName, m_baudRate);
-    port->Open(true);
-    m_port = std::move(port);
-    connect(m_port.get(), &RadioPort::Opened, this, &SerialMap27Control::OnPortOpened);
-    connect(m_port.get(), &RadioPort::Failed, this, &SerialMap27Control::OnPortFailed);
-    connect(m_port.get(), &RadioPort::Received, this, [this](const QByteArray& octets) {
-        const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
-        const map27::OctetSpan span{first, static_cast<std::size_t>(octets.size())};
-        m_watch.Hear(span);
-        Take(m_terminal->Feed(span, Now()));
-        Supervise();
-    });
-    m_terminal = std::make_unique<map27::Terminal>(
-        map27::TerminalParameters::ForBitRate(static_cast<unsigned>(m_baudRate)));
-    m_retryPause = FirstRetry;
-    OnPortOpened();
+    m_line.Open(m_portName, m_baudRate);
 }
 
 void SerialMap27Control::CloseLink()
 {
-    m_timer.stop();
-    m_retryAt.reset();
-    m_reopening = false;
-    m_events.clear();
-    if (m_port) {
-        m_port->disconnect(this);
-        m_port->Close();
-        // Kept alive until the event loop: the call may come from one of its signals.
-        m_port.release()->deleteLater();
-    }
-    m_terminal.reset();
+    m_line.Close();
     m_status.simulation = false;
     SetStatus(LinkStatus::State::Closed, {});
 }
 
-void SerialMap27Control::StartLink()
+void SerialMap27Control::SendStatusMessage(qint16 prefix, qint16 ident, qint16 status)
 {
-    m_watch.Begin(Now(), *m_terminal);
-    Take(m_terminal->Start(Now()));
+    const bool known = status >= 0 && status <= 31;
+    Run(known ? ShownAddress(prefix, ident) : QString::number(status),
+        [&](Terminal& terminal, TimePoint now) {
+            return terminal.SendStatus(AddressOf(prefix, ident), static_cast<unsigned>(status), now);
+        });
 }
 
-void SerialMap27Control::EndLink()
+void SerialMap27Control::SendTextMessage(qint16 prefix, qint16 ident, const QString& text, bool eightBit)
 {
-    if (m_terminal->State() != map27::TerminalState::Idle)
-        m_events.push_back(map27::TransactionCleared{map27::ClearedBy::LinkLoss, 0, 0});
-    m_terminal->Stop();
+    const auto coding = eightBit ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
+    Run(ShownAddress(prefix, ident), [&](Terminal& terminal, TimePoint now) {
+        return terminal.SendText(AddressOf(prefix, ident), text.toStdString(), coding, now);
+    });
 }
 
-void SerialMap27Control::OnPortOpened()
+void SerialMap27Control::SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos,
+                                            qint16 groupPrefix, qint16 groupIdent)
 {
-    m_retryAt.reset();
-    // Opened again by Reopen: what was wrong still is, until the radio answers.
-    if (!std::exchange(m_reopening, false))
-        SetStatus(LinkStatus::State::Connecting, PortText(RadioText::LinkConnecting));
-    StartLink();
+    Run(
+        ShownAddress(memberPrefix, memberIdent),
+        [&](Terminal& terminal, TimePoint now) {
+            const map27::Octets command = RegroupFormat::Regroup(pos, AddressOf(groupPrefix, groupIdent));
+            return terminal.SendBinary(AddressOf(memberPrefix, memberIdent), command, now);
+        });
 }
 
-void SerialMap27Control::OnPortFailed(const QString& text)
+void SerialMap27Control::SendGroupNameCommand(qint16 prefix, qint16 ident, qint16 pos, const QString& name)
 {
-    m_reopening = false;
-    EndLink();
-    Complain(LinkStatus::State::Lost, FormatMessage(m_strings, RadioText::LinkLostPort, {text}));
-    m_retryAt = Now() + m_retryPause;
-    m_retryPause = std::min(2 * m_retryPause, LongestRetry);
-    Take({});
-}
-
-void SerialMap27Control::Reopen()
-{
-    EndLink();
-    m_reopening = true;
-    m_port->Close();
-    m_port->Open(false);
-}
-
-void SerialMap27Control::OnTime()
-{
-    if (!m_port)
-        return;
-    if (m_retryAt && Now() >= *m_retryAt) {
-        m_retryAt.reset();
-        m_port->Open(false);
-        return;
-    }
-    if (!m_port->IsOpen()) {
-        Schedule();
-        return;
-    }
-    map27::TerminalOutput output = m_terminal->OnTime(Now());
-    if (m_watch.TakeProbe(*m_terminal, Now()))
-        output.Append(m_terminal->Probe(Now()));
-    Take(std::move(output));
-    Supervise();
-}
-
-void SerialMap27Control::Supervise()
-{
-    ShowFinding(m_watch.Look(*m_terminal, Now()));
-    if (m_port->IsOpen() && m_watch.ReopenIsDue(*m_terminal, Now()))
-        Reopen();
-    Schedule();
-}
-
-void SerialMap27Control::ShowFinding(LinkWatch::Finding finding)
-{
-    using enum LinkWatch::Finding;
-    switch (finding) {
-    case None:
-        if (m_status.state == LinkStatus::State::Silent)
-            SetStatus(LinkStatus::State::Ready, {});
-        return;
-    case LinkSlow:
-        return; // the text of the loss or of connecting still holds
-    case Owes:
-        Complain(LinkStatus::State::Silent, PortText(RadioText::LinkOwes));
-        return;
-    case Silent:
-        Complain(LinkStatus::State::Lost, PortText(RadioText::LinkLostSilent));
-        return;
-    case Foreign:
-        Complain(LinkStatus::State::Lost,
-                 FormatMessage(m_strings, RadioText::LinkForeign, {m_portName, m_watch.HeardInstead()}));
-        return;
-    case Noise:
-        Complain(LinkStatus::State::Lost,
-                 FormatMessage(m_strings, RadioText::LinkNoise, {m_portName, QString::number(m_baudRate)}));
-        return;
-    case Damaged:
-        Complain(LinkStatus::State::Lost, PortText(RadioText::LinkDamaged));
-        return;
-    case Echo:
-        m_port->Close();
-        OnPortFailed(PortText(RadioText::LinkEcho));
-        return;
-    }
-}
-
-void SerialMap27Control::Run(const QString& subject, const Operation& operation)
-{
-    if (!m_terminal)
-        throw Error(ErrorCode::First + RadioText::NotConnected,
-                    m_strings.LoadString(RadioText::NotConnected));
-    map27::OperationResult result = operation(*m_terminal, Now());
-    Take(std::move(result.output));
-    if (result.refusal)
-        throw RefusalError(*result.refusal, subject, m_strings);
-}
-
-void SerialMap27Control::Take(map27::TerminalOutput output)
-{
-    for (const map27::Octets& frame : output.frames) {
-        m_watch.Send(frame);
-        m_port->Write(
-            QByteArray(reinterpret_cast<const char*>(frame.data()), static_cast<qsizetype>(frame.size())));
-    }
-    for (map27::TerminalEvent& event : output.events)
-        m_events.push_back(std::move(event));
-    // From the event loop, so that no event arrives inside an operation of its receiver.
-    if (!m_events.empty())
-        QMetaObject::invokeMethod(this, &SerialMap27Control::Deliver, Qt::QueuedConnection);
-    Schedule();
-}
-
-void SerialMap27Control::Deliver()
-{
-    while (!m_events.empty()) {
-        const map27::TerminalEvent event = std::move(m_events.front());
-        m_events.pop_front();
-        try {
-            Handle(event);
-        } catch (const std::exception& failure) {
-            ProgramLog::Write(DescribeError(failure, m_strings));
+    const auto command = RegroupFormat::GroupName(pos, name.toStdString());
+    if (const auto* problem = std::get_if<map27::TextProblem>(&command)) {
+        if (problem->fault == map27::TextFault::TooLong) {
+            throw Error(
+                ErrorCode::First + RadioText::NameTooLong,
+                FormatMessage(m_strings, RadioText::NameTooLong, {name, QString::number(problem->limit)}));
         }
+        throw RefusalError({.code = map27::RefusalCode::Text, .text = *problem}, name, m_strings);
     }
+    Run(ShownAddress(prefix, ident), [&](Terminal& terminal, TimePoint now) {
+        return terminal.SendBinary(AddressOf(prefix, ident), std::get<map27::Octets>(command), now);
+    });
+}
+
+void SerialMap27Control::RequestRadioInfo(qint16 kind)
+{
+    Run(
+        {}, [&](Terminal& terminal,
+                TimePoint now) { return terminal.RequestRadioInfo(static_cast<unsigned>(kind), now); });
+}
+
+void SerialMap27Control::MakeCall(qint16 prefix, qint16 ident, bool emergency, bool priority, bool dialog)
+{
+    Run(
+        ShownAddress(prefix, ident),
+        [&](Terminal& terminal, TimePoint now) {
+            return terminal.MakeCall(AddressOf(prefix, ident), emergency, priority, dialog, now);
+        });
+}
+
+void SerialMap27Control::MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
+                                         bool dialog)
+{
+    Run(
+        digits,
+        [&](Terminal& terminal, TimePoint now) {
+            return terminal.MakeGatewayCall(gateway, digits.toStdString(), emergency, priority, dialog, now);
+        });
+}
+
+void SerialMap27Control::AnswerCall(bool accept)
+{
+    Run(
+        {}, [&](Terminal& terminal,
+                TimePoint now) { return accept ? terminal.AnswerCall(now) : terminal.RefuseCall(now); });
+}
+
+void SerialMap27Control::SetTransmit(bool on)
+{
+    Run(
+        {}, [&](Terminal& terminal, TimePoint now) { return terminal.SetTransmit(on, now); });
+}
+
+void SerialMap27Control::CancelTransaction()
+{
+    RunIfOpen([](Terminal& terminal, TimePoint now) { return terminal.CancelTransaction(now); });
+}
+
+void SerialMap27Control::ClearCall()
+{
+    RunIfOpen([](Terminal& terminal, TimePoint now) { return terminal.ClearCall(now); });
+}
+
+void SerialMap27Control::ResetLink(qint32 pause)
+{
+    RunIfOpen([pause](Terminal& terminal, TimePoint now) {
+        return terminal.ResetLink(map27::Milliseconds{pause}, now);
+    });
+}
+
+void SerialMap27Control::Run(const QString& subject, const RadioLine::Operation& operation)
+{
+    if (!m_line.IsOpen())
+        RaiseCatalogueError(m_strings, RadioText::NotConnected);
+    if (const auto refusal = m_line.Run(operation))
+        throw RefusalError(*refusal, subject, m_strings);
+}
+
+void SerialMap27Control::RunIfOpen(
+    const std::function<map27::TerminalOutput(Terminal&, TimePoint)>& operation)
+{
+    if (m_line.IsOpen())
+        m_line.Run([&](Terminal& terminal, TimePoint now) {
+            return map27::OperationResult{std::nullopt, operation(terminal, now)};
+        });
 }
 
 void SerialMap27Control::Handle(const map27::TerminalEvent& event)
@@ -319,14 +308,8 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             },
             [&](const map27::PersonalityReceived& e) { HandlePersonality(e.info); },
             [&](const map27::SettingsReceived&) {},
-            [&](const map27::LinkReady&) {
-                if (!m_terminal || !m_terminal->IsLinkReady())
-                    return; // lost again before this was delivered
-                m_retryPause = FirstRetry;
-                m_watch.LinkIsReady(Now());
-                SetStatus(LinkStatus::State::Ready, {});
-            },
-            [&](const map27::LinkFailed& e) { HandleLinkFailed(e.reason); },
+            [&](const map27::LinkReady&) {}, // these two come as conditions
+            [&](const map27::LinkFailed&) {},
             [&](const map27::Report& e) {
                 ProgramLog::Write(
                     QStringLiteral("%1 %2").arg(QString::fromStdString(e.text), HexOf(e.message)));
@@ -335,45 +318,49 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
         event);
 }
 
-void SerialMap27Control::HandleLinkFailed(map27::LinkFailure reason)
-{
-    ProgramLog::Write(QString::fromLatin1(map27::LinkFailureText(reason)));
-    int id = RadioText::LinkLostSilent;
-    if (reason == map27::LinkFailure::PeerReset)
-        id = RadioText::LinkLostRestarted;
-    else if (reason == map27::LinkFailure::RetriesUsedUp)
-        id = RadioText::LinkLostRetries;
-    SetStatus(LinkStatus::State::Lost, PortText(id));
-    m_watch.Begin(Now(), *m_terminal);
-    // A dead network connection or a stuck adapter does not say so.
-    if (reason != map27::LinkFailure::PeerReset && m_port->IsOpen())
-        Reopen();
-}
-
 void SerialMap27Control::HandlePersonality(const map27::PersonalityMessage& personality)
 {
     m_status.simulation = (personality.facilitiesC & SimulationBit) != 0;
     Q_EMIT LinkChanged(m_status);
 }
 
-void SerialMap27Control::Schedule()
+void SerialMap27Control::HandleCondition(const LineCondition& condition)
 {
-    map27::Deadline deadline = m_retryAt;
-    if (m_port && m_port->IsOpen())
-        deadline = map27::Earlier(map27::Earlier(deadline, m_terminal->NextDeadline()),
-                                  m_watch.NextLook(*m_terminal));
-    if (!deadline) {
-        m_timer.stop();
-        return;
-    }
-    m_timer.start(std::max(Milliseconds{0}, *deadline - Now()));
+    using enum LineCondition::Kind;
+    const QString text = TextOf(condition);
+    if (condition.kind == LinkLost)
+        ProgramLog::Write(QString::fromLatin1(map27::LinkFailureText(condition.reason)));
+    else if (condition.kind != Connecting && condition.kind != Ready && text != m_status.text)
+        ProgramLog::Write(text); // once, not at every retry
+    SetStatus(StateOf(condition.kind), text);
 }
 
-void SerialMap27Control::Complain(LinkStatus::State state, const QString& text)
+QString SerialMap27Control::TextOf(const LineCondition& condition) const
 {
-    if (m_status.text != text) // once, not at every retry
-        ProgramLog::Write(text);
-    SetStatus(state, text);
+    using enum LineCondition::Kind;
+    switch (condition.kind) {
+    case Connecting:
+        return PortText(RadioText::LinkConnecting);
+    case Ready:
+        break;
+    case LinkLost:
+        return PortText(TextIdOf(condition.reason));
+    case PortFailed:
+        return FormatMessage(m_strings, RadioText::LinkLostPort, {condition.detail});
+    case Owes:
+        return PortText(RadioText::LinkOwes);
+    case Silent:
+        return PortText(RadioText::LinkLostSilent);
+    case Foreign:
+        return FormatMessage(m_strings, RadioText::LinkForeign, {m_portName, condition.detail});
+    case Noise:
+        return FormatMessage(m_strings, RadioText::LinkNoise, {m_portName, QString::number(m_baudRate)});
+    case Damaged:
+        return PortText(RadioText::LinkDamaged);
+    case Echo:
+        return FormatMessage(m_strings, RadioText::LinkLostPort, {PortText(RadioText::LinkEcho)});
+    }
+    return {};
 }
 
 void SerialMap27Control::SetStatus(LinkStatus::State state, const QString& text)
@@ -388,9 +375,4 @@ void SerialMap27Control::SetStatus(LinkStatus::State state, const QString& text)
 QString SerialMap27Control::PortText(int id) const
 {
     return FormatMessage(m_strings, id, {m_portName});
-}
-
-map27::TimePoint SerialMap27Control::Now() const
-{
-    return map27::TimePoint{m_clock.Ticks()};
 }

@@ -1,30 +1,20 @@
 #pragma once
 
-#include "map27/terminal/Terminal.h"
-#include "radio/line/LinkWatch.h"
 #include "radio/line/Map27Control.h"
+#include "radio/line/RadioLine.h"
 
-#include <QTimer>
-#include <deque>
-#include <functional>
-#include <memory>
-#include <optional>
-
-class RadioPort;
 struct Clock;
 struct IStringSource;
 
-// The radio control on a real line: owns the port, the terminal's end of MAP27 and the one timer that drives
-// it. A line that fails after OpenLink is opened again for ever with a growing pause, and one without a link
-// now and then; a transaction that was open then ends with TransactionCleared. A radio that has nothing to
-// say is asked every 8 seconds whether it is there.
+// The radio control on a real line: checks and numbers what the windows ask for, hands it to the line, and
+// turns what the line reports into events, and its condition into words.
 class SerialMap27Control : public Map27Control {
     Q_OBJECT
 
 public:
-    // Makes the port of a name and bit rate; raises Error for a name that cannot be one.
-    using PortFactory = std::function<std::unique_ptr<RadioPort>(const QString& name, int bitsPerSecond)>;
+    using PortFactory = RadioLine::PortFactory;
 
+    // Strings and clock must outlive it. Without a factory the ports are those of this computer and network.
     SerialMap27Control(const IStringSource& strings, const Clock& clock, PortFactory ports = {});
     ~SerialMap27Control() override;
 
@@ -59,45 +49,25 @@ public:
 
     LinkStatus Link() const override { return m_status; }
 
-    // What the timer does when it is due: tests call it after moving the clock.
-    void OnTime();
+    // What the line's timer does when it is due: tests call it after moving the clock.
+    void OnTime() { m_line.OnTime(); }
 
 private:
-    using Operation = std::function<map27::OperationResult(map27::Terminal&, map27::TimePoint)>;
-
     // `subject` is what the operator gave, for the sentence of a refusal.
-    void Run(const QString& subject, const Operation& operation);
-    void Take(map27::TerminalOutput output);
-    void Deliver();
+    void Run(const QString& subject, const RadioLine::Operation& operation);
+    // For what is harmless on a closed line and never refused.
+    void RunIfOpen(const std::function<map27::TerminalOutput(map27::Terminal&, map27::TimePoint)>& operation);
     void Handle(const map27::TerminalEvent& event);
-    void HandleLinkFailed(map27::LinkFailure reason);
     void HandlePersonality(const map27::PersonalityMessage& personality);
-    void StartLink();
-    void EndLink();
-    void OnPortOpened();
-    void OnPortFailed(const QString& text);
-    void Reopen();
-    void Supervise();
-    void ShowFinding(LinkWatch::Finding finding);
-    void Schedule();
-    void Complain(LinkStatus::State state, const QString& text);
+    void HandleCondition(const LineCondition& condition);
+    QString TextOf(const LineCondition& condition) const;
     void SetStatus(LinkStatus::State state, const QString& text);
     QString PortText(int id) const;
-    map27::TimePoint Now() const;
 
     const IStringSource& m_strings;
-    const Clock& m_clock;
-    PortFactory m_ports;
+    RadioLine m_line;
     QString m_portName;
     int m_baudRate = 9600;
-    std::unique_ptr<RadioPort> m_port; // null when the link is closed
-    std::unique_ptr<map27::Terminal> m_terminal;
     map27::NumberingMessage m_numbering; // as last reported
     LinkStatus m_status;
-    LinkWatch m_watch;
-    QTimer m_timer;
-    std::deque<map27::TerminalEvent> m_events; // waiting to be delivered from the event loop
-    std::optional<map27::TimePoint> m_retryAt;
-    map27::Milliseconds m_retryPause{0};
-    bool m_reopening = false;
 };
