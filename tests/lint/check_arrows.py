@@ -44,7 +44,7 @@ WINGS = {
         "base": set(),
         "line": {"base"},
         "window": {"base"},
-        "agent": {"base", "line", "window", "facade"},
+        "agent": {"base", "line", "window"},
         "facade": {"base", "line", "window", "agent"},
     },
     "mainwindow": {

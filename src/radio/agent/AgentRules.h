@@ -1,17 +1,17 @@
 #pragma once
 
-#include "radio/base/TransactionKind.h"
+#include "radio/base/Transaction.h"
 
 // What ends or moves on the transaction in progress.
 enum class AgentTrigger {
-    CallConnected,    // 196
-    CallProceeding,   // 212
-    CallFailed,       // 228
-    AnswerConnected,  // 197
-    AnswerFailed,     // 229
-    MessageSending,   // 208
-    MessageDelivered, // 192
-    MessageFailed,    // 224
+    CallConnected,
+    CallProceeding,
+    CallFailed,
+    AnswerConnected,
+    AnswerFailed,
+    MessageSending,
+    MessageDelivered,
+    MessageFailed,
     Cleared,
     MainButton, // Cancel, Answer or Hungup
     CloseButton,

@@ -3,16 +3,17 @@
 #include "addressing/MptAddressing.h"
 #include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
-#include "core/session/Registry.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Beeper.h"
+#include "map27/codec/Messages.h"
 #include "radio/agent/ScadaReport.h"
-#include "radio/base/AddressingText.h"
+#include "radio/base/AddressBook.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
+#include "radio/base/Transaction.h"
 #include "radio/line/Map27Control.h"
 #include "radio/window/IAgentWindow.h"
 
@@ -20,25 +21,24 @@
 
 namespace {
 
-constexpr int EmergencyCallCode = 165;
+// Of the call details: the call rings and has to be answered.
 constexpr int RingFlag = 8;
-
-bool MeansStatus(const QString& setting, int status)
-{
-    bool numeric = false;
-    const double code = setting.trimmed().toDouble(&numeric);
-    return numeric && code == status;
-}
 
 } // namespace
 
-RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window)
+RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window,
+                       Transaction& transaction, AddressBook& addressBook)
     : m_services(services),
       m_control(control),
       m_window(window),
-      m_boxes(services.prompt)
+      m_transaction(transaction),
+      m_addressBook(addressBook),
+      m_numbering(addressBook, services.strings),
+      m_boxes(services.prompt),
+      m_recorder(services.eventLog, m_views, m_boxes, services.strings)
 {
     ConnectEvents();
+    ConnectViews();
 }
 
 RadioAgent::~RadioAgent() = default;
@@ -62,69 +62,87 @@ void RadioAgent::ConnectEvents()
     connect(
         &m_control, &Control::OutgoingCallProgress, this,
         [react](qint16 code) {
-            react(code, {{196, AgentTrigger::CallConnected},
-                         {212, AgentTrigger::CallProceeding},
-                         {228, AgentTrigger::CallFailed}});
+            react(code, {{map27::Type::SetupPositive, AgentTrigger::CallConnected},
+                         {map27::Type::SetupQueued, AgentTrigger::CallProceeding},
+                         {map27::Type::SetupNegative, AgentTrigger::CallFailed}});
         });
     connect(
         &m_control, &Control::AnswerProgress, this,
         [react](qint16 code) {
-            react(code, {{197, AgentTrigger::AnswerConnected}, {229, AgentTrigger::AnswerFailed}});
+            react(code, {{map27::Type::ReceivePositive, AgentTrigger::AnswerConnected},
+                         {map27::Type::ReceiveNegative, AgentTrigger::AnswerFailed}});
         });
     connect(
         &m_control, &Control::MessageProgress, this,
         [react](qint16 code) {
-            react(code, {{208, AgentTrigger::MessageSending},
-                         {192, AgentTrigger::MessageDelivered},
-                         {224, AgentTrigger::MessageFailed}});
+            react(code, {{map27::Type::MessageQueued, AgentTrigger::MessageSending},
+                         {map27::Type::MessagePositive, AgentTrigger::MessageDelivered},
+                         {map27::Type::MessageNegative, AgentTrigger::MessageFailed}});
         });
     connect(&m_control, &Control::TransactionCleared, this, [this] { React(AgentTrigger::Cleared); });
 }
 
+void RadioAgent::ConnectViews()
+{
+    connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
+    connect(
+        &m_numbering, &SessionNumbering::CallsignChanged, this,
+        [this] {
+            if (m_views.talkgroups)
+                m_views.talkgroups->ReloadDynamicGroups({});
+        });
+    connect(&m_addressBook, &AddressBook::DutyChanged, this, [this] {
+        if (m_views.individuals)
+            m_views.individuals->ReloadInds();
+    });
+}
+
 void RadioAgent::OnStatusReceived(qint16 prefix, qint16 ident, qint16 status)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
     const Party sender = Resolve(prefix, ident);
-    const QDateTime time = m_services.clock.Now();
-    Append(time, EventType::Status, QString::number(status), sender.callsign, m_myCallsign);
-    Show(time, EventType::Status, m_services.statusTexts.StatusInText(status), sender.callsign, m_myCallsign);
-    UpdateDuty(sender.callsign, status);
+    const LogEntry entry{m_services.clock.Now(), EventType::Status, QString::number(status), sender.callsign,
+                         m_numbering.MyCallsign()};
+    m_recorder.Store(entry);
+    m_recorder.Show(entry, m_services.statusTexts.StatusInText(status));
+    m_addressBook.FollowStatus(sender.callsign, status);
     Notify();
 }
 
 void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
     const Party sender = Resolve(prefix, ident);
-    const QDateTime time = m_services.clock.Now();
+    const LogEntry entry{m_services.clock.Now(), EventType::Text, text, sender.callsign,
+                         m_numbering.MyCallsign()};
     if (m_views.scada)
-        PassScadaReport(text, {sender.dial, sender.callsign, time}, *m_views.scada);
-    Append(time, EventType::Text, text, sender.callsign, m_myCallsign);
-    Show(time, EventType::Text, text, sender.callsign, m_myCallsign);
+        PassScadaReport(text, {sender.dial, sender.callsign, entry.time}, *m_views.scada);
+    m_recorder.Store(entry);
+    m_recorder.Show(entry, text);
     Notify();
 }
 
 void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
     const Party caller = Resolve(prefix, ident);
     const QDateTime time = m_services.clock.Now();
-    const bool emergency = callCode == EmergencyCallCode;
+    const bool emergency = callCode == map27::Type::EmergencyCall;
     const QString caption = IncomingCaption(emergency, prefix, ident);
 
     // The new call takes over: what was still to be confirmed never will be.
-    m_executive->Outgoing().MessagePending = false;
+    m_transaction.outgoing.MessagePending = false;
     EndRinging();
 
     m_window.InCallPrepare(caption, caller.callsign, emergency);
     if ((flags & RingFlag) != 0) {
-        m_executive->SetTransactionKind(TransactionKind::CallRinging);
+        m_transaction.MoveTo(TransactionKind::CallRinging);
         m_ringing = Ringing{caller.callsign, time};
     } else {
-        m_executive->SetTransactionKind(TransactionKind::CallConnected);
+        m_transaction.MoveTo(TransactionKind::CallConnected);
         m_window.SetMainButton(RadioText::Hungup);
         m_window.AppendLog(Text(RadioText::ConnectedTalk));
     }
@@ -138,13 +156,33 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
         Notify();
     }
     CancelRegroup();
-    Append(time, EventType::Call, caption, caller.callsign, m_myCallsign);
-    Show(time, EventType::Call, caption, caller.callsign, m_myCallsign);
+    const LogEntry entry{time, EventType::Call, caption, caller.callsign, m_numbering.MyCallsign()};
+    m_recorder.Store(entry);
+    m_recorder.Show(entry, caption);
+}
+
+void RadioAgent::OnNumberingReceived()
+{
+    if (!IsConnected())
+        return;
+    const RadioNumbering reported{.prefix = m_control.RadioPrefix(),
+                                  .ident = m_control.RadioIdent(),
+                                  .unitBaseIdent = m_control.UnitBaseIdent(),
+                                  .unitMaxIdent = m_control.UnitMaxIdent(),
+                                  .groupBaseIdent = m_control.GroupBaseIdent(),
+                                  .groupMaxIdent = m_control.GroupMaxIdent(),
+                                  .unitDigits = m_control.UnitTwoDigit() ? 2 : 3,
+                                  .groupDigits = m_control.GroupTwoDigit() ? 2 : 3};
+    m_numbering.SetReported(reported);
+    if (m_views.numbering)
+        m_views.numbering->DisplayDiags(reported);
+    m_numbering.TakeOwnNumber();
+    ShowAnswer(Text(RadioText::Ready));
 }
 
 void RadioAgent::OnOperatingCondition(int inContact, int fieldStrength)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
     if (m_views.status)
         m_views.status->ShowOperatingConditions(inContact != 0, fieldStrength);
@@ -153,7 +191,7 @@ void RadioAgent::OnOperatingCondition(int inContact, int fieldStrength)
 
 void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
     const QString identity = QString::number(static_cast<quint16>(systemIdentity), 16)
                                  .toUpper()
@@ -164,9 +202,9 @@ void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
 
 void RadioAgent::React(AgentTrigger trigger)
 {
-    if (!m_executive)
+    if (!IsConnected())
         return;
-    const AgentReaction* reaction = FindReaction(m_executive->TransactionKind(), trigger);
+    const AgentReaction* reaction = FindReaction(m_transaction.Kind(), trigger);
     if (!reaction)
         return;
     FollowRinging(trigger);
@@ -180,7 +218,7 @@ void RadioAgent::React(AgentTrigger trigger)
         m_window.AppendLog(Text(reaction->logText));
     if (reaction->buttonText != 0)
         m_window.SetMainButton(reaction->buttonText);
-    m_executive->SetTransactionKind(reaction->next);
+    m_transaction.MoveTo(reaction->next);
     if (reaction->showFirst) {
         m_window.PaintNow();
         Record(*reaction);
@@ -200,7 +238,7 @@ void RadioAgent::Record(const AgentReaction& reaction)
     if (reaction.writeRecord)
         WriteOutgoingRecord();
     if (reaction.forgetMessage)
-        m_executive->Outgoing().MessagePending = false;
+        m_transaction.outgoing.MessagePending = false;
 }
 
 // Pressing Answer is not enough: the call may be over before it is connected.
@@ -249,7 +287,7 @@ bool RadioAgent::Request(const AgentReaction& reaction)
 
 void RadioAgent::SetTransmit(bool on)
 {
-    const bool connected = m_executive && m_executive->TransactionKind() == TransactionKind::CallConnected;
+    const bool connected = IsConnected() && m_transaction.Kind() == TransactionKind::CallConnected;
     if (on == m_transmitting || (on && !connected))
         return;
     try {
@@ -265,14 +303,15 @@ void RadioAgent::SetTransmit(bool on)
 
 void RadioAgent::WriteOutgoingRecord()
 {
-    OutgoingMessage& message = m_executive->Outgoing();
+    OutgoingMessage& message = m_transaction.outgoing;
     if (!message.MessagePending)
         return;
-    const QDateTime time = m_services.clock.Now();
-    Append(time, message.LastSentKind, message.LastMessageText, m_myCallsign, message.LastDestination);
+    const LogEntry entry{m_services.clock.Now(), message.LastSentKind, message.LastMessageText,
+                         m_numbering.MyCallsign(), message.LastDestination};
+    m_recorder.Store(entry);
     if (message.LastSentKind == EventType::Status)
         message.LastMessageText = m_services.statusTexts.StatusOutText(message.LastMessageText.toInt());
-    Show(time, message.LastSentKind, message.LastMessageText, m_myCallsign, message.LastDestination);
+    m_recorder.Show(entry, message.LastMessageText);
 }
 
 void RadioAgent::StoreRegroup()
@@ -305,42 +344,6 @@ void RadioAgent::CancelRegroup()
     m_views.talkgroups->CancelUngroup();
 }
 
-void RadioAgent::ReloadIndividuals()
-{
-    if (m_views.individuals)
-        m_views.individuals->ReloadInds();
-}
-
-void RadioAgent::UpdateDuty(const QString& callsign, int status)
-{
-    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_onduty"), QStringLiteral("1")),
-                    status))
-        m_executive->UpdateDutyStatus(callsign, true);
-    if (MeansStatus(RegistryGet(m_services.session, QStringLiteral("radio_offduty"), QStringLiteral("2")),
-                    status))
-        m_executive->UpdateDutyStatus(callsign, false);
-}
-
-void RadioAgent::Append(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                        const QString& to)
-{
-    try {
-        m_services.eventLog.AppendLogRecord(time, type, desc, from, to);
-        m_recordsFailing = false;
-    } catch (const std::exception& failure) {
-        if (!m_recordsFailing)
-            m_boxes.ShowWarning(DescribeError(failure, m_services.strings));
-        m_recordsFailing = true;
-    }
-}
-
-void RadioAgent::Show(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                      const QString& to)
-{
-    if (m_views.log)
-        m_views.log->LogShowNewLine(time, type, desc, from, to);
-}
-
 void RadioAgent::Notify()
 {
     bool notify = true;
@@ -353,6 +356,14 @@ void RadioAgent::Notify()
         m_services.beeper.InformationBeep();
 }
 
+void RadioAgent::ShowOwnNumber(const QString& callsign, const QString& address)
+{
+    if (!m_views.status)
+        return;
+    const bool known = callsign != address;
+    m_views.status->ShowOwnAddress(known ? callsign + QStringLiteral("  ") : QStringLiteral("---"), address);
+}
+
 void RadioAgent::ShowAnswer(const QString& text)
 {
     if (m_views.status)
@@ -361,18 +372,8 @@ void RadioAgent::ShowAnswer(const QString& text)
 
 RadioAgent::Party RadioAgent::Resolve(int prefix, int ident) const
 {
-    QString dial;
-    try {
-        if (m_addressing)
-            dial = QString::fromStdString(m_addressing->AddressToDial({.prefix = prefix, .ident = ident}));
-    } catch (const std::exception&) {
-        dial.clear();
-    }
-    if (dial.isEmpty()) {
-        dial =
-            QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
-    }
-    return {dial, m_executive->LookupCallsign(dial)};
+    const QString dial = m_numbering.DialOf(prefix, ident);
+    return {dial, m_addressBook.LookupCallsign(dial)};
 }
 
 QString RadioAgent::IncomingCaption(bool emergency, int prefix, int ident) const

@@ -1,41 +1,36 @@
 #pragma once
 
-#include "addressing/RadioNumbering.h"
 #include "radio/agent/AgentRules.h"
+#include "radio/agent/EventRecorder.h"
 #include "radio/agent/RadioBoxes.h"
-#include "radio/facade/Map27Executive.h"
+#include "radio/agent/Views.h"
+#include "radio/base/RadioServices.h"
+#include "radio/base/SessionNumbering.h"
 
 #include <QDateTime>
 #include <QObject>
-#include <QStringList>
 #include <memory>
 #include <optional>
 
-class MptAddressing;
+class Map27Control;
 struct IAgentWindow;
 
 // Receives every event of the radio control and every button of the call dialogue, and decides the outcome of
-// each transaction by the table of AgentRules: advances the facade's transaction kind, writes log records and
+// each transaction by the table of AgentRules: moves the transaction on, writes log records and
 // calls back into the views.
 class RadioAgent : public QObject {
     Q_OBJECT
 
 public:
-    RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window);
+    // All must outlive it.
+    RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window,
+               Transaction& transaction, AddressBook& addressBook);
     ~RadioAgent() override;
 
-    // The facade whose transaction is driven; null makes the agent deaf (not connected).
-    void SetExec(Map27Executive* executive) { m_executive = executive; }
     void SetViews(const RadioViews& views) { m_views = views; }
 
-    // Null while not connected.
-    MptAddressing* Addressing() const { return m_addressing.get(); }
-    void SetAddressing(std::unique_ptr<MptAddressing> addressing);
-    // Its configuration has been read anew: the own address is converted again.
-    void ConfigurationChanged();
-
-    const QString& MyAddress() const { return m_myAddress; }
-    const QString& MyCallsign() const { return m_myCallsign; }
+    // While no numbering is set, nobody is logged on and the agent is deaf to the radio.
+    SessionNumbering& Numbering() { return m_numbering; }
 
     // Buttons of the dialogue.
     void PressMainButton() { React(AgentTrigger::MainButton); }
@@ -47,14 +42,11 @@ public:
     void CancelRegroup();
     // The call that rings ends without an answer, if there is one.
     void EndRinging();
-    void ReloadIndividuals();
 
 Q_SIGNALS:
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
     // A call has rung since that time and was neither answered nor refused.
     void CallMissed(const QString& party, const QDateTime& since);
-    // What is doubtful about configuration and reported numbering has changed; empty when all is well.
-    void NumberingDoubted(const QStringList& doubts);
 
 private:
     struct Party {
@@ -67,6 +59,8 @@ private:
     };
 
     void ConnectEvents();
+    void ConnectViews();
+    bool IsConnected() const { return m_numbering.IsSet(); }
     void OnStatusReceived(qint16 prefix, qint16 ident, qint16 status);
     void OnTextReceived(const QString& text, qint16 prefix, qint16 ident);
     void OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
@@ -74,10 +68,7 @@ private:
     void OnOperatingCondition(int inContact, int fieldStrength);
     void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
 
-    void PassNumberingOn();
-    void TakeOwnNumber();
-    void TakeOwnCallsign();
-    void TellDoubts(const QStringList& doubts);
+    void ShowOwnNumber(const QString& callsign, const QString& address);
 
     void React(AgentTrigger trigger);
     void Record(const AgentReaction& reaction);
@@ -85,11 +76,6 @@ private:
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
     void StoreRegroup();
-    void UpdateDuty(const QString& callsign, int status);
-    void Append(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                const QString& to);
-    void Show(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-              const QString& to);
     void Notify();
     void ShowAnswer(const QString& text);
     Party Resolve(int prefix, int ident) const;
@@ -99,15 +85,12 @@ private:
     RadioServices m_services;
     Map27Control& m_control;
     IAgentWindow& m_window;
-    Map27Executive* m_executive = nullptr;
+    Transaction& m_transaction;
+    AddressBook& m_addressBook;
+    SessionNumbering m_numbering;
     RadioViews m_views;
     RadioBoxes m_boxes;
-    std::unique_ptr<MptAddressing> m_addressing;
-    std::optional<RadioNumbering> m_numbering; // as the radio reported it since the logon
-    QStringList m_doubts;
-    QString m_myAddress;
-    QString m_myCallsign;
+    EventRecorder m_recorder;
     bool m_transmitting = false;      // the radio has been told so
     std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
-    bool m_recordsFailing = false;    // the warning for records that cannot be written has been shown
 };

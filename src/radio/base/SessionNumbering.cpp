@@ -1,98 +1,153 @@
-// What the radio reports of its own numbering: own address and callsign, and whether it fits the
-// configuration.
-
-#include "radio/agent/RadioAgent.h"
+#include "radio/base/SessionNumbering.h"
 
 #include "addressing/MptAddressing.h"
+#include "addressing/TextIds.h"
 #include "core/base/ProgramLog.h"
 #include "core/texts/Errors.h"
+#include "radio/base/AddressBook.h"
 #include "radio/base/AddressingText.h"
 #include "radio/base/TextIds.h"
-#include "radio/line/Map27Control.h"
 
-void RadioAgent::SetAddressing(std::unique_ptr<MptAddressing> addressing)
+namespace {
+
+constexpr int NotConfigured = static_cast<int>(AddressingCode::NumberingNotConfigured);
+
+} // namespace
+
+SessionNumbering::SessionNumbering(AddressBook& addressBook, const IStringSource& strings)
+    : m_addressBook(addressBook),
+      m_strings(strings)
+{
+}
+
+SessionNumbering::~SessionNumbering() = default;
+
+void SessionNumbering::SetAddressing(std::unique_ptr<MptAddressing> addressing)
 {
     m_addressing = std::move(addressing);
-    m_numbering.reset();
+    m_reported.reset();
     TellDoubts({});
 }
 
-void RadioAgent::OnNumberingReceived()
+MptAddressing& SessionNumbering::Addressing() const
 {
-    if (!m_executive)
-        return;
-    m_numbering = RadioNumbering{.prefix = m_control.RadioPrefix(),
-                                 .ident = m_control.RadioIdent(),
-                                 .unitBaseIdent = m_control.UnitBaseIdent(),
-                                 .unitMaxIdent = m_control.UnitMaxIdent(),
-                                 .groupBaseIdent = m_control.GroupBaseIdent(),
-                                 .groupMaxIdent = m_control.GroupMaxIdent(),
-                                 .unitDigits = m_control.UnitTwoDigit() ? 2 : 3,
-                                 .groupDigits = m_control.GroupTwoDigit() ? 2 : 3};
-    PassNumberingOn();
-    if (m_views.numbering)
-        m_views.numbering->DisplayDiags(*m_numbering);
-    TakeOwnNumber();
-    ShowAnswer(Text(RadioText::Ready));
+    if (!m_addressing)
+        RaiseCatalogueError(m_strings, RadioText::NotConnected);
+    return *m_addressing;
 }
 
-void RadioAgent::ConfigurationChanged()
+void SessionNumbering::ReadConfiguration(IMpt1343FleetConfigSource& fleets, IActionetConfigSource& parameters)
 {
-    if (!m_executive || !m_numbering)
+    try {
+        Configure(fleets, parameters);
+    } catch (...) {
+        TakeConfiguration(); // the old one is dropped
+        throw;
+    }
+    TakeConfiguration();
+}
+
+void SessionNumbering::Configure(IMpt1343FleetConfigSource& fleets, IActionetConfigSource& parameters)
+{
+    try {
+        Addressing().SetConfigSource(fleets, parameters);
+    } catch (const AddressingError& failure) {
+        // Parameters that cannot be used are as good as none: whoever may set them has to get in.
+        ProgramLog::Write(AddressingFailure(failure, m_strings).Description());
+        RaiseCatalogueError(m_strings, NotConfigured);
+    } catch (const Error& failure) {
+        const quint32 code = failure.Code();
+        if (code == ErrorCode::First + RadioText::AnnNotConfigured ||
+            code == ErrorCode::First + RadioText::FleetPlanNotConfigured)
+            RaiseCatalogueError(m_strings, NotConfigured);
+        throw;
+    }
+}
+
+void SessionNumbering::TakeConfiguration()
+{
+    if (!m_addressing || !m_reported)
         return;
-    PassNumberingOn();
+    PassOn();
     TakeOwnNumber();
 }
 
-void RadioAgent::PassNumberingOn()
+void SessionNumbering::SetReported(const RadioNumbering& numbering)
+{
+    m_reported = numbering;
+    PassOn();
+}
+
+void SessionNumbering::PassOn()
 {
     if (!m_addressing)
         return;
-    m_addressing->SetRadioNumbering(*m_numbering);
+    m_addressing->SetRadioNumbering(*m_reported);
     QStringList doubts;
     for (const AddressingError& doubt : m_addressing->Warnings())
-        doubts.append(AddressingFailure(doubt, m_services.strings).Description());
+        doubts.append(AddressingFailure(doubt, m_strings).Description());
     TellDoubts(doubts);
 }
 
-void RadioAgent::TakeOwnNumber()
+void SessionNumbering::TakeOwnNumber()
 {
-    if (!m_addressing)
+    if (!m_addressing || !m_reported)
         return;
     try {
         m_myAddress = QString::fromStdString(
-            m_addressing->AddressToDial({.prefix = m_numbering->prefix, .ident = m_numbering->ident}));
+            m_addressing->AddressToDial({.prefix = m_reported->prefix, .ident = m_reported->ident}));
     } catch (const std::exception&) {
         return;
     }
     TakeOwnCallsign();
 }
 
-void RadioAgent::TakeOwnCallsign()
+void SessionNumbering::TakeOwnCallsign()
 {
-    const QString callsign = m_executive->LookupCallsign(m_myAddress);
+    const QString callsign = m_addressBook.LookupCallsign(m_myAddress);
     const bool changed = callsign != m_myCallsign;
     if (changed && !m_myCallsign.isEmpty())
-        m_executive->UpdateDutyStatus(m_myCallsign, false);
+        m_addressBook.UpdateDutyStatus(m_myCallsign, false);
     m_myCallsign = callsign;
-    if (m_myAddress != m_myCallsign) {
-        if (m_views.status)
-            m_views.status->ShowOwnAddress(m_myCallsign + QStringLiteral("  "), m_myAddress);
-        m_executive->UpdateDutyStatus(m_myCallsign, true);
-    } else if (m_views.status) {
-        m_views.status->ShowOwnAddress(QStringLiteral("---"), m_myAddress);
+    Q_EMIT OwnNumberTaken(m_myCallsign, m_myAddress);
+    if (m_myAddress != m_myCallsign)
+        m_addressBook.UpdateDutyStatus(m_myCallsign, true);
+    if (changed)
+        Q_EMIT CallsignChanged();
+}
+
+QString SessionNumbering::DialOf(int prefix, int ident) const
+{
+    QString dial;
+    try {
+        if (m_addressing)
+            dial = QString::fromStdString(m_addressing->AddressToDial({.prefix = prefix, .ident = ident}));
+    } catch (const std::exception&) {
+        dial.clear();
     }
-    if (changed && m_views.talkgroups)
-        m_views.talkgroups->ReloadDynamicGroups({});
+    if (dial.isEmpty())
+        dial =
+            QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
+    return dial;
+}
+
+QString SessionNumbering::MakeFullAddress(const QString& dial) const
+{
+    try {
+        return QString::fromStdString(
+            Addressing().AddressToDial(Addressing().DialToAddress(dial.toStdString())));
+    } catch (const AddressingError& failure) {
+        throw AddressingFailure(failure, m_strings);
+    }
 }
 
 // The radio reports its numbering after every loss of the link; only what is new is told.
-void RadioAgent::TellDoubts(const QStringList& doubts)
+void SessionNumbering::TellDoubts(const QStringList& doubts)
 {
     if (doubts == m_doubts)
         return;
     m_doubts = doubts;
     for (const QString& doubt : doubts)
         ProgramLog::Write(doubt);
-    Q_EMIT NumberingDoubted(doubts);
+    Q_EMIT Doubted(doubts);
 }

@@ -1,8 +1,7 @@
 #include "radio/facade/Map27Executive.h"
 
 #include "addressing/CreateAddressing.h"
-#include "addressing/TextIds.h"
-#include "core/base/ProgramLog.h"
+#include "addressing/MptAddressing.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/Registry.h"
 #include "core/settings/Settings.h"
@@ -10,6 +9,8 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/Validation.h"
+#include "map27/codec/Messages.h"
+#include "map27/terminal/Requests.h"
 #include "radio/agent/RadioAgent.h"
 #include "radio/base/AddressingText.h"
 #include "radio/base/TextIds.h"
@@ -20,8 +21,6 @@
 namespace {
 
 constexpr int ResetPause = 500; // ms
-constexpr int PstnGateway = 1;
-constexpr int PabxGateway = 2;
 
 qint16 Prefix(const RadioAddress& address)
 {
@@ -39,7 +38,8 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     : m_services(services),
       m_control(std::move(control)),
       m_window(std::make_unique<frmMap27Agent>(services.strings, services.clock)),
-      m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window)),
+      m_addressBook(services.session, services.strings),
+      m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window, m_transaction, m_addressBook)),
       m_appName(services.strings.LoadString(RadioText::DefaultAppName))
 {
     connect(m_window.get(), &frmMap27Agent::MainButtonPressed, m_agent.get(), &RadioAgent::PressMainButton);
@@ -48,7 +48,7 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
     connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
     connect(m_agent.get(), &RadioAgent::CallMissed, this, &Map27Executive::CallMissed);
-    connect(m_agent.get(), &RadioAgent::NumberingDoubted, this, &Map27Executive::NumberingDoubted);
+    connect(&m_agent->Numbering(), &SessionNumbering::Doubted, this, &Map27Executive::NumberingDoubted);
 }
 
 Map27Executive::~Map27Executive() = default;
@@ -62,10 +62,10 @@ void Map27Executive::Connect()
 {
     const QString code =
         RegistryGet(m_services.session, QStringLiteral("subscriber_numbering"), QStringLiteral("MPT1343"));
-    m_agent->SetAddressing(CreateAddressing(code.toStdString()));
-    if (!m_agent->Addressing())
+    auto addressing = CreateAddressing(code.toStdString());
+    if (!addressing)
         RaiseCatalogueError(m_services.strings, RadioText::NoAddressConversion);
-    m_agent->SetExec(this);
+    m_agent->Numbering().SetAddressing(std::move(addressing));
     try {
         m_control->SetCommPort(DefaultPort());
         m_control->SetBaudRate(DefaultBaud());
@@ -80,72 +80,47 @@ void Map27Executive::Connect()
 
 void Map27Executive::LoadFleetData()
 {
-    try {
-        ReadConfiguration();
-    } catch (...) {
-        m_agent->ConfigurationChanged(); // the old one is dropped
-        throw;
-    }
-    m_agent->ConfigurationChanged();
-}
-
-void Map27Executive::ReadConfiguration()
-{
-    try {
-        Addressing().SetConfigSource(m_services.fleetData, m_services.fleetData);
-    } catch (const AddressingError& failure) {
-        // Parameters that cannot be used are as good as none: whoever may set them has to get in.
-        ProgramLog::Write(AddressingFailure(failure, m_services.strings).Description());
-        RaiseCatalogueError(m_services.strings, static_cast<int>(AddressingCode::NumberingNotConfigured));
-    } catch (const Error& failure) {
-        const quint32 code = failure.Code();
-        if (code == ErrorCode::First + RadioText::AnnNotConfigured ||
-            code == ErrorCode::First + RadioText::FleetPlanNotConfigured)
-            RaiseCatalogueError(m_services.strings, static_cast<int>(AddressingCode::NumberingNotConfigured));
-        throw;
-    }
+    m_agent->Numbering().ReadConfiguration(m_services.fleetData, m_services.fleetData);
 }
 
 void Map27Executive::Disconnect()
 {
     // A call would go on at the radio, perhaps with the transmitter keyed.
-    if (m_kind != TransactionKind::None) {
+    if (m_transaction.IsOpen()) {
         m_control->CancelTransaction();
         m_control->ClearCall();
     }
     m_agent->CancelRegroup();
     m_agent->EndRinging();
-    m_agent->SetExec(nullptr);
-    m_agent->SetAddressing(nullptr);
+    m_agent->Numbering().SetAddressing(nullptr);
     m_control->CloseLink();
-    m_kind = TransactionKind::None;
-    m_outgoing.MessagePending = false;
+    m_transaction.Drop();
     m_window->HideAgent();
 }
 
 QString Map27Executive::CurrentNumbering() const
 {
-    return QString::fromStdString(Addressing().NumberingCode());
+    return QString::fromStdString(m_agent->Numbering().Addressing().NumberingCode());
 }
 
 QString Map27Executive::CurrentNumberingName() const
 {
-    return Text(Addressing().NumberingNameTextId());
+    return Text(m_agent->Numbering().Addressing().NumberingNameTextId());
 }
 
 void Map27Executive::AskOperatingCondition()
 {
-    m_control->RequestRadioInfo(3);
+    m_control->RequestRadioInfo(static_cast<qint16>(map27::RadioInfo::OperatingCondition));
 }
 
 void Map27Executive::AskNumbering()
 {
-    m_control->RequestRadioInfo(1);
+    m_control->RequestRadioInfo(static_cast<qint16>(map27::RadioInfo::Numbering));
 }
 
 void Map27Executive::AskNetworkInfo()
 {
-    m_control->RequestRadioInfo(4);
+    m_control->RequestRadioInfo(static_cast<qint16>(map27::RadioInfo::Network));
 }
 
 void Map27Executive::TellFailure(const std::exception& failure)
@@ -179,20 +154,20 @@ void Map27Executive::SetDefaultBaud(int baud)
 
 QString Map27Executive::MyAddress() const
 {
-    return m_agent->MyAddress();
+    return m_agent->Numbering().MyAddress();
 }
 
 QString Map27Executive::MyCallsign() const
 {
-    return m_agent->MyCallsign();
+    return m_agent->Numbering().MyCallsign();
 }
 
 bool Map27Executive::SendRegroup(const QString& member, int pos, const QString& group)
 {
     if (IsBusy(RadioText::NotReadyForRegrouping))
         return false;
-    const QString memberDial = LookupIdent(member);
-    const QString groupDial = LookupIdent(group);
+    const QString memberDial = m_addressBook.LookupIdent(member);
+    const QString groupDial = m_addressBook.LookupIdent(group);
     PrepareMessaging(memberDial, RadioText::SendingRegroup);
     RadioAddress memberAddress;
     RadioAddress groupAddress;
@@ -210,7 +185,7 @@ void Map27Executive::SendGroupName(const QString& target, int pos, const QString
 {
     if (IsBusy(RadioText::NotReadyForRegrouping))
         return;
-    const QString dial = LookupIdent(target);
+    const QString dial = m_addressBook.LookupIdent(target);
     PrepareMessaging(dial, RadioText::SendingGroupName);
     RadioAddress address;
     if (!ToAddress(dial, address) || address.kind != AddressKind::Radio)
@@ -249,15 +224,15 @@ void Map27Executive::SendText(const QString& address, const QString& text, bool 
 
 void Map27Executive::StartCall(const QString& address, bool emergency, bool priority, bool dialog)
 {
-    if (m_kind != TransactionKind::None) {
+    if (m_transaction.IsOpen()) {
         if (m_window->IsShown())
             m_window->ShowAgent();
         else
             m_services.prompt.ShowWarning(Text(RadioText::NotReadyForCall));
         return;
     }
-    m_outgoing.LastDestination = address;
-    const QString dial = LookupIdent(address);
+    m_transaction.outgoing.LastDestination = address;
+    const QString dial = m_addressBook.LookupIdent(address);
     m_window->CallOutPrepare(Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall),
                              dial);
     RadioAddress to;
@@ -270,19 +245,20 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
     int description = RadioText::Voice;
     if (to.kind == AddressKind::Gateway)
         description = pstn ? RadioText::PstnCall : RadioText::PabxCall;
-    m_outgoing.MessagePending = true;
-    m_outgoing.LastSentKind = EventType::Call;
-    m_outgoing.LastMessageText = Text(description);
+    m_transaction.outgoing.MessagePending = true;
+    m_transaction.outgoing.LastSentKind = EventType::Call;
+    m_transaction.outgoing.LastMessageText = Text(description);
     if (emergency) {
-        m_outgoing.LastMessageText =
-            FormatMessage(m_services.strings, RadioText::EmergencyOut, {m_outgoing.LastMessageText});
+        m_transaction.outgoing.LastMessageText = FormatMessage(m_services.strings, RadioText::EmergencyOut,
+                                                               {m_transaction.outgoing.LastMessageText});
     }
     Start(TransactionKind::CallSetUp, [&] {
         if (to.kind == AddressKind::Radio)
             m_control->MakeCall(Prefix(to), Ident(to), emergency, priority, dialog);
         else
-            m_control->MakeGatewayCall(pstn ? PstnGateway : PabxGateway, QString::fromStdString(to.digits),
-                                       emergency, priority, dialog);
+            m_control->MakeGatewayCall(
+                static_cast<qint32>(pstn ? map27::Gateway::Pstn : map27::Gateway::Pabx),
+                QString::fromStdString(to.digits), emergency, priority, dialog);
     });
 }
 
@@ -293,9 +269,24 @@ void Map27Executive::ResetTran()
     m_control->CancelTransaction();
     m_control->ResetLink(ResetPause);
     m_control->ClearCall();
-    m_kind = TransactionKind::None;
-    m_outgoing.MessagePending = false;
+    m_transaction.Drop();
     m_window->HideAgent();
+}
+
+QStringList Map27Executive::ParseAddressLine(const QString& line)
+{
+    QStringList addresses;
+    for (const QString& piece : line.split(QLatin1Char(';'))) {
+        const QString address = piece.trimmed();
+        if (!address.isEmpty())
+            addresses.append(address);
+    }
+    return addresses;
+}
+
+QString Map27Executive::MakeFullAddress(const QString& dial) const
+{
+    return m_agent->Numbering().MakeFullAddress(dial);
 }
 
 LinkStatus Map27Executive::Link() const
@@ -310,7 +301,7 @@ QWidget& Map27Executive::AgentWindow()
 
 bool Map27Executive::IsBusy(int notReadyText)
 {
-    if (m_kind == TransactionKind::None)
+    if (!m_transaction.IsOpen())
         return false;
     m_services.prompt.ShowWarning(Text(notReadyText));
     return true;
@@ -319,7 +310,7 @@ bool Map27Executive::IsBusy(int notReadyText)
 bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
 {
     try {
-        address = Addressing().DialToAddress(dial.toStdString());
+        address = m_agent->Numbering().Addressing().DialToAddress(dial.toStdString());
         return true;
     } catch (const AddressingError& failure) {
         // A callsign that is still a callsign after the lookup is not in the directory.
@@ -342,40 +333,32 @@ void Map27Executive::StartMessage(const QString& address, EventType kind, const 
                                   enum TransactionKind transaction, int captionText,
                                   const std::function<void(const RadioAddress&)>& operation)
 {
-    m_outgoing.LastSentKind = kind;
-    m_outgoing.LastMessageText = text;
-    m_outgoing.LastDestination = address;
-    const QString dial = LookupIdent(address);
+    m_transaction.outgoing.LastSentKind = kind;
+    m_transaction.outgoing.LastMessageText = text;
+    m_transaction.outgoing.LastDestination = address;
+    const QString dial = m_addressBook.LookupIdent(address);
     PrepareMessaging(dial, captionText);
     RadioAddress to;
     if (!ToAddress(dial, to) || to.kind != AddressKind::Radio)
         return;
-    m_outgoing.MessagePending = true;
+    m_transaction.outgoing.MessagePending = true;
     Start(transaction, [&] { operation(to); });
 }
 
 bool Map27Executive::Start(enum TransactionKind kind, const std::function<void()>& operation)
 {
     // Set first: an outcome may arrive before the operation returns.
-    m_kind = kind;
-    ++m_lastTransaction;
+    m_transaction.Begin(kind);
     try {
         operation();
     } catch (const std::exception& failure) {
-        m_kind = TransactionKind::None;
+        m_transaction.MoveTo(TransactionKind::None);
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
         return false;
     }
-    if (m_kind != TransactionKind::None)
+    if (m_transaction.IsOpen())
         m_window->ShowAgent();
     return true;
-}
-
-MptAddressing& Map27Executive::Addressing() const
-{
-    if (!m_agent->Addressing())
-        throw Error(ErrorCode::First + RadioText::NotConnected, Text(RadioText::NotConnected));
-    return *m_agent->Addressing();
 }
 
 QString Map27Executive::Text(int id) const

@@ -2,49 +2,20 @@
 
 #include "core/settings/SerialDefaults.h"
 #include "radio/agent/Views.h"
+#include "radio/base/AddressBook.h"
 #include "radio/base/LinkStatus.h"
-#include "radio/base/TransactionKind.h"
+#include "radio/base/RadioServices.h"
+#include "radio/base/Transaction.h"
 
 #include <QObject>
 #include <QStringList>
 #include <functional>
 #include <memory>
 
-class EventLog;
-class FleetDataSource;
 class frmMap27Agent;
 class Map27Control;
-class MptAddressing;
 class RadioAgent;
-class Settings;
-class StatusTexts;
-struct Clock;
-struct IBeeper;
-struct IDbSession;
-struct IPrompt;
-struct IStringSource;
 struct RadioAddress;
-
-// What the radio link works with; all must outlive the facade.
-struct RadioServices {
-    const IStringSource& strings;
-    IPrompt& prompt;
-    Settings& settings;
-    IDbSession& session;
-    FleetDataSource& fleetData;
-    StatusTexts& statusTexts;
-    EventLog& eventLog;
-    Clock& clock;
-    IBeeper& beeper;
-};
-
-// The outgoing message or call whose log record is still to be written when the radio confirms it.
-struct OutgoingMessage {
-    bool MessagePending = false;
-    EventType LastSentKind = EventType::Status;
-    QString LastDestination; // as the caller gave it, before lookup
-    QString LastMessageText; // status code, text, or description of the call
-};
 
 // The one object through which every window uses the radio. It starts one transaction at a time; the outcome
 // arrives at the radio agent. Send operations show their own messages and never raise.
@@ -57,13 +28,12 @@ public:
 
     void SetViews(const RadioViews& views);
 
-    enum TransactionKind TransactionKind() const { return m_kind; }
+    enum TransactionKind TransactionKind() const { return m_transaction.Kind(); }
     // Number of the transaction that a send operation started last, so that whoever started one knows whether
     // an outcome is its own.
-    unsigned LastTransaction() const { return m_lastTransaction; }
-    void SetTransactionKind(enum TransactionKind kind) { m_kind = kind; }
+    unsigned LastTransaction() const { return m_transaction.Number(); }
+    const OutgoingMessage& Outgoing() const { return m_transaction.outgoing; }
     class Map27Control& Map27Control() { return *m_control; }
-    OutgoingMessage& Outgoing() { return m_outgoing; }
 
     // Raise Error. Connect that fails for anything but a missing numbering
     // (ErrorCode::NumberingNotConfigured) has closed the link again. What LoadFleetData reads holds for the
@@ -91,7 +61,7 @@ public:
     int DefaultBaud() const override;
     void SetDefaultBaud(int baud) override;
 
-    // Dial text and callsign of the own radio; empty until it has reported its numbering.
+    // Dial text and callsign of our radio; empty until it has reported its numbering.
     QString MyAddress() const;
     QString MyCallsign() const;
 
@@ -106,10 +76,13 @@ public:
     // The addresses of a line, separated by ";"; empty when it holds none.
     static QStringList ParseAddressLine(const QString& line);
     QString MakeFullAddress(const QString& dial) const; // raises Error
-    QString LookupCallsign(const QString& dial) const;
-    QString LookupIdent(const QString& text) const;
-    // False when it should be stored and could not be.
-    bool UpdateDutyStatus(const QString& callsign, bool onDuty);
+    // As in AddressBook.
+    QString LookupCallsign(const QString& dial) const { return m_addressBook.LookupCallsign(dial); }
+    QString LookupIdent(const QString& text) const { return m_addressBook.LookupIdent(text); }
+    bool UpdateDutyStatus(const QString& callsign, bool onDuty)
+    {
+        return m_addressBook.UpdateDutyStatus(callsign, onDuty);
+    }
 
     LinkStatus Link() const;
     QWidget& AgentWindow();
@@ -125,7 +98,6 @@ Q_SIGNALS:
     void NumberingDoubted(const QStringList& doubts);
 
 private:
-    void ReadConfiguration();
     bool IsBusy(int notReadyText);
     bool ToAddress(const QString& dial, RadioAddress& address);
     void PrepareMessaging(const QString& party, int captionText);
@@ -133,15 +105,13 @@ private:
     void StartMessage(const QString& address, EventType kind, const QString& text,
                       enum TransactionKind transaction, int captionText,
                       const std::function<void(const RadioAddress&)>& operation);
-    MptAddressing& Addressing() const;
     QString Text(int id) const;
 
     RadioServices m_services;
     std::unique_ptr<class Map27Control> m_control;
     std::unique_ptr<frmMap27Agent> m_window;
+    Transaction m_transaction;
+    AddressBook m_addressBook;
     std::unique_ptr<RadioAgent> m_agent;
-    enum TransactionKind m_kind = TransactionKind::None;
-    unsigned m_lastTransaction = 0;
-    OutgoingMessage m_outgoing;
     QString m_appName;
 };

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "core/eventlog/EventLog.h"
+
+#include <QString>
+#include <QtGlobal>
+
+// What the radio is busy with for us. Values 2 and 7 are never used.
+enum class TransactionKind : qint16 {
+    None = 0,
+    CallSetUp = 1,
+    CallConnected = 3,
+    CallRinging = 4,
+    Status = 5,
+    Text = 6,
+    Regroup = 8,
+    GroupName = 9,
+};
+
+// The outgoing message or call whose log record is still to be written when the radio confirms it.
+struct OutgoingMessage {
+    bool MessagePending = false;
+    EventType LastSentKind = EventType::Status;
+    QString LastDestination; // as the caller gave it, before lookup
+    QString LastMessageText; // status code, text, or description of the call
+};
+
+// The one radio transaction in progress. The facade begins it, the agent moves it on and ends it.
+class Transaction {
+public:
+    TransactionKind Kind() const { return m_kind; }
+    bool IsOpen() const { return m_kind != TransactionKind::None; }
+    // Of the one that was begun last.
+    unsigned Number() const { return m_number; }
+
+    void Begin(TransactionKind kind)
+    {
+        m_kind = kind;
+        ++m_number;
+    }
+    // The same transaction in its next state; or one that the radio began, which has no number.
+    void MoveTo(TransactionKind kind) { m_kind = kind; }
+    // Whatever it was, nothing is pending any more.
+    void Drop()
+    {
+        m_kind = TransactionKind::None;
+        outgoing.MessagePending = false;
+    }
+
+    OutgoingMessage outgoing;
+
+private:
+    TransactionKind m_kind = TransactionKind::None;
+    unsigned m_number = 0;
+};
