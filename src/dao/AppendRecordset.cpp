@@ -1,6 +1,7 @@
 #include "dao/AppendRecordset.h"
 #include "dao/Engine.h"
 #include "dao/Error.h"
+#include "dao/Names.h"
 
 namespace dao {
 

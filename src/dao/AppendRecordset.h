@@ -1,12 +1,12 @@
 #pragma once
 
 #include "dao/EditBuffer.h"
-#include "dao/RecordsetBase.h"
+#include "dao/Recordset.h"
 
 namespace dao {
 
 // A table opened for appending: no statement of it ever reads a record.
-class AppendRecordset : public RecordsetBase {
+class AppendRecordset : public Recordset {
 public:
     AppendRecordset(std::shared_ptr<Engine> engine, std::shared_ptr<const TableShape> table);
 

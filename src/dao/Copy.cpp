@@ -1,6 +1,7 @@
 #include "dao/Copy.h"
 #include "dao/Engine.h"
 #include "dao/Error.h"
+#include "dao/Names.h"
 #include "dao/Passwords.h"
 #include "dao/TableShape.h"
 #include "dao/TextMatch.h"

@@ -2,37 +2,52 @@
 
 #include "dao/QueryDef.h"
 #include "dao/Recordset.h"
+#include <QHash>
 #include <QString>
 #include <memory>
 
 namespace dao {
 
-// An open database; owned by its Workspace. Statements are prepared once per recordset shape and stored query
-// and kept.
+class Engine;
+class TableShape;
+
+// An open database, on any engine; owned by its Workspace. Statements are prepared once per recordset shape
+// and stored query and kept.
 class Database {
 public:
-    Database() = default;
+    explicit Database(std::shared_ptr<Engine> engine);
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
-    virtual ~Database() = default;
 
-    virtual int SchemaVersion() const = 0;
+    int SchemaVersion() const { return m_schemaVersion; }
     // The same for all consoles that share this database, and for no other database.
-    virtual QString Id() const = 0;
+    QString Id() const { return m_id; }
 
     // A table with its indexes. With `appendOnly` records can be added and nothing else, and none is read.
-    virtual std::unique_ptr<Recordset> OpenTable(const QString& name, bool appendOnly = false) = 0;
+    std::unique_ptr<Recordset> OpenTable(const QString& name, bool appendOnly = false);
 
     // A stored query (without parameters), a table by its name, or a select statement. Snapshots are
     // forward-only.
-    virtual std::unique_ptr<Recordset> OpenSnapshot(const QString& queryNameOrSql) = 0;
-    virtual std::unique_ptr<Recordset> OpenDynaset(const QString& queryNameOrSql) = 0;
+    std::unique_ptr<Recordset> OpenSnapshot(const QString& queryNameOrSql);
+    std::unique_ptr<Recordset> OpenDynaset(const QString& queryNameOrSql);
 
     // A stored query by name, ignoring case. Kind::NoSuchQuery when there is none.
-    virtual std::unique_ptr<dao::QueryDef> QueryDef(const QString& name) = 0;
+    std::unique_ptr<dao::QueryDef> QueryDef(const QString& name);
 
     // Defined size of a text field in characters; 0 for one without a limit and for a field that is not text.
-    virtual int FieldSize(const QString& table, const QString& field) = 0;
+    int FieldSize(const QString& table, const QString& field);
+
+private:
+    QString Info(const QString& name);
+    std::shared_ptr<const TableShape> Table(const QString& name);
+    std::shared_ptr<const StoredQuery> Query(const QString& name); // empty when there is none
+    std::unique_ptr<Recordset> OpenQueryDynaset(const StoredQuery& query);
+
+    std::shared_ptr<Engine> m_engine;
+    int m_schemaVersion;
+    QString m_id;
+    QHash<QString, std::shared_ptr<const TableShape>> m_tables;   // by lower-case name
+    QHash<QString, std::shared_ptr<const StoredQuery>> m_queries; // by lower-case name
 };
 
 } // namespace dao

@@ -1,6 +1,7 @@
 #include "dao/EditBuffer.h"
 #include "dao/Engine.h"
 #include "dao/Error.h"
+#include "dao/Names.h"
 #include <QDateTime>
 
 namespace dao {

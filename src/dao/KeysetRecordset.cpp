@@ -2,6 +2,7 @@
 #include "dao/Criterion.h"
 #include "dao/Engine.h"
 #include "dao/Error.h"
+#include "dao/Names.h"
 #include <algorithm>
 
 namespace dao {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dao/EditBuffer.h"
-#include "dao/RecordsetBase.h"
+#include "dao/Recordset.h"
 #include <optional>
 #include <vector>
 
@@ -16,7 +16,7 @@ struct KeysetSource {
 
 // Table-type recordsets and dynasets. Holds no statement and so no lock between two calls: it keeps the
 // identities of its records, read when a move first needs them, and the values of the current one.
-class KeysetRecordset : public RecordsetBase {
+class KeysetRecordset : public Recordset {
 public:
     KeysetRecordset(std::shared_ptr<Engine> engine, KeysetSource source);
 

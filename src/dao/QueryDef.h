@@ -5,27 +5,44 @@
 #include <QStringList>
 #include <QVariant>
 #include <memory>
+#include <optional>
+#include <vector>
 
 namespace dao {
+
+class Engine;
+
+// A query as the database stores it.
+struct StoredQuery {
+    QString name;
+    QString sql;
+    QString table; // edited by its dynaset; may be empty
+};
 
 // A stored query with its parameters. Valid as long as the database is open. Every parameter must be set
 // before the query is opened or executed (Kind::MissingParameter); values stay for the next time.
 class QueryDef {
 public:
-    QueryDef() = default;
+    QueryDef(std::shared_ptr<Engine> engine, std::shared_ptr<const StoredQuery> query);
     QueryDef(const QueryDef&) = delete;
     QueryDef& operator=(const QueryDef&) = delete;
-    virtual ~QueryDef() = default;
 
-    virtual QString Name() const = 0;
-    virtual QStringList ParameterNames() const = 0;
+    QString Name() const { return m_query->name; }
+    QStringList ParameterNames() const { return m_parameterNames; }
     // Parameter names ignore case; one that the query does not have raises Kind::NoSuchParameter.
-    virtual void SetParameter(const QString& name, const QVariant& value) = 0;
+    void SetParameter(const QString& name, const QVariant& value);
 
-    virtual std::unique_ptr<Recordset> OpenSnapshot() = 0;
-    virtual std::unique_ptr<Recordset> OpenDynaset() = 0;
+    std::unique_ptr<Recordset> OpenSnapshot();
     // Runs an action query. Returns how many records it changed or deleted.
-    virtual int Execute() = 0;
+    int Execute();
+
+private:
+    QVariantList Values() const;
+
+    std::shared_ptr<Engine> m_engine;
+    std::shared_ptr<const StoredQuery> m_query;
+    QStringList m_parameterNames;
+    std::vector<std::optional<QVariant>> m_values;
 };
 
 } // namespace dao

@@ -62,7 +62,7 @@ TEST_F(SeekTest, FindsExactlyTheRecordWithoutAScan)
     if (!OnServer()) {
         m_workspace->Close();
         connection = sqlite::OpenFiles(m_location, m_options);
-        database = std::make_shared<EngineDatabase>(connection);
+        database = std::make_shared<Database>(connection);
     }
     for (const SeekCase& c : seekCases) {
         SCOPED_TRACE(QString("%1 %2 %3").arg(c.table, c.index, c.key[0].toString()).toStdString());
@@ -77,8 +77,8 @@ TEST_F(SeekTest, FindsExactlyTheRecordWithoutAScan)
             EXPECT_EQ(KindOf([&] { table->Edit(); }), Kind::NoCurrentRecord);
         }
     }
-    for (auto* statement = connection ? sqlite3_next_stmt(connection->Handle(), nullptr) : nullptr; statement;
-         statement = sqlite3_next_stmt(connection->Handle(), statement))
+    for (auto* statement = connection ? sqlite3_next_stmt(connection->File(), nullptr) : nullptr; statement;
+         statement = sqlite3_next_stmt(connection->File(), statement))
         EXPECT_EQ(sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_FULLSCAN_STEP, 0), 0)
             << sqlite3_sql(statement);
 }

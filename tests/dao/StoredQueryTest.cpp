@@ -221,7 +221,7 @@ TEST_F(StoredQueryTest, EventsAreFoundByTheirTimeAmongMany)
                 "WITH RECURSIVE n (i) AS (SELECT 0 UNION ALL SELECT i + 1 FROM n WHERE i < 49999) "
                 "SELECT %1 - i * 1000, 2, 'Me' FROM n")
             .arg(m_now.toMSecsSinceEpoch()));
-    const auto database = std::make_shared<EngineDatabase>(connection);
+    const auto database = std::make_shared<Database>(connection);
     const auto query = database->QueryDef("get_events");
     for (const auto& [name, value] :
          QVariantMap{{"MyAdr", "1"}, {"MyCallsign", "Me"}, {"TimeUnit", "n"}, {"TimeVal", 5}}.toStdMap())
@@ -233,8 +233,8 @@ TEST_F(StoredQueryTest, EventsAreFoundByTheirTimeAmongMany)
     EXPECT_EQ(rows, 301);
     // About 20 steps of the engine's machine for each record read; the whole table would take a million.
     int steps = 0;
-    for (auto* statement = sqlite3_next_stmt(connection->Handle(), nullptr); statement;
-         statement = sqlite3_next_stmt(connection->Handle(), statement)) {
+    for (auto* statement = sqlite3_next_stmt(connection->File(), nullptr); statement;
+         statement = sqlite3_next_stmt(connection->File(), statement)) {
         EXPECT_EQ(sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_FULLSCAN_STEP, 0), 0)
             << sqlite3_sql(statement);
         EXPECT_EQ(sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_SORT, 0), 0) << sqlite3_sql(statement);

@@ -122,7 +122,7 @@ TEST_F(TransactionTest, FullDiskLosesTheTransactionAsAWhole)
 {
     m_workspace->Close();
     const auto connection = sqlite::OpenFiles(m_location, m_options);
-    const auto database = std::make_shared<EngineDatabase>(connection);
+    const auto database = std::make_shared<Database>(connection);
     connection->Execute("PRAGMA main.max_page_count=200");
     const auto event = database->OpenTable("event", true);
     const auto add = [&] {

@@ -1,10 +1,11 @@
 #include "dao/postgresql/ResultRecordset.h"
-#include "dao/TableShape.h"
+#include "dao/Error.h"
+#include "dao/Names.h"
 
 namespace dao::postgresql {
 
-ResultRecordset::ResultRecordset(std::shared_ptr<Connection> connection, Result result)
-    : m_connection(std::move(connection)),
+ResultRecordset::ResultRecordset(std::shared_ptr<const Engine> engine, Result result)
+    : m_engine(std::move(engine)),
       m_result(std::move(result)),
       m_names(m_result->ColumnNames())
 {
@@ -12,7 +13,7 @@ ResultRecordset::ResultRecordset(std::shared_ptr<Connection> connection, Result 
 
 const Result& ResultRecordset::Open() const
 {
-    if (!m_result || !m_connection->IsOpen())
+    if (!m_result || !m_engine->IsOpen())
         throw Error(Kind::Closed);
     return *m_result;
 }

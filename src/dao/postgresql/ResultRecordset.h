@@ -1,16 +1,17 @@
 #pragma once
 
-#include "dao/RecordsetBase.h"
-#include "dao/postgresql/Connection.h"
+#include "dao/Engine.h"
+#include "dao/Recordset.h"
+#include "dao/postgresql/Result.h"
 #include <optional>
 
 namespace dao::postgresql {
 
 // The rows of a statement that has run, forward-only. They are here already, so that it holds no lock and can
 // be read on when the server has gone.
-class ResultRecordset : public RecordsetBase {
+class ResultRecordset : public Recordset {
 public:
-    ResultRecordset(std::shared_ptr<Connection> connection, Result result);
+    ResultRecordset(std::shared_ptr<const Engine> engine, Result result);
 
     bool Eof() override;
     bool Bof() override;
@@ -29,7 +30,7 @@ private:
     const Result& Open() const;
     const Result& Row() const;
 
-    std::shared_ptr<Connection> m_connection;
+    std::shared_ptr<const Engine> m_engine; // the session that has to be open still
     std::optional<Result> m_result;
     QStringList m_names;
     int m_row = 0;

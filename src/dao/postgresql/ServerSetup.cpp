@@ -1,6 +1,6 @@
 #include "dao/postgresql/ServerSetup.h"
+#include "dao/Names.h"
 #include "dao/Passwords.h"
-#include "dao/TableShape.h"
 #include "dao/UserName.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/Accounts.h"

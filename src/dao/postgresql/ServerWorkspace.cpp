@@ -23,7 +23,7 @@ std::unique_ptr<Workspace> ServerWorkspace::Open(const ServerAddress& address, c
 
 ServerWorkspace::ServerWorkspace(std::shared_ptr<Session> session)
     : m_session(std::move(session)),
-      m_database(std::make_shared<EngineDatabase>(m_session->connection)),
+      m_database(m_session->connection),
       m_users(m_session),
       m_groups(m_session)
 {

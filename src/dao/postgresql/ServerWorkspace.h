@@ -1,6 +1,5 @@
 #pragma once
 
-#include "dao/EngineDatabase.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/Accounts.h"
 
@@ -14,7 +13,7 @@ public:
     ~ServerWorkspace() override { Close(); }
 
     QString UserName() const override { return m_session->userName; }
-    dao::Database& Database() override { return *m_database; }
+    dao::Database& Database() override { return m_database; }
     UserList& Users() override { return m_users; }
     GroupList& Groups() override { return m_groups; }
     std::unique_ptr<User> CreateUser(const QString& name, const QString& pid,
@@ -29,7 +28,7 @@ private:
     explicit ServerWorkspace(std::shared_ptr<Session> session);
 
     std::shared_ptr<Session> m_session;
-    std::shared_ptr<EngineDatabase> m_database;
+    dao::Database m_database;
     ServerUserList m_users;
     DatabaseGroups m_groups;
 };

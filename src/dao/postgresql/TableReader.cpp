@@ -1,5 +1,7 @@
 #include "dao/postgresql/TableReader.h"
-#include "dao/postgresql/Connection.h"
+#include "dao/Engine.h"
+#include "dao/Error.h"
+#include "dao/postgresql/Result.h"
 
 namespace dao::postgresql {
 
@@ -23,10 +25,10 @@ TableShape::Type TypeOf(Oid type)
 
 } // namespace
 
-std::shared_ptr<const TableShape> ReadTableShape(Connection& connection, const QString& table)
+std::shared_ptr<const TableShape> ReadTableShape(Engine& engine, const QString& table)
 {
     // The type modifier of varchar(n) is n + 4; place: where the column stands in the primary key, from 0.
-    const auto described = connection.AllRows(
+    const auto described = engine.AllRows(
         "SELECT c.relname::text, a.attname::text, a.atttypid::bigint, "
         "CASE WHEN a.atttypid = 'varchar'::regtype AND a.atttypmod > 4 THEN a.atttypmod - 4 ELSE 0 END, "
         "array_position(i.indkey::int2[], a.attnum) "
@@ -44,8 +46,7 @@ std::shared_ptr<const TableShape> ReadTableShape(Connection& connection, const Q
         if (row[4].isValid())
             key.insert(row[4].toInt(), columns.last().name);
     }
-    return std::make_shared<const TableShape>(connection, described.front()[0].toString(), columns,
-                                              key.values());
+    return std::make_shared<const TableShape>(engine, described.front()[0].toString(), columns, key.values());
 }
 
 } // namespace dao::postgresql

@@ -4,9 +4,7 @@
 
 namespace dao::postgresql {
 
-class Connection;
-
 // The table as the server's catalogue describes it. Kind::NoSuchTable.
-std::shared_ptr<const TableShape> ReadTableShape(Connection& connection, const QString& table);
+std::shared_ptr<const TableShape> ReadTableShape(Engine& engine, const QString& table);
 
 } // namespace dao::postgresql

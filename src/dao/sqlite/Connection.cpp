@@ -1,27 +1,9 @@
 #include "dao/sqlite/Connection.h"
-#include "dao/sqlite/ErrorMapping.h"
-#include "dao/sqlite/Functions.h"
 #include "dao/sqlite/SnapshotRecordset.h"
 #include "dao/sqlite/TableReader.h"
-#include <QFile>
 #include <sqlite3.h>
 
 namespace dao::sqlite {
-
-StatementUse::StatementUse(std::shared_ptr<Connection> connection, std::shared_ptr<StatementSlot> slot)
-    : m_connection(std::move(connection)),
-      m_slot(std::move(slot))
-{
-    m_slot->busy = true;
-}
-
-StatementUse::~StatementUse()
-{
-    if (!m_slot)
-        return;
-    m_slot->statement.Clear();
-    m_slot->busy = false;
-}
 
 std::shared_ptr<Connection> Connection::Open(const QString& path, Mode mode,
                                              std::chrono::milliseconds busyTimeout, Now now)
@@ -31,18 +13,19 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, Mode mode,
                            ? SQLITE_OPEN_READONLY
                            : SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
     // One thread uses a workspace, so the engine need not take a mutex for every value read.
-    const int result = sqlite3_open_v2(path.toUtf8().constData(), &connection->m_handle,
-                                       access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
-    if (result != SQLITE_OK)
-        throw connection->MakeError(result);
-    sqlite3_busy_timeout(connection->m_handle, static_cast<int>(busyTimeout.count()));
-    RegisterFunctions(connection->m_handle, *connection);
+    connection->m_file->Open(path, access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE);
+    sqlite3_busy_timeout(connection->File(), static_cast<int>(busyTimeout.count()));
+    RegisterFunctions(*connection->m_file, connection->m_facts);
     // The rollback journal: it alone keeps a commit over two files atomic and works on a network share.
     connection->Execute("PRAGMA foreign_keys=ON; PRAGMA synchronous=FULL;");
     return connection;
 }
 
-Connection::Connection(const QString& path, Now now) : m_errorPath(path), m_now(std::move(now)) {}
+Connection::Connection(const QString& path, Now now)
+    : m_file(std::make_shared<Handle>(path)),
+      m_facts{std::move(now), {}}
+{
+}
 
 Connection::~Connection()
 {
@@ -51,7 +34,7 @@ Connection::~Connection()
 
 void Connection::Attach(const QString& path, const QString& schema)
 {
-    m_errorPath = path;
+    NameInErrors(path);
     const auto attach = Prepare("ATTACH ? AS " + schema);
     attach->Bind(0, path);
     attach->Step();
@@ -61,20 +44,8 @@ void Connection::Attach(const QString& path, const QString& schema)
 
 void Connection::Close() noexcept
 {
-    if (!m_handle)
-        return;
-    while (sqlite3_stmt* statement = sqlite3_next_stmt(m_handle, nullptr))
-        sqlite3_finalize(statement);
-    sqlite3_close_v2(m_handle);
-    m_handle = nullptr;
+    m_file->Close();
     m_inTransaction = false;
-}
-
-sqlite3* Connection::Handle() const
-{
-    if (!m_handle)
-        throw Error(Kind::Closed);
-    return m_handle;
 }
 
 StatementUse Connection::Kept(const QString& sql)
@@ -82,15 +53,15 @@ StatementUse Connection::Kept(const QString& sql)
     auto& kept = m_kept[sql];
     for (const auto& slot : kept)
         if (!slot->busy)
-            return {shared_from_this(), slot};
-    const auto slot = std::make_shared<StatementSlot>(*this, sql, true);
+            return {m_file, slot};
+    const auto slot = std::make_shared<StatementSlot>(*m_file, sql, true);
     kept.push_back(slot);
-    return {shared_from_this(), slot};
+    return {m_file, slot};
 }
 
 StatementUse Connection::Prepare(const QString& sql)
 {
-    return {shared_from_this(), std::make_shared<StatementSlot>(*this, sql, false)};
+    return {m_file, std::make_shared<StatementSlot>(*m_file, sql, false)};
 }
 
 int Connection::Change(const QString& sql, const QVariantList& values)
@@ -100,7 +71,7 @@ int Connection::Change(const QString& sql, const QVariantList& values)
     statement->Bind(values);
     while (statement->Step()) {
     }
-    return sqlite3_changes(Handle());
+    return sqlite3_changes(File());
 }
 
 StatementShape Connection::Describe(const QString& sql)
@@ -137,7 +108,7 @@ std::unique_ptr<Recordset> Connection::OpenSnapshot(const QString& sql, const QV
 
 std::shared_ptr<const TableShape> Connection::ReadTable(const QString& name)
 {
-    return ReadTableShape(*this, name);
+    return ReadTableShape(*this, *m_file, name);
 }
 
 QVariant Connection::Value(const QString& sql, const QVariantList& values)
@@ -149,7 +120,7 @@ QVariant Connection::Value(const QString& sql, const QVariantList& values)
 
 void Connection::Execute(const QString& script)
 {
-    const int result = sqlite3_exec(Handle(), script.toUtf8().constData(), nullptr, nullptr, nullptr);
+    const int result = sqlite3_exec(File(), script.toUtf8().constData(), nullptr, nullptr, nullptr);
     if (result != SQLITE_OK)
         throw MakeError(result);
 }
@@ -164,7 +135,7 @@ void Connection::Begin()
 
 void Connection::Commit()
 {
-    Handle();
+    File();
     if (!m_inTransaction)
         throw Error(Kind::NoTransaction);
     CheckTransaction();
@@ -177,25 +148,15 @@ void Connection::Rollback()
     if (!m_inTransaction)
         throw Error(Kind::NoTransaction);
     m_inTransaction = false;
-    if (sqlite3_get_autocommit(Handle()) == 0)
+    if (sqlite3_get_autocommit(File()) == 0)
         Execute("ROLLBACK");
 }
 
 void Connection::CheckTransaction() const
 {
-    if (m_inTransaction && sqlite3_get_autocommit(Handle()) != 0)
+    if (m_inTransaction && sqlite3_get_autocommit(File()) != 0)
         throw Error(Kind::Engine, {"transaction was rolled back"},
                     "the engine has rolled the transaction back");
-}
-
-Error Connection::MakeError(int code) const
-{
-    return sqlite::MakeError(m_handle, code, m_errorPath);
-}
-
-QDateTime Connection::CurrentTime() const
-{
-    return m_now ? m_now() : QDateTime::currentDateTimeUtc();
 }
 
 ChangeScope::ChangeScope(Connection& connection)

@@ -1,52 +1,24 @@
 #pragma once
 
 #include "dao/Engine.h"
-#include "dao/Error.h"
+#include "dao/sqlite/Functions.h"
+#include "dao/sqlite/Handle.h"
 #include "dao/sqlite/Statement.h"
-#include <QDateTime>
 #include <QHash>
 #include <QString>
 #include <QVariantList>
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <vector>
 
-struct sqlite3;
-
 namespace dao::sqlite {
-
-class Connection;
-
-struct StatementSlot {
-    StatementSlot(Connection& connection, const QString& sql, bool kept) : statement(connection, sql, kept) {}
-
-    Statement statement;
-    bool busy = true;
-};
-
-// The use of a statement until the end of the scope; a kept one then goes back to its connection, reset and
-// cleared.
-class StatementUse {
-public:
-    StatementUse(std::shared_ptr<Connection> connection, std::shared_ptr<StatementSlot> slot);
-    StatementUse(StatementUse&& other) noexcept = default;
-    StatementUse& operator=(StatementUse&& other) = delete;
-    ~StatementUse();
-
-    Statement* operator->() const { return &m_slot->statement; }
-
-private:
-    std::shared_ptr<Connection> m_connection; // outlives the statement
-    std::shared_ptr<StatementSlot> m_slot;
-};
 
 // An open SQLite file, to which a second one can be attached. Shared by the workspace and all that it handed
 // out; Close ends it for all of them.
-class Connection : public Engine, public std::enable_shared_from_this<Connection> {
+class Connection : public Engine {
 public:
     enum class Mode { ReadOnly, ReadWrite, Create };
-    using Now = std::function<QDateTime()>;
+    using Now = SessionFacts::Now;
 
     // `now` feeds the SQL function kyn_now(); empty: the system's clock. Raises a Kind with the path.
     static std::shared_ptr<Connection> Open(const QString& path, Mode mode,
@@ -55,12 +27,12 @@ public:
 
     // Adds a file under a schema name. From then on errors name it, until NameInErrors says otherwise.
     void Attach(const QString& path, const QString& schema);
-    void NameInErrors(const QString& path) { m_errorPath = path; }
+    void NameInErrors(const QString& path) { m_file->NameInErrors(path); }
 
     // Closes the files whatever statements are still in use; an open transaction is rolled back.
     void Close() noexcept;
-    bool IsOpen() const override { return m_handle != nullptr; }
-    sqlite3* Handle() const; // Kind::Closed
+    bool IsOpen() const override { return m_file->IsOpen(); }
+    sqlite3* File() const { return m_file->Get(); } // Kind::Closed
 
     // A statement prepared once and kept, for SQL of which there are few; another one when it is already in
     // use.
@@ -89,20 +61,16 @@ public:
     // since what follows would be stored although what went before is lost.
     void CheckTransaction() const;
 
-    Error MakeError(int code) const;
-    QDateTime CurrentTime() const;
+    Error MakeError(int code) const { return m_file->MakeError(code); }
 
     // The account whose session this is; feeds the SQL function kyn_user().
-    const QString& User() const { return m_user; }
-    void SetUser(const QString& user) { m_user = user; }
+    void SetUser(const QString& user) { m_facts.user = user; }
 
 private:
     Connection(const QString& path, Now now);
 
-    sqlite3* m_handle = nullptr;
-    QString m_errorPath;
-    Now m_now;
-    QString m_user;
+    std::shared_ptr<Handle> m_file;
+    SessionFacts m_facts;
     bool m_inTransaction = false;
     QHash<QString, std::vector<std::shared_ptr<StatementSlot>>> m_kept;
 };

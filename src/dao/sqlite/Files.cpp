@@ -90,9 +90,9 @@ void CopyContents(const QString& from, const QString& to, std::chrono::milliseco
 {
     const auto source = Connection::Open(from, Connection::Mode::ReadOnly, busyTimeout);
     const auto target = Connection::Open(to, Connection::Mode::Create, busyTimeout);
-    sqlite3_backup* backup = sqlite3_backup_init(target->Handle(), "main", source->Handle(), "main");
+    sqlite3_backup* backup = sqlite3_backup_init(target->File(), "main", source->File(), "main");
     if (!backup)
-        throw target->MakeError(sqlite3_extended_errcode(target->Handle()));
+        throw target->MakeError(sqlite3_extended_errcode(target->File()));
     // A source that is locked for a moment is waited for by the busy timeout of its connection.
     const int result = sqlite3_backup_step(backup, -1);
     const int finished = sqlite3_backup_finish(backup);

@@ -1,6 +1,5 @@
 #include "dao/sqlite/Functions.h"
 #include "dao/TextMatch.h"
-#include "dao/sqlite/Connection.h"
 #include <sqlite3.h>
 
 namespace dao::sqlite {
@@ -42,24 +41,26 @@ void MatchFunction(sqlite3_context* context, int count, sqlite3_value** values)
 
 void NowFunction(sqlite3_context* context, int, sqlite3_value**)
 {
-    const auto* connection = static_cast<const Connection*>(sqlite3_user_data(context));
-    sqlite3_result_int64(context, connection->CurrentTime().toMSecsSinceEpoch());
+    const auto* facts = static_cast<const SessionFacts*>(sqlite3_user_data(context));
+    const QDateTime now = facts->now ? facts->now() : QDateTime::currentDateTimeUtc();
+    sqlite3_result_int64(context, now.toMSecsSinceEpoch());
 }
 
 void UserFunction(sqlite3_context* context, int, sqlite3_value**)
 {
-    const auto* connection = static_cast<const Connection*>(sqlite3_user_data(context));
-    const QByteArray user = connection->User().toUtf8();
+    const auto* facts = static_cast<const SessionFacts*>(sqlite3_user_data(context));
+    const QByteArray user = facts->user.toUtf8();
     sqlite3_result_text64(context, user.constData(), static_cast<sqlite3_uint64>(user.size()),
                           SQLITE_TRANSIENT, SQLITE_UTF8);
 }
 
 } // namespace
 
-void RegisterFunctions(sqlite3* handle, const Connection& connection)
+void RegisterFunctions(const Handle& file, const SessionFacts& facts)
 {
+    sqlite3* handle = file.Get();
     constexpr int pure = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-    auto* data = const_cast<Connection*>(&connection);
+    auto* data = const_cast<SessionFacts*>(&facts);
     for (const int result : {sqlite3_create_function_v2(handle, "kyn_fold", 1, pure, nullptr, FoldFunction,
                                                         nullptr, nullptr, nullptr),
                              sqlite3_create_function_v2(handle, "kyn_match", -1, pure, nullptr, MatchFunction,
@@ -69,7 +70,7 @@ void RegisterFunctions(sqlite3* handle, const Connection& connection)
                              sqlite3_create_function_v2(handle, "kyn_user", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,
                                                         data, UserFunction, nullptr, nullptr, nullptr)})
         if (result != SQLITE_OK)
-            throw connection.MakeError(result);
+            throw file.MakeError(result);
 }
 
 } // namespace dao::sqlite

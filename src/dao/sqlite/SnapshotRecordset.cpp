@@ -1,5 +1,5 @@
 #include "dao/sqlite/SnapshotRecordset.h"
-#include "dao/TableShape.h"
+#include "dao/Names.h"
 
 namespace dao::sqlite {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "dao/RecordsetBase.h"
-#include "dao/sqlite/Connection.h"
+#include "dao/Recordset.h"
+#include "dao/sqlite/Statement.h"
 #include <optional>
 
 namespace dao::sqlite {
 
 // The rows of a running statement, forward-only; fields are taken from the statement when they are asked for.
-class SnapshotRecordset : public RecordsetBase {
+class SnapshotRecordset : public Recordset {
 public:
     // The statement has its parameters bound. The first row is read at once, so that failures show at
     // opening.

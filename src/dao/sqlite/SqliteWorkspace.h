@@ -1,6 +1,5 @@
 #pragma once
 
-#include "dao/EngineDatabase.h"
 #include "dao/Workspace.h"
 #include "dao/sqlite/Accounts.h"
 #include "dao/sqlite/ChangeCounter.h"
@@ -16,7 +15,7 @@ public:
     ~SqliteWorkspace() override { Close(); }
 
     QString UserName() const override { return m_session->userName; }
-    dao::Database& Database() override { return *m_database; }
+    dao::Database& Database() override { return m_database; }
     UserList& Users() override { return m_users; }
     GroupList& Groups() override { return m_groups; }
     std::unique_ptr<User> CreateUser(const QString& name, const QString& pid,
@@ -31,7 +30,7 @@ private:
     explicit SqliteWorkspace(std::shared_ptr<Session> session);
 
     std::shared_ptr<Session> m_session;
-    std::shared_ptr<EngineDatabase> m_database;
+    dao::Database m_database;
     SqliteUserList m_users;
     WorkgroupGroups m_groups;
     ChangeCounter m_changes;

@@ -1,19 +1,17 @@
 #include "dao/sqlite/Statement.h"
-#include "dao/sqlite/Connection.h"
 #include <QDateTime>
 #include <sqlite3.h>
 
 namespace dao::sqlite {
 
-Statement::Statement(Connection& connection, const QString& sql, bool kept) : m_connection(connection)
+Statement::Statement(const Handle& file, const QString& sql, bool kept) : m_file(file)
 {
     const QByteArray text = sql.toUtf8();
     const char* rest = nullptr;
-    const int result =
-        sqlite3_prepare_v3(connection.Handle(), text.constData(), static_cast<int>(text.size()) + 1,
-                           kept ? SQLITE_PREPARE_PERSISTENT : 0, &m_statement, &rest);
+    const int result = sqlite3_prepare_v3(file.Get(), text.constData(), static_cast<int>(text.size()) + 1,
+                                          kept ? SQLITE_PREPARE_PERSISTENT : 0, &m_statement, &rest);
     if (result != SQLITE_OK)
-        throw connection.MakeError(result);
+        throw file.MakeError(result);
     if (!m_statement || !QByteArray(rest).trimmed().isEmpty()) {
         sqlite3_finalize(m_statement);
         throw Error(Kind::WrongUse, {sql});
@@ -27,7 +25,7 @@ Statement::Statement(Connection& connection, const QString& sql, bool kept) : m_
 
 Statement::~Statement()
 {
-    if (m_connection.IsOpen())
+    if (m_file.IsOpen())
         sqlite3_finalize(m_statement);
 }
 
@@ -46,21 +44,21 @@ void Statement::DescribeColumns()
     m_lastTexts.resize(m_meanings.size());
 }
 
-sqlite3_stmt* Statement::Handle() const
+sqlite3_stmt* Statement::Prepared() const
 {
-    if (!m_connection.IsOpen())
+    if (!m_file.IsOpen())
         throw Error(Kind::Closed);
     return m_statement;
 }
 
 bool Statement::IsSelect() const
 {
-    return sqlite3_stmt_readonly(Handle()) != 0 && !m_columnNames.isEmpty();
+    return sqlite3_stmt_readonly(Prepared()) != 0 && !m_columnNames.isEmpty();
 }
 
 void Statement::Bind(int parameter, const QVariant& value)
 {
-    sqlite3_stmt* statement = Handle();
+    sqlite3_stmt* statement = Prepared();
     const int index = parameter + 1;
     int result = SQLITE_OK;
     switch (value.typeId()) {
@@ -95,7 +93,7 @@ void Statement::Bind(int parameter, const QVariant& value)
     }
     }
     if (result != SQLITE_OK)
-        throw m_connection.MakeError(result);
+        throw m_file.MakeError(result);
 }
 
 void Statement::Bind(const QVariantList& values)
@@ -106,19 +104,19 @@ void Statement::Bind(const QVariantList& values)
 
 bool Statement::Step()
 {
-    const int result = sqlite3_step(Handle());
+    const int result = sqlite3_step(Prepared());
     if (result == SQLITE_ROW)
         return true;
     if (result == SQLITE_DONE)
         return false;
-    const Error error = m_connection.MakeError(result);
+    const Error error = m_file.MakeError(result);
     Reset();
     throw error;
 }
 
 QVariant Statement::Column(int column) const
 {
-    sqlite3_stmt* statement = Handle();
+    sqlite3_stmt* statement = Prepared();
     switch (sqlite3_column_type(statement, column)) {
     case SQLITE_INTEGER: {
         const qlonglong number = sqlite3_column_int64(statement, column);
@@ -178,15 +176,30 @@ QVariantList Statement::Row() const
 
 void Statement::Reset() noexcept
 {
-    if (m_connection.IsOpen())
+    if (m_file.IsOpen())
         sqlite3_reset(m_statement);
 }
 
 void Statement::Clear() noexcept
 {
     Reset();
-    if (m_connection.IsOpen())
+    if (m_file.IsOpen())
         sqlite3_clear_bindings(m_statement);
+}
+
+StatementUse::StatementUse(std::shared_ptr<const Handle> file, std::shared_ptr<StatementSlot> slot)
+    : m_file(std::move(file)),
+      m_slot(std::move(slot))
+{
+    m_slot->busy = true;
+}
+
+StatementUse::~StatementUse()
+{
+    if (!m_slot)
+        return;
+    m_slot->statement.Clear();
+    m_slot->busy = false;
 }
 
 } // namespace dao::sqlite

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "dao/sqlite/Handle.h"
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 #include <QVariantList>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,20 +14,18 @@ struct sqlite3_stmt;
 
 namespace dao::sqlite {
 
-class Connection;
-
-// One prepared statement of a Connection, which outlives it. Parameters and columns count from 0. Once the
+// One prepared statement of a Handle, which outlives it. Parameters and columns count from 0. Once the
 // connection is closed every use raises Kind::Closed.
 class Statement {
 public:
-    Statement(Connection& connection, const QString& sql, bool kept);
+    Statement(const Handle& file, const QString& sql, bool kept);
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
     ~Statement();
 
     const QStringList& ParameterNames() const { return m_parameterNames; } // without their prefix
     const QStringList& ColumnNames() const { return m_columnNames; }
-    void CheckOpen() const { Handle(); }
+    void CheckOpen() const { Prepared(); }
     // A statement that returns rows and changes nothing.
     bool IsSelect() const;
 
@@ -54,15 +54,38 @@ private:
         QString text;
     };
 
-    sqlite3_stmt* Handle() const;
+    sqlite3_stmt* Prepared() const; // Kind::Closed
     void DescribeColumns();
 
-    Connection& m_connection;
+    const Handle& m_file;
     sqlite3_stmt* m_statement = nullptr;
     QStringList m_parameterNames;
     QStringList m_columnNames;
     std::vector<Meaning> m_meanings;
     mutable std::vector<LastText> m_lastTexts;
+};
+
+struct StatementSlot {
+    StatementSlot(const Handle& file, const QString& sql, bool kept) : statement(file, sql, kept) {}
+
+    Statement statement;
+    bool busy = true;
+};
+
+// The use of a statement until the end of the scope; a kept one then goes back to its connection, reset and
+// cleared.
+class StatementUse {
+public:
+    StatementUse(std::shared_ptr<const Handle> file, std::shared_ptr<StatementSlot> slot);
+    StatementUse(StatementUse&& other) noexcept = default;
+    StatementUse& operator=(StatementUse&& other) = delete;
+    ~StatementUse();
+
+    Statement* operator->() const { return &m_slot->statement; }
+
+private:
+    std::shared_ptr<const Handle> m_file; // outlives the statement
+    std::shared_ptr<StatementSlot> m_slot;
 };
 
 } // namespace dao::sqlite

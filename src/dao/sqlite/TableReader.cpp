@@ -1,5 +1,5 @@
 #include "dao/sqlite/TableReader.h"
-#include "dao/sqlite/Connection.h"
+#include "dao/sqlite/Statement.h"
 
 namespace dao::sqlite {
 
@@ -19,27 +19,26 @@ TableShape::Column Described(const QString& name, const QString& declaration)
 
 } // namespace
 
-std::shared_ptr<const TableShape> ReadTableShape(Connection& connection, const QString& table)
+std::shared_ptr<const TableShape> ReadTableShape(Engine& engine, const Handle& file, const QString& table)
 {
     // Not kept: a table is described once.
-    const auto named = connection.Prepare(
-        "SELECT name FROM main.sqlite_schema WHERE type='table' AND name=? COLLATE NOCASE");
-    named->Bind(0, table);
-    if (!named->Step())
+    Statement named(file, "SELECT name FROM main.sqlite_schema WHERE type='table' AND name=? COLLATE NOCASE",
+                    false);
+    named.Bind(0, table);
+    if (!named.Step())
         throw Error(Kind::NoSuchTable, {table});
-    const QString name = named->Text(0);
-    const auto described =
-        connection.Prepare("SELECT name, type, pk FROM main.pragma_table_info(?) ORDER BY cid");
-    described->Bind(0, name);
+    const QString name = named.Text(0);
+    Statement described(file, "SELECT name, type, pk FROM main.pragma_table_info(?) ORDER BY cid", false);
+    described.Bind(0, name);
     QList<TableShape::Column> columns;
     QStringList keyFields(16);
-    while (described->Step()) {
-        columns.append(Described(described->Text(0), described->Text(1)));
-        if (const qlonglong place = described->Number(2); place > 0)
+    while (described.Step()) {
+        columns.append(Described(described.Text(0), described.Text(1)));
+        if (const qlonglong place = described.Number(2); place > 0)
             keyFields[place - 1] = columns.last().name;
     }
     keyFields.removeAll(QString());
-    return std::make_shared<const TableShape>(connection, name, columns, keyFields);
+    return std::make_shared<const TableShape>(engine, name, columns, keyFields);
 }
 
 } // namespace dao::sqlite

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "dao/TableShape.h"
+#include "dao/sqlite/Handle.h"
 
 namespace dao::sqlite {
 
-class Connection;
-
-// The table as its declaration describes it. Kind::NoSuchTable.
-std::shared_ptr<const TableShape> ReadTableShape(Connection& connection, const QString& table);
+// The table, in the engine's own file, as its declaration describes it. Kind::NoSuchTable.
+std::shared_ptr<const TableShape> ReadTableShape(Engine& engine, const Handle& file, const QString& table);
 
 } // namespace dao::sqlite

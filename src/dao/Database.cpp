@@ -1,9 +1,10 @@
-#include "dao/EngineDatabase.h"
+#include "dao/Database.h"
 #include "dao/AppendRecordset.h"
 #include "dao/Engine.h"
-#include "dao/EngineQueryDef.h"
 #include "dao/Error.h"
 #include "dao/KeysetRecordset.h"
+#include "dao/Names.h"
+#include "dao/TableShape.h"
 #include <algorithm>
 
 namespace dao {
@@ -19,20 +20,20 @@ bool IsSql(const QString& text)
 
 } // namespace
 
-EngineDatabase::EngineDatabase(std::shared_ptr<Engine> engine)
+Database::Database(std::shared_ptr<Engine> engine)
     : m_engine(std::move(engine)),
       m_schemaVersion(Info("schema_version").toInt()),
       m_id(Info("database_id"))
 {
 }
 
-QString EngineDatabase::Info(const QString& name)
+QString Database::Info(const QString& name)
 {
     const auto row = m_engine->FirstRow("SELECT value FROM file_info WHERE name=?", {name});
     return row ? row->first().toString() : QString();
 }
 
-std::shared_ptr<const TableShape> EngineDatabase::Table(const QString& name)
+std::shared_ptr<const TableShape> Database::Table(const QString& name)
 {
     if (!m_engine->IsOpen())
         throw Error(Kind::Closed);
@@ -44,7 +45,7 @@ std::shared_ptr<const TableShape> EngineDatabase::Table(const QString& name)
     return shape;
 }
 
-std::shared_ptr<const StoredQuery> EngineDatabase::Query(const QString& name)
+std::shared_ptr<const StoredQuery> Database::Query(const QString& name)
 {
     const QString key = name.toLower();
     if (auto known = m_queries.value(key))
@@ -59,7 +60,7 @@ std::shared_ptr<const StoredQuery> EngineDatabase::Query(const QString& name)
     return query;
 }
 
-std::unique_ptr<Recordset> EngineDatabase::OpenTable(const QString& name, bool appendOnly)
+std::unique_ptr<Recordset> Database::OpenTable(const QString& name, bool appendOnly)
 {
     auto table = Table(name);
     if (appendOnly)
@@ -68,7 +69,7 @@ std::unique_ptr<Recordset> EngineDatabase::OpenTable(const QString& name, bool a
     return std::make_unique<KeysetRecordset>(m_engine, KeysetSource{std::move(table), fields, {}});
 }
 
-std::unique_ptr<Recordset> EngineDatabase::OpenSnapshot(const QString& queryNameOrSql)
+std::unique_ptr<Recordset> Database::OpenSnapshot(const QString& queryNameOrSql)
 {
     if (IsSql(queryNameOrSql))
         return m_engine->OpenSnapshot(queryNameOrSql, {}, false);
@@ -83,7 +84,7 @@ std::unique_ptr<Recordset> EngineDatabase::OpenSnapshot(const QString& queryName
     }
 }
 
-std::unique_ptr<Recordset> EngineDatabase::OpenDynaset(const QString& queryNameOrSql)
+std::unique_ptr<Recordset> Database::OpenDynaset(const QString& queryNameOrSql)
 {
     if (IsSql(queryNameOrSql))
         throw Error(Kind::NotUpdatable);
@@ -99,7 +100,7 @@ std::unique_ptr<Recordset> EngineDatabase::OpenDynaset(const QString& queryNameO
     }
 }
 
-std::unique_ptr<Recordset> EngineDatabase::OpenQueryDynaset(const StoredQuery& query)
+std::unique_ptr<Recordset> Database::OpenQueryDynaset(const StoredQuery& query)
 {
     const StatementShape shape = m_engine->Describe(query.sql);
     if (!shape.isSelect)
@@ -110,15 +111,15 @@ std::unique_ptr<Recordset> EngineDatabase::OpenQueryDynaset(const StoredQuery& q
                                              KeysetSource{Table(query.table), shape.columns, query.sql});
 }
 
-std::unique_ptr<dao::QueryDef> EngineDatabase::QueryDef(const QString& name)
+std::unique_ptr<dao::QueryDef> Database::QueryDef(const QString& name)
 {
     auto query = Query(name);
     if (!query)
         throw Error(Kind::NoSuchQuery, {name});
-    return std::make_unique<EngineQueryDef>(shared_from_this(), m_engine, std::move(query));
+    return std::make_unique<dao::QueryDef>(m_engine, std::move(query));
 }
 
-int EngineDatabase::FieldSize(const QString& table, const QString& field)
+int Database::FieldSize(const QString& table, const QString& field)
 {
     const auto shape = Table(table);
     return shape->Columns()[FieldPosition(shape->ColumnNames(), field)].size;

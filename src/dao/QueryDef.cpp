@@ -1,20 +1,18 @@
-#include "dao/EngineQueryDef.h"
+#include "dao/QueryDef.h"
 #include "dao/Engine.h"
 #include "dao/Error.h"
 
 namespace dao {
 
-EngineQueryDef::EngineQueryDef(std::shared_ptr<EngineDatabase> database, std::shared_ptr<Engine> engine,
-                               std::shared_ptr<const StoredQuery> query)
-    : m_database(std::move(database)),
-      m_engine(std::move(engine)),
+QueryDef::QueryDef(std::shared_ptr<Engine> engine, std::shared_ptr<const StoredQuery> query)
+    : m_engine(std::move(engine)),
       m_query(std::move(query)),
       m_parameterNames(m_engine->Describe(m_query->sql).parameters),
       m_values(static_cast<std::size_t>(m_parameterNames.size()))
 {
 }
 
-void EngineQueryDef::SetParameter(const QString& name, const QVariant& value)
+void QueryDef::SetParameter(const QString& name, const QVariant& value)
 {
     for (qsizetype i = 0; i < m_parameterNames.size(); ++i) {
         if (m_parameterNames[i].compare(name, Qt::CaseInsensitive) != 0)
@@ -25,7 +23,7 @@ void EngineQueryDef::SetParameter(const QString& name, const QVariant& value)
     throw Error(Kind::NoSuchParameter, {m_query->name, name});
 }
 
-QVariantList EngineQueryDef::Values() const
+QVariantList QueryDef::Values() const
 {
     if (!m_engine->IsOpen())
         throw Error(Kind::Closed);
@@ -38,17 +36,12 @@ QVariantList EngineQueryDef::Values() const
     return values;
 }
 
-std::unique_ptr<Recordset> EngineQueryDef::OpenSnapshot()
+std::unique_ptr<Recordset> QueryDef::OpenSnapshot()
 {
     return m_engine->OpenSnapshot(m_query->sql, Values(), true);
 }
 
-std::unique_ptr<Recordset> EngineQueryDef::OpenDynaset()
-{
-    return m_database->OpenQueryDynaset(*m_query);
-}
-
-int EngineQueryDef::Execute()
+int QueryDef::Execute()
 {
     const QVariantList values = Values();
     if (m_engine->Describe(m_query->sql).isSelect)

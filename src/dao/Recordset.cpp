@@ -1,71 +1,71 @@
-#include "dao/RecordsetBase.h"
+#include "dao/Recordset.h"
 #include "dao/Error.h"
-#include "dao/TableShape.h"
+#include "dao/Names.h"
 #include <QDateTime>
 
 namespace dao {
 
-int RecordsetBase::Position(const QString& name) const
+int Recordset::Position(const QString& name) const
 {
     return FieldPosition(FieldNames(), name);
 }
 
-qlonglong RecordsetBase::NumberAt(int position)
+qlonglong Recordset::NumberAt(int position)
 {
     const QVariant value = Field(FieldNames().at(position));
     return value.typeId() == QMetaType::QDateTime ? value.toDateTime().toMSecsSinceEpoch()
                                                   : value.toLongLong();
 }
 
-std::string_view RecordsetBase::Utf8At(int position)
+std::string_view Recordset::Utf8At(int position)
 {
     m_utf8 = TextAt(position).toUtf8();
     return {m_utf8.constData(), static_cast<std::size_t>(m_utf8.size())};
 }
 
-void RecordsetBase::SetField(const QString&, const QVariant&)
+void Recordset::SetField(const QString&, const QVariant&)
 {
     throw Error(Kind::NotUpdatable);
 }
 
-void RecordsetBase::AddNew()
+void Recordset::AddNew()
 {
     throw Error(Kind::NotUpdatable);
 }
 
-void RecordsetBase::Edit()
+void Recordset::Edit()
 {
     throw Error(Kind::NotUpdatable);
 }
 
-void RecordsetBase::Update()
+void Recordset::Update()
 {
     throw Error(Kind::NotUpdatable);
 }
 
-void RecordsetBase::CancelUpdate() {}
+void Recordset::CancelUpdate() {}
 
-void RecordsetBase::Delete()
+void Recordset::Delete()
 {
     throw Error(Kind::NotUpdatable);
 }
 
-void RecordsetBase::MoveFirst()
+void Recordset::MoveFirst()
 {
     throw Error(Kind::WrongUse, {"MoveFirst"});
 }
 
-void RecordsetBase::FindFirst(const QString&)
+void Recordset::FindFirst(const QString&)
 {
     throw Error(Kind::WrongUse, {"FindFirst"});
 }
 
-void RecordsetBase::SetIndex(const QString&)
+void Recordset::SetIndex(const QString&)
 {
     throw Error(Kind::WrongUse, {"SetIndex"});
 }
 
-void RecordsetBase::SeekKey(const QVariantList&)
+void Recordset::SeekKey(const QVariantList&)
 {
     throw Error(Kind::WrongUse, {"Seek"});
 }
