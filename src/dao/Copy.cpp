@@ -8,7 +8,7 @@
 #include "dao/Workspace.h"
 #include "dao/postgresql/Accounts.h"
 #include "dao/postgresql/ServerSetup.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <functional>

@@ -41,6 +41,13 @@ public:
                                                     bool keep) = 0;
     // Kind::NoSuchTable.
     virtual std::shared_ptr<const TableShape> ReadTable(const QString& name) = 0;
+
+    // The transaction that Workspace describes. Kind::InTransaction, Kind::NoTransaction, Kind::Locked.
+    virtual void Begin() = 0;
+    virtual void Commit() = 0;
+    virtual void Rollback() = 0;
+    // An open transaction is not stored. Nothing can be done with the session any more.
+    virtual void Close() noexcept = 0;
 };
 
 } // namespace dao

@@ -1,4 +1,5 @@
 #include "dao/Passwords.h"
+#include "dao/Error.h"
 #include <sodium.h>
 
 namespace dao {

@@ -1,10 +1,19 @@
 #pragma once
 
-#include "dao/Workspace.h"
 #include <QByteArray>
 #include <QString>
+#include <cstddef>
 
 namespace dao {
+
+// What a new password's Argon2id hash costs. Stored passwords keep the cost that they were made with.
+struct PasswordCost {
+    unsigned long long operations;
+    std::size_t memory; // bytes
+
+    static PasswordCost Interactive(); // about 50 ms and 64 MiB
+    static PasswordCost Lowest(); // the least that libsodium accepts; for trial databases that guard nothing
+};
 
 // Argon2id hash of a password in its printable form, which carries salt and cost. Kind::Engine when there is
 // not enough memory.

@@ -1,24 +1,71 @@
 #include "dao/Workspace.h"
-#include "dao/Maintenance.h"
-#include "dao/postgresql/ServerMaintenance.h"
+#include "dao/Engine.h"
+#include "dao/UserName.h"
 #include "dao/postgresql/ServerSetup.h"
-#include "dao/postgresql/ServerWorkspace.h"
-#include "dao/sqlite/FilesCheck.h"
-#include "dao/sqlite/SqliteWorkspace.h"
-
-// The place where a location chooses its engine.
+#include "dao/postgresql/Session.h"
+#include "dao/sqlite/Session.h"
 
 namespace dao {
 
 using postgresql::ServerAddress;
 
+Workspace::Workspace(EngineSession session)
+    : m_session(std::move(session)),
+      m_database(m_session.engine),
+      m_users(m_session.accounts),
+      m_groups(m_session.accounts)
+{
+}
+
+std::unique_ptr<User> Workspace::CreateUser(const QString& name, const QString& pid, const QString& password)
+{
+    AccountStore& accounts = *m_session.accounts;
+    accounts.RequireAdministrator();
+    RequireUserName(name);
+    if (password.isEmpty())
+        throw Error(Kind::BadPassword);
+    return std::make_unique<User>(m_session.accounts, AccountStore::Account{name, pid},
+                                  accounts.Secret(name, password));
+}
+
+void Workspace::BeginTrans()
+{
+    m_session.engine->Begin();
+}
+
+void Workspace::CommitTrans()
+{
+    m_session.engine->Commit();
+}
+
+void Workspace::Rollback()
+{
+    m_session.engine->Rollback();
+}
+
+void Workspace::Watch(const WorkspaceWatcher& watcher)
+{
+    if (m_session.watch)
+        m_session.watch(watcher);
+}
+
+QStringList Workspace::ChangedElsewhere()
+{
+    return m_session.changedElsewhere ? m_session.changedElsewhere() : QStringList();
+}
+
+void Workspace::Close() noexcept
+{
+    m_session.engine->Close();
+}
+
 std::unique_ptr<Workspace> OpenWorkspace(const Location& location, const QString& user,
                                          const QString& password, const OpenOptions& options)
 {
     if (IsServerTarget(location.database))
-        return postgresql::ServerWorkspace::Open(ServerAddress::Parse(location.database), user, password,
-                                                 options);
-    return sqlite::SqliteWorkspace::Open(location, user, password, options);
+        return std::make_unique<Workspace>(
+            postgresql::OpenSession(ServerAddress::Parse(location.database), user, password, options));
+    return std::make_unique<Workspace>(sqlite::OpenSession(location, user, password, options));
 }
 
 void CreateDatabase(const Location& location, const QString& adminUser, const QString& adminPassword,
@@ -32,33 +79,6 @@ void CreateDatabase(const Location& location, const QString& adminUser, const QS
     if (!group.isEmpty())
         throw Error(Kind::FilesOnly, {address.Shown()});
     postgresql::CreateServerDatabase(address, adminUser, adminPassword);
-}
-
-QList<Finding> CheckDatabase(const Location& location)
-{
-    try {
-        if (IsServerTarget(location.database))
-            return postgresql::CheckServerDatabase(ServerAddress::Parse(location.database));
-        return sqlite::CheckFiles(location);
-    } catch (const Error& error) {
-        return {{Finding::Severity::Error, TextId(error), error.values}};
-    }
-}
-
-void BackupDatabase(const Location& from, const Location& to)
-{
-    for (const QString& target : {from.database, to.database})
-        if (IsServerTarget(target))
-            throw Error(Kind::FilesOnly, {ServerAddress::Parse(target).Shown()});
-    sqlite::BackupFiles(from, to);
-}
-
-MigrationReport MigrateDatabase(const Location& location)
-{
-    if (IsServerTarget(location.database))
-        return postgresql::MigrateServerDatabase(ServerAddress::Parse(location.database),
-                                                 SchemaScripts("postgresql/"));
-    return sqlite::MigrateFiles(location);
 }
 
 } // namespace dao

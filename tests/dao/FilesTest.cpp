@@ -3,7 +3,7 @@
 #include "dao/Maintenance.h"
 #include "dao/TextIds.h"
 #include "dao/sqlite/Migrations.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <QDir>
 #include <QFile>
 #include <sqlite3.h>

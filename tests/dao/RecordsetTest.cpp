@@ -1,5 +1,5 @@
 #include "DaoFixture.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <QDateTime>
 #include <sqlite3.h>
 

@@ -1,6 +1,6 @@
 #include "DaoFixture.h"
 #include "dao/TextMatch.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <sqlite3.h>
 
 using namespace dao;

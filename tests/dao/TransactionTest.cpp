@@ -1,5 +1,5 @@
 #include "DaoFixture.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <QFileInfo>
 #include <csignal>
 #include <sys/wait.h>

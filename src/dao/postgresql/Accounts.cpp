@@ -1,5 +1,4 @@
 #include "dao/postgresql/Accounts.h"
-#include "dao/TextMatch.h"
 
 namespace dao::postgresql {
 
@@ -7,63 +6,28 @@ namespace {
 
 constexpr auto WhereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
 
-QStringList FirstColumn(Connection& connection, const QString& sql, const QVariantList& values = {})
-{
-    QStringList column;
-    for (const QVariantList& row : connection.AllRows(sql, values))
-        column.append(row.first().toString());
-    return column;
-}
-
-// The groups of one account.
-class UserGroups : public GroupList {
-public:
-    UserGroups(std::shared_ptr<Session> session, QString user)
-        : m_session(std::move(session)),
-          m_user(std::move(user))
-    {
-    }
-
-    QStringList Names() const override
-    {
-        return FirstColumn(*m_session->connection,
-                           QString("SELECT group_name FROM membership JOIN account USING (account_id)") +
-                               WhereUser + " ORDER BY group_name",
-                           {m_user});
-    }
-    bool Contains(const QString& group) const override { return Names().contains(group); }
-    void Append(const QString& group) override
-    {
-        m_session->Call("SELECT kyn_join(?, ?)", {m_user, group}, m_user, group);
-    }
-    void Delete(const QString& group) override
-    {
-        m_session->Call("SELECT kyn_leave(?, ?)", {m_user, group}, m_user, group);
-    }
-
-private:
-    std::shared_ptr<Session> m_session;
-    QString m_user;
-};
-
 } // namespace
 
-bool Session::IsOwn(const QString& user) const
+QByteArray PasswordVerifier(ServerLink& link, const QByteArray& role, const QString& password)
 {
-    return Fold(user) == Fold(userName);
+    const std::unique_ptr<char, decltype(&PQfreemem)> verifier(
+        PQencryptPasswordConn(link.Handle(), PasswordBytes(password), role, "scram-sha-256"), PQfreemem);
+    if (!verifier)
+        throw Error(Kind::Engine, {"SCRAM"}, "no SCRAM verifier can be made");
+    return QByteArray(verifier.get());
 }
 
-void Session::RequireAdministrator() const
+Accounts::Accounts(std::shared_ptr<Connection> connection, const QString& ownName)
+    : AccountStore(ownName),
+      m_connection(std::move(connection))
 {
-    if (!connection->Value("SELECT kyn_is_admin()").toBool())
-        throw Error(Kind::NotPermitted);
 }
 
-void Session::Call(const QString& call, const QVariantList& values, const QString& user,
-                   const QString& group) const
+void Accounts::Call(const QString& call, const QVariantList& values, const QString& user,
+                    const QString& group)
 {
     try {
-        connection->Change(call, values);
+        m_connection->Change(call, values);
     } catch (const Error& error) {
         switch (error.kind) {
         case Kind::NoSuchUser:
@@ -82,99 +46,99 @@ void Session::Call(const QString& call, const QVariantList& values, const QStrin
     }
 }
 
-QByteArray PasswordVerifier(ServerLink& link, const QByteArray& role, const QString& password)
+QStringList Accounts::Column(const QString& sql, const QVariantList& values)
 {
-    const std::unique_ptr<char, decltype(&PQfreemem)> verifier(
-        PQencryptPasswordConn(link.Handle(), PasswordBytes(password), role, "scram-sha-256"), PQfreemem);
-    if (!verifier)
-        throw Error(Kind::Engine, {"SCRAM"}, "no SCRAM verifier can be made");
-    return QByteArray(verifier.get());
+    QStringList column;
+    for (const QVariantList& row : m_connection->AllRows(sql, values))
+        column.append(row.first().toString());
+    return column;
 }
 
-ServerUser::ServerUser(std::shared_ptr<Session> session, QString name, QString pid, QByteArray verifier)
-    : m_session(std::move(session)),
-      m_name(std::move(name)),
-      m_pid(std::move(pid)),
-      m_verifier(std::move(verifier)),
-      m_groups(std::make_unique<UserGroups>(m_session, m_name))
+void Accounts::RequireAdministrator()
 {
+    if (!m_connection->Value("SELECT kyn_is_admin()").toBool())
+        throw Error(Kind::NotPermitted);
 }
 
-void ServerUser::NewPassword(const QString& oldPassword, const QString& newPassword)
+QStringList Accounts::UserNames()
 {
-    ServerLink& link = m_session->connection->Link();
-    Logon logon = link.LogonData();
-    const bool own = m_session->IsOwn(m_name);
-    if (own) {
-        logon.password = PasswordBytes(oldPassword);
-        Connect(logon); // proves the old one
-        if (newPassword.isEmpty())
-            throw Error(Kind::BadPassword);
-    } else {
-        m_session->RequireAdministrator();
-    }
-    if (newPassword == QLatin1String(EmptyPassword))
+    return Column("SELECT user_name FROM account ORDER BY kyn_fold(user_name)");
+}
+
+std::optional<AccountStore::Account> Accounts::Find(const QString& user)
+{
+    const auto row =
+        m_connection->FirstRow(QString("SELECT user_name, pid FROM account") + WhereUser, {user});
+    if (!row)
+        return {};
+    return Account{(*row)[0].toString(), (*row)[1].toString()};
+}
+
+QStringList Accounts::Groups()
+{
+    return Column("SELECT group_name FROM account_group ORDER BY group_name");
+}
+
+QStringList Accounts::GroupsOf(const QString& user)
+{
+    return Column(QString("SELECT group_name FROM membership JOIN account USING (account_id)") + WhereUser +
+                      " ORDER BY group_name",
+                  {user});
+}
+
+QByteArray Accounts::Secret(const QString& user, const QString& password)
+{
+    if (password == QLatin1String(EmptyPassword))
         throw Error(Kind::BadPassword);
-    const QByteArray role = RoleName(logon.address.Database(), m_name);
-    m_session->Call("SELECT kyn_set_password(?, ?)",
-                    {m_name, QString::fromLatin1(PasswordVerifier(link, role, newPassword))}, m_name, {});
-    if (own)
-        link.SetPassword(PasswordBytes(newPassword));
+    ServerLink& link = m_connection->Link();
+    return PasswordVerifier(link, RoleName(link.LogonData().address.Database(), user), password);
 }
 
-QStringList ServerUserList::Names() const
+void Accounts::ProveOwnPassword(const QString& password)
 {
-    return FirstColumn(*m_session->connection, "SELECT user_name FROM account ORDER BY kyn_fold(user_name)");
+    Logon logon = m_connection->Link().LogonData();
+    logon.password = PasswordBytes(password);
+    Connect(logon);
 }
 
-bool ServerUserList::Contains(const QString& name) const
+void Accounts::StorePassword(const QString& user, const QString& password)
 {
-    return m_session->connection->FirstRow(QString("SELECT 1 FROM account") + WhereUser, {name}).has_value();
+    if (!IsOwn(user))
+        RequireAdministrator();
+    Call("SELECT kyn_set_password(?, ?)", {user, QString::fromLatin1(Secret(user, password))}, user, {});
+    if (IsOwn(user))
+        m_connection->Link().SetPassword(PasswordBytes(password));
 }
 
-std::unique_ptr<User> ServerUserList::Item(const QString& name) const
+void Accounts::AddUser(const Account& account, const QByteArray& secret)
 {
-    const auto account =
-        m_session->connection->FirstRow(QString("SELECT user_name, pid FROM account") + WhereUser, {name});
-    if (!account)
-        throw Error(Kind::NoSuchUser, {name});
-    return std::make_unique<ServerUser>(m_session, (*account)[0].toString(), (*account)[1].toString(),
-                                        QByteArray());
+    Call("SELECT kyn_add_account(?, ?, ?)", {account.name, account.pid, QString::fromLatin1(secret)},
+         account.name, {});
 }
 
-void ServerUserList::Append(const User& user)
+void Accounts::DeleteUser(const QString& user)
 {
-    m_session->RequireAdministrator();
-    const auto* made = dynamic_cast<const ServerUser*>(&user);
-    if (!made || made->Verifier().isEmpty())
-        throw Error(Contains(user.Name()) ? Kind::UserExists : Kind::NoSuchUser, {user.Name()});
-    m_session->Call("SELECT kyn_add_account(?, ?, ?)",
-                    {made->Name(), made->Pid(), QString::fromLatin1(made->Verifier())}, user.Name(), {});
+    Call("SELECT kyn_drop_account(?)", {user}, user, {});
 }
 
-void ServerUserList::Delete(const QString& name)
+void Accounts::AddGroup(const QString& group)
 {
-    m_session->Call("SELECT kyn_drop_account(?)", {name}, name, {});
+    Call("SELECT kyn_add_group(?)", {group}, {}, group);
 }
 
-QStringList DatabaseGroups::Names() const
+void Accounts::DeleteGroup(const QString& group)
 {
-    return FirstColumn(*m_session->connection, "SELECT group_name FROM account_group ORDER BY group_name");
+    Call("SELECT kyn_drop_group(?)", {group}, {}, group);
 }
 
-bool DatabaseGroups::Contains(const QString& group) const
+void Accounts::Join(const QString& user, const QString& group)
 {
-    return Names().contains(group);
+    Call("SELECT kyn_join(?, ?)", {user, group}, user, group);
 }
 
-void DatabaseGroups::Append(const QString& group)
+void Accounts::Leave(const QString& user, const QString& group)
 {
-    m_session->Call("SELECT kyn_add_group(?)", {group}, {}, group);
-}
-
-void DatabaseGroups::Delete(const QString& group)
-{
-    m_session->Call("SELECT kyn_drop_group(?)", {group}, {}, group);
+    Call("SELECT kyn_leave(?, ?)", {user, group}, user, group);
 }
 
 } // namespace dao::postgresql

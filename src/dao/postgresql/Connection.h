@@ -35,13 +35,13 @@ public:
     // Runs a script of many statements.
     void Execute(const QString& script);
     // An open rollback is left to the server. Nothing can be done with the session any more.
-    void Close() noexcept { m_link.reset(); }
+    void Close() noexcept override { m_link.reset(); }
 
     // A transaction excludes all other changes but log records, see the schema's kyn_share_changes.
     // Kind::InTransaction, Kind::NoTransaction, Kind::Locked.
-    void Begin();
-    void Commit();
-    void Rollback();
+    void Begin() override;
+    void Commit() override;
+    void Rollback() override;
 
     ServerLink& Link() const; // Kind::Closed
 

@@ -1,6 +1,6 @@
 #include "dao/postgresql/ServerMaintenance.h"
+#include "dao/AccountStore.h"
 #include "dao/TextIds.h"
-#include "dao/Workspace.h"
 #include "dao/postgresql/ServerSetup.h"
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Maintenance.h"
+#include "dao/MaintenanceReport.h"
 #include "dao/SchemaScripts.h"
 #include "dao/postgresql/ServerAddress.h"
 

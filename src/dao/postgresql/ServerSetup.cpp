@@ -1,8 +1,8 @@
 #include "dao/postgresql/ServerSetup.h"
+#include "dao/AccountStore.h"
 #include "dao/Names.h"
 #include "dao/Passwords.h"
 #include "dao/UserName.h"
-#include "dao/Workspace.h"
 #include "dao/postgresql/Accounts.h"
 #include <QRegularExpression>
 

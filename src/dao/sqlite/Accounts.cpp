@@ -1,6 +1,5 @@
 #include "dao/sqlite/Accounts.h"
-#include "dao/Passwords.h"
-#include "dao/TextMatch.h"
+#include "dao/Error.h"
 
 namespace dao::sqlite {
 
@@ -8,39 +7,7 @@ namespace {
 
 constexpr auto WhereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
 
-QStringList ColumnOf(Connection& connection, const QString& sql, const QVariantList& values = {})
-{
-    QStringList column;
-    const auto statement = connection.Kept(sql);
-    statement->Bind(values);
-    while (statement->Step())
-        column.append(statement->Column(0).toString());
-    return column;
-}
-
-// Kind::LastAdministrator when there is no other account in "Admins".
-void RequireOtherAdministrator(Connection& connection, const QString& user)
-{
-    const QVariant others = connection.Value(
-        "SELECT count(*) FROM workgroup.membership JOIN workgroup.account USING (account_id) "
-        "WHERE group_name=? AND kyn_fold(user_name)<>kyn_fold(?)",
-        {QString(AdminsGroupName), user});
-    if (others.toInt() == 0)
-        throw Error(Kind::LastAdministrator, {user});
-}
-
 } // namespace
-
-bool Session::IsOwn(const QString& user) const
-{
-    return Fold(user) == Fold(userName);
-}
-
-void Session::RequireAdministrator() const
-{
-    if (!IsMember(*connection, userName, AdminsGroupName))
-        throw Error(Kind::NotPermitted);
-}
 
 QString CheckLogon(Connection& connection, const QString& user, const QString& password,
                    const PasswordCost& cost)
@@ -57,109 +24,132 @@ QString CheckLogon(Connection& connection, const QString& user, const QString& p
     return account->Column(0).toString();
 }
 
-bool IsMember(Connection& connection, const QString& user, const QString& group)
+Accounts::Accounts(std::shared_ptr<Connection> connection, const QString& ownName, const PasswordCost& cost)
+    : AccountStore(ownName),
+      m_connection(std::move(connection)),
+      m_passwordCost(cost)
 {
-    return connection
-        .Value(QString("SELECT 1 FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
-                   WhereUser + " AND group_name=?",
-               {user, group})
+}
+
+QStringList Accounts::Column(const QString& sql, const QVariantList& values)
+{
+    QStringList column;
+    for (const QVariantList& row : m_connection->AllRows(sql, values))
+        column.append(row.first().toString());
+    return column;
+}
+
+bool Accounts::IsMember(const QString& user, const QString& group)
+{
+    return m_connection
+        ->Value(QString("SELECT 1 FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
+                    WhereUser + " AND group_name=?",
+                {user, group})
         .isValid();
 }
 
-SqliteUser::SqliteUser(std::shared_ptr<Session> session, QString name, QString pid, QByteArray passwordHash)
-    : m_session(std::move(session)),
-      m_name(std::move(name)),
-      m_pid(std::move(pid)),
-      m_passwordHash(std::move(passwordHash)),
-      m_groups(std::make_unique<UserGroups>(m_session, m_name))
+void Accounts::RequireAdministrator()
 {
+    if (!IsMember(OwnName(), AdminsGroupName))
+        throw Error(Kind::NotPermitted);
 }
 
-void SqliteUser::NewPassword(const QString& oldPassword, const QString& newPassword)
+// Kind::LastAdministrator when there is no other account in "Admins".
+void Accounts::RequireOtherAdministrator(const QString& user)
 {
-    Connection& connection = *m_session->connection;
-    if (m_session->IsOwn(m_name)) {
-        CheckLogon(connection, m_name, oldPassword, m_session->passwordCost);
-        if (newPassword.isEmpty())
-            throw Error(Kind::BadPassword);
-    } else {
-        m_session->RequireAdministrator();
-    }
-    const QString hash = QString::fromLatin1(HashPassword(newPassword, m_session->passwordCost));
-    if (connection.Change(QString("UPDATE workgroup.account SET password_hash=?") + WhereUser,
-                          {hash, m_name}) == 0)
-        throw Error(Kind::NoSuchUser, {m_name});
+    const QVariant others = m_connection->Value(
+        "SELECT count(*) FROM workgroup.membership JOIN workgroup.account USING (account_id) "
+        "WHERE group_name=? AND kyn_fold(user_name)<>kyn_fold(?)",
+        {QString(AdminsGroupName), user});
+    if (others.toInt() == 0)
+        throw Error(Kind::LastAdministrator, {user});
 }
 
-QStringList SqliteUserList::Names() const
+qlonglong Accounts::IdOf(const QString& user)
 {
-    return ColumnOf(*m_session->connection,
-                    "SELECT user_name FROM workgroup.account ORDER BY kyn_fold(user_name)");
+    const QVariant id =
+        m_connection->Value(QString("SELECT account_id FROM workgroup.account") + WhereUser, {user});
+    if (!id.isValid())
+        throw Error(Kind::NoSuchUser, {user});
+    return id.toLongLong();
 }
 
-bool SqliteUserList::Contains(const QString& name) const
+QStringList Accounts::UserNames()
 {
-    return m_session->connection->Value(QString("SELECT 1 FROM workgroup.account") + WhereUser, {name})
-        .isValid();
+    return Column("SELECT user_name FROM workgroup.account ORDER BY kyn_fold(user_name)");
 }
 
-std::unique_ptr<User> SqliteUserList::Item(const QString& name) const
+std::optional<AccountStore::Account> Accounts::Find(const QString& user)
 {
-    const auto account =
-        m_session->connection->Kept(QString("SELECT user_name, pid FROM workgroup.account") + WhereUser);
-    account->Bind(0, name);
-    if (!account->Step())
-        throw Error(Kind::NoSuchUser, {name});
-    return std::make_unique<SqliteUser>(m_session, account->Column(0).toString(),
-                                        account->Column(1).toString(), QByteArray());
+    const auto row =
+        m_connection->FirstRow(QString("SELECT user_name, pid FROM workgroup.account") + WhereUser, {user});
+    if (!row)
+        return {};
+    return Account{(*row)[0].toString(), (*row)[1].toString()};
 }
 
-void SqliteUserList::Append(const User& user)
+QStringList Accounts::Groups()
 {
-    m_session->RequireAdministrator();
-    const auto* made = dynamic_cast<const SqliteUser*>(&user);
-    if (!made || made->PasswordHash().isEmpty())
-        throw Error(Contains(user.Name()) ? Kind::UserExists : Kind::NoSuchUser, {user.Name()});
+    return Column("SELECT group_name FROM workgroup.account_group ORDER BY group_name");
+}
+
+QStringList Accounts::GroupsOf(const QString& user)
+{
+    return Column(
+        QString("SELECT group_name FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
+            WhereUser + " ORDER BY group_name",
+        {user});
+}
+
+QByteArray Accounts::Secret(const QString&, const QString& password)
+{
+    return HashPassword(password, m_passwordCost);
+}
+
+void Accounts::ProveOwnPassword(const QString& password)
+{
+    CheckLogon(*m_connection, OwnName(), password, m_passwordCost);
+}
+
+void Accounts::StorePassword(const QString& user, const QString& password)
+{
+    if (!IsOwn(user))
+        RequireAdministrator();
+    const QString hash = QString::fromLatin1(Secret(user, password));
+    if (m_connection->Change(QString("UPDATE workgroup.account SET password_hash=?") + WhereUser,
+                             {hash, user}) == 0)
+        throw Error(Kind::NoSuchUser, {user});
+}
+
+void Accounts::AddUser(const Account& account, const QByteArray& secret)
+{
+    RequireAdministrator();
     try {
-        m_session->connection->Change(
-            "INSERT INTO workgroup.account (user_name, pid, password_hash) VALUES (?, ?, ?)",
-            {made->Name(), made->Pid(), QString::fromLatin1(made->PasswordHash())});
+        m_connection->Change("INSERT INTO workgroup.account (user_name, pid, password_hash) VALUES (?, ?, ?)",
+                             {account.name, account.pid, QString::fromLatin1(secret)});
     } catch (const Error& error) {
         if (error.kind == Kind::DuplicateKey)
-            throw Error(Kind::UserExists, {user.Name()}, error.engineText);
+            throw Error(Kind::UserExists, {account.name}, error.engineText);
         throw;
     }
 }
 
-void SqliteUserList::Delete(const QString& name)
+void Accounts::DeleteUser(const QString& user)
 {
-    Connection& connection = *m_session->connection;
-    ChangeScope scope(connection);
-    m_session->RequireAdministrator();
-    if (IsMember(connection, name, AdminsGroupName))
-        RequireOtherAdministrator(connection, name);
-    if (connection.Change(QString("DELETE FROM workgroup.account") + WhereUser, {name}) == 0)
-        throw Error(Kind::NoSuchUser, {name});
+    ChangeScope scope(*m_connection);
+    RequireAdministrator();
+    if (IsMember(user, AdminsGroupName))
+        RequireOtherAdministrator(user);
+    if (m_connection->Change(QString("DELETE FROM workgroup.account") + WhereUser, {user}) == 0)
+        throw Error(Kind::NoSuchUser, {user});
     scope.Commit();
 }
 
-QStringList WorkgroupGroups::Names() const
+void Accounts::AddGroup(const QString& group)
 {
-    return ColumnOf(*m_session->connection,
-                    "SELECT group_name FROM workgroup.account_group ORDER BY group_name");
-}
-
-bool WorkgroupGroups::Contains(const QString& group) const
-{
-    return m_session->connection->Value("SELECT 1 FROM workgroup.account_group WHERE group_name=?", {group})
-        .isValid();
-}
-
-void WorkgroupGroups::Append(const QString& group)
-{
-    m_session->RequireAdministrator();
+    RequireAdministrator();
     try {
-        m_session->connection->Change("INSERT INTO workgroup.account_group (group_name) VALUES (?)", {group});
+        m_connection->Change("INSERT INTO workgroup.account_group (group_name) VALUES (?)", {group});
     } catch (const Error& error) {
         if (error.kind == Kind::DuplicateKey)
             throw Error(Kind::GroupExists, {group}, error.engineText);
@@ -167,63 +157,39 @@ void WorkgroupGroups::Append(const QString& group)
     }
 }
 
-void WorkgroupGroups::Delete(const QString& group)
+void Accounts::DeleteGroup(const QString& group)
 {
-    m_session->RequireAdministrator();
+    RequireAdministrator();
     if (group == AdminsGroupName || group == UsersGroupName)
         throw Error(Kind::NotPermitted);
-    if (m_session->connection->Change("DELETE FROM workgroup.account_group WHERE group_name=?", {group}) == 0)
+    if (m_connection->Change("DELETE FROM workgroup.account_group WHERE group_name=?", {group}) == 0)
         throw Error(Kind::NoSuchGroup, {group});
 }
 
-QStringList UserGroups::Names() const
+void Accounts::Join(const QString& user, const QString& group)
 {
-    return ColumnOf(
-        *m_session->connection,
-        QString("SELECT group_name FROM workgroup.membership JOIN workgroup.account USING (account_id)") +
-            WhereUser + " ORDER BY group_name",
-        {m_user});
-}
-
-bool UserGroups::Contains(const QString& group) const
-{
-    return IsMember(*m_session->connection, m_user, group);
-}
-
-qlonglong UserGroups::AccountId() const
-{
-    const QVariant id = m_session->connection->Value(
-        QString("SELECT account_id FROM workgroup.account") + WhereUser, {m_user});
-    if (!id.isValid())
-        throw Error(Kind::NoSuchUser, {m_user});
-    return id.toLongLong();
-}
-
-void UserGroups::Append(const QString& group)
-{
-    m_session->RequireAdministrator();
+    RequireAdministrator();
     try {
-        m_session->connection->Change(
-            "INSERT INTO workgroup.membership (account_id, group_name) VALUES (?, ?)", {AccountId(), group});
+        m_connection->Change("INSERT INTO workgroup.membership (account_id, group_name) VALUES (?, ?)",
+                             {IdOf(user), group});
     } catch (const Error& error) {
         if (error.kind == Kind::DuplicateKey)
-            throw Error(Kind::AlreadyMember, {m_user, group}, error.engineText);
+            throw Error(Kind::AlreadyMember, {user, group}, error.engineText);
         if (error.kind == Kind::InUse)
             throw Error(Kind::NoSuchGroup, {group}, error.engineText);
         throw;
     }
 }
 
-void UserGroups::Delete(const QString& group)
+void Accounts::Leave(const QString& user, const QString& group)
 {
-    Connection& connection = *m_session->connection;
-    ChangeScope scope(connection);
-    m_session->RequireAdministrator();
-    if (group == AdminsGroupName && Contains(group))
-        RequireOtherAdministrator(connection, m_user);
-    if (connection.Change("DELETE FROM workgroup.membership WHERE account_id=? AND group_name=?",
-                          {AccountId(), group}) == 0)
-        throw Error(Kind::NotAMember, {m_user, group});
+    ChangeScope scope(*m_connection);
+    RequireAdministrator();
+    if (group == AdminsGroupName && IsMember(user, group))
+        RequireOtherAdministrator(user);
+    if (m_connection->Change("DELETE FROM workgroup.membership WHERE account_id=? AND group_name=?",
+                             {IdOf(user), group}) == 0)
+        throw Error(Kind::NotAMember, {user, group});
     scope.Commit();
 }
 

@@ -30,7 +30,7 @@ public:
     void NameInErrors(const QString& path) { m_file->NameInErrors(path); }
 
     // Closes the files whatever statements are still in use; an open transaction is rolled back.
-    void Close() noexcept;
+    void Close() noexcept override;
     bool IsOpen() const override { return m_file->IsOpen(); }
     sqlite3* File() const { return m_file->Get(); } // Kind::Closed
 
@@ -53,9 +53,9 @@ public:
 
     // Takes the write locks of all attached files at once. Kind::InTransaction, Kind::NoTransaction,
     // Kind::Locked.
-    void Begin();
-    void Commit();
-    void Rollback();
+    void Begin() override;
+    void Commit() override;
+    void Rollback() override;
     bool InTransaction() const { return m_inTransaction; }
     // Within a transaction: raises when the engine has rolled it back by itself (disk full, for example),
     // since what follows would be stored although what went before is lost.

@@ -1,7 +1,8 @@
 #include "dao/sqlite/FilesCheck.h"
+#include "dao/AccountStore.h"
 #include "dao/TextIds.h"
 #include "dao/sqlite/Migrations.h"
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include <QFileInfo>
 
 namespace dao::sqlite {

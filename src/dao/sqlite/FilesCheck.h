@@ -1,6 +1,8 @@
 #pragma once
 
-#include "dao/Maintenance.h"
+#include "dao/Location.h"
+#include "dao/MaintenanceReport.h"
+#include <QList>
 
 namespace dao::sqlite {
 

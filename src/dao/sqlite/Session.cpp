@@ -1,7 +1,8 @@
-#include "dao/sqlite/SqliteWorkspace.h"
+#include "dao/sqlite/Session.h"
 #include "dao/Passwords.h"
 #include "dao/UserName.h"
-#include "dao/sqlite/Files.h"
+#include "dao/sqlite/Accounts.h"
+#include "dao/sqlite/ChangeCounter.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Rights.h"
 
@@ -100,35 +101,18 @@ void CreateFiles(const Location& location, const QString& adminUser, const QStri
     database.Keep();
 }
 
-std::unique_ptr<Workspace> SqliteWorkspace::Open(const Location& location, const QString& user,
-                                                 const QString& password, const OpenOptions& options)
+EngineSession OpenSession(const Location& location, const QString& user, const QString& password,
+                          const OpenOptions& options)
 {
-    auto connection = OpenFiles(location, options);
+    const auto connection = OpenFiles(location, options);
     const QString name = CheckLogon(*connection, user, password, options.passwordCost);
     connection->SetUser(name);
     RestrictToRights(*connection);
-    return std::unique_ptr<Workspace>(new SqliteWorkspace(
-        std::make_shared<Session>(Session{std::move(connection), name, options.passwordCost})));
-}
-
-SqliteWorkspace::SqliteWorkspace(std::shared_ptr<Session> session)
-    : m_session(std::move(session)),
-      m_database(m_session->connection),
-      m_users(m_session),
-      m_groups(m_session),
-      m_changes(*m_session->connection)
-{
-}
-
-std::unique_ptr<User> SqliteWorkspace::CreateUser(const QString& name, const QString& pid,
-                                                  const QString& password)
-{
-    m_session->RequireAdministrator();
-    RequireUserName(name);
-    if (password.isEmpty())
-        throw Error(Kind::BadPassword);
-    return std::make_unique<SqliteUser>(m_session, name, pid,
-                                        HashPassword(password, m_session->passwordCost));
+    const auto changes = std::make_shared<ChangeCounter>(*connection);
+    return {connection,
+            std::make_shared<Accounts>(connection, name, options.passwordCost),
+            {},
+            [connection, changes] { return changes->ChangedElsewhere(); }};
 }
 
 } // namespace dao::sqlite

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <memory>
+
+namespace dao {
+
+class AccountStore;
+class Engine;
+
+// Who wants to know what other sessions do; called from the event loop.
+struct WorkspaceWatcher {
+    // Another session changed this table ("account" and the like for accounts); an empty name: nobody knows
+    // what was changed.
+    std::function<void(const QString& table)> changed;
+    // The server does not answer any more, or answers again. The session goes on by itself.
+    std::function<void(bool away)> away;
+};
+
+// What an engine makes of a logon; a workspace is built on it.
+struct EngineSession {
+    std::shared_ptr<Engine> engine;
+    std::shared_ptr<AccountStore> accounts;
+    // Of the two, each engine has one: it tells what other sessions change, or it can be asked.
+    std::function<void(const WorkspaceWatcher&)> watch;
+    std::function<QStringList()> changedElsewhere;
+};
+
+} // namespace dao

@@ -1,0 +1,38 @@
+#include "dao/Maintenance.h"
+#include "dao/Error.h"
+#include "dao/SchemaScripts.h"
+#include "dao/postgresql/ServerMaintenance.h"
+#include "dao/sqlite/FilesCheck.h"
+
+namespace dao {
+
+using postgresql::ServerAddress;
+
+QList<Finding> CheckDatabase(const Location& location)
+{
+    try {
+        if (IsServerTarget(location.database))
+            return postgresql::CheckServerDatabase(ServerAddress::Parse(location.database));
+        return sqlite::CheckFiles(location);
+    } catch (const Error& error) {
+        return {{Finding::Severity::Error, TextId(error), error.values}};
+    }
+}
+
+void BackupDatabase(const Location& from, const Location& to)
+{
+    for (const QString& target : {from.database, to.database})
+        if (IsServerTarget(target))
+            throw Error(Kind::FilesOnly, {ServerAddress::Parse(target).Shown()});
+    sqlite::BackupFiles(from, to);
+}
+
+MigrationReport MigrateDatabase(const Location& location)
+{
+    if (IsServerTarget(location.database))
+        return postgresql::MigrateServerDatabase(ServerAddress::Parse(location.database),
+                                                 SchemaScripts("postgresql/"));
+    return sqlite::MigrateFiles(location);
+}
+
+} // namespace dao

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "dao/Passwords.h"
+#include <QDateTime>
+#include <chrono>
+#include <functional>
+
+namespace dao {
+
+struct OpenOptions {
+    // How long an operation waits for another program's lock before it raises Kind::Locked.
+    std::chrono::milliseconds busyTimeout{2000};
+    // The present time that queries over a period count from; empty: the system's clock.
+    std::function<QDateTime()> now;
+    PasswordCost passwordCost = PasswordCost::Interactive();
+};
+
+} // namespace dao
