@@ -8,6 +8,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
+#include "dao/Transaction.h"
 #include "dao/Workspace.h"
 
 namespace {
@@ -58,20 +59,14 @@ bool DeleteTogether(const AdminServices& services, const std::vector<DeletionIte
     std::vector<DeletionItem> refused;
     bool deleted = false;
     try {
-        dao::Workspace& workspace = services.session.Workspace();
-        workspace.BeginTrans();
-        try {
-            for (const DeletionItem& item : items) {
-                const Outcome outcome = Drop(services.session, item);
-                if (outcome == Outcome::Protected)
-                    refused.push_back(item);
-                deleted = deleted || outcome == Outcome::Deleted;
-            }
-            workspace.CommitTrans();
-        } catch (...) {
-            workspace.Rollback();
-            throw;
+        dao::Transaction transaction(services.session.Workspace());
+        for (const DeletionItem& item : items) {
+            const Outcome outcome = Drop(services.session, item);
+            if (outcome == Outcome::Protected)
+                refused.push_back(item);
+            deleted = deleted || outcome == Outcome::Deleted;
         }
+        transaction.Commit();
     } catch (const std::exception& failure) {
         ProgramLog::Write(
             QStringLiteral("Directory: nothing deleted: %1").arg(QString::fromUtf8(failure.what())));

@@ -12,7 +12,7 @@ struct Migration {
 };
 
 // The scripts compiled into the program whose paths begin with `prefix` ("postgresql/", "sqlite/workgroup-"),
-// numbered from 1 without a gap.
+// numbered from 1 without a gap. A line "{include FILE}" is replaced by a file that several engines share.
 QList<Migration> SchemaScripts(const QString& prefix);
 
 } // namespace dao

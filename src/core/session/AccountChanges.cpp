@@ -1,35 +1,9 @@
 #include "core/session/AccountChanges.h"
 
+#include "dao/Transaction.h"
 #include "dao/Workspace.h"
 
 namespace {
-
-// Both files are locked from its beginning; undone unless Commit was reached.
-class Transaction {
-public:
-    explicit Transaction(dao::Workspace& workspace) : m_workspace(workspace) { workspace.BeginTrans(); }
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    ~Transaction()
-    {
-        if (m_done)
-            return;
-        try {
-            m_workspace.Rollback();
-        } catch (const dao::Error&) {
-            // The workspace was closed, which has undone it.
-        }
-    }
-    void Commit()
-    {
-        m_workspace.CommitTrans();
-        m_done = true;
-    }
-
-private:
-    dao::Workspace& m_workspace;
-    bool m_done = false;
-};
 
 void RequireChange(dao::QueryDef& query)
 {
@@ -41,7 +15,7 @@ void RequireChange(dao::QueryDef& query)
 
 void AddAccount(dao::Workspace& workspace, const NewAccount& account)
 {
-    Transaction transaction(workspace);
+    dao::Transaction transaction(workspace);
     const auto profiles = workspace.Database().OpenTable("user_profile");
     profiles->AddNew();
     profiles->SetField("UserName", account.userName);
@@ -58,7 +32,7 @@ void AddAccount(dao::Workspace& workspace, const NewAccount& account)
 
 void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
 {
-    Transaction transaction(workspace);
+    dao::Transaction transaction(workspace);
     const auto query = workspace.Database().QueryDef("change_user_profile");
     query->SetParameter("id", change.profileId);
     query->SetParameter("cs", change.callsign);
@@ -76,7 +50,7 @@ void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
 
 void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName)
 {
-    Transaction transaction(workspace);
+    dao::Transaction transaction(workspace);
     const auto query = workspace.Database().QueryDef("drop_user_profile");
     query->SetParameter("id", profileId);
     RequireChange(*query);

@@ -3,6 +3,7 @@
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
 #include "dao/Database.h"
+#include "dao/Transaction.h"
 #include "dao/Workspace.h"
 
 namespace {
@@ -57,14 +58,8 @@ void RegistrySet(IDbSession& session, const QString& key, const QString& value)
 
 void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>& values)
 {
-    dao::Workspace& workspace = session.Workspace();
-    workspace.BeginTrans();
-    try {
-        for (const auto& [key, value] : values)
-            Store(session, key, value);
-        workspace.CommitTrans();
-    } catch (...) {
-        workspace.Rollback();
-        throw;
-    }
+    dao::Transaction transaction(session.Workspace());
+    for (const auto& [key, value] : values)
+        Store(session, key, value);
+    transaction.Commit();
 }

@@ -7,6 +7,7 @@
 #include "ctl/files/FleetPlanFile.h"
 #include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
+#include "dao/Transaction.h"
 #include "numbering/FleetPlanTable.h"
 
 #include <algorithm>
@@ -104,19 +105,14 @@ int Import(const Request& request)
 {
     const std::vector<FleetPlanRow> rows = ReadFleetPlan(FileOf(request), request.strings);
     const auto workspace = Open(request);
-    workspace->BeginTrans();
-    try {
-        const ImportCounts counts = ImportRows(workspace->Database(), rows, request);
-        workspace->CommitTrans();
-        Console::Print(QStringLiteral("Imported %1 fleets: %2 new, %3 replaced, %4 removed")
-                           .arg(rows.size())
-                           .arg(counts.added)
-                           .arg(counts.changed)
-                           .arg(counts.removed));
-    } catch (...) {
-        workspace->Rollback();
-        throw;
-    }
+    dao::Transaction transaction(*workspace);
+    const ImportCounts counts = ImportRows(workspace->Database(), rows, request);
+    transaction.Commit();
+    Console::Print(QStringLiteral("Imported %1 fleets: %2 new, %3 replaced, %4 removed")
+                       .arg(rows.size())
+                       .arg(counts.added)
+                       .arg(counts.changed)
+                       .arg(counts.removed));
     return exitOk;
 }
 

@@ -4,6 +4,7 @@
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Console.h"
+#include "dao/Transaction.h"
 
 namespace ImportRun {
 
@@ -36,33 +37,28 @@ int Run(const Request& request, dao::Workspace& workspace, const CsvTable& table
         const std::function<QString(const CsvTable::Row&)>& check, const std::function<void()>& store)
 {
     // Locked from here on, so that what was checked is what the rows are stored beside.
-    workspace.BeginTrans();
-    try {
-        int bad = 0;
-        for (const CsvTable::Row& row : table.Rows()) {
-            const QString problem = row.fields.isEmpty()
-                                        ? QStringLiteral("another number of fields than the heading has")
-                                        : check(row);
-            if (problem.isEmpty())
-                continue;
-            ++bad;
-            Console::PrintError(
-                QStringLiteral("%1, line %2: %3").arg(FileOf(request)).arg(row.line).arg(problem));
-        }
-        if (bad > 0 && !request.options.isSet("skip-bad"))
-            throw Error(ErrorCode::General, QStringLiteral("%1 of %2 lines are bad, nothing was imported")
-                                                .arg(bad)
-                                                .arg(table.Rows().size()));
-        store();
-        workspace.CommitTrans();
-        QString done = QStringLiteral("Imported %1 lines").arg(table.Rows().size() - bad);
-        if (bad > 0)
-            done += QStringLiteral(", left out %1").arg(bad);
-        Console::Print(done);
-    } catch (...) {
-        workspace.Rollback();
-        throw;
+    dao::Transaction transaction(workspace);
+    int bad = 0;
+    for (const CsvTable::Row& row : table.Rows()) {
+        const QString problem = row.fields.isEmpty()
+                                    ? QStringLiteral("another number of fields than the heading has")
+                                    : check(row);
+        if (problem.isEmpty())
+            continue;
+        ++bad;
+        Console::PrintError(
+            QStringLiteral("%1, line %2: %3").arg(FileOf(request)).arg(row.line).arg(problem));
     }
+    if (bad > 0 && !request.options.isSet("skip-bad"))
+        throw Error(
+            ErrorCode::General,
+            QStringLiteral("%1 of %2 lines are bad, nothing was imported").arg(bad).arg(table.Rows().size()));
+    store();
+    transaction.Commit();
+    QString done = QStringLiteral("Imported %1 lines").arg(table.Rows().size() - bad);
+    if (bad > 0)
+        done += QStringLiteral(", left out %1").arg(bad);
+    Console::Print(done);
     return exitOk;
 }
 

@@ -1,0 +1,28 @@
+#include "dao/Transaction.h"
+#include "dao/Workspace.h"
+
+namespace dao {
+
+Transaction::Transaction(Workspace& workspace) : m_workspace(workspace)
+{
+    workspace.BeginTrans();
+}
+
+Transaction::~Transaction()
+{
+    if (m_done)
+        return;
+    try {
+        m_workspace.Rollback();
+    } catch (const Error&) {
+        // The workspace was closed, or its server is gone: either has undone it.
+    }
+}
+
+void Transaction::Commit()
+{
+    m_workspace.CommitTrans();
+    m_done = true;
+}
+
+} // namespace dao
