@@ -1,4 +1,4 @@
-// The link heals itself: what the operator is told, how soon, and that nothing is left over afterwards.
+// The link recovers by itself: what the operator is told, how soon, and that nothing is left behind.
 
 #include "RadioStack.h"
 #include "core/base/Clock.h"
@@ -82,7 +82,7 @@ TEST_F(Healing, ATransactionEndsWithTheLinkAndTheNextOneWorks)
             EXPECT_TRUE(Runs(unplug ? LinkStatus::State::Lost : LinkStatus::State::Silent, 5000));
             EXPECT_TRUE(stack.RunToEnd());
             EXPECT_FALSE(stack.AgentShown());
-            stack.Run(120000); // it stays away, and is tried again for ever
+            stack.Run(120000); // it stays away and is tried again forever
             stack.radio.plugged = true;
             stack.radio.instead = {};
             EXPECT_TRUE(Runs(LinkStatus::State::Ready, 16000)) << status.text.toStdString();
@@ -145,7 +145,7 @@ TEST_F(Healing, LoggingOffAndOnLeavesNoHalfOpenPort)
     EXPECT_TRUE(Runs(LinkStatus::State::Ready, 5000));
 }
 
-// A line that was open once and then is neither opened nor refused, as a network that drops everything.
+// A line that opens once and later is neither opened nor refused, like a network that drops everything.
 struct SwallowedPort : RadioPort {
     void Open(bool wait) override { open = wait; }
     void Close() override { open = false; }
@@ -169,7 +169,7 @@ TEST(RealLine, LoggingOffWhileItIsOpenedAgainLeavesNothingBehind)
     EXPECT_EQ(control.Link().state, LinkStatus::State::Connecting);
 }
 
-// The port under its own name, and its adapter under another one.
+// The port under its own name, then its adapter under another.
 struct OneAdapter : SerialAdapters {
     QString IdentityOf(const QString&) const override { return QStringLiteral("A100"); }
     QString DeviceOf(const QString&) const override { return QFileInfo(link).canonicalFilePath(); }

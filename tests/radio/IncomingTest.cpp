@@ -182,7 +182,8 @@ TEST(Incoming, CallerWhoGivesUpClosesTheDialogue)
     EXPECT_FALSE(stack.AgentShown());
 }
 
-// The warning comes once, every message is still shown, and writing goes on when the database is back.
+// The warning comes once, every message is still shown, and records are written again when the database is
+// back.
 TEST(Incoming, RecordsThatCannotBeWrittenAreToldOnce)
 {
     RadioStack stack;
@@ -204,7 +205,7 @@ TEST(Incoming, RecordsThatCannotBeWrittenAreToldOnce)
     EXPECT_EQ(stack.Records().size(), 1);
 }
 
-// Events go on being handled while a box of an earlier one is open, and their boxes wait.
+// Events are handled while an earlier one's box is open, and their own boxes wait.
 TEST(Incoming, BoxesComeOneAtATimeAndEventsGoOn)
 {
     RadioStack stack;
@@ -267,7 +268,7 @@ TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
     EXPECT_FALSE(stack.radio.radio.Condition().transmitting);
 }
 
-// The caption says what the radio has been told, never what the hand does.
+// The caption shows what the radio has been told, not what the hand does.
 TEST(Agent, TransmitsOnlyWhileConnected)
 {
     RadioStack stack;

@@ -143,7 +143,7 @@ TEST_P(Refused, SaysWhyAndLeavesTheRadioFree)
     stack.Run(2000);
     EXPECT_EQ(stack.Records(), QStringList());
 
-    // Nothing of the refused request hinders the next one.
+    // The refused request leaves nothing behind that hinders the next.
     stack.executive.SendStatus(QStringLiteral("Unit20"), 5);
     ASSERT_TRUE(stack.RunToEnd());
     EXPECT_EQ(stack.Records().size(), 1);
@@ -233,7 +233,7 @@ TEST(OutgoingMessage, BusyRadioIsLeftAlone)
     EXPECT_EQ(stack.Records(), QStringList(QStringLiteral("1|5|Dispatch|Unit25")));
 }
 
-// What ends a transaction from outside: nothing is recorded, and the radio side works again.
+// Transactions ended from outside: nothing is recorded, and the radio side works afterwards.
 TEST(OutgoingMessage, EndedByLinkResetOrCable)
 {
     const std::pair<const char*, std::function<void(RadioStack&)>> ends[] = {

@@ -111,7 +111,7 @@ TEST_F(Ports, Busy)
 
 TEST_F(Ports, WhoHoldsIt)
 {
-    EXPECT_EQ(HolderOfPort(pty), QString()) << "this program itself is nobody to name";
+    EXPECT_EQ(HolderOfPort(pty), QString()) << "this program does not name itself";
     QProcess other;
     other.setStandardInputFile(pty);
     other.start(QStringLiteral("sleep"), {QStringLiteral("60")});

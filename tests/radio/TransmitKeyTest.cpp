@@ -8,7 +8,7 @@ namespace {
 
 using Time = TransmitKey::Time;
 
-// Each act is a press (+), a release (-) or only time; it is looked for what is held back before each.
+// Each act is a press (+), a release (-) or only time (.); releases held back are let out before each.
 struct Act {
     int at;    // ms, also the desktop's stamp unless one is given
     char what; // + - .

@@ -27,7 +27,7 @@ constexpr quint32 First = 0x80040000; // first user-defined code; catalogue erro
 constexpr quint32 NoFile = First + 1;
 constexpr quint32 LogonCancelled = First + 3;
 constexpr quint32 NumberingNotConfigured = First + 204;
-constexpr quint32 General = 0x80004005; // a failure that nobody tells apart by its code
+constexpr quint32 General = 0x80004005; // a failure that nobody distinguishes by its code
 } // namespace ErrorCode
 
 // Raises the error whose code is First + id and whose description is the catalogue text of that id.

@@ -8,7 +8,7 @@ struct Row {
     QLocale::Territory territory;
 };
 
-// The first row of a language stands for its other countries too.
+// A language's first row also stands for its countries that are not listed.
 constexpr Row Rows[] = {
     {0x0409, QLocale::English, QLocale::UnitedStates},
     {0x0809, QLocale::English, QLocale::UnitedKingdom},

@@ -8,8 +8,8 @@
 // The built-in catalogue, and the satellite catalogue of the user's language when one is installed.
 class CStringSourceImpl : public IStringSource {
 public:
-    // Folders that may hold satellite catalogues, most important first. Default: the user's, the system's
-    // and the program's own catalogue folders.
+    // Folders that may hold satellite catalogues, most important first. By default those of the user, of
+    // the system and of the program itself.
     explicit CStringSourceImpl(QStringList satelliteFolders = DefaultFolders());
 
     // Windows language identifier; initially that of the user's language (0x0409 for US English).

@@ -1,6 +1,6 @@
 #pragma once
 
-// Catalogue ids that this library's code loads. Those of captions stand in the forms.
+// Catalogue ids that this room's code loads. The forms hold those of their captions.
 namespace CoreText {
 
 constexpr int UserProfileRetry = 2061;

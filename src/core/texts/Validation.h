@@ -7,6 +7,6 @@ bool IsLetter(const QString& text);
 bool IsDigitText(const QString& text);
 
 // A letter, then letters, digits, blanks and underscores; a callsign has at most 14 characters. The caller
-// has trimmed.
+// trims.
 bool IsValidCallsign(const QString& text);
 bool IsValidName(const QString& text);

@@ -2,7 +2,7 @@
 
 #include "radio/base/Transaction.h"
 
-// What ends or moves on the transaction in progress.
+// What moves the transaction in progress on, or ends it.
 enum class AgentTrigger {
     CallConnected,
     CallProceeding,
@@ -17,12 +17,12 @@ enum class AgentTrigger {
     CloseButton,
 };
 
-// One reaction; its steps are taken in the order of these fields, but for showFirst.
+// One reaction. Its steps are taken in the order of these fields, except for showFirst.
 struct AgentReaction {
     enum class Request { None, Cancel, Clear, Answer };
     enum class OnError { Ignore, LogAndStay, Warn };
 
-    bool showFirst = false;     // record and message come after the button's caption and the next kind
+    bool showFirst = false;     // recording and forgetting come after the button's caption and the next kind
     bool writeRecord = false;   // when a message is pending: log record and log line
     bool forgetMessage = false; // MessagePending becomes false
     bool storeRegroup = false;  // a pending regroup or ungroup is stored and reflected
@@ -33,10 +33,10 @@ struct AgentReaction {
     bool reflectScada = false;
     bool cancelScada = false;
     Request request = Request::None;
-    OnError onError = OnError::Ignore; // what a request that raises does
+    OnError onError = OnError::Ignore; // what happens when the request raises
     bool hide = false;
     int warning = 0; // catalogue id of a warning box; 0 none
 };
 
-// The reaction to a trigger in a transaction of a kind; null when the trigger means nothing then.
+// The reaction to a trigger during a transaction of this kind; null when the trigger means nothing there.
 const AgentReaction* FindReaction(TransactionKind kind, AgentTrigger trigger);

@@ -6,25 +6,25 @@ class RadioBoxes;
 struct IStringSource;
 struct RadioViews;
 
-// One message or call of the log.
+// One message or call in the log.
 struct LogEntry {
     QDateTime time;
     EventType type;
-    QString desc; // of a status its code, or the call's description
+    QString desc; // a status code, a text, or the description of a call
     QString from; // callsigns
     QString to;
 };
 
-// What happened on the air, into the database and onto the screen.
+// Writes what happened on the air into the database and onto the screen.
 class EventRecorder {
 public:
     // All must outlive it.
     EventRecorder(EventLog& eventLog, const RadioViews& views, RadioBoxes& boxes,
                   const IStringSource& strings);
 
-    // Into the database. A failure is told in a box, the first of several in a row only.
+    // Into the database. Of several failures in a row only the first opens a box.
     void Store(const LogEntry& entry);
-    // Onto the screen, with the text that is shown there.
+    // Onto the screen, where the text takes the place of the description.
     void Show(const LogEntry& entry, const QString& text);
 
 private:

@@ -19,13 +19,6 @@
 
 #include <utility>
 
-namespace {
-
-// Of the call details: the call rings and has to be answered.
-constexpr int RingFlag = 8;
-
-} // namespace
-
 RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window,
                        Transaction& transaction, AddressBook& addressBook)
     : m_services(services),
@@ -133,12 +126,12 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     const bool emergency = callCode == map27::Type::EmergencyCall;
     const QString caption = IncomingCaption(emergency, prefix, ident);
 
-    // The new call takes over: what was still to be confirmed never will be.
+    // The new call takes over: what is still unconfirmed will never be confirmed.
     m_transaction.outgoing.MessagePending = false;
     EndRinging();
 
     m_window.InCallPrepare(caption, caller.callsign, emergency);
-    if ((flags & RingFlag) != 0) {
+    if (map27::CallDetails{static_cast<std::uint8_t>(flags)}.OffHookNeeded()) {
         m_transaction.MoveTo(TransactionKind::CallRinging);
         m_ringing = Ringing{caller.callsign, time};
     } else {
@@ -146,7 +139,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
         m_window.SetMainButton(RadioText::Hungup);
         m_window.AppendLog(Text(RadioText::ConnectedTalk));
     }
-    // Seen and heard first; the database comes after.
+    // The operator sees and hears it before the database is touched.
     m_window.ShowUnasked();
     m_window.PaintNow();
     if (emergency) {
@@ -256,7 +249,7 @@ void RadioAgent::EndRinging()
         Q_EMIT CallMissed(call->party, call->since);
 }
 
-// False when the request failed and the window has to stay.
+// Returns false when the request failed and the window has to stay.
 bool RadioAgent::Request(const AgentReaction& reaction)
 {
     try {
@@ -318,7 +311,8 @@ void RadioAgent::StoreRegroup()
 {
     if (!m_views.talkgroups)
         return;
-    // The box comes from the event loop: one in the middle of this event would let the next one in.
+    // The box is shown from the event loop: opened here, it would let the next event in before this one is
+    // done.
     const auto attempt = [this](const auto& step) {
         try {
             step();

@@ -16,8 +16,8 @@ class Map27Control;
 struct IAgentWindow;
 
 // Receives every event of the radio control and every button of the call dialogue, and decides the outcome of
-// each transaction by the table of AgentRules: moves the transaction on, writes log records and
-// calls back into the views.
+// each transaction by the table of AgentRules: moves the transaction on, writes log records and calls back
+// into the views.
 class RadioAgent : public QObject {
     Q_OBJECT
 
@@ -61,14 +61,13 @@ private:
     void ConnectEvents();
     void ConnectViews();
     bool IsConnected() const { return m_numbering.IsSet(); }
+
     void OnStatusReceived(qint16 prefix, qint16 ident, qint16 status);
     void OnTextReceived(const QString& text, qint16 prefix, qint16 ident);
     void OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
     void OnNumberingReceived();
     void OnOperatingCondition(int inContact, int fieldStrength);
     void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
-
-    void ShowOwnNumber(const QString& callsign, const QString& address);
 
     void React(AgentTrigger trigger);
     void Record(const AgentReaction& reaction);
@@ -77,6 +76,7 @@ private:
     void WriteOutgoingRecord();
     void StoreRegroup();
     void Notify();
+    void ShowOwnNumber(const QString& callsign, const QString& address);
     void ShowAnswer(const QString& text);
     Party Resolve(int prefix, int ident) const;
     QString IncomingCaption(bool emergency, int prefix, int ident) const;

@@ -6,8 +6,8 @@
 
 struct IPrompt;
 
-// Boxes that radio events raise: shown one at a time from the event loop, in order, the rest queued, so that
-// events go on being handled and recorded while a box is open.
+// The boxes that radio events raise. They are queued and shown one at a time from the event loop, so that
+// events are still handled and recorded while a box is open.
 class RadioBoxes : public QObject {
     Q_OBJECT
 

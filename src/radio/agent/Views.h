@@ -20,7 +20,7 @@ struct ILogView {
 struct IStatusView {
     virtual ~IStatusView() = default;
     virtual void SbrMessage(const QString& text) = 0;
-    // A message as well: what the radio has answered to a question, the operator's or our own.
+    // A message too: the radio's answer to a question, whether the operator's or our own.
     virtual void ShowAnswer(const QString& text) = 0;
     // Field strength 0 (unknown) to 255 (highest).
     virtual void ShowOperatingConditions(bool inService, int fieldStrength) = 0;
@@ -31,8 +31,8 @@ struct IStatusView {
 struct ITalkgroupView {
     virtual ~ITalkgroupView() = default;
     virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
-    // The radio has confirmed. True when a pending change was stored and has to be reflected; raise what
-    // keeps it from being stored. Nothing is pending afterwards.
+    // The radio has confirmed. Return true when a pending change was stored and has to be shown; raise when
+    // it cannot be stored. Either way nothing is pending afterwards.
     virtual bool StoreRegroup() = 0;
     virtual bool StoreUngroup() = 0;
     virtual void ReflectRegroup() = 0;
@@ -43,9 +43,9 @@ struct ITalkgroupView {
 
 // Where a report came from.
 struct ScadaSource {
-    QString dial; // its address in full, as the numbering writes it
+    QString dial; // its full address in the numbering in use
     QString callsign;
-    QDateTime time; // of its arrival
+    QDateTime time; // when it arrived
 };
 
 struct IScadaView {
@@ -66,7 +66,7 @@ struct INumberingView {
     virtual void DisplayDiags(const RadioNumbering& numbering) = 0;
 };
 
-// A view that is not there is null and is passed over.
+// A view that does not exist is null and is skipped.
 struct RadioViews {
     ILogView* log = nullptr;
     IStatusView* status = nullptr;

@@ -9,8 +9,8 @@
 
 namespace {
 
-// The field `wanted` of the directory entry whose `index` field equals the key; the fallback when there is
-// none or the directory cannot be read.
+// The field `wanted` of the directory entry that the index finds by its key; the fallback when there is none
+// or the directory cannot be read.
 QString Find(IDbSession& session, const QString& index, const QString& key, const QString& wanted,
              const QString& fallback)
 {

@@ -6,8 +6,8 @@
 struct IDbSession;
 struct IStringSource;
 
-// The address directory as messages need it: callsigns and dial texts of each other, and who is on duty. A
-// look-up that finds nothing, or cannot read the directory, gives back what it was given.
+// The address directory as messages need it: which callsign belongs to which dial text, and who is on duty. A
+// look-up that finds nothing, or cannot read the directory, returns what it was given.
 class AddressBook : public QObject {
     Q_OBJECT
 
@@ -16,16 +16,17 @@ public:
     AddressBook(IDbSession& session, const IStringSource& strings);
 
     QString LookupCallsign(const QString& dial) const;
-    // The dial text of a callsign; any other text is trimmed.
+    // The dial text of a callsign; any other text only trimmed.
     QString LookupIdent(const QString& text) const;
 
-    // False when it should be stored and could not be; the program's log then says why.
+    // Returns false when the duty could not be stored; the program's log says why. Duties that the site does
+    // not keep are not stored, which is no failure.
     bool UpdateDutyStatus(const QString& callsign, bool onDuty);
-    // The same for a status from the air, when it is one of those that mean on or off duty.
+    // The same for a status that came in, if it is one of the two that mean on duty or off duty.
     void FollowStatus(const QString& callsign, int status);
 
 Q_SIGNALS:
-    // An entry of the directory has been changed by UpdateDutyStatus.
+    // UpdateDutyStatus has changed an entry of the directory.
     void DutyChanged();
 
 private:

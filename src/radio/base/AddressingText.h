@@ -6,5 +6,5 @@ class Error;
 class AddressingError;
 struct IStringSource;
 
-// The sentence of an addressing failure, from the catalogue.
+// The catalogue's sentence for an addressing failure.
 Error AddressingFailure(const AddressingError& failure, const IStringSource& strings);

@@ -41,7 +41,7 @@ void SessionNumbering::ReadConfiguration(IMpt1343FleetConfigSource& fleets, IAct
     try {
         Configure(fleets, parameters);
     } catch (...) {
-        TakeConfiguration(); // the old one is dropped
+        TakeConfiguration(); // the old one no longer holds
         throw;
     }
     TakeConfiguration();
@@ -52,7 +52,7 @@ void SessionNumbering::Configure(IMpt1343FleetConfigSource& fleets, IActionetCon
     try {
         Addressing().SetConfigSource(fleets, parameters);
     } catch (const AddressingError& failure) {
-        // Parameters that cannot be used are as good as none: whoever may set them has to get in.
+        // Unusable parameters count as missing ones: whoever may correct them has to be able to log on.
         ProgramLog::Write(AddressingFailure(failure, m_strings).Description());
         RaiseCatalogueError(m_strings, NotConfigured);
     } catch (const Error& failure) {
@@ -141,7 +141,7 @@ QString SessionNumbering::MakeFullAddress(const QString& dial) const
     }
 }
 
-// The radio reports its numbering after every loss of the link; only what is new is told.
+// The radio reports its numbering after every loss of the link; only changes are told.
 void SessionNumbering::TellDoubts(const QStringList& doubts)
 {
     if (doubts == m_doubts)

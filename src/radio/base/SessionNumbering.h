@@ -14,7 +14,7 @@ class MptAddressing;
 struct IStringSource;
 
 // The numbering while somebody is logged on: how dial texts and addresses are converted, what the radio has
-// reported of itself, and what follows from both: our dial text and callsign, and what is doubtful.
+// reported about itself, and what follows from the two: our dial text and callsign, and any doubts.
 class SessionNumbering : public QObject {
     Q_OBJECT
 
@@ -23,17 +23,18 @@ public:
     SessionNumbering(AddressBook& addressBook, const IStringSource& strings);
     ~SessionNumbering() override;
 
-    // Null while nobody is logged on. The radio has reported nothing for a new one yet.
+    // Null while nobody is logged on. What the radio reported before is forgotten.
     void SetAddressing(std::unique_ptr<MptAddressing> addressing);
     bool IsSet() const { return m_addressing != nullptr; }
     // Raises Error when none is set.
     MptAddressing& Addressing() const;
 
-    // Reads how it is configured; our dial text is converted again. Raises Error, NumberingNotConfigured for
-    // what is missing or cannot be used; what was read before does not hold any more then.
+    // Reads the configuration and converts our dial text again. Raises Error with
+    // ErrorCode::NumberingNotConfigured when it is missing or unusable; the previous one no longer holds
+    // then.
     void ReadConfiguration(IMpt1343FleetConfigSource& fleets, IActionetConfigSource& parameters);
 
-    // What the radio reports of itself; TakeOwnNumber then says who we are.
+    // What the radio reports about itself; TakeOwnNumber then works out who we are.
     void SetReported(const RadioNumbering& numbering);
     void TakeOwnNumber();
 
@@ -41,16 +42,16 @@ public:
     const QString& MyAddress() const { return m_myAddress; }
     const QString& MyCallsign() const { return m_myCallsign; }
 
-    // In the raw form, "/0010020", when it cannot be converted.
+    // In raw form, such as "/0010020", when it cannot be converted.
     QString DialOf(int prefix, int ident) const;
-    // A dial text in full. Raises Error for one that is none.
+    // The full form of a dial text. Raises Error when it is not a valid one.
     QString MakeFullAddress(const QString& dial) const;
 
 Q_SIGNALS:
-    // Our dial text; the callsign is the same text when the directory has none.
+    // Without an entry in the directory the callsign is the dial text itself.
     void OwnNumberTaken(const QString& callsign, const QString& address);
     void CallsignChanged();
-    // What is doubtful about configuration and reported numbering has changed; empty when all is well.
+    // The doubts about configuration and reported number have changed; empty when all is well.
     void Doubted(const QStringList& doubts);
 
 private:

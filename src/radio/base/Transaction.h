@@ -5,7 +5,7 @@
 #include <QString>
 #include <QtGlobal>
 
-// What the radio is busy with for us. Values 2 and 7 are never used.
+// What the radio is doing for us. Values 2 and 7 are never used.
 enum class TransactionKind : qint16 {
     None = 0,
     CallSetUp = 1,
@@ -17,7 +17,7 @@ enum class TransactionKind : qint16 {
     GroupName = 9,
 };
 
-// The outgoing message or call whose log record is still to be written when the radio confirms it.
+// The outgoing message or call whose log record will be written when the radio confirms it.
 struct OutgoingMessage {
     bool MessagePending = false;
     EventType LastSentKind = EventType::Status;
@@ -30,7 +30,7 @@ class Transaction {
 public:
     TransactionKind Kind() const { return m_kind; }
     bool IsOpen() const { return m_kind != TransactionKind::None; }
-    // Of the one that was begun last.
+    // Counts those that were begun; this is the last one's.
     unsigned Number() const { return m_number; }
 
     void Begin(TransactionKind kind)
@@ -38,9 +38,9 @@ public:
         m_kind = kind;
         ++m_number;
     }
-    // The same transaction in its next state; or one that the radio began, which has no number.
+    // On to its next state; or to a transaction that the radio began, which has no number of its own.
     void MoveTo(TransactionKind kind) { m_kind = kind; }
-    // Whatever it was, nothing is pending any more.
+    // Afterwards nothing is in progress or pending.
     void Drop()
     {
         m_kind = TransactionKind::None;

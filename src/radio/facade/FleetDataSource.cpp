@@ -51,7 +51,7 @@ void FleetDataSource::RetreiveActionetConfig(ActionetConfig& config)
     config.MEP = Parameter(QStringLiteral("ANN_MEP"), QStringLiteral("0"));
 }
 
-// -1, which no parameter may be, for a text that is no whole number.
+// -1, which is never valid, for a text that is not a whole number.
 int FleetDataSource::Parameter(const QString& key, const QString& fallback)
 {
     bool whole = false;

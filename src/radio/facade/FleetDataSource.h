@@ -8,8 +8,9 @@ struct IDbSession;
 struct IStringSource;
 
 // Feeds the numbering component from the fleet plan (table fleet) and the ANN parameters of the open
-// database. Reads afresh at every call. Raises Error 202 (ANN) or 203 (MPT1343) for a missing configuration
-// and 200 for a plan that changes while it is read; database failures pass as they are.
+// database, which every call reads anew. Raises Error with RadioText::AnnNotConfigured or
+// FleetPlanNotConfigured for a missing configuration and NumberingUnexpectedEnd for a plan that changes while
+// it is read; database failures pass through unchanged.
 class FleetDataSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
 public:
     FleetDataSource(IDbSession& session, const IStringSource& strings);

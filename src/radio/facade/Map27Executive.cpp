@@ -85,7 +85,7 @@ void Map27Executive::LoadFleetData()
 
 void Map27Executive::Disconnect()
 {
-    // A call would go on at the radio, perhaps with the transmitter keyed.
+    // Otherwise a call would go on at the radio, perhaps with the transmitter keyed.
     if (m_transaction.IsOpen()) {
         m_control->CancelTransaction();
         m_control->ClearCall();
@@ -313,7 +313,7 @@ bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
         address = m_agent->Numbering().Addressing().DialToAddress(dial.toStdString());
         return true;
     } catch (const AddressingError& failure) {
-        // A callsign that is still a callsign after the lookup is not in the directory.
+        // What is still a callsign after the look-up is not in the directory.
         m_services.prompt.ShowWarning(
             IsValidCallsign(dial) ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
                                   : AddressingFailure(failure, m_services.strings).Description());

@@ -29,8 +29,8 @@ public:
     void SetViews(const RadioViews& views);
 
     enum TransactionKind TransactionKind() const { return m_transaction.Kind(); }
-    // Number of the transaction that a send operation started last, so that whoever started one knows whether
-    // an outcome is its own.
+    // Number of the transaction that a send operation started last, by which whoever started one can tell
+    // whether an outcome belongs to it.
     unsigned LastTransaction() const { return m_transaction.Number(); }
     const OutgoingMessage& Outgoing() const { return m_transaction.outgoing; }
     class Map27Control& Map27Control() { return *m_control; }
@@ -50,10 +50,11 @@ public:
     void AskOperatingCondition();
     void AskNumbering();
     void AskNetworkInfo();
-    // Shows what the radio has raised: in the call window's log while that is shown, else in a box.
+    // Shows an error that the radio control has raised: in the call window's log while it is open, else in a
+    // box.
     void TellFailure(const std::exception& failure);
 
-    // Whose settings hold the port; there is one settings file per application, so that nothing else depends
+    // Whose settings hold the port. Each application has a settings file of its own, so nothing else depends
     // on it.
     void SetAppName(const QString& name) { m_appName = name; }
     QString DefaultPort() const override;
@@ -93,8 +94,8 @@ Q_SIGNALS:
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
     // An incoming call has rung since that time and nobody answered or refused it.
     void CallMissed(const QString& party, const QDateTime& since);
-    // What is doubtful about the numbering's configuration and what the radio reports of its own number, one
-    // sentence each; empty when they fit again. Raised only when it changes.
+    // Doubts about the numbering's configuration and the number that the radio reports, one sentence each;
+    // empty when the two fit again. Raised only on a change.
     void NumberingDoubted(const QStringList& doubts);
 
 private:

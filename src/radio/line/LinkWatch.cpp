@@ -7,11 +7,11 @@ namespace {
 using map27::TimePoint;
 
 constexpr qsizetype Memory = 256;     // octets
-constexpr qsizetype FewestOctets = 4; // fewer say nothing
+constexpr qsizetype FewestOctets = 4; // fewer prove nothing
 constexpr qsizetype ShownCharacters = 24;
 constexpr qsizetype ShownOctets = 8;
 constexpr map27::Milliseconds LookInterval{1000};
-constexpr std::size_t PacketType = 3; // place in a frame, after the start flag
+constexpr std::size_t PacketType = 3; // its place in a frame, counted from the start flag
 constexpr std::size_t MessageType = 7;
 constexpr std::uint8_t Transfer = 0x04;
 
@@ -43,7 +43,7 @@ void LinkWatch::Hear(map27::OctetSpan octets)
     m_heard.append(reinterpret_cast<const char*>(octets.data()), length);
 }
 
-// A radio never sends a question; a line that does gives back our own.
+// A radio never asks this question: a line that carries it to us echoes our own.
 void LinkWatch::Send(const map27::Octets& frame)
 {
     if (frame.size() > MessageType && frame[PacketType] == Transfer &&

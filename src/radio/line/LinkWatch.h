@@ -5,27 +5,27 @@
 #include <QByteArray>
 #include <QString>
 
-// Watches a line for the operator: says when the radio that should be there is not heard, and what is heard
-// instead. The link has slower rules of its own (T1, N2, T4 of the standard); this only tells of what is
-// going on, and asks for probes, so that silence is noticed even when nobody has anything to send. Knows no
-// port and no clock.
+// Watches a line for the operator: tells when the radio that should be there is not heard, and what is heard
+// instead. The link has slower rules of its own (T1, N2, T4 of the standard); this one only observes, and
+// asks for probes so that silence is noticed even when nobody has anything to send. Knows neither port nor
+// clock.
 class LinkWatch {
 public:
     enum class Finding {
         None,     // nothing to tell, or too early
         Owes,     // the link is up, but the radio has not acknowledged for AnswerLimit
         Silent,   // no link, nothing is heard
-        Foreign,  // no link, something sends characters that are no MAP27
-        Noise,    // no link, octets that make no sense: the bit rate is wrong
-        Damaged,  // no link, MAP27 frames whose check sequence is wrong
+        Foreign,  // no link, something sends characters that are not MAP27
+        Noise,    // no link, senseless octets: the bit rate is wrong
+        Damaged,  // no link, MAP27 frames with a wrong check sequence
         Echo,     // what is sent comes back
         LinkSlow, // no link, though good frames come
     };
 
     static constexpr map27::Milliseconds ProbeInterval{8000};
     static constexpr map27::Milliseconds AnswerLimit{4000};
-    // A line without a link for so long is opened afresh: a dead network connection or a stuck adapter never
-    // says that it is dead.
+    // A line that has had no link for this long is opened anew: a dead network connection or a stuck adapter
+    // never says so.
     static constexpr map27::Milliseconds ReopenInterval{30000};
 
     // The line was opened, or its link was lost.

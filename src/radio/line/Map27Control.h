@@ -62,15 +62,16 @@ Q_SIGNALS:
     void TextReceived(const QString& text, qint16 prefix, qint16 ident);
     void NumberingReceived();
     void TransactionCleared(int type, int cause);
-    // The code is one of map27::Type: of these three events Setup..., Receive... and Message..., each
-    // Positive, Queued or Negative. The cause is for trace and log file.
+    // The code is a map27::Type: Setup..., Receive... and Message... for these three events, each Positive,
+    // Queued or Negative. The cause is only for traces and the log file.
     void OutgoingCallProgress(qint16 code, int cause);
     void AnswerProgress(qint16 code, int cause);
-    // callCode is map27::Type::Call or EmergencyCall; flags bit value 8: the call rings and must be answered.
+    // callCode is map27::Type::Call or EmergencyCall; flags are map27::CallDetails as they came from the
+    // radio.
     void IncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
     void MessageProgress(qint16 code, int cause, qint16 prefix, qint16 ident);
     void NetworkInfoReceived(qint16 channel, qint16 systemIdentity);
 
-    // Beside the events: the link came, went, or turned out to be a simulated radio.
+    // Not one of the radio's events: the link came up, went down, or turned out to be with a simulated radio.
     void LinkChanged(const LinkStatus& status);
 };

@@ -32,10 +32,10 @@ bool HasOpen(const QString& process, const QString& device)
 struct PortLock {
     QString file;
     qint64 process;
-    QString program; // its file name; empty when the lock does not tell it
+    QString program; // its file name; empty when the lock does not say
 };
 
-// By the old custom a program that uses a port leaves its process number in /var/lock/LCK..name.
+// By old custom, a program that uses a port leaves its process number in /var/lock/LCK..name.
 std::optional<PortLock> LockOf(const QString& device)
 {
     const QLatin1String devices("/dev/");
@@ -53,7 +53,7 @@ std::optional<PortLock> LockOf(const QString& device)
     return std::nullopt;
 }
 
-// Its number may belong to another program by now.
+// By now its number may belong to another program.
 bool IsRunning(const PortLock& lock)
 {
     if (::kill(static_cast<pid_t>(lock.process), 0) != 0 && errno == ESRCH)

@@ -3,8 +3,8 @@
 #include <QString>
 #include <optional>
 
-// Who holds a serial port open: "name (process 123)" of another program, or empty when that cannot be known,
-// as for a program of another user who did not leave a lock file.
+// Who holds a serial port open: another program as "name (process 123)", or empty when that cannot be
+// determined, as for another user's program that has left no lock file.
 QString HolderOfPort(const QString& device);
 
 // A lock file of a serial port whose program is no longer running; the port stays locked until it is removed,

@@ -2,6 +2,5 @@
 
 #include <QString>
 
-// The first character that radios cannot be sent, since code page 437 has not got it; empty when there is
-// none.
+// The first character that cannot be sent to a radio because code page 437 lacks it; empty when all can.
 QString FirstUnsendable(const QString& text);

@@ -51,7 +51,7 @@ void RadioLine::Close()
     if (m_port) {
         m_port->disconnect(this);
         m_port->Close();
-        // Kept alive until the event loop: the call may come from one of its signals.
+        // It lives on until the event loop: one of its own signals may have led here.
         m_port.release()->deleteLater();
     }
     m_terminal.reset();
@@ -125,7 +125,7 @@ void RadioLine::OnLinkFailed(map27::LinkFailure reason)
 {
     Tell({LineCondition::Kind::LinkLost, {}, reason});
     m_watch.Begin(Now(), *m_terminal);
-    // A dead network connection or a stuck adapter does not say so.
+    // A dead network connection or a stuck adapter does not say that it is dead.
     if (reason != map27::LinkFailure::PeerReset && m_port->IsOpen())
         Reopen();
 }
@@ -142,7 +142,7 @@ void RadioLine::OnReceived(const QByteArray& octets)
 void RadioLine::OnPortOpened()
 {
     m_retryAt.reset();
-    // Opened again by Reopen: what was wrong still is, until the radio answers.
+    // After Reopen what was wrong still is, until the radio answers.
     if (!std::exchange(m_reopening, false))
         Tell({LineCondition::Kind::Connecting});
     m_watch.Begin(Now(), *m_terminal);

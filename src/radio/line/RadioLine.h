@@ -34,9 +34,9 @@ struct LineCondition {
     map27::LinkFailure reason = map27::LinkFailure::PeerReset; // LinkLost only
 };
 
-// The line to the radio: owns the port, the terminal's end of MAP27, the watch over both and the one timer
+// The line to the radio. Owns the port, the terminal's end of MAP27, the watch over both and the one timer
 // that drives them. Commands go in through Open, Run and Close; events come out as signals. A line that fails
-// after Open is opened again for ever with a growing pause, and one without a link now and then; a
+// after Open is reopened forever with a growing pause, and one without a link now and then; a
 // transaction that was open then ends with TransactionCleared. A radio that has nothing to say is asked every
 // 8 seconds whether it is there.
 class RadioLine : public QObject {

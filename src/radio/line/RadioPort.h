@@ -6,15 +6,15 @@
 
 struct IStringSource;
 
-// The line to the radio: a serial port or a network connection. Owned by the radio control.
+// The line to the radio: a serial port or a network connection. Owned by RadioLine.
 class RadioPort : public QObject {
     Q_OBJECT
 
 public:
     using QObject::QObject;
 
-    // Opens the line. With `wait` it is open on return, or Error says in plain words why not; without, Opened
-    // or Failed comes later and the caller is not held up by a slow network.
+    // Opens the line. With `wait` it is open on return, or Error says in plain words why not. Without, Opened
+    // or Failed follows, and a slow network does not hold the caller up.
     virtual void Open(bool wait) = 0;
     virtual void Close() = 0;
     virtual bool IsOpen() const = 0;
@@ -23,7 +23,7 @@ public:
 Q_SIGNALS:
     void Opened();
     void Received(const QByteArray& octets);
-    // The line is gone; the text says why. It is closed then.
+    // The line is gone and closed; the text says why.
     void Failed(const QString& text);
 };
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <variant>
 
-// How a regroup and a group name travel to a radio: MAP27 has no message for them, so that they go as binary
-// short data (SST, coding 8) in this format of our own. A network with another format needs this file changed
-// and nothing else.
+// How a regroup and a group name travel to a radio. MAP27 has no message for them, so they go as binary short
+// data (SST, coding 8) in a format of our own. For a network with another format, only this file has to
+// change.
 //
 //   octet 1, 2   signature 56h 4Bh
 //   octet 3      version 01h
@@ -21,7 +21,7 @@ namespace RegroupFormat {
 constexpr std::size_t LongestName = 16;
 
 map27::Octets Regroup(int position, map27::Address group);
-// A name that is too long or holds another character is refused; nothing is cut.
+// A name that is too long or has an unsendable character is refused; nothing is cut.
 std::variant<map27::Octets, map27::TextProblem> GroupName(int position, std::string_view utf8);
 
 } // namespace RegroupFormat

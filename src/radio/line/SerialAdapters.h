@@ -2,8 +2,8 @@
 
 #include <QString>
 
-// The serial adapters that are plugged in. An adapter with a serial number is known again when it comes back
-// under another name.
+// The serial adapters that are plugged in. One with a serial number is recognised when it comes back under
+// another name.
 class SerialAdapters {
 public:
     virtual ~SerialAdapters() = default;

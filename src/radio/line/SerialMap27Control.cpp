@@ -78,7 +78,7 @@ SerialMap27Control::SerialMap27Control(const IStringSource& strings, const Clock
               return MakeRadioPort(name, bitsPerSecond, strings);
           })
 {
-    // A window that raises must not keep the next event from the others.
+    // A window that raises must not keep the next event from arriving.
     const auto guarded = [this](auto handler) {
         return [this, handler](const auto& told) {
             try {

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int LastWordsLimit = 100; // ms
 
-// Name of the group that owns a device, which is the one to join; empty when it cannot be known.
+// Name of the group that owns a device, which a user has to join; empty when it cannot be determined.
 QString GroupOf(const QString& device)
 {
     struct stat status {};
@@ -126,7 +126,7 @@ void SerialRadioPort::Close()
 {
     if (!m_port.isOpen())
         return;
-    // The last words, a hang-up perhaps, still go out.
+    // Let the last words out, perhaps a hang-up.
     if (m_port.error() == QSerialPort::NoError && m_port.bytesToWrite() > 0)
         m_port.waitForBytesWritten(LastWordsLimit);
     m_port.close();
@@ -138,14 +138,14 @@ void SerialRadioPort::Write(const QByteArray& octets)
         m_port.write(octets);
 }
 
-// Only what ends the line counts; a modem line that a device does not have is no failure.
+// Only what ends the line counts; a modem line that the device lacks is not a failure.
 void SerialRadioPort::OnError(QSerialPort::SerialPortError error)
 {
     const bool gone = error == QSerialPort::ResourceError || error == QSerialPort::DeviceNotFoundError ||
                       error == QSerialPort::ReadError || error == QSerialPort::WriteError;
     if (!gone || !m_port.isOpen())
         return;
-    // The device may be there for a moment yet when its line is already dead.
+    // The device may still be there for a moment when its line is already dead.
     const bool unplugged = error == QSerialPort::ResourceError || !QFileInfo::exists(m_device);
     const QString text = unplugged
                              ? FormatMessage(m_strings, RadioText::PortAbsent, {m_name})

@@ -69,7 +69,7 @@ void TcpRadioPort::Open(bool wait)
 void TcpRadioPort::Close()
 {
     m_limit.stop();
-    // The last words, a hang-up perhaps, still go out.
+    // Let the last words out, perhaps a hang-up.
     if (IsOpen() && m_socket.bytesToWrite() > 0)
         m_socket.waitForBytesWritten(LastWordsLimit);
     m_socket.abort();

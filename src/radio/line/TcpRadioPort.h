@@ -12,7 +12,7 @@ class TcpRadioPort : public RadioPort {
 public:
     static bool IsName(const QString& name);
 
-    // Raises Error for a name that is no valid address.
+    // Raises Error for a name that is not a valid address.
     TcpRadioPort(const QString& name, const IStringSource& strings);
 
     void Open(bool wait) override;

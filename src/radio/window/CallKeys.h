@@ -4,8 +4,8 @@
 
 #include <QObject>
 
-// Sees every key that goes to the program: for who asks whether somebody is typing, and for the key that
-// leads to the call window from any other.
+// Sees every key that the program receives: to tell whether somebody is typing, and for the key that leads to
+// the call window from anywhere.
 class CallKeys : public QObject {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
 
     explicit CallKeys(const Clock& clock);
 
-    // Whether the keyboard may be taken from where it is.
+    // Whether a window may take the keyboard.
     bool IsKeyboardFree() const;
 
 Q_SIGNALS:

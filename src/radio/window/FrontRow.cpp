@@ -8,7 +8,7 @@
 #include <QMessageBox>
 #include <QWindow>
 
-// Last: it defines common words as macros.
+// Included last: it defines common words as macros.
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
@@ -20,8 +20,8 @@ void StayOnTop(const QWidget& window, bool on)
         handle->setFlag(Qt::WindowStaysOnTopHint, on);
 }
 
-// Tells the window manager to keep a window above another one; null: above none. Qt's own way would let a
-// dialog that blocks the other one block the window, too. Does nothing where there is no X display.
+// Tells the window manager to keep a window above another one, or above none for null. Qt's own way would let
+// a dialog that blocks the other window block this one too. Does nothing without an X display.
 void KeepAbove(const QWidget& window, const QWidget* other)
 {
     Display* display = XDisplay();
@@ -53,7 +53,7 @@ bool FrontRow::eventFilter(QObject* watched, QEvent* event)
     switch (event->type()) {
     case QEvent::Show:
         if (watched == &m_callWindow)
-            ArrangeLater(); // showing it would undo part of that
+            ArrangeLater(); // showing the window would undo part of the arrangement
         else if (const QDialog* dialog = AsDialog(watched); dialog && m_callWindow.isVisible()) {
             StayOnTop(*dialog, true);
             Arrange();
@@ -96,7 +96,7 @@ void FrontRow::Arrange()
             main = window;
         }
     }
-    // A window on the full screen lies above those that stay on top.
+    // A full-screen window lies above those that stay on top.
     const bool above = main && !main->isMinimized() && (boxes || main->isFullScreen());
     KeepAbove(m_callWindow, above ? main : nullptr);
     StayOnTop(m_callWindow, !boxes);

@@ -5,9 +5,9 @@
 class QWidget;
 
 // Keeps boxes and dialogs usable while the call window is up, which stays above the windows of all programs:
-// a dialog that is opened then is opened in front of it. As long as a box is open the box has that place
-// alone, and the call window the one right above the main window: so the layers of the window manager hold
-// the order, whatever is clicked. A child of the call window.
+// a dialog opened meanwhile appears in front of it. While a box is open, the box alone stays on top and the
+// call window sits right above the main window; the window manager's own layers then keep that order whatever
+// is clicked. A child of the call window.
 class FrontRow : public QObject {
     Q_OBJECT
 

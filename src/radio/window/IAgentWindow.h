@@ -19,10 +19,10 @@ struct IAgentWindow {
     virtual void ShowTransmitting(bool on) = 0;
     // Shows the window above the others. It takes the keyboard for a call, not for a message.
     virtual void ShowAgent() = 0;
-    // The same for what nobody at this console asked for: it takes the keyboard only from somebody who is not
+    // The same for what nobody at this console asked for: it leaves the keyboard alone while somebody is
     // typing.
     virtual void ShowUnasked() = 0;
-    // What has been set is on the screen when it returns.
+    // On return everything set so far is on the screen.
     virtual void PaintNow() = 0;
     virtual void HideAgent() = 0;
 };

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Keys that move the focus, lead elsewhere or have a duty of their own never key the transmitter.
+// Keys that move the focus, open something else or have a meaning of their own never key the transmitter.
 bool Transmits(const QKeyEvent& event)
 {
     if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != Qt::NoModifier)

@@ -10,8 +10,8 @@ class QKeyEvent;
 class QPushButton;
 struct Clock;
 
-// The hand on the transmit button: a key that went down while the button had the focus, with all others up,
-// or the mouse. Losing the focus lets go. A child of the button.
+// Watches what holds the transmit button: the mouse, or a key that went down while the button had the focus
+// and no other key was down. Losing the focus lets go. A child of the button.
 class TransmitButton : public QObject {
     Q_OBJECT
 

@@ -5,9 +5,9 @@
 #include <optional>
 #include <vector>
 
-// Makes one on and one off of what holds the transmit button down, a key or the mouse. Where a repetition of
-// a held key may look like a release and a press of the same moment, the release is held back for a while and
-// dropped when such a press follows.
+// Turns whatever holds the transmit button down, a key or the mouse, into one "on" and one "off". Where the
+// repetition of a held key may look like a release and a press at the same moment, the release is held back
+// for a while and dropped when such a press follows.
 class TransmitKey {
 public:
     using Time = std::chrono::milliseconds;
@@ -16,7 +16,7 @@ public:
     static constexpr quint32 Mouse = 0; // as a code
     static constexpr Time HoldBack{40};
 
-    // Whether a release may be part of a repetition.
+    // Whether a release may turn out to be part of a repetition.
     void SetHoldingBack(bool on) { m_holdingBack = on; }
 
     // `stamp` is the desktop's time of the event.
@@ -25,7 +25,7 @@ public:
     // Time has passed; to be called at HeldBackUntil().
     Switches Expire(Time now);
     std::optional<Time> HeldBackUntil() const { return m_until; }
-    // Whatever holds the button does so no longer.
+    // Whatever was holding the button has let go.
     Switches LetGo();
 
 private:

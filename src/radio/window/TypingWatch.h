@@ -5,16 +5,16 @@
 
 struct Clock;
 
-// Whether somebody is typing, so that a window which comes unasked leaves the keyboard where it is.
+// Knows whether somebody is typing, so that a window that opens unasked leaves the keyboard where it is.
 class TypingWatch {
 public:
     static constexpr std::chrono::seconds Pause{5};
 
     explicit TypingWatch(const Clock& clock) : m_clock(clock) {}
 
-    // A key went to the program.
+    // The program has received a key.
     void KeyPressed();
-    // False while another program is active, since nobody can tell what is typed there.
+    // False while another program is active, since what is typed there cannot be seen.
     bool IsKeyboardFree(bool programActive) const;
 
 private:

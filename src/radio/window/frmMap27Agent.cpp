@@ -22,12 +22,12 @@ namespace {
 
 const QColor AlertColor(0xb0, 0x10, 0x20);
 
-// A key meant for Answer must not hang up what it answered.
+// A key press meant for Answer must not hang up the call it has just answered.
 constexpr std::chrono::seconds AnswerPause{1};
 
 constexpr Qt::Key CloseKey = Qt::Key_F9;
 
-// Different keys, so that a second press never does something else than the first.
+// Different keys, so that a second press never does anything but what the first did.
 Qt::Key MainKey(int mainText)
 {
     switch (mainText) {
@@ -154,7 +154,7 @@ void frmMap27Agent::TellKeys()
                        m_form->cmdClose->text(), NameOf(CallKeys::LeadKey)}));
 }
 
-// The hand that answers talks next.
+// Whoever answers will talk next.
 void frmMap27Agent::PressMainButton()
 {
     if (m_mainText == RadioText::Answer)
@@ -185,7 +185,7 @@ void frmMap27Agent::Bring(Activation activation)
     BringToScreen(*this, activation);
 }
 
-// The first time over the middle of the window that the operator works in; later where it was left.
+// The first time it opens over the middle of the operator's current window, later where it was left.
 void frmMap27Agent::Place()
 {
     QWidgetList windows = QApplication::topLevelWidgets();

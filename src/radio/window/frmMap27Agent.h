@@ -45,7 +45,7 @@ public:
 Q_SIGNALS:
     void MainButtonPressed();
     void CloseButtonPressed();
-    // The transmit button is held down, or no longer.
+    // The transmit button is being held down, or has been released.
     void TransmitRequested(bool on);
 
 protected:
@@ -69,7 +69,7 @@ private:
     const Clock& m_clock;
     std::unique_ptr<CallKeys> m_keys;
     TransmitButton* m_transmit;                            // a child
-    int m_mainText = 0;                                    // what the main button says
+    int m_mainText = 0;                                    // the main button's caption, a catalogue id
     std::optional<std::chrono::milliseconds> m_answeredAt; // when Answer became Hungup
     bool m_isCall = false;                                 // not a message
     bool m_placed = false;
