@@ -4,6 +4,7 @@
 #include "core/base/AppPaths.h"
 #include "core/base/Clock.h"
 #include "core/desktop/HeldKeys.h"
+#include "core/desktop/ModalFocus.h"
 #include "core/desktop/Prompt.h"
 #include "core/eventlog/EventLog.h"
 #include "core/logon/DbSessionImpl.h"
@@ -26,6 +27,7 @@
 struct Application::Objects {
     SystemClock clock;
     HeldKeys heldKeys;
+    ModalFocus modalFocus;
     Beeper beeper;
     SystemSerialPorts serialPorts;
     std::unique_ptr<Settings> settings;
