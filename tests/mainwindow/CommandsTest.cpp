@@ -1,6 +1,7 @@
 // Which commands the window offers to whom.
 
 #include "MainWindowStack.h"
+#include "mainwindow/bars/CommandBars.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -96,13 +97,15 @@ TEST(Commands, EveryMenuItemThatIsEnabledDoesSomething)
     MainWindowStack stack;
     stack.Open();
     stack.LogOn();
+    const auto* bars = stack.Window().findChild<CommandBars*>();
+    ASSERT_NE(bars, nullptr);
     int enabled = 0;
     for (QAction* action : stack.Window().findChildren<QAction*>()) {
         if (action->isEnabled() && action->isVisible() && !action->isSeparator() &&
             action->menu() == nullptr) {
             ++enabled;
             EXPECT_NE(action->objectName(), QString()) << action->text().toStdString();
-            EXPECT_TRUE(QObject::disconnect(action, &QAction::triggered, &stack.Window(), nullptr))
+            EXPECT_TRUE(QObject::disconnect(action, &QAction::triggered, bars, nullptr))
                 << action->objectName().toStdString();
         }
     }

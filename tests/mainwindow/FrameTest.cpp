@@ -184,7 +184,7 @@ TEST(Frame, TabsGoRoundAndShowTheirPane)
         QTest::keyClick(&address, Qt::Key_Backtab, Qt::ControlModifier | Qt::ShiftModifier);
         EXPECT_EQ(shown(), panes[next]);
     }
-    stack.Window().SelectTab(QStringLiteral("individuals"));
+    stack.Window().SelectTab(MainTabs::Tab::Individuals);
     EXPECT_EQ(shown(), panes[1]);
 }
 
@@ -283,12 +283,12 @@ TEST(StatusBar, ShowsMessagesConditionAndTime)
     EXPECT_EQ(stack.Panel("time"), QStringLiteral("1:00 AM"));
     EXPECT_EQ(stack.Panel("date"), QStringLiteral("3/2/24"));
 
-    stack.Window().SbrMessage(QStringLiteral("text"));
+    stack.Find<StatusBar>("sbrStatus").SbrMessage(QStringLiteral("text"));
     EXPECT_EQ(stack.Panel("main"), QStringLiteral("text"));
     EXPECT_EQ(stack.Find<QLabel>("main").toolTip(),
               QStringLiteral("Last updated: Saturday, March 2, 2024 at 1:00 AM."));
     for (const bool inService : {true, false}) {
-        stack.Window().ShowOperatingConditions(inService, 47);
+        stack.Find<StatusBar>("sbrStatus").ShowOperatingConditions(inService, 47);
         EXPECT_EQ(stack.Panel("opcon"), QString(QChar(inService ? 216 : 215)));
         EXPECT_EQ(stack.Find<QLabel>("opcon").accessibleName(), stack.Text(inService ? 5410 : 5411));
         EXPECT_EQ(stack.Panel("field"), QStringLiteral("47 ||......"));
@@ -361,7 +361,7 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
     stack.LogOn();
     const int tabsAlone = stack.Find<QWidget>("tsMain").y();
     const int sendAlone = stack.Find<QWidget>("picSend").y();
-    stack.Window().ShowOperatingConditions(true, 100);
+    stack.Find<StatusBar>("sbrStatus").ShowOperatingConditions(true, 100);
     stack.clock.Step(std::chrono::seconds(2));
     Q_EMIT stack.control->OperatingConditionReceived(1, 0, 0, 100, 0);
     EXPECT_EQ(stack.Panel("main"), stack.Text(2206));

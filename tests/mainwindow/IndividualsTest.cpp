@@ -15,7 +15,7 @@ public:
     {
         for (const char* callsign : {"Unit20", "Unit25"})
             SetDynamic(QLatin1String(callsign));
-        window->SelectTab(QStringLiteral("individuals"));
+        window->SelectTab(MainTabs::Tab::Individuals);
         window->ReloadInds();
     }
 

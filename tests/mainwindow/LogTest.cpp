@@ -4,6 +4,7 @@
 #include "core/widgets/Icons.h"
 #include "mainwindow/log/LogDelegate.h"
 #include "mainwindow/log/LogModel.h"
+#include "mainwindow/log/LogPane.h"
 
 #include <QAction>
 #include <QClipboard>
@@ -23,7 +24,7 @@ const QString Other = QStringLiteral("Unit20");
 void Show(MainWindowStack& stack, const QDateTime& time, EventType type, const QString& desc,
           const QString& from = Other, const QString& to = Own)
 {
-    stack.Window().LogShowNewLine(time, type, desc, from, to);
+    stack.Find<LogPane>("picLog").LogShowNewLine(time, type, desc, from, to);
 }
 
 void Select(MainWindowStack& stack, int row)
@@ -34,20 +35,19 @@ void Select(MainWindowStack& stack, int row)
 
 struct HexCase {
     QString data;
-    QString view;
+    LogDataView view;
     QString shown;
 };
 
 TEST(FormatLogData, ShowsTextOrWindowsCodes)
 {
     const HexCase Cases[] = {
-        {QStringLiteral("Hi"), QStringLiteral("hex"), QStringLiteral("48 69 ")},
-        {QString(), QStringLiteral("hex"), QString()},
-        {QStringLiteral("é€\n"), QStringLiteral("hex"), QStringLiteral("E9 80 0A ")},
-        {QStringLiteral("Ωa"), QStringLiteral("hex"), QStringLiteral("3F 61 ")},
-        {QStringLiteral("\U0001F600."), QStringLiteral("hex"), QStringLiteral("3F 2E ")},
-        {QStringLiteral("Hi"), QStringLiteral("text"), QStringLiteral("Hi")},
-        {QStringLiteral("Hi"), QStringLiteral("other"), QStringLiteral("Hi")},
+        {QStringLiteral("Hi"), LogDataView::Hex, QStringLiteral("48 69 ")},
+        {QString(), LogDataView::Hex, QString()},
+        {QStringLiteral("é€\n"), LogDataView::Hex, QStringLiteral("E9 80 0A ")},
+        {QStringLiteral("Ωa"), LogDataView::Hex, QStringLiteral("3F 61 ")},
+        {QStringLiteral("\U0001F600."), LogDataView::Hex, QStringLiteral("3F 2E ")},
+        {QStringLiteral("Hi"), LogDataView::Text, QStringLiteral("Hi")},
     };
     for (const HexCase& c : Cases)
         EXPECT_EQ(FormatLogData(c.data, c.view), c.shown);

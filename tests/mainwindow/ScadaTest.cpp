@@ -18,7 +18,7 @@ public:
     {
         Open();
         LogOn();
-        Window().SelectTab(QStringLiteral("scada"));
+        Window().SelectTab(MainTabs::Tab::Scada);
         Find<QComboBox>("cmbScadaUnit").setEditText(QStringLiteral("Unit20"));
     }
     QListView& Controls() { return Find<QListView>("lvControls"); }

@@ -148,9 +148,9 @@ TEST(Talkgroups, SelectionAddressesAndAllowsCommands)
         stack.Select(unit20);
         EXPECT_EQ(address.currentText(), QStringLiteral("Unit20"));
         EXPECT_EQ(allowed(), may ? QStringLiteral("xxx") : QStringLiteral("---"));
-        stack.window->SelectTab(QStringLiteral("scada"));
+        stack.window->SelectTab(MainTabs::Tab::Scada);
         EXPECT_EQ(allowed(), QStringLiteral("---"));
-        stack.window->SelectTab(QStringLiteral("talkgroups"));
+        stack.window->SelectTab(MainTabs::Tab::Talkgroups);
         EXPECT_EQ(allowed(), may ? QStringLiteral("xxx") : QStringLiteral("---"));
         if (!may) {
             stack.Drag(unit20, stack.GroupKey(QStringLiteral("Delta")));
@@ -166,7 +166,7 @@ TEST(Talkgroups, DefaultGroupAndGroupNames)
     stack.Select(stack.MemberKey(QStringLiteral("Alpha"), QStringLiteral("Unit20")));
     stack.prompt.ExpectWarning(stack.Text(2025));
     stack.Trigger("miDefDynamic");
-    stack.window->SelectTab(QStringLiteral("individuals"));
+    stack.window->SelectTab(MainTabs::Tab::Individuals);
     stack.prompt.ExpectWarning(stack.Text(2026));
     stack.Trigger("miDefDynamic");
     EXPECT_EQ(stack.Find<QTabBar>("tsMain").currentIndex(), 0);

@@ -8,75 +8,82 @@ using enum CommandRow::Kind;
 using namespace CommandText;
 
 constexpr CommandRow Rows[] = {
-    {Menu, "mbSystem", SystemMenu, 0, When::Always, When::Always},
-    {Item, "miLogOnLogOff", LogOnLogOff, 0, When::Always, When::Always},
-    {Item, "miSettings", SettingsItem, 0, When::Always, When::Always},
-    {Item, "miPassword", Password, 0, When::LoggedOn, When::Always},
-    {Item, "mbExit", Exit, 0, When::Always, When::Always},
+    {Menu, MainCommand::SystemMenu, "mbSystem", SystemMenu, 0, When::Always, When::Always},
+    {Item, MainCommand::LogOnLogOff, "miLogOnLogOff", LogOnLogOff, 0, When::Always, When::Always},
+    {Item, MainCommand::Settings, "miSettings", SettingsItem, 0, When::Always, When::Always},
+    {Item, MainCommand::Password, "miPassword", Password, 0, When::LoggedOn, When::Always},
+    {Item, MainCommand::Exit, "mbExit", Exit, 0, When::Always, When::Always},
 
-    {Menu, "mbRadio", RadioMenu, 0, When::LoggedOn, When::LoggedOn},
-    {Item, "miNumInfo", NumInfo, 0, When::Always, When::Always},
-    {Item, "miOpCon", OpCon, 0, When::Always, When::Always},
-    {Item, "miNetInfo", NetInfo, 0, When::Always, When::Always},
-    {Separator, "", RadioSeparator, 0, When::Always, When::Always},
-    {Item, "miNumberingDiag", NumberingDiag, 0, When::Always, When::Always},
+    {Menu, MainCommand::RadioMenu, "mbRadio", RadioMenu, 0, When::LoggedOn, When::LoggedOn},
+    {Item, MainCommand::NumInfo, "miNumInfo", NumInfo, 0, When::Always, When::Always},
+    {Item, MainCommand::OpCon, "miOpCon", OpCon, 0, When::Always, When::Always},
+    {Item, MainCommand::NetInfo, "miNetInfo", NetInfo, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", RadioSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::NumberingDiag, "miNumberingDiag", NumberingDiag, 0, When::Always, When::Always},
 
-    {Menu, "mbMessaging", MessagingMenu, 0, When::LoggedOn, When::LoggedOn},
-    {Item, "miSendCall", SendCall, 0, When::Always, When::Always},
-    {Item, "miSendEmrgCall", SendEmergencyCall, 0, When::Always, When::Always},
-    {Item, "miSendPriorCall", SendPriorityCall, 0, When::Always, When::Always},
-    {Separator, "", CallSeparator, 0, When::Always, When::Always},
-    {Item, "miSendBcast", SendBroadcast, 0, When::Always, When::Always},
-    {Item, "miSendEmrgBcast", SendEmergencyBroadcast, 0, When::Always, When::Always},
-    {Item, "miSendPriorBcast", SendPriorityBroadcast, 0, When::Always, When::Always},
-    {Separator, "", BroadcastSeparator, 0, When::Always, When::Always},
-    {Item, "miSendStatus", SendStatus, 0, When::Always, When::Always},
-    {Item, "miSendText", SendText, 0, When::Always, When::Always},
+    {Menu, MainCommand::MessagingMenu, "mbMessaging", MessagingMenu, 0, When::LoggedOn, When::LoggedOn},
+    {Item, MainCommand::SendCall, "miSendCall", SendCall, 0, When::Always, When::Always},
+    {Item, MainCommand::SendEmergencyCall, "miSendEmrgCall", SendEmergencyCall, 0, When::Always,
+     When::Always},
+    {Item, MainCommand::SendPriorityCall, "miSendPriorCall", SendPriorityCall, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", CallSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::SendBroadcast, "miSendBcast", SendBroadcast, 0, When::Always, When::Always},
+    {Item, MainCommand::SendEmergencyBroadcast, "miSendEmrgBcast", SendEmergencyBroadcast, 0, When::Always,
+     When::Always},
+    {Item, MainCommand::SendPriorityBroadcast, "miSendPriorBcast", SendPriorityBroadcast, 0, When::Always,
+     When::Always},
+    {Separator, MainCommand::None, "", BroadcastSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::SendStatus, "miSendStatus", SendStatus, 0, When::Always, When::Always},
+    {Item, MainCommand::SendText, "miSendText", SendText, 0, When::Always, When::Always},
 
-    {Menu, "mbDynReg", RegroupingMenu, 0, When::LoggedOn, When::LoggedOn},
-    {Item, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always},
-    {Item, "miRegroup", RegroupItem, 0, When::Regroup, When::Always},
-    {Item, "miUngroup", UngroupItem, 0, When::Ungroup, When::Always},
-    {Item, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always},
+    {Menu, MainCommand::RegroupingMenu, "mbDynReg", RegroupingMenu, 0, When::LoggedOn, When::LoggedOn},
+    {Item, MainCommand::DefaultDynamic, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always},
+    {Item, MainCommand::Regroup, "miRegroup", RegroupItem, 0, When::Regroup, When::Always},
+    {Item, MainCommand::Ungroup, "miUngroup", UngroupItem, 0, When::Ungroup, When::Always},
+    {Item, MainCommand::SendName, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always},
 
-    {Menu, "mbAdmin", AdminMenu, 0, When::Administrator, When::Administrator},
-    {Item, "miUserManager", UserManager, 0, When::Always, When::Always},
-    {Separator, "", UserSeparator, 0, When::Always, When::Always},
-    {Item, "miNumbering", Numbering, 0, When::Always, When::Always},
-    {Item, "miSelectNumbering", SelectNumbering, 0, When::Always, When::Always},
-    {Separator, "", NumberingSeparator, 0, When::Always, When::Always},
-    {Item, "miAddressDir", AddressDir, 0, When::Always, When::Always},
-    {Item, "miEditStati", EditStati, 0, When::Always, When::Always},
-    {Separator, "", CoverSeparator, 0, When::Always, When::Always},
-    {Item, "miCoverLists", CoverLists, 0, When::Always, When::Always},
+    {Menu, MainCommand::AdminMenu, "mbAdmin", AdminMenu, 0, When::Administrator, When::Administrator},
+    {Item, MainCommand::UserManager, "miUserManager", UserManager, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", UserSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::Numbering, "miNumbering", Numbering, 0, When::Always, When::Always},
+    {Item, MainCommand::SelectNumbering, "miSelectNumbering", SelectNumbering, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", NumberingSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::AddressDir, "miAddressDir", AddressDir, 0, When::Always, When::Always},
+    {Item, MainCommand::EditStati, "miEditStati", EditStati, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", CoverSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::CoverLists, "miCoverLists", CoverLists, 0, When::Always, When::Always},
 
-    {Menu, "mbView", ViewMenu, 0, When::Always, When::Always},
-    {Item, "miFullscreen", FullScreen, 0, When::NormalWindow, When::Always},
-    {Item, "miLogDataView", LogDataView, 0, When::LoggedOn, When::LoggedOn},
+    {Menu, MainCommand::ViewMenu, "mbView", ViewMenu, 0, When::Always, When::Always},
+    {Item, MainCommand::FullScreen, "miFullscreen", FullScreen, 0, When::NormalWindow, When::Always},
+    {Item, MainCommand::LogDataView, "miLogDataView", LogDataView, 0, When::LoggedOn, When::LoggedOn},
 
-    {Menu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
-    {Item, "miHelpTopix", HelpTopics, 0, When::Always, When::Always},
-    {Separator, "", HelpSeparator, 0, When::Always, When::Always},
-    {Item, "miAbout", About, 0, When::Always, When::Always},
+    {Menu, MainCommand::HelpMenu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
+    {Item, MainCommand::HelpTopics, "miHelpTopix", HelpTopics, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", HelpSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::About, "miAbout", About, 0, When::Always, When::Always},
 
-    {Button, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow, When::Always},
-    {Button, "tbMain_session", 0, 0, When::Always, When::Always}, // its tip is the caption of miLogOnLogOff
-    {Button, "tbMain_disconnect", 0, DisconnectTip, When::LoggedOn, When::Always},
-    {Button, "tbMain_refresh", 0, RefreshTip, When::LoggedOn, When::Always},
-    {Button, "tbMain_regroup", 0, RegroupTip, When::Regroup, When::Always},
-    {Button, "tbMain_ungroup", 0, UngroupTip, When::Ungroup, When::Always},
-    {Button, "tbMain_sendname", 0, SendNameTip, When::SendName, When::Always},
-    {Button, "tbMain_addressdir", 0, AddressDirTip, When::Administrator, When::Administrator},
-    {Button, "tbRefreshLog_refresh", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdSend", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdQrySensors", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdQryControls", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdALLON", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdALLOFF", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
-    {Button, "cmdDismissEmergency", 0, 0, When::LoggedOn, When::Always},
+    {ToolButton, MainCommand::FullScreen, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow,
+     When::Always},
+    {ToolButton, MainCommand::LogOnLogOff, "tbMain_session", 0, 0, When::Always,
+     When::Always}, // its tip is the caption of miLogOnLogOff
+    {ToolButton, MainCommand::Disconnect, "tbMain_disconnect", 0, DisconnectTip, When::LoggedOn,
+     When::Always},
+    {ToolButton, MainCommand::Refresh, "tbMain_refresh", 0, RefreshTip, When::LoggedOn, When::Always},
+    {ToolButton, MainCommand::Regroup, "tbMain_regroup", 0, RegroupTip, When::Regroup, When::Always},
+    {ToolButton, MainCommand::Ungroup, "tbMain_ungroup", 0, UngroupTip, When::Ungroup, When::Always},
+    {ToolButton, MainCommand::SendName, "tbMain_sendname", 0, SendNameTip, When::SendName, When::Always},
+    {ToolButton, MainCommand::AddressDir, "tbMain_addressdir", 0, AddressDirTip, When::Administrator,
+     When::Administrator},
+    {PaneButton, MainCommand::None, "tbRefreshLog_refresh", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdSend", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdQrySensors", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdQryControls", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdALLON", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdALLOFF", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdDismissEmergency", 0, 0, When::LoggedOn, When::Always},
 };
 
 bool Holds(When when, const CommandContext& context)
@@ -90,11 +97,11 @@ bool Holds(When when, const CommandContext& context)
     case When::Administrator:
         return context.loggedOn && context.administrator;
     case When::Regroup:
-        return mayRegroup && context.regroup;
+        return mayRegroup && context.selection.regroup;
     case When::Ungroup:
-        return mayRegroup && context.ungroup;
+        return mayRegroup && context.selection.ungroup;
     case When::SendName:
-        return mayRegroup && context.sendName;
+        return mayRegroup && context.selection.sendName;
     case When::NormalWindow:
         return context.normalWindow;
     }
@@ -108,14 +115,7 @@ std::span<const CommandRow> ActionTable()
     return Rows;
 }
 
-QHash<QString, CommandState> CommandStates(const CommandContext& context)
+CommandState StateOf(const CommandRow& row, const CommandContext& context)
 {
-    QHash<QString, CommandState> states;
-    for (const CommandRow& row : Rows) {
-        if (row.kind != CommandRow::Kind::Separator) {
-            states.insert(QLatin1String(row.name),
-                          {Holds(row.enabled, context), Holds(row.visible, context)});
-        }
-    }
-    return states;
+    return {Holds(row.enabled, context), Holds(row.visible, context)};
 }

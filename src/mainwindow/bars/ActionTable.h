@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QHash>
-#include <QString>
+#include "mainwindow/base/RegroupingAllowed.h"
+
 #include <span>
 
 // What a command needs to be enabled or visible.
@@ -15,14 +15,68 @@ enum class When {
     NormalWindow, // neither minimised nor maximised
 };
 
-// One command of the window: a menu, an item or a separator of the menu before it, or a button.
+// The menus, and what can be chosen in them or in the toolbar. Some commands are only in one of the two.
+enum class MainCommand {
+    None,
+
+    SystemMenu,
+    LogOnLogOff,
+    Settings,
+    Password,
+    Exit,
+
+    RadioMenu,
+    NumInfo,
+    OpCon,
+    NetInfo,
+    NumberingDiag,
+
+    MessagingMenu,
+    SendCall,
+    SendEmergencyCall,
+    SendPriorityCall,
+    SendBroadcast,
+    SendEmergencyBroadcast,
+    SendPriorityBroadcast,
+    SendStatus,
+    SendText,
+
+    RegroupingMenu,
+    DefaultDynamic,
+    Regroup,
+    Ungroup,
+    SendName,
+
+    AdminMenu,
+    UserManager,
+    Numbering,
+    SelectNumbering,
+    AddressDir,
+    EditStati,
+    CoverLists,
+
+    ViewMenu,
+    FullScreen,
+    LogDataView,
+
+    HelpMenu,
+    HelpTopics,
+    About,
+
+    Disconnect,
+    Refresh,
+};
+
+// One command of the window: a menu, an item or a separator of the menu before it, a button of the toolbar,
+// or one of a pane.
 struct CommandRow {
-    enum class Kind { Menu, Item, Separator, Button };
+    enum class Kind { Menu, Item, Separator, ToolButton, PaneButton };
 
     Kind kind;
-    const char* name; // objectName; empty for a separator
-    int caption;      // catalogue id; 0 for a button with a picture
-    int toolTip;      // catalogue id; 0 none
+    MainCommand command; // None for a separator and for a button of a pane, which runs its own command
+    const char* name;    // objectName; empty for a separator
+    int caption;         // catalogue id; 0 for a button with a picture
+    int toolTip;         // catalogue id; 0 none
     When enabled;
     When visible;
 };
@@ -30,24 +84,18 @@ struct CommandRow {
 // All commands, menus in the order of the menu bar, each followed by its items.
 std::span<const CommandRow> ActionTable();
 
-// What the enabling of commands depends on.
+// What decides whether commands are enabled and visible.
 struct CommandContext {
     bool loggedOn = false;
     bool administrator = false;
     bool allowDynamicRegrouping = false; // right of the operator's profile
     bool normalWindow = true;
-    // What the selection of the shown pane allows.
-    bool regroup = false;
-    bool ungroup = false;
-    bool sendName = false;
+    RegroupingAllowed selection; // of the shown pane
 };
 
 struct CommandState {
     bool enabled = false;
     bool visible = false;
-
-    bool operator==(const CommandState&) const = default;
 };
 
-// State of every command of the action table, by name.
-QHash<QString, CommandState> CommandStates(const CommandContext& context);
+CommandState StateOf(const CommandRow& row, const CommandContext& context);

@@ -6,17 +6,6 @@
 #include <QEvent>
 #include <QToolButton>
 
-namespace {
-
-constexpr auto KeyProperty = "key";
-
-QString KeyOf(const QToolButton& button)
-{
-    return button.property(KeyProperty).toString();
-}
-
-} // namespace
-
 KeyedToolBar::KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation orientation)
     : QWidget(parent),
       m_row(new QBoxLayout(orientation == Qt::Horizontal ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom,
@@ -28,12 +17,11 @@ KeyedToolBar::KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
-QToolButton* KeyedToolBar::AddButton(const QString& key, Style style, int toolTip, const QString& picture)
+QToolButton* KeyedToolBar::Add(int key, const QString& name, Style style, int toolTip, const QString& picture)
 {
     auto* button = new QToolButton(this);
-    button->setObjectName(objectName() + QLatin1Char('_') + key);
-    button->setProperty(KeyProperty, key);
-    button->setIcon(LoadIcon(picture.isEmpty() ? key : picture));
+    button->setObjectName(objectName() + QLatin1Char('_') + name);
+    button->setIcon(LoadIcon(picture.isEmpty() ? name : picture));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::TabFocus);
     button->setCheckable(style != Style::Plain);
@@ -41,13 +29,12 @@ QToolButton* KeyedToolBar::AddButton(const QString& key, Style style, int toolTi
         button->setProperty("toolTipId", toolTip);
         button->setProperty("accessibleNameId", toolTip);
     }
-    m_buttons.append(button);
-    m_styles.insert(button, style);
+    m_buttons.push_back({key, button, style});
     m_row->addWidget(button);
-    connect(button, &QToolButton::clicked, this, [this, button, style] {
+    connect(button, &QToolButton::clicked, this, [this, key, style] {
         if (style == Style::OneOfAll)
-            SetPressed(KeyOf(*button), true);
-        Q_EMIT ButtonClicked(KeyOf(*button));
+            Press(key, true);
+        Q_EMIT ButtonClicked(key);
     });
     SizeIcons();
     return button;
@@ -70,45 +57,51 @@ void KeyedToolBar::SetCompact()
     SizeIcons();
 }
 
-QToolButton* KeyedToolBar::Button(const QString& key) const
+const KeyedToolBar::KeyedButton* KeyedToolBar::Find(int key) const
 {
-    for (QToolButton* button : m_buttons)
-        if (KeyOf(*button) == key)
-            return button;
+    for (const KeyedButton& entry : m_buttons)
+        if (entry.key == key)
+            return &entry;
     return nullptr;
 }
 
-bool KeyedToolBar::IsPressed(const QString& key) const
+QToolButton* KeyedToolBar::ButtonOf(int key) const
 {
-    const QToolButton* button = Button(key);
-    return button != nullptr && button->isChecked();
+    const KeyedButton* entry = Find(key);
+    return entry != nullptr ? entry->button : nullptr;
 }
 
-void KeyedToolBar::SetPressed(const QString& key, bool pressed)
+bool KeyedToolBar::IsButtonPressed(int key) const
 {
-    QToolButton* chosen = Button(key);
+    const KeyedButton* entry = Find(key);
+    return entry != nullptr && entry->button->isChecked();
+}
+
+void KeyedToolBar::Press(int key, bool pressed)
+{
+    const KeyedButton* chosen = Find(key);
     if (chosen == nullptr)
         return;
-    if (pressed && m_styles.value(chosen) == Style::OneOfAll)
-        for (QToolButton* button : m_buttons)
-            button->setChecked(button == chosen);
+    if (pressed && chosen->style == Style::OneOfAll)
+        for (const KeyedButton& entry : m_buttons)
+            entry.button->setChecked(&entry == chosen);
     else
-        chosen->setChecked(pressed);
+        chosen->button->setChecked(pressed);
 }
 
-QString KeyedToolBar::PressedKey() const
+std::optional<int> KeyedToolBar::FirstPressed() const
 {
-    for (const QToolButton* button : m_buttons)
-        if (button->isChecked())
-            return KeyOf(*button);
-    return {};
+    for (const KeyedButton& entry : m_buttons)
+        if (entry.button->isChecked())
+            return entry.key;
+    return std::nullopt;
 }
 
 QToolButton* KeyedToolBar::FirstEnabled() const
 {
-    for (QToolButton* button : m_buttons)
-        if (button->isEnabled())
-            return button;
+    for (const KeyedButton& entry : m_buttons)
+        if (entry.button->isEnabled())
+            return entry.button;
     return nullptr;
 }
 
@@ -122,6 +115,6 @@ void KeyedToolBar::changeEvent(QEvent* event)
 void KeyedToolBar::SizeIcons()
 {
     const QSize size = m_compact ? SmallIconSize(*this) : IconSize(*this);
-    for (QToolButton* button : m_buttons)
-        button->setIconSize(size);
+    for (const KeyedButton& entry : m_buttons)
+        entry.button->setIconSize(size);
 }

@@ -1,13 +1,15 @@
 #pragma once
 
-#include <QHash>
 #include <QWidget>
+#include <functional>
+#include <optional>
+#include <vector>
 
 class QBoxLayout;
 class QToolButton;
 
-// A row or column of buttons with pictures, each known by its key. Button "k" of the bar "b" has the object
-// name "b_k".
+// A row or column of buttons with pictures. Button "n" of the bar "b" has the object name "b_n". Made as a
+// ToolBarOf, which knows each button by a value of an enumeration.
 class KeyedToolBar : public QWidget {
     Q_OBJECT
 
@@ -18,36 +20,72 @@ public:
         OneOfAll // exactly one button is pressed, once the first one is
     };
 
-    KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation orientation = Qt::Horizontal);
-
-    // Picture of the same key unless another is named; the tip (a catalogue id, 0 none) is filled with the
-    // window's captions.
-    QToolButton* AddButton(const QString& key, Style style, int toolTip, const QString& picture = {});
     void AddGap();
     // Keeps the buttons together at the beginning of a bar that is longer than they are.
     void AddStretch();
     // Buttons without room between them and with the smallest pictures.
     void SetCompact();
-
-    QToolButton* Button(const QString& key) const; // null when there is none
-    bool IsPressed(const QString& key) const;
-    // Shows a button as pressed or not, without its command. Pressing one of OneOfAll releases the others.
-    void SetPressed(const QString& key, bool pressed);
-    QString PressedKey() const; // of OneOfAll; empty when none is pressed
     // First button that can have the focus; null when none can.
     QToolButton* FirstEnabled() const;
 
 Q_SIGNALS:
-    void ButtonClicked(const QString& key);
+    void ButtonClicked(int key);
 
 protected:
+    KeyedToolBar(const QString& name, QWidget* parent, Qt::Orientation orientation);
+
+    QToolButton* Add(int key, const QString& name, Style style, int toolTip, const QString& picture);
+    QToolButton* ButtonOf(int key) const; // null when there is none
+    bool IsButtonPressed(int key) const;
+    void Press(int key, bool pressed);
+    std::optional<int> FirstPressed() const;
+
     void changeEvent(QEvent* event) override;
 
 private:
+    struct KeyedButton {
+        int key;
+        QToolButton* button;
+        Style style;
+    };
+
+    const KeyedButton* Find(int key) const;
     void SizeIcons();
 
     QBoxLayout* m_row;
-    QList<QToolButton*> m_buttons;
-    QHash<QToolButton*, Style> m_styles;
+    std::vector<KeyedButton> m_buttons;
     bool m_compact = false;
+};
+
+template <typename Key> class ToolBarOf : public KeyedToolBar {
+public:
+    ToolBarOf(const QString& name, QWidget* parent, Qt::Orientation orientation = Qt::Horizontal)
+        : KeyedToolBar(name, parent, orientation)
+    {
+    }
+
+    // Picture of the same name unless another is given; the tip (a catalogue id, 0 none) is filled with the
+    // window's captions.
+    QToolButton* AddButton(Key key, const QString& name, Style style, int toolTip,
+                           const QString& picture = {})
+    {
+        return Add(static_cast<int>(key), name, style, toolTip, picture);
+    }
+    QToolButton* Button(Key key) const { return ButtonOf(static_cast<int>(key)); }
+
+    bool IsPressed(Key key) const { return IsButtonPressed(static_cast<int>(key)); }
+    // Shows a button as pressed or not, without its command. Pressing one of OneOfAll releases the others.
+    void SetPressed(Key key, bool pressed) { Press(static_cast<int>(key), pressed); }
+    // Of OneOfAll; nothing when none is pressed.
+    std::optional<Key> Pressed() const
+    {
+        const std::optional<int> key = FirstPressed();
+        return key ? std::optional(static_cast<Key>(*key)) : std::nullopt;
+    }
+
+    void OnClick(const std::function<void(Key)>& run)
+    {
+        connect(
+            this, &KeyedToolBar::ButtonClicked, this, [run](int key) { run(static_cast<Key>(key)); });
+    }
 };

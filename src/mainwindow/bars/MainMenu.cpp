@@ -1,61 +1,55 @@
 #include "mainwindow/bars/MainMenu.h"
 
 #include "core/texts/StringSource.h"
-#include "mainwindow/bars/ActionTable.h"
 
 #include <QMenu>
 #include <QMenuBar>
 
 MainMenu::MainMenu(QMenuBar& bar, const IStringSource& strings)
 {
+    using Kind = CommandRow::Kind;
+
     QMenu* menu = nullptr;
     for (const CommandRow& row : ActionTable()) {
-        if (row.kind == CommandRow::Kind::Button)
+        if (row.kind == Kind::ToolButton || row.kind == Kind::PaneButton)
             continue;
         const QString name = QLatin1String(row.name);
         const QString caption = strings.LoadString(row.caption);
-        if (row.kind == CommandRow::Kind::Menu) {
+        if (row.kind == Kind::Menu) {
             menu = bar.addMenu(caption);
             menu->setObjectName(name);
-            m_menus.insert(name, menu);
+            m_menus.emplace(row.command, menu);
         } else if (caption == QLatin1String("-")) {
             menu->addSeparator();
         } else {
             QAction* action = menu->addAction(caption);
             action->setObjectName(name);
-            m_actions.insert(name, action);
+            m_actions.emplace(row.command, action);
         }
     }
 }
 
-QAction& MainMenu::Action(const QString& name) const
+QMenu& MainMenu::Menu(MainCommand menu) const
 {
-    Q_ASSERT(m_actions.contains(name));
-    return *m_actions.value(name);
+    return *m_menus.at(menu);
 }
 
-QMenu& MainMenu::Menu(const QString& name) const
+QAction& MainMenu::Action(MainCommand item) const
 {
-    Q_ASSERT(m_menus.contains(name));
-    return *m_menus.value(name);
+    return *m_actions.at(item);
 }
 
-bool MainMenu::Contains(const QString& name) const
+void MainMenu::SetState(MainCommand command, const CommandState& state)
 {
-    return m_actions.contains(name) || m_menus.contains(name);
+    QAction& action = m_menus.contains(command) ? *Menu(command).menuAction() : Action(command);
+    action.setEnabled(state.enabled);
+    action.setVisible(state.visible);
 }
 
-void MainMenu::SetState(const QString& name, bool enabled, bool visible)
+void MainMenu::PopUp(MainCommand menuCommand, const QPoint& place, MainCommand defaultItem)
 {
-    QAction& action = m_menus.contains(name) ? *Menu(name).menuAction() : Action(name);
-    action.setEnabled(enabled);
-    action.setVisible(visible);
-}
-
-void MainMenu::PopUp(const QString& menuName, const QPoint& place, const QString& defaultItem)
-{
-    QMenu& menu = Menu(menuName);
-    if (!defaultItem.isEmpty()) {
+    QMenu& menu = Menu(menuCommand);
+    if (defaultItem != MainCommand::None) {
         menu.setDefaultAction(&Action(defaultItem));
         QObject::connect(
             &menu, &QMenu::aboutToHide, &menu, [&menu] { menu.setDefaultAction(nullptr); },

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QHash>
-#include <QString>
+#include "mainwindow/bars/ActionTable.h"
+
+#include <map>
 
 class QAction;
 class QMenu;
@@ -15,17 +16,17 @@ public:
     // Menus and items become children of the bar and their menu.
     MainMenu(QMenuBar& bar, const IStringSource& strings);
 
-    // By objectName; the name must be one of the action table.
-    QAction& Action(const QString& name) const;
-    QMenu& Menu(const QString& name) const;
-    bool Contains(const QString& name) const;
-    // Items and the menus' own actions.
-    void SetState(const QString& name, bool enabled, bool visible);
+    // The command must be a menu, or an item of one.
+    QMenu& Menu(MainCommand menu) const;
+    QAction& Action(MainCommand item) const;
+    bool HasItem(MainCommand command) const { return m_actions.contains(command); }
+    // Of an item, or of a menu in the bar.
+    void SetState(MainCommand command, const CommandState& state);
 
     // Shows a menu at a place of the screen, with one item as the default where one is named.
-    void PopUp(const QString& menuName, const QPoint& place, const QString& defaultItem = {});
+    void PopUp(MainCommand menu, const QPoint& place, MainCommand defaultItem = MainCommand::None);
 
 private:
-    QHash<QString, QAction*> m_actions;
-    QHash<QString, QMenu*> m_menus;
+    std::map<MainCommand, QAction*> m_actions;
+    std::map<MainCommand, QMenu*> m_menus;
 };

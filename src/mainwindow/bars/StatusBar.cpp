@@ -10,6 +10,7 @@
 
 #include <QHBoxLayout>
 #include <QMouseEvent>
+#include <algorithm>
 
 namespace {
 
@@ -21,10 +22,11 @@ constexpr auto NoAddress = "---";
 constexpr std::chrono::seconds TimeToRead(2);
 
 struct PanelRow {
-    const char* key;
+    const char* name;
     int toolTip; // 0: set with each text
 };
 
+// In the order of StatusBar::Part.
 constexpr PanelRow Panels[] = {
     {"version", MainText::VersionTip},   {"main", 0},
     {"opcon", MainText::OpConTip},       {"field", MainText::FieldTip},
@@ -51,18 +53,17 @@ StatusBar::StatusBar(const IStringSource& strings, const Clock& clock, QWidget* 
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    for (const PanelRow& panelRow : Panels) {
-        const QString key = QLatin1String(panelRow.key);
-        auto* panel = new StatusPanel(key, this);
-        if (panelRow.toolTip != 0)
-            panel->setProperty("toolTipId", panelRow.toolTip);
-        m_panels.insert(key, panel);
-        row->addWidget(panel, key == QLatin1String("main") ? 1 : 0);
+    for (std::size_t i = 0; i < m_panels.size(); ++i) {
+        auto* panel = new StatusPanel(QLatin1String(Panels[i].name), this);
+        if (Panels[i].toolTip != 0)
+            panel->setProperty("toolTipId", Panels[i].toolTip);
+        m_panels[i] = panel;
+        row->addWidget(panel, static_cast<Part>(i) == Part::Main ? 1 : 0);
     }
-    Panel(QStringLiteral("version")).setText(VersionText());
-    Panel(QStringLiteral("opcon")).ReserveFor(QStringLiteral("WW"));
-    Panel(QStringLiteral("opcon")).setAccessibleName(strings.LoadString(MainText::ConditionUnknown));
-    Panel(QStringLiteral("field")).ReserveFor(FieldBarText(0));
+    Panel(Part::Version).setText(VersionText());
+    Panel(Part::OperatingCondition).ReserveFor(QStringLiteral("WW"));
+    Panel(Part::OperatingCondition).setAccessibleName(strings.LoadString(MainText::ConditionUnknown));
+    Panel(Part::FieldStrength).ReserveFor(FieldBarText(0));
     ForgetOwnAddress();
 
     connect(&m_second, &QTimer::timeout, this, &StatusBar::ShowNow);
@@ -105,7 +106,7 @@ void StatusBar::Put(const QString& text)
 {
     const QDateTime now = m_clock.Now();
     const QLocale locale;
-    StatusPanel& panel = Panel(QStringLiteral("main"));
+    StatusPanel& panel = Panel(Part::Main);
     panel.setText(text);
     panel.setToolTip(FormatMessage(m_strings, MainText::LastUpdated,
                                    {locale.toString(now.date(), QLocale::LongFormat),
@@ -114,13 +115,13 @@ void StatusBar::Put(const QString& text)
 
 void StatusBar::ShowOperatingConditions(bool inService, int fieldStrength)
 {
-    StatusPanel& condition = Panel(QStringLiteral("opcon"));
+    StatusPanel& condition = Panel(Part::OperatingCondition);
     condition.setText(QChar(inService ? InServiceCode : OutOfServiceCode));
     condition.ShowPicture(LoadIcon(inService ? QStringLiteral("inservice") : QStringLiteral("outofservice")));
     condition.setAccessibleName(
         m_strings.LoadString(inService ? MainText::InService : MainText::OutOfService));
 
-    StatusPanel& field = Panel(QStringLiteral("field"));
+    StatusPanel& field = Panel(Part::FieldStrength);
     field.setText(FieldBarText(fieldStrength));
     field.setAccessibleName(
         FormatMessage(m_strings, MainText::FieldStrength, {QString::number(fieldStrength)}));
@@ -128,8 +129,8 @@ void StatusBar::ShowOperatingConditions(bool inService, int fieldStrength)
 
 void StatusBar::ForgetOperatingConditions()
 {
-    for (const char* key : {"opcon", "field"}) {
-        StatusPanel& panel = Panel(QLatin1String(key));
+    for (const Part part : {Part::OperatingCondition, Part::FieldStrength}) {
+        StatusPanel& panel = Panel(part);
         panel.setText(QString());
         panel.ShowPicture(QIcon());
         panel.setAccessibleName(QString());
@@ -138,8 +139,8 @@ void StatusBar::ForgetOperatingConditions()
 
 void StatusBar::ShowOwnAddress(const QString& callsign, const QString& ident)
 {
-    Panel(QStringLiteral("callsign")).setText(callsign);
-    Panel(QStringLiteral("ident")).setText(ident);
+    Panel(Part::Callsign).setText(callsign);
+    Panel(Part::Ident).setText(ident);
 }
 
 void StatusBar::ForgetOwnAddress()
@@ -153,14 +154,15 @@ void StatusBar::ShowNow()
         ShowAnswer(QString(m_waitingAnswer));
     const QDateTime now = m_clock.Now();
     const QLocale locale;
-    Panel(QStringLiteral("date")).setText(locale.toString(now.date(), QLocale::ShortFormat));
-    Panel(QStringLiteral("time")).setText(locale.toString(now.time(), QLocale::ShortFormat));
+    Panel(Part::Date).setText(locale.toString(now.date(), QLocale::ShortFormat));
+    Panel(Part::Time).setText(locale.toString(now.time(), QLocale::ShortFormat));
 }
 
 void StatusBar::mouseDoubleClickEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::LeftButton)
-        Q_EMIT PanelDoubleClicked(PanelAt(event->position().toPoint()));
+    const std::optional<Part> part = PartAt(event->position().toPoint());
+    if (event->button() == Qt::LeftButton && part)
+        Q_EMIT PanelDoubleClicked(*part);
 }
 
 // Accepted, so that the release comes here too.
@@ -171,12 +173,15 @@ void StatusBar::mousePressEvent(QMouseEvent* event)
 
 void StatusBar::mouseReleaseEvent(QMouseEvent* event)
 {
-    if (event->button() == Qt::RightButton)
-        Q_EMIT PanelMenuRequested(PanelAt(event->position().toPoint()), event->globalPosition().toPoint());
+    const std::optional<Part> part = PartAt(event->position().toPoint());
+    if (event->button() == Qt::RightButton && part)
+        Q_EMIT PanelMenuRequested(*part, event->globalPosition().toPoint());
 }
 
-QString StatusBar::PanelAt(const QPoint& place) const
+std::optional<StatusBar::Part> StatusBar::PartAt(const QPoint& place) const
 {
-    const QWidget* panel = childAt(place);
-    return panel != nullptr ? panel->objectName() : QString();
+    const auto panel = std::find(m_panels.begin(), m_panels.end(), childAt(place));
+    if (panel == m_panels.end())
+        return std::nullopt;
+    return static_cast<Part>(panel - m_panels.begin());
 }

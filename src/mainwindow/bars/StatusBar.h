@@ -1,43 +1,48 @@
 #pragma once
 
-#include <QHash>
+#include "radio/agent/Views.h"
+
 #include <QTimer>
 #include <QWidget>
+#include <array>
 #include <chrono>
+#include <optional>
 
 class StatusPanel;
 struct Clock;
 struct IStringSource;
 
-// "sbrStatus": eight panels along the window's lower edge, by key from left to right "version", "main",
-// "opcon", "field", "callsign", "ident", "date", "time". Date and time stay current by themselves.
-class StatusBar : public QWidget {
+// "sbrStatus": eight panels along the window's lower edge. Date and time stay current by themselves.
+class StatusBar : public QWidget, public IStatusView {
     Q_OBJECT
 
 public:
+    // From left to right.
+    enum class Part { Version, Main, OperatingCondition, FieldStrength, Callsign, Ident, Date, Time };
+
     StatusBar(const IStringSource& strings, const Clock& clock, QWidget* parent);
 
-    void SbrMessage(const QString& text);
-    // A message that answers of the radio leave alone for two seconds; the last of them follows then.
+    void SbrMessage(const QString& text) override;
+    // A message that the radio's answers do not replace for two seconds; the last of them follows then.
     void SbrMessageFirst(const QString& text);
-    void ShowAnswer(const QString& text);
-    // The radio that gave the answers is there no more.
+    void ShowAnswer(const QString& text) override;
+    // The radio that gave the answers is no longer there.
     void ForgetAnswer();
-    void ShowOperatingConditions(bool inService, int fieldStrength);
-    // What a radio reported that is there no more holds no longer.
+    void ShowOperatingConditions(bool inService, int fieldStrength) override;
+    // What was reported by a radio that is no longer there is no longer true.
     void ForgetOperatingConditions();
-    void ShowOwnAddress(const QString& callsign, const QString& ident);
+    void ShowOwnAddress(const QString& callsign, const QString& ident) override;
     void ForgetOwnAddress();
     // Shows the clock's present date and time, and an answer whose time has come; also run once a second.
     void ShowNow();
     // After this the clock is not read any more.
     void StopClock() { m_second.stop(); }
 
-    StatusPanel& Panel(const QString& key) const { return *m_panels.value(key); }
+    StatusPanel& Panel(Part part) const { return *m_panels[static_cast<std::size_t>(part)]; }
 
 Q_SIGNALS:
-    void PanelDoubleClicked(const QString& key);
-    void PanelMenuRequested(const QString& key, const QPoint& place);
+    void PanelDoubleClicked(StatusBar::Part part);
+    void PanelMenuRequested(StatusBar::Part part, const QPoint& place);
 
 protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -46,11 +51,11 @@ protected:
 
 private:
     void Put(const QString& text);
-    QString PanelAt(const QPoint& place) const; // key; empty outside all panels
+    std::optional<Part> PartAt(const QPoint& place) const; // nothing outside all panels
 
     const IStringSource& m_strings;
     const Clock& m_clock;
-    QHash<QString, StatusPanel*> m_panels;
+    std::array<StatusPanel*, 8> m_panels{};
     QTimer m_second;
     std::chrono::milliseconds m_answersFrom{}; // ticks of the clock
     QString m_waitingAnswer;

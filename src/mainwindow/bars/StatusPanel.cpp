@@ -13,9 +13,9 @@ constexpr int Rounding = 2; // an advance is a rounded fraction
 
 } // namespace
 
-StatusPanel::StatusPanel(const QString& key, QWidget* parent) : QLabel(parent)
+StatusPanel::StatusPanel(const QString& name, QWidget* parent) : QLabel(parent)
 {
-    setObjectName(key);
+    setObjectName(name);
     setTextFormat(Qt::PlainText);
 }
 

@@ -9,7 +9,7 @@ class StatusPanel : public QLabel {
     Q_OBJECT
 
 public:
-    StatusPanel(const QString& key, QWidget* parent);
+    StatusPanel(const QString& name, QWidget* parent);
 
     // Width that the panel keeps for this text, whatever it shows.
     void ReserveFor(const QString& text);

@@ -1,20 +1,17 @@
 #include "mainwindow/frame/winMain.h"
 
-#include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
-#include "core/logon/frmPassword.h"
-#include "core/logon/frmSettings.h"
-#include "core/session/DatabaseChanges.h"
-#include "core/session/DbSession.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/Icons.h"
-#include "mainwindow/bars/KeyedToolBar.h"
-#include "mainwindow/bars/MainMenu.h"
-#include "mainwindow/bars/StatusBar.h"
+#include "mainwindow/bars/CommandBars.h"
 #include "mainwindow/base/TextIds.h"
+#include "mainwindow/frame/DatabaseWatch.h"
+#include "mainwindow/frame/FrameKeys.h"
+#include "mainwindow/frame/LogonView.h"
+#include "mainwindow/frame/MainCommands.h"
 #include "mainwindow/frame/PaneLayout.h"
 #include "mainwindow/frame/PaneSplitter.h"
 #include "mainwindow/individuals/IndividualsPane.h"
@@ -28,8 +25,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
-#include <QTabBar>
-#include <QToolButton>
 
 // Outside any namespace, as Q_INIT_RESOURCE demands: the pictures lie in a static library.
 static void InitIconResource()
@@ -39,14 +34,7 @@ static void InitIconResource()
 
 namespace {
 
-constexpr auto MainBarPrefix = "tbMain_";
 constexpr int LeastPaneLines = 3;
-
-bool IsLastOfGroup(const QString& key)
-{
-    return key == QLatin1String("fullscreen") || key == QLatin1String("disconnect") ||
-           key == QLatin1String("refresh") || key == QLatin1String("sendname");
-}
 
 } // namespace
 
@@ -54,18 +42,15 @@ winMain::winMain(const Services& services)
     : m_services(services),
       m_logLines(services.statusTexts, services.strings),
       m_logReader(services.session, services.executive),
-      m_placement(*this, services.settings),
-      m_logon(m_services, m_session, *this)
+      m_placement(*this, services.settings)
 {
     InitIconResource();
     setObjectName(QStringLiteral("winMain"));
     setProperty("textId", MainText::WindowCaption);
     setWindowIcon(LoadIcon(QStringLiteral("veltorkyn")));
-    m_menu = std::make_unique<MainMenu>(*menuBar(), m_services.strings);
     BuildFrame();
     LoadCaptions(*this, m_services.strings);
-    ConnectMenus();
-    ConnectPanes();
+    ConnectFrame();
     Load();
     ConnectServices();
 }
@@ -80,9 +65,10 @@ void winMain::BuildFrame()
 {
     m_client = new QWidget(this);
     setCentralWidget(m_client);
-    BuildToolBar();
+    m_bars = std::make_unique<CommandBars>(*menuBar(), *m_client, m_services.strings, m_session,
+                                           m_services.profile);
     m_strip = new LinkStrip(m_services.strings, m_services.clock, m_missedCalls, m_client);
-    BuildTabs();
+    m_tabs = std::make_unique<MainTabs>(m_services, m_session, m_client);
     picHPaneResize = new PaneSplitter(m_client);
     picLog = new LogPane(
         {m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader, m_session},
@@ -93,37 +79,41 @@ void winMain::BuildFrame()
     // Last, so that it stays in front of the panes in a window that is too low for all.
     sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
     m_client->installEventFilter(this);
+
+    const auto attempt = [this](const std::function<void()>& step) { return Attempt(step); };
+    m_commands = std::make_unique<MainCommands>(MainCommands::Parts{
+        *this, m_services, m_session, *m_bars, *m_tabs, *picLog, *picSend, *sbrStatus, *m_strip, attempt});
+    m_watch = std::make_unique<DatabaseWatch>(m_services, m_session, *m_tabs, *picSend, *m_strip, attempt);
+    m_logonView = std::make_unique<LogonView>(*m_bars, *m_tabs, *picLog, *sbrStatus, [this] { LoadStati(); });
+    m_logon = std::make_unique<LogonCommand>(m_services, m_session, *m_logonView);
 }
 
-void winMain::BuildToolBar()
+void winMain::ConnectFrame()
 {
-    tbMain = new KeyedToolBar(QStringLiteral("tbMain"), m_client);
-    tbMain->setProperty("accessibleNameId", MainText::MainToolBarName);
-    for (const CommandRow& row : ActionTable()) {
-        const QString name = QLatin1String(row.name);
-        if (row.kind == CommandRow::Kind::Button && name.startsWith(QLatin1String(MainBarPrefix))) {
-            const QString key = name.mid(static_cast<qsizetype>(qstrlen(MainBarPrefix)));
-            const bool stays = key == QLatin1String("fullscreen") || key == QLatin1String("session");
-            tbMain->AddButton(key, stays ? KeyedToolBar::Style::Check : KeyedToolBar::Style::Plain,
-                              row.toolTip);
-            if (IsLastOfGroup(key))
-                tbMain->AddGap();
-        }
-    }
-    tbMain->AddStretch();
-    tbMain->setContentsMargins(4, 2, 4, 2);
-    SetSessionCaption(m_menu->Action(QStringLiteral("miLogOnLogOff")).text());
+    m_bars->On(
+        MainCommand::LogOnLogOff, [this] { m_logon->Run(); });
+    m_bars->On(
+        MainCommand::FullScreen, [this] { SetFullScreen(!IsFullScreen()); });
+    m_bars->On(MainCommand::Exit, [this] { Exit(); });
+    connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
+    connect(m_tabs.get(), &MainTabs::TabChanged, this, &winMain::LayoutPanes);
+    connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
+
+    auto* keys = new FrameKeys(*this);
+    connect(keys, &FrameKeys::NextTab, m_tabs.get(), &MainTabs::SelectNext);
+    connect(keys, &FrameKeys::PreviousTab, m_tabs.get(), &MainTabs::SelectPrevious);
+    connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
 }
 
 void winMain::ConnectServices()
 {
     Map27Executive& executive = m_services.executive;
     RadioViews views;
-    views.log = this;
-    views.status = this;
-    views.talkgroups = picGroups;
-    views.scada = picScada;
-    views.individuals = picIndividuals;
+    views.log = picLog;
+    views.status = sbrStatus;
+    views.talkgroups = &m_tabs->Groups();
+    views.scada = &m_tabs->Scada();
+    views.individuals = &m_tabs->Individuals();
     views.numbering = m_services.numberingView;
     executive.SetViews(views);
     connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
@@ -134,22 +124,29 @@ void winMain::ConnectServices()
             sbrStatus->ForgetAnswer();
     });
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
+    connect(&executive, &Map27Executive::CallMissed, this,
+            [this](const QString& party, const QDateTime& since) {
+                m_missedCalls.Add(party, since);
+                m_strip->ShowMissedCalls();
+            });
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     m_strip->ShowLink(executive.Link());
-    ConnectMissedCalls();
-    ConnectDatabase();
-    if (m_services.passwordDialog != nullptr)
-        connect(m_services.passwordDialog, &frmPassword::PasswordChanged, this, &winMain::SbrMessage);
+}
+
+void winMain::ShowEmergency(const QString& party, const QDateTime& time)
+{
+    m_strip->ShowEmergency(party, time);
+    QApplication::alert(this);
 }
 
 void winMain::Load()
 {
-    SetCommandStates();
+    m_bars->SetCommandStates();
     Attempt([this] { m_logWidth = m_services.settings.LogWidth(); });
-    Attempt([this] { picLog->SetLogDataView(m_services.settings.LogView()); });
+    Attempt([this] { picLog->LoadLogDataView(); });
     Attempt([this] { picLog->LoadLogPrefs(); });
-    picIndividuals->SizeColumns();
-    Attempt([this] { picScada->Load(); });
+    m_tabs->Individuals().SizeColumns();
+    Attempt([this] { m_tabs->Scada().Load(); });
     Attempt([this] { m_logOnAtStart = m_services.settings.GetLogonCount() != 0; });
     picSend->SelectType(SendPane::MessageType::Status);
     RestoreWindowPlacement();
@@ -171,7 +168,7 @@ void winMain::LogOnAtStart()
         m_services.prompt.ShowWarning(m_startProblems.join(QLatin1Char('\n')));
     }
     if (m_logOnAtStart && !m_session.LoggedOn)
-        m_logon.Run();
+        m_logon->Run();
 }
 
 // The first logon waits until the window stands, so that its dialog has something to stand on.
@@ -191,7 +188,7 @@ void winMain::changeEvent(QEvent* event)
         (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange))
         LayoutPanes();
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_session.LoggedOn)
-        Attempt([this] { m_services.session.Changes().MayHaveChanged(); });
+        Attempt([this] { m_watch->LookNow(); });
 }
 
 bool winMain::eventFilter(QObject* watched, QEvent* event)
@@ -203,14 +200,14 @@ bool winMain::eventFilter(QObject* watched, QEvent* event)
 
 void winMain::LayoutPanes()
 {
-    EnableFullScreen(m_placement.IsNormal());
+    m_bars->AllowFullScreen(m_placement.IsNormal());
 
-    const int barHeight = tbMain->sizeHint().height();
+    const int barHeight = m_bars->ToolBar().sizeHint().height();
     const int stripHeight = m_strip->HeightAt(m_client->width());
     PaneSizes sizes;
     sizes.toolBarHeight = barHeight + stripHeight;
     sizes.statusBarHeight = sbrStatus->sizeHint().height();
-    sizes.tabRowHeight = tsMain->sizeHint().height();
+    sizes.tabRowHeight = m_tabs->RowHeight();
     sizes.splitterWidth = PaneSplitter::Width;
     sizes.sendPaneHeight = picSend->PaneHeight();
     sizes.logWidth = m_logWidth;
@@ -218,35 +215,22 @@ void winMain::LayoutPanes()
     // as the screen has room.
     const int room =
         screen()->availableGeometry().height() - (frameGeometry().height() - height()) - menuBar()->height();
-    const int lowest = LowestClient(sizes, LeastPaneLines * fontMetrics().lineSpacing());
+    const int leastPane = LeastPaneLines * fontMetrics().lineSpacing();
+    const int lowest = LowestClient(sizes, leastPane);
     m_client->setMinimumHeight(
-        std::clamp(LowestClient(sizes, LeastPaneHeight()), lowest, std::max(lowest, room)));
+        std::clamp(LowestClient(sizes, m_tabs->LeastPaneHeight(leastPane)), lowest, std::max(lowest, room)));
     const QSize client = m_client->size();
     sizes.client = client;
     const PaneLayout layout = ArrangePanes(sizes);
 
-    tbMain->setGeometry(0, 0, client.width(), barHeight);
+    m_bars->ToolBar().setGeometry(0, 0, client.width(), barHeight);
     m_strip->setGeometry(0, barHeight, client.width(), stripHeight);
-    tsMain->setGeometry(0, layout.tabStrip.top(), client.width(), sizes.tabRowHeight);
+    m_tabs->Place({0, layout.tabStrip.top(), client.width(), sizes.tabRowHeight}, layout.tabPane);
     picLog->setGeometry(layout.log);
     picHPaneResize->setGeometry(layout.splitter);
     picHPaneResize->SetRange(layout.tabStripClient);
-    for (QWidget* pane : {static_cast<QWidget*>(picGroups), static_cast<QWidget*>(picIndividuals),
-                          static_cast<QWidget*>(picScada)})
-        pane->setGeometry(layout.tabPane);
     picSend->setGeometry(layout.send);
     sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
-}
-
-int winMain::LeastPaneHeight() const
-{
-    int least = LeastPaneLines * fontMetrics().lineSpacing();
-    for (const QWidget* pane :
-         {static_cast<const QWidget*>(picGroups), static_cast<const QWidget*>(picIndividuals),
-          static_cast<const QWidget*>(picScada)})
-        if (!pane->isHidden())
-            least = std::max(least, pane->minimumSizeHint().height());
-    return least;
 }
 
 void winMain::StoreLogWidth()
@@ -260,16 +244,7 @@ void winMain::StoreLogWidth()
 void winMain::SetFullScreen(bool on)
 {
     m_placement.SetFullScreen(on);
-    m_menu->Action(QStringLiteral("miFullscreen")).setChecked(on);
-    tbMain->SetPressed(QStringLiteral("fullscreen"), on);
-}
-
-void winMain::EnableFullScreen(bool enabled)
-{
-    if (m_allowed.normalWindow != enabled) {
-        m_allowed.normalWindow = enabled;
-        SetCommandStates();
-    }
+    m_bars->ShowFullScreen(on);
 }
 
 void winMain::closeEvent(QCloseEvent* event)
@@ -307,7 +282,7 @@ void winMain::CloseUnasked()
 
 void winMain::EndAtOnce()
 {
-    m_logon.HangUp();
+    m_logon->HangUp();
     CloseUnasked();
     Unload(); // even if a dialog of its own kept the window from being closed
 }
@@ -319,20 +294,17 @@ void winMain::Unload()
     m_unloaded = true;
     constexpr bool Quietly = false;
     Attempt([this] { picLog->SaveLogPeriod(); }, Quietly);
-    Attempt([this] { picScada->StoreUnit(); }, Quietly);
+    Attempt([this] { m_tabs->Scada().StoreUnit(); }, Quietly);
     Attempt([this] { m_placement.Save(); }, Quietly);
     if (m_session.LoggedOn) {
-        m_logon.EndSession();
+        m_logon->EndSession();
         m_session = {};
     }
     m_services.executive.SetViews({});
     m_services.executive.disconnect(this);
     m_services.executive.disconnect(m_strip);
     sbrStatus->StopClock();
-    for (QDialog* dialog :
-         {static_cast<QDialog*>(m_services.settingsDialog), static_cast<QDialog*>(m_services.passwordDialog)})
-        if (dialog != nullptr)
-            dialog->setParent(nullptr);
+    m_commands->ReleaseDialogs();
     Q_EMIT Unloaded();
 }
 
@@ -347,7 +319,7 @@ bool winMain::Attempt(const std::function<void()>& step, bool tell)
         const QString description = DescribeError(failure, m_services.strings);
         ProgramLog::Write(description);
         if (tell && m_wasShown)
-            SbrMessage(description);
+            sbrStatus->SbrMessage(description);
         else if (tell)
             m_startProblems.append(description);
         return false;
@@ -357,4 +329,21 @@ bool winMain::Attempt(const std::function<void()>& step, bool tell)
 QString winMain::Text(int id) const
 {
     return m_services.strings.LoadString(id);
+}
+
+void winMain::LoadStati()
+{
+    constexpr bool Quietly = false;
+    if (m_session.LoggedOn)
+        Attempt([this] { m_watch->LoadStati(); }, Quietly);
+}
+
+void winMain::ReloadGrps(const QString& lookfor)
+{
+    m_tabs->Groups().ReloadGrps(lookfor);
+}
+
+void winMain::ReloadInds(const QString& lookfor)
+{
+    m_tabs->Individuals().ReloadInds(lookfor);
 }

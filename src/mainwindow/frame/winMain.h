@@ -1,67 +1,52 @@
 #pragma once
 
-#include "mainwindow/bars/ActionTable.h"
 #include "mainwindow/base/SessionState.h"
-#include "mainwindow/frame/LogonCommand.h"
+#include "mainwindow/frame/MainTabs.h"
 #include "mainwindow/frame/Services.h"
 #include "mainwindow/frame/WindowPlacement.h"
 #include "mainwindow/log/LogLineFormatter.h"
 #include "mainwindow/log/LogReader.h"
 #include "mainwindow/strip/MissedCalls.h"
-#include "radio/agent/Views.h"
 
 #include <QMainWindow>
 #include <functional>
 #include <memory>
 
-class GroupsPane;
-class IndividualsPane;
-class KeyedToolBar;
+class CommandBars;
+class DatabaseWatch;
 class LinkStrip;
 class LogPane;
-class MainMenu;
+class LogonCommand;
+class LogonView;
+class MainCommands;
 class PaneSplitter;
-class QTabBar;
-class ScadaPane;
 class SendPane;
 class StatusBar;
 
 // The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they
 // can decide themselves. Built and loaded by its constructor, which raises what makes the window impossible;
-// settings that cannot be read are told in a box once it is seen, and their defaults taken.
+// settings that cannot be read are named in a box once the window is seen, and their defaults are taken.
 //
 // Closing it ends the session and emits Unloaded once; after that it uses no service any more.
-class winMain : public QMainWindow, public ILogView, public IStatusView, private ILogonView {
+class winMain : public QMainWindow {
     Q_OBJECT
 
 public:
-    // Becomes the log and status view of the radio link.
+    // Its panes become the views of the radio link.
     explicit winMain(const Services& services);
     ~winMain() override;
 
     bool LoggedOn() const { return m_session.LoggedOn; }
-
-    void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                        const QString& to) override;
-    void CheckDayChange(const QDateTime& time);
-    void SbrMessage(const QString& text) override;
-    void ShowAnswer(const QString& text) override;
-    void ShowOperatingConditions(bool inService, int fieldStrength) override;
-    void ShowOwnAddress(const QString& callsign, const QString& ident) override;
 
     // Read the status messages, the talkgroups and the individuals afresh. Do nothing while nobody is logged
     // on.
     void LoadStati();
     void ReloadGrps(const QString& lookfor = {});
     void ReloadInds(const QString& lookfor = {});
-    // command: "regroup", "ungroup" or "sendname"; any other changes nothing.
-    void AllowCommand(const QString& command, bool allow);
 
     void SetFullScreen(bool on);
     bool IsFullScreen() const { return m_placement.IsFullScreen(); }
-    void SelectTab(const QString& key);
-    void SelectNextTab();
-    void SelectPreviousTab();
+    void SelectTab(MainTabs::Tab tab) { m_tabs->Select(tab); }
 
     // Closes the window without its question.
     void CloseUnasked();
@@ -81,49 +66,15 @@ protected:
 
 private:
     void BuildFrame();
-    void BuildToolBar();
-    void BuildTabs();
-    void ConnectMenus();
-    void ConnectPanes();
-    void ConnectDirectoryPanes();
+    void ConnectFrame();
     void ConnectServices();
-    void ConnectDatabase();
-    void ReloadChanged(const QString& table);
-    void ReloadNumbering();
     void Load();
     void RestoreWindowPlacement();
     void LogOnAtStart();
-    void OnCommand(const QString& name, const std::function<void()>& run);
-    void ConnectRadioCommands();
-    void ConnectMessagingCommands();
-    void ConnectRegroupingCommands();
-    void ConnectWindows();
 
     void LayoutPanes();
-    int LeastPaneHeight() const;
-    void EnableFullScreen(bool enabled);
     void StoreLogWidth();
-    void ShowTab(int index);
-    QString SelectedTab() const;
-
-    void RunToolButton(const QString& key);
-    void RunPanelCommand(const QString& panel);
-    void ShowPanelMenu(const QString& panel, const QPoint& place);
-    void AskRadio(int message, const std::function<void()>& ask);
-    void ResetRadioLink();
-    void ToggleLogDataView();
-    void ShowLogDataViewCaption(const QString& view);
-    void CallParty(bool chosen);
-    void ShowMessagingMenu(bool chosen, const QPoint& place);
-    void AllowBySelection();
-    bool ReloadTab(const QString& lookfor);
-    void SearchAddress(const QString& lookfor);
-    void RunRegroupingCommand(const QString& key);
-    void RequestRegroup();
-    void SetDefaultGroup();
     void ShowEmergency(const QString& party, const QDateTime& time);
-    void ConnectMissedCalls();
-    void ConnectCoverSetting();
 
     bool AskExit();
     void Exit();
@@ -131,40 +82,24 @@ private:
     bool Attempt(const std::function<void()>& step, bool tell = true);
     QString Text(int id) const;
 
-    // ILogonView
-    void PressSessionButton(bool pressed) override;
-    void SetSessionCaption(const QString& caption) override;
-    void SetNumberingCaption(const QString& caption) override;
-    void LoadTalkgroupCaptions() override;
-    void LoadLists() override;
-    void SbrMessageFirst(const QString& text) override;
-    void ForbidRegrouping() override;
-    void ForgetRadio() override;
-    void CoverLists(bool on) override;
-    void SetCommandStates() override;
-
     Services m_services;
     SessionState m_session;
-    CommandContext m_allowed; // what window state and selection allow; the rest is filled in when it is used
     MissedCalls m_missedCalls;
     LogLineFormatter m_logLines;
     LogReader m_logReader;
     WindowPlacement m_placement;
-    LogonCommand m_logon;
-    std::unique_ptr<MainMenu> m_menu;
-    QString m_numberingTables; // as they were when the numbering was read last
-
     QWidget* m_client = nullptr; // everything below the menu bar
-    KeyedToolBar* tbMain = nullptr;
     LinkStrip* m_strip = nullptr;
-    QTabBar* tsMain = nullptr;
-    GroupsPane* picGroups = nullptr;
-    IndividualsPane* picIndividuals = nullptr;
-    ScadaPane* picScada = nullptr;
     PaneSplitter* picHPaneResize = nullptr;
     LogPane* picLog = nullptr;
     SendPane* picSend = nullptr;
     StatusBar* sbrStatus = nullptr;
+    std::unique_ptr<CommandBars> m_bars;
+    std::unique_ptr<MainTabs> m_tabs;
+    std::unique_ptr<MainCommands> m_commands;
+    std::unique_ptr<DatabaseWatch> m_watch;
+    std::unique_ptr<LogonView> m_logonView;
+    std::unique_ptr<LogonCommand> m_logon;
 
     double m_logWidth = 190;
     bool m_wasShown = false;

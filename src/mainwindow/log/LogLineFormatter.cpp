@@ -69,9 +69,9 @@ QString LineText(const QDateTime& time, const QString& party, const QString& des
 
 } // namespace
 
-QString FormatLogData(const QString& data, const QString& view)
+QString FormatLogData(const QString& data, LogDataView view)
 {
-    return view == QLatin1String("hex") ? HexOf(data) : data;
+    return view == LogDataView::Hex ? HexOf(data) : data;
 }
 
 LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings)
@@ -103,7 +103,7 @@ std::optional<LogLine> LogLineFormatter::CheckDayChange(const QDateTime& time)
 
 LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const QString& desc,
                                    const QString& from, const QString& to, const OwnRadio& own,
-                                   const QString& view) const
+                                   LogDataView view) const
 {
     QString direction;
     QString party;
@@ -118,7 +118,7 @@ LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const 
     return {LineText(time, party, text), KindKey(type) + direction, party, IsEmergency(type, desc)};
 }
 
-LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, const QString& view) const
+LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const
 {
     const bool in = own.Is(event.to);
     const QString& party = in ? event.from : event.to;
@@ -127,7 +127,7 @@ LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& o
             IsEmergency(static_cast<EventType>(event.eventType), event.desc)};
 }
 
-QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, const QString& view) const
+QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, LogDataView view) const
 {
     switch (static_cast<EventType>(event.eventType)) {
     case EventType::Status: {

@@ -10,12 +10,16 @@
 class StatusTexts;
 struct IStringSource;
 
-// A text message as the log shows it: as it is in the view "text"; in the view "hex" each character as two
-// hexadecimal digits and a blank, by its Windows-1252 code (3F for a character without one). Any other view:
-// as it is.
-QString FormatLogData(const QString& data, const QString& view);
+// How text messages are shown.
+enum class LogDataView {
+    Text, // as they are
+    Hex   // each character as two hexadecimal digits and a blank, by its Windows-1252 code (3F where it has
+          // none)
+};
 
-// The own radio in the two ways in which a record may name it.
+QString FormatLogData(const QString& data, LogDataView view);
+
+// This console's radio, by the two names that a record may give it.
 struct OwnRadio {
     QString callsign;
     QString address;
@@ -46,11 +50,11 @@ public:
 
     // desc is the display text of a status or call, and the text of a text message.
     LogLine LiveLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                     const QString& to, const OwnRadio& own, const QString& view) const;
-    LogLine StoredLine(const StoredEvent& event, const OwnRadio& own, const QString& view) const;
+                     const QString& to, const OwnRadio& own, LogDataView view) const;
+    LogLine StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const;
 
 private:
-    QString StoredText(const StoredEvent& event, bool in, const QString& view) const;
+    QString StoredText(const StoredEvent& event, bool in, LogDataView view) const;
 
     bool IsEmergency(EventType type, const QString& desc) const;
 

@@ -13,7 +13,6 @@
 #include "mainwindow/lists/ListNotice.h"
 #include "mainwindow/lists/PaneCover.h"
 #include "mainwindow/log/LogList.h"
-#include "mainwindow/log/LogPeriodBar.h"
 #include "mainwindow/log/LogReader.h"
 
 #include <QEvent>
@@ -27,6 +26,19 @@ namespace {
 
 constexpr int DefaultMaxLines = 500;
 constexpr int MostCounted = 50'000; // records; counting on would keep the operator waiting
+
+// How the settings name the views.
+const QString TextView = QStringLiteral("text");
+const QString HexView = QStringLiteral("hex");
+
+std::optional<LogDataView> DataViewOf(const QString& stored)
+{
+    if (stored == TextView)
+        return LogDataView::Text;
+    if (stored == HexView)
+        return LogDataView::Hex;
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -103,7 +115,7 @@ void LogPane::Reload(Part part)
     QString cut;
     m_parts.formatter.ForgetDay();
     try {
-        const QString view = View();
+        const LogDataView view = View();
         const OwnRadio own = m_parts.reader.Own();
         const LogPeriod period{m_period->UnitCode(), m_parts.settings.LogTimePeriod()};
         const int most = MaxLines() + 1;
@@ -169,11 +181,23 @@ void LogPane::SayCut(const QString& text)
     LayOut();
 }
 
-void LogPane::SetLogDataView(const QString& view)
+void LogPane::LoadLogDataView()
+{
+    if (const auto view = DataViewOf(m_parts.settings.LogView()))
+        SetLogDataView(*view);
+}
+
+void LogPane::ToggleLogDataView()
+{
+    if (const auto view = DataViewOf(m_parts.settings.LogView()))
+        SetLogDataView(*view == LogDataView::Text ? LogDataView::Hex : LogDataView::Text);
+}
+
+void LogPane::SetLogDataView(LogDataView view)
 {
     Q_EMIT DataViewChanged(view);
     m_lastView = view;
-    m_parts.settings.SetLogView(view);
+    m_parts.settings.SetLogView(view == LogDataView::Hex ? HexView : TextView);
     ReloadLog();
 }
 
@@ -201,14 +225,16 @@ std::optional<QString> LogPane::SelectedTag() const
     return tag.trimmed().isEmpty() ? std::nullopt : std::optional(tag);
 }
 
-void LogPane::RunToolButton(const QString& key)
+void LogPane::RunToolButton(LogPeriodBar::Button button)
 {
-    if (key == QLatin1String("refresh"))
-        ReloadLog();
-    else if (key == QLatin1String("clearlog"))
-        ClearDisplay();
-    else
-        StepFont();
+    switch (button) {
+    case LogPeriodBar::Button::Refresh:
+        return ReloadLog();
+    case LogPeriodBar::Button::Clear:
+        return ClearDisplay();
+    case LogPeriodBar::Button::Font:
+        return StepFont();
+    }
 }
 
 void LogPane::ClearDisplay()
@@ -285,10 +311,10 @@ void LogPane::LayOut()
 }
 
 // The stored view; the last one known while the settings cannot be read.
-QString LogPane::View()
+LogDataView LogPane::View()
 {
     try {
-        m_lastView = m_parts.settings.LogView();
+        m_lastView = DataViewOf(m_parts.settings.LogView()).value_or(LogDataView::Text);
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("log view: ") + QString::fromUtf8(failure.what()));
     }

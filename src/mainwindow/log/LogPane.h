@@ -3,13 +3,14 @@
 #include "core/eventlog/EventLog.h"
 #include "mainwindow/lists/HighlightGuard.h"
 #include "mainwindow/log/LogLineFormatter.h"
+#include "mainwindow/log/LogPeriodBar.h"
+#include "radio/agent/Views.h"
 
 #include <QWidget>
 #include <optional>
 
 class ListNotice;
 class LogList;
-class LogPeriodBar;
 class LogReader;
 class QLabel;
 class Settings;
@@ -19,7 +20,7 @@ struct LogPeriod;
 struct SessionState;
 
 // "picLog": the message log of the main window with its period controls.
-class LogPane : public QWidget {
+class LogPane : public QWidget, public ILogView {
     Q_OBJECT
 
 public:
@@ -36,14 +37,16 @@ public:
 
     // Does nothing while nobody is logged on.
     void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                        const QString& to);
+                        const QString& to) override;
     // Adds a date line when the day of this time is another one than that of the line before.
     void CheckDayChange(const QDateTime& time);
     // Shows the chosen period afresh. What cannot be read stays away without a message; the log file says
     // why. Does nothing while nobody is logged on.
     void ReloadLog();
-    // "text" or "hex". Raises Error when the choice cannot be stored.
-    void SetLogDataView(const QString& view);
+    // The stored view, and the other one than that. A stored text that names no view is left alone. Raise
+    // Error when the settings cannot be read, or the choice cannot be stored.
+    void LoadLogDataView();
+    void ToggleLogDataView();
     // Raise Error for a stored preference that is none, and when one cannot be stored.
     void LoadLogPrefs();
     void SaveLogPeriod();
@@ -59,7 +62,7 @@ Q_SIGNALS:
     // Double-click or Enter.
     void CallRequested();
     void MenuRequested(const QPoint& place);
-    void DataViewChanged(const QString& view);
+    void DataViewChanged(LogDataView view);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -70,7 +73,7 @@ private:
     enum class Part { Oldest, Newest };
 
     void BuildList();
-    void RunToolButton(const QString& key);
+    void RunToolButton(LogPeriodBar::Button button);
     void ClearDisplay();
     void Reload(Part part);
     QString DescribeCut(Part part, const LogPeriod& period, int shown, const QDateTime& edge) const;
@@ -81,7 +84,8 @@ private:
     void TellSelection();
     void TellChosen();
     void LayOut();
-    QString View();
+    void SetLogDataView(LogDataView view);
+    LogDataView View();
     int MaxLines() const;
 
     Parts m_parts;
@@ -91,6 +95,6 @@ private:
     ListNotice* m_notice;
     LogPeriodBar* m_period;
     HighlightGuard m_highlight;
-    QString m_lastView = QStringLiteral("text");
+    LogDataView m_lastView = LogDataView::Text;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
 };

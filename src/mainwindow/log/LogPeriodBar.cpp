@@ -24,13 +24,16 @@ constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
 
 LogPeriodBar::LogPeriodBar(const IStringSource& strings, QWidget* parent) : QWidget(parent)
 {
-    tbRefreshLog = new KeyedToolBar(QStringLiteral("tbRefreshLog"), this);
+    tbRefreshLog = new ToolBarOf<Button>(QStringLiteral("tbRefreshLog"), this);
     tbRefreshLog->SetCompact();
     tbRefreshLog->setProperty("accessibleNameId", MainText::LogToolBarName);
-    tbRefreshLog->AddButton(QStringLiteral("refresh"), KeyedToolBar::Style::Plain, MainText::RefreshLogTip);
-    tbRefreshLog->AddButton(QStringLiteral("clearlog"), KeyedToolBar::Style::Plain, MainText::ClearLogTip);
-    tbRefreshLog->AddButton(QStringLiteral("logfont"), KeyedToolBar::Style::Plain, MainText::LogFontTip);
-    connect(tbRefreshLog, &KeyedToolBar::ButtonClicked, this, &LogPeriodBar::ButtonClicked);
+    tbRefreshLog->AddButton(Button::Refresh, QStringLiteral("refresh"), KeyedToolBar::Style::Plain,
+                            MainText::RefreshLogTip);
+    tbRefreshLog->AddButton(Button::Clear, QStringLiteral("clearlog"), KeyedToolBar::Style::Plain,
+                            MainText::ClearLogTip);
+    tbRefreshLog->AddButton(Button::Font, QStringLiteral("logfont"), KeyedToolBar::Style::Plain,
+                            MainText::LogFontTip);
+    tbRefreshLog->OnClick([this](Button button) { Q_EMIT ButtonClicked(button); });
 
     lblSeeLast = new QLabel(this);
     lblSeeLast->setObjectName(QStringLiteral("lblSeeLast"));

@@ -3,12 +3,12 @@
 #include <QWidget>
 #include <optional>
 
-class KeyedToolBar;
 class QComboBox;
 class QLabel;
 class QLineEdit;
 class Settings;
 struct IStringSource;
+template <typename Key> class ToolBarOf;
 
 // The strip below the message log: its toolbar and the period that a reload shows. Where one row is too
 // narrow for all of it the period goes into a second one.
@@ -16,6 +16,8 @@ class LogPeriodBar : public QWidget {
     Q_OBJECT
 
 public:
+    enum class Button { Refresh, Clear, Font };
+
     LogPeriodBar(const IStringSource& strings, QWidget* parent);
 
     // Raise Error for a stored preference that is none, and when one cannot be stored.
@@ -28,8 +30,8 @@ public:
     int HeightAt(int width) const;
 
 Q_SIGNALS:
-    // Of the toolbar, by its key.
-    void ButtonClicked(const QString& key);
+    // Of the toolbar.
+    void ButtonClicked(LogPeriodBar::Button button);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -42,7 +44,7 @@ private:
     bool FitsInOneRow(int width) const;
     void LayOut();
 
-    KeyedToolBar* tbRefreshLog;
+    ToolBarOf<Button>* tbRefreshLog;
     QLabel* lblSeeLast;
     QLineEdit* txtLogPeriod;
     QComboBox* cmbLogTimeUnit;

@@ -100,26 +100,31 @@ void SendPane::BuildBoxes()
 
 void SendPane::BuildBars()
 {
-    tbMessageSelector = new KeyedToolBar(QStringLiteral("tbMessageSelector"), this, Qt::Vertical);
+    tbMessageSelector = new ToolBarOf<MessageType>(QStringLiteral("tbMessageSelector"), this, Qt::Vertical);
     tbMessageSelector->setProperty("accessibleNameId", MainText::MessageTypeName);
-    tbMessageSelector->AddButton(QStringLiteral("status"), Style::OneOfAll, MainText::StatusTip);
-    tbMessageSelector->AddButton(QStringLiteral("text"), Style::OneOfAll, MainText::TextTip);
-    tbMessageSelector->AddButton(QStringLiteral("call"), Style::OneOfAll, MainText::CallTip);
-    connect(tbMessageSelector, &KeyedToolBar::ButtonClicked, this, &SendPane::SelectTypeByKey);
+    tbMessageSelector->AddButton(MessageType::Status, QStringLiteral("status"), Style::OneOfAll,
+                                 MainText::StatusTip);
+    tbMessageSelector->AddButton(MessageType::Text, QStringLiteral("text"), Style::OneOfAll,
+                                 MainText::TextTip);
+    tbMessageSelector->AddButton(MessageType::Call, QStringLiteral("call"), Style::OneOfAll,
+                                 MainText::CallTip);
+    tbMessageSelector->OnClick([this](MessageType type) { SelectType(type); });
 
-    tbSdmOptions = new KeyedToolBar(QStringLiteral("tbSdmOptions"), this);
+    tbSdmOptions = new ToolBarOf<Encoding>(QStringLiteral("tbSdmOptions"), this);
     tbSdmOptions->setProperty("accessibleNameId", MainText::EncodingName);
-    tbSdmOptions->AddButton(QStringLiteral("seven"), Style::OneOfAll, MainText::SevenTip,
+    tbSdmOptions->AddButton(Encoding::SevenBit, QStringLiteral("seven"), Style::OneOfAll, MainText::SevenTip,
                             QStringLiteral("bit7"));
-    tbSdmOptions->AddButton(QStringLiteral("eight"), Style::OneOfAll, MainText::EightTip,
+    tbSdmOptions->AddButton(Encoding::EightBit, QStringLiteral("eight"), Style::OneOfAll, MainText::EightTip,
                             QStringLiteral("bit8"));
 
-    tbCallOptions = new KeyedToolBar(QStringLiteral("tbCallOptions"), this);
+    tbCallOptions = new ToolBarOf<CallOption>(QStringLiteral("tbCallOptions"), this);
     tbCallOptions->setProperty("accessibleNameId", MainText::CallOptionsName);
-    tbCallOptions->AddButton(QStringLiteral("emergency"), Style::Check, MainText::EmergencyTip);
-    tbCallOptions->AddButton(QStringLiteral("priority"), Style::Check, MainText::PriorityTip);
-    tbCallOptions->AddButton(QStringLiteral("dialog"), Style::Check, MainText::DialogTip);
-    connect(tbCallOptions, &KeyedToolBar::ButtonClicked, this, &SendPane::CallOptionClicked);
+    tbCallOptions->AddButton(CallOption::Emergency, QStringLiteral("emergency"), Style::Check,
+                             MainText::EmergencyTip);
+    tbCallOptions->AddButton(CallOption::Priority, QStringLiteral("priority"), Style::Check,
+                             MainText::PriorityTip);
+    tbCallOptions->AddButton(CallOption::Dialog, QStringLiteral("dialog"), Style::Check, MainText::DialogTip);
+    tbCallOptions->OnClick([this](CallOption option) { CallOptionClicked(option); });
 }
 
 void SendPane::BuildLabels()
@@ -135,16 +140,16 @@ void SendPane::OrderTabs()
     const QWidgetList order = {cmbAddress,
                                cmbStatusMessage,
                                cmbTextMessage,
-                               tbSdmOptions->Button(QStringLiteral("seven")),
-                               tbSdmOptions->Button(QStringLiteral("eight")),
-                               tbCallOptions->Button(QStringLiteral("emergency")),
-                               tbCallOptions->Button(QStringLiteral("priority")),
-                               tbCallOptions->Button(QStringLiteral("dialog")),
+                               tbSdmOptions->Button(Encoding::SevenBit),
+                               tbSdmOptions->Button(Encoding::EightBit),
+                               tbCallOptions->Button(CallOption::Emergency),
+                               tbCallOptions->Button(CallOption::Priority),
+                               tbCallOptions->Button(CallOption::Dialog),
                                cmdSend,
                                cmdSearchAddress,
-                               tbMessageSelector->Button(QStringLiteral("status")),
-                               tbMessageSelector->Button(QStringLiteral("text")),
-                               tbMessageSelector->Button(QStringLiteral("call"))};
+                               tbMessageSelector->Button(MessageType::Status),
+                               tbMessageSelector->Button(MessageType::Text),
+                               tbMessageSelector->Button(MessageType::Call)};
     for (qsizetype i = 1; i < order.size(); ++i)
         setTabOrder(order[i - 1], order[i]);
 }
@@ -180,21 +185,9 @@ void SendPane::SetStati(const std::vector<StatusItem>& stati)
 
 void SendPane::SelectType(MessageType type)
 {
-    switch (type) {
-    case MessageType::Status:
-        return SelectTypeByKey(QStringLiteral("status"));
-    case MessageType::Text:
-        return SelectTypeByKey(QStringLiteral("text"));
-    case MessageType::Call:
-        return SelectTypeByKey(QStringLiteral("call"));
-    }
-}
-
-void SendPane::SelectTypeByKey(const QString& key)
-{
-    tbMessageSelector->SetPressed(key, true);
-    const bool status = key == QLatin1String("status");
-    const bool text = key == QLatin1String("text");
+    tbMessageSelector->SetPressed(type, true);
+    const bool status = type == MessageType::Status;
+    const bool text = type == MessageType::Text;
     const auto show = [](QWidget* control, bool on) {
         control->setVisible(on);
         control->setEnabled(on);
@@ -219,43 +212,43 @@ void SendPane::SelectTypeByKey(const QString& key)
 void SendPane::PrepareCall(const CallOptions& options)
 {
     SelectType(MessageType::Call);
-    tbCallOptions->SetPressed(QStringLiteral("emergency"), options.emergency);
-    tbCallOptions->SetPressed(QStringLiteral("priority"), options.priority);
-    tbCallOptions->SetPressed(QStringLiteral("dialog"), options.dialog);
+    tbCallOptions->SetPressed(CallOption::Emergency, options.emergency);
+    tbCallOptions->SetPressed(CallOption::Priority, options.priority);
+    tbCallOptions->SetPressed(CallOption::Dialog, options.dialog);
 }
 
 void SendPane::SelectEncoding(bool eightBit)
 {
-    tbSdmOptions->SetPressed(eightBit ? QStringLiteral("eight") : QStringLiteral("seven"), true);
+    tbSdmOptions->SetPressed(eightBit ? Encoding::EightBit : Encoding::SevenBit, true);
 }
 
 bool SendPane::IsEightBitEncoding() const
 {
-    return tbSdmOptions->IsPressed(QStringLiteral("eight"));
+    return tbSdmOptions->IsPressed(Encoding::EightBit);
 }
 
 bool SendPane::IsEmergencyCall() const
 {
-    return tbCallOptions->IsPressed(QStringLiteral("emergency"));
+    return tbCallOptions->IsPressed(CallOption::Emergency);
 }
 
 bool SendPane::IsPriorityCall() const
 {
-    return tbCallOptions->IsPressed(QStringLiteral("priority"));
+    return tbCallOptions->IsPressed(CallOption::Priority);
 }
 
 bool SendPane::IsDialogAllowed() const
 {
-    return tbCallOptions->IsPressed(QStringLiteral("dialog"));
+    return tbCallOptions->IsPressed(CallOption::Dialog);
 }
 
 // A call cannot be both an emergency and a priority call.
-void SendPane::CallOptionClicked(const QString& key)
+void SendPane::CallOptionClicked(CallOption option)
 {
-    if (key == QLatin1String("emergency") && IsEmergencyCall())
-        tbCallOptions->SetPressed(QStringLiteral("priority"), false);
-    else if (key == QLatin1String("priority") && IsPriorityCall())
-        tbCallOptions->SetPressed(QStringLiteral("emergency"), false);
+    if (option == CallOption::Emergency && IsEmergencyCall())
+        tbCallOptions->SetPressed(CallOption::Priority, false);
+    else if (option == CallOption::Priority && IsPriorityCall())
+        tbCallOptions->SetPressed(CallOption::Emergency, false);
 }
 
 void SendPane::Send()
@@ -265,22 +258,22 @@ void SendPane::Send()
     const QStringList destinations = Map27Executive::ParseAddressLine(Address());
     if (destinations.isEmpty())
         return Refuse(*cmbAddress);
-    const QString type = tbMessageSelector->PressedKey();
+    const std::optional<MessageType> type = tbMessageSelector->Pressed();
     const auto code = StatusCodeOf(cmbStatusMessage->currentText());
     const auto message = MessageOf(cmbTextMessage->currentText());
-    if (type == QLatin1String("status") && !code)
+    if (type == MessageType::Status && !code)
         return Refuse(*cmbStatusMessage);
-    if (type == QLatin1String("text") && !message)
+    if (type == MessageType::Text && !message)
         return Refuse(*cmbTextMessage);
     if (destinations.size() > 1) {
         m_prompt.ShowWarning(m_strings.LoadString(MainText::MultipleAddresses));
         return;
     }
-    if (type == QLatin1String("status"))
+    if (type == MessageType::Status)
         m_executive.SendStatus(destinations.first(), *code);
-    else if (type == QLatin1String("text"))
+    else if (type == MessageType::Text)
         m_executive.SendText(destinations.first(), *message, IsEightBitEncoding());
-    else if (type == QLatin1String("call"))
+    else if (type == MessageType::Call)
         m_executive.StartCall(destinations.first(), IsEmergencyCall(), IsPriorityCall(), IsDialogAllowed());
 }
 

@@ -4,7 +4,6 @@
 
 #include <QWidget>
 
-class KeyedToolBar;
 class Map27Executive;
 class QComboBox;
 class QKeyEvent;
@@ -15,6 +14,7 @@ struct IPrompt;
 struct IStringSource;
 struct SessionState;
 struct StatusItem;
+template <typename Key> class ToolBarOf;
 
 // "picSend": composes a status message, a text message or a call to one address and checks it; sending is the
 // radio link's. Keeps its contents after sending.
@@ -73,12 +73,14 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    enum class Encoding { SevenBit, EightBit };
+    enum class CallOption { Emergency, Priority, Dialog };
+
     void BuildBoxes();
     void BuildBars();
     void BuildLabels();
     void OrderTabs();
-    void SelectTypeByKey(const QString& key);
-    void CallOptionClicked(const QString& key);
+    void CallOptionClicked(CallOption option);
     void Refuse(QComboBox& box);
     bool IsFirstPress(const QKeyEvent& event);
     void ForgetKeys(const QEvent& event);
@@ -93,9 +95,9 @@ private:
     const SessionState& m_session;
     bool m_placed = false;
     FreshKeys::Keys m_down; // that have sent, or went down elsewhere
-    KeyedToolBar* tbMessageSelector;
-    KeyedToolBar* tbSdmOptions;
-    KeyedToolBar* tbCallOptions;
+    ToolBarOf<MessageType>* tbMessageSelector;
+    ToolBarOf<Encoding>* tbSdmOptions;
+    ToolBarOf<CallOption>* tbCallOptions;
     QComboBox* cmbAddress;
     QComboBox* cmbStatusMessage;
     QComboBox* cmbTextMessage;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "mainwindow/base/RegroupingAllowed.h"
+
 #include <QModelIndex>
 
 // What kind of node of the talkgroup tree this is. An invalid index is none of them.
@@ -11,14 +13,6 @@ bool IsDynamicMemberNode(const QModelIndex& node);
 // A node that a call or message can be addressed to.
 bool IsRegroupTarget(const QModelIndex& node);
 
-// Which of the regrouping commands a node allows.
-struct RegroupingAllowed {
-    bool regroup = false;
-    bool sendName = false;
-    bool ungroup = false;
-
-    bool operator==(const RegroupingAllowed&) const = default;
-};
 RegroupingAllowed RegroupingAllowedFor(const QModelIndex& node);
 
 // Whether a dragged member may be dropped on a node: a dynamic group that is not its own.

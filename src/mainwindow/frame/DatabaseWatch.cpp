@@ -1,0 +1,107 @@
+#include "mainwindow/frame/DatabaseWatch.h"
+
+#include "core/eventlog/EventLog.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "dao/Database.h"
+#include "mainwindow/base/SessionState.h"
+#include "mainwindow/frame/MainTabs.h"
+#include "mainwindow/frame/Services.h"
+#include "mainwindow/individuals/IndividualsPane.h"
+#include "mainwindow/send/SendPane.h"
+#include "mainwindow/send/StatusList.h"
+#include "mainwindow/strip/LinkStrip.h"
+#include "mainwindow/talkgroups/GroupsPane.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/Map27Executive.h"
+
+namespace {
+
+// What the numbering is made of, fleet plan and site settings, in one text, so that a change shows.
+QString ReadNumberingTables(IDbSession& session)
+{
+    QString text;
+    for (const char* table : {"fleet", "kyn_registry"}) {
+        const auto rows = session.Database().OpenTable(QLatin1String(table));
+        const QStringList fields = rows->FieldNames();
+        for (; !rows->Eof(); rows->MoveNext())
+            for (const QString& field : fields)
+                text += rows->Field(field).toString() + QLatin1Char('\n');
+    }
+    return text;
+}
+
+} // namespace
+
+DatabaseWatch::DatabaseWatch(const Services& services, const SessionState& session, MainTabs& tabs,
+                             SendPane& send, LinkStrip& strip, const Attempt& attempt)
+    : m_services(services),
+      m_session(session),
+      m_tabs(tabs),
+      m_send(send),
+      m_strip(strip),
+      m_attempt(attempt)
+{
+    DatabaseChanges& changes = services.session.Changes();
+    connect(&changes, &DatabaseChanges::Changed, this, &DatabaseWatch::Reload);
+    connect(&changes, &DatabaseChanges::AwayChanged, this, &DatabaseWatch::ShowState);
+    if (services.eventLog != nullptr)
+        connect(services.eventLog, &EventLog::WaitingChanged, this, &DatabaseWatch::ShowState);
+}
+
+void DatabaseWatch::ShowState()
+{
+    const EventLog* log = m_services.eventLog;
+    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log != nullptr ? log->Waiting() : 0);
+}
+
+void DatabaseWatch::LookNow()
+{
+    m_services.session.Changes().MayHaveChanged();
+}
+
+void DatabaseWatch::LoadStati()
+{
+    m_services.statusTexts.Clear();
+    m_send.SetStati({});
+    m_send.SetStati(ReadStati(m_services.session, m_services.statusTexts));
+}
+
+// What another console has changed; an empty name: nobody knows what. The operator's selection and what is
+// being typed stay. What could not be read is due again when the window is activated.
+void DatabaseWatch::Reload(const QString& table)
+{
+    if (!m_session.LoggedOn)
+        return;
+    const auto changed = [&](const char* name) { return table.isEmpty() || table == QLatin1String(name); };
+    bool read = true;
+    if (changed("address") || changed("dynamic_regroup"))
+        read = m_attempt([this] { m_tabs.Groups().ReloadQuietly(); });
+    if (changed("address") || changed("kyn_registry")) // which says whether the duty state counts
+        read = m_attempt([this] { m_tabs.Individuals().ReloadQuietly(); }) && read;
+    if (changed("status")) {
+        const auto reload = [this] {
+            m_send.ReplaceStati(ReadStati(m_services.session, m_services.statusTexts));
+        };
+        read = m_attempt(reload) && read;
+    }
+    if (!read)
+        m_services.session.Changes().KeepUnread(table);
+    if (changed("fleet") || changed("kyn_registry"))
+        ReloadNumbering();
+}
+
+// A reload that fails drops the numbering in use, so it is done only when something has changed.
+void DatabaseWatch::ReloadNumbering()
+{
+    try {
+        const QString tables = ReadNumberingTables(m_services.session);
+        if (tables != m_numberingTables) {
+            m_services.executive.LoadFleetData();
+            m_numberingTables = tables;
+        }
+    } catch (const std::exception&) {
+        // The tables cannot be read, or make no numbering: the one in use stays, or the radio link says what
+        // is wrong.
+    }
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "mainwindow/bars/ActionTable.h"
+#include "mainwindow/bars/StatusBar.h"
+#include "mainwindow/log/LogLineFormatter.h"
+
+#include <QObject>
+#include <functional>
+
+class CommandBars;
+class LinkStrip;
+class LogPane;
+class MainTabs;
+class SendPane;
+class winMain;
+struct Services;
+struct SessionState;
+
+// What the commands of menus, toolbar and status bar do, and what the panes ask of each other. Logging on and
+// off, the full screen and the exit are the frame's own.
+class MainCommands : public QObject {
+    Q_OBJECT
+
+public:
+    // All of them outlive the commands.
+    struct Parts {
+        winMain& window; // only handed on to the windows of other rooms
+        const Services& services;
+        const SessionState& session;
+        CommandBars& bars;
+        MainTabs& tabs;
+        LogPane& log;
+        SendPane& send;
+        StatusBar& status;
+        LinkStrip& strip;
+        // Runs a step that may raise, and tells the operator what went wrong; whether it succeeded.
+        std::function<bool(const std::function<void()>& step)> attempt;
+    };
+
+    explicit MainCommands(const Parts& parts);
+
+    // The settings and password dialogs are no longer children of the main window.
+    void ReleaseDialogs();
+
+private:
+    void ConnectDialogs();
+    void ConnectRadio();
+    void ConnectMessaging();
+    void ConnectRegrouping();
+    void ConnectCoverSetting();
+    void ConnectWindows();
+    void ConnectPanes();
+
+    void WhenLoggedOn(MainCommand command, const std::function<void()>& run);
+    void AskRadio(int message, const std::function<void()>& ask);
+    void ResetRadioLink();
+    void RunPanelCommand(StatusBar::Part panel);
+    void ShowPanelMenu(StatusBar::Part panel, const QPoint& place);
+    void ShowDataViewCaption(LogDataView view);
+    void CallParty(bool chosen);
+    void ShowMessagingMenu(bool chosen, const QPoint& place);
+    void SearchAddress(const QString& lookfor);
+    QString Text(int id) const;
+
+    Parts m_parts;
+};
