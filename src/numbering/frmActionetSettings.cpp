@@ -1,14 +1,17 @@
 #include "numbering/frmActionetSettings.h"
 
+#include "addressing/ActionetLayout.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/Registry.h"
 #include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
-#include "numbering/ActionetRules.h"
 #include "numbering/TextIds.h"
 #include "radio/facade/Map27Executive.h"
 #include "ui_frmActionetSettings.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -22,6 +25,23 @@ constexpr int ModelTexts[] = {NumberingText::ModelSmall, NumberingText::ModelMed
 
 constexpr int CountsWidth = 50; // characters
 constexpr int CountsLines = 3;
+
+constexpr int MaxActionetParameter = 10; // of FPP, of MEP, and of their sum
+
+// What remains of one parameter when the other has changed: together they never exceed the maximum.
+int LimitedBy(int changed, int other)
+{
+    return std::min(other, MaxActionetParameter - changed);
+}
+
+// How many fleets of each kind the parameters make, as a sentence.
+QString FleetCountsText(int fpp, int mep, const IStringSource& strings)
+{
+    const ActionetFleetCounts counts = CountActionetFleets({.FPP = fpp, .MEP = mep});
+    return FormatMessage(
+        strings, NumberingText::FleetCounts,
+        {QString::number(counts.large), QString::number(counts.small), QString::number(counts.mini)});
+}
 
 } // namespace
 
