@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/Script.h"
+#include "map27/TerminalWords.h"
 #include "map27/terminal/Terminal.h"
 
 // A terminal and a scripted radio behind a link of its own, in virtual time; the steps of
@@ -18,7 +19,6 @@ public:
     map27::Terminal& TheTerminal() { return m_terminal; }
 
 private:
-    bool Operate(const std::vector<std::string>& words, const std::string& rest);
     bool Command(const std::vector<std::string>& words, const std::string& rest);
     void Pass(map27::Milliseconds time);
     void Exchange();
@@ -36,6 +36,3 @@ private:
     bool m_mute = false;
     bool m_silent = false;
 };
-
-map27::Address AddressOf(const std::string& text);
-std::string EventText(const map27::TerminalEvent& event);

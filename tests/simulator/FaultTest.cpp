@@ -123,13 +123,3 @@ TEST(Fault, FlagsInTheCheckSequence)
             EXPECT_TRUE(octet == 0x02 || octet == 0x03 || octet == 0x10 || octet == 0x16);
     }
 }
-
-TEST(Fault, ASilenceOfItsOwnLengthEnds)
-{
-    TerminalBench bench;
-    ASSERT_EQ(bench.Execute("silent on 100"), "ok");
-    bench.RunFor(std::chrono::seconds(99));
-    EXPECT_FALSE(bench.console.IsLinkReady());
-    bench.RunFor(std::chrono::seconds(20));
-    EXPECT_TRUE(bench.console.IsLinkReady());
-}

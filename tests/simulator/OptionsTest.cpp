@@ -2,38 +2,6 @@
 
 #include <gtest/gtest.h>
 
-TEST(Options, WrongOnesAreExplained)
-{
-    const std::pair<QStringList, const char*> cases[] = {
-        {{}, "one of --pty and --listen is needed; --help explains them"},
-        {{"--pty", "a", "--listen", "b:1"}, "one of --pty and --listen is needed; --help explains them"},
-        {{"--pty"}, "Missing value after '--pty'. --help lists the switches."},
-        {{"--pty="}, "--pty: its value is empty"},
-        {{"radio"}, "unknown argument: radio"},
-        {{"--pty", "a", "--rain"}, "Unknown option 'rain'. --help lists the switches."},
-        {{"--listen", "host"}, "--listen: \"host\" is not HOST:PORT with a port from 0 to 65535"},
-        {{"--listen", ":5"}, "--listen: \":5\" is not HOST:PORT with a port from 0 to 65535"},
-        {{"--listen", "h:70000"}, "--listen: \"h:70000\" is not HOST:PORT with a port from 0 to 65535"},
-        {{"--speed", "10"}, "--speed: \"10\" is neither 0 nor 50 to 1000000"},
-        {{"--seed", "-1"}, "--seed: \"-1\" is not a whole number from 0"},
-        {{"--fault", "noise=1.5"}, "--fault: noise must be off or 0 to 1, not \"1.5\""},
-        {{"--fault", "noise=nan"}, "--fault: noise must be off or 0 to 1, not \"nan\""},
-        {{"--fault", "rain"},
-         "--fault: unknown fault \"rain\"; known are bit-errors, drop-frames, wrong-fcs, lost-la, "
-         "duplicate-lt, "
-         "noise, delay, no-credit, stray-lr, flag-fcs, no-ident, extra-octets, unknown-types, "
-         "short-settings, "
-         "high-network-bits, connected-twice"},
-        {{"--silent-after", "x"}, "--silent-after: \"x\" is not a number from 0 to 2592000"},
-    };
-    for (const auto& [arguments, reason] : cases) {
-        const auto parsed = sim::ParseOptions(arguments);
-        const auto* problem = std::get_if<sim::OptionsProblem>(&parsed);
-        ASSERT_TRUE(problem) << reason;
-        EXPECT_EQ(problem->reason, reason);
-    }
-}
-
 TEST(Options, AllOfThem)
 {
     const auto parsed = sim::ParseOptions({"--listen=[::1]:0", "--scenario", "s.json", "--speed", "1200",
