@@ -66,7 +66,7 @@ private:
                    R"({"name": "P", "prefix": 0, "ident": 8, "kind": "outstation"},
                 {"name": "G", "prefix": 0, "ident": 7000, "kind": "group"}], "events": [)" +
                    json + "]}";
-        return part == "with" ? Radio + json + '}' : std::string();
+        return part == "top" ? Radio + json + '}' : std::string();
     }
 
     static std::string FaultOf(const std::string& document)
@@ -88,7 +88,7 @@ private:
         if (line == std::string::npos)
             ADD_FAILURE() << fields;
         else
-            See(FaultOf(DocumentOf("event", R"({"at": 1, )" + fault.substr(line) + '}')));
+            See("! " + FaultOf(DocumentOf("event", R"({"at": 1, )" + fault.substr(line) + '}')));
     }
 
     static std::string ProblemOf(const std::string& line)
