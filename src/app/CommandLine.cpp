@@ -14,7 +14,7 @@ const QCommandLineOption ScriptOption{
 const QCommandLineOption VersionOption{"version", "prints the version"};
 const QCommandLineOption HelpOption{{"help", "h"}, "prints this"};
 
-// From a session manager that starts the console again; written with one dash.
+// Passed by a session manager that restarts the console; written with one dash.
 QCommandLineOption SessionOption()
 {
     QCommandLineOption option("session", {}, "ID");

@@ -22,7 +22,7 @@ void Prepare(const QString& settingsFile, const IStringSource& strings)
     settings.SetWindowPlacement({.x = 40, .y = 60, .width = 1000, .height = 640});
 }
 
-// What the platform without a screen cannot do is no news to whoever reads the tour's output.
+// Warnings about what the platform without a screen cannot do would only clutter the tour's output.
 void WriteToLog(QtMsgType, const QMessageLogContext&, const QString& text)
 {
     ProgramLog::Write(text);

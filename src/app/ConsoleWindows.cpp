@@ -80,7 +80,7 @@ void ConsoleWindows::OpenNumberingSelection(winMain& owner)
 
 void ConsoleWindows::OpenNumberingDiagnostics(winMain& owner)
 {
-    m_diagnostics->winId(); // makes its window, which can then belong to another
+    m_diagnostics->winId(); // creates the native window, which can then be given a parent
     m_diagnostics->windowHandle()->setTransientParent(owner.windowHandle());
     BringToScreen(*m_diagnostics, Activation::Take);
 }

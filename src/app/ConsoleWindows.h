@@ -42,7 +42,7 @@ private:
     // Opens the guide at a page; at its contents for an empty one. Says so when there is no guide.
     void ShowHelp(const QString& page);
 
-    Services m_services; // without windows: it is itself what they would be
+    Services m_services; // its `windows` is null: they are this object
     std::unique_ptr<frmNumInfoDiagnostics> m_diagnostics;
     std::unique_ptr<frmAddressManager> m_directory; // kept hidden between uses
     std::unique_ptr<HelpGuide> m_guide;

@@ -173,7 +173,7 @@ void Demonstration::Clean()
 {
     for (const QString& file : {SettingsFile(), DatabaseFile(), WorkgroupFile()})
         QFile::remove(file);
-    // One for each start of the radio, which would continue them.
+    // There is one for each start of the radio, which appends to what it finds.
     const QString trace = QFileInfo(TraceFile()).completeBaseName();
     const QStringList traces = QDir(m_folder).entryList({trace + QStringLiteral("*.jsonl")});
     for (const QString& file : traces)
@@ -225,7 +225,7 @@ void Demonstration::StartRadio(const QString& scenario, const QString& traceFile
     m_scenario = scenario;
     m_traceFile = traceFile;
     RunRadio();
-    // Not before: until it is ready its last words are the reason of a failure.
+    // Only now: until it is ready, what it prints explains why it failed.
     QObject::connect(&m_radio, &QProcess::readyReadStandardError, &m_radio, [this] {
         ProgramLog::Write(QString::fromLocal8Bit(m_radio.readAllStandardError()).trimmed());
     });
@@ -254,7 +254,7 @@ void Demonstration::RunRadio()
             file.insert(file.lastIndexOf(QLatin1Char('.')), QStringLiteral("-%1").arg(m_starts));
         arguments.append({QStringLiteral("--trace"), file});
     }
-    // Without its console nobody would ever end it.
+    // Nobody else would ever end it once its console is gone.
     m_radio.setChildProcessModifier([console = ::getpid()] {
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);
         if (::getppid() != console)

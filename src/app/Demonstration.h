@@ -23,7 +23,7 @@ public:
     static const Account Administrator;
     static const Account Operator;
 
-    // Everything lies in this folder; it is created. Raises Error.
+    // Everything is kept in this folder, which is created. Raises Error.
     Demonstration(const QString& folder, const IStringSource& strings);
     // Ends the simulated radio.
     ~Demonstration();
@@ -45,7 +45,7 @@ public:
     static void Fill(const dao::Location& location, const Account& administrator);
     // Starts the simulated radio with a scenario of its own and waits until the console may connect. It ends
     // with this program, however this one ends. Raises Error.
-    // What the radio notes goes to the program's log file; its trace to `traceFile`, unless that is empty.
+    // The radio's notes go to the program's log file, its trace to `traceFile` unless that is empty.
     void StartRadio(const QString& scenario, const QString& traceFile = {});
     // Ends the simulated radio without warning, as a crash or a pulled plug would.
     void KillRadio();

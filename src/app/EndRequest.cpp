@@ -64,8 +64,8 @@ EndRequest::EndRequest()
     QCoreApplication::instance()->installEventFilter(this);
 }
 
-// A session manager's last word comes as a Quit event. To be asked to save, which comes before, is not yet
-// the end: the same is asked when the desktop session only stores its state.
+// A session manager ends the program with a Quit event. The request to save that comes before is not the end
+// yet: it also comes when the desktop only stores its state.
 bool EndRequest::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::Quit || watched != QCoreApplication::instance())

@@ -4,9 +4,9 @@
 
 class QSocketNotifier;
 
-// The system's wish that the program end: SIGTERM, SIGHUP unless it was ignored, SIGINT, and the end of the
-// desktop session. From the first one on the process has four seconds; then it ends with code 0 wherever it
-// stands. One object a process, on the main thread.
+// A request from the system to end the program: SIGTERM, SIGHUP unless it was ignored, SIGINT, and the end of
+// the desktop session. After the first one the process has four seconds; then it exits with code 0, whatever
+// it is doing. One object per process, on the main thread.
 class EndRequest : public QObject {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
     EndRequest();
 
 Q_SIGNALS:
-    // From the event loop, that of a box included. Once.
+    // From the event loop, even from that of an open box. Once.
     void Received();
 
 protected:

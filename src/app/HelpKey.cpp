@@ -9,7 +9,7 @@
 
 namespace {
 
-// The window of a widget as the guide knows it; the main window with its tab.
+// The name under which the guide knows a widget's window; for the main window with its tab.
 QString NameOf(const QWidget& window)
 {
     const auto* tabs = window.findChild<QTabBar*>(QStringLiteral("tsMain"));
@@ -29,7 +29,7 @@ bool HelpKey::eventFilter(QObject* watched, QEvent* event)
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (event->type() != QEvent::KeyPress || !widget || !IsPlain(*static_cast<QKeyEvent*>(event), Qt::Key_F1))
         return QObject::eventFilter(watched, event);
-    // A box has to be answered first: it keeps the guide's window from being used.
+    // A box must be answered first: it blocks the guide's window.
     if (!qobject_cast<QMessageBox*>(widget->window()))
         m_show(HelpPageFor(NameOf(*widget->window())));
     return true;

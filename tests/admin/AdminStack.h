@@ -1,19 +1,8 @@
 #pragma once
 
 #include "admin/AdminServices.h"
-#include "core/eventlog/EventLog.h"
-#include "core/settings/Settings.h"
-#include "core/texts/StringSourceImpl.h"
-#include "radio/base/StatusTexts.h"
-#include "radio/facade/FleetDataSource.h"
-#include "radio/facade/Map27Executive.h"
 #include "support/DialogDriver.h"
-#include "support/FakeBeeper.h"
-#include "support/FakeClock.h"
-#include "support/FakeMap27Control.h"
-#include "support/QtPrinters.h"
-#include "support/ScriptedPrompt.h"
-#include "support/TestDatabase.h"
+#include "support/QuietRadio.h"
 
 #include <QAbstractItemView>
 #include <QLabel>
@@ -22,40 +11,22 @@
 
 // What the administration windows work with: a real database, the administrator "admin" logged on, the radio
 // connected with a plan of units 200200120.. and groups 200550090...
-class AdminTest : public testing::Test {
+class AdminTest : public testing::Test, protected QuietRadioStack {
 protected:
-    AdminTest()
+    AdminTest() : QuietRadioStack(Impatient())
     {
-        AddRow("fleet", {{"fleet_name", "units"},
-                         {"fleet_type", 1},
-                         {"digits", 2},
-                         {"prefix", 0},
-                         {"base_ident", 2},
-                         {"max_ident", 71}});
         AddRow("fleet", {{"fleet_name", "groups"},
                          {"fleet_type", 2},
                          {"digits", 2},
                          {"prefix", 0},
                          {"base_ident", 7000},
                          {"max_ident", 7009}});
-        control->radioIdent = 3;
-        control->unitBase = 2;
-        control->unitMax = 71;
         executive.Connect();
         Q_EMIT control->NumberingReceived();
     }
 
     AdminServices Services() { return {session, prompt, executive, strings}; }
-    QString Text(int id) const { return strings.LoadString(id); }
 
-    void AddRow(const char* table, std::initializer_list<std::pair<const char*, QVariant>> fields)
-    {
-        const auto rows = session.Database().OpenTable(QLatin1String(table));
-        rows->AddNew();
-        for (const auto& [name, value] : fields)
-            rows->SetField(QLatin1String(name), value);
-        rows->Update();
-    }
     // Fields of all rows of a table, joined by "|"; null as "-".
     QStringList Rows(const char* table, const QStringList& fields)
     {
@@ -108,21 +79,4 @@ protected:
         options.busyTimeout = std::chrono::milliseconds(50);
         return options;
     }
-
-    QTemporaryDir folder;
-    CStringSourceImpl source{QStringList{}};
-    const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
-    TestDatabase database;
-    FakeClock clock;
-    Settings settings{folder.filePath(QStringLiteral("test.ini")), strings};
-    TestSession session{database, Impatient()};
-    ScriptedPrompt prompt;
-    FakeBeeper beeper;
-    StatusTexts statusTexts{strings};
-    EventLog eventLog{session, strings};
-    FleetDataSource fleetData{session, strings};
-    FakeMap27Control* control = new FakeMap27Control; // owned by the facade
-    Map27Executive executive{
-        RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
-        std::unique_ptr<Map27Control>(control)};
 };

@@ -59,6 +59,7 @@ WINGS = {
         "individuals": {"base", "lists", "talkgroups"},
         "frame": {"base", "bars", "strip", "log", "send", "scada", "talkgroups", "individuals"},
     },
+    "app": {"": set(), "main": {""}},
     "ctl": {"program": set(), "files": set(), "commands": {"program", "files"}},
     "dao": {"": {"sqlite", "postgresql"}, "sqlite": {""}, "postgresql": {""}},
     "simulator": {

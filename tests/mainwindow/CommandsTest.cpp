@@ -94,9 +94,7 @@ TEST(Commands, FollowTheOperatorsRights)
 
 TEST(Commands, EveryMenuItemThatIsEnabledDoesSomething)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const auto* bars = stack.Window().findChild<CommandBars*>();
     ASSERT_NE(bars, nullptr);
     int enabled = 0;
@@ -114,9 +112,7 @@ TEST(Commands, EveryMenuItemThatIsEnabledDoesSomething)
 
 TEST(Commands, AccessKeysAreUniqueWithinEachMenu)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     for (const QMenu* menu : stack.Window().findChildren<QMenu*>()) {
         QString keys;
         for (const QAction* action : menu->actions()) {

@@ -146,8 +146,7 @@ void Drag(QWidget& splitter, int by)
 
 TEST(Frame, TheSplitterStaysInsideAndItsWidthIsKept)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 190);
     Drag(stack.Find<QWidget>("picHPaneResize"), -60);
     EXPECT_EQ(stack.Find<QWidget>("picLog").width(), 250);
@@ -163,8 +162,7 @@ TEST(Frame, TheSplitterStaysInsideAndItsWidthIsKept)
 
 TEST(Frame, TabsGoRoundAndShowTheirPane)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     const QStringList panes = {QStringLiteral("picGroups"), QStringLiteral("picIndividuals"),
                                QStringLiteral("picScada")};
     const auto shown = [&] {
@@ -224,9 +222,7 @@ TEST(Closing, EndsTheSessionButLeavesTheDatabaseOpen)
     EXPECT_TRUE(stack.session.IsOpen());
     EXPECT_FALSE(stack.ProfileIsLoggedOn());
     EXPECT_TRUE(stack.control->operations.contains(QStringLiteral("CloseLink")));
-    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
-    directory->SetIndex(QStringLiteral("i_callsign"));
-    directory->Seek(QStringLiteral("Dispatch"));
+    const auto directory = stack.EntryOf(QStringLiteral("Dispatch"));
     EXPECT_FALSE(directory->Field(QStringLiteral("on_duty")).toBool());
     // What the radio still says reaches no window.
     Q_EMIT stack.control->TextReceived(QStringLiteral("late"), 0, 2);
@@ -243,9 +239,7 @@ TEST(Closing, WithoutAnOperatorThereIsNoQuestion)
 
 TEST(Dialogs, BlockTheMainWindowButNotTheOneOfTheRadioCall)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Q_EMIT stack.control->IncomingCall(0, 8, 0, 2);
     {
         driver::WhenShown act(QStringLiteral("frmSettings"), [&](QWidget& dialog) {
@@ -271,8 +265,7 @@ TEST(Dialogs, BlockTheMainWindowButNotTheOneOfTheRadioCall)
 
 TEST(StatusBar, ShowsMessagesConditionAndTime)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     EXPECT_TRUE(QRegularExpression(QStringLiteral("^V\\d+\\.\\d{2,}\\.\\d{4,}$"))
                     .match(stack.Panel("version"))
                     .hasMatch());
@@ -305,8 +298,7 @@ TEST(StatusBar, MouseAsksTheRadioAndOpensMenus)
                                      {"field", "RequestRadioInfo 3"},
                                      {"callsign", "RequestRadioInfo 1"},
                                      {"ident", "RequestRadioInfo 1"}};
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     for (const DoubleClick& c : Cases) {
         QTest::mouseDClick(&stack.Find<QLabel>(c.panel), Qt::LeftButton);
         QTest::mouseClick(&stack.Find<QLabel>(c.panel), Qt::RightButton);
@@ -332,9 +324,7 @@ TEST(StatusBar, MouseAsksTheRadioAndOpensMenus)
 
 TEST(RadioCommands, SayWhatWasAskedOrWhyItCouldNot)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     stack.Trigger("miNetInfo");
     EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("RequestRadioInfo 4")}));
     EXPECT_EQ(stack.Panel("main"), stack.Text(2002));
@@ -356,9 +346,7 @@ TEST(RadioCommands, SayWhatWasAskedOrWhyItCouldNot)
 
 TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const int tabsAlone = stack.Find<QWidget>("tsMain").y();
     const int sendAlone = stack.Find<QWidget>("picSend").y();
     stack.Find<StatusBar>("sbrStatus").ShowOperatingConditions(true, 100);
@@ -394,9 +382,7 @@ TEST(LinkStrip, TakesRoomOnlyWhenItHasSomethingToSay)
 
 TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     auto& text = stack.Find<QLabel>("numberingText");
     EXPECT_FALSE(text.isVisible());
     const int tabsAlone = stack.Find<QWidget>("tsMain").y();
@@ -420,9 +406,7 @@ TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
 
 TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     constexpr qint16 Emergency = 165;
     const auto text = [&] { return stack.Find<QLabel>("emergencyText").text(); };
     Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 2);
@@ -448,9 +432,7 @@ TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
 
 TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const auto text = [&] { return stack.Find<QLabel>("missedText").text(); };
     const auto ring = [&](qint16 ident) { Q_EMIT stack.control->IncomingCall(0, 8, 0, ident); };
     const auto clear = [&] { Q_EMIT stack.control->TransactionCleared(0, 0); };

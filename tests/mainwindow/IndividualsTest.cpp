@@ -21,9 +21,7 @@ public:
 
     void SetDynamic(const QString& callsign)
     {
-        const auto directory = session.Database().OpenTable(QStringLiteral("address"));
-        directory->SetIndex(QStringLiteral("i_callsign"));
-        directory->Seek(callsign);
+        const auto directory = EntryOf(callsign);
         directory->Edit();
         directory->SetField(QStringLiteral("dynamic"), true);
         directory->Update();

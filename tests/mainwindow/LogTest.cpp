@@ -61,9 +61,7 @@ struct LineCase {
 
 TEST(Log, ShowsDirectionAndPartyOfEachLine)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const QString address = stack.executive.MyAddress();
     const LineCase Cases[] = {
         {EventType::Status, Other, Own, QStringLiteral(" 10:00:00 AM [Unit20] x"), QStringLiteral("statusin"),
@@ -93,9 +91,7 @@ TEST(Log, ShowsDirectionAndPartyOfEachLine)
 
 TEST(Log, PutsTheDateBeforeTheFirstLineOfEachDay)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const QDateTime lateEvening(QDate(2024, 3, 1), QTime(23, 59, 59));
     Show(stack, lateEvening, EventType::Call, QStringLiteral("a"));
     Show(stack, lateEvening.addSecs(1), EventType::Call, QStringLiteral("b"));
@@ -146,8 +142,7 @@ TEST(Log, AnUnreadableLimitLosesNoLine)
 
 TEST(Log, ShowsNothingWhileNobodyIsLoggedOn)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("a"));
     QTest::keyClick(&stack.Log(), Qt::Key_F5);
     EXPECT_EQ(stack.LogTexts(), QStringList());
@@ -155,9 +150,7 @@ TEST(Log, ShowsNothingWhileNobodyIsLoggedOn)
 
 TEST(Log, ReloadsTheChosenPeriodWithStatusTexts)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const QDateTime now = stack.clock.Now();
     stack.AddEvent(now.addDays(-3), 3, QStringLiteral("too old"), Other, Own);
     stack.AddEvent(now.addSecs(-3600), 1, QStringLiteral("5"), Other, Own);
@@ -242,8 +235,7 @@ TEST(Log, AReloadShowsTheOldestRecordsAndOneMoreThanTheLimit)
 
 TEST(Log, FontStepsThroughFiveSizesAndIsKept)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     QList<double> sizes;
     for (int i = 0; i < 6; ++i) {
         sizes.append(stack.Log().font().pointSizeF());
@@ -260,8 +252,7 @@ TEST(Log, PeriodIsStoredWhenTheWindowCloses)
     const std::pair<const char*, int> Cases[] = {
         {"45", 45}, {"2.5", 2}, {"soon", 30}, {"", 30}, {"99999999999", 30}};
     for (const auto& [typed, stored] : Cases) {
-        MainWindowStack stack;
-        stack.Open();
+        OpenStack stack;
         stack.Find<QLineEdit>("txtLogPeriod").setText(QLatin1String(typed));
         stack.Find<QComboBox>("cmbLogTimeUnit").setCurrentIndex(2);
         stack.CloseWindow();
@@ -272,9 +263,7 @@ TEST(Log, PeriodIsStoredWhenTheWindowCloses)
 
 TEST(Log, ChosenLinesFillTheAddressBox)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"), QStringLiteral("A"));
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("2"), QStringLiteral("X"),
          QStringLiteral("Y"));
@@ -327,9 +316,7 @@ TEST(Log, AGestureActsOnWhatItHitsThoughThatIsHighlightedAlready)
     };
     for (const Case& c : Cases) {
         SCOPED_TRACE(c.name);
-        MainWindowStack stack;
-        stack.Open();
-        stack.LogOn();
+        LoggedOnStack stack;
         Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"));
         stack.clock.Step(std::chrono::seconds(1));
         stack.Address().setEditText(QStringLiteral("Unit22"));
@@ -345,9 +332,7 @@ TEST(Log, AGestureActsOnWhatItHitsThoughThatIsHighlightedAlready)
 
 TEST(Log, ADoubleClickWhoseHalvesHitDifferentLinesCallsNobody)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     for (const char* party : {"Unit20", "Unit22"})
         Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"), QLatin1String(party));
     const QPoint first = stack.Log().visualRect(stack.Log().model()->index(1, 0)).center();
@@ -364,9 +349,7 @@ TEST(Log, ADoubleClickWhoseHalvesHitDifferentLinesCallsNobody)
 
 TEST(Log, EnterJustAfterALineHighlightedItselfOnlyFillsTheBox)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("looked at"), QStringLiteral("Unit22"));
     Select(stack, 1);
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("came between"));
@@ -381,9 +364,7 @@ TEST(Log, EnterJustAfterALineHighlightedItselfOnlyFillsTheBox)
 
 TEST(Log, AnEmergencyIsMarkedLiveAndReadBack)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Q_EMIT stack.control->IncomingCall(165, 8, 0, 2);
     Q_EMIT stack.control->IncomingCall(0, 8, 0, 2);
     Show(stack, stack.clock.Now(), EventType::Text, QStringLiteral("Emergency Voice"));
@@ -433,9 +414,7 @@ TEST(Log, PicturesOfStatusAndTextDifferInShapeWhenSmall)
 
 TEST(Log, ALineIsCalledByDoubleClickAndByEnter)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"));
     Select(stack, 0); // the date line has no party
     QTest::keyClick(&stack.Log(), Qt::Key_Return);
@@ -457,9 +436,7 @@ TEST(Log, ALineIsCalledByDoubleClickAndByEnter)
 
 TEST(Log, TheMessagingMenuComesWhenTheRightButtonIsReleasedOnAParty)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Show(stack, stack.clock.Now(), EventType::Call, QStringLiteral("1"));
     auto& menu = stack.Find<QMenu>("mbMessaging");
     for (int row = 0; row < 2; ++row) {
@@ -475,9 +452,7 @@ TEST(Log, TheMessagingMenuComesWhenTheRightButtonIsReleasedOnAParty)
 
 TEST(Log, AControlCharacterOfAMessageStaysOnItsLine)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Show(stack, stack.clock.Now(), EventType::Text, QStringLiteral("a\r\nb\tc\x07"));
     const QModelIndex last = stack.Log().currentIndex();
     EXPECT_TRUE(last.data().toString().endsWith(QStringLiteral("a\r\nb\tc\x07"))) << "the log alters no text";

@@ -60,8 +60,7 @@ TEST(Logon, AFailureLeavesNobodyLoggedOn)
 {
     for (const FailureCase& c : Failures) {
         SCOPED_TRACE(c.name);
-        MainWindowStack stack;
-        stack.Open();
+        OpenStack stack;
         c.prepare(stack);
         stack.Click("tbMain_session");
         stack.prompt.Finish();
@@ -81,8 +80,7 @@ TEST(Logon, AFailureLeavesNobodyLoggedOn)
 
 TEST(Logon, WithoutNumberingAnAdministratorIsLoggedOnToConfigureIt)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     stack.session.Logon(true, true);
     const auto fleets = stack.session.Database().OpenTable(QStringLiteral("fleet"));
     fleets->MoveFirst();
@@ -98,9 +96,7 @@ TEST(Logon, WithoutNumberingAnAdministratorIsLoggedOnToConfigureIt)
 
 TEST(Logon, FillsTheWindowAndLogoffUndoesIt)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     Q_EMIT stack.control->OperatingConditionReceived(1, 0, 0, 47, 0);
     EXPECT_EQ(stack.Panel("main"), stack.Text(2039)) << "the console's own questions have been answered";
     stack.clock.Step(std::chrono::seconds(2));
@@ -141,9 +137,7 @@ TEST(Logon, FillsTheWindowAndLogoffUndoesIt)
 
 TEST(Logon, ASiteSettingCoversLogAndListsUntilTheNextOne)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const auto covered = [&] {
         QStringList names;
         for (const char* name : {"lvLog", "tvGroups", "lvIndividuals"})
@@ -174,8 +168,7 @@ TEST(Logon, ASiteSettingCoversLogAndListsUntilTheNextOne)
 
 TEST(Logon, RunsByItselfOnceSomebodyHasEverLoggedOn)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     QCoreApplication::processEvents();
     EXPECT_FALSE(stack.Window().LoggedOn());
     stack.CloseWindow();
@@ -186,24 +179,18 @@ TEST(Logon, RunsByItselfOnceSomebodyHasEverLoggedOn)
 
 TEST(Logon, OwnRadioGoesOffDutyAtLogoff)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("1"));
     stack.executive.UpdateDutyStatus(QStringLiteral("Dispatch"), true);
     stack.LogOff();
     stack.session.Logon(true, true);
-    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
-    directory->SetIndex(QStringLiteral("i_callsign"));
-    directory->Seek(QStringLiteral("Dispatch"));
+    const auto directory = stack.EntryOf(QStringLiteral("Dispatch"));
     EXPECT_FALSE(directory->Field(QStringLiteral("on_duty")).toBool());
 }
 
 bool IsOnDuty(MainWindowStack& stack, const char* callsign)
 {
-    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
-    directory->SetIndex(QStringLiteral("i_callsign"));
-    directory->Seek(QLatin1String(callsign));
+    const auto directory = stack.EntryOf(QLatin1String(callsign));
     return directory->Field(QStringLiteral("on_duty")).toBool();
 }
 
@@ -211,9 +198,7 @@ TEST(Logon, AProgramToldToEndHangsUpAndAsksNothing)
 {
     for (const bool databaseGone : {false, true}) {
         SCOPED_TRACE(databaseGone);
-        MainWindowStack stack;
-        stack.Open();
-        stack.LogOn();
+        LoggedOnStack stack;
         const QString database = stack.session.Database().Id();
         RegistrySet(stack.session, QStringLiteral("on_off_duty"), QStringLiteral("1"));
         stack.executive.UpdateDutyStatus(QStringLiteral("Dispatch"), true);
@@ -250,8 +235,7 @@ TEST(Logon, AProgramToldToEndHangsUpAndAsksNothing)
 // Somebody else's session that was cut short at this console is ended by the next one who may do it.
 TEST(Logon, EndsWhatAnotherAccountLeftOpenHere)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     stack.session.Logon(true, true);
     const QString database = stack.session.Database().Id();
     stack.AddRow("user_profile", {{"UserName", "lost"}, {"logged_on", true}});

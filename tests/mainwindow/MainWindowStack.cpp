@@ -1,5 +1,6 @@
 #include "MainWindowStack.h"
 
+#include "mainwindow/frame/Services.h"
 #include "mainwindow/log/LogModel.h"
 
 #include <QAction>
@@ -18,27 +19,13 @@ dao::OpenOptions OptionsAt(const FakeClock& clock)
 
 } // namespace
 
-MainWindowStack::MainWindowStack()
-    : strings(m_source.CreateStringSource(QStringLiteral("CKYN"))),
-      settings(m_folder.filePath(QStringLiteral("test.ini")), strings),
-      session(database, OptionsAt(clock)),
-      statusTexts(strings),
-      eventLog(session, strings, m_folder.path()),
-      profile(session, prompt, strings),
-      fleetData(session, strings),
-      control(new FakeMap27Control),
-      executive(
-          RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
-          std::unique_ptr<Map27Control>(control)),
-      settingsDialog(SettingsServices{session, executive, settings, prompt, beeper, strings}),
-      passwordDialog(session, prompt, strings)
+MainWindowStack::MainWindowStack() : QuietRadioStack(OptionsAt(clock))
 {
     QLocale::setDefault(QLocale(QLocale::English, QLocale::UnitedStates));
-    FillDatabase();
+    AddRow("status", {{"status_code", 5}, {"in_desc", "Arrived"}, {"out_desc", "Proceed"}});
+    AddRow("status", {{"status_code", 7}, {"in_desc", "Busy"}, {"out_desc", "Wait"}});
+    AddIndividuals({20, 22});
     session.Logoff();
-    control->radioIdent = 3;
-    control->unitBase = 2;
-    control->unitMax = 71;
 }
 
 MainWindowStack::~MainWindowStack()
@@ -48,9 +35,9 @@ MainWindowStack::~MainWindowStack()
 
 winMain& MainWindowStack::Open()
 {
-    m_window = std::make_unique<winMain>(Services{strings, prompt, session, fleetData, executive, settings,
-                                                  clock, beeper, statusTexts, profile, &settingsDialog,
-                                                  &passwordDialog, &windows, nullptr, &eventLog});
+    Services services = console.MainWindowServices();
+    services.windows = &windows;
+    m_window = std::make_unique<winMain>(services);
     m_window->show();
     m_window->activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(m_window.get()));
@@ -132,27 +119,14 @@ QComboBox& MainWindowStack::Address()
     return Find<QComboBox>("cmbAddress");
 }
 
-void MainWindowStack::AddRow(const char* table,
-                             std::initializer_list<std::pair<const char*, QVariant>> fields)
-{
-    const auto records = session.Database().OpenTable(QLatin1String(table));
-    records->AddNew();
-    for (const auto& [name, value] : fields)
-        records->SetField(QLatin1String(name), value);
-    records->Update();
-}
-
 void MainWindowStack::AddEvent(const QDateTime& time, int type, const QString& desc, const QString& from,
                                const QString& to)
 {
-    const auto events = session.Database().OpenTable(QStringLiteral("event"), true);
-    events->AddNew();
-    events->SetField(QStringLiteral("time_stamp"), time);
-    events->SetField(QStringLiteral("event_type"), type);
-    events->SetField(QStringLiteral("desc"), desc);
-    events->SetField(QStringLiteral("from_address"), from);
-    events->SetField(QStringLiteral("to_address"), to);
-    events->Update();
+    AddRow("event", {{"time_stamp", time},
+                     {"event_type", type},
+                     {"desc", desc},
+                     {"from_address", from},
+                     {"to_address", to}});
 }
 
 bool MainWindowStack::ProfileIsLoggedOn()
@@ -162,27 +136,4 @@ bool MainWindowStack::ProfileIsLoggedOn()
     profiles->Seek(QString::fromLatin1(TestDatabase::userName));
     EXPECT_FALSE(profiles->NoMatch());
     return profiles->Field(QStringLiteral("logged_on")).toBool();
-}
-
-void MainWindowStack::FillDatabase()
-{
-    AddRow("fleet", {{"fleet_name", "units"},
-                     {"fleet_type", 1},
-                     {"digits", 2},
-                     {"prefix", 0},
-                     {"base_ident", 2},
-                     {"max_ident", 71}});
-    AddRow("status", {{"status_code", 5}, {"in_desc", "Arrived"}, {"out_desc", "Proceed"}});
-    AddRow("status", {{"status_code", 7}, {"in_desc", "Busy"}, {"out_desc", "Wait"}});
-    const auto directory = session.Database().OpenDynaset(QStringLiteral("browse_individuals"));
-    for (const auto& [callsign, ident] :
-         {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
-          std::pair("Unit22", "200200122")}) {
-        directory->AddNew();
-        directory->SetField(QStringLiteral("callsign"), QLatin1String(callsign));
-        directory->SetField(QStringLiteral("IDENT"), QLatin1String(ident));
-        directory->SetField(QStringLiteral("Type"), 1);
-        directory->SetField(QStringLiteral("Name"), QLatin1String(callsign));
-        directory->Update();
-    }
 }

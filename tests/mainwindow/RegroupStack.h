@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session/UserProfile.h"
+#include "mainwindow/frame/Services.h"
 #include "mainwindow/frame/winMain.h"
 #include "mainwindow/talkgroups/NodeKeys.h"
 #include "mainwindow/talkgroups/TalkgroupModel.h"
@@ -27,7 +27,7 @@ inline void DragMouse(QWidget& viewport, const QPoint& from, const QPoint& to, b
 // dynamic groups: Alpha and Bravo with two radios each and Delta, all at position 3, and Charlie at 4.
 class RegroupStack : public RadioStack {
 public:
-    RegroupStack() : profile(session, prompt, strings)
+    RegroupStack()
     {
         for (const auto& [callsign, ident, pos] :
              {std::tuple("Alpha", "/0007001", 3), std::tuple("Bravo", "/0007002", 3),
@@ -43,8 +43,7 @@ public:
         }
         FillRows();
         settings.SetDefaultGroupKey(MakeGroupKey(Id("Charlie"), 4));
-        window = std::make_unique<winMain>(Services{strings, prompt, session, fleetData, executive, settings,
-                                                    clock, beeper, statusTexts, profile});
+        window = std::make_unique<winMain>(console.MainWindowServices());
         window->resize(700, 600);
         window->show();
         Find<QAction>("miLogOnLogOff").trigger();
@@ -57,14 +56,7 @@ public:
     QTreeView& Tree() { return Find<QTreeView>("tvGroups"); }
     TalkgroupModel& Model() { return dynamic_cast<TalkgroupModel&>(*Tree().model()); }
 
-    qint32 Id(const QString& callsign)
-    {
-        const auto directory = session.Database().OpenTable(QStringLiteral("address"));
-        directory->SetIndex(QStringLiteral("i_callsign"));
-        directory->Seek(callsign);
-        EXPECT_FALSE(directory->NoMatch()) << callsign.toStdString();
-        return directory->Field(QStringLiteral("address_id")).toInt();
-    }
+    qint32 Id(const QString& callsign) { return EntryOf(callsign)->Field("address_id").toInt(); }
     QString GroupKey(const QString& group, quint8 pos = 3) { return MakeGroupKey(Id(group), pos); }
     QString MemberKey(const QString& group, const QString& member, quint8 pos = 3)
     {
@@ -89,12 +81,8 @@ public:
     }
     void AddRow(const QString& group, const QString& member, int pos)
     {
-        const auto rows = session.Database().OpenTable(QStringLiteral("dynamic_regroup"));
-        rows->AddNew();
-        rows->SetField(QStringLiteral("group_id"), Id(group));
-        rows->SetField(QStringLiteral("member_id"), Id(member));
-        rows->SetField(QStringLiteral("pos"), pos);
-        rows->Update();
+        ConsoleStack::AddRow("dynamic_regroup",
+                             {{"group_id", Id(group)}, {"member_id", Id(member)}, {"pos", pos}});
     }
 
     // Keys of the members that the database and the tree hold, sorted.
@@ -140,6 +128,5 @@ public:
         DragMouse(*Tree().viewport(), PlaceOf(member), PlaceOf(group));
     }
 
-    UserProfile profile;
     std::unique_ptr<winMain> window;
 };

@@ -44,9 +44,7 @@ const SendCase Cases[] = {
 
 TEST(SendPane, SendsWhatIsValidAndRefusesTheRest)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     for (const SendCase& c : Cases) {
         SCOPED_TRACE(c.name);
         stack.beeper.beeps = 0;
@@ -84,9 +82,7 @@ TEST(SendPane, MenuCommandsPrepareEveryKindOfCall)
         {"miSendPriorCall", "MakeCall 0 2 off on on"},  {"miSendBcast", "MakeCall 0 2 off off off"},
         {"miSendEmrgBcast", "MakeCall 0 2 on off off"}, {"miSendPriorBcast", "MakeCall 0 2 off on off"},
     };
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     stack.Address().setEditText(QStringLiteral("Unit20"));
     for (const MenuCase& c : MenuCases) {
         stack.Trigger(c.item);
@@ -100,9 +96,7 @@ TEST(SendPane, MenuCommandsPrepareEveryKindOfCall)
 
 TEST(SendPane, EmergencyAndPriorityExcludeEachOther)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     stack.Trigger("miSendCall");
     const auto pressed = [&](const char* name) { return stack.Find<QToolButton>(name).isChecked(); };
     const auto expect = [&](bool emergency, bool priority) {
@@ -133,9 +127,7 @@ TEST(SendPane, EachMessageTypeShowsItsOwnControls)
         {"call", {"tbCallOptions"}, "cmbAddress"},
         {"status", {"cmbStatusMessage"}, "cmbStatusMessage"},
     };
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     EXPECT_TRUE(stack.Find<QToolButton>("tbMessageSelector_status").isChecked());
     EXPECT_TRUE(stack.Find<QToolButton>("tbSdmOptions_seven").isChecked());
     for (const TypeCase& c : TypeCases) {
@@ -157,9 +149,7 @@ TEST(SendPane, EachMessageTypeShowsItsOwnControls)
 
 TEST(SendPane, AStatusIsSentWithKeysAlone)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     QTest::keyClick(&stack.Window(), Qt::Key_T, Qt::AltModifier); // the label of the address box
     ASSERT_EQ(stack.Window().focusWidget(), &stack.Address());
     QTest::keyClicks(stack.Window().focusWidget(), QStringLiteral("Unit20"));
@@ -174,9 +164,7 @@ TEST(SendPane, AStatusIsSentWithKeysAlone)
 
 TEST(SendPane, EnterSendsFromEveryBoxButNotWithModifiers)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     stack.Address().setEditText(QStringLiteral("Unit20"));
     stack.Find<QComboBox>("cmbStatusMessage").setEditText(QStringLiteral("31"));
     for (const char* name : {"cmbAddress", "cmbStatusMessage"}) {
@@ -196,9 +184,7 @@ TEST(SendPane, EnterSendsFromEveryBoxButNotWithModifiers)
 
 TEST(SendPane, AltSevenAndEightChooseTheEncodingFromAnywhere)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     const auto eight = [&] { return stack.Find<QToolButton>("tbSdmOptions_eight").isChecked(); };
     QTest::keyClick(stack.Address().lineEdit(), Qt::Key_8, Qt::AltModifier);
     EXPECT_TRUE(eight());
@@ -214,8 +200,7 @@ TEST(SendPane, AltSevenAndEightChooseTheEncodingFromAnywhere)
 
 TEST(SendPane, SendsNothingWhileNobodyIsLoggedOn)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     stack.Address().setEditText(QStringLiteral("Unit20"));
     QTest::keyClick(stack.Address().lineEdit(), Qt::Key_Return);
     EXPECT_EQ(stack.control->TakeOperations(), QStringList());
@@ -224,9 +209,7 @@ TEST(SendPane, SendsNothingWhileNobodyIsLoggedOn)
 
 TEST(SendPane, StatiThatCannotBeReadLeaveAnEmptyList)
 {
-    MainWindowStack stack;
-    stack.Open();
-    stack.LogOn();
+    LoggedOnStack stack;
     EXPECT_EQ(stack.statusTexts.StatusInText(7), QStringLiteral("07 - Busy"));
     stack.session.onUse = [] { throw Error(ErrorCode::General, QStringLiteral("gone")); };
     stack.Window().LoadStati();
@@ -237,8 +220,7 @@ TEST(SendPane, StatiThatCannotBeReadLeaveAnEmptyList)
 
 TEST(SendPane, BoxesFollowTheWidthOfThePane)
 {
-    MainWindowStack stack;
-    stack.Open();
+    OpenStack stack;
     for (const int width : {600, 1000, 450}) {
         stack.Window().resize(width, 400);
         const QRect address = stack.Address().geometry();

@@ -11,10 +11,7 @@ constexpr int Stranger = 40; // dialled 58, not in the directory
 
 bool OnDuty(RadioStack& stack, const QString& callsign)
 {
-    const auto directory = stack.session.Database().OpenTable(QStringLiteral("address"));
-    directory->SetIndex(QStringLiteral("i_callsign"));
-    directory->Seek(callsign);
-    const auto id = directory->Field(QStringLiteral("address_id")).toInt();
+    const auto id = stack.EntryOf(callsign)->Field(QStringLiteral("address_id")).toInt();
     const auto people = stack.session.Database().QueryDef(QStringLiteral("find_individual_ob_callsign"));
     people->SetParameter(QStringLiteral("lookfor"), QString());
     for (const auto rows = people->OpenSnapshot(); !rows->Eof(); rows->MoveNext()) {
@@ -26,8 +23,7 @@ bool OnDuty(RadioStack& stack, const QString& callsign)
 
 TEST(Incoming, NumberingShowsTheOwnRadioAndMarksItOnDuty)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     EXPECT_EQ(stack.views.own, QStringLiteral("Dispatch  200200121"));
     EXPECT_EQ(stack.executive.MyCallsign(), QStringLiteral("Dispatch"));
     EXPECT_TRUE(OnDuty(stack, QStringLiteral("Dispatch")));
@@ -41,8 +37,7 @@ TEST(Incoming, NumberingShowsTheOwnRadioAndMarksItOnDuty)
 
 TEST(Incoming, StatusIsLoggedAnnouncedAndMovesTheDuty)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     const int beeps = stack.beeper.informationBeeps;
     stack.radio.Perform(sim::StatusAction{stack.AddressOf(Unit27), 1});
     stack.Run(500);
@@ -78,8 +73,7 @@ TEST(Incoming, TextsAndScadaReports)
         {"B:00000000", ""},
         {"I:1000000111111111", ""},
     };
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     for (const auto& [text, scada] : cases) {
         for (const map27::TextCoding coding : {map27::TextCoding::SevenBit, map27::TextCoding::EightBit}) {
             stack.views.scada.clear();
@@ -123,8 +117,7 @@ const CallCase CallCases[] = {
 TEST_P(IncomingCall, IsShownAndRecorded)
 {
     const CallCase& c = GetParam();
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     int emergencies = 0;
     QObject::connect(&stack.executive, &Map27Executive::EmergencyCallReceived, [&] { ++emergencies; });
     stack.radio.Perform(c.call);
@@ -155,8 +148,7 @@ INSTANTIATE_TEST_SUITE_P(All, IncomingCall, testing::ValuesIn(CallCases),
 
 TEST(Incoming, CallTakesOverAndTheMessageIsNotConfirmed)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.executive.SendStatus(QStringLiteral("Unit25"), 5);
     stack.Run(300);
     stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27)});
@@ -172,8 +164,7 @@ TEST(Incoming, CallTakesOverAndTheMessageIsNotConfirmed)
 
 TEST(Incoming, CallerWhoGivesUpClosesTheDialogue)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27)});
     stack.Run(300);
     EXPECT_TRUE(stack.AgentShown());
@@ -186,8 +177,7 @@ TEST(Incoming, CallerWhoGivesUpClosesTheDialogue)
 // back.
 TEST(Incoming, RecordsThatCannotBeWrittenAreToldOnce)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     bool failing = true;
     stack.session.onUse = [&] {
         if (failing)
@@ -208,8 +198,7 @@ TEST(Incoming, RecordsThatCannotBeWrittenAreToldOnce)
 // Events are handled while an earlier one's box is open, and their own boxes wait.
 TEST(Incoming, BoxesComeOneAtATimeAndEventsGoOn)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     bool inside = false;
     stack.prompt.whileOpen = [&] {
         EXPECT_FALSE(inside);
@@ -231,8 +220,7 @@ TEST(Incoming, BoxesComeOneAtATimeAndEventsGoOn)
 
 TEST(Agent, LoggingOffHangsUp)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27), .rings = false});
     stack.Run(300);
     EXPECT_TRUE(stack.radio.radio.Condition().offHook);
@@ -244,8 +232,7 @@ TEST(Agent, LoggingOffHangsUp)
 
 TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27), .rings = false});
     stack.Run(300);
     stack.executive.AgentWindow().close();
@@ -271,8 +258,7 @@ TEST(Agent, CannotBeClosedFromItsFrameAndReleasesTheTransmitter)
 // The caption shows what the radio has been told, not what the hand does.
 TEST(Agent, TransmitsOnlyWhileConnected)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.radio.Perform(sim::CallAction{.from = stack.AddressOf(Unit27)});
     stack.Run(300);
     auto& ptt = stack.Agent<QPushButton>("cmdPTT");

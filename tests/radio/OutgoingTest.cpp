@@ -82,8 +82,7 @@ const OutgoingCase Cases[] = {
 TEST_P(Outgoing, EndsAsItShould)
 {
     const OutgoingCase& c = GetParam();
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     if (c.warning != 0)
         stack.prompt.ExpectWarning(stack.Text(c.warning));
     c.send(stack);
@@ -134,8 +133,7 @@ const RefusedCase RefusedCases[] = {
 
 TEST_P(Refused, SaysWhyAndLeavesTheRadioFree)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.prompt.ExpectWarning(GetParam().sentence);
     GetParam().send(stack);
     EXPECT_EQ(stack.executive.TransactionKind(), TransactionKind::None);
@@ -154,8 +152,7 @@ INSTANTIATE_TEST_SUITE_P(All, Refused, testing::ValuesIn(RefusedCases),
 
 TEST(OutgoingCall, RingsConnectsTransmitsAndHangsUp)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.executive.StartCall(QStringLiteral("Unit22"), true, false, true);
     ASSERT_TRUE(
         stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::CallingWait)); }));
@@ -185,8 +182,7 @@ TEST(OutgoingCall, GatewaysByTheDialledNumber)
 {
     for (const auto& [dial, description] :
          {std::pair("01223456789", RadioText::PstnCall), std::pair("4711", RadioText::PabxCall)}) {
-        RadioStack stack;
-        stack.LogOn();
+        ConnectedStack stack;
         stack.executive.StartCall(QString::fromLatin1(dial), false, false, true);
         ASSERT_TRUE(stack.RunUntil([&] {
             return stack.executive.TransactionKind() == TransactionKind::CallConnected;
@@ -203,8 +199,7 @@ TEST(OutgoingCall, GatewaysByTheDialledNumber)
 TEST(OutgoingMessage, CancelledIsNeverConfirmed)
 {
     for (const char* button : {"cmdAnswerHungup", "cmdClose"}) {
-        RadioStack stack;
-        stack.LogOn();
+        ConnectedStack stack;
         stack.executive.SendStatus(QStringLiteral("Unit25"), 5);
         ASSERT_TRUE(
             stack.RunUntil([&] { return stack.Progress().contains(stack.Text(RadioText::SendingWait)); }));
@@ -219,8 +214,7 @@ TEST(OutgoingMessage, CancelledIsNeverConfirmed)
 
 TEST(OutgoingMessage, BusyRadioIsLeftAlone)
 {
-    RadioStack stack;
-    stack.LogOn();
+    ConnectedStack stack;
     stack.executive.SendStatus(QStringLiteral("Unit25"), 5);
     stack.prompt.ExpectWarning(stack.Text(RadioText::NotReadyForStatus));
     stack.executive.SendStatus(QStringLiteral("Unit20"), 5);
@@ -247,8 +241,7 @@ TEST(OutgoingMessage, EndedByLinkResetOrCable)
         {"radio restarted", [](RadioStack& s) { s.radio.Perform(sim::RestartAction{}); }},
     };
     for (const auto& [name, end] : ends) {
-        RadioStack stack;
-        stack.LogOn();
+        ConnectedStack stack;
         stack.executive.SendStatus(QStringLiteral("Unit25"), 5);
         stack.Run(300);
         end(stack);
@@ -271,8 +264,7 @@ TEST(Regroup, StoredOnlyWhenConfirmed)
         {"24", "reload cancel ", RadioText::RegroupingFailed},
     };
     for (const auto& [member, calls, warning] : cases) {
-        RadioStack stack;
-        stack.LogOn();
+        ConnectedStack stack;
         if (warning != 0)
             stack.prompt.ExpectWarning(stack.Text(warning));
         EXPECT_TRUE(stack.executive.SendRegroup(QString::fromLatin1(member), 3, QStringLiteral("/0007001")));

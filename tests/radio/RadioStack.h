@@ -1,17 +1,9 @@
 #pragma once
 
-#include "core/eventlog/EventLog.h"
-#include "core/settings/Settings.h"
-#include "core/texts/StringSourceImpl.h"
-#include "radio/base/StatusTexts.h"
-#include "radio/facade/FleetDataSource.h"
-#include "radio/facade/Map27Executive.h"
 #include "radio/line/SerialMap27Control.h"
 #include "radio/window/frmMap27Agent.h"
 #include "simulator/script/ScenarioReader.h"
-#include "support/FakeBeeper.h"
-#include "support/ScriptedPrompt.h"
-#include "support/TestDatabase.h"
+#include "support/ConsoleStack.h"
 #include "support/VirtualRadio.h"
 
 #include <QCoreApplication>
@@ -19,8 +11,6 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QTemporaryDir>
-#include <QTest>
 
 // What the main window would show.
 struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndividualsView {
@@ -68,24 +58,23 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
     int reloads = 0;
 };
 
-// The whole radio side on a real database, with a simulated radio at the other end of the real wire, in
-// virtual time.
-class RadioStack {
+// The clock that both ends live by, and the radio's end.
+struct RadioEnd {
+    FakeClock clock;
+    VirtualRadio radio{clock, sim::LoadScenario(":/veltorkyn/scenarios/tour.json")};
+};
+
+// The console on a real database, with a simulated radio at the other end of the real wire, in virtual time.
+class RadioStack : public RadioEnd, public ConsoleStack {
 public:
     RadioStack()
-        : strings(m_source.CreateStringSource(QStringLiteral("CKYN"))),
-          settings(m_folder.filePath(QStringLiteral("test.ini")), strings),
-          session(database),
-          statusTexts(strings),
-          eventLog(session, strings),
-          fleetData(session, strings),
-          radio(clock, sim::LoadScenario(QStringLiteral(":/veltorkyn/scenarios/tour.json"))),
-          control(new SerialMap27Control(strings, clock, radio.Ports())),
-          executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock,
-                                  beeper},
-                    std::unique_ptr<Map27Control>(control))
+        : ConsoleStack(clock, [this](const IStringSource& texts) {
+              return std::make_unique<SerialMap27Control>(texts, clock, radio.Ports());
+          })
     {
-        FillDatabase();
+        AddRow("kyn_registry", {{"Key", "on_off_duty"}, {"Value", "1"}});
+        AddIndividuals({20, 22, 23, 25, 27});
+        statusTexts.Set(5, "Arrived", "Proceed");
         executive.SetViews({&views, &views, &views, &views, &views, nullptr});
     }
 
@@ -141,7 +130,6 @@ public:
     QString Button() { return Agent<QPushButton>("cmdAnswerHungup").text(); }
     QString Progress() { return Agent<QPlainTextEdit>("txtLog").toPlainText(); }
     void Click(const char* name) { QTest::mouseClick(&Agent<QPushButton>(name), Qt::LeftButton); }
-    QString Text(int id) const { return strings.LoadString(id); }
 
 private:
     static constexpr int Tick = 10; // ms
@@ -154,55 +142,12 @@ private:
         QCoreApplication::processEvents();
     }
 
-    void Add(const char* table, std::initializer_list<std::pair<const char*, QVariant>> fields)
-    {
-        const auto records = session.Database().OpenTable(QString::fromLatin1(table));
-        records->AddNew();
-        for (const auto& [name, value] : fields)
-            records->SetField(QString::fromLatin1(name), value);
-        records->Update();
-    }
-
-    void FillDatabase()
-    {
-        Add("fleet", {{"fleet_name", "units"},
-                      {"fleet_type", 1},
-                      {"digits", 2},
-                      {"prefix", 0},
-                      {"base_ident", 2},
-                      {"max_ident", 71}});
-        Add("kyn_registry", {{"Key", "on_off_duty"}, {"Value", "1"}});
-        const auto directory = session.Database().OpenDynaset(QStringLiteral("browse_individuals"));
-        for (const auto& [callsign, ident] :
-             {std::pair("Dispatch", "200200121"), std::pair("Unit20", "200200120"),
-              std::pair("Unit22", "200200122"), std::pair("Unit23", "200200123"),
-              std::pair("Unit25", "200200125"), std::pair("Unit27", "200200127")}) {
-            directory->AddNew();
-            directory->SetField(QStringLiteral("callsign"), QString::fromLatin1(callsign));
-            directory->SetField(QStringLiteral("IDENT"), QString::fromLatin1(ident));
-            directory->SetField(QStringLiteral("Type"), 1);
-            directory->SetField(QStringLiteral("Name"), QString::fromLatin1(callsign));
-            directory->Update();
-        }
-        statusTexts.Set(5, QStringLiteral("Arrived"), QStringLiteral("Proceed"));
-    }
-
-    QTemporaryDir m_folder;
-    CStringSourceImpl m_source{QStringList{}};
-
 public:
-    const IStringSource& strings;
-    TestDatabase database;
-    FakeClock clock;
-    Settings settings;
-    TestSession session;
-    ScriptedPrompt prompt;
-    FakeBeeper beeper;
-    StatusTexts statusTexts;
-    EventLog eventLog;
-    FleetDataSource fleetData;
     RecordingViews views;
-    VirtualRadio radio;
-    SerialMap27Control* control; // owned by the facade
-    Map27Executive executive;
+    SerialMap27Control* control = dynamic_cast<SerialMap27Control*>(&executive.Map27Control());
+};
+
+// Connected; the radio has said who it is.
+struct ConnectedStack : RadioStack {
+    ConnectedStack() { LogOn(); }
 };

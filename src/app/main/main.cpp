@@ -109,7 +109,7 @@ int Run(const CommandLine& line)
     }
 }
 
-// A Wayland session lets no window stay above the others, come to the front or go to its place; its X server
+// A Wayland session does not let a window stay on top, come to the front or choose its place; its X server
 // does.
 void ChoosePlatform(bool tour)
 {

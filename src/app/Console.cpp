@@ -1,0 +1,52 @@
+#include "app/Console.h"
+
+#include "core/eventlog/EventLog.h"
+#include "core/logon/frmPassword.h"
+#include "core/logon/frmSettings.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/session/UserProfile.h"
+#include "mainwindow/frame/Services.h"
+#include "radio/base/StatusTexts.h"
+#include "radio/facade/FleetDataSource.h"
+#include "radio/facade/Map27Executive.h"
+#include "radio/line/Map27Control.h"
+
+Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control, QString& stage)
+    : statusTexts(std::make_unique<StatusTexts>(base.strings)),
+      eventLog(std::make_unique<EventLog>(base.session, base.strings, base.dataFolder)),
+      profile(std::make_unique<UserProfile>(base.session, base.prompt, base.strings)),
+      m_base(base)
+{
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::Opened, eventLog.get(),
+                     &EventLog::WriteWaiting);
+    stage = QStringLiteral("FleetDataSource");
+    fleetData = std::make_unique<FleetDataSource>(base.session, base.strings);
+    stage = QStringLiteral("Map27Executive");
+    executive = std::make_unique<Map27Executive>(RadioServices{base.strings, base.prompt, base.settings,
+                                                               base.session, *fleetData, *statusTexts,
+                                                               *eventLog, base.clock, base.beeper},
+                                                 std::move(control));
+    stage.clear();
+    settingsDialog = std::make_unique<frmSettings>(SettingsServices{
+        base.session, *executive, base.settings, base.prompt, base.beeper, base.strings, base.ports});
+    passwordDialog = std::make_unique<frmPassword>(base.session, base.prompt, base.strings);
+}
+
+Console::~Console() = default;
+
+Services Console::MainWindowServices() const
+{
+    Services services{m_base.strings, m_base.prompt,   m_base.session,       *fleetData,
+                      *executive,     m_base.settings, m_base.clock,         m_base.beeper,
+                      *statusTexts,   *profile,        settingsDialog.get(), passwordDialog.get()};
+    services.eventLog = eventLog.get();
+    return services;
+}
+
+void Console::CloseDialogs()
+{
+    passwordDialog.reset();
+    settingsDialog.reset();
+    executive->Disconnect();
+}
