@@ -1,5 +1,6 @@
 #include "addressing/TestPlans.h"
 #include "ctl/CtlRun.h"
+#include "support/Table.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -143,34 +144,12 @@ TEST_F(Dial, DoubtfulOwnFleetIsAWarning)
 
 TEST_F(Dial, BadPlans)
 {
-    const QByteArray row = "units,2,0,2,71,A,\n";
-    const std::pair<QByteArray, QByteArray> plans[] = {
-        {"", "plan.csv: the file is empty"},
-        {"typ,digits\n", "line 1: unknown column \"typ\""},
-        {"type,digits,type\n", "line 1: column \"type\" comes twice"},
-        {"type,digits,prefix,base_ident\n", "line 1: column \"max_ident\" is missing"},
-        {headings + row + "units,2,0\n", "line 3: 3 fields where the heading has 7"},
-        {headings + "unit,2,0,2,71,A,\n", "line 2: type is \"unit\", not units or groups"},
-        {headings + "units,2,0,x,71,A,\n", "line 2: base_ident is \"x\", not a number"},
-        {headings + "units,2,0,,71,A,\n", "line 2: base_ident is \"\", not a number"},
-        {headings + "units,2,0,2,99999999999,A,\n", "line 2: max_ident is \"99999999999\", not a number"},
-        {headings + "units,2,128,2,71,A,\n", "line 2: Prefix 128 is out of range 0..127."},
-        {headings + "units,2,0,3,71,A,\n", "line 2: Base ident 3 is not an even number from 2 to 8100."},
-        {headings + "groups,3,0,7000,7100,A,\n", "line 2: Fleet size 101 is out of range 2..100."},
-        {headings + "units,2,0,8098,8101,A,\n", "line 2: Fleet 200/6049 would end above ident 8100."},
-        {headings + "units,4,0,2,71,A,\n", "line 2: A fleet's numbers cannot have 4 digits, only 2 or 3."},
-        {headings + row + "\n\nunits,2,0,70,79,\"B\nB\",\n",
-         "line 5: Fleet 200/2035 overlaps fleet 200/2001."},
-        {headings + row + "units,2,0,72,79,\"B,\nC\n", "line 3: a quoted field has no closing quote"},
-        {headings + "units,2,0,2,71,A\"B,\n", "line 2: a quote inside a field"},
-        {headings + "units,2,0,2,71,\"A\"B,\n", "line 2: a quoted field must be followed by"},
-        {headings + "units,2,0,2,71,\xE4,\n", "plan.csv: the file is not UTF-8"},
-    };
-    for (const auto& [csv, reason] : plans) {
-        const CtlRun run = RunWithPlan(csv);
-        EXPECT_EQ(run.code, 1) << csv.toStdString();
+    for (const TableRow& row : ReadTable("ctl.tsv", "Plans", 19)) {
+        const CtlRun run =
+            RunWithPlan((row.at(0) == "head" ? headings : "") + QByteArray::fromStdString(row.at(1)));
+        EXPECT_EQ(run.code, 1) << row.at(1);
         EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
+        EXPECT_TRUE(run.err.contains(row.at(2).c_str())) << run.err.toStdString() << " lacks " << row.at(2);
     }
 }
 

@@ -1,4 +1,5 @@
 #include "ctl/CtlRun.h"
+#include "support/Table.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -79,29 +80,16 @@ TEST_F(Import, EveryBadLineIsToldAndNothingIsStoredUnlessLeftOut)
     ASSERT_EQ(ImportText("directory", Directory).code, 0);
     const QByteArray head = "type,callsign,ident,name,note,dynamic,position\n";
     const QByteArray good = "individual,Car,23,Car,,no,\n";
-    const std::pair<QByteArray, const char*> bad[] = {
-        {"person,A,200200140,A,,no,\n", "not individual or talkgroup"},
-        {"individual,A,200200140,A,,maybe,\n", "not yes or no"},
-        {"individual,9A,200200140,A,,no,\n", "Callsign must begin with a letter"},
-        {"individual,A,200200140,7,,no,\n", "Name must begin with a letter"},
-        {"individual,A,,A,,no,\n", "ident is empty"},
-        {"individual,A,2x,A,,no,\n", "ident \"2x\""},
-        {"individual,A,200200120,A,,no,\n", "belongs to another entry"},
-        {"talkgroup,Unit20,200550090,,,no,1\n", "as the other type"},
-        {"talkgroup,A,200550090,,,no,17\n", "not a number from 1 to 16"},
-        {"individual,A,200200140,A," + QByteArray(256, 'x') + ",no,\n", "more than 255 characters"},
-        {"individual,Twice,200200141,A,,no,\nindividual,TWICE,200200142,A,,no,\n", "comes twice"},
-        {"individual,A,200200140\n", "number of fields"},
-    };
+    const auto bad = ReadTable("ctl.tsv", "Directory lines", 12);
     QByteArray all = head;
-    for (const auto& [line, reason] : bad)
-        all += line;
+    for (const TableRow& row : bad)
+        all += QByteArray::fromStdString(row.at(0));
     const QByteArray before = Exported("directory");
     CtlRun run = ImportText("directory", all);
     EXPECT_EQ(run.code, 1);
     EXPECT_EQ(Exported("directory"), before);
-    for (const auto& [line, reason] : bad)
-        EXPECT_TRUE(run.err.contains(reason)) << reason << " in " << run.err.toStdString();
+    for (const TableRow& row : bad)
+        EXPECT_TRUE(run.err.contains(row.at(1).c_str())) << row.at(1) << " in " << run.err.toStdString();
     EXPECT_TRUE(run.err.contains("in.csv, line 2: type is")) << run.err.toStdString();
     EXPECT_TRUE(run.err.contains("12 of 13 lines are bad, nothing was imported")) << run.err.toStdString();
     run = ImportText("directory", all, {"--skip-bad"});

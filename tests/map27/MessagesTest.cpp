@@ -4,6 +4,7 @@
 #include "map27/Vectors.h"
 #include "map27/codec/Causes.h"
 #include "map27/link/Framing.h"
+#include "support/Table.h"
 
 #include <gtest/gtest.h>
 
@@ -117,75 +118,21 @@ TEST(Messages, CutShortIsAnErrorAndExtraOctetsAreIgnored)
     }
 }
 
+// Direction, octets, error, and what is wrong with them.
 TEST(Messages, Refusals)
 {
-    struct Case {
-        const char* what;
-        bool toRadio;
-        const char* octets;
-        const char* error;
-    };
-    const Case cases[] = {
-        {"nothing", false, "", "message too short"},
-        {"unassigned in the acknowledgement range", false, "D7 02 00 1F 00 00", "reserved message type"},
-        {"unassigned", false, "84 02 00 1F 00", "reserved message type"},
-        {"reserved range", false, "55 01", "reserved message type"},
-        {"free for customisation", false, "0B 02 00 1F 01", "unknown message type"},
-        {"only the terminal sends it", false, "87 02 01 2C 00 00", "unknown message type"},
-        {"only the radio sends it", true, "B1 02 00 1F 00 14 00 59 1F 40 1F 49", "unknown message type"},
-        {"only the radio sends it", true, "C0 02 00 1F 00 00", "unknown message type"},
-        {"address octets missing", false, "80 02 00 1F 13 01 22", "message too short"},
-        {"no status after the address octets", false, "80 02 00 1F 12 01 22", "message too short"},
-        {"no address, yet address octets", true, "80 02 00 1F 01 12 05",
-         "address description not understood"},
-        {"reserved address description", true, "80 02 00 1F 90 05", "address description not understood"},
-        {"reserved digit", true, "A4 00 1F A5 12 A1 22 08", "address description not understood"},
-        {"digits after the filler", true, "A4 00 1F A5 12 1F 22 08", "address description not understood"},
-        {"more than 24 digits", true, "A4 00 1F A5 1D 11 11 11 11 11 11 11 11 11 11 11 11 11 08",
-         "address description not understood"},
-        {"exchange missing", true, "A4 00 10 E1 30 08", "address description not understood"},
-        {"unit cut short", true, "80 02 00 1F 52 05 01 05", "address description not understood"},
-    };
-    for (const Case& test : cases)
-        EXPECT_EQ(Decode(test.toRadio, FromHex(test.octets)).error, test.error) << test.what;
+    for (const TableRow& row : ReadTable("map27-codec.tsv", "Refusals", 17))
+        EXPECT_EQ(Decode(row.at(0) == "to radio", FromHex(row.at(1))).error, row.at(2)) << row.at(3);
 }
 
+// Direction, octets, field, value, and whether encoding restores the octets.
 TEST(Messages, FieldsBesideTheGoldenOnes)
 {
-    struct Case {
-        bool toRadio;
-        const char* octets;
-        const char* field;
-        const char* value;
-        bool sameAgain; // encoding restores the octets
-    };
-    const Case cases[] = {
-        // What the terminal does not understand of an address costs it no message.
-        {false, "C0 02 00 1F 92 12 34 00", "cause", "0", true},
-        {false, "80 02 00 1F 12 AA BB 05", "status", "5", true},
-        // Unused bits are masked: a real radio sets some above the channel number.
-        {false, "B5 41 55 00 00", "channel", "341", true},
-        {false, "80 82 E0 1F 00 05", "calling.pfix", "2", false},
-        {false, "80 82 E0 1F 00 05", "calling.ident", "31", false},
-        {false, "B3 F8 00 00", "codings.0", "", true},
-        {false, "B2 06 9E FF", "offHook", "true", true},
-        {false, "B2 04 00 09", "maxCallSeconds", "780", true},
-        {false, "B2 04 00 0A", "maxCallSeconds", "10", true},
-        {false, "B2 04 00 00", "maxCallSeconds", "null", true},
-        {false, "80 02 00 1F 00 FF", "status", "255", true},
-        {true, "80 02 00 1F 43 01 02 03 05", "status", "", false}, // three octets are too few for this kind
-        {false, "E4 00 00 00 44 00 10 E1 20 06", "ext.exchange", "2", true},
-        {true, "80 02 00 00 73 1B 2C 3F 05", "ext.digits", "1*2#3", true},
-        {false, "81 02 00 1F 00 B0 41 42", "bitsInLastOctet", "8", false},
-        {false, "81 02 00 1F 00 00 A5 80", "bits", "9", true},
-        {true, "87 02 01 2C 00 09 02 00 1F 00", "thirdParty", "true", true},
-        {true, "A4 02 00 1F 00 0D AB CD", "callDetails.custom", "5", true},
-    };
-    for (const Case& test : cases) {
-        Seen seen = Decode(test.toRadio, FromHex(test.octets));
-        EXPECT_EQ(seen.fields[test.field], test.value) << test.octets << ' ' << test.field;
-        EXPECT_EQ(ToHex(seen.again) == test.octets, test.sameAgain)
-            << test.octets << " -> " << ToHex(seen.again);
+    for (const TableRow& row : ReadTable("map27-codec.tsv", "Fields", 18)) {
+        Seen seen = Decode(row.at(0) == "to radio", FromHex(row.at(1)));
+        EXPECT_EQ(seen.fields[row.at(2)], row.at(3)) << row.at(1) << ' ' << row.at(2);
+        EXPECT_EQ(ToHex(seen.again) == row.at(1), row.at(4) == "same")
+            << row.at(1) << " -> " << ToHex(seen.again);
     }
 }
 

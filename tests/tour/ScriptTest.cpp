@@ -2,6 +2,7 @@
 
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "support/Table.h"
 #include "tour/TourHand.h"
 #include "tour/TourLooks.h"
 #include "tour/TourRunner.h"
@@ -52,32 +53,12 @@ protected:
 
 TEST_F(Script, WrongLinesAreToldWithFileAndLine)
 {
-    const std::pair<QByteArray, const char*> cases[] = {
-        {"", "a.tour: there is no step in it"},
-        {"see x", "a.tour:1: there is no step before it"},
-        {"step a b", "a.tour:1: a step begins with"},
-        {"step a: b\nclik x\nsee x", "a.tour:2: \"clik\" is not a word of the tour"},
-        {"step a: b\nput x into y", "a.tour:2: not understood; there is: put TEXT into NAME"},
-        {"step a: b\nput \"x into y", "a.tour:2: not understood"},
-        {"step a: b\nnot click x", "a.tour:2: not understood; there is: click PLACE"},
-        {"step a: b\nclick x within 5 s", "a.tour:2: not understood; there is: click PLACE"},
-        {"step a: b\npress ctrl+nokey in x", "a.tour:2: ctrl+nokey is not a key"},
-        {"step a: b\nx holds \"{nobody}\"", "a.tour:2: {nobody} is not a known name"},
-        {"step a: b\nx holds \"{port\"", "a.tour:2: a } is missing"},
-        {"step a: b\nclick x\n# nothing\nstep b: c",
-         "a.tour:4: the step a before it does not end with what is seen"},
-        {"step a: b\nsee x\nstep a: c", "a.tour:3: there is another step a"},
-        {"text one 1\ntext one 1", "a.tour:2: the name one is taken"},
-        {"text two 2", "a.tour:1: no text 2"},
-        {"include a.tour", "includes itself"},
-        {"step a: b\nsee x\ninclude none.tour", "none.tour cannot be read"},
-    };
-    for (const auto& [text, reason] : cases) {
+    for (const TableRow& row : ReadTable("tour.tsv", "Wrong lines", 17)) {
         try {
-            Read(text);
-            ADD_FAILURE() << text.toStdString();
+            Read(QByteArray::fromStdString(row.at(0)));
+            ADD_FAILURE() << row.at(0);
         } catch (const Error& failure) {
-            EXPECT_TRUE(failure.Description().contains(QLatin1String(reason)))
+            EXPECT_TRUE(failure.Description().contains(QString::fromStdString(row.at(1))))
                 << failure.Description().toStdString();
         }
     }
@@ -86,29 +67,9 @@ TEST_F(Script, WrongLinesAreToldWithFileAndLine)
 // Each script meets the same window anew; what it says of it is true or false.
 TEST_F(Script, StepsAreDoneAndSeenOrNot)
 {
-    const std::pair<QByteArray, const char*> cases[] = {
-        {"see field", ": ok"},
-        {"see nobody", "saw nobody not shown (a.tour:3)"},
-        {"not see field", "saw field (a.tour:3)"},
-        {"field holds \"Fleet*overlaps*\"", ": ok"},
-        {"field holds \"{overlap | A}\"", ": ok"},
-        {"field holds \"{overlap | B}\"", "saw \"Fleet A overlaps {1}\""},
-        {"field holds \"{overlap | A | {port}}\"", ": ok"},
-        {"not field holds \"Fleet\"", ": ok"},
-        {"field is not disabled", ": ok"},
-        {"field is disabled", "saw field enabled"},
-        {"put \"this is not {port}\" into field\nfield holds \"this is not {port}\"", ": ok"},
-        {"click off\nsee field", "saw off is disabled (a.tour:3)"},
-        {"click check\ncheck holds \"on\"", ": ok"},
-        {"see list/\"Unit 2\"", ": ok"},
-        {"see list/*2", ": ok"},
-        {"not see list/Unit", "saw list/Unit"},
-        {"not see none/Unit", "saw no list none"},
-        {"click list/#1\nfield holds \"Unit 2\"", ": ok"},
-        {"click list/Unit9\nsee field", "saw no item list/Unit9"},
-        {"rename list/#0 to \"Gate\"\nsee list/Gate", ": ok"},
-    };
-    for (const auto& [lines, outcome] : cases) {
+    for (const TableRow& row : ReadTable("tour.tsv", "Steps", 20)) {
+        const QByteArray lines = QByteArray::fromStdString(row.at(0));
+        const QByteArray outcome = QByteArray::fromStdString(row.at(1));
         QWidget window;
         QLineEdit field(QStringLiteral("Fleet A overlaps {1}"), &window);
         QLineEdit off(&window);
