@@ -14,11 +14,11 @@ inline constexpr auto DefaultAdministrator = "admin";
 
 // --password-stdin
 QCommandLineOption PasswordFromStdin();
-// --as: the account that does it, "admin" unless given.
+// --as: the account to act as, "admin" unless given.
 QCommandLineOption ActingAccount();
 
-// What help says of TARGET, a line of its own: where accounts of the database log on, and where a user of the
-// server does.
+// What help says about TARGET, on a line of its own: where accounts of the database log on, and where a user
+// of the server does.
 QString AboutTarget();
 QString AboutTargetWithUser();
 

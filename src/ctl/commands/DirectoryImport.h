@@ -12,8 +12,8 @@
 
 struct IStringSource;
 
-// Entries of the address directory from a file: each is checked beside the directory and the lines before it,
-// then all are stored. An entry takes the place of the one with its callsign.
+// Entries of the address directory from a file: each is checked against the directory and the lines before
+// it, then all are stored. An entry takes the place of the one with its callsign.
 class DirectoryImport {
 public:
     static QStringList Columns();
@@ -23,8 +23,8 @@ public:
     DirectoryImport(dao::Database& database, std::unique_ptr<MptAddressing> addressing,
                     const IStringSource& strings);
 
-    // A line that comes: the address that its entry has may pass to another one. All lines before the first
-    // is checked.
+    // Announces a line: the address of its entry may pass to another one. All lines are announced before the
+    // first is checked.
     void Announce(const QStringList& fields);
     // Why the fields of a line cannot be imported; empty when they can, and are then remembered.
     QString Check(const QStringList& fields);

@@ -51,7 +51,7 @@ std::vector<FleetRecord> Merged(std::vector<FleetRecord> plan, const std::vector
     return plan;
 }
 
-// Every row of the file has to pass the checks of the plan's editor, beside the whole new plan.
+// Every row of the file has to pass the checks of the plan's editor, against the whole new plan.
 void CheckRows(const std::vector<FleetRecord>& plan, const std::vector<FleetPlanRow>& rows,
                FleetPlanContext context, const Request& request)
 {

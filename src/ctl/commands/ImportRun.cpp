@@ -36,7 +36,7 @@ std::unique_ptr<dao::Workspace> Open(const Request& request)
 int Run(const Request& request, dao::Workspace& workspace, const CsvTable& table,
         const std::function<QString(const CsvTable::Row&)>& check, const std::function<void()>& store)
 {
-    // Locked from here on, so that what was checked is what the rows are stored beside.
+    // Locked from here on, so that the rows are stored into what they were checked against.
     dao::Transaction transaction(workspace);
     int bad = 0;
     for (const CsvTable::Row& row : table.Rows()) {

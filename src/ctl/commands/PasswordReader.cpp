@@ -14,8 +14,8 @@
 
 namespace {
 
-// While this lives, the signals that usually end a program wait, and Handle() becomes readable when one has
-// come; it takes effect afterwards. Otherwise it would leave the terminal without echo.
+// While this lives, signals that usually end a program are held back, and Handle() becomes readable when one
+// has come; it takes effect afterwards. Otherwise it would leave the terminal without echo.
 class SignalsHeld {
 public:
     SignalsHeld()
@@ -64,7 +64,7 @@ public:
 
     void Write(const std::string& text) const
     {
-        // A terminal that takes no text cannot give a password either: the read tells.
+        // If the terminal takes no text, reading from it fails as well and says so.
         [[maybe_unused]] const ssize_t written = write(m_handle, text.data(), text.size());
     }
 

@@ -4,7 +4,7 @@
 #include "core/session/DbSession.h"
 #include "dao/Workspace.h"
 
-// An open workspace as the session that shared code asks for; there is nobody to ask, and no paths to keep.
+// Presents an open workspace as the session that shared code expects; it asks nobody and keeps no paths.
 class WorkspaceSession : public IDbSession {
 public:
     explicit WorkspaceSession(dao::Workspace& workspace) : m_workspace(workspace) {}

@@ -11,7 +11,7 @@ struct CsvRecord {
     QStringList fields;
 };
 
-// Reads a file in UTF-8, with or without a byte order mark. Blank lines are no records. Raises Error that
+// Reads a file in UTF-8, with or without a byte order mark. Blank lines are skipped. Raises Error that
 // names file, line and reason.
 QList<CsvRecord> ReadCsvFile(const QString& path);
 

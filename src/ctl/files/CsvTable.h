@@ -13,7 +13,7 @@ public:
         QStringList fields; // in the order of the columns asked for; empty when there are too few or too many
     };
 
-    // Raises Error that names file, line and reason for a file that is no such table.
+    // Raises Error that names file, line and reason when the file is not such a table.
     CsvTable(const QString& path, const QStringList& columns);
 
     const QList<Row>& Rows() const { return m_rows; }

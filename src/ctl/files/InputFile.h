@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 
-// The whole file. Raises Error that names it when it cannot be read or is larger than 16 MiB, which a device
-// that never ends is, too.
+// The whole file. Raises Error that names it when it cannot be read or is larger than 16 MiB, as a
+// device that never ends would be.
 QByteArray ReadInputFile(const QString& path);
 
-// The next line of standard input without its end; none when there is no more. Raises Error when it is longer
-// than anything a command takes.
+// The next line of standard input without its end; nothing at the end of the input. Raises Error when it is
+// longer than anything a command takes.
 std::optional<std::string> ReadInputLine();

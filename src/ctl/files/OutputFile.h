@@ -2,6 +2,6 @@
 
 #include <QString>
 
-// Writes a file that must not be there yet, in UTF-8, for its owner alone; either all of it is there
-// afterwards or nothing. Raises Error that names it.
+// Writes a new file in UTF-8, for its owner alone, completely or not at all. Raises Error that names it, also
+// when it exists already.
 void WriteNewFile(const QString& path, const QString& text);

@@ -8,7 +8,7 @@ namespace Console {
 void Print(const QString& line);
 void PrintError(const QString& line);
 
-// Sends what was printed on its way. Raises Error when it cannot be written.
+// Flushes what was printed. Raises Error when it cannot be written.
 void Flush();
 
 } // namespace Console
