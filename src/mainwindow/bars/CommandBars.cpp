@@ -96,7 +96,7 @@ void CommandBars::AllowFullScreen(bool allowed)
     }
 }
 
-void CommandBars::AllowRegrouping(const RegroupingAllowed& allowed)
+void CommandBars::AllowCommand(const RegroupingAllowed& allowed)
 {
     m_allowed.selection = allowed;
     SetCommandStates();

@@ -34,9 +34,10 @@ public:
     void SetSessionCaption(const QString& caption);
     void ShowFullScreen(bool on);
 
-    // These also show the new states.
+    // These also show the new states. AllowCommand takes "regroup", "ungroup" and "sendname" at once, as the
+    // selection gives them.
     void AllowFullScreen(bool allowed);
-    void AllowRegrouping(const RegroupingAllowed& allowed);
+    void AllowCommand(const RegroupingAllowed& allowed);
     void SetCommandStates();
 
 private:

@@ -61,7 +61,7 @@ void LogonView::LoadLists()
 
 void LogonView::ForbidRegrouping()
 {
-    m_bars.AllowRegrouping({});
+    m_bars.AllowCommand({});
 }
 
 void LogonView::ForgetRadio()

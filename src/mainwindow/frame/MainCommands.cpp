@@ -191,7 +191,7 @@ void MainCommands::ConnectPanes()
     MainTabs& tabs = m_parts.tabs;
     connect(&tabs, &MainTabs::AddressesChosen, &m_parts.send, &SendPane::SetAddress);
     connect(&tabs, &MainTabs::AllowedChanged, this,
-            [this, &tabs] { m_parts.bars.AllowRegrouping(tabs.Allowed()); });
+            [this, &tabs] { m_parts.bars.AllowCommand(tabs.Allowed()); });
     connect(&tabs, &MainTabs::CallRequested, this, &MainCommands::CallParty);
     connect(&tabs, &MainTabs::MenuRequested, this, &MainCommands::ShowMessagingMenu);
 
