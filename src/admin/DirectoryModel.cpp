@@ -4,7 +4,7 @@
 #include "core/session/DbSession.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 #include <algorithm>
 

@@ -5,11 +5,11 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/TextIds.h"
-#include "dao/Database.h"
-#include "dao/FileAccess.h"
-#include "dao/Location.h"
-#include "dao/Recordset.h"
 #include "dao/Workspace.h"
+#include "dao/base/FileAccess.h"
+#include "dao/base/Location.h"
+#include "dao/records/Database.h"
+#include "dao/records/Recordset.h"
 
 #include <QCoreApplication>
 #include <QDir>

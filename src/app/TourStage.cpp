@@ -2,11 +2,11 @@
 
 #include "app/Demonstration.h"
 #include "core/texts/Errors.h"
-#include "dao/Database.h"
-#include "dao/Location.h"
-#include "dao/QueryDef.h"
-#include "dao/Recordset.h"
 #include "dao/Workspace.h"
+#include "dao/base/Location.h"
+#include "dao/records/Database.h"
+#include "dao/records/QueryDef.h"
+#include "dao/records/Recordset.h"
 #include "tour/TourControls.h"
 
 #include <QFile>

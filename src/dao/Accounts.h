@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/AccountStore.h"
+#include "dao/base/AccountStore.h"
 #include <QByteArray>
 #include <QString>
 #include <QStringList>

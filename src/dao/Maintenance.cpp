@@ -1,6 +1,6 @@
 #include "dao/Maintenance.h"
-#include "dao/Error.h"
-#include "dao/SchemaScripts.h"
+#include "dao/base/Error.h"
+#include "dao/base/SchemaScripts.h"
 #include "dao/postgresql/ServerMaintenance.h"
 #include "dao/sqlite/FilesCheck.h"
 

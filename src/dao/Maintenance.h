@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/Location.h"
-#include "dao/MaintenanceReport.h"
+#include "dao/base/Location.h"
+#include "dao/base/MaintenanceReport.h"
 #include <QList>
 
 namespace dao {

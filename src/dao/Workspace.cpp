@@ -1,8 +1,8 @@
 #include "dao/Workspace.h"
-#include "dao/Engine.h"
-#include "dao/UserName.h"
+#include "dao/base/UserName.h"
 #include "dao/postgresql/ServerSetup.h"
 #include "dao/postgresql/Session.h"
+#include "dao/records/Engine.h"
 #include "dao/sqlite/Session.h"
 
 namespace dao {

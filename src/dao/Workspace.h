@@ -1,11 +1,11 @@
 #pragma once
 
 #include "dao/Accounts.h"
-#include "dao/Database.h"
-#include "dao/EngineSession.h"
-#include "dao/Error.h"
-#include "dao/Location.h"
-#include "dao/OpenOptions.h"
+#include "dao/base/EngineSession.h"
+#include "dao/base/Error.h"
+#include "dao/base/Location.h"
+#include "dao/base/OpenOptions.h"
+#include "dao/records/Database.h"
 #include <QString>
 #include <QStringList>
 #include <memory>

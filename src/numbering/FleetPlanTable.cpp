@@ -1,7 +1,7 @@
 #include "numbering/FleetPlanTable.h"
 
-#include "dao/Database.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
+#include "dao/records/Database.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/ListHelpers.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include "numbering/TextIds.h"
 #include "radio/facade/Map27Executive.h"
 #include "radio/line/Map27Control.h"

@@ -4,7 +4,7 @@
 #include "core/eventlog/EventSpool.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSourceImpl.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"
 

@@ -1,5 +1,5 @@
 #include "DaoFixture.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include "dao/postgresql/ServerSetup.h"
 
 using namespace dao;

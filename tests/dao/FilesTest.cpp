@@ -1,7 +1,7 @@
 #include "DaoFixture.h"
-#include "dao/FileAccess.h"
 #include "dao/Maintenance.h"
-#include "dao/TextIds.h"
+#include "dao/base/FileAccess.h"
+#include "dao/base/TextIds.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Session.h"
 #include <QDir>

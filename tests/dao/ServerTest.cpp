@@ -2,8 +2,8 @@
 
 #include "DaoFixture.h"
 #include "dao/Maintenance.h"
-#include "dao/TextIds.h"
-#include "dao/TextMatch.h"
+#include "dao/base/TextIds.h"
+#include "dao/base/TextMatch.h"
 #include "dao/postgresql/ServerMaintenance.h"
 #include "dao/postgresql/ServerSetup.h"
 #include <QElapsedTimer>

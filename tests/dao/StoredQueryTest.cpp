@@ -1,5 +1,5 @@
 #include "DaoFixture.h"
-#include "dao/TextMatch.h"
+#include "dao/base/TextMatch.h"
 #include "dao/sqlite/Session.h"
 #include <sqlite3.h>
 

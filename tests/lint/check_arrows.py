@@ -61,7 +61,13 @@ WINGS = {
     },
     "app": {"": set(), "main": {""}},
     "ctl": {"program": set(), "files": set(), "commands": {"program", "files"}},
-    "dao": {"": {"sqlite", "postgresql"}, "sqlite": {""}, "postgresql": {""}},
+    "dao": {
+        "base": set(),
+        "records": {"base"},
+        "sqlite": {"base", "records"},
+        "postgresql": {"base", "records"},
+        "": {"base", "records", "sqlite", "postgresql"},
+    },
     "simulator": {
         "base": set(),
         "line": {"base"},

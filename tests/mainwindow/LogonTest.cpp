@@ -3,7 +3,7 @@
 #include "MainWindowStack.h"
 #include "core/session/OpenSessions.h"
 #include "core/session/Registry.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 #include "mainwindow/bars/StatusBar.h"
 
 #include <QAction>

@@ -12,7 +12,7 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSourceImpl.h"
 #include "core/widgets/ReadableSelection.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QApplication>
 #include <QFileInfo>

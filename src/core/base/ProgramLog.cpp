@@ -1,6 +1,6 @@
 #include "core/base/ProgramLog.h"
 
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QDateTime>
 #include <QFile>

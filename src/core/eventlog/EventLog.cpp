@@ -5,9 +5,9 @@
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
-#include "dao/Database.h"
-#include "dao/Error.h"
-#include "dao/TextMatch.h"
+#include "dao/base/Error.h"
+#include "dao/base/TextMatch.h"
+#include "dao/records/Database.h"
 
 #include <QDeadlineTimer>
 #include <QUuid>

@@ -2,7 +2,7 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/texts/Errors.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QDir>
 #include <QFile>

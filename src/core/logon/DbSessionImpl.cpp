@@ -11,7 +11,7 @@
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "core/widgets/FilePicker.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QApplication>
 #include <QFileInfo>

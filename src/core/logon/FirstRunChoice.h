@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Location.h"
+#include "dao/base/Location.h"
 
 #include <QString>
 #include <optional>

@@ -6,7 +6,7 @@
 #include "core/widgets/Captions.h"
 #include "core/widgets/FilePicker.h"
 #include "core/widgets/FormLayout.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 #include "ui_frmFirstRun.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include "core/texts/TextIds.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/FormLayout.h"
-#include "dao/TextIds.h"
+#include "dao/base/TextIds.h"
 #include "ui_frmLogon.h"
 
 using namespace std::chrono_literals;

@@ -6,8 +6,8 @@
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "core/widgets/Captions.h"
-#include "dao/Error.h"
 #include "dao/Workspace.h"
+#include "dao/base/Error.h"
 #include "ui_frmPassword.h"
 
 #include <QShowEvent>

@@ -12,7 +12,7 @@
 #include "core/widgets/Beeper.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/FormLayout.h"
-#include "dao/Location.h"
+#include "dao/base/Location.h"
 #include "ui_frmSettings.h"
 
 #include <functional>

@@ -1,7 +1,7 @@
 #include "core/session/DynamicRegroup.h"
 
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 bool IsInDynamicRegroup(IDbSession& session, qint32 addressId)
 {

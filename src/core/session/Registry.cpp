@@ -2,9 +2,9 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
+#include "dao/records/Database.h"
 
 namespace {
 

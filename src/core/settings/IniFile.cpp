@@ -3,7 +3,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/TextIds.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -2,7 +2,7 @@
 
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 
 Error::Error(quint32 code, QString description)
     : m_code(code),

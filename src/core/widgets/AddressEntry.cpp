@@ -2,7 +2,7 @@
 
 #include "core/texts/TextIds.h"
 #include "core/texts/Validation.h"
-#include "dao/Recordset.h"
+#include "dao/records/Recordset.h"
 
 QString BrowseQuery(EntryKind kind)
 {

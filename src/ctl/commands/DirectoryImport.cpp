@@ -2,7 +2,7 @@
 
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
-#include "dao/TextMatch.h"
+#include "dao/base/TextMatch.h"
 #include "radio/base/AddressingText.h"
 
 namespace {

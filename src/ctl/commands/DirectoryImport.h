@@ -2,7 +2,7 @@
 
 #include "addressing/MptAddressing.h"
 #include "core/widgets/AddressEntry.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 #include <QHash>
 #include <QString>

@@ -7,7 +7,7 @@
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
-#include "dao/Passwords.h"
+#include "dao/base/Passwords.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "ctl/files/OutputFile.h"
 
 #include "core/texts/Errors.h"
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 
 #include <QFileInfo>
 #include <QSaveFile>

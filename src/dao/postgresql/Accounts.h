@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/AccountStore.h"
+#include "dao/base/AccountStore.h"
 #include "dao/postgresql/Connection.h"
 #include <memory>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "dao/Engine.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include "dao/postgresql/Result.h"
 #include "dao/postgresql/ServerLink.h"
 #include "dao/postgresql/SqlText.h"
+#include "dao/records/Engine.h"
 #include <QDateTime>
 #include <QHash>
 #include <functional>

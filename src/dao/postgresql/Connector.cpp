@@ -1,6 +1,6 @@
 #include "dao/postgresql/Connector.h"
-#include "dao/Error.h"
-#include "dao/TextMatch.h"
+#include "dao/base/Error.h"
+#include "dao/base/TextMatch.h"
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QRegularExpression>

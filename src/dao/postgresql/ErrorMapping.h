@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include <libpq-fe.h>
 
 namespace dao::postgresql {

@@ -1,5 +1,5 @@
 #include "dao/postgresql/Result.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include <QDateTime>
 #include <QTimeZone>
 

@@ -1,6 +1,6 @@
 #include "dao/postgresql/ResultRecordset.h"
-#include "dao/Error.h"
-#include "dao/Names.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
 
 namespace dao::postgresql {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dao/Engine.h"
-#include "dao/Recordset.h"
 #include "dao/postgresql/Result.h"
+#include "dao/records/Engine.h"
+#include "dao/records/Recordset.h"
 #include <optional>
 
 namespace dao::postgresql {

@@ -1,5 +1,5 @@
 #include "dao/postgresql/ServerAddress.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include <QHash>
 #include <QRegularExpression>
 #include <libpq-fe.h>

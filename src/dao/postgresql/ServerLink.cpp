@@ -1,5 +1,5 @@
 #include "dao/postgresql/ServerLink.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include <QSocketNotifier>
 #include <poll.h>
 

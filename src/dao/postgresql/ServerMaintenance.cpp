@@ -1,6 +1,6 @@
 #include "dao/postgresql/ServerMaintenance.h"
-#include "dao/AccountStore.h"
-#include "dao/TextIds.h"
+#include "dao/base/AccountStore.h"
+#include "dao/base/TextIds.h"
 #include "dao/postgresql/ServerSetup.h"
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/MaintenanceReport.h"
-#include "dao/SchemaScripts.h"
+#include "dao/base/MaintenanceReport.h"
+#include "dao/base/SchemaScripts.h"
 #include "dao/postgresql/ServerAddress.h"
 
 namespace dao::postgresql {

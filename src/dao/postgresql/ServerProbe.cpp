@@ -1,5 +1,5 @@
 #include "dao/postgresql/ServerProbe.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 
 namespace dao::postgresql {
 

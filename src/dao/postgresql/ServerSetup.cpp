@@ -1,8 +1,8 @@
 #include "dao/postgresql/ServerSetup.h"
-#include "dao/AccountStore.h"
-#include "dao/Names.h"
-#include "dao/Passwords.h"
-#include "dao/UserName.h"
+#include "dao/base/AccountStore.h"
+#include "dao/base/Names.h"
+#include "dao/base/Passwords.h"
+#include "dao/base/UserName.h"
 #include "dao/postgresql/Accounts.h"
 #include <QRegularExpression>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/SchemaScripts.h"
+#include "dao/base/SchemaScripts.h"
 #include "dao/postgresql/Connection.h"
 
 namespace dao::postgresql {

@@ -1,5 +1,5 @@
 #include "dao/postgresql/Session.h"
-#include "dao/SchemaScripts.h"
+#include "dao/base/SchemaScripts.h"
 #include "dao/postgresql/Accounts.h"
 #include "dao/postgresql/ServerSetup.h"
 

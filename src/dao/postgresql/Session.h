@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/EngineSession.h"
-#include "dao/OpenOptions.h"
+#include "dao/base/EngineSession.h"
+#include "dao/base/OpenOptions.h"
 #include "dao/postgresql/ServerAddress.h"
 
 namespace dao::postgresql {

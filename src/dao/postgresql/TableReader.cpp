@@ -1,7 +1,7 @@
 #include "dao/postgresql/TableReader.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include "dao/postgresql/Result.h"
+#include "dao/records/Engine.h"
 
 namespace dao::postgresql {
 

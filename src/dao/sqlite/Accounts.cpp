@@ -1,5 +1,5 @@
 #include "dao/sqlite/Accounts.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 
 namespace dao::sqlite {
 

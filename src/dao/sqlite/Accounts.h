@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/AccountStore.h"
-#include "dao/Passwords.h"
+#include "dao/base/AccountStore.h"
+#include "dao/base/Passwords.h"
 #include "dao/sqlite/Connection.h"
 #include <memory>
 

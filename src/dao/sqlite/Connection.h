@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Engine.h"
+#include "dao/records/Engine.h"
 #include "dao/sqlite/Functions.h"
 #include "dao/sqlite/Handle.h"
 #include "dao/sqlite/Statement.h"

@@ -1,5 +1,5 @@
 #include "dao/sqlite/Files.h"
-#include "dao/Passwords.h"
+#include "dao/base/Passwords.h"
 #include "dao/sqlite/Connection.h"
 #include "dao/sqlite/ErrorMapping.h"
 #include <QDir>

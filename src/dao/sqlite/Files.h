@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/FileAccess.h"
+#include "dao/base/FileAccess.h"
 #include <QString>
 #include <chrono>
 

@@ -1,6 +1,6 @@
 #include "dao/sqlite/FilesCheck.h"
-#include "dao/AccountStore.h"
-#include "dao/TextIds.h"
+#include "dao/base/AccountStore.h"
+#include "dao/base/TextIds.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Session.h"
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "dao/sqlite/Functions.h"
-#include "dao/TextMatch.h"
+#include "dao/base/TextMatch.h"
 #include <sqlite3.h>
 
 namespace dao::sqlite {

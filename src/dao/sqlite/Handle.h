@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include <QString>
 
 struct sqlite3;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/SchemaScripts.h"
+#include "dao/base/SchemaScripts.h"
 #include "dao/sqlite/Files.h"
 #include <QList>
 #include <QString>

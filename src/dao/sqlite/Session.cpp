@@ -1,6 +1,6 @@
 #include "dao/sqlite/Session.h"
-#include "dao/Passwords.h"
-#include "dao/UserName.h"
+#include "dao/base/Passwords.h"
+#include "dao/base/UserName.h"
 #include "dao/sqlite/Accounts.h"
 #include "dao/sqlite/ChangeCounter.h"
 #include "dao/sqlite/Migrations.h"

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dao/EngineSession.h"
-#include "dao/Location.h"
-#include "dao/OpenOptions.h"
+#include "dao/base/EngineSession.h"
+#include "dao/base/Location.h"
+#include "dao/base/OpenOptions.h"
 #include "dao/sqlite/Connection.h"
 #include "dao/sqlite/Files.h"
 #include <memory>

@@ -1,5 +1,5 @@
 #include "dao/sqlite/SnapshotRecordset.h"
-#include "dao/Names.h"
+#include "dao/base/Names.h"
 
 namespace dao::sqlite {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/TableShape.h"
+#include "dao/records/TableShape.h"
 #include "dao/sqlite/Handle.h"
 
 namespace dao::sqlite {

@@ -3,7 +3,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/frame/MainTabs.h"
 #include "mainwindow/frame/Services.h"

@@ -2,7 +2,7 @@
 
 #include "core/session/DbSession.h"
 #include "core/session/Registry.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "mainwindow/log/LogReader.h"
 
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 #include "radio/facade/Map27Executive.h"
 
 #include <limits>

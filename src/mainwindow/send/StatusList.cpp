@@ -2,7 +2,7 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 #include "radio/base/StatusTexts.h"
 
 std::vector<StatusItem> ReadStati(IDbSession& session, StatusTexts& statusTexts)

@@ -6,7 +6,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
-#include "dao/Error.h"
+#include "dao/base/Error.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/talkgroups/NodeClass.h"
 #include "mainwindow/talkgroups/NodeKeys.h"

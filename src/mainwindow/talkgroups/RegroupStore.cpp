@@ -2,8 +2,8 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
-#include "dao/Error.h"
 #include "dao/Workspace.h"
+#include "dao/base/Error.h"
 #include "mainwindow/talkgroups/RegroupRequests.h"
 
 #include <QUuid>

@@ -1,7 +1,7 @@
 #include "mainwindow/talkgroups/TalkgroupReader.h"
 
 #include "core/session/DbSession.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 namespace {
 

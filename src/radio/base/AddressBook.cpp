@@ -5,7 +5,7 @@
 #include "core/session/Registry.h"
 #include "core/texts/Errors.h"
 #include "core/texts/Validation.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 
 namespace {
 

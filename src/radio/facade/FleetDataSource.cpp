@@ -3,7 +3,7 @@
 #include "core/session/DbSession.h"
 #include "core/session/Registry.h"
 #include "core/texts/Errors.h"
-#include "dao/Database.h"
+#include "dao/records/Database.h"
 #include "radio/base/TextIds.h"
 
 #include <QString>

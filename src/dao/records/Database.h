@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/QueryDef.h"
-#include "dao/Recordset.h"
+#include "dao/records/QueryDef.h"
+#include "dao/records/Recordset.h"
 #include <QHash>
 #include <QString>
 #include <memory>

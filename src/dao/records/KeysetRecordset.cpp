@@ -1,8 +1,8 @@
-#include "dao/KeysetRecordset.h"
-#include "dao/Criterion.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
-#include "dao/Names.h"
+#include "dao/records/KeysetRecordset.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
+#include "dao/records/Criterion.h"
+#include "dao/records/Engine.h"
 #include <algorithm>
 
 namespace dao {

@@ -1,5 +1,5 @@
-#include "dao/Criterion.h"
-#include "dao/Error.h"
+#include "dao/records/Criterion.h"
+#include "dao/base/Error.h"
 #include <QRegularExpression>
 
 namespace dao {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dao/EditBuffer.h"
-#include "dao/Recordset.h"
+#include "dao/records/EditBuffer.h"
+#include "dao/records/Recordset.h"
 
 namespace dao {
 

@@ -1,5 +1,5 @@
-#include "dao/AccountStore.h"
-#include "dao/TextMatch.h"
+#include "dao/base/AccountStore.h"
+#include "dao/base/TextMatch.h"
 
 namespace dao {
 

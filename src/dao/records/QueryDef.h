@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Recordset.h"
+#include "dao/records/Recordset.h"
 #include <QString>
 #include <QStringList>
 #include <QVariant>

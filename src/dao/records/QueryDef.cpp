@@ -1,6 +1,6 @@
-#include "dao/QueryDef.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
+#include "dao/records/QueryDef.h"
+#include "dao/base/Error.h"
+#include "dao/records/Engine.h"
 
 namespace dao {
 

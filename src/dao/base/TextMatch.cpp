@@ -1,4 +1,4 @@
-#include "dao/TextMatch.h"
+#include "dao/base/TextMatch.h"
 #include <algorithm>
 
 namespace dao {

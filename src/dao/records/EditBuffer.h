@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/TableShape.h"
+#include "dao/records/TableShape.h"
 #include <QVariant>
 #include <QVariantList>
 #include <memory>

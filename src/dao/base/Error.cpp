@@ -1,6 +1,6 @@
-#include "dao/Error.h"
-#include "dao/Location.h"
-#include "dao/TextIds.h"
+#include "dao/base/Error.h"
+#include "dao/base/Location.h"
+#include "dao/base/TextIds.h"
 
 namespace dao {
 

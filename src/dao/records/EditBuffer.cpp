@@ -1,7 +1,7 @@
-#include "dao/EditBuffer.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
-#include "dao/Names.h"
+#include "dao/records/EditBuffer.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
+#include "dao/records/Engine.h"
 #include <QDateTime>
 
 namespace dao {

@@ -1,5 +1,5 @@
-#include "dao/UserName.h"
-#include "dao/Error.h"
+#include "dao/base/UserName.h"
+#include "dao/base/Error.h"
 #include <algorithm>
 
 namespace dao {

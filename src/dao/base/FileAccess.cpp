@@ -1,5 +1,5 @@
-#include "dao/FileAccess.h"
-#include "dao/Error.h"
+#include "dao/base/FileAccess.h"
+#include "dao/base/Error.h"
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>

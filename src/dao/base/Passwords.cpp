@@ -1,5 +1,5 @@
-#include "dao/Passwords.h"
-#include "dao/Error.h"
+#include "dao/base/Passwords.h"
+#include "dao/base/Error.h"
 #include <sodium.h>
 
 namespace dao {

@@ -1,5 +1,5 @@
-#include "dao/Names.h"
-#include "dao/Error.h"
+#include "dao/base/Names.h"
+#include "dao/base/Error.h"
 
 namespace dao {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "dao/Passwords.h"
+#include "dao/base/Passwords.h"
 #include <QDateTime>
 #include <chrono>
 #include <functional>

@@ -1,5 +1,5 @@
-#include "dao/SchemaScripts.h"
-#include "dao/Error.h"
+#include "dao/base/SchemaScripts.h"
+#include "dao/base/Error.h"
 #include <QFile>
 #include <QRegularExpression>
 

@@ -1,10 +1,10 @@
-#include "dao/Database.h"
-#include "dao/AppendRecordset.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
-#include "dao/KeysetRecordset.h"
-#include "dao/Names.h"
-#include "dao/TableShape.h"
+#include "dao/records/Database.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
+#include "dao/records/AppendRecordset.h"
+#include "dao/records/Engine.h"
+#include "dao/records/KeysetRecordset.h"
+#include "dao/records/TableShape.h"
 #include <algorithm>
 
 namespace dao {

@@ -1,7 +1,7 @@
-#include "dao/AppendRecordset.h"
-#include "dao/Engine.h"
-#include "dao/Error.h"
-#include "dao/Names.h"
+#include "dao/records/AppendRecordset.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
+#include "dao/records/Engine.h"
 
 namespace dao {
 

@@ -1,4 +1,4 @@
-#include "dao/Location.h"
+#include "dao/base/Location.h"
 #include <QDir>
 #include <QFileInfo>
 

@@ -1,6 +1,6 @@
-#include "dao/Recordset.h"
-#include "dao/Error.h"
-#include "dao/Names.h"
+#include "dao/records/Recordset.h"
+#include "dao/base/Error.h"
+#include "dao/base/Names.h"
 #include <QDateTime>
 
 namespace dao {
