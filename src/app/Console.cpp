@@ -29,7 +29,7 @@ Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control,
                                                  std::move(control));
     stage.clear();
     settingsDialog = std::make_unique<frmSettings>(SettingsServices{
-        base.session, *executive, base.settings, base.prompt, base.beeper, base.strings, base.ports});
+        base.logon, *executive, base.settings, base.prompt, base.beeper, base.strings, base.ports});
     passwordDialog = std::make_unique<frmPassword>(base.session, base.prompt, base.strings);
 }
 
@@ -37,9 +37,9 @@ Console::~Console() = default;
 
 Services Console::MainWindowServices() const
 {
-    Services services{m_base.strings, m_base.prompt,   m_base.session,       *fleetData,
-                      *executive,     m_base.settings, m_base.clock,         m_base.beeper,
-                      *statusTexts,   *profile,        settingsDialog.get(), passwordDialog.get()};
+    Services services{m_base.strings, m_base.prompt,        m_base.session,      m_base.logon,  *fleetData,
+                      *executive,     m_base.settings,      m_base.clock,        m_base.beeper, *statusTexts,
+                      *profile,       settingsDialog.get(), passwordDialog.get()};
     services.eventLog = eventLog.get();
     return services;
 }

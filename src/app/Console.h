@@ -14,6 +14,7 @@ class frmPassword;
 class frmSettings;
 struct Clock;
 struct IBeeper;
+struct IDbLogon;
 struct IDbSession;
 struct IPrompt;
 struct ISerialPortList;
@@ -28,6 +29,7 @@ struct ConsoleBase {
     IPrompt& prompt;
     IBeeper& beeper;
     IDbSession& session;
+    IDbLogon& logon;
     const ISerialPortList* ports = nullptr; // null: only the fixed ones are offered
     QString dataFolder;                     // where log records wait while the database is away
 };

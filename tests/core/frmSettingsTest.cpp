@@ -44,23 +44,15 @@ struct FakePorts : ISerialPortList {
 };
 
 // Only its paths are used.
-struct FakeSession : IDbSession {
-    dao::Workspace& Workspace() override { throw Error(ErrorCode::General, {}); }
-    dao::Database& Database() override { throw Error(ErrorCode::General, {}); }
-    QString MakePID(const QString&, const QString&) override { return {}; }
+struct FakeSession : IDbLogon {
     QString WorkgroupFile() const override { return Given(workgroup); }
     void SetWorkgroupFile(const QString& path) override { workgroup = path; }
     QString DatabaseFile() const override { return Given(database); }
     void SetDatabaseFile(const QString& path) override { database = path; }
-    void SetAppName(const QString&) override {}
-    void SetSettingsSection(const QString&) override {}
     void Logon(bool, bool) override {}
     void Logoff() override {}
-    bool IsOpen() const override { return false; }
     QString SelectWorkgroupFile() override { return Given(picked); }
     QString SelectDatabaseFile() override { return Given(picked); }
-    bool IsMemberOf(const QString&) override { return false; }
-    DatabaseChanges& Changes() override { return changes; }
 
     static QString Given(const QString& path)
     {
@@ -69,7 +61,6 @@ struct FakeSession : IDbSession {
         return path;
     }
 
-    DatabaseChanges changes;
     QString workgroup = "/old.kynw", database = "/old.kyndb", picked;
 };
 

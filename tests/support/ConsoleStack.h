@@ -53,7 +53,7 @@ public:
     ConsoleStack(FakeClock& time, const ControlMaker& makeControl,
                  const dao::OpenOptions& options = TestDatabase::Options())
         : session(database, options),
-          console({strings, settings, time, prompt, beeper, session, nullptr, folder.path()},
+          console({strings, settings, time, prompt, beeper, session, session, nullptr, folder.path()},
                   makeControl(strings), m_stage)
     {
         AddRow("fleet", {{"fleet_name", "units"},

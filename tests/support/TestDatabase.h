@@ -80,7 +80,7 @@ private:
 };
 
 // A session that is logged on without a dialog.
-class TestSession : public IDbSession {
+class TestSession : public IDbSession, public IDbLogon {
 public:
     explicit TestSession(const TestDatabase& database,
                          const dao::OpenOptions& options = TestDatabase::Options())
@@ -110,8 +110,6 @@ public:
     void SetWorkgroupFile(const QString&) override {}
     QString DatabaseFile() const override { return m_database.location.database; }
     void SetDatabaseFile(const QString&) override {}
-    void SetAppName(const QString&) override {}
-    void SetSettingsSection(const QString&) override {}
     void Logon(bool, bool) override
     {
         m_workspace = m_database.Open(logonName, logonPassword, m_options);

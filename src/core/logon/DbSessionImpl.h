@@ -13,7 +13,7 @@ struct IStringSource;
 
 // The session on real files, asking in real dialogs. The paths lie in the settings section given ("DB"), keys
 // "databasefile", "workgroupfile" and, for the name proposed at the next logon, "lastuser".
-class DbSession : public IDbSession {
+class DbSession : public IDbSession, public IDbLogon {
 public:
     // Time comes from `clock`, for the pauses after wrong passwords and for queries over a period.
     DbSession(Settings& settings, const IStringSource& strings, const Clock& clock,
@@ -27,8 +27,8 @@ public:
     void SetWorkgroupFile(const QString& path) override;
     QString DatabaseFile() const override;
     void SetDatabaseFile(const QString& path) override;
-    void SetAppName(const QString& name) override { m_appName = name; }
-    void SetSettingsSection(const QString& section) override { m_section = section; }
+    void SetAppName(const QString& name) { m_appName = name; }
+    void SetSettingsSection(const QString& section) { m_section = section; }
 
     // When there is no database (no file at the path, or an emptied path), offers to create one with its
     // first administrator, who is logged on at once, or to open another. A session that is open is closed

@@ -5,7 +5,7 @@
 
 class Settings;
 struct IBeeper;
-struct IDbSession;
+struct IDbLogon;
 struct IPrompt;
 struct ISerialPortList;
 struct ISerialDefaults;
@@ -16,7 +16,7 @@ class frmSettings;
 
 // What the settings dialog reads and stores; all must outlive it.
 struct SettingsServices {
-    IDbSession& session;
+    IDbLogon& session;
     ISerialDefaults& serial;
     Settings& settings;
     IPrompt& prompt;

@@ -12,17 +12,7 @@ public:
     dao::Workspace& Workspace() override { return m_workspace; }
     dao::Database& Database() override { return m_workspace.Database(); }
     QString MakePID(const QString&, const QString&) override { return {}; }
-    QString WorkgroupFile() const override { return {}; }
-    void SetWorkgroupFile(const QString&) override {}
-    QString DatabaseFile() const override { return {}; }
-    void SetDatabaseFile(const QString&) override {}
-    void SetAppName(const QString&) override {}
-    void SetSettingsSection(const QString&) override {}
-    void Logon(bool, bool) override {}
-    void Logoff() override {}
     bool IsOpen() const override { return true; }
-    QString SelectWorkgroupFile() override { return {}; }
-    QString SelectDatabaseFile() override { return {}; }
     bool IsMemberOf(const QString& group) override
     {
         return m_workspace.Users().Item(m_workspace.UserName())->Groups().Contains(group);

@@ -68,7 +68,7 @@ void LogonCommand::Logon()
 bool LogonCommand::OpenSession()
 {
     try {
-        m_services.session.Logon(true, true);
+        m_services.logon.Logon(true, true);
         return true;
     } catch (const std::exception& failure) {
         if (CodeOf(failure) == ErrorCode::LogonCancelled)
@@ -86,7 +86,7 @@ bool LogonCommand::ReadRights()
         return true;
     } catch (const std::exception& failure) {
         ShowFailure(failure);
-        Attempt([this] { m_services.session.Logoff(); });
+        Attempt([this] { m_services.logon.Logoff(); });
         return false;
     }
 }
@@ -103,7 +103,7 @@ bool LogonCommand::ConnectRadio()
         }
         ShowFailure(failure);
         m_state.Administrator = false;
-        Attempt([this] { m_services.session.Logoff(); });
+        Attempt([this] { m_services.logon.Logoff(); });
         return false;
     }
 }
@@ -115,7 +115,7 @@ void LogonCommand::Logoff()
         return;
     m_coversLists = CoversAfterLogoff(m_services.session, m_coversLists);
     EndSession();
-    Attempt([this] { m_services.session.Logoff(); });
+    Attempt([this] { m_services.logon.Logoff(); });
     m_view.ForgetRadio();
     m_view.CoverLists(m_coversLists);
     m_view.SetSessionCaption(Text(MainText::Logon));

@@ -10,6 +10,7 @@ class frmPassword;
 class frmSettings;
 struct Clock;
 struct IBeeper;
+struct IDbLogon;
 struct IDbSession;
 struct INumberingView;
 struct IPrompt;
@@ -22,6 +23,7 @@ struct Services {
     const IStringSource& strings;
     IPrompt& prompt;
     IDbSession& session;
+    IDbLogon& logon;
     FleetDataSource& fleetData;
     Map27Executive& executive;
     Settings& settings;
