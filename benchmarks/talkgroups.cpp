@@ -102,7 +102,7 @@ int main(int argc, char** argv)
     Fill(session);
     FakeClock clock;
     FakeBeeper beeper;
-    Prompt prompt(strings);
+    Prompt prompt(strings, clock);
     Settings settings(folder.filePath(QStringLiteral("bench.ini")), strings);
     StatusTexts statusTexts(strings);
     EventLog eventLog(session, strings);
@@ -117,7 +117,7 @@ int main(int argc, char** argv)
     Map27Executive executive(
         RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
         std::make_unique<FakeMap27Control>());
-    winMain window(Services{strings, prompt, session, fleetData, executive, settings, clock, beeper,
+    winMain window(Services{strings, prompt, session, session, fleetData, executive, settings, clock, beeper,
                             statusTexts, profile});
     window.resize(800, 600);
     window.show();
