@@ -2,6 +2,7 @@
 
 #include "core/eventlog/EventSpool.h"
 #include "core/texts/Errors.h"
+#include "support/Files.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>
@@ -36,9 +37,7 @@ TEST(EventSpool, TakesOverWhatConsolesThatAreGoneHaveLeft)
         third.Append(Record("3"));
     }
     // The process of this number runs, but is no console; and the computer has had another name.
-    QFile lock(folder.filePath("log-db-2.waiting.lock"));
-    ASSERT_TRUE(lock.open(QIODevice::WriteOnly) && lock.write("1\nveltorkyn\nelsewhere\n\n") > 0);
-    lock.close();
+    WriteFile(folder.filePath("log-db-2.waiting.lock"), "1\nveltorkyn\nelsewhere\n\n");
     EventSpool next(folder.path(), "db");
     EXPECT_EQ(Ids(next), QStringList({"2", "3"})) << "not those of a console that is there";
     next.Clear();

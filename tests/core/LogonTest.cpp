@@ -8,6 +8,7 @@
 #include "core/texts/TextIds.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"
+#include "support/Files.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
@@ -198,25 +199,19 @@ TEST_F(LogonTest, AnEmptyNameIsNoAttempt)
     FailedLogon();
 }
 
-TEST_F(LogonTest, ADatabaseThatIsNoneFailsWithItsName)
+TEST_F(LogonTest, AFileThatIsNoneOrMissingFailsWithItsName)
 {
-    const QString path = folder.filePath("notes.kyndb");
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("these are notes, not a database\n");
-    file.close();
-    UseDatabase({path, database.location.workgroup});
-    const WhenShown logon("frmLogon", [](QWidget& dialog) { EnterLogon(dialog, "admin", "secret"); });
-    const Error error = FailedLogon();
-    EXPECT_EQ(error.Code(), ErrorCode::General);
-    EXPECT_TRUE(error.Description().contains(path)) << error.what();
-}
-
-TEST_F(LogonTest, AMissingWorkgroupFileFailsWithItsName)
-{
-    UseDatabase({database.location.database, "/nonexistent/some.kynw"});
-    const WhenShown logon("frmLogon", [](QWidget& dialog) { EnterLogon(dialog, "admin", "secret"); });
-    EXPECT_TRUE(FailedLogon().Description().contains("/nonexistent/some.kynw"));
+    const QString notes = WriteFile(folder.filePath("notes.kyndb"), "these are notes, not a database\n");
+    const QString missing = "/nonexistent/some.kynw";
+    for (const auto& [location, name] :
+         {std::pair(dao::Location{notes, database.location.workgroup}, notes),
+          std::pair(dao::Location{database.location.database, missing}, missing)}) {
+        UseDatabase(location);
+        const WhenShown logon("frmLogon", [](QWidget& dialog) { EnterLogon(dialog, "admin", "secret"); });
+        const Error error = FailedLogon();
+        EXPECT_EQ(error.Code(), ErrorCode::General);
+        EXPECT_TRUE(error.Description().contains(name)) << error.what();
+    }
 }
 
 TEST_F(LogonTest, PathsHaveDefaultsAndStayEmptyWhenEmptied)

@@ -5,6 +5,7 @@
 #include "core/session/Registry.h"
 #include "core/session/UserProfile.h"
 #include "core/texts/StringSourceImpl.h"
+#include "support/Files.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"
 
@@ -169,9 +170,7 @@ TEST_F(EventLogTest, WhatCannotBeStoredIsInTheProgramsLogFile)
         EXPECT_EQ(error.Description(),
                   "the file is locked by another program or workstation. Please try again.");
     }
-    QFile file(ProgramLog::FileName());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QByteArray contents = file.readAll();
+    const QByteArray contents = ReadFile(ProgramLog::FileName());
     EXPECT_EQ(contents.count('\n'), 1);
     EXPECT_TRUE(contents.contains("type 3, desc \"Voice\\nline\", from \"Car 1\", to \"200\""))
         << contents.toStdString();
@@ -189,9 +188,7 @@ TEST(ProgramLogTest, KeepsOneOlderGeneration)
     EXPECT_LE(current.size(), 2 * 1024 * 1024);
     EXPECT_GT(older.size(), 1024 * 1024);
     EXPECT_LE(older.size(), 2 * 1024 * 1024);
-    QFile file(ProgramLog::FileName());
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().contains(" 4999 xxx"));
+    EXPECT_TRUE(ReadFile(ProgramLog::FileName()).contains(" 4999 xxx"));
 }
 
 } // namespace

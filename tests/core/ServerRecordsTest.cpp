@@ -3,6 +3,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/texts/StringSourceImpl.h"
 #include "support/ConsoleLoad.h"
+#include "support/Files.h"
 #include "support/QtPrinters.h"
 
 #include <QFileInfo>
@@ -74,10 +75,7 @@ TEST_F(ServerRecordsTest, WaitForTheServerInOrderAndAreStoredOnce)
     EXPECT_TRUE(Warns(*log, "4"));
     EXPECT_EQ(log->Waiting(), 3);
 
-    const QByteArray kept = [&] {
-        spool.open(QIODevice::ReadOnly);
-        return spool.readAll();
-    }();
+    const QByteArray kept = ReadFile(SpoolFile());
     TestServer::Get().Start();
     EXPECT_TRUE(QTest::qWaitFor([&] { return log->Waiting() == 0; }, 20000)); // without a hand
     EXPECT_FALSE(Warns(*log, "5"));
@@ -86,10 +84,7 @@ TEST_F(ServerRecordsTest, WaitForTheServerInOrderAndAreStoredOnce)
 
     // Killed after the server had stored them and before the file was gone: sent again, stored once.
     log.reset();
-    QFile again(SpoolFile());
-    ASSERT_TRUE(again.open(QIODevice::WriteOnly));
-    again.write(kept);
-    again.close();
+    WriteFile(SpoolFile(), kept);
     log = std::make_unique<EventLog>(*session, strings, folder.path());
     log->WriteWaiting();
     EXPECT_TRUE(QTest::qWaitFor([&] { return log->Waiting() == 0; }, 20000));

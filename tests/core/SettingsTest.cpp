@@ -5,11 +5,11 @@
 #include "core/texts/Errors.h"
 #include "core/texts/StringSourceImpl.h"
 #include "dao/base/FileAccess.h"
+#include "support/Files.h"
 #include "support/OtherUser.h"
 #include "support/QtPrinters.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -18,20 +18,6 @@ namespace {
 
 class SettingsTest : public testing::Test {
 protected:
-    void WriteFile(const QByteArray& contents)
-    {
-        QFile target(file);
-        ASSERT_TRUE(target.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        target.write(contents);
-    }
-
-    QByteArray FileContents()
-    {
-        QFile source(file);
-        EXPECT_TRUE(source.open(QIODevice::ReadOnly));
-        return source.readAll();
-    }
-
     QString FailureOf(const std::function<void()>& act)
     {
         try {
@@ -95,8 +81,8 @@ TEST_F(SettingsTest, WhatIsWrittenIsReadByTheNextProgram)
     EXPECT_EQ(placement.height, 500);
     EXPECT_TRUE(placement.fullScreen);
     EXPECT_EQ(placement.windowState, 2);
-    EXPECT_TRUE(FileContents().contains("\nbeepnotify=False\n"));
-    EXPECT_TRUE(FileContents().contains("\n[dynamic regrouping]\ndefgroupkey=DGS1A_3\n"));
+    EXPECT_TRUE(ReadFile(file).contains("\nbeepnotify=False\n"));
+    EXPECT_TRUE(ReadFile(file).contains("\n[dynamic regrouping]\ndefgroupkey=DGS1A_3\n"));
 }
 
 // What the program keeps for its user nobody else reads, in folders that nobody else enters.
@@ -144,6 +130,7 @@ TEST_F(SettingsTest, AnyTextSurvives)
 TEST_F(HandWrittenSettings, ValuesAreReadAsTheyStand)
 {
     WriteFile(
+        file,
         "; written by hand\r\n[DB]\r\n  DatabaseFile =  C:\\new, old; \"x\" # \xC3\xA4 100 %41  \r\n"
         "[ Scada ]\nlast=first\nlast=second\n[prefs]\nbeepnotify=FALSE\nprintf_escapes=1\nlog_width=1e2\n"
         "maxlogsize= 7.5 \n");
@@ -159,12 +146,12 @@ TEST_F(HandWrittenSettings, ValuesAreReadAsTheyStand)
 
 TEST_F(HandWrittenSettings, AChangeKeepsEveryOtherLine)
 {
-    WriteFile("; mine\n[prefs]\nodd thing=1\n# note\nlog_view = text\n\n[other]\nx=1\n");
+    WriteFile(file, "; mine\n[prefs]\nodd thing=1\n# note\nlog_view = text\n\n[other]\nx=1\n");
     Settings settings(file, strings);
     settings.SetLogView("hex");
     settings.SetLogFont(3);
     settings.SetSerialPort("COM7");
-    EXPECT_EQ(FileContents(),
+    EXPECT_EQ(ReadFile(file),
               "; mine\n[prefs]\nodd thing=1\n# note\nlog_view =hex\nlogfont=3\n\n[other]\nx=1\n\n"
               "[serial_comm]\nport=COM7\n");
 }
@@ -173,7 +160,7 @@ TEST_F(HandWrittenSettings, AChangeByOthersIsSeenAndNotOverwritten)
 {
     Settings settings(file, strings);
     settings.SetLogView("hex");
-    WriteFile("[prefs]\nlog_view=text\nlogfont=4\n");
+    WriteFile(file, "[prefs]\nlog_view=text\nlogfont=4\n");
     EXPECT_EQ(settings.LogView(), "text");
     settings.SetBeepNotify(false);
     EXPECT_EQ(settings.LogFont(), 4);
@@ -201,7 +188,7 @@ TEST_F(HandWrittenSettings, NonsenseIsNamed)
         {"logoncount", "0x1", [](const Settings& s) { s.GetLogonCount(); }},
     };
     for (const auto& row : table) {
-        WriteFile(QByteArray("[prefs]\n") + row.key + '=' + row.value + '\n');
+        WriteFile(file, QByteArray("[prefs]\n") + row.key + '=' + row.value + '\n');
         const Settings settings(file, strings);
         const QString failure = FailureOf([&] { row.read(settings); });
         EXPECT_TRUE(failure.contains("[prefs]") && failure.contains(row.key) &&
@@ -209,7 +196,7 @@ TEST_F(HandWrittenSettings, NonsenseIsNamed)
             << row.key << '=' << row.value << ": " << failure.toStdString();
     }
     for (const char* period : {"0", "-5", "abc", "", "0.4", "3000000000"}) {
-        WriteFile(QByteArray("[prefs]\nlog_time_period=") + period + '\n');
+        WriteFile(file, QByteArray("[prefs]\nlog_time_period=") + period + '\n');
         EXPECT_EQ(Settings(file, strings).LogTimePeriod(), 30) << period;
     }
 }
@@ -220,7 +207,7 @@ TEST_F(HandWrittenSettings, FilesThatAreNone)
     for (const QByteArray& contents :
          {QByteArray("[prefs]\nlog_view\n"), QByteArray("[prefs] ; x\n"), QByteArray("=1\n"),
           QByteArray("a=\xFF\n"), QByteArray("a=\0b\n", 5), QByteArray(2 * 1024 * 1024, 'x')}) {
-        WriteFile(contents);
+        WriteFile(file, contents);
         EXPECT_TRUE(FailureOf([&] { settings.LogView(); }).contains(file)) << contents.left(20).toStdString();
     }
     EXPECT_TRUE(FailureOf([&] { Settings(folder.path(), strings).LogView(); }).contains(folder.path()));
@@ -229,7 +216,7 @@ TEST_F(HandWrittenSettings, FilesThatAreNone)
 
 TEST_F(HandWrittenSettings, WithoutRightsTheReasonIsSaidAndTheFileStays)
 {
-    WriteFile("[prefs]\nlog_view=text\n");
+    WriteFile(file, "[prefs]\nlog_view=text\n");
     QFile::setPermissions(folder.path(), QFile::Permissions(0x5555));
     QFile::setPermissions(file, QFile::ReadOwner | QFile::ReadUser | QFile::ReadGroup | QFile::ReadOther);
     EXPECT_TRUE(AsNobody([&] {
@@ -237,7 +224,7 @@ TEST_F(HandWrittenSettings, WithoutRightsTheReasonIsSaidAndTheFileStays)
         const QString failure = FailureOf([&] { settings.SetLogView("hex"); });
         return failure.contains(file) && settings.LogView() == "text";
     }));
-    EXPECT_EQ(FileContents(), "[prefs]\nlog_view=text\n");
+    EXPECT_EQ(ReadFile(file), "[prefs]\nlog_view=text\n");
 
     QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_TRUE(

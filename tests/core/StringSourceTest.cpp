@@ -3,9 +3,9 @@
 #include "core/texts/CatalogueFile.h"
 #include "core/texts/Errors.h"
 #include "core/texts/LangId.h"
+#include "support/Files.h"
 #include "support/QtPrinters.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
@@ -18,13 +18,6 @@ const QString builtInText = "Radio dispatcher is already running.";
 
 class StringSourceTest : public testing::Test {
 protected:
-    void Install(const QTemporaryDir& folder, const QString& name, const QByteArray& contents)
-    {
-        QFile file(folder.filePath(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(contents);
-    }
-
     QString Text(quint16 langId, int id = alreadyRunning)
     {
         CStringSourceImpl source({user.path(), system.path(), "/nonexistent"});
@@ -39,9 +32,9 @@ protected:
 
 TEST_F(StringSourceTest, VariantOfTheLanguageComesFirstThenTheLanguageThenTheBuiltInTexts)
 {
-    Install(system, "CKYNSL407.CResourceStrs", "2057 \"SL407\"\n");
-    Install(user, "CKYNPL7.CResourceStrs", "2057 \"PL7\"\n");
-    Install(user, "CKYNSLC07.CResourceStrs", "2057 \"SLC07\"\n");
+    WriteFile(system.filePath("CKYNSL407.CResourceStrs"), "2057 \"SL407\"\n");
+    WriteFile(user.filePath("CKYNPL7.CResourceStrs"), "2057 \"PL7\"\n");
+    WriteFile(user.filePath("CKYNSLC07.CResourceStrs"), "2057 \"SLC07\"\n");
 
     EXPECT_EQ(Text(0x0407), "SL407"); // although only in a less important folder
     EXPECT_EQ(Text(0x0c07), "SLC07");
@@ -51,15 +44,15 @@ TEST_F(StringSourceTest, VariantOfTheLanguageComesFirstThenTheLanguageThenTheBui
 
 TEST_F(StringSourceTest, TheUsersFolderGoesBeforeTheSystems)
 {
-    Install(system, "CKYNPL9.CResourceStrs", "2057 \"system\"\n");
-    Install(user, "CKYNPL9.CResourceStrs", "2057 \"user\"\n");
+    WriteFile(system.filePath("CKYNPL9.CResourceStrs"), "2057 \"system\"\n");
+    WriteFile(user.filePath("CKYNPL9.CResourceStrs"), "2057 \"user\"\n");
 
     EXPECT_EQ(Text(0x0409), "user");
 }
 
 TEST_F(StringSourceTest, WhatASatelliteLacksComesFromTheBuiltInTexts)
 {
-    Install(user, "CKYNSL407.CResourceStrs", "2057 \"L\xC3\xA4uft schon.\"\n2256 \"Benutzer\"\n");
+    WriteFile(user.filePath("CKYNSL407.CResourceStrs"), "2057 \"L\xC3\xA4uft schon.\"\n2256 \"Benutzer\"\n");
 
     EXPECT_EQ(Text(0x0407), QString::fromUtf8("L\xC3\xA4uft schon."));
     EXPECT_EQ(Text(0x0407, exitQuestion), "Do you want to exit?");
@@ -68,11 +61,11 @@ TEST_F(StringSourceTest, WhatASatelliteLacksComesFromTheBuiltInTexts)
 
 TEST_F(StringSourceTest, BrokenSatellitesArePassedOver)
 {
-    Install(user, "CKYNSL407.CResourceStrs", "2057 \"good\"\n2058 without quotes\n");
-    Install(user, "CKYNPL7.CResourceStrs", "2057 \"good\"\n2058 \"\xFF\"\n");
+    WriteFile(user.filePath("CKYNSL407.CResourceStrs"), "2057 \"good\"\n2058 without quotes\n");
+    WriteFile(user.filePath("CKYNPL7.CResourceStrs"), "2057 \"good\"\n2058 \"\xFF\"\n");
     EXPECT_EQ(Text(0x0407), builtInText);
 
-    Install(system, "CKYNPL7.CResourceStrs", "2057 \"whole\"\n");
+    WriteFile(system.filePath("CKYNPL7.CResourceStrs"), "2057 \"whole\"\n");
     EXPECT_EQ(Text(0x0407), "whole");
 }
 

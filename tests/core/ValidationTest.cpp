@@ -1,41 +1,19 @@
 #include "core/texts/Validation.h"
 
-#include <gtest/gtest.h>
+#include "support/Table.h"
 
 namespace {
 
+// What it is valid as, text.
 TEST(ValidationTest, CallsignsAndNames)
 {
-    const struct {
-        QString text;
-        bool callsign, name;
-    } table[] = {
-        {"", false, false},
-        {"A", true, true},
-        {"z9", true, true},
-        {"9Z", false, false},
-        {" A", false, false},
-        {"_A", false, false},
-        {"Car 12_b", true, true},
-        {"Car-12", false, false},
-        {"Car\t12", false, false},
-        {"Car.", false, false},
-        {QString(14, u'a'), true, true},
-        {QString(15, u'a'), false, true},
-        {QString(40, u'a'), false, true},
-        {QString::fromUtf8("\xC3\x96rebro"), true, true},
-        {QString::fromUtf8("Car\xD9\xA1"), false, false}, // a digit, but not an ASCII one
-        {QString::fromUtf8("\xF0\x90\x90\x80"
-                           "bc"),
-         true, true}, // a letter of two code units
-        {QString::fromUtf8("\xF0\x90\x90\x80").repeated(14), true, true},
-        {QString::fromUtf8("a\xF0\x9F\x93\xBB"), false, false}, // a picture
-        {QString(u'a') + QChar(0xD800), false, false},          // half a character
-    };
-    for (const auto& row : table) {
-        EXPECT_EQ(IsValidCallsign(row.text), row.callsign) << row.text.toStdString();
-        EXPECT_EQ(IsValidName(row.text), row.name) << row.text.toStdString();
+    for (const TableRow& row : ReadTable("core.tsv", "Callsigns and names", 18)) {
+        const QString text = QString::fromStdString(row.at(1));
+        EXPECT_EQ(IsValidCallsign(text), row.at(0) == "callsign, name") << row.at(1);
+        EXPECT_EQ(IsValidName(text), row.at(0) != "-") << row.at(1);
     }
+    const QString halfACharacter = QString(u'a') + QChar(0xD800);
+    EXPECT_FALSE(IsValidCallsign(halfACharacter) || IsValidName(halfACharacter));
 }
 
 TEST(ValidationTest, FirstCharacterDecides)

@@ -1,3 +1,4 @@
+#include "support/Files.h"
 #include "DaoFixture.h"
 #include "dao/Maintenance.h"
 #include "dao/base/FileAccess.h"
@@ -5,7 +6,6 @@
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Session.h"
 #include <QDir>
-#include <QFile>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -17,18 +17,6 @@ class FilesTest : public DaoTest {
 protected:
     FilesTest() { m_workspace.reset(); }
 
-    static void Write(const QString& path, const QByteArray& contents)
-    {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        file.write(contents);
-    }
-    static QByteArray Read(const QString& path)
-    {
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-        return file.readAll();
-    }
     // Runs SQL on a file without this program's help but its folding, which the indexes need; checks nothing,
     // as damage is what the tests are after.
     static void Tamper(const QString& path, const char* sql)
@@ -73,15 +61,15 @@ TEST_F(FilesTest, BadFilesAreToldApart)
     const QString workgroup = m_location.workgroup;
     const QString other = m_folder.filePath("other.kyndb");
     CreateDatabase(LocationOf(other), "Boss", "secret", PasswordCost::Lowest());
-    Write(m_folder.filePath("text"), QByteArray(5000, 'x'));
-    Write(m_folder.filePath("empty"), "");
+    WriteFile(m_folder.filePath("text"), QByteArray(5000, 'x'));
+    WriteFile(m_folder.filePath("empty"), "");
     Tamper(m_folder.filePath("foreign"), "create table t (a)");
-    Write(m_folder.filePath("newer.kyndb"), Read(database));
+    WriteFile(m_folder.filePath("newer.kyndb"), ReadFile(database));
     Tamper(m_folder.filePath("newer.kyndb"), "update file_info set value='7' where name='schema_version'");
-    Write(m_folder.filePath("newer.kynw"), Read(workgroup));
+    WriteFile(m_folder.filePath("newer.kynw"), ReadFile(workgroup));
     Tamper(m_folder.filePath("newer.kynw"), "update file_info set value='7' where name='schema_version'");
-    Write(m_folder.filePath("torn.kyndb"), Read(database).left(8192) + QByteArray(4096, '\xA5'));
-    Write(m_folder.filePath("torn.kynw"), Read(workgroup).left(4096));
+    WriteFile(m_folder.filePath("torn.kyndb"), ReadFile(database).left(8192) + QByteArray(4096, '\xA5'));
+    WriteFile(m_folder.filePath("torn.kynw"), ReadFile(workgroup).left(4096));
     struct Case {
         QString database;
         QString workgroup;
@@ -174,7 +162,7 @@ TEST_F(FilesTest, RightsOfTheOperatingSystem)
 TEST_F(FilesTest, CreationLeavesBothFilesOrNone)
 {
     const auto in = [&](const char* name) { return m_folder.filePath(name); };
-    Write(in("taken.kynw"), "mine");
+    WriteFile(in("taken.kynw"), "mine");
     struct Case {
         Location location;
         const char* user;
@@ -199,7 +187,7 @@ TEST_F(FilesTest, CreationLeavesBothFilesOrNone)
             << c.location.database.toStdString();
         EXPECT_EQ(Entries(), entries);
     }
-    EXPECT_EQ(Read(in("taken.kynw")), "mine");
+    EXPECT_EQ(ReadFile(in("taken.kynw")), "mine");
 }
 
 // What the lists show, by others, and nothing else: no log records, nothing of its own, nothing that was
@@ -292,7 +280,7 @@ protected:
 TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
 {
     EXPECT_TRUE(Migrate({}).copy.isEmpty());
-    Write(m_copy + ".bak", "kept from earlier");
+    WriteFile(m_copy + ".bak", "kept from earlier");
     m_workspace = Open();
     AddAddress("Car", "1");
     AddAddress("Ops", "2", 2);
@@ -308,7 +296,7 @@ TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
     EXPECT_EQ(result.fromVersion, m_newest);
     EXPECT_EQ(result.toVersion, m_newest + 2);
     EXPECT_EQ(result.copy, m_copy + "-2.bak");
-    EXPECT_EQ(Read(m_copy + ".bak"), "kept from earlier");
+    EXPECT_EQ(ReadFile(m_copy + ".bak"), "kept from earlier");
     EXPECT_EQ(KindOf([&] { Open(); }), Kind::Newer); // for the program without these steps
     EXPECT_EQ(ValuesOf([&] { Open(); }),
               QStringList({m_location.database, QString::number(m_newest + 2), QString::number(m_newest)}));
@@ -323,14 +311,14 @@ TEST_F(MigrationTest, RunsTheMissingStepsAfterACopy)
 TEST_F(MigrationTest, FailureLeavesFileAndFolderAsTheyWere)
 {
     const QStringList entries = Entries();
-    const QByteArray before = Read(m_location.database);
+    const QByteArray before = ReadFile(m_location.database);
     for (const char* sql :
          {"create table extra (a); nonsense", "insert into dynamic_regroup values (8, 9, 1)"}) {
         const auto migrate = [&] { Migrate({"create table more (a)", sql}); };
         EXPECT_EQ(KindOf(migrate), Kind::MigrationFailed) << sql;
         EXPECT_EQ(ValuesOf(migrate), QStringList({m_location.database, QString::number(m_newest + 2)}));
         EXPECT_EQ(Entries(), entries);
-        EXPECT_EQ(Read(m_location.database), before);
+        EXPECT_EQ(ReadFile(m_location.database), before);
     }
     const auto user = Open();
     user->BeginTrans();
@@ -397,8 +385,8 @@ protected:
 TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
 {
     EXPECT_EQ(Check(), QList<int>());
-    const QByteArray database = Read(m_location.database);
-    const QByteArray workgroup = Read(m_location.workgroup);
+    const QByteArray database = ReadFile(m_location.database);
+    const QByteArray workgroup = ReadFile(m_location.workgroup);
     struct Case {
         const char* databaseSql;
         const char* workgroupSql;
@@ -438,8 +426,8 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
         Tamper(m_location.database, c.databaseSql);
         Tamper(m_location.workgroup, c.workgroupSql);
         EXPECT_EQ(Check(), c.found) << c.databaseSql << c.workgroupSql;
-        Write(m_location.database, database);
-        Write(m_location.workgroup, workgroup);
+        WriteFile(m_location.database, database);
+        WriteFile(m_location.workgroup, workgroup);
     }
     m_location.database = m_folder.filePath("missing");
     EXPECT_EQ(Check(), QList<int>({DaoText::NoSuchFile}));

@@ -1,56 +1,18 @@
 #include "DaoFixture.h"
 #include "dao/base/TextMatch.h"
 #include "dao/sqlite/Session.h"
+#include "support/Table.h"
 #include <sqlite3.h>
 
 using namespace dao;
 
+// Whether it matches, pattern, text.
 TEST(LookForTest, MatchesAnywhereWithoutRegardToCase)
 {
-    struct Case {
-        QString pattern;
-        QString text;
-        bool matches;
-    };
-    const Case cases[] = {
-        {"", "anything", true},
-        {"", "", true},
-        {"ar", "Car 1", true},
-        {"AR", "car 1", true},
-        {"car 1", "Car 1", true},
-        {"car 12", "Car 1", false},
-        {"c*1", "Car 1", true},
-        {"c*2", "Car 1", false},
-        {"*", "", true},
-        {"c??", "car", true},
-        {"c??", "ca", false},
-        {"?", "", false},
-        {"a*a*b", "aaXaab", true},
-        {"a*ab", "aaba", true},
-        {"%", "100", false},
-        {"%", "100 %", true},
-        {"_", "ab", false},
-        {"a_b", "a_b", true},
-        {"[a]", "a", false},
-        {"[a]", "x[a]x", true},
-        {"\\", "a\\b", true},
-        {".", "a", false},
-        {"'", "o'neil", true},
-        {" ", "ab", false}, // not trimmed
-        {"ÜB", "grüber", true},
-        {"ub", "grüber", false},
-        {"strasse", "Straße", false}, // character by character
-        {"STRAßE", "straße", true},
-        {"stra?e", "Straße", true},
-        {"ДИС", "диспетчер", true},
-        {"σ", "Σ", true},
-        {QString::fromUtf8("u\u0308b"), "GRÜBER", true}, // combining against composed
-        {"a?c", QString::fromUtf8("a😀c"), true},         // one character, two units
-        {"a??c", QString::fromUtf8("a😀c"), false},
-    };
-    for (const Case& c : cases)
-        EXPECT_EQ(LookFor(c.pattern).Matches(c.text), c.matches)
-            << c.pattern.toStdString() << " / " << c.text.toStdString();
+    for (const TableRow& row : ReadTable("dao.tsv", "Look for", 34))
+        EXPECT_EQ(LookFor(QString::fromStdString(row.at(1))).Matches(QString::fromStdString(row.at(2))),
+                  row.at(0) == "matches")
+            << row.at(1) << " / " << row.at(2);
 }
 
 class StoredQueryTest : public DaoTest {
