@@ -1,8 +1,9 @@
 #pragma once
 
 #include "addressing/CreateAddressing.h"
+#include "support/Table.h"
 
-#include <fstream>
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -82,25 +83,24 @@ inline std::unique_ptr<MptAddressing> MakeAddressing(const TestPlan& plan)
     return addressing;
 }
 
-// A line of a file in data/addressing: what a text converts to and back, or the sentence that refuses it.
-struct DialVector {
-    std::string plan, dial, prefix, ident, kind, digits, canonical, shortDial, error;
+// The cells of a line of a file in data/addressing: what a text converts to and back, or the sentence that
+// refuses it.
+enum VectorField {
+    PlanField,
+    DialField,
+    PrefixField,
+    IdentField,
+    KindField,
+    DigitsField,
+    CanonicalField,
+    ShortField,
+    ErrorField
 };
 
-inline std::vector<DialVector> ReadDialVectors(const std::string& name)
+inline std::vector<TableRow> ReadDialVectors(const std::string& name, std::size_t count)
 {
-    std::ifstream file(TEST_DATA_DIR "/addressing/" + name);
-    std::vector<DialVector> vectors;
-    std::string line;
-    std::getline(file, line); // headings
-    while (std::getline(file, line)) {
-        std::vector<std::string> fields(1);
-        for (const char c : line)
-            c == '\t' ? fields.emplace_back() : fields.back() += c;
-        for (std::string& field : fields)
-            field = field == "-" ? "" : field;
-        vectors.push_back({fields.at(0), fields.at(1), fields.at(2), fields.at(3), fields.at(4), fields.at(5),
-                           fields.at(6), fields.at(7), fields.at(8)});
-    }
+    std::vector<TableRow> vectors = ReadTable("addressing/" + name, "Vectors", count);
+    for (TableRow& vector : vectors)
+        std::replace(vector.begin(), vector.end(), std::string("-"), std::string());
     return vectors;
 }

@@ -1,7 +1,7 @@
 #include "ctl/CtlRun.h"
 
-#include <QFile>
 #include <QProcess>
+#include <gtest/gtest.h>
 #include <stdexcept>
 
 CtlRun RunCtl(const QStringList& arguments, const QByteArray& input)
@@ -18,10 +18,15 @@ CtlRun RunCtl(const QStringList& arguments, const QByteArray& input)
     return {ended ? process.exitCode() : -1, process.readAllStandardOutput(), process.readAllStandardError()};
 }
 
-QString WriteFile(const QString& folder, const QString& name, const QByteArray& content)
+CtlRun RunWithPasswords(const QStringList& arguments, const QByteArray& passwords)
 {
-    QFile file(folder + '/' + name);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        throw std::runtime_error("cannot write " + file.fileName().toStdString());
-    return file.fileName();
+    return RunCtl(arguments + QStringList("--password-stdin"), passwords);
+}
+
+void ExpectFailure(const CtlRun& run, const QByteArray& reason, int code)
+{
+    EXPECT_EQ(run.code, code);
+    EXPECT_EQ(run.out, "");
+    EXPECT_TRUE(run.err.startsWith("veltorkynctl: ") && run.err.contains(reason))
+        << run.err.toStdString() << " lacks " << reason.toStdString();
 }

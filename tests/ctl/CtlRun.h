@@ -12,6 +12,8 @@ struct CtlRun {
 };
 
 CtlRun RunCtl(const QStringList& arguments, const QByteArray& input = {});
+// The same with the passwords that it asks for, each on a line of its own.
+CtlRun RunWithPasswords(const QStringList& arguments, const QByteArray& passwords = "secret\n");
 
-// Writes a file of a temporary folder and returns its path.
-QString WriteFile(const QString& folder, const QString& name, const QByteArray& content);
+// That a run has failed with that code for that reason, and printed nothing else.
+void ExpectFailure(const CtlRun& run, const QByteArray& reason, int code = 1);

@@ -1,41 +1,21 @@
-#include "ctl/CtlRun.h"
+#include "ctl/Site.h"
 #include "ctl/TerminalRun.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
 
 namespace {
 
-class Databases : public testing::Test {
+class Databases : public Site {
 protected:
-    CtlRun Create() const
-    {
-        return RunCtl({"db", "create", m_target, "--admin", "Ada", "--password-stdin"}, "secret\n");
-    }
+    CtlRun CreateForAda() const { return Create({"--admin", "Ada"}); }
 
     CtlRun User(const QStringList& arguments, const QByteArray& passwords) const
     {
-        return RunCtl(QStringList{"user", arguments[0], m_target} + arguments.mid(1) +
-                          QStringList{"--password-stdin"},
-                      passwords);
+        return RunWithPasswords(QStringList{"user", arguments[0], m_target} + arguments.mid(1), passwords);
     }
-
-    void ExpectFailure(const CtlRun& run, const QByteArray& reason) const
-    {
-        EXPECT_EQ(run.code, 1);
-        EXPECT_EQ(run.out, "");
-        EXPECT_TRUE(run.err.startsWith("veltorkynctl: ") && run.err.contains(reason))
-            << run.err.toStdString();
-    }
-
-    QTemporaryDir m_folder;
-    const QString m_target = m_folder.filePath("site.kyndb");
 };
 
 TEST_F(Databases, CreatedOnceAndSound)
 {
-    const CtlRun created = Create();
+    const CtlRun created = CreateForAda();
     ASSERT_EQ(created.code, 0) << created.err.toStdString();
     EXPECT_TRUE(QFile::exists(m_target));
     EXPECT_TRUE(QFile::exists(m_folder.filePath("site.kynw")));
@@ -44,17 +24,15 @@ TEST_F(Databases, CreatedOnceAndSound)
     EXPECT_EQ(check.code, 0) << check.err.toStdString();
     EXPECT_TRUE(check.out.contains("no problems found"));
 
-    ExpectFailure(Create(), m_target.toUtf8());
-    ExpectFailure(
-        RunCtl({"db", "create", m_folder.filePath("b.kyndb"), "--group", "nobodys", "--password-stdin"},
-               "secret\n"),
-        "no group nobodys");
+    ExpectFailure(CreateForAda(), m_target.toUtf8());
+    const QString other = m_folder.filePath("b.kyndb");
+    ExpectFailure(RunWithPasswords({"db", "create", other, "--group", "nobodys"}), "no group nobodys");
 }
 
 TEST_F(Databases, CheckTellsWhatIsWrong)
 {
     EXPECT_EQ(RunCtl({"db", "check", m_target}).code, 1) << "nothing there";
-    ASSERT_EQ(Create().code, 0);
+    ASSERT_EQ(CreateForAda().code, 0);
     QFile::remove(m_folder.filePath("site.kynw"));
     const CtlRun run = RunCtl({"db", "check", m_target});
     EXPECT_EQ(run.code, 1);
@@ -63,14 +41,14 @@ TEST_F(Databases, CheckTellsWhatIsWrong)
 
 TEST_F(Databases, NoPasswordNoDatabase)
 {
-    ExpectFailure(RunCtl({"db", "create", m_target, "--password-stdin"}, ""), "No password was given");
-    EXPECT_EQ(RunCtl({"db", "create", m_target, "--password-stdin"}, "\n").code, 1) << "an empty one";
+    ExpectFailure(RunWithPasswords({"db", "create", m_target}, ""), "No password was given");
+    EXPECT_EQ(RunWithPasswords({"db", "create", m_target}, "\n").code, 1) << "an empty one";
     EXPECT_FALSE(QFile::exists(m_target));
 }
 
 TEST_F(Databases, AccountsAreAddedListedAndTheirPasswordsChanged)
 {
-    ASSERT_EQ(Create().code, 0);
+    ASSERT_EQ(CreateForAda().code, 0);
     CtlRun run = User({"add", "Bo", "--as", "Ada", "--callsign", "Control_2", "--allow-regrouping"},
                       "secret\nfirst\n");
     ASSERT_EQ(run.code, 0) << run.err.toStdString();
@@ -91,7 +69,7 @@ TEST_F(Databases, AccountsAreAddedListedAndTheirPasswordsChanged)
 
 TEST_F(Databases, RefusedChangesLeaveNothingBehind)
 {
-    ASSERT_EQ(Create().code, 0);
+    ASSERT_EQ(CreateForAda().code, 0);
     ASSERT_EQ(User({"add", "Bo", "--as", "Ada"}, "secret\nfirst\n").code, 0);
     const QByteArray before = User({"list", "--as", "Ada"}, "secret\n").out;
 

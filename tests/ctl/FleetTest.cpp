@@ -1,8 +1,4 @@
-#include "ctl/CtlRun.h"
-
-#include <QFile>
-#include <QTemporaryDir>
-#include <gtest/gtest.h>
+#include "ctl/Site.h"
 
 namespace {
 
@@ -11,52 +7,33 @@ const QByteArray city = "units,2,0,2,71,City,\n";
 const QByteArray groups = "groups,2,0,7000,7009,\"Groups, \"\"city\"\"\",\"two\nlines\"\n";
 const QByteArray harbour = "units,3,1,1020,1089,Harbour,\n";
 
-class Fleet : public testing::Test {
+class Fleet : public Site {
 protected:
-    Fleet() { EXPECT_EQ(RunCtl({"db", "create", m_target, "--password-stdin"}, "secret\n").code, 0); }
+    Fleet() { EXPECT_EQ(Create().code, 0); }
 
-    CtlRun Import(const QByteArray& rows, const QStringList& options = {}) const
+    CtlRun ImportRows(const QByteArray& rows, const QStringList& options = {}) const
     {
-        const QString file = WriteFile(m_folder.path(), "plan.csv", headings + rows);
-        return RunCtl(QStringList{"fleet", "import", m_target, file, "--password-stdin"} + options,
-                      "secret\n");
+        return Import("fleet", headings + rows, options);
     }
-
-    QByteArray Exported() const
-    {
-        const QString path = m_folder.filePath("out.csv");
-        QFile::remove(path);
-        EXPECT_EQ(RunCtl({"fleet", "export", m_target, path, "--password-stdin"}, "secret\n").code, 0);
-        EXPECT_EQ(static_cast<int>(QFile::permissions(path)) & 0x77, 0); // its owner's alone
-        QFile file(path);
-        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-        return file.readAll();
-    }
-
-    QTemporaryDir m_folder;
-    const QString m_target = m_folder.filePath("site.kyndb");
 };
 
 TEST_F(Fleet, ImportsWhatItExportsByName)
 {
-    EXPECT_EQ(Import(groups + city).out, "Imported 2 fleets: 2 new, 0 replaced, 0 removed\n");
-    EXPECT_EQ(Exported(), headings + city + groups) << "by prefix and base ident";
-    EXPECT_EQ(Import(city + harbour).out, "Imported 2 fleets: 1 new, 1 replaced, 0 removed\n");
-    EXPECT_EQ(Exported(), headings + city + groups + harbour);
+    EXPECT_EQ(ImportRows(groups + city).out, "Imported 2 fleets: 2 new, 0 replaced, 0 removed\n");
+    EXPECT_EQ(Exported("fleet"), headings + city + groups) << "by prefix and base ident";
+    EXPECT_EQ(ImportRows(city + harbour).out, "Imported 2 fleets: 1 new, 1 replaced, 0 removed\n");
+    EXPECT_EQ(Exported("fleet"), headings + city + groups + harbour);
     // The fleets change places; each row alone would overlap the other.
-    EXPECT_EQ(Import("units,2,0,2,71,Harbour,\nunits,3,1,1020,1089,City,\n", {"--replace"}).out,
+    EXPECT_EQ(ImportRows("units,2,0,2,71,Harbour,\nunits,3,1,1020,1089,City,\n", {"--replace"}).out,
               "Imported 2 fleets: 0 new, 2 replaced, 1 removed\n");
-    EXPECT_EQ(Exported(), headings + "units,2,0,2,71,Harbour,\nunits,3,1,1020,1089,City,\n");
+    EXPECT_EQ(Exported("fleet"), headings + "units,2,0,2,71,Harbour,\nunits,3,1,1020,1089,City,\n");
 
-    const CtlRun again =
-        RunCtl({"fleet", "export", m_target, m_folder.filePath("out.csv"), "--password-stdin"}, "secret\n");
-    EXPECT_EQ(again.code, 1) << "an existing file is not overwritten";
-    EXPECT_TRUE(again.err.contains("out.csv: the file exists already")) << again.err.toStdString();
+    ExpectFailure(Export("fleet"), "out.csv: the file exists already");
 }
 
 TEST_F(Fleet, ARefusedRowImportsNothing)
 {
-    ASSERT_EQ(Import(city).code, 0);
+    ASSERT_EQ(ImportRows(city).code, 0);
     const std::pair<QByteArray, QByteArray> refused[] = {
         {"units,2,1,2,71,,\n", "line 3: Please enter the name of fleet."},
         {"units,3,1,2,72,Odd,\n", "line 3: Please enter correct fleet size"},
@@ -68,10 +45,8 @@ TEST_F(Fleet, ARefusedRowImportsNothing)
          "line 3: The comments of a fleet can have up to 255"},
     };
     for (const auto& [row, reason] : refused) {
-        const CtlRun run = Import("groups,2,9,7000,7009,Good,\n" + row);
-        EXPECT_EQ(run.code, 1) << row.toStdString();
-        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
-        EXPECT_EQ(Exported(), headings + city);
+        ExpectFailure(ImportRows("groups,2,9,7000,7009,Good,\n" + row), reason);
+        EXPECT_EQ(Exported("fleet"), headings + city);
     }
 }
 

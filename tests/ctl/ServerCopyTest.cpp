@@ -19,12 +19,9 @@ protected:
         if (!TestServer::IsWanted())
             GTEST_SKIP() << "needs a server";
         m_server = TestServer::Get().Target("site");
-        ASSERT_EQ(RunCtl({"db", "create", m_file, "--admin", "Ada", "--password-stdin"}, "secret\n").code, 0);
-        ASSERT_EQ(
-            RunCtl({"user", "add", m_file, "Bo", "--as", "Ada", "--group", "Operators", "--password-stdin"},
-                   "secret\npw\n")
-                .code,
-            0);
+        ASSERT_EQ(RunWithPasswords({"db", "create", m_file, "--admin", "Ada"}).code, 0);
+        const QStringList bo{"user", "add", m_file, "Bo", "--as", "Ada", "--group", "Operators"};
+        ASSERT_EQ(RunWithPasswords(bo, "secret\npw\n").code, 0);
         Fill();
     }
 
@@ -99,7 +96,7 @@ protected:
 
     CtlRun Copy(const QString& from, const QString& to, const QByteArray& password = "secret\n") const
     {
-        return RunCtl({"db", "copy", from, to, "--as", "Ada", "--password-stdin"}, password);
+        return RunWithPasswords({"db", "copy", from, to, "--as", "Ada"}, password);
     }
 
     QTemporaryDir m_folder;
@@ -130,11 +127,10 @@ TEST_F(ServerCopy, MovesEverythingToAServerAndBack)
         }
     };
     EXPECT_FALSE(logon(m_server, "pw") || logon(m_server, ""));
-    EXPECT_EQ(
-        RunCtl({"user", "password", m_server, "Bo", "--as", "Ada", "--password-stdin"}, "secret\nnew\n").code,
-        0);
+    const QStringList password{"user", "password", m_server, "Bo", "--as", "Ada"};
+    EXPECT_EQ(RunWithPasswords(password, "secret\nnew\n").code, 0);
     EXPECT_TRUE(logon(m_server, "new"));
-    EXPECT_TRUE(RunCtl({"user", "list", m_server, "--as", "Ada", "--password-stdin"}, "secret\n")
+    EXPECT_TRUE(RunWithPasswords({"user", "list", m_server, "--as", "Ada"})
                     .out.contains("Bo\tBo\tOperators,Users\tno\tno"));
 
     const QString back = m_folder.filePath("back.kyndb");
@@ -163,13 +159,10 @@ TEST_F(ServerCopy, RefusedOnesLeaveNothing)
     EXPECT_EQ(Copy(m_file, m_server, "wrong\n").code, 1);
     EXPECT_EQ(Copy(m_file, TestServer::Get().Target("Big")).code, 1);
     EXPECT_EQ(Copy(m_file, m_server).code, 0); // nothing was in its way
-    const CtlRun taken = Copy(m_file, m_server);
-    EXPECT_EQ(taken.code, 1);
-    EXPECT_TRUE(taken.err.contains("exists already")) << taken.err.toStdString();
+    ExpectFailure(Copy(m_file, m_server), "exists already");
     EXPECT_EQ(Copy(m_server, m_file).code, 1);
     EXPECT_EQ(RunCtl({"db", "check", m_file}).code, 0);
-    EXPECT_EQ(RunCtl({"db", "create", "postgresql:///other?host=/nowhere", "--password-stdin"}, "x\n").code,
-              1);
+    EXPECT_EQ(RunWithPasswords({"db", "create", "postgresql:///other?host=/nowhere"}, "x\n").code, 1);
 }
 
 } // namespace

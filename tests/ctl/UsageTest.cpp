@@ -1,15 +1,7 @@
 #include "ctl/CtlRun.h"
-
-#include <gtest/gtest.h>
+#include "support/Table.h"
 
 namespace {
-
-struct Call {
-    QStringList arguments;
-    int code;
-    QByteArray out; // what standard output has to contain; empty: it has to be empty
-    QByteArray err; // the same for standard error
-};
 
 TEST(Usage, HelpNamesServersWhereverATargetMayBeOne)
 {
@@ -23,37 +15,16 @@ TEST(Usage, HelpNamesServersWhereverATargetMayBeOne)
     }
 }
 
+// Arguments, exit code, what standard output and standard error contain; empty: they are empty.
 TEST(Usage, HelpAndWrongArguments)
 {
-    const Call calls[] = {
-        {{}, 2, "", "Usage: veltorkynctl COMMAND"},
-        {{"--help"}, 0, "user password", ""},
-        {{"db", "--help"}, 0, "db check", ""},
-        {{"--version"}, 0, "veltorkynctl ", ""},
-        {{"db"}, 2, "", "unknown command: db"},
-        {{"db", "drop", "x"}, 2, "", "unknown command: db drop"},
-        {{"db", "create", "--help"}, 0, "--password-stdin", ""},
-        {{"db", "create"}, 2, "", "something is missing: db create TARGET"},
-        {{"db", "check", "a", "b"}, 2, "", "too many arguments: b"},
-        {{"db", "create", ""}, 2, "", "TARGET is empty"},
-        {{"user", "add", "--help"}, 0, "--allow-regrouping", ""},
-        {{"user", "add", "x.kyndb"}, 2, "", "something is missing"},
-        {{"user", "add", "x.kyndb", "4711"}, 2, "", "Callsign must begin with a letter"},
-        {{"dial", "--help"}, 0, "groupMaxIdent", ""},
-        {{"dial", "--nonsense", "21"}, 2, "", "nonsense"},
-        {{"dial", "--plan"}, 2, "", "plan"},
-        {{"dial", "-21"}, 2, "", "Try: veltorkynctl dial --help"},
-        {{"dial", "--plan", "/dev/zero", "21"}, 1, "", "/dev/zero: the file is larger than 16 MiB"},
-        {{"dial", "--numbering", "mpt1343", "21"}, 2, "", "\"mpt1343\" is not known"},
-    };
-    for (const Call& call : calls) {
-        const CtlRun run = RunCtl(call.arguments);
-        const std::string shown = call.arguments.join(' ').toStdString();
-        EXPECT_EQ(run.code, call.code) << shown;
-        EXPECT_TRUE(call.out.isEmpty() ? run.out.isEmpty() : run.out.contains(call.out))
-            << shown << ": " << run.out.toStdString();
-        EXPECT_TRUE(call.err.isEmpty() ? run.err.isEmpty() : run.err.contains(call.err))
-            << shown << ": " << run.err.toStdString();
+    for (const TableRow& row : ReadTable("ctl.tsv", "Usage", 25)) {
+        const QString arguments = QString::fromStdString(row.at(0));
+        const CtlRun run = RunCtl(arguments.isEmpty() ? QStringList() : arguments.split(' '));
+        EXPECT_EQ(run.code, std::stoi(row.at(1))) << row.at(0);
+        for (const auto& [said, expected] : {std::pair(run.out, row.at(2)), std::pair(run.err, row.at(3))})
+            EXPECT_TRUE(expected.empty() ? said.isEmpty() : said.contains(expected.c_str()))
+                << row.at(0) << ": " << said.toStdString() << " lacks " << expected;
     }
 }
 
