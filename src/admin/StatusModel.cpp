@@ -13,7 +13,7 @@ StatusModel::StatusModel(const IStringSource& strings, QObject* parent)
 {
 }
 
-void StatusModel::Replace(std::vector<StatusRow> rows)
+void StatusModel::Replace(std::vector<dao::StatusRecord> rows)
 {
     beginResetModel();
     m_rows = std::move(rows);
@@ -22,8 +22,8 @@ void StatusModel::Replace(std::vector<StatusRow> rows)
 
 int StatusModel::RowOf(int code) const
 {
-    const auto row =
-        std::find_if(m_rows.begin(), m_rows.end(), [code](const StatusRow& r) { return r.code == code; });
+    const auto row = std::find_if(m_rows.begin(), m_rows.end(),
+                                  [code](const dao::StatusRecord& r) { return r.code == code; });
     return row == m_rows.end() ? -1 : static_cast<int>(row - m_rows.begin());
 }
 
@@ -41,7 +41,7 @@ QVariant StatusModel::data(const QModelIndex& index, int role) const
 {
     if (!index.isValid() || index.row() >= rowCount())
         return {};
-    const StatusRow& row = m_rows[static_cast<std::size_t>(index.row())];
+    const dao::StatusRecord& row = m_rows[static_cast<std::size_t>(index.row())];
     if (role == TagRole)
         return row.code;
     if (role == Qt::DecorationRole && index.column() == Code)

@@ -1,18 +1,10 @@
 #pragma once
 
+#include "dao/tables/StatusTable.h"
 #include <QAbstractTableModel>
 #include <vector>
 
 struct IStringSource;
-
-// One status message of the network.
-struct StatusRow {
-    int code = 0;
-    QString in;
-    QString out;
-
-    bool operator==(const StatusRow&) const = default;
-};
 
 // The status messages, a row each.
 class StatusModel : public QAbstractTableModel {
@@ -25,7 +17,7 @@ public:
 
     StatusModel(const IStringSource& strings, QObject* parent);
 
-    void Replace(std::vector<StatusRow> rows);
+    void Replace(std::vector<dao::StatusRecord> rows);
     // -1 when the code is not listed.
     int RowOf(int code) const;
 
@@ -36,5 +28,5 @@ public:
 
 private:
     const IStringSource& m_strings;
-    std::vector<StatusRow> m_rows;
+    std::vector<dao::StatusRecord> m_rows;
 };

@@ -13,6 +13,7 @@
 #include "core/widgets/PlainIconDelegate.h"
 #include "core/widgets/PlainKey.h"
 #include "dao/Workspace.h"
+#include "dao/tables/StatusTable.h"
 #include "ui_frmStatusEditor.h"
 
 #include <QKeyEvent>
@@ -46,10 +47,7 @@ frmStatusEditor::frmStatusEditor(const AdminServices& services, QWidget* parent)
     FillCodes();
     EnableTexts(false);
     LoadDuty();
-    Try([this] {
-        m_rows = m_services.session.Database().OpenTable(QStringLiteral("status"));
-        m_rows->SetIndex(QStringLiteral("PrimaryKey"));
-    });
+    Try([this] { m_rows = dao::StatusTable::Open(m_services.session.Database()); });
     FillList();
     ConnectControls();
 }
@@ -108,13 +106,11 @@ void frmStatusEditor::LoadDuty()
 // What cannot be read ends the list without a message.
 void frmStatusEditor::FillList()
 {
-    std::vector<StatusRow> rows;
+    std::vector<dao::StatusRecord> rows;
     try {
-        if (m_rows) {
+        if (m_rows)
             for (m_rows->MoveFirst(); !m_rows->Eof(); m_rows->MoveNext())
-                rows.push_back({m_rows->Field("status_code").toInt(), m_rows->Field("in_desc").toString(),
-                                m_rows->Field("out_desc").toString()});
-        }
+                rows.push_back(dao::StatusTable::Read(*m_rows));
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("Status messages: %1").arg(QString::fromUtf8(failure.what())));
     }
@@ -127,14 +123,14 @@ void frmStatusEditor::FillList()
     AutosizeColumns(*m_ui->lvStati, true);
 }
 
-std::optional<StatusRow> frmStatusEditor::Seek(int code)
+std::optional<dao::StatusRecord> frmStatusEditor::Seek(int code)
 {
     if (!m_rows)
         return std::nullopt;
     m_rows->Seek(code);
     if (m_rows->NoMatch())
         return std::nullopt;
-    return StatusRow{code, m_rows->Field("in_desc").toString(), m_rows->Field("out_desc").toString()};
+    return dao::StatusTable::Read(*m_rows);
 }
 
 void frmStatusEditor::ShowCode()
@@ -187,24 +183,11 @@ void frmStatusEditor::Set()
             }
             return;
         }
-        Write(code);
+        dao::StatusTable::Store(*m_rows, {code, m_ui->txtEditInDesc->text(), m_ui->txtEditOutDesc->text()});
         m_shown = Seek(code);
         FillList();
         Q_EMIT StatiChanged();
     });
-}
-
-void frmStatusEditor::Write(int code)
-{
-    if (m_rows->NoMatch()) {
-        m_rows->AddNew();
-        m_rows->SetField("status_code", code);
-    } else {
-        m_rows->Edit();
-    }
-    m_rows->SetField("in_desc", m_ui->txtEditInDesc->text());
-    m_rows->SetField("out_desc", m_ui->txtEditOutDesc->text());
-    m_rows->Update();
 }
 
 void frmStatusEditor::Delete()

@@ -42,11 +42,10 @@ private:
     void New();
     void EditText();
     void Set();
-    void Write(int code);
     void Delete();
     void ApplyDuty();
     // The stored message of a code, made current; nothing when there is none.
-    std::optional<StatusRow> Seek(int code);
+    std::optional<dao::StatusRecord> Seek(int code);
     bool HandleKey(QObject* watched, const QKeyEvent& key);
     void Try(const std::function<void()>& change);
     QString Text(int id) const;
@@ -55,7 +54,7 @@ private:
     std::unique_ptr<Ui::frmStatusEditor> m_ui;
     StatusModel* m_model;
     std::unique_ptr<dao::Recordset> m_rows;
-    std::optional<StatusRow> m_shown; // of the chosen code, as it was read
-    QTimer m_justShown;               // runs until the event that chose the code is over
+    std::optional<dao::StatusRecord> m_shown; // of the chosen code, as it was read
+    QTimer m_justShown;                       // runs until the event that chose the code is over
     bool m_filling = false;
 };

@@ -10,6 +10,7 @@
 #include "dao/base/Location.h"
 #include "dao/records/Database.h"
 #include "dao/records/Recordset.h"
+#include "dao/tables/StatusTable.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -90,12 +91,12 @@ void FillDirectory(dao::Database& database, const QJsonArray& individuals, const
 
 void FillStatuses(dao::Database& database, const QJsonArray& statuses)
 {
-    const auto records = database.OpenTable(QStringLiteral("status"));
+    const auto records = dao::StatusTable::Open(database);
     for (const QJsonValue& value : statuses) {
         const QJsonObject status = value.toObject();
-        AddRecord(*records, {{QStringLiteral("status_code"), Number(status, "code")},
-                             {QStringLiteral("in_desc"), Text(status, "in")},
-                             {QStringLiteral("out_desc"), Text(status, "out")}});
+        const int code = Number(status, "code");
+        records->Seek(code);
+        dao::StatusTable::Store(*records, {code, Text(status, "in"), Text(status, "out")});
     }
 }
 

@@ -64,6 +64,7 @@ WINGS = {
     "dao": {
         "base": set(),
         "records": {"base"},
+        "tables": {"base", "records"},
         "sqlite": {"base", "records"},
         "postgresql": {"base", "records"},
         "": {"base", "records", "sqlite", "postgresql"},

@@ -5,6 +5,7 @@
 #include "ctl/files/CsvWriter.h"
 #include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
+#include "dao/tables/StatusTable.h"
 
 #include <map>
 
@@ -19,10 +20,11 @@ int Export(const Request& request)
     const auto workspace = ImportRun::Open(request);
     QString text = CsvLine(Columns);
     int count = 0;
-    const auto rows = workspace->Database().OpenTable("status");
-    for (; !rows->Eof(); rows->MoveNext(), ++count)
-        text += CsvLine({rows->Field("status_code").toString(), rows->Field("in_desc").toString(),
-                         rows->Field("out_desc").toString()});
+    const auto rows = dao::StatusTable::Open(workspace->Database());
+    for (; !rows->Eof(); rows->MoveNext(), ++count) {
+        const dao::StatusRecord record = dao::StatusTable::Read(*rows);
+        text += CsvLine({QString::number(record.code), record.in, record.out});
+    }
     WriteNewFile(path, text);
     Console::Print(QStringLiteral("Exported %1 lines").arg(count));
     return exitOk;
@@ -33,7 +35,7 @@ class StatusImport {
 public:
     explicit StatusImport(dao::Database& database)
         : m_database(database),
-          m_longest(database.FieldSize("status", "in_desc"))
+          m_longest(dao::StatusTable::LongestText(database))
     {
     }
 
@@ -54,18 +56,10 @@ public:
 
     void Store()
     {
-        const auto records = m_database.OpenTable("status");
+        const auto records = dao::StatusTable::Open(m_database);
         for (const auto& [code, fields] : m_rows) {
             records->Seek(code);
-            if (records->NoMatch()) {
-                records->AddNew();
-                records->SetField("status_code", code);
-            } else {
-                records->Edit();
-            }
-            records->SetField("in_desc", fields[1]);
-            records->SetField("out_desc", fields[2]);
-            records->Update();
+            dao::StatusTable::Store(*records, {code, fields[1], fields[2]});
         }
     }
 
