@@ -52,8 +52,8 @@ bool DeleteOneByOne(const AdminServices& services, const std::vector<DeletionIte
     return deleted;
 }
 
-// In one transaction: thousands of single ones would take minutes. It is over before the first box, which
-// might stand open while other consoles wait for the database.
+// In one transaction: thousands of separate ones would take minutes. It ends before the first box appears,
+// which might stay open while other consoles wait for the database.
 bool DeleteTogether(const AdminServices& services, const std::vector<DeletionItem>& items)
 {
     std::vector<DeletionItem> refused;

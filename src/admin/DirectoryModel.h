@@ -12,8 +12,8 @@ struct IStringSource;
 
 enum class DirectoryOrder { Callsign, Ident };
 
-// Entries of the address directory, kept close together: a hundred thousand take a few megabytes and are read
-// without a text object each.
+// Entries of the address directory, stored compactly: a hundred thousand take a few megabytes and are read
+// without creating a text object for each.
 class DirectoryList {
 public:
     int Count() const { return static_cast<int>(m_entries.size()); }
@@ -43,11 +43,11 @@ private:
     std::vector<std::string> m_kinds;
 };
 
-// Appends the entries that match the search text, in their order. What was read before a failure stays.
+// Appends the entries that match the search text, in their order. What was read before a failure is kept.
 // Raises Error and dao::Error.
 void ReadDirectory(IDbSession& session, DirectoryOrder order, const QString& lookFor, DirectoryList& list);
 
-// The directory, a row each; made for a hundred thousand.
+// The directory, one entry a row; built for a hundred thousand entries.
 class DirectoryModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ public:
     enum Column { Callsign, Ident, ColumnCount };
     // address_id.
     static constexpr int TagRole = Qt::UserRole;
-    // Key of the picture.
+    // Key of the entry's picture.
     static constexpr int IconKeyRole = Qt::UserRole + 1;
 
     DirectoryModel(const IStringSource& strings, QObject* parent);

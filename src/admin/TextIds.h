@@ -1,6 +1,6 @@
 #pragma once
 
-// Catalogue ids that the administration windows load themselves. Those of captions stand in the forms.
+// Catalogue ids that the administration windows load themselves. Those of captions are in the forms.
 namespace AdminText {
 
 // Address directory and editor
@@ -15,7 +15,7 @@ constexpr int Update = 2134;
 constexpr int EntryNotFound = 2135;
 constexpr int EditIndividual = 2136;
 constexpr int EditTalkgroup = 2137;
-constexpr int FirstPosition = 4180; // those of the others follow
+constexpr int FirstPosition = 4180; // the other positions follow
 constexpr int EntryChangedMeanwhile = 5603;
 constexpr int RegroupedMeanwhile = 5604;
 constexpr int CharacterNotSendable = 5605;

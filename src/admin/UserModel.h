@@ -11,7 +11,7 @@ struct UserRow {
     qlonglong profileId = 0;
     QString userName;
     QString callsign;
-    QString group; // besides "Users"; empty: none
+    QString group; // other than "Users"; empty: none
     bool loggedOn = false;
     bool allowRegrouping = false;
 };
@@ -20,7 +20,7 @@ struct UserRow {
 // dao::Error.
 std::vector<UserRow> ReadUsers(IDbSession& session, const QString& query, const QString& lookFor);
 
-// The accounts, a row each.
+// The accounts, one a row.
 class UserModel : public QAbstractTableModel {
     Q_OBJECT
 

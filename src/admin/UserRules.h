@@ -2,7 +2,7 @@
 
 #include <QString>
 
-// What is entered for an account.
+// What has been entered for an account.
 struct UserFields {
     QString userName;
     QString password;

@@ -91,7 +91,7 @@ void frmAddressEditor::EnableKeyFields(bool enabled)
         widget->setEnabled(enabled);
 }
 
-// Reads the entry and shows it; what takes part in dynamic regrouping keeps its key fields.
+// Reads the entry and shows it; the key fields of one that takes part in dynamic regrouping cannot be edited.
 bool frmAddressEditor::LoadEntry()
 {
     try {
@@ -207,7 +207,7 @@ void frmAddressEditor::OfferReload()
         reject();
 }
 
-// A radio that is to show such a name cannot be sent it; the directory may hold it all the same.
+// Such a name cannot be sent to a radio for display; the directory may hold it all the same.
 void frmAddressEditor::WarnOfCharacters(const AddressEntry& entry)
 {
     const QString character = FirstUnsendable(entry.callsign + entry.name);

@@ -13,8 +13,8 @@ namespace Ui {
 class frmAddressEditor;
 }
 
-// Adds or changes one entry of the address directory. Made for each use: prepare it with one of the first
-// three, then show it modally; it is accepted when the entry was stored.
+// Adds or changes one entry of the address directory. Created for each use: prepare it with one of the first
+// three functions, then show it modally; it is accepted once the entry has been stored.
 class frmAddressEditor : public QDialog {
     Q_OBJECT
 
@@ -24,8 +24,8 @@ public:
 
     void AddIndividual();
     void AddTalkgroup();
-    // By address_id and picture key of the list's item. False, after a warning, when the entry is not there
-    // any more or cannot be read.
+    // Takes address_id and picture key of the list's item. False, after a warning, when the entry no longer
+    // exists or cannot be read.
     bool EditAddress(qint32 id, const QString& iconKey);
 
 private:
@@ -50,5 +50,5 @@ private:
     std::unique_ptr<Ui::frmAddressEditor> m_ui;
     Mode m_mode = Mode::AddIndividual;
     qint32 m_id = 0;
-    std::unique_ptr<dao::Recordset> m_rows; // open as long as the dialog
+    std::unique_ptr<dao::Recordset> m_rows; // open as long as the dialog is
 };

@@ -77,7 +77,7 @@ void frmAddressManager::ReloadDir()
     }
 }
 
-// The current entry stays current when it is still listed.
+// The current entry stays current if it is still listed.
 void frmAddressManager::ReadOnce()
 {
     const QModelIndex current = GetSelectedItem(*m_ui->lvDir);
@@ -152,7 +152,7 @@ void frmAddressManager::DeleteSelected()
         ReloadDir();
 }
 
-// The lists of the main window have followed before this window makes way for them.
+// The main window's lists are up to date before this window makes way for them.
 void frmAddressManager::done(int result)
 {
     if (m_directoryChanged) {

@@ -11,8 +11,8 @@ namespace Ui {
 class frmAddressManager;
 }
 
-// The address directory. Made once and hidden between uses, so that search and order survive; call ReloadDir
-// before it is shown.
+// The address directory. Created once and hidden between uses, so that search and order survive; call
+// ReloadDir before showing it.
 class frmAddressManager : public QDialog {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr auto PageScheme = "page";
 constexpr int ColumnCharacters = 100;
-constexpr int PictureWidth = 720; // pixels; the guide's pictures have it
+constexpr int PictureWidth = 720; // pixels, as wide as the guide's pictures
 constexpr int Lines = 38;
 
 } // namespace

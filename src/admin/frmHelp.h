@@ -7,7 +7,7 @@ class QPushButton;
 class QTextBrowser;
 struct IStringSource;
 
-// Shows the user guide, a page at a time, beside the other windows.
+// Shows the user guide, a page at a time, alongside the other windows.
 class frmHelp : public QWidget {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ public:
     // The guide must outlive it.
     frmHelp(const HelpGuide& guide, const IStringSource& strings, QWidget* parent = nullptr);
 
-    // Shows the window with a page; with the contents for a page that is not there.
+    // Shows the window at a page, or at the contents if there is no such page.
     void ShowPage(const QString& page);
     QString Page() const;
 

@@ -80,7 +80,7 @@ void frmStatusEditor::ConnectControls()
     });
     connect(m_ui->lvStati, &QTreeView::doubleClicked, this, &frmStatusEditor::EditText);
     connect(m_ui->cmbEditStatus, &QComboBox::currentIndexChanged, this, &frmStatusEditor::ShowCode);
-    // Choosing the code that is chosen already reads its texts again. A new choice has just been read.
+    // Choosing the current code again rereads its texts. A new choice has just been read.
     m_justShown.setSingleShot(true);
     connect(m_ui->cmbEditStatus, &QComboBox::activated, this, [this] {
         if (!m_justShown.isActive())
@@ -103,7 +103,7 @@ void frmStatusEditor::LoadDuty()
     m_ui->cmbOffDuty->setCurrentIndex(number(OffDuty, "2"));
 }
 
-// What cannot be read ends the list without a message.
+// A record that cannot be read ends the list without a message.
 void frmStatusEditor::FillList()
 {
     std::vector<dao::StatusRecord> rows;
@@ -145,7 +145,7 @@ void frmStatusEditor::ShowCode()
     m_justShown.start(0);
 }
 
-// Choosing a code replaces both texts: what is typed before would be lost.
+// Choosing a code replaces both texts: anything typed beforehand would be lost.
 void frmStatusEditor::EnableTexts(bool enabled)
 {
     for (QWidget* control :

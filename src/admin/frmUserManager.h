@@ -12,7 +12,7 @@ namespace Ui {
 class frmUserManager;
 }
 
-// Lists the operators' accounts and adds, changes and deletes them. Made for each use.
+// Lists the operators' accounts and adds, changes and deletes them. Created for each use.
 class frmUserManager : public QDialog {
     Q_OBJECT
 
@@ -44,9 +44,9 @@ private:
     void ShowDetails(Mode mode);
     void ShowList();
     void FillGroups();
-    // False, after telling why, when the fields cannot be stored.
+    // False, after saying why, when the fields cannot be stored.
     bool FieldsAreValid(Mode mode);
-    // False, after telling why, when it failed.
+    // False, after saying why, when it failed.
     bool Try(const std::function<void()>& change);
     void Say(int textId);
     QString Text(int id) const;

@@ -21,11 +21,11 @@ public:
     std::optional<FleetRecord> Find(const QString& name);
 
     void Add(const FleetRecord& record);
-    // `name` is the row's present name. A row that is gone meanwhile raises Kind::RecordGone.
+    // `name` is the row's present name. A row that has gone in the meantime raises Kind::RecordGone.
     void Change(const QString& name, const FleetRecord& record);
     void Delete(const QString& name);
 
-    // What an entry is checked against that is to replace the row `replaced`, or to be a new one.
+    // What to check an entry against that replaces the row `replaced`, or is new.
     FleetPlanContext ContextFor(const std::optional<QString>& replaced);
 
 private:

@@ -42,7 +42,7 @@ bool HasParity(int value, Parity parity)
     return parity == Parity::Any || (value % 2 == 0) == (parity == Parity::Even);
 }
 
-// How many numbers of a fleet two digits make.
+// How many numbers of a fleet two digits allow.
 int TwoDigitNumbers(FleetType type)
 {
     return LastNumber(type, 2) - FirstNumber(type, 2) + 1;
@@ -54,7 +54,7 @@ bool IsValidSize(FleetType type, const QString& text)
     return size && (type == FleetType::Units || *size <= MaxGroupFleetSize);
 }
 
-// The checks of the single fields, in their order.
+// The checks of the individual fields, in order.
 std::optional<FleetRefusal> CheckFields(const FleetEntry& entry, const IStringSource& strings)
 {
     const auto refuse = [&](FleetInput input, int textId) {

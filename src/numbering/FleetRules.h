@@ -26,7 +26,7 @@ std::optional<int> ValidateFleetField(FleetField kind, const QString& text);
 QString Prefix1327From(const QString& prefix1343);
 QString BaseIdentFrom(const QString& fleetNumber);
 QString MaxIdentFrom(const QString& baseIdent, const QString& fleetSize);
-// The other way, for a fleet that is read.
+// The reverse, for a fleet that is read.
 QString Prefix1343From(const QString& prefix1327);
 QString FleetNumberFrom(const QString& baseIdent);
 QString FleetSizeFrom(const QString& base, const QString& max);
@@ -62,7 +62,7 @@ enum class FleetInput {
     Notes,
 };
 
-// The plan that an entry is to join, without the row that it replaces.
+// The plan that an entry joins, without the row that it replaces.
 struct FleetPlanContext {
     std::vector<FleetRecord> others;
     int longestName;  // characters

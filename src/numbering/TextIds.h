@@ -1,6 +1,6 @@
 #pragma once
 
-// Catalogue ids of the numbering windows; captions stand in the forms.
+// Catalogue ids of the numbering windows; captions are in the forms.
 namespace NumberingText {
 
 constexpr int ChangeQuestion = 1000;
@@ -28,7 +28,7 @@ constexpr int ThreeDigit = 4045;
 
 constexpr int Report = 2220;
 
-// Texts of our own.
+// Further texts.
 constexpr int NameTaken = 5700;
 constexpr int NameTooLong = 5701;
 constexpr int NotesTooLong = 5702;

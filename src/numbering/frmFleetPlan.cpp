@@ -49,7 +49,7 @@ void frmFleetPlan::BuildFields()
     for (const int id : {NumberingText::TwoDigit, NumberingText::ThreeDigit})
         m_ui->cmbDigits->addItem(m_services.strings.LoadString(id));
     m_ui->cmbDigits->setCurrentIndex(-1);
-    // What follows from other fields is there to be read and copied, not to be typed into.
+    // Fields that follow from others are there to be read and copied, not to be typed into.
     QPalette derived = palette();
     derived.setColor(QPalette::Base, derived.color(QPalette::Window));
     for (QLineEdit* field : {m_ui->txtPrefix1327, m_ui->txtBaseIdent, m_ui->txtMaxIdent})
@@ -119,7 +119,7 @@ void frmFleetPlan::ShowRecord(const FleetRecord& record)
     m_ui->txtNotes->setPlainText(record.notes);
 }
 
-// What is typed follows from these, each only when its source is valid.
+// The typed fields follow from these, each only when its source is valid.
 void frmFleetPlan::ShowFleet(const QString& prefix1327, const QString& baseIdent, const QString& maxIdent)
 {
     m_ui->txtPrefix1327->setText(prefix1327);
@@ -132,7 +132,7 @@ void frmFleetPlan::ShowFleet(const QString& prefix1327, const QString& baseIdent
 
 void frmFleetPlan::ChooseType(std::optional<FleetType> type)
 {
-    // As long as they exclude each other, one of the two cannot be cleared.
+    // While they exclude each other, they cannot both be cleared.
     for (QRadioButton* option : {m_ui->optInd, m_ui->optGrp})
         option->setAutoExclusive(false);
     m_ui->optInd->setChecked(type == FleetType::Units);
@@ -230,7 +230,7 @@ void frmFleetPlan::SelectionChanged()
         m_ui->cmdDelete->setEnabled(true);
         return;
     }
-    // Deleted meanwhile, perhaps at another workstation: the fields must not show another fleet's data.
+    // Deleted in the meantime, perhaps at another workstation: the fields must not show another fleet's data.
     ClearFields();
     m_ui->cmdDelete->setEnabled(false);
 }
@@ -331,7 +331,7 @@ QWidget& frmFleetPlan::FieldOf(FleetInput input) const
     return *m_ui->txtFleetName;
 }
 
-// Tells a failure; false then.
+// Reports a failure and then returns false.
 bool frmFleetPlan::Attempt(const std::function<void()>& step)
 {
     try {

@@ -12,8 +12,8 @@ namespace Ui {
 class frmFleetPlan;
 }
 
-// Edits the MPT1343 fleet plan. It can fill in the own fleet that the radio reports. Closing it makes the
-// numbering take the plan.
+// Edits the MPT1343 fleet plan. It can fill in the radio's own fleet, as the radio reports it. Closing it
+// makes the numbering adopt the plan.
 class frmFleetPlan : public QDialog {
     Q_OBJECT
 

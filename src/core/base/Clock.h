@@ -3,13 +3,13 @@
 #include <QDateTime>
 #include <chrono>
 
-// The time, injected so that tests decide it.
+// The time, injected so that tests control it.
 struct Clock {
     virtual ~Clock() = default;
 
     // Wall clock, in local time.
     virtual QDateTime Now() const = 0;
-    // Never goes back; arbitrary origin.
+    // Never goes backwards; its origin is arbitrary.
     virtual std::chrono::milliseconds Ticks() const = 0;
 };
 

@@ -2,9 +2,9 @@
 
 #include <QString>
 
-// Keeps other programs from what a file stands for. The system takes the lock away when its holder ends,
-// however it ends, so that a program that was killed or a machine whose name has changed locks nothing. The
-// file stays.
+// Keeps other programs away from what a file stands for. The system releases the lock when its holder ends,
+// however it ends, so that neither a killed program nor a renamed machine leaves anything locked. The file
+// remains.
 class FileLock {
 public:
     explicit FileLock(QString file);
@@ -15,7 +15,7 @@ public:
     enum class Result {
         Locked,
         HeldByAnother,
-        Failed // the file cannot be made or opened
+        Failed // the file cannot be created or opened
     };
     // Does not wait.
     Result TryLock();

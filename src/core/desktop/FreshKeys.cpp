@@ -49,7 +49,7 @@ FreshKeys::Verdict FreshKeys::Press(quint32 code, Time now)
 bool FreshKeys::Release(quint32 code)
 {
     const bool counted = m_fresh.contains(code);
-    // A key that the desktop repeats may be told as up although it is not.
+    // The desktop may report a repeating key as released although it is still held.
     if (!m_held().contains(code)) {
         m_before.erase(code);
         m_early.erase(code);

@@ -5,31 +5,31 @@
 #include <functional>
 #include <set>
 
-// Tells the keys that somebody pressed for a window from those that were on their way before it could be
-// seen. A key counts when it goes down after the window was seen with all keys up, and not within the quiet
-// time after that or after a key that came too early: who goes on typing has not looked yet. Once a key has
-// counted, the following ones do, too.
+// Tells the keys that were pressed for a window from those that were already on their way before it could be
+// seen. A key counts when it goes down after the window has been seen with all keys up, and not within the
+// quiet time that follows that or a key that came too early: somebody who keeps typing has not looked yet.
+// Once one key has counted, so do those after it.
 class FreshKeys {
 public:
     using Time = std::chrono::milliseconds;
     using Keys = std::set<quint32>; // key codes of the keyboard
     enum class Verdict { Early, Fresh, Repeated };
 
-    // `held` tells which keys are down; always empty where nobody can tell, and what the window hears must
-    // do.
+    // `held` returns the keys that are down; always empty where that cannot be known, and the window's own
+    // events have to do.
     FreshKeys(Time quiet, std::function<Keys()> held);
 
-    // The window is seen and has the keyboard from now on; called each time that this becomes so.
+    // The window is visible and has the keyboard from now on; call it each time that becomes true.
     void Begin(Time now);
-    // It is not seen any more.
+    // It can no longer be seen.
     void End();
     bool HasBegun() const { return m_begun; }
 
-    // What a press at that time would be.
+    // How a press at that time would be judged.
     Verdict Judge(quint32 code, Time now) const;
-    // A key went down. Repeated are further presses of a key that counted and is still down.
+    // A key went down. Further presses of a key that counted and is still down are Repeated.
     Verdict Press(quint32 code, Time now);
-    // A key went up. True when its press counted.
+    // A key went up. True if its press counted.
     bool Release(quint32 code);
 
 private:

@@ -8,7 +8,8 @@
 
 namespace {
 
-// Those that send, call or press a button. Others may be typed quickly into a window that has just come.
+// The keys that send, call or press a button. Others may be typed quickly into a window that has just
+// appeared.
 bool IsActing(const QKeyEvent& event)
 {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter || event.key() == Qt::Key_Space;

@@ -4,9 +4,9 @@
 
 #include <QObject>
 
-// Keeps Enter and the space bar in the window in which they went down: held while another window gets the
-// keyboard, because a call ends or a box closes, they are repeated there as if they were pressed for it.
-// Exists once, beside the application.
+// Keeps Enter and the space bar to the window in which they went down: held while another window gets the
+// keyboard, because a call ends or a box closes, they would repeat there as if they had been pressed for it.
+// One exists, beside the application.
 class HeldKeys : public QObject {
     Q_OBJECT
 

@@ -50,7 +50,7 @@ void KeyGuard::Look(const QEvent& event)
     }
 }
 
-// Looks at the keys before the program looks for a shortcut of theirs.
+// Sees the keys before the program looks for a matching shortcut.
 bool KeyGuard::Drops(QEvent& event)
 {
     using Verdict = FreshKeys::Verdict;
@@ -62,7 +62,7 @@ bool KeyGuard::Drops(QEvent& event)
         event.accept(); // then no shortcut is looked for
         return true;
     case QEvent::KeyPress:
-        // A repetition of a key that went down elsewhere.
+        // A repeat of a key that went down elsewhere.
         if (static_cast<QKeyEvent&>(event).isAutoRepeat() &&
             m_keys.Judge(code(), m_clock.Ticks()) != Verdict::Repeated)
             return true;

@@ -8,13 +8,14 @@ class QKeyEvent;
 class QWidget;
 struct Clock;
 
-// Keeps keys from a window that were pressed before somebody could see it: they reach neither its controls
-// nor its shortcuts. The window counts as seen once it was painted and is active. A child of the window.
+// Withholds from a window the keys that were pressed before anybody could see it: they reach neither its
+// controls nor its shortcuts. The window counts as seen once it has been painted and is active. Becomes a
+// child of the window.
 class KeyGuard : public QObject {
     Q_OBJECT
 
 public:
-    // `quiet` as of FreshKeys. The clock must outlive the window.
+    // `quiet` as for FreshKeys. The clock must outlive the window.
     KeyGuard(QWidget& window, const Clock& clock, FreshKeys::Time quiet);
 
 protected:

@@ -25,7 +25,7 @@ bool Keyboard::TellRepetitions(bool on)
 {
     Display* display = XDisplay();
     if (!display)
-        return true; // the other desktops mark them
+        return true; // other desktops mark repeats themselves
     Bool supported = False;
     const Bool set = XkbSetDetectableAutoRepeat(display, on ? True : False, &supported);
     return supported != False && (set != False) == on;

@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int AfterClick = 50; // ms until the click is known: desktops refuse who asks with an earlier time
+constexpr int AfterClick = 50; // ms until the click is known: desktops refuse requests of an earlier time
 
 } // namespace
 
@@ -25,7 +25,7 @@ void ModalFocus::TakeBack()
 {
     QWidget* dialog = QApplication::activeModalWidget();
     const QWidget* active = QApplication::activeWindow();
-    // The window of a call is nobody's parent and stays usable.
+    // A call's window is never a dialog's parent and stays usable.
     for (const QWidget* owner = dialog; owner && active != dialog; owner = owner->parentWidget())
         if (owner == active)
             dialog->activateWindow();

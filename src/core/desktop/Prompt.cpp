@@ -12,10 +12,10 @@
 
 namespace {
 
-// Nobody reads a box faster.
+// Nobody reads a box in less.
 constexpr std::chrono::milliseconds LookingTime{250};
 
-// While a dialog closes no window is active for a moment; the box then belongs over the main window.
+// While a dialog closes, no window is active for a moment; the box then belongs in front of the main window.
 QWidget* MainWindow()
 {
     for (QWidget* window : QApplication::topLevelWidgets())
@@ -24,8 +24,8 @@ QWidget* MainWindow()
     return nullptr;
 }
 
-// The window that has to wait for the answer. It is never the one of a radio call, which stays on top and
-// usable whatever else is asked.
+// The window that has to wait for the answer. It is never that of a radio call, which stays on top and usable
+// whatever is being asked.
 QWidget* Owner()
 {
     QWidget* owner = QApplication::activeModalWidget();
@@ -46,7 +46,7 @@ QPushButton* AddButton(QMessageBox& box, const char* name, const QString& captio
 
 } // namespace
 
-// The box goes when its owner is destroyed.
+// The box goes away when its owner is destroyed.
 QPointer<QMessageBox> Prompt::MakeBox(QMessageBox::Icon icon, const QString& text) const
 {
     QWidget* owner = Owner();
@@ -68,7 +68,7 @@ bool Prompt::Ask(Kind kind, const QString& text) const
     const auto icon = kind == Kind::Confirmation ? QMessageBox::Warning : QMessageBox::Question;
     const QPointer<QMessageBox> box = MakeBox(icon, text);
     auto* yes = AddButton(*box, "cmdYes", m_strings.LoadString(CoreText::Yes), QMessageBox::YesRole);
-    // A box with a No of that role would take it for what Esc means.
+    // Given a No in that role, the box would take Esc to mean it.
     const auto role = kind == Kind::Choice ? QMessageBox::DestructiveRole : QMessageBox::NoRole;
     auto* no = AddButton(*box, "cmdNo", m_strings.LoadString(CoreText::No), role);
     box->setDefaultButton(kind == Kind::Confirmation ? no : yes);

@@ -7,14 +7,14 @@
 struct Clock;
 struct IStringSource;
 
-// The only way the system shows boxes. All texts are already formatted. The asking operations return true for
-// the agreeing answer; every operation returns when the box is closed.
+// The only way the system shows boxes. Texts come already formatted. The operations that ask return true for
+// consent; every operation returns when the box is closed.
 struct IPrompt {
     virtual ~IPrompt() = default;
 
     virtual bool AskQuestion(const QString& text) = 0;
     virtual bool AskConfirmation(const QString& text) = 0;
-    // A question neither answer of which leaves everything as it is.
+    // A question where neither answer leaves everything as it is.
     virtual bool AskChoice(const QString& text) = 0;
     virtual void ShowWarning(const QString& text) = 0;
     virtual void ShowError(const QString& text) = 0;
@@ -23,10 +23,10 @@ struct IPrompt {
     virtual void SetAppName(const QString& name) = 0;
 };
 
-// Boxes of the desktop, modal to the active window. Each has the object name "promptBox", its buttons
-// "cmdYes", "cmdNo" and "cmdOk". A question offers Yes as the default button, a confirmation No; Esc and the
-// close box decline them, but do nothing to a choice. Texts are shown literally, never as markup. Keys
-// pressed before a box could be seen do not answer it.
+// Desktop boxes, modal to the active window. Each has the object name "promptBox", its buttons "cmdYes",
+// "cmdNo" and "cmdOk". A question offers Yes as the default button, a confirmation No; Esc and the close
+// button decline both, but do nothing to a choice. Texts are shown literally, never as markup. Keys pressed
+// before a box could be seen do not answer it.
 class Prompt : public IPrompt {
 public:
     Prompt(const IStringSource& strings, const Clock& clock) : m_strings(strings), m_clock(clock) {}

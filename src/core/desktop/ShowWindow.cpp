@@ -13,7 +13,7 @@
 
 namespace {
 
-// A window whose middle lies on no screen is moved onto the first one.
+// A window whose middle is on no screen is moved onto the first one.
 void MoveOntoScreen(QWidget& window)
 {
     const QRect frame = window.frameGeometry();
@@ -28,7 +28,7 @@ void MoveOntoScreen(QWidget& window)
     window.move(place.topLeft());
 }
 
-// Qt marks a window only once until it has been active, also when it was hidden in between.
+// Qt marks a window only once until it has been active, even if it was hidden in between.
 void MarkUrgent(QWidget& window)
 {
     Display* display = XDisplay();
@@ -37,7 +37,7 @@ void MarkUrgent(QWidget& window)
         return;
     }
     constexpr long Add = 1;
-    constexpr long Application = 1; // who asks
+    constexpr long Application = 1; // the source of the request
     XEvent event = {};
     event.xclient.type = ClientMessage;
     event.xclient.window = window.winId();
@@ -57,7 +57,7 @@ void MarkUrgent(QWidget& window)
 void BringToScreen(QWidget& window, Activation activation)
 {
     const bool take = activation == Activation::Take;
-    // A desktop forgets what was done to a window only when that is hidden.
+    // A desktop forgets what was done to a window only when it is hidden.
     if (window.isVisible() && !window.isActiveWindow())
         window.hide();
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);

@@ -19,7 +19,7 @@ constexpr auto Table = "event";
 constexpr QLatin1String RecordId("record_id");          // where the database keeps it
 constexpr QLatin1String RecordIndex("i_record_id");     // unique
 constexpr std::chrono::milliseconds AttemptPause{1000}; // between attempts
-constexpr std::chrono::milliseconds LongestTurn{20};    // the window is not kept longer from other work
+constexpr std::chrono::milliseconds LongestTurn{20};    // the window is kept from other work no longer
 
 void NoteLostRecord(const QString& reason, const QDateTime& time, EventType type, const QStringList& texts)
 {
@@ -29,7 +29,7 @@ void NoteLostRecord(const QString& reason, const QDateTime& time, EventType type
                  texts[1], texts[2]));
 }
 
-// The first `size` characters; a character beyond 16 bits is one and is not cut in two.
+// The first `size` characters; a character beyond 16 bits counts as one and is never split.
 QString CutTo(const QString& text, int size)
 {
     if (text.size() <= size)
@@ -62,7 +62,7 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
     try {
         dao::Database& database = m_session.Database();
         OpenSpool(database.Id());
-        if (Waiting() > 0) { // those before it come first
+        if (Waiting() > 0) { // earlier ones come first
             Keep(record);
             if (!m_failing)
                 WriteWaiting();
@@ -88,8 +88,8 @@ void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QStr
     }
 }
 
-// A server's texts hold every character but NUL, which a received text may have: its sign stands for it
-// there.
+// A server's texts hold every character but NUL, which a received text may contain: there its symbol takes
+// its place.
 void EventLog::Store(dao::Database& database, const LogRecord& record)
 {
     try {
@@ -122,7 +122,7 @@ void EventLog::OpenSpool(const QString& databaseId)
 {
     if (m_spoolFolder.isEmpty() || databaseId == m_databaseId)
         return;
-    m_spool.reset(); // gives its lock back
+    m_spool.reset(); // releases its lock
     m_spool = std::make_unique<EventSpool>(m_spoolFolder, databaseId);
     m_databaseId = databaseId;
     m_stored = 0;
@@ -182,12 +182,12 @@ void EventLog::StoreNext(dao::Database& database)
     try {
         Store(database, record);
     } catch (const dao::Error& failure) {
-        if (failure.kind == dao::Kind::BadValue) // never to be stored: the others must not wait for it
+        if (failure.kind == dao::Kind::BadValue) // never storable: the others must not wait for it
             NoteLostRecord(DescribeError(failure, m_strings), record.time,
                            static_cast<EventType>(record.type), {record.desc, record.from, record.to});
         else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex)
             throw;
-        // Otherwise it had arrived, only the answer had not.
+        // Otherwise it had arrived and only the answer was lost.
     }
     ++m_stored;
 }

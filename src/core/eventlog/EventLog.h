@@ -17,9 +17,9 @@ struct IStringSource;
 // Kinds of log record.
 enum class EventType { Status = 1, Text = 2, Call = 3 };
 
-// Writes records of the table event. A description longer than the field is cut to its defined size. While
-// the database's server is away, records are kept in a file and written, in order and each once, when it is
-// back.
+// Writes records to the table event. A description longer than the field is cut to its defined size. While
+// the database's server is away, records are kept in a file and written, in order and each once, when it
+// returns.
 class EventLog : public QObject {
     Q_OBJECT
 
@@ -29,13 +29,13 @@ public:
     ~EventLog() override;
 
     // Raises Error with a description when the record could not be stored. Its content is then kept for the
-    // server's return, or, where there is none to wait for, in the program's log file, so that nothing is
-    // lost silently.
+    // server's return, or, where there is no server to wait for, in the program's log file, so that nothing
+    // is lost silently.
     void AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                          const QString& to);
 
-    // Writes some of what waits; the rest follows from the event loop. Does nothing while nobody is logged
-    // on.
+    // Writes some of the waiting records; the rest follow from the event loop. Does nothing while nobody is
+    // logged on.
     void WriteWaiting();
     int Waiting() const;
 
@@ -57,6 +57,6 @@ private:
     QString m_databaseId; // of the spool
     std::unique_ptr<EventSpool> m_spool;
     int m_stored = 0;       // of the spool's records, those that are in the database by now
-    bool m_failing = false; // what waits could not be stored when it was tried last
+    bool m_failing = false; // the last attempt to store what waits failed
     QTimer m_timer;
 };

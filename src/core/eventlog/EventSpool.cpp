@@ -26,7 +26,7 @@ QByteArray LineOf(const LogRecord& record)
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
-// Nothing for a line that was being written when the machine failed; its record was never taken over.
+// Nothing for a line that was being written when the machine failed; its record was never accepted.
 bool ParseLine(const QByteArray& line, LogRecord& record)
 {
     const QJsonObject object = QJsonDocument::fromJson(line).object();

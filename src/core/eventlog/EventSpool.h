@@ -18,20 +18,21 @@ struct LogRecord {
     QString to;
 };
 
-// Log records that wait for their database, in order, in a file that only the operator's own account of the
-// system can read: one JSON object a line. What was appended survives the end of the program and of the
+// Log records that wait for their database, in order, in a file that only the operator's own system account
+// can read: one JSON object a line. What has been appended survives the failure of the program and of the
 // machine.
 class EventSpool {
 public:
-    // The records of one database in a folder. Several consoles of one account of the system keep a file
-    // each. What earlier runs have left is there, whichever console they were of.
+    // The records of one database in a folder. Several consoles under one system account keep a file each.
+    // What earlier runs left is included, whichever console left it.
     EventSpool(const QString& folder, const QString& databaseId);
     ~EventSpool();
 
     const QList<LogRecord>& Records() const { return m_records; }
     // On disk when it returns. Raises Error.
     void Append(const LogRecord& record);
-    // All of them are stored. Raises Error when a file stays; the records are kept then.
+    // Call when all of them are stored. Raises Error when a file cannot be removed; the records are then
+    // kept.
     void Clear();
 
 private:

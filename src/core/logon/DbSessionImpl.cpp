@@ -28,7 +28,7 @@ QString DefaultDatabaseFile()
     return AppPaths::DataFolder() + u'/' + AppPaths::Title + ".kyndb";
 }
 
-// The path, or an empty text when it was emptied.
+// The path, or an empty text if it has been cleared.
 QString PathOrEmpty(const std::function<QString()>& read)
 {
     try {
@@ -171,7 +171,7 @@ dao::Location DbSession::StoredLocation() const
     return {FullPath(database), FullPath(PathOrEmpty([this] { return WorkgroupFile(); }))};
 }
 
-// Where the database is now; its first administrator is logged on when it was created.
+// Returns where the database is now; if it was created, its first administrator is logged on.
 dao::Location DbSession::SetUpDatabase(const QString& missing)
 {
     const QString proposed = missing.isEmpty() ? DefaultDatabaseFile() : missing;
@@ -234,7 +234,7 @@ void DbSession::AskUser(const dao::Location& location)
         RaiseCancelled();
 }
 
-// What the next logon proposes. An operator is not kept from working because it cannot be stored.
+// What the next logon suggests. Failing to store it keeps no operator from working.
 void DbSession::Remember(const dao::Location& location)
 {
     try {

@@ -11,8 +11,8 @@ class Settings;
 struct FirstRunChoice;
 struct IStringSource;
 
-// The session on real files, asking in real dialogs. The paths lie in the settings section given ("DB"), keys
-// "databasefile", "workgroupfile" and, for the name proposed at the next logon, "lastuser".
+// The session on real files, asking in real dialogs. The paths are in the given settings section ("DB"), keys
+// "databasefile" and "workgroupfile"; the name suggested at the next logon is under "lastuser".
 class DbSession : public IDbSession, public IDbLogon {
 public:
     // Time comes from `clock`, for the pauses after wrong passwords and for queries over a period.
@@ -30,9 +30,8 @@ public:
     void SetAppName(const QString& name) { m_appName = name; }
     void SetSettingsSection(const QString& section) { m_section = section; }
 
-    // When there is no database (no file at the path, or an emptied path), offers to create one with its
-    // first administrator, who is logged on at once, or to open another. A session that is open is closed
-    // first.
+    // When there is no database (no file at the path, or a cleared path), offers to create one with its first
+    // administrator, who is logged on at once, or to open another. A session that is open is closed first.
     void Logon(bool askUser, bool openDatabase) override;
     void Logoff() override;
     bool IsOpen() const override { return m_workspace != nullptr; }

@@ -5,7 +5,7 @@
 #include <QString>
 #include <optional>
 
-// What somebody enters who sets up the database: a new one with its first administrator, or an existing one.
+// What somebody setting up the database enters: a new one with its first administrator, or an existing one.
 struct FirstRunChoice {
     bool create = true;
     dao::Location location;
@@ -13,10 +13,10 @@ struct FirstRunChoice {
     QString userName;
     QString password;
     QString repeated;
-    QString group; // of the operating system, whose accounts share the files; empty: the own account alone
+    QString group; // of the operating system, whose accounts share the files; empty: this account alone
 };
 
-// A field of the entry that has to be corrected, and the catalogue sentence that says so.
+// A field that has to be corrected, and the catalogue sentence that says so.
 struct FirstRunProblem {
     enum class Field { Database, Workgroup, UserName, Password };
 
@@ -24,9 +24,9 @@ struct FirstRunProblem {
     int textId;
 };
 
-// The first problem in the entry itself; whether the files can be made or opened is not looked at.
+// The first problem in the entry itself; whether the files can be created or opened is not checked.
 std::optional<FirstRunProblem> CheckFirstRun(const FirstRunChoice& choice);
 
-// A typed path as an absolute one; a relative path starts in the user's data folder. A server's target, and
+// The absolute form of a typed path; a relative one starts in the user's data folder. A server's target, and
 // an empty text, stay as they are.
 QString FullPath(const QString& typed);

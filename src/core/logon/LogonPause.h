@@ -4,9 +4,9 @@
 
 #include <chrono>
 
-// How long an operator has to wait after wrong passwords, so that they cannot be tried by the thousand:
-// nothing after the first, then 1, 2, 4, 8, 16 and at last 30 seconds after each further one. A successful
-// logon begins anew.
+// How long an operator has to wait after wrong passwords, so that they cannot be tried by the thousand: no
+// time after the first, then 1, 2, 4, 8, 16 and finally 30 seconds after each further one. A successful logon
+// starts afresh.
 class LogonPause {
 public:
     explicit LogonPause(const Clock& clock) : m_clock(clock) {}
@@ -19,5 +19,5 @@ public:
 private:
     const Clock& m_clock;
     int m_failures = 0;
-    std::chrono::milliseconds m_end{0}; // on the clock's ticks
+    std::chrono::milliseconds m_end{0}; // in ticks of the clock
 };

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int FieldWidth = 52;  // characters; a path of usual length
+constexpr int FieldWidth = 52;  // characters; a typical path
 constexpr int MessageLines = 2; // kept free for the message
 
 } // namespace
@@ -63,7 +63,7 @@ FirstRunChoice frmFirstRun::Choice() const
     return choice;
 }
 
-// A new database has a place proposed and an administrator; an existing one is looked for.
+// A new database has a suggested place and an administrator; an existing one has to be found.
 void frmFirstRun::SetMode()
 {
     const bool create = m_ui->optCreate->isChecked();

@@ -12,12 +12,13 @@ class frmFirstRun;
 }
 
 // Shown when there is no database where it is looked for: creates one with its first administrator, or opens
-// another one. What is wrong with the entry is said inside the dialog.
+// another one. Mistakes in the entry are reported inside the dialog.
 class frmFirstRun : public QDialog {
     Q_OBJECT
 
 public:
-    // Does what was chosen. Returns an empty text, or the sentence why it is impossible. Must not raise.
+    // Carries out the choice. Returns an empty text, or a sentence that says why it is impossible. Must not
+    // raise.
     using Action = std::function<QString(const FirstRunChoice&)>;
 
     // `missing` is where the database was looked for; empty when none is configured.

@@ -11,8 +11,8 @@ namespace Ui {
 class frmLogon;
 }
 
-// Asks for user name and password until an attempt succeeds. A wrong password is said inside the dialog;
-// after several of them it takes a growing time until the next attempt is allowed, which is counted down.
+// Asks for user name and password until an attempt succeeds. A wrong password is reported inside the dialog;
+// after several of them, the wait before the next attempt grows and is counted down.
 class frmLogon : public QDialog {
     Q_OBJECT
 
@@ -25,17 +25,17 @@ public:
     // Must not raise, since it is called from an event.
     using Attempt = std::function<Outcome(const QString& userName, const QString& password)>;
 
-    // `pause` outlives the dialog, so that closing and opening it does not shorten the wait.
+    // `pause` outlives the dialog, so that closing and reopening it does not shorten the wait.
     frmLogon(const IStringSource& strings, LogonPause& pause, Attempt attempt, QWidget* parent = nullptr);
     ~frmLogon() override;
 
-    // Stands in the caption.
+    // Shown in the caption.
     void SetAppName(const QString& name);
     void SetUserName(const QString& name);
 
 public Q_SLOTS:
-    // Looks at the clock: shows how long to wait, or allows the next attempt. Called several times a second
-    // meanwhile.
+    // Checks the clock: shows how long to wait, or allows the next attempt. Called several times a second
+    // during the wait.
     void Tick();
 
 private:

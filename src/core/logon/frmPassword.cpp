@@ -16,7 +16,7 @@ namespace {
 
 constexpr int FieldWidth = 24; // characters
 
-// The operator's name is not in question here: only the old password can be the wrong one.
+// The operator's name is not in question here: only the old password can be wrong.
 QString WhyRefused(const std::exception& failure, const IStringSource& strings)
 {
     const auto* error = dynamic_cast<const dao::Error*>(&failure);

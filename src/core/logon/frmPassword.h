@@ -11,7 +11,8 @@ namespace Ui {
 class frmPassword;
 }
 
-// The logged-on operator changes the own password. Made once and hidden between uses. Show it with exec().
+// Lets the logged-on operator change their own password. Created once and hidden between uses. Show it with
+// exec().
 class frmPassword : public QDialog {
     Q_OBJECT
 

@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr int FieldWidth = 52; // characters; a path of usual length
+constexpr int FieldWidth = 52; // characters; a typical path
 
 // The picker's file; nothing when it was cancelled or failed, which the dialog does not report.
 std::optional<QString> Picked(const std::function<QString()>& picker)
@@ -126,7 +126,7 @@ void frmSettings::LoadSerial()
     m_ui->cmbBaudRate->setCurrentIndex(m_ui->cmbBaudRate->findData(m_services.serial.DefaultBaud()));
 }
 
-// The fixed items and the ports that exist now, each with its device. Choosing one enters the port alone.
+// The fixed items and the ports that exist now, each with its device. Choosing one enters only the port.
 void frmSettings::FillPorts()
 {
     const IStringSource& strings = m_services.strings;
@@ -171,7 +171,7 @@ void frmSettings::Store(const QString& port)
     m_services.session.SetWorkgroupFile(m_ui->txtSysFile->text());
     m_services.session.SetDatabaseFile(m_ui->txtDbFile->text());
     m_services.serial.SetDefaultPort(port);
-    // Without a chosen rate the stored one, which is none of the list, stays.
+    // With no rate chosen, the stored one, which is not in the list, is kept.
     if (m_ui->cmbBaudRate->currentIndex() >= 0)
         m_services.serial.SetDefaultBaud(m_ui->cmbBaudRate->currentData().toInt());
     m_services.settings.SetBeepNotify(m_ui->chkNotifyWithBeep->isChecked());

@@ -25,7 +25,7 @@ struct SettingsServices {
     const ISerialPortList* ports = nullptr; // null: only the fixed ones are offered
 };
 
-// Edits the operator's settings. Made once and hidden between uses; it reads all values each time it is
+// Edits the operator's settings. Created once and hidden between uses; it reads all values each time it is
 // shown. Show it with exec(). When no file is configured it says so and does not appear.
 class frmSettings : public QDialog {
     Q_OBJECT

@@ -38,7 +38,7 @@ void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
     query->SetParameter("cs", change.callsign);
     query->SetParameter("dr", change.allowRegrouping);
     RequireChange(*query);
-    // Taking a group away to give it back would fail for the last administrator.
+    // Removing a group only to give it back would fail for the last administrator.
     if (!change.newGroup.isEmpty() && change.newGroup != change.oldGroup) {
         const auto user = workspace.Users().Item(change.userName);
         if (!change.oldGroup.isEmpty())

@@ -13,7 +13,7 @@ struct NewAccount {
     QString pid;
     QString password;
     QString callsign;
-    QString group; // besides "Users"; empty: none
+    QString group; // other than "Users"; empty: none
     bool allowRegrouping = false;
 };
 
@@ -28,11 +28,11 @@ struct AccountChange {
 
 void AddAccount(dao::Workspace& workspace, const NewAccount& account);
 
-// Leaves user name and password. Kind::RecordGone when there is no such profile any more.
+// Leaves user name and password alone. Kind::RecordGone when the profile no longer exists.
 void ChangeAccount(dao::Workspace& workspace, const AccountChange& change);
 
-// Kind::RecordGone when there is no such profile any more.
+// Kind::RecordGone when the profile no longer exists.
 void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName);
 
-// The group of an account that a list shows: the last one besides "Users"; empty when there is none.
+// The group that a list shows for an account: the last one other than "Users"; empty when there is none.
 QString ShownGroup(dao::Workspace& workspace, const QString& userName);

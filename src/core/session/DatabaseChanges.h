@@ -4,24 +4,28 @@
 #include <QStringList>
 #include <functional>
 
-// What other consoles do to the database, and whether it can be reached; from the event loop. On files nobody
-// tells: then whoever shows records has it looked up (MayHaveChanged) when there is reason to.
+// What other consoles do to the database, and whether it can be reached; reported from the event loop. A
+// database on files reports nothing by itself: whoever shows records calls MayHaveChanged when there is
+// reason to look.
 class DatabaseChanges : public QObject {
     Q_OBJECT
 
 public:
-    // Whether the database is on a server that does not answer at present.
+    // Whether the database is on a server that is not answering.
     bool IsAway() const { return m_away; }
 
-    // Where the database itself tells nothing, `look` returns what others have changed since its last call.
+    // Where the database reports nothing by itself, `look` returns what others have changed since its last
+    // call.
     using Look = std::function<QStringList()>;
     void Open(Look look);
     void Close();
     void SetAway(bool away);
     void Tell(const QString& table) { Q_EMIT Changed(table); }
-    // A reason to look: tells what others have changed, and again what could not be read. Raises dao::Error.
+    // There is reason to look: reports what others have changed, and again what could not be read. Raises
+    // dao::Error.
     void MayHaveChanged();
-    // What was told of this table could not be read; it is told again at the next reason to look.
+    // A change that was reported of this table could not be read; it is reported again at the next reason to
+    // look.
     void KeepUnread(const QString& table);
 
 Q_SIGNALS:

@@ -8,8 +8,8 @@ class Database;
 class Workspace;
 } // namespace dao
 
-// What is open: the database session of the operator. Members are named as its users know them. On the
-// window's thread.
+// What is open: the operator's database session. Members are named as its users know them. For the window's
+// thread only.
 struct IDbSession {
     virtual ~IDbSession() = default;
 
@@ -33,11 +33,11 @@ struct IDbLogon {
     virtual ~IDbLogon() = default;
 
     // Asks for user name and password and opens workspace and database. Raises ErrorCode::LogonCancelled when
-    // the operator cancels, another Error for every other failure. Both options are always passed true.
+    // the operator cancels, another Error for every other failure. Both options are always passed as true.
     virtual void Logon(bool askUser, bool openDatabase) = 0;
     virtual void Logoff() = 0;
 
-    // Paths kept in the settings. An emptied path is kept empty; reading it then raises ErrorCode::NoFile.
+    // Paths kept in the settings. A cleared path stays empty; reading it then raises ErrorCode::NoFile.
     virtual QString WorkgroupFile() const = 0;
     virtual void SetWorkgroupFile(const QString& path) = 0;
     virtual QString DatabaseFile() const = 0;

@@ -5,15 +5,15 @@
 
 class Settings;
 
-// The sessions that have begun at this console and are not known to be stored as ended, kept in its settings.
-// One that is there at a logon was cut short: the program was ended, or the database could not be reached.
-// What it has left in the database, a marked profile and a radio on duty, is then put right.
+// The sessions begun at this console whose end is not known to be stored, kept in its settings. One that is
+// found at a logon was cut short: the program was killed, or the database could not be reached. What it left
+// in the database, a marked profile and a radio on duty, is then put right.
 class OpenSessions {
 public:
     struct Session {
         QString database; // its identity
         QString user;     // name of the account
-        QString callsign; // of the own radio; empty when it was not known, or is off duty by now
+        QString callsign; // of this console's radio; empty if unknown or already off duty
 
         bool operator==(const Session&) const = default;
     };
@@ -22,7 +22,7 @@ public:
 
     // All raise Error when the settings cannot be read or written.
     QList<Session> Of(const QString& database) const;
-    // In the place of the one of this account on this database, if there is one.
+    // Replaces the one of this account on this database, if there is one.
     void Keep(const Session& session);
     void Forget(const Session& session);
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The row of an account, current; nothing when it has none.
+// The row of an account, made current; null when it has none.
 std::unique_ptr<dao::Recordset> FindRow(IDbSession& session, const QString& user)
 {
     auto rows = session.Database().OpenTable("user_profile");
@@ -62,7 +62,7 @@ void UserProfile::ReadUserProfile()
         &m_prompt, m_strings,
         [this] {
             m_marker.reset();
-            m_allowDr = false; // of the operator before
+            m_allowDr = false; // the previous operator's
             const auto row = FindOwnRow(m_session);
             if (!row)
                 return;

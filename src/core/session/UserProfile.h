@@ -14,12 +14,12 @@ public:
 
     // Offers its own retries and never stops the logon.
     void ReadUserProfile();
-    // Whether no row of this session is marked any more. When it cannot be stored the operator is asked
-    // whether to try again, unless there is nobody to ask.
+    // True when no row of this session is marked any longer. When that cannot be stored, the operator is
+    // asked whether to try again, unless there is nobody to ask.
     enum class OnFailure { Ask, GiveUp };
     bool ClearLoggedOnFlag(OnFailure onFailure = OnFailure::Ask);
-    // Of another account, whose session was cut short. Raises what keeps it from being stored; without the
-    // right to change that account's row nothing is.
+    // The same for another account, whose session was cut short. Raises whatever keeps it from being stored;
+    // without the right to change that account's row nothing is.
     void ClearLoggedOnFlagOf(const QString& user);
 
     bool AllowDynamicRegrouping() const { return m_allowDr; }

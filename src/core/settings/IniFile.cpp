@@ -74,7 +74,7 @@ void IniFile::Write(const QString& section, const QList<Item>& items)
     }
 }
 
-// Changes the line at `found`, or adds one at the end of the section, which is made when there is none.
+// Changes the line at `found`, or adds one at the end of the section, which is created if there is none.
 void IniFile::Set(QList<Line>& lines, const QString& section, const Item& item, qsizetype found)
 {
     const QString value = Encode(item.value);

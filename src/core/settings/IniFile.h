@@ -6,32 +6,31 @@
 
 struct IStringSource;
 
-// Texts by section and key in a file that people edit by hand too: UTF-8, "[section]" lines, "key=value"
-// lines, comments that begin with ";" or "#". Blanks around section, key and value do not count; all else of
-// a value is text, whatever characters it holds. Section and key ignore case; of several equal keys the last
-// one counts.
+// Texts by section and key in a file that people also edit by hand: UTF-8, "[section]" lines, "key=value"
+// lines, comments that begin with ";" or "#". Blanks around section, key and value are ignored; everything
+// else in a value is text, whatever characters it holds. Section and key ignore case; of several equal keys
+// the last one counts.
 //
 // A value that such a line cannot hold (blanks at its ends, line breaks) is written as "@percent(...)", UTF-8
 // bytes percent-encoded, and read back from that.
 //
-// Writing keeps every line that is not the changed one, comments included, and replaces the file as a whole.
-// The file is read again when it was changed by somebody else. Errors are catalogue sentences that name the
-// file.
+// Writing keeps every other line, comments included, and replaces the file as a whole. The file is reread
+// when somebody else has changed it. Errors are catalogue sentences that name the file.
 class IniFile {
 public:
     IniFile(QString file, const IStringSource& strings);
 
     const QString& FileName() const { return m_file; }
 
-    // Nothing when the file or the key is not there. Raises Error for a file that is there but cannot be read
-    // or understood.
+    // Nothing when the file or the key is missing. Raises Error for a file that exists but cannot be read or
+    // understood.
     std::optional<QString> Read(const QString& section, const QString& key);
 
     struct Item {
         QString key;
         QString value;
     };
-    // All items or, with Error, none. Creates the file and its folder.
+    // Writes all items or, raising Error, none. Creates the file and its folder.
     void Write(const QString& section, const QList<Item>& items);
 
 private:

@@ -12,7 +12,7 @@ struct IStringSource;
 // back to 30. A change that somebody makes to the file while the program runs is seen by the next read.
 class Settings {
 public:
-    // The file is created at the first write; its folder too. Raises nothing.
+    // The file and its folder are created at the first write. Raises nothing.
     Settings(const QString& file, const IStringSource& strings);
     ~Settings();
     Settings(const Settings&) = delete;
@@ -22,7 +22,7 @@ public:
     QString FileName() const;
 
     // The text as it stands in the file, commas and blanks included. Section and key ignore case. Raises
-    // Error when the file is there but cannot be read.
+    // Error when the file exists but cannot be read.
     QString Read(const QString& section, const QString& key, const QString& fallback) const;
     // Raises Error when the file cannot be written.
     void Write(const QString& section, const QString& key, const QString& value);

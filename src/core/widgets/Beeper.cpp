@@ -8,7 +8,7 @@
 #include <QBuffer>
 #include <QMediaDevices>
 
-// One sound output with its tone. A sound asked for while one is heard adds nothing.
+// One sound output with its tone. A sound asked for while one is playing adds nothing.
 struct Beeper::Player {
     explicit Player(const QAudioDevice& output) : device(output)
     {
@@ -19,7 +19,7 @@ struct Beeper::Player {
             return;
         tone.setData(MessageTone(format.sampleRate()));
         sink = std::make_unique<QAudioSink>(device, format);
-        // Lets the output go when the tone has been played; queued, since the sink is still at work when it
+        // Releases the output once the tone has been played; queued, since the sink is still busy when it
         // says so.
         QObject::connect(
             sink.get(), &QAudioSink::stateChanged, sink.get(),
@@ -56,7 +56,7 @@ Beeper::~Beeper() = default;
 
 void Beeper::InformationBeep()
 {
-    // Asked each time: a headset may have come or gone since the last sound.
+    // Looked up each time: a headset may have come or gone since the last sound.
     const QAudioDevice output = QMediaDevices::defaultAudioOutput();
     if (output.isNull())
         m_player.reset();

@@ -32,7 +32,8 @@ void Fill(QObject& object, const char* idProperty, const char* property, const I
         return;
     if (!HasProperty(object, property))
         throw std::logic_error(object.objectName().toStdString() + " has no " + property);
-    // A blank before a caption would set it off from those above and below; one behind it keeps a distance.
+    // A leading blank would put a caption out of line with those above and below; a trailing one keeps a
+    // distance.
     QString text = strings.LoadString(id.toInt());
     while (text.startsWith(QLatin1Char(' ')))
         text.remove(0, 1);

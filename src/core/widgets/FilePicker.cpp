@@ -31,9 +31,9 @@ QString FilePicker::Pick(const IStringSource& strings, QWidget* parent) const
     dialog.setAcceptMode(newFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(newFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     dialog.setDefaultSuffix(suffix);
-    // The desktop's own dialog would stand behind the window of a call.
+    // The desktop's own dialog would be hidden behind a call's window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
-    // Nothing is overwritten anyway: an existing file is refused when the new one is to be made.
+    // Nothing is overwritten anyway: an existing file is refused when the new one is to be created.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     const QFileInfo startFile(start);
     if (startFile.absoluteDir().exists())

@@ -20,9 +20,8 @@ QHeaderView* HeaderOf(QAbstractItemView& view)
     return nullptr;
 }
 
-// Widths of texts as the sum of their characters', which is quick: a view lays out each text that it
-// measures, and gives up after a thousand. Characters that draw closer together only make a text narrower
-// than its sum.
+// Text widths as the sum of their characters' widths, which is quick: a view lays out every text that it
+// measures, and gives up after a thousand. Kerning only makes a text narrower than that sum.
 class TextWidths {
 public:
     explicit TextWidths(const QFontMetricsF& metrics) : m_metrics(metrics) {}

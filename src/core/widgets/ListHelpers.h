@@ -5,8 +5,8 @@
 class QAbstractItemView;
 class QString;
 
-// Sets every column's width to its contents or, with fitHeaders, to its contents and header. Trees and
-// tables; a plain list has no columns. Of a tree the outermost rows count.
+// Sets every column's width to its contents or, with fitHeaders, to its contents and header. For trees and
+// tables; a plain list has no columns. In a tree the outermost rows count.
 void AutosizeColumns(QAbstractItemView& view, bool fitHeaders);
 
 void SetFullRowSelect(QAbstractItemView& view, bool on);
@@ -16,7 +16,7 @@ bool HasSelectedItem(const QAbstractItemView& view);
 // The current item when it is selected, else an invalid index.
 QModelIndex GetSelectedItem(const QAbstractItemView& view);
 
-// Neither a selected nor a current item.
+// Leaves neither a selected nor a current item.
 void SelectNothing(QAbstractItemView& view);
 
 // Whether a top-level window of exactly this object name exists, shown or hidden.

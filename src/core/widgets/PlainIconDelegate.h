@@ -2,8 +2,8 @@
 
 #include <QStyledItemDelegate>
 
-// Paints items with their pictures in their own colours on a selected line, too: what they say must not
-// depend on what is selected. There a rim in the colour of the list keeps them clear of the selection's.
+// Paints items' pictures in their own colours even on a selected line: what they say must not depend on what
+// is selected. There a rim in the list's colour sets them off from the selection's.
 class PlainIconDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
@@ -14,7 +14,7 @@ public:
                const QModelIndex& index) const override;
 
 protected:
-    // One picture of an item, at the left of its place.
+    // One picture of an item, at the left of its rectangle.
     static void PaintPicture(QPainter& painter, const QStyleOptionViewItem& item, const QIcon& picture,
                              const QRect& place);
 };

@@ -6,8 +6,8 @@
 namespace {
 
 constexpr double ToneSeconds = 0.14;
-constexpr double RampSeconds = 0.01; // of rising and falling, so that no click is heard
-constexpr double Loudness = 0.5;     // of the full scale
+constexpr double RampSeconds = 0.01; // of fading in and out, so that no click is heard
+constexpr double Loudness = 0.5;     // of full scale
 constexpr double FullScale = 32767;
 constexpr double Frequencies[] = {880, 1175}; // Hz
 

@@ -90,7 +90,7 @@ struct CommandContext {
     bool administrator = false;
     bool allowDynamicRegrouping = false; // right of the operator's profile
     bool normalWindow = true;
-    RegroupingAllowed selection; // of the shown pane
+    RegroupingAllowed selection; // of the pane shown
 };
 
 struct CommandState {

@@ -8,22 +8,22 @@
 class QBoxLayout;
 class QToolButton;
 
-// A row or column of buttons with pictures. Button "n" of the bar "b" has the object name "b_n". Made as a
-// ToolBarOf, which knows each button by a value of an enumeration.
+// A row or column of buttons with pictures. Button "n" of the bar "b" has the object name "b_n". Create it as
+// a ToolBarOf, which knows each button by a value of an enumeration.
 class KeyedToolBar : public QWidget {
     Q_OBJECT
 
 public:
     enum class Style {
         Plain,   // a click is a command
-        Check,   // a click presses and releases
+        Check,   // a click presses or releases
         OneOfAll // exactly one button is pressed, once the first one is
     };
 
     void AddGap();
     // Keeps the buttons together at the beginning of a bar that is longer than they are.
     void AddStretch();
-    // Buttons without room between them and with the smallest pictures.
+    // Buttons with no gaps between them and the smallest pictures.
     void SetCompact();
     // First button that can have the focus; null when none can.
     QToolButton* FirstEnabled() const;
@@ -64,8 +64,8 @@ public:
     {
     }
 
-    // Picture of the same name unless another is given; the tip (a catalogue id, 0 none) is filled with the
-    // window's captions.
+    // The picture has the button's name unless another is given; the tip (a catalogue id, 0: none) is filled
+    // in with the window's captions.
     QToolButton* AddButton(Key key, const QString& name, Style style, int toolTip,
                            const QString& picture = {})
     {
@@ -76,7 +76,7 @@ public:
     bool IsPressed(Key key) const { return IsButtonPressed(static_cast<int>(key)); }
     // Shows a button as pressed or not, without its command. Pressing one of OneOfAll releases the others.
     void SetPressed(Key key, bool pressed) { Press(static_cast<int>(key), pressed); }
-    // Of OneOfAll; nothing when none is pressed.
+    // The pressed one of OneOfAll; nothing when there is none.
     std::optional<Key> Pressed() const
     {
         const std::optional<int> key = FirstPressed();

@@ -13,7 +13,7 @@ struct IStringSource;
 // The menus of the main window, built from the action table with their captions.
 class MainMenu {
 public:
-    // Menus and items become children of the bar and their menu.
+    // Menus become children of the bar, items of their menu.
     MainMenu(QMenuBar& bar, const IStringSource& strings);
 
     // The command must be a menu, or an item of one.
@@ -23,7 +23,7 @@ public:
     // Of an item, or of a menu in the bar.
     void SetState(MainCommand command, const CommandState& state);
 
-    // Shows a menu at a place of the screen, with one item as the default where one is named.
+    // Shows a menu at a place on the screen, with one item as the default where one is named.
     void PopUp(MainCommand menu, const QPoint& place, MainCommand defaultItem = MainCommand::None);
 
 private:

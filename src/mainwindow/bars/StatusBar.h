@@ -12,7 +12,7 @@ class StatusPanel;
 struct Clock;
 struct IStringSource;
 
-// "sbrStatus": eight panels along the window's lower edge. Date and time stay current by themselves.
+// "sbrStatus": eight panels along the window's lower edge. Date and time keep themselves current.
 class StatusBar : public QWidget, public IStatusView {
     Q_OBJECT
 
@@ -23,19 +23,19 @@ public:
     StatusBar(const IStringSource& strings, const Clock& clock, QWidget* parent);
 
     void SbrMessage(const QString& text) override;
-    // A message that the radio's answers do not replace for two seconds; the last of them follows then.
+    // A message that the radio's answers do not replace for two seconds; the last of them then follows.
     void SbrMessageFirst(const QString& text);
     void ShowAnswer(const QString& text) override;
     // The radio that gave the answers is no longer there.
     void ForgetAnswer();
     void ShowOperatingConditions(bool inService, int fieldStrength) override;
-    // What was reported by a radio that is no longer there is no longer true.
+    // What a radio reported that is no longer there has ceased to hold.
     void ForgetOperatingConditions();
     void ShowOwnAddress(const QString& callsign, const QString& ident) override;
     void ForgetOwnAddress();
-    // Shows the clock's present date and time, and an answer whose time has come; also run once a second.
+    // Shows the clock's current date and time, and an answer whose time has come; also run once a second.
     void ShowNow();
-    // After this the clock is not read any more.
+    // After this the clock is no longer read.
     void StopClock() { m_second.stop(); }
 
     StatusPanel& Panel(Part part) const { return *m_panels[static_cast<std::size_t>(part)]; }
@@ -51,7 +51,7 @@ protected:
 
 private:
     void Put(const QString& text);
-    std::optional<Part> PartAt(const QPoint& place) const; // nothing outside all panels
+    std::optional<Part> PartAt(const QPoint& place) const; // nothing outside the panels
 
     const IStringSource& m_strings;
     const Clock& m_clock;

@@ -11,7 +11,7 @@ class StatusPanel : public QLabel {
 public:
     StatusPanel(const QString& name, QWidget* parent);
 
-    // Width that the panel keeps for this text, whatever it shows.
+    // Width that the panel reserves for this text, whatever it shows.
     void ReserveFor(const QString& text);
     // Drawn instead of the text; the text stays what it is.
     void ShowPicture(const QIcon& picture);

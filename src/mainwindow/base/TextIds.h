@@ -1,6 +1,6 @@
 #pragma once
 
-// Catalogue ids of the main window. Captions of menus and commands stand in the action table beside their
+// Catalogue ids of the main window. Captions of menus and commands are in the action table beside their
 // names.
 namespace MainText {
 
@@ -69,7 +69,7 @@ constexpr int OptionsLabel = 4102;
 constexpr int MessageLabel = 4103;
 constexpr int ToLabel = 4104;
 
-// Texts of our own.
+// Further texts.
 constexpr int Simulation = 5400;
 constexpr int EmergencyFrom = 5401;
 constexpr int EmergencyFromAndMore = 5402;

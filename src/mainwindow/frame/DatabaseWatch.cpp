@@ -17,7 +17,7 @@
 
 namespace {
 
-// What the numbering is made of, fleet plan and site settings, in one text, so that a change shows.
+// What the numbering is built from, fleet plan and site settings, as one text, so that a change shows.
 QString ReadNumberingTables(IDbSession& session)
 {
     QString text;
@@ -67,8 +67,8 @@ void DatabaseWatch::LoadStati()
     m_send.SetStati(ReadStati(m_services.session, m_services.statusTexts));
 }
 
-// What another console has changed; an empty name: nobody knows what. The operator's selection and what is
-// being typed stay. What could not be read is due again when the window is activated.
+// Shows what another console has changed; an empty name: nobody knows what. The operator's selection and
+// anything being typed stay. What could not be read is tried again when the window is activated.
 void DatabaseWatch::Reload(const QString& table)
 {
     if (!m_session.LoggedOn)
@@ -91,7 +91,7 @@ void DatabaseWatch::Reload(const QString& table)
         ReloadNumbering();
 }
 
-// A reload that fails drops the numbering in use, so it is done only when something has changed.
+// A reload that fails drops the numbering in use, so there is one only when something has changed.
 void DatabaseWatch::ReloadNumbering()
 {
     try {
@@ -101,7 +101,7 @@ void DatabaseWatch::ReloadNumbering()
             m_numberingTables = tables;
         }
     } catch (const std::exception&) {
-        // The tables cannot be read, or make no numbering: the one in use stays, or the radio link says what
-        // is wrong.
+        // The tables cannot be read or do not make a numbering: the one in use stays, or the radio link says
+        // what is wrong.
     }
 }

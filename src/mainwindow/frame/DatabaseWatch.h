@@ -15,7 +15,7 @@ class DatabaseWatch : public QObject {
     Q_OBJECT
 
 public:
-    // Runs a step that may raise, and tells the operator what went wrong; whether it succeeded.
+    // Runs a step that may raise, and tells the operator what went wrong; returns whether it succeeded.
     using Attempt = std::function<bool(const std::function<void()>& step)>;
 
     // All of them outlive the watch.
@@ -24,7 +24,7 @@ public:
 
     // Looks for changes now. Raises dao::Error.
     void LookNow();
-    // Reads the status messages that can be sent. Raises Error and dao::Error; there are none then.
+    // Reads the status messages that can be sent. Raises Error and dao::Error; the list is then empty.
     void LoadStati();
 
 private:

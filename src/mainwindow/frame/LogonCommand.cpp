@@ -46,7 +46,7 @@ void LogonCommand::Logon()
         return;
     Attempt([this] { KeepSession(); });
     Attempt([this] { m_services.profile.ReadUserProfile(); });
-    if (m_ending) { // while it asked
+    if (m_ending) { // while it was asking
         EndSession();
         return;
     }
@@ -137,7 +137,7 @@ void LogonCommand::EndSession()
 {
     if (!m_ending)
         m_session.callsign = m_services.executive.MyCallsign();
-    // First of all what is left to do is written down: the rest may take too long.
+    // What is left to do is written down first: the rest may take too long.
     Attempt([this] { m_openSessions.Keep(m_session); });
     bool stored = false;
     Attempt([&] { stored = m_services.executive.UpdateDutyStatus(m_session.callsign, false); });
@@ -156,8 +156,8 @@ void LogonCommand::KeepSession()
     m_openSessions.Keep(m_session);
 }
 
-// Those of this console that were cut short. Another operator than theirs may lack the right to it; then they
-// wait for one who has it.
+// Sessions of this console that were cut short. An operator other than theirs may lack the right to put them
+// right; they then wait for one who has it.
 void LogonCommand::EndLeftSessions()
 {
     for (OpenSessions::Session session : m_openSessions.Of(m_services.session.Database().Id()))

@@ -17,30 +17,31 @@ struct ILogonView {
     virtual void SetSessionCaption(const QString& caption) = 0;
     virtual void SetNumberingCaption(const QString& caption) = 0; // of miNumbering
     virtual void SbrMessage(const QString& text) = 0;
-    // The same, and not to be replaced at once by what the radio reports when it is connected.
+    // The same, but not to be replaced at once by what the radio reports when it is connected.
     virtual void SbrMessageFirst(const QString& text) = 0;
     virtual void LoadTalkgroupCaptions() = 0;
     // Status messages, talkgroups and individuals; asks its own questions and never raises.
     virtual void LoadLists() = 0;
     virtual void ForbidRegrouping() = 0;
-    // What the panels say of the radio holds no longer.
+    // What the panels say about the radio no longer holds.
     virtual void ForgetRadio() = 0;
-    // Covers log and lists, or shows them again.
+    // Covers the log and the lists, or shows them again.
     virtual void CoverLists(bool on) = 0;
     virtual void SetCommandStates() = 0;
 };
 
 // The command miLogOnLogOff: logs on when nobody is logged on, else off. It shows its own messages and never
-// raises; a step whose failure is not said to stop it is passed over when it fails.
+// raises; a step that fails is skipped unless it is said to stop the command.
 class LogonCommand {
 public:
     LogonCommand(const Services& services, SessionState& state, ILogonView& view);
 
     void Run();
-    // What remains of the session when the program ends: own radio off duty, profile unmarked, link closed.
+    // What remains of the session when the program ends: this console's radio off duty, profile unmarked,
+    // link closed.
     void EndSession();
-    // The program is told to end at once: the radio hangs up, and from now on nobody logs on and nothing is
-    // asked.
+    // The program has been told to end at once: the radio hangs up, and from now on nobody can log on and
+    // nothing is asked.
     void HangUp();
 
 private:
@@ -60,8 +61,8 @@ private:
     SessionState& m_state;
     ILogonView& m_view;
     OpenSessions m_openSessions;
-    OpenSessions::Session m_session; // the present one
-    bool m_ending = false;           // the program is told to end
-    bool m_coversLists = false;      // site setting, as it was when it could be read last
+    OpenSessions::Session m_session; // the current one
+    bool m_ending = false;           // the program has been told to end
+    bool m_coversLists = false;      // site setting, as last read successfully
     bool m_running = false;          // an operator can press the button again while a dialog is open
 };

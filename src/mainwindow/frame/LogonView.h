@@ -10,7 +10,7 @@ class StatusBar;
 // Shows in the bars and panes what logging on and off changes.
 class LogonView : public ILogonView {
 public:
-    // All of them outlive the view. loadStati reads the status messages; it never raises.
+    // All must outlive the view. loadStati reads the status messages; it never raises.
     LogonView(CommandBars& bars, MainTabs& tabs, LogPane& log, StatusBar& status,
               const std::function<void()>& loadStati);
 

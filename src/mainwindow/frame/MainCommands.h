@@ -17,12 +17,12 @@ struct Services;
 struct SessionState;
 
 // What the commands of menus, toolbar and status bar do, and what the panes ask of each other. Logging on and
-// off, the full screen and the exit are the frame's own.
+// off, full screen and exit stay with the frame.
 class MainCommands : public QObject {
     Q_OBJECT
 
 public:
-    // All of them outlive the commands.
+    // All must outlive the commands.
     struct Parts {
         winMain& window; // only handed on to the windows of other rooms
         const Services& services;
@@ -33,13 +33,13 @@ public:
         SendPane& send;
         StatusBar& status;
         LinkStrip& strip;
-        // Runs a step that may raise, and tells the operator what went wrong; whether it succeeded.
+        // Runs a step that may raise, and tells the operator what went wrong; returns whether it succeeded.
         std::function<bool(const std::function<void()>& step)> attempt;
     };
 
     explicit MainCommands(const Parts& parts);
 
-    // The settings and password dialogs are no longer children of the main window.
+    // Makes the settings and password dialogs children of the main window no longer.
     void ReleaseDialogs();
 
 private:

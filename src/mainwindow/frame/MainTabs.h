@@ -40,7 +40,7 @@ public:
     // Lengths are device-independent pixels.
     int RowHeight() const;
     void Place(const QRect& row, const QRect& pane);
-    // What the shown pane needs; the given height at least.
+    // What the shown pane needs, but at least the given height.
     int LeastPaneHeight(int least) const;
 
     RegroupingAllowed Allowed() const;
@@ -49,7 +49,7 @@ public:
     // Covers the lists of addresses, or shows them again.
     void Cover(bool on);
 
-    // The regrouping commands. What they need is told in a box when it is missing.
+    // The regrouping commands. A box says what they need when it is missing.
     void Regroup();
     void Ungroup();
     void SendGroupName();
@@ -60,7 +60,7 @@ Q_SIGNALS:
     // Another tab was selected.
     void TabChanged();
     void AddressesChosen(const QString& addresses);
-    // What the selection allows may be something else now.
+    // What the selection allows may have changed.
     void AllowedChanged();
     // toParty: the selection is one that can be called.
     void CallRequested(bool toParty);

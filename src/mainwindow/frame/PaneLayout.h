@@ -22,12 +22,12 @@ struct PaneLayout {
     QRect send;
 };
 
-// Where the panes go. A stored log width that the window has no room for is shown as wide as it fits, so that
+// Where the panes go. A stored log width that the window has no room for is reduced until it fits, so that
 // the splitter can always be reached. Never gives a negative width or height.
 PaneLayout ArrangePanes(const PaneSizes& sizes);
 
-// The client height at which the panes above the send pane still have the given one.
+// The client height at which the panes above the send pane still have the given height.
 int LowestClient(const PaneSizes& sizes, int paneHeight);
 
-// Left edge of the splitter for a mouse at a horizontal position: inside the client area.
+// Left edge of the splitter for a horizontal mouse position: always inside the client area.
 int SplitterLeft(int mouse, const QRect& tabStripClient, int splitterWidth);

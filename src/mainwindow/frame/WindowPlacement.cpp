@@ -98,7 +98,7 @@ void WindowPlacement::SetFullScreen(bool on)
     }
 }
 
-// Any further change puts the look off.
+// Any further change postpones the check.
 bool WindowPlacement::eventFilter(QObject* watched, QEvent* event)
 {
     if (m_awaited != Awaited::Nothing &&
@@ -125,7 +125,7 @@ void WindowPlacement::ComeToRest()
     switch (std::exchange(m_awaited, Awaited::Nothing)) {
     case Awaited::FullScreen:
         if (m_window.size() != m_window.screen()->size())
-            m_window.setGeometry(m_window.screen()->geometry()); // nobody manages the windows
+            m_window.setGeometry(m_window.screen()->geometry()); // there is no window manager
         break;
     case Awaited::NormalRectangle:
         if (IsNormal() && Rectangle() != m_normalRect)
@@ -139,7 +139,7 @@ void WindowPlacement::ComeToRest()
     }
 }
 
-// A window that grew to its least size before it had its frame stands beside its place, or reaches out of the
+// A window that grew to its minimum size before it had its frame is out of place, or extends beyond the
 // screen.
 void WindowPlacement::MendFirstPlace()
 {

@@ -11,17 +11,17 @@ class QWidget;
 // Place and size of the main window over its life and across runs, and its full-screen mode. Lengths are
 // device-independent pixels; left and top are those of the frame.
 //
-// A window manager does what it is asked for only later, and the frame's width is not known before. What it
-// has to come to is therefore looked at once more when the window has come to rest, and mended.
+// A window manager acts on a request only later, and the frame's width is not known until then. The result is
+// therefore checked once more when the window has come to rest, and put right.
 class WindowPlacement : public QObject {
     Q_OBJECT
 
 public:
     WindowPlacement(QWidget& window, Settings& settings);
 
-    // Raises Error for a stored value that is no number; nothing is changed then.
+    // Raises Error for a stored value that is not a number; nothing is then changed.
     Settings::Placement Stored() const { return m_settings.WindowPlacement(); }
-    // Gives the window its stored rectangle in the normal state. One that lies on no screen is moved onto the
+    // Gives the window its stored rectangle in the normal state. One that is on no screen is moved onto the
     // first; one that is larger than its screen is fitted to it, frame included.
     void RestoreRectangle(const Settings::Placement& placement);
     void RestoreState(const Settings::Placement& placement);

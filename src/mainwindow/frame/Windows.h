@@ -3,8 +3,8 @@
 class winMain;
 
 // Opens the windows that do not belong to the main window's own room. The application implements it, so that
-// rooms of windows need not know each other. `owner` is the window that they stand before and tell what they
-// changed. All are modal to it and return when closed, unless said otherwise; none raises.
+// rooms with windows need not know each other. `owner` is the window that they appear in front of and tell
+// what they changed. All are modal to it and return when closed, unless stated otherwise; none raises.
 struct IWindows {
     virtual ~IWindows() = default;
 

@@ -26,7 +26,7 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 
-// Outside any namespace, as Q_INIT_RESOURCE demands: the pictures lie in a static library.
+// Outside any namespace, as Q_INIT_RESOURCE demands: the pictures are in a static library.
 static void InitIconResource()
 {
     Q_INIT_RESOURCE(veltorkyn_icons);
@@ -76,7 +76,7 @@ void winMain::BuildFrame()
     picSend = new SendPane(
         {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session},
         m_client);
-    // Last, so that it stays in front of the panes in a window that is too low for all.
+    // Last, so that it stays in front of the panes in a window that is too low for everything.
     sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
     m_client->installEventFilter(this);
 
@@ -164,14 +164,14 @@ void winMain::RestoreWindowPlacement()
 void winMain::LogOnAtStart()
 {
     if (!m_startProblems.isEmpty()) {
-        m_startProblems.removeDuplicates(); // one fault of the file can hinder every reading
+        m_startProblems.removeDuplicates(); // one fault in the file can spoil every reading
         m_services.prompt.ShowWarning(m_startProblems.join(QLatin1Char('\n')));
     }
     if (m_logOnAtStart && !m_session.LoggedOn)
         m_logon->Run();
 }
 
-// The first logon waits until the window stands, so that its dialog has something to stand on.
+// The first logon waits until the window is in place, so that its dialog appears in front of it.
 void winMain::showEvent(QShowEvent* event)
 {
     QMainWindow::showEvent(event);
@@ -211,8 +211,8 @@ void winMain::LayoutPanes()
     sizes.splitterWidth = PaneSplitter::Width;
     sizes.sendPaneHeight = picSend->PaneHeight();
     sizes.logWidth = m_logWidth;
-    // In a large font the strip could push the panes out of a small window: the window grows instead, as far
-    // as the screen has room.
+    // With a large font the strip could push the panes out of a small window: the window grows instead, as
+    // far as the screen has room.
     const int room =
         screen()->availableGeometry().height() - (frameGeometry().height() - height()) - menuBar()->height();
     const int leastPane = LeastPaneLines * fontMetrics().lineSpacing();
@@ -308,8 +308,8 @@ void winMain::Unload()
     Q_EMIT Unloaded();
 }
 
-// Runs a step whose failure must not stop the others; the operator is told in the status bar, the log file
-// always. Whether it succeeded.
+// Runs a step whose failure must not stop the others; the log file always records it, and the operator is
+// told in the status bar. Returns whether it succeeded.
 bool winMain::Attempt(const std::function<void()>& step, bool tell)
 {
     try {

@@ -24,8 +24,8 @@ class SendPane;
 class StatusBar;
 
 // The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they
-// can decide themselves. Built and loaded by its constructor, which raises what makes the window impossible;
-// settings that cannot be read are named in a box once the window is seen, and their defaults are taken.
+// can decide themselves. Its constructor builds and loads it and raises whatever makes the window impossible;
+// settings that cannot be read take their defaults and are named in a box once the window is seen.
 //
 // Closing it ends the session and emits Unloaded once; after that it uses no service any more.
 class winMain : public QMainWindow {
@@ -50,8 +50,8 @@ public:
 
     // Closes the window without its question.
     void CloseUnasked();
-    // The same for a system that is shutting down: whatever box or dialog stands open, nothing is asked, and
-    // the radio hangs up first. What cannot be stored is put right at this console's next logon.
+    // The same for a system that is shutting down: whatever box or dialog is open, nothing is asked, and the
+    // radio hangs up first. What cannot be stored is put right at this console's next logon.
     void EndAtOnce();
 
 Q_SIGNALS:
@@ -104,7 +104,7 @@ private:
     double m_logWidth = 190;
     bool m_wasShown = false;
     bool m_logOnAtStart = false; // somebody has logged on here before
-    QStringList m_startProblems; // told once the window is seen
+    QStringList m_startProblems; // named once the window is seen
     bool m_askingExit = false;
     bool m_exitDecided = false;
     bool m_unloaded = false;

@@ -16,7 +16,7 @@ struct IndividualRow {
     qint32 id = 0;   // address_id
 };
 
-// Key of the picture of a row whose directory key is this one.
+// Picture key of a row with this directory key.
 QString PictureOfIndividual(const QString& iconKey, bool dynamic);
 // Whether a radio with this picture can be regrouped.
 bool AllowsRegroup(const QString& picture);

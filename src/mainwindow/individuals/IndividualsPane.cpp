@@ -96,7 +96,7 @@ void IndividualsPane::ShowSelection()
         lvIndividuals->scrollTo(SelectedItem());
 }
 
-// The operator has changed the selection; the last item taken out of it leaves no address.
+// The operator has changed the selection; deselecting the last item leaves no address.
 void IndividualsPane::TellSelection()
 {
     if (m_changedByProgram)
@@ -129,7 +129,7 @@ void IndividualsPane::ReloadInds()
     QMetaObject::invokeMethod(this, reload, Qt::QueuedConnection);
 }
 
-// A reload that comes while another one asks whether to try again has nothing to add to it.
+// A reload that comes while an earlier one is asking whether to try again has nothing to add to it.
 void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
 {
     if (!m_parts.session.LoggedOn || m_reloading)

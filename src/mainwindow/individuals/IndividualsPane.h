@@ -16,8 +16,8 @@ struct IPrompt;
 struct IStringSource;
 struct SessionState;
 
-// "picIndividuals": the list of individual radios, on duty where duty status is kept. What the radio brings
-// about neither scrolls it nor changes what the operator has selected.
+// "picIndividuals": the list of individual radios, on duty where duty status is kept. Changes that come from
+// the radio neither scroll it nor alter what the operator has selected.
 class IndividualsPane : public QWidget, public IIndividualsView {
     Q_OBJECT
 
@@ -32,10 +32,11 @@ public:
 
     IndividualsPane(const Parts& parts, QWidget* parent);
 
-    // Reads the radios that match a search text, empty: all. Does nothing while nobody is logged on.
+    // Reads the radios that match a search text; an empty one matches all. Does nothing while nobody is
+    // logged on.
     void ReloadInds(const QString& lookfor);
-    // The same list afresh, because another console changed it; selection and scroll stay.
-    // Raises Error and dao::Error; the list is as it was then.
+    // Rereads the same list because another console changed it; selection and scroll position stay. Raises
+    // Error and dao::Error; the list then stays as it was.
     void ReloadQuietly() { Reload(m_lookfor, ReloadCause::OtherConsole); }
     // From the radio; the reload follows from the event loop, once for several changes.
     void ReloadInds() override;
@@ -45,13 +46,13 @@ public:
     QModelIndex SelectedItem() const; // invalid when there is none
     bool AllowsRegrouping() const;    // of the selected item
     void ShowSelection();
-    // Keeps the list from being read, and shows it again.
+    // Covers the list so that nobody can read it, or shows it again.
     void Cover(bool on);
 
 Q_SIGNALS:
-    // The operator chose items; their callsigns as an address line. Empty when no item is chosen any more.
+    // The operator chose items: their callsigns as an address line, empty when no item is chosen any longer.
     void AddressesChosen(const QString& addresses);
-    // What the selection allows may be something else now.
+    // What the selection allows may have changed.
     void AllowedChanged();
     // Double-click or Enter.
     void CallRequested();

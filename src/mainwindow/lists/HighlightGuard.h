@@ -5,8 +5,8 @@
 
 struct Clock;
 
-// Whether Enter on the log means its highlighted line. A line that highlighted itself a moment ago is not
-// what the person looked at: the first Enter only chooses it, the second one calls.
+// Whether Enter on the log means its highlighted line. A line that was highlighted automatically a moment ago
+// is not the one that the person was looking at: the first Enter only chooses it, the second one calls.
 class HighlightGuard {
 public:
     explicit HighlightGuard(const Clock& clock) : m_clock(clock) {}

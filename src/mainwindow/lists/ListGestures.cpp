@@ -41,7 +41,7 @@ bool ListGestures::eventFilter(QObject* watched, QEvent* event)
         return false;
     }
     case QEvent::ContextMenu:
-        // The mouse's own is told by the release of its button.
+        // The mouse asks with the release of its button.
         if (static_cast<QContextMenuEvent*>(event)->reason() == QContextMenuEvent::Keyboard &&
             Choose(GetSelectedItem(m_list)))
             Q_EMIT MenuRequested(MenuPlaceOfSelection());

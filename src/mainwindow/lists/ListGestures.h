@@ -19,13 +19,13 @@ class ListGestures : public QObject {
     Q_OBJECT
 
 public:
-    // What a double click of the left button means: the call, or nothing more than the view's own.
+    // What a double click of the left button means: the call, or only what the view itself does.
     enum class DoubleClick { Calls, Unfolds };
 
     // Becomes a child of the list.
     explicit ListGestures(QAbstractItemView& list, DoubleClick doubleClick = DoubleClick::Calls);
 
-    // Asked when Enter is pressed. While it says no, Enter chooses and does not call.
+    // Asked when Enter is pressed. While it says no, Enter chooses without calling.
     std::function<bool()> mayCall = [] { return true; };
 
 Q_SIGNALS:

@@ -5,13 +5,13 @@
 class QLabel;
 class QPushButton;
 
-// A sentence about a list, below it: that it does not show everything, and, if there is one, the way to the
-// rest. Hidden while it has nothing to say.
+// A sentence below a list: that it does not show everything and, where there is one, the way to the rest.
+// Hidden while it has nothing to say.
 class ListNotice : public QWidget {
     Q_OBJECT
 
 public:
-    // The label is named like the notice with "Text" behind.
+    // The label has the notice's name with "Text" appended.
     ListNotice(const QString& name, QWidget* parent);
 
     // Shows a button below the sentence; called once.

@@ -4,8 +4,8 @@
 
 class QWidget;
 
-// Colours of what the window has to say. They are its own on a light and on a dark desktop, since they mean
-// something.
+// Colours of the window's notices. They are the same on a light and a dark desktop, since they carry a
+// meaning.
 namespace NoticeColours {
 
 constexpr QRgb EmergencyBack = 0xffb3261e;

@@ -44,7 +44,7 @@ QString LogDelegate::displayText(const QVariant& value, const QLocale&) const
     return text;
 }
 
-// The mark stands in the right half of the room for the picture.
+// The mark is in the right half of the space for the picture.
 void LogDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
 {
     PlainIconDelegate::initStyleOption(option, index);

@@ -138,7 +138,7 @@ QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, LogDataV
         try {
             return in ? m_statusTexts.StatusInText(code) : m_statusTexts.StatusOutText(code);
         } catch (const Error&) {
-            return {}; // a code that no status message has
+            return {}; // a code without a status message
         }
     }
     case EventType::Text:

@@ -43,7 +43,7 @@ class LogLineFormatter {
 public:
     LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings);
 
-    // The date line that has to stand before a line of this time; nothing within the same day.
+    // The date line that has to precede a line of this time; nothing within the same day.
     std::optional<LogLine> CheckDayChange(const QDateTime& time);
     // The next line starts with its date.
     void ForgetDay() { m_lastDay = {}; }

@@ -4,8 +4,8 @@
 
 class LogModel;
 
-// "lvLog": the lines of the message log in a fixed-pitch font. Its column is as wide as its widest line and
-// at least as the list. Copying takes all selected lines, as they are shown.
+// "lvLog": the lines of the message log in a fixed-pitch font. Its column is as wide as its widest line, and
+// at least as wide as the list. Copying takes all selected lines, as they are shown.
 class LogList : public QTreeView {
     Q_OBJECT
 
@@ -14,9 +14,9 @@ public:
 
     LogList(LogModel& model, QWidget* parent);
 
-    // 0 is the smallest size; a step that is none counts as the nearest one.
+    // 0 is the smallest size; a step out of range counts as the nearest one.
     void SetFontStep(int step);
-    // After lines came, and after the lines were replaced.
+    // Call these after lines were added, and after the lines were replaced.
     void WidenFor(int row);
     void Measure();
 

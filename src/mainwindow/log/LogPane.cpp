@@ -147,7 +147,7 @@ void LogPane::Reload(Part part)
     lvLog->scrollToBottom();
 }
 
-// A text that is no number leaves the stored period as it is.
+// A text that is not a number leaves the stored period as it is.
 void LogPane::StorePeriod()
 {
     try {
@@ -158,8 +158,8 @@ void LogPane::StorePeriod()
     }
 }
 
-// What is said when the period holds more records than the shown ones, which end or begin at a time; empty
-// when it does not.
+// The notice for a period that holds more records than are shown, which end or begin at a time; empty when it
+// does not.
 QString LogPane::DescribeCut(Part part, const LogPeriod& period, int shown, const QDateTime& edge) const
 {
     const int total = m_parts.reader.Count(period, MostCounted + 1);
@@ -254,12 +254,12 @@ void LogPane::StepFont()
         lvLog->SetFontStep(next);
         m_parts.settings.SetLogFont(next);
     } catch (const std::exception& failure) {
-        lvLog->SetFontStep(0); // a stored size that is none; the next press starts over
+        lvLog->SetFontStep(0); // the stored size is not one; the next press starts over
         ProgramLog::Write(QStringLiteral("log font: ") + QString::fromUtf8(failure.what()));
     }
 }
 
-// The header would take over the font of the lines.
+// The header would inherit the font of the lines.
 void LogPane::SetHeaderFont()
 {
     QFont header = font();
@@ -268,7 +268,7 @@ void LogPane::SetHeaderFont()
     lvLog->header()->setFont(header);
 }
 
-// The operator has changed the selection; the last line taken out of it leaves no address.
+// The operator has changed the selection; deselecting the last line leaves no address.
 void LogPane::TellSelection()
 {
     if (m_changedByProgram)
@@ -310,7 +310,7 @@ void LogPane::LayOut()
     m_period->setGeometry(0, height() - strip, width(), strip);
 }
 
-// The stored view; the last one known while the settings cannot be read.
+// The stored view or, while the settings cannot be read, the last one known.
 LogDataView LogPane::View()
 {
     try {
@@ -326,6 +326,6 @@ int LogPane::MaxLines() const
     try {
         return m_parts.settings.MaxLogSize();
     } catch (const std::exception&) {
-        return DefaultMaxLines; // a stored size that is no number
+        return DefaultMaxLines; // the stored size is not a number
     }
 }

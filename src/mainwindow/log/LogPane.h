@@ -38,26 +38,26 @@ public:
     // Does nothing while nobody is logged on.
     void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                         const QString& to) override;
-    // Adds a date line when the day of this time is another one than that of the line before.
+    // Adds a date line when this time is on a different day from the line before.
     void CheckDayChange(const QDateTime& time);
-    // Shows the chosen period afresh. What cannot be read stays away without a message; the log file says
+    // Shows the chosen period afresh. What cannot be read is left out without a message; the log file says
     // why. Does nothing while nobody is logged on.
     void ReloadLog();
-    // The stored view, and the other one than that. A stored text that names no view is left alone. Raise
+    // Show the stored view, and the other one instead. A stored text that names no view is left alone. Raise
     // Error when the settings cannot be read, or the choice cannot be stored.
     void LoadLogDataView();
     void ToggleLogDataView();
-    // Raise Error for a stored preference that is none, and when one cannot be stored.
+    // Raise Error for a stored preference that is invalid, and when one cannot be stored.
     void LoadLogPrefs();
     void SaveLogPeriod();
-    // Keeps the lines from being read, and shows them again.
+    // Covers the lines so that nobody can read them, or shows them again.
     void Cover(bool on);
 
     // Tag of the current line when it is selected and has one that is not blank.
     std::optional<QString> SelectedTag() const;
 
 Q_SIGNALS:
-    // The operator chose lines; their parties as an address line. Empty when no line is chosen any more.
+    // The operator chose lines: their parties as an address line, empty when no line is chosen any longer.
     void AddressesChosen(const QString& addresses);
     // Double-click or Enter.
     void CallRequested();

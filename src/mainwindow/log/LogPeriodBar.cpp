@@ -110,7 +110,7 @@ void LogPeriodBar::changeEvent(QEvent* event)
     QWidget::changeEvent(event);
 }
 
-// Where even the second row is too narrow the label goes: the box has its name as tool tip.
+// Where even the second row is too narrow the label is dropped: the box has its name as a tool tip.
 void LogPeriodBar::LayOut()
 {
     const bool oneRow = FitsInOneRow(width());

@@ -11,7 +11,7 @@ struct IStringSource;
 template <typename Key> class ToolBarOf;
 
 // The strip below the message log: its toolbar and the period that a reload shows. Where one row is too
-// narrow for all of it the period goes into a second one.
+// narrow for all of it, the period moves to a second one.
 class LogPeriodBar : public QWidget {
     Q_OBJECT
 
@@ -20,11 +20,11 @@ public:
 
     LogPeriodBar(const IStringSource& strings, QWidget* parent);
 
-    // Raise Error for a stored preference that is none, and when one cannot be stored.
+    // Raise Error for a stored preference that is invalid, and when one cannot be stored.
     void Load(const Settings& settings);
     void Save(Settings& settings) const;
 
-    std::optional<int> Period() const; // what is typed; nothing when it is no number
+    std::optional<int> Period() const; // as typed; nothing when that is not a number
     QString UnitCode() const;          // "n" minutes, "h" hours, "d" days
 
     int HeightAt(int width) const;

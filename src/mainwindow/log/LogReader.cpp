@@ -68,8 +68,8 @@ int CountEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& p
     return count;
 }
 
-// The query hands over the oldest first. So the shortest period that still holds enough is looked for, which
-// takes some twenty looks at no more records than are wanted, and its first ones are passed over.
+// The query returns the oldest first. So the shortest period that still holds enough is searched for, in some
+// twenty queries of no more records than are wanted, and any surplus at its beginning is skipped.
 void ReadNewestEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& period, int most,
                       const std::function<void(const StoredEvent&)>& handOver)
 {

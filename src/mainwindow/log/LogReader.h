@@ -29,12 +29,12 @@ int CountEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& p
 void ReadNewestEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& period, int most,
                       const std::function<void(const StoredEvent&)>& handOver);
 
-// Reads the events of a past period that concern the own radio, oldest first.
+// Reads the events of a past period that concern this console's radio, oldest first.
 class LogReader {
 public:
     LogReader(IDbSession& session, const Map27Executive& executive);
 
-    // The own radio under the names that it has now.
+    // This console's radio under its present names.
     OwnRadio Own() const;
 
     // As ReadEvents, ReadNewestEvents and CountEvents.

@@ -11,7 +11,7 @@
 constexpr int ScadaItemCount = 8;
 
 struct ScadaItem {
-    enum class Picture { Off, On, Waiting }; // Waiting: of a control that was told to switch
+    enum class Picture { Off, On, Waiting }; // Waiting: a control that was told to switch
 
     Picture picture = Picture::Off;
     bool unknown = true; // shown as a ghost; nothing is known before the first report
@@ -32,7 +32,7 @@ struct ScadaStation {
 };
 
 // A report's eight characters, the last one for item 0: "1" on, "0" off; any other leaves the item's picture
-// and marks it unknown, and so does one that is missing.
+// and marks it unknown, as does a missing one.
 void ApplyReport(ScadaItems& items, const QString& bits);
 
 namespace ScadaCode {

@@ -13,7 +13,7 @@ namespace {
 constexpr int GhostEdge = 48; // pixels that a ghost is drawn with, enough for a screen of double density
 constexpr double GhostOpacity = 0.35;
 
-// A pale picture with a question mark, so that what is not known never looks like what is.
+// A pale picture with a question mark, so that an unknown state never looks like a known one.
 QIcon GhostOf(const QString& picture)
 {
     QPixmap ghost(GhostEdge, GhostEdge);
@@ -66,7 +66,7 @@ QVariant ScadaModel::data(const QModelIndex& index, int role) const
     case Qt::DecorationRole:
         return Icon(PictureKey(item), item.unknown);
     case Qt::ToolTipRole:
-        // A tool tip takes for markup what looks like it.
+        // A tool tip treats whatever looks like markup as markup.
         return Qt::convertFromPlainText(Describe(index.row()));
     case Qt::AccessibleTextRole:
         return Describe(index.row());
@@ -116,7 +116,7 @@ QIcon ScadaModel::Icon(const QString& picture, bool ghost) const
                                        : *m_icons.insert(key, ghost ? GhostOf(picture) : LoadIcon(picture));
 }
 
-// "Control 3 Pump: on", for a tool tip and for who does not see the picture.
+// "Control 3 Pump: on", for a tool tip and for anybody who cannot see the picture.
 QString ScadaModel::Describe(int item) const
 {
     const ScadaItem& shown = m_items[static_cast<std::size_t>(item)];

@@ -38,8 +38,8 @@ QLabel* NewLabel(const char* name, int textId, QWidget* parent)
     return label;
 }
 
-// Says whose values are shown, in two lines; names and addresses in it are never markup. A pane that is too
-// narrow cuts it at the end.
+// Says whose values are shown, in two lines; names and addresses in it are never taken for markup. A pane
+// that is too narrow cuts it at the end.
 QLabel* NewSourceLabel(const char* name, QWidget* parent)
 {
     auto* label = new QLabel(parent);
@@ -103,7 +103,7 @@ void ScadaPane::Build()
     grid->addWidget(NewButton("cmdALLOFF", MainText::AllOff, ScadaCode::AllOff), 4, 1);
 }
 
-// What the panel holds is reached by scrolling where a small screen leaves no room for all of it.
+// The panel scrolls where a small screen leaves no room for all of it.
 QWidget* ScadaPane::NewContent()
 {
     auto* area = new QScrollArea(this);
@@ -180,7 +180,7 @@ QString ScadaPane::ChosenUnit() const
     return cmbScadaUnit->currentText().trimmed();
 }
 
-// In full, as reports give it; what cannot be an address is found by the name under which it reported.
+// In full, as reports give it; what cannot be an address is looked up by the name under which it reported.
 QString ScadaPane::AddressOf(const QString& unit) const
 {
     try {
@@ -206,7 +206,7 @@ void ScadaPane::ShowUnit()
     ShowSource(*lblControls, MainText::ControlsName, shown, shown.controlsTime);
 }
 
-// The date, too: a report may be older than the shift.
+// With the date: a report may be older than the shift.
 void ScadaPane::ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time)
 {
     const IStringSource& strings = m_parts.strings;
@@ -235,7 +235,7 @@ void ScadaPane::SwitchSelected()
         m_parts.executive.SendStatus(unit, ScadaCode::SwitchOn(control.row()));
         return;
     }
-    // The name may have another address by now: what that one shows has to be seen first.
+    // The name may have another address by now: the operator has to see that one's values first.
     const QVariant seen = control.data(ScadaModel::PictureRole);
     ShowUnit();
     if (control.data(ScadaModel::PictureRole) != seen)
@@ -255,7 +255,7 @@ bool ScadaPane::eventFilter(QObject* watched, QEvent* event)
         SwitchSelected();
         return true;
     }
-    // The wheel would choose another unit unseen.
+    // The wheel would choose another unit unnoticed.
     if (watched == cmbScadaUnit && event->type() == QEvent::Wheel)
         return true;
     return QWidget::eventFilter(watched, event);
@@ -270,7 +270,7 @@ ScadaStation& ScadaPane::Reporting(const ScadaSource& source)
     return station;
 }
 
-// Who has reported can be chosen from the list; what is typed stays as it is.
+// Units that have reported can be chosen from the list; what is typed stays as it is.
 void ScadaPane::OfferUnit(const QString& name)
 {
     if (cmbScadaUnit->findText(name, Qt::MatchFixedString) >= 0)

@@ -17,7 +17,7 @@ struct IStringSource;
 struct SessionState;
 
 // "picScada": watches and drives outstations, each addressed like a radio. Reports are taken from any sender
-// and kept for it; shown is the unit that is chosen, or, while none is, the one that reported last.
+// and kept for it; the pane shows the chosen unit or, while none is chosen, the one that reported last.
 class ScadaPane : public QWidget, public IScadaView {
     Q_OBJECT
 
@@ -36,7 +36,7 @@ public:
     void Load();
     // Raises Error when the settings cannot be written.
     void StoreUnit();
-    // After what turns a name into an address has changed.
+    // Call after names may have come to mean other addresses.
     void ShowUnit();
 
     // With nothing scrolled.

@@ -4,17 +4,17 @@
 
 class Map27Executive;
 
-// Switches single controls of an outstation. The outcome of a switch is shown when the very transaction ends
-// that it started; the control of a switch that was not accepted, or whose transaction ended without an
+// Switches individual controls of an outstation. The outcome of a switch is shown when the very transaction
+// that it started ends; the control of a switch that was not accepted, or whose transaction ended without an
 // answer, waits for the outstation's next report.
 class ScadaSwitch {
 public:
     explicit ScadaSwitch(Map27Executive& executive) : m_executive(executive) {}
 
-    // Of control 0..7 of the unit that has these controls, which must stay where they are; one that waits
-    // does nothing. Whether anything changed.
+    // Takes control 0..7 of the unit that has these controls, which must stay at their address; one that is
+    // waiting is left alone. Returns whether anything changed.
     bool Switch(const QString& unit, ScadaItems& controls, int control);
-    // A status or text was delivered, or failed. Whether a control changed by it.
+    // A status or text was delivered, or failed. Returns whether a control changed because of it.
     bool Reflect() { return End(true); }
     bool Cancel() { return End(false); }
 
@@ -25,5 +25,5 @@ private:
     ScadaItem* m_item = nullptr; // whose switch is on its way
     bool m_switchingOff = false;
     bool m_wasUnknown = false;
-    unsigned m_transaction = 0; // that the switch started
+    unsigned m_transaction = 0; // started by the switch
 };

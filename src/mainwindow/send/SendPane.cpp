@@ -82,7 +82,7 @@ void SendPane::BuildBoxes()
     for (QComboBox* box : {cmbAddress, cmbStatusMessage, cmbTextMessage}) {
         box->installEventFilter(this);
         box->lineEdit()->installEventFilter(this);
-        // A box is told to the blind by what it holds, so what it is for stands at the field inside.
+        // A screen reader announces a box by its contents, so its purpose is named on the field inside.
         const int label = box == cmbAddress ? MainText::ToLabel : MainText::MessageLabel;
         box->lineEdit()->setAccessibleName(m_strings.LoadString(label).remove(QLatin1Char('&')));
     }
@@ -291,7 +291,7 @@ bool SendPane::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     ForgetKeys(*event);
-    // The wheel over a box would change what is sent unnoticed.
+    // The wheel would change what is sent unnoticed.
     if (event->type() == QEvent::Wheel) {
         event->ignore();
         return true;
@@ -299,8 +299,8 @@ bool SendPane::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-// A held Enter sends once. Under X its repetitions look like presses of their own when they are not queued
-// together, or when the key went down in another window.
+// A held Enter sends once. Under X its repeats look like separate presses when they are not queued together,
+// or when the key went down in another window.
 bool SendPane::IsFirstPress(const QKeyEvent& event)
 {
     return m_down.insert(Keyboard::CodeOf(event)).second;

@@ -57,8 +57,8 @@ public:
     bool IsPriorityCall() const;
     bool IsDialogAllowed() const;
 
-    // The command cmdSend. Refused input is answered by a beep and the focus on its box. Does nothing while
-    // nobody is logged on.
+    // The command cmdSend. Refused input is answered with a beep, and its box gets the focus. Does nothing
+    // while nobody is logged on.
     void Send();
 
     QPushButton& SendButton() { return *cmdSend; }

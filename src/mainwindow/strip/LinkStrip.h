@@ -14,7 +14,7 @@ struct IStringSource;
 
 // The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
 // one, emergency calls and missed calls until the operator has dismissed each, and a numbering that does not
-// fit the radio until it does or is dismissed. It takes no room when it has nothing to say.
+// fit the radio until it does or is dismissed. It takes up no room when it has nothing to say.
 class LinkStrip : public QWidget {
     Q_OBJECT
 
@@ -23,19 +23,19 @@ public:
     LinkStrip(const IStringSource& strings, const Clock& clock, MissedCalls& missed, QWidget* parent);
 
     void ShowLink(const LinkStatus& status);
-    // The newest call is shown, with the number of other parties whose call was not dismissed yet. A party
-    // that calls again takes the place of its earlier call.
+    // The newest call is shown, with the number of other parties whose calls have not been dismissed yet. A
+    // party that calls again takes the place of its earlier call.
     void ShowEmergency(const QString& party, const QDateTime& time);
-    // The missed calls have changed: the party that has waited longest is shown, so that none takes the place
-    // of the one that somebody is about to call back, with the number of the others.
+    // The missed calls have changed: the party that has waited longest is shown, with the number of the
+    // others, so that none takes the place of one that somebody is about to call back.
     void ShowMissedCalls();
-    // The first one is shown; none when they are over.
+    // The first one is shown; an empty list ends them.
     void ShowDoubts(const QStringList& doubts);
 
     // A database server that does not answer, and how many log records wait for it.
     void ShowDatabase(bool away, int waiting);
 
-    // Height that its content needs at a width; 0 without content.
+    // Height that its content needs at a given width; 0 without content.
     int HeightAt(int width) const;
 
 Q_SIGNALS:

@@ -16,7 +16,7 @@ public:
 
     void Add(const QString& party, const QDateTime& time);
     void Dismiss(const QString& party);
-    // The party that has waited longest is the first one.
+    // The party that has waited longest comes first.
     const std::vector<Party>& Parties() const { return m_parties; }
 
 private:

@@ -9,9 +9,9 @@ class QHBoxLayout;
 class QLabel;
 struct Clock;
 
-// One row of the strip under the toolbar: a picture, a sentence, and buttons behind it. Hidden while it has
-// nothing to say. Its buttons do nothing for a second after it has said something else or moved: a click then
-// was meant for what stood there before.
+// One row of the strip under the toolbar: a picture, a sentence, and buttons after it. Hidden while it has
+// nothing to say. Its buttons do nothing for a second after its text has changed or it has moved: such a
+// click was meant for what was there before.
 class StripRow : public QWidget {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ public:
     static constexpr int SideMargin = 8; // pixels
     static constexpr int RowMargin = 3;
 
-    // The object names are the topic with "Row" and "Text" behind. The clock must outlive it.
+    // The object names are the topic with "Row" and "Text" appended. The clock must outlive it.
     StripRow(const QString& topic, const QString& picture, QRgb back, QRgb text, const Clock& clock,
              QWidget* parent);
 
@@ -38,7 +38,7 @@ private:
     std::chrono::milliseconds m_changed{0};
 };
 
-// Parts of a row that is built otherwise.
+// Parts of a row that is built differently.
 QLabel* NewStripText(const QString& name, QWidget* parent);
 QLabel* NewStripPicture(const QString& key, QWidget* parent);
 QHBoxLayout* NewStripLayout(QWidget* row);

@@ -121,7 +121,7 @@ void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
         this, [this, lookfor] { Reload(false, lookfor, ReloadCause::Radio); }, Qt::QueuedConnection);
 }
 
-// A reload that comes while another one asks whether to try again has nothing to add to it.
+// A reload that comes while an earlier one is asking whether to try again has nothing to add to it.
 void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cause)
 {
     if (!m_session.LoggedOn || m_reloading)

@@ -13,8 +13,8 @@ class TalkgroupModel;
 class TalkgroupTree;
 struct SessionState;
 
-// "picGroups": the tree of static and dynamic talkgroups with the radios in them. What the radio brings about
-// neither scrolls it nor changes what the operator has selected.
+// "picGroups": the tree of static and dynamic talkgroups with the radios in them. Changes that come from the
+// radio neither scroll it nor alter what the operator has selected.
 class GroupsPane : public QWidget, public ITalkgroupView {
     Q_OBJECT
 
@@ -23,10 +23,11 @@ public:
 
     // Captions of the roots.
     void LoadRootCaptions();
-    // Reads the groups that match a search text, empty: all. Does nothing while nobody is logged on.
+    // Reads the groups that match a search text; an empty one matches all. Does nothing while nobody is
+    // logged on.
     void ReloadGrps(const QString& lookfor = {});
-    // The same groups afresh, because another console changed them; selection and scroll stay.
-    // Raises Error and dao::Error; what could not be read is as it was then.
+    // Rereads the same groups because another console changed them; selection and scroll position stay.
+    // Raises Error and dao::Error; what could not be read then stays as it was.
     void ReloadQuietly() { Reload(true, m_lookfor, ReloadCause::OtherConsole); }
     // Asked before a member is dragged.
     void SetMayDrag(const std::function<bool()>& mayDrag);
@@ -35,7 +36,7 @@ public:
     QModelIndex SelectedNode() const; // invalid when there is none
     RegroupingAllowed Allowed() const { return RegroupingAllowedFor(SelectedNode()); }
     void ShowSelection();
-    // Keeps the tree from being read, and shows it again.
+    // Covers the tree so that nobody can read it, or shows it again.
     void Cover(bool on);
 
     // From the radio; the reload follows from the event loop.
@@ -48,9 +49,9 @@ public:
     void CancelUngroup() override { m_commands.CancelUngroup(); }
 
 Q_SIGNALS:
-    // The operator chose a node with a callsign, or took the chosen node out of the selection: empty.
+    // The operator chose a node with a callsign; empty when the chosen node was deselected.
     void AddressChosen(const QString& callsign);
-    // What the selection allows may be something else now.
+    // What the selection allows may have changed.
     void AllowedChanged();
     // Enter.
     void CallRequested();

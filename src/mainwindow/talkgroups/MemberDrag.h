@@ -7,12 +7,12 @@
 // the pointer has moved far enough. Knows nothing of the tree; places are in the tree's pixels.
 class MemberDrag {
 public:
-    // Farthest that the pointer may move along either axis without a drag.
+    // The furthest that the pointer may move along either axis without starting a drag.
     static constexpr int Slack = 9;
 
     // The left button went down on a node. While a drag is armed or under way this ends it.
     void Press(const QPoint& place, const QString& nodeKey, bool mayBeDragged);
-    // The pointer moved with the button held. Whether the member is being dragged now.
+    // The pointer moved with the button held. Returns whether the member is being dragged now.
     bool Move(const QPoint& place);
     void End() { m_state = State::Idle; }
 

@@ -4,7 +4,7 @@
 
 // Keys of tree nodes and list items: "ARS" an individual, "DGS" a dynamic group, "RRS" a radio in a dynamic
 // group, followed by ids and position in upper-case hexadecimal without leading zeros. The settings keep one
-// of them, so that they must read the same for ever. Texts that are no such key decode to 0.
+// of them, so they must read the same for ever. Texts that are not such a key decode to 0.
 
 QString MakeIndividualKey(qint32 addressId);
 QString MakeGroupKey(qint32 groupId, quint8 pos);

@@ -157,7 +157,7 @@ void RegroupCommands::ReflectRegroup()
     }
     const QString memberKey = MakeMemberKey(done.groupId, done.memberId, done.pos);
     m_model.SetPicture(memberKey, QLatin1String(TalkgroupModel::MemberPicture));
-    // The own radio is no member that is shown: its group tells.
+    // This console's radio is not shown as a member: its group shows the outcome.
     m_model.SetOutcome(m_model.Find(memberKey).isValid() ? memberKey : done.groupNodeKey, Outcome::Done);
 }
 
@@ -213,7 +213,7 @@ void RegroupCommands::MarkPending()
         m_model.SetPicture(m_ungroup.nodeKey, picture);
 }
 
-// Radios know the positions 1 to 16; a group of the directory may have none.
+// Radios know the positions 1 to 16; a group in the directory may have none.
 bool RegroupCommands::IsPosition(quint8 pos)
 {
     const bool known = pos >= LowestPosition && pos <= HighestPosition;
@@ -249,7 +249,7 @@ bool RegroupCommands::SendUnderRequest(const RequestedChange& change, const QStr
         m_store.Close(request);
         return false;
     }
-    End(); // the radio has one transaction: a request still marked as pending is none any more
+    End(); // the radio has one transaction: a request still marked as pending no longer is
     m_request = request;
     return true;
 }

@@ -20,13 +20,13 @@ class RegroupStore {
 public:
     explicit RegroupStore(IDbSession& session) : m_session(session) {}
 
-    // dao::Kind::NotPermitted when the operator has no right to regroup, as it stands now.
+    // dao::Kind::NotPermitted when the operator has no right to regroup at this moment.
     void RequireRight();
 
     // Writes a request and returns its name. While it stands, an hour at most, its change may be stored even
-    // when the right or the account is gone. dao::Kind::NotPermitted without the right, as it stands now.
+    // when the right or the account is gone. dao::Kind::NotPermitted without the right at this moment.
     QString Open(const RequestedChange& change);
-    // Does nothing for an empty name. Does not raise: a request that stays ends by itself.
+    // Does nothing for an empty name. Does not raise: a request left behind expires by itself.
     void Close(const QString& request) noexcept;
 
     // False when the row of a move is gone: somebody else changed it.

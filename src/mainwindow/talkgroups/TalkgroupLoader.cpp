@@ -45,7 +45,7 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
     m_model.ReplaceDynamic(groups, members, defaultGroup);
 }
 
-// Until it succeeds or the operator gives up. Whether it succeeded.
+// Tries until it succeeds or the operator gives up. Returns whether it succeeded.
 bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause)
 {
     for (;;) {

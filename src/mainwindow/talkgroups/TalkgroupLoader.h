@@ -18,7 +18,7 @@ public:
     {
     }
 
-    // Groups that match a search text, at most as many as the settings say; empty: all.
+    // Groups that match a search text, at most as many as the settings say; an empty one matches all.
     void LoadStatic(const QString& lookfor, ReloadCause cause);
     void LoadDynamic(const QString& lookfor, ReloadCause cause);
     // How many groups of a kind are shown when there are more that match; 0 when all are shown.

@@ -266,8 +266,7 @@ TalkgroupModel::Node& TalkgroupModel::Append(Node& parent, const QString& key, c
     return appended;
 }
 
-// Takes the node's place out of its parent; whoever owned the node there has to have taken it before, or it
-// is gone.
+// Removes the node's place from its parent; unless somebody took the node over first, it is destroyed.
 void TalkgroupModel::Detach(Node& node)
 {
     auto& siblings = node.parent->children;

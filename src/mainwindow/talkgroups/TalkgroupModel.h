@@ -34,7 +34,7 @@ public:
     static constexpr int KeyRole = Qt::UserRole;
     static constexpr int TagRole = Qt::UserRole + 1;     // callsign; empty for the roots
     static constexpr int PictureRole = Qt::UserRole + 2; // key of the picture; empty when there is none
-    static constexpr int PlaceRole = Qt::UserRole + 3;   // names every node, those without a key, too
+    static constexpr int PlaceRole = Qt::UserRole + 3;   // names every node, even without a key
 
     static constexpr auto StaticKey = "static";
     static constexpr auto DynamicKey = "dynamic";
@@ -56,11 +56,11 @@ public:
     QModelIndex FindPlace(const QString& place) const;
 
     void SetPicture(const QString& key, const QString& picture);
-    // Outlasts every reload, also one in which the node is not shown.
+    // Outlasts every reload, even one in which the node is not shown.
     void SetOutcome(const QString& key, Outcome outcome);
     void ClearOutcomes();
 
-    // Does nothing when the member is there already.
+    // Does nothing when the member is already there.
     void AddMember(const QString& callsign, qint32 groupId, qint32 memberId, quint8 pos);
     // Puts a member under another group and gives it the key of its new place.
     void MoveMember(const QString& key, qint32 newGroupId);

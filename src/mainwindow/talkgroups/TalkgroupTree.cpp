@@ -13,7 +13,7 @@ namespace {
 
 constexpr QPoint BesidePointer(10, 6);
 constexpr int FrameWidth = 2;
-constexpr std::chrono::milliseconds ScrollPause(60); // a row each time
+constexpr std::chrono::milliseconds ScrollPause(60); // for each row
 
 bool IsPlain(const QMouseEvent& event)
 {
@@ -149,7 +149,7 @@ void TalkgroupTree::DragTo(const QPoint& place)
         m_scroll.start();
 }
 
-// Scrolling takes what is under the pointer into account anew.
+// Scrolling looks afresh at what is under the pointer.
 void TalkgroupTree::ScrollAtEdge()
 {
     QScrollBar& bar = *verticalScrollBar();

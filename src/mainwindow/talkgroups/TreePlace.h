@@ -15,10 +15,10 @@ class TreePlace {
 public:
     using FindKey = std::function<QModelIndex(const QString&)>;
 
-    // Nodes are known again by the text of keyRole.
+    // Nodes are recognised by the text of keyRole.
     TreePlace(QTreeView& tree, int keyRole);
 
-    // A node that is gone is selected no more, and no other instead.
+    // A node that is gone is no longer selected, nor is another in its place.
     void Restore(const FindKey& find) const;
     bool WasFolded(const QString& key) const { return m_folded.contains(key); }
 
