@@ -1,6 +1,5 @@
 #include "admin/frmAbout.h"
 
-#include "admin/SystemInformation.h"
 #include "admin/TextIds.h"
 #include "core/base/AppPaths.h"
 #include "core/desktop/Prompt.h"
@@ -11,12 +10,39 @@
 #include "ui_frmAbout.h"
 
 #include <QCoreApplication>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QStringList>
 #include <QSysInfo>
+#include <optional>
 
 namespace {
 
 constexpr int FieldWidth = 40; // characters
 constexpr int IconLines = 4;
+
+// The desktop's program that shows what the computer is made of.
+struct SystemInformationTool {
+    QString program; // full path
+    QStringList arguments;
+};
+
+// The first known one that is installed.
+std::optional<SystemInformationTool> FindSystemInformationTool()
+{
+    const SystemInformationTool known[] = {
+        {QStringLiteral("kinfocenter"), {}},
+        {QStringLiteral("hardinfo2"), {}},
+        {QStringLiteral("hardinfo"), {}},
+        {QStringLiteral("gnome-control-center"), {QStringLiteral("info-overview")}},
+        {QStringLiteral("lshw-gtk"), {}}};
+    for (const SystemInformationTool& tool : known) {
+        const QString path = QStandardPaths::findExecutable(tool.program);
+        if (!path.isEmpty())
+            return SystemInformationTool{path, tool.arguments};
+    }
+    return std::nullopt;
+}
 
 } // namespace
 
@@ -56,6 +82,6 @@ void frmAbout::ShowSystemInformation()
     const auto tool = FindSystemInformationTool();
     if (!tool)
         m_prompt.ShowWarning(m_strings.LoadString(AdminText::NoSystemInformation));
-    else if (!Start(*tool))
+    else if (!QProcess::startDetached(tool->program, tool->arguments))
         m_prompt.ShowWarning(FormatMessage(m_strings, AdminText::SystemInformationFailed, {tool->program}));
 }

@@ -10,7 +10,6 @@
 #include "core/widgets/Captions.h"
 #include "dao/Workspace.h"
 #include "radio/facade/Map27Executive.h"
-#include "radio/line/RadioCharacters.h"
 #include "ui_frmAddressEditor.h"
 
 #include <algorithm>
@@ -210,7 +209,7 @@ void frmAddressEditor::OfferReload()
 // Such a name cannot be sent to a radio for display; the directory may hold it all the same.
 void frmAddressEditor::WarnOfCharacters(const AddressEntry& entry)
 {
-    const QString character = FirstUnsendable(entry.callsign + entry.name);
+    const QString character = Map27Executive::FirstUnsendable(entry.callsign + entry.name);
     if (!character.isEmpty())
         m_services.prompt.ShowWarning(
             FormatMessage(m_services.strings, AdminText::CharacterNotSendable, {character}));

@@ -2,7 +2,6 @@
 
 #include "admin/TextIds.h"
 #include "admin/UserModel.h"
-#include "admin/UserRules.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/AccountChanges.h"
 #include "core/session/DatabaseChanges.h"
@@ -10,6 +9,8 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
+#include "core/texts/TextIds.h"
+#include "core/texts/Validation.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/ListHelpers.h"
 #include "dao/Workspace.h"
@@ -23,6 +24,43 @@ namespace {
 constexpr auto ByUser = "find_users_ob_user";
 constexpr auto ByCallsign = "find_users_ob_callsign";
 constexpr int ListLines = 12;
+
+// What is entered for an account.
+struct UserFields {
+    QString userName;
+    QString password;
+    QString repeatedPassword;
+    QString callsign; // trimmed
+    QString group;
+};
+
+// The first thing that keeps an account from being stored; textId is 0 when there is none.
+struct UserProblem {
+    enum class Field { UserName, Password, Callsign, Group };
+
+    int textId = 0;
+    Field field = Field::UserName;
+};
+
+UserProblem ProblemOfChangedUser(const UserFields& fields)
+{
+    if (!IsValidCallsign(fields.callsign))
+        return {CoreText::CallsignRule, UserProblem::Field::Callsign};
+    return {};
+}
+
+UserProblem ProblemOfNewUser(const UserFields& fields)
+{
+    if (fields.userName.isEmpty())
+        return {AdminText::UserNameMissing, UserProblem::Field::UserName};
+    if (fields.password != fields.repeatedPassword)
+        return {CoreText::PasswordRepeatDiffers, UserProblem::Field::Password};
+    if (fields.password.isEmpty())
+        return {CoreText::PasswordMissing, UserProblem::Field::Password};
+    if (fields.group.isEmpty())
+        return {AdminText::GroupMissing, UserProblem::Field::Group};
+    return ProblemOfChangedUser(fields);
+}
 
 } // namespace
 

@@ -3,8 +3,8 @@
 
 #include "MainWindowStack.h"
 #include "core/session/Registry.h"
-#include "mainwindow/bars/FieldBar.h"
 #include "mainwindow/bars/StatusBar.h"
+#include "mainwindow/bars/StatusPanel.h"
 #include "mainwindow/frame/PaneLayout.h"
 #include "support/DialogDriver.h"
 
@@ -26,15 +26,19 @@ struct FieldCase {
     const char* text;
 };
 
-TEST(FieldBar, RoundsHalvesToTheEvenMark)
+TEST(FieldStrength, RoundsHalvesToTheEvenMark)
 {
     constexpr FieldCase Cases[] = {
         {0, "0 ........"},     {15, "15 ........"},   {16, "16 |......."},   {46, "46 |......."},
         {47, "47 ||......"},   {79, "79 ||......"},   {80, "80 |||....."},   {100, "100 |||....."},
         {239, "239 ||||||||"}, {240, "240 ||||||||"}, {255, "255 ||||||||"}, {207, "207 ||||||.."},
     };
-    for (const FieldCase& c : Cases)
-        EXPECT_EQ(FieldBarText(c.strength), QLatin1String(c.text));
+    MainWindowStack stack;
+    StatusBar bar(stack.strings, stack.clock, nullptr);
+    for (const FieldCase& c : Cases) {
+        bar.ShowOperatingConditions(true, c.strength);
+        EXPECT_EQ(bar.Panel(StatusBar::Part::FieldStrength).text(), QLatin1String(c.text));
+    }
 }
 
 struct LayoutCase {

@@ -1,7 +1,9 @@
 #include "radio/window/TransmitKey.h"
-#include "radio/window/TypingWatch.h"
+#include "radio/window/CallKeys.h"
 #include "support/FakeClock.h"
 
+#include <QTest>
+#include <QWidget>
 #include <gtest/gtest.h>
 
 namespace {
@@ -58,17 +60,21 @@ TEST(TransmitKeyTest, OneOnAndOneOffOfAHold)
     }
 }
 
-TEST(TypingWatchTest, FiveSecondsWithoutAKeyInTheActiveProgram)
+TEST(CallKeysTest, TheKeyboardIsFreeFiveSecondsAfterAKeyInTheActiveProgram)
 {
     FakeClock clock;
-    TypingWatch typing(clock);
-    EXPECT_TRUE(typing.IsKeyboardFree(true));
-    EXPECT_FALSE(typing.IsKeyboardFree(false));
-    typing.KeyPressed();
+    CallKeys keys(clock);
+    EXPECT_FALSE(keys.IsKeyboardFree());
+    QWidget window;
+    window.show();
+    window.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    EXPECT_TRUE(keys.IsKeyboardFree());
+    QTest::keyClick(window.windowHandle(), Qt::Key_A);
     clock.Step(std::chrono::milliseconds(4999));
-    EXPECT_FALSE(typing.IsKeyboardFree(true));
+    EXPECT_FALSE(keys.IsKeyboardFree());
     clock.Step(std::chrono::milliseconds(1));
-    EXPECT_TRUE(typing.IsKeyboardFree(true));
+    EXPECT_TRUE(keys.IsKeyboardFree());
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "Bench.h"
 
 #include "map27/link/Framing.h"
-#include "simulator/program/Trace.h"
+#include "simulator/program/Program.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

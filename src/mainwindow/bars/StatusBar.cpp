@@ -4,7 +4,6 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
-#include "mainwindow/bars/FieldBar.h"
 #include "mainwindow/bars/StatusPanel.h"
 #include "mainwindow/base/TextIds.h"
 
@@ -20,6 +19,10 @@ constexpr char16_t OutOfServiceCode = 215;
 
 constexpr auto NoAddress = "---";
 constexpr std::chrono::seconds TimeToRead(2);
+
+// Of the bar in panel "field".
+constexpr int StepsPerMark = 32;
+constexpr int Marks = 8;
 
 struct PanelRow {
     const char* name;
@@ -40,6 +43,25 @@ QString VersionText()
         .arg(VELTORKYN_VERSION_MAJOR)
         .arg(VELTORKYN_VERSION_MINOR, 2, 10, QLatin1Char('0'))
         .arg(VELTORKYN_VERSION_PATCH, 4, 10, QLatin1Char('0'));
+}
+
+// n / 32 to the nearest integer; halves go to the even one.
+int RoundedMarks(int n)
+{
+    const int whole = n / StepsPerMark;
+    const int twiceRest = 2 * (n % StepsPerMark);
+    const bool up = twiceRest > StepsPerMark || (twiceRest == StepsPerMark && whole % 2 == 1);
+    return up ? whole + 1 : whole;
+}
+
+// Text of the status panel "field": the field strength 0..255 in decimal and a bar of eight characters, one
+// "|" for every 32 steps ("100 |||.....").
+QString FieldBarText(int fieldStrength)
+{
+    const int marks = std::clamp(RoundedMarks(std::max(fieldStrength, 0) + 1), 0, Marks);
+    return QStringLiteral("%1 %2%3")
+        .arg(fieldStrength)
+        .arg(QString(marks, QLatin1Char('|')), QString(Marks - marks, QLatin1Char('.')));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "mainwindow/log/LogPane.h"
 
+#include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
 #include "core/texts/FormatMessage.h"
@@ -25,7 +26,8 @@
 namespace {
 
 constexpr int DefaultMaxLines = 500;
-constexpr int MostCounted = 50'000; // records; counting on would keep the operator waiting
+constexpr std::chrono::seconds TimeToNotice(1); // a line that highlighted itself
+constexpr int MostCounted = 50'000;             // records; counting on would keep the operator waiting
 
 // How the settings name the views.
 const QString TextView = QStringLiteral("text");
@@ -49,8 +51,7 @@ LogPane::LogPane(const Parts& parts, QWidget* parent)
       lvLog(new LogList(*m_model, this)),
       m_cover(NewPaneCover(parts.strings, this)),
       m_notice(new ListNotice(QStringLiteral("logNotice"), this)),
-      m_period(new LogPeriodBar(parts.strings, this)),
-      m_highlight(parts.clock)
+      m_period(new LogPeriodBar(parts.strings, this))
 {
     setObjectName(QStringLiteral("picLog"));
     BuildList();
@@ -67,7 +68,7 @@ void LogPane::BuildList()
     connect(lvLog->selectionModel(), &QItemSelectionModel::selectionChanged, this, &LogPane::TellSelection);
     connect(lvLog, &QTreeView::clicked, this, &LogPane::TellChosen);
     auto* gestures = new ListGestures(*lvLog);
-    gestures->mayCall = [this] { return m_highlight.MayCall(); };
+    gestures->mayCall = [this] { return MayCall(); };
     connect(gestures, &ListGestures::Chosen, this, &LogPane::TellChosen);
     connect(gestures, &ListGestures::CallRequested, this, &LogPane::CallRequested);
     connect(gestures, &ListGestures::ReloadRequested, this, &LogPane::ReloadLog);
@@ -90,7 +91,7 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     lvLog->selectionModel()->setCurrentIndex(last,
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     lvLog->scrollTo(last);
-    m_highlight.MovedByItself();
+    m_movedByItself = m_parts.clock.Ticks();
 }
 
 void LogPane::CheckDayChange(const QDateTime& time)
@@ -280,9 +281,18 @@ void LogPane::TellSelection()
 
 void LogPane::TellChosen()
 {
-    m_highlight.ChosenByPerson();
+    m_movedByItself.reset();
     if (const auto addresses = AddressesFromSelection(*lvLog, LogModel::TagRole))
         Q_EMIT AddressesChosen(*addresses);
+}
+
+// Whether Enter means the highlighted line. A line that highlighted itself a moment ago is not what the
+// person looked at: the first Enter only chooses it, the second one calls.
+bool LogPane::MayCall()
+{
+    const bool noticed = !m_movedByItself || m_parts.clock.Ticks() - *m_movedByItself >= TimeToNotice;
+    m_movedByItself.reset();
+    return noticed;
 }
 
 void LogPane::resizeEvent(QResizeEvent*)

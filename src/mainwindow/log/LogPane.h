@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/eventlog/EventLog.h"
-#include "mainwindow/lists/HighlightGuard.h"
 #include "mainwindow/log/LogLineFormatter.h"
 #include "mainwindow/log/LogPeriodBar.h"
 #include "radio/agent/Views.h"
 
 #include <QWidget>
+#include <chrono>
 #include <optional>
 
 class ListNotice;
@@ -83,6 +83,7 @@ private:
     void SetHeaderFont();
     void TellSelection();
     void TellChosen();
+    bool MayCall();
     void LayOut();
     void SetLogDataView(LogDataView view);
     LogDataView View();
@@ -94,7 +95,8 @@ private:
     QLabel* m_cover;
     ListNotice* m_notice;
     LogPeriodBar* m_period;
-    HighlightGuard m_highlight;
+    std::optional<std::chrono::milliseconds>
+        m_movedByItself; // ticks of the clock; none once a person has chosen
     LogDataView m_lastView = LogDataView::Text;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
 };

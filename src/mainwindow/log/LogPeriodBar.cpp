@@ -4,13 +4,15 @@
 #include "core/texts/StringSource.h"
 #include "mainwindow/bars/KeyedToolBar.h"
 #include "mainwindow/base/TextIds.h"
-#include "mainwindow/base/WholeNumber.h"
 
 #include <QComboBox>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace {
 
@@ -19,6 +21,22 @@ constexpr int StripHeight = 25;
 constexpr int Gap = 3;
 
 constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
+
+// The whole number that a typed text stands for; a fraction is rounded, halves to the even number. Nothing
+// for a text that is no number or one that a 32-bit integer cannot hold.
+std::optional<int> WholeNumber(const QString& text)
+{
+    bool number = false;
+    double value = QLocale::c().toDouble(text.trimmed(), &number);
+    if (!number)
+        value = QLocale().toDouble(text.trimmed(), &number);
+    if (!number || !std::isfinite(value))
+        return std::nullopt;
+    const double rounded = std::nearbyint(value); // the default rounding mode takes halves to the even number
+    if (rounded < std::numeric_limits<int>::min() || rounded > std::numeric_limits<int>::max())
+        return std::nullopt;
+    return static_cast<int>(rounded);
+}
 
 } // namespace
 

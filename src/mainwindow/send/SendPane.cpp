@@ -8,7 +8,6 @@
 #include "mainwindow/bars/KeyedToolBar.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/base/TextIds.h"
-#include "mainwindow/send/SendInput.h"
 #include "mainwindow/send/StatusList.h"
 #include "radio/facade/Map27Executive.h"
 
@@ -54,6 +53,33 @@ QLabel* NewLabel(const QString& name, int textId, QWidget* parent)
 bool IsBlank(const QString& text)
 {
     return text.trimmed().isEmpty();
+}
+
+// The status code at the beginning of a typed or chosen text: the integer value of its first two characters.
+// Nothing when they are no number or no code from 0 to 31.
+std::optional<int> StatusCodeOf(const QString& text)
+{
+    constexpr int HighestCode = 31;
+
+    bool number = false;
+    const int code = text.left(2).toInt(&number);
+    return number && code >= 0 && code <= HighestCode ? std::optional(code) : std::nullopt;
+}
+
+// The message to send: the text without leading and trailing blanks. Nothing when that is empty or longer
+// than 100 characters.
+std::optional<QString> MessageOf(const QString& text)
+{
+    constexpr qsizetype LongestMessage = 100;
+
+    qsizetype first = 0;
+    qsizetype end = text.size();
+    while (first < end && text[first] == QLatin1Char(' '))
+        ++first;
+    while (end > first && text[end - 1] == QLatin1Char(' '))
+        --end;
+    const QString message = text.mid(first, end - first);
+    return message.isEmpty() || message.size() > LongestMessage ? std::nullopt : std::optional(message);
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 #include "core/texts/StringSource.h"
 #include "core/widgets/Beeper.h"
 #include "map27/codec/Messages.h"
-#include "radio/agent/ScadaReport.h"
 #include "radio/base/AddressBook.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
@@ -18,6 +17,25 @@
 #include "radio/window/IAgentWindow.h"
 
 #include <utility>
+
+namespace {
+
+// Hands an outstation's report that came as a text message ("I:", "O:", "B:" and the bits) to the view; any
+// other text is ignored.
+void PassScadaReport(const QString& text, const ScadaSource& source, IScadaView& view)
+{
+    constexpr qsizetype HeadLength = 2;
+    constexpr qsizetype BitCount = 8;
+
+    const bool one = text.size() == HeadLength + BitCount;
+    const bool both = text.size() == HeadLength + 2 * BitCount && text.startsWith(QLatin1String("B:"));
+    if (both || (one && text.startsWith(QLatin1String("I:"))))
+        view.UpdateScadaSensors(text.mid(HeadLength, BitCount), source);
+    if (both || (one && text.startsWith(QLatin1String("O:"))))
+        view.UpdateScadaControls(text.right(BitCount), source);
+}
+
+} // namespace
 
 RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAgentWindow& window,
                        Transaction& transaction, AddressBook& addressBook)

@@ -9,6 +9,7 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/Validation.h"
+#include "map27/codec/CodePage437.h"
 #include "map27/codec/Messages.h"
 #include "map27/terminal/Requests.h"
 #include "radio/agent/RadioAgent.h"
@@ -271,6 +272,14 @@ void Map27Executive::ResetTran()
     m_control->ClearCall();
     m_transaction.Drop();
     m_window->HideAgent();
+}
+
+QString Map27Executive::FirstUnsendable(const QString& text)
+{
+    for (const char32_t character : text.toStdU32String())
+        if (!map27::ToCodePage437(character))
+            return QString::fromUcs4(&character, 1);
+    return {};
 }
 
 QStringList Map27Executive::ParseAddressLine(const QString& line)

@@ -74,6 +74,8 @@ public:
     // Ends whatever is in progress and sets the link up again. Raises Error.
     void ResetTran();
 
+    // The first character that cannot be sent to a radio because code page 437 lacks it; empty when all can.
+    static QString FirstUnsendable(const QString& text);
     // The addresses of a line, separated by ";"; empty when it holds none.
     static QStringList ParseAddressLine(const QString& line);
     QString MakeFullAddress(const QString& dial) const; // raises Error

@@ -1,25 +1,33 @@
 #include "radio/window/CallKeys.h"
 
+#include "core/base/Clock.h"
 #include "core/widgets/PlainKey.h"
 
 #include <QGuiApplication>
 #include <QWindow>
 
-CallKeys::CallKeys(const Clock& clock) : m_typing(clock)
+namespace {
+
+constexpr std::chrono::seconds TypingPause(5);
+
+} // namespace
+
+CallKeys::CallKeys(const Clock& clock) : m_clock(clock)
 {
     qApp->installEventFilter(this);
 }
 
 bool CallKeys::IsKeyboardFree() const
 {
-    return m_typing.IsKeyboardFree(QGuiApplication::focusWindow() != nullptr);
+    const bool programActive = QGuiApplication::focusWindow() != nullptr;
+    return programActive && (!m_lastKey || m_clock.Ticks() - *m_lastKey >= TypingPause);
 }
 
 bool CallKeys::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() != QEvent::KeyPress || !qobject_cast<QWindow*>(watched))
         return false;
-    m_typing.KeyPressed();
+    m_lastKey = m_clock.Ticks();
     if (!IsPlain(*static_cast<QKeyEvent*>(event), LeadKey))
         return false;
     Q_EMIT CallWindowAsked();

@@ -1,8 +1,10 @@
 #pragma once
 
-#include "radio/window/TypingWatch.h"
-
 #include <QObject>
+#include <chrono>
+#include <optional>
+
+struct Clock;
 
 // Sees every key that the program receives: to tell whether somebody is typing, and for the key that leads to
 // the call window from anywhere.
@@ -14,7 +16,8 @@ public:
 
     explicit CallKeys(const Clock& clock);
 
-    // Whether a window may take the keyboard.
+    // Whether a window that opens unasked may take the keyboard: nobody is typing. False while another
+    // program is active, since what is typed there cannot be seen.
     bool IsKeyboardFree() const;
 
 Q_SIGNALS:
@@ -24,5 +27,6 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    TypingWatch m_typing;
+    const Clock& m_clock;
+    std::optional<std::chrono::milliseconds> m_lastKey; // ticks of the clock
 };

@@ -2,7 +2,6 @@
 
 #include "simulator/program/PtyPort.h"
 #include "simulator/program/TcpPort.h"
-#include "simulator/program/Trace.h"
 #include "simulator/script/ScenarioReader.h"
 
 #include <algorithm>
@@ -24,6 +23,16 @@ map27::OctetSpan Octets(const QByteArray& bytes)
 }
 
 } // namespace
+
+std::string TraceLine(const TracedFrame& frame)
+{
+    std::string line = "{\"ms\":" + std::to_string(frame.at.time_since_epoch().count());
+    line += frame.direction == map27::Direction::ToRadio ? ",\"dir\":\"D>R\"" : ",\"dir\":\"R>D\"";
+    line += ",\"frame\":\"" + map27::ToHex(frame.frame) + '"';
+    if (!frame.fault.empty())
+        line += ",\"fault\":\"" + std::string(frame.fault) + '"';
+    return line + '}';
+}
 
 Program::Program(const Options& options, Console console)
     : m_console(std::move(console)),

@@ -11,8 +11,13 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace sim {
+
+// One line of a trace file, without line end: {"ms":1234,"dir":"D>R","frame":"16 10 02 ..."}, and "fault"
+// when the frame was spoiled on purpose. Milliseconds count from the epoch of the caller's time line.
+std::string TraceLine(const TracedFrame& frame);
 
 // The simulation on a real port, with the system's clock, a trace file, and commands from a file descriptor.
 class Program : public QObject {
