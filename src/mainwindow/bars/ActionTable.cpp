@@ -88,7 +88,6 @@ constexpr CommandRow Rows[] = {
 
 bool Holds(When when, const CommandContext& context)
 {
-    const bool mayRegroup = context.loggedOn && (context.administrator || context.allowDynamicRegrouping);
     switch (when) {
     case When::Always:
         return true;
@@ -97,11 +96,11 @@ bool Holds(When when, const CommandContext& context)
     case When::Administrator:
         return context.loggedOn && context.administrator;
     case When::Regroup:
-        return mayRegroup && context.selection.regroup;
+        return context.mayRegroup && context.selection.regroup;
     case When::Ungroup:
-        return mayRegroup && context.selection.ungroup;
+        return context.mayRegroup && context.selection.ungroup;
     case When::SendName:
-        return mayRegroup && context.selection.sendName;
+        return context.mayRegroup && context.selection.sendName;
     case When::NormalWindow:
         return context.normalWindow;
     }

@@ -88,7 +88,7 @@ std::span<const CommandRow> ActionTable();
 struct CommandContext {
     bool loggedOn = false;
     bool administrator = false;
-    bool allowDynamicRegrouping = false; // right of the operator's profile
+    bool mayRegroup = false;
     bool normalWindow = true;
     RegroupingAllowed selection; // of the pane shown
 };

@@ -109,7 +109,7 @@ void CommandBars::SetCommandStates()
     CommandContext context = m_allowed;
     context.loggedOn = m_session.LoggedOn;
     context.administrator = m_session.Administrator;
-    context.allowDynamicRegrouping = m_profile.AllowDynamicRegrouping();
+    context.mayRegroup = m_session.MayRegroup(m_profile.AllowDynamicRegrouping());
     for (const CommandRow& row : ActionTable()) {
         const CommandState state = StateOf(row, context);
         if (row.kind == Kind::Menu || row.kind == Kind::Item) {

@@ -4,18 +4,22 @@
 #include "core/session/DbSession.h"
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
+#include "mainwindow/base/SessionState.h"
 #include "mainwindow/talkgroups/RegroupRequests.h"
 
 #include <QUuid>
 
 void RegroupStore::RequireRight()
 {
-    if (m_session.IsMemberOf(QLatin1String(dao::AdminsGroupName)))
-        return;
+    const SessionState now{.LoggedOn = true,
+                           .Administrator = m_session.IsMemberOf(QLatin1String(dao::AdminsGroupName))};
+    if (now.MayRegroup(false))
+        return; // whatever the profile says
     const auto profiles = m_session.Database().OpenTable(QStringLiteral("user_profile"));
     profiles->SetIndex(QStringLiteral("i_user"));
     profiles->Seek(m_session.Workspace().UserName());
-    if (profiles->NoMatch() || !profiles->Field(QStringLiteral("allow_dr")).toBool())
+    const bool allowed = !profiles->NoMatch() && profiles->Field(QStringLiteral("allow_dr")).toBool();
+    if (!now.MayRegroup(allowed))
         throw dao::Error(dao::Kind::NotPermitted);
 }
 
