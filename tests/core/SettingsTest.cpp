@@ -43,7 +43,7 @@ TEST_F(SettingsTest, AFreshUserReadsDefaultsAndLeavesNoFile)
     const Settings settings(file, strings);
     EXPECT_EQ(settings.LogWidth(), 190);
     EXPECT_EQ(settings.LogView(), "text");
-    EXPECT_EQ(settings.LogTimeUnit(), 0);
+    EXPECT_EQ(settings.LogTimeUnit(), TimeUnit::Minutes);
     EXPECT_EQ(settings.LogTimePeriod(), 30);
     EXPECT_EQ(settings.MaxLogSize(), 500);
     EXPECT_EQ(settings.MaxAddressListSize(), 500);

@@ -257,7 +257,7 @@ TEST(Log, PeriodIsStoredWhenTheWindowCloses)
         stack.Find<QComboBox>("cmbLogTimeUnit").setCurrentIndex(2);
         stack.CloseWindow();
         EXPECT_EQ(stack.settings.LogTimePeriod(), stored) << typed;
-        EXPECT_EQ(stack.settings.LogTimeUnit(), 2);
+        EXPECT_EQ(stack.settings.LogTimeUnit(), TimeUnit::Days);
     }
 }
 

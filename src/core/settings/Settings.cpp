@@ -150,14 +150,16 @@ void Settings::SetLogView(const QString& view)
     Write(Prefs, "log_view", view);
 }
 
-int Settings::LogTimeUnit() const
+TimeUnit Settings::LogTimeUnit() const
 {
-    return ReadInt(Prefs, "log_time_unit", 0, 0, 2);
+    return static_cast<TimeUnit>(ReadInt(Prefs, "log_time_unit", static_cast<int>(TimeUnit::Minutes),
+                                         static_cast<int>(TimeUnit::Minutes),
+                                         static_cast<int>(TimeUnit::Days)));
 }
 
-void Settings::SetLogTimeUnit(int unit)
+void Settings::SetLogTimeUnit(TimeUnit unit)
 {
-    Write(Prefs, "log_time_unit", QString::number(unit));
+    Write(Prefs, "log_time_unit", QString::number(static_cast<int>(unit)));
 }
 
 int Settings::LogTimePeriod() const

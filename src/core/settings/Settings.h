@@ -6,6 +6,9 @@
 class IniFile;
 struct IStringSource;
 
+// Of the log's period. Stored as a number, minutes are 0.
+enum class TimeUnit { Minutes, Hours, Days };
+
 // The operator's own settings: section, key, and a text value, kept in one file (see IniFile). A missing
 // value reads as its default and nothing is written before a writer runs. A value that does not convert to
 // its key's type raises an Error that names section, key and value, except for the log period, which falls
@@ -31,8 +34,8 @@ public:
     void SetLogWidth(double width);
     QString LogView() const; // "text" or "hex"
     void SetLogView(const QString& view);
-    int LogTimeUnit() const; // 0 minutes, 1 hours, 2 days
-    void SetLogTimeUnit(int unit);
+    TimeUnit LogTimeUnit() const;
+    void SetLogTimeUnit(TimeUnit unit);
     int LogTimePeriod() const;
     void SetLogTimePeriod(int period);
     int MaxLogSize() const;

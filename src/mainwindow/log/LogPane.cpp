@@ -118,7 +118,7 @@ void LogPane::Reload(Part part)
     try {
         const LogDataView view = View();
         const OwnRadio own = m_parts.reader.Own();
-        const LogPeriod period{m_period->UnitCode(), m_parts.settings.LogTimePeriod()};
+        const LogPeriod period{m_period->Unit(), m_parts.settings.LogTimePeriod()};
         const int most = MaxLines() + 1;
         int shown = 0;
         QDateTime oldest;

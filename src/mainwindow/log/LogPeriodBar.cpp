@@ -20,8 +20,6 @@ constexpr int DefaultPeriod = 30;
 constexpr int StripHeight = 25;
 constexpr int Gap = 3;
 
-constexpr const char* TimeUnitCodes[] = {"n", "h", "d"};
-
 // The whole number that a typed text stands for; a fraction is rounded, halves to the even number. Nothing
 // for a text that is no number or one that a 32-bit integer cannot hold.
 std::optional<int> WholeNumber(const QString& text)
@@ -64,21 +62,21 @@ LogPeriodBar::LogPeriodBar(const IStringSource& strings, QWidget* parent) : QWid
     cmbLogTimeUnit = new QComboBox(this);
     cmbLogTimeUnit->setObjectName(QStringLiteral("cmbLogTimeUnit"));
     cmbLogTimeUnit->setProperty("accessibleNameId", MainText::LogTimeUnitName);
+    // In the order of TimeUnit.
     for (const int id : {MainText::Minutes, MainText::Hours, MainText::Days})
         cmbLogTimeUnit->addItem(strings.LoadString(id));
 }
 
 void LogPeriodBar::Load(const Settings& settings)
 {
-    const int unit = settings.LogTimeUnit();
-    cmbLogTimeUnit->setCurrentIndex(unit >= 0 && unit < cmbLogTimeUnit->count() ? unit : 0);
+    cmbLogTimeUnit->setCurrentIndex(static_cast<int>(settings.LogTimeUnit()));
     txtLogPeriod->setText(QString::number(settings.LogTimePeriod()));
 }
 
 void LogPeriodBar::Save(Settings& settings) const
 {
     settings.SetLogTimePeriod(Period().value_or(DefaultPeriod));
-    settings.SetLogTimeUnit(cmbLogTimeUnit->currentIndex());
+    settings.SetLogTimeUnit(Unit());
 }
 
 std::optional<int> LogPeriodBar::Period() const
@@ -86,9 +84,9 @@ std::optional<int> LogPeriodBar::Period() const
     return WholeNumber(txtLogPeriod->text());
 }
 
-QString LogPeriodBar::UnitCode() const
+TimeUnit LogPeriodBar::Unit() const
 {
-    return QLatin1String(TimeUnitCodes[cmbLogTimeUnit->currentIndex()]);
+    return static_cast<TimeUnit>(cmbLogTimeUnit->currentIndex());
 }
 
 int LogPeriodBar::RowHeight() const

@@ -7,6 +7,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class Settings;
+enum class TimeUnit;
 struct IStringSource;
 template <typename Key> class ToolBarOf;
 
@@ -25,7 +26,7 @@ public:
     void Save(Settings& settings) const;
 
     std::optional<int> Period() const; // as typed; nothing when that is not a number
-    QString UnitCode() const;          // "n" minutes, "h" hours, "d" days
+    TimeUnit Unit() const;
 
     int HeightAt(int width) const;
 

@@ -8,13 +8,27 @@
 
 namespace {
 
+// How the stored query names the units.
+QString StoredName(TimeUnit unit)
+{
+    switch (unit) {
+    case TimeUnit::Minutes:
+        return QStringLiteral("n");
+    case TimeUnit::Hours:
+        return QStringLiteral("h");
+    case TimeUnit::Days:
+        return QStringLiteral("d");
+    }
+    return {};
+}
+
 std::unique_ptr<dao::Recordset> OpenEvents(dao::Database& database, const OwnRadio& own,
                                            const LogPeriod& period)
 {
     const auto query = database.QueryDef(QStringLiteral("get_events"));
     query->SetParameter(QStringLiteral("MyAdr"), own.address);
     query->SetParameter(QStringLiteral("MyCallsign"), own.callsign);
-    query->SetParameter(QStringLiteral("TimeUnit"), period.unit);
+    query->SetParameter(QStringLiteral("TimeUnit"), StoredName(period.unit));
     query->SetParameter(QStringLiteral("TimeVal"), period.count);
     return query->OpenSnapshot();
 }
@@ -45,9 +59,9 @@ qint64 Minutes(const LogPeriod& period)
 {
     constexpr qint64 MinutesOfHour = 60;
     constexpr qint64 MinutesOfDay = 24 * MinutesOfHour;
-    return period.count * (period.unit == QLatin1String("d")   ? MinutesOfDay
-                           : period.unit == QLatin1String("h") ? MinutesOfHour
-                                                               : 1);
+    return period.count * (period.unit == TimeUnit::Days    ? MinutesOfDay
+                           : period.unit == TimeUnit::Hours ? MinutesOfHour
+                                                            : 1);
 }
 
 } // namespace
@@ -73,7 +87,7 @@ int CountEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& p
 void ReadNewestEvents(dao::Database& database, const OwnRadio& own, const LogPeriod& period, int most,
                       const std::function<void(const StoredEvent&)>& handOver)
 {
-    const auto within = [](qint64 minutes) { return LogPeriod{QStringLiteral("n"), minutes}; };
+    const auto within = [](qint64 minutes) { return LogPeriod{TimeUnit::Minutes, minutes}; };
     qint64 shortest = 1;
     qint64 longest = Minutes(period);
     while (shortest < longest) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/settings/Settings.h"
 #include "mainwindow/log/LogLineFormatter.h"
 
 #include <functional>
@@ -11,9 +12,8 @@ class Database;
 class Map27Executive;
 struct IDbSession;
 
-// unit: "n" minutes, "h" hours, "d" days.
 struct LogPeriod {
-    QString unit;
+    TimeUnit unit = TimeUnit::Minutes;
     qint64 count = 0;
 };
 
