@@ -19,7 +19,7 @@ MainMenu::MainMenu(QMenuBar& bar, const IStringSource& strings)
             menu = bar.addMenu(caption);
             menu->setObjectName(name);
             m_menus.emplace(row.command, menu);
-        } else if (caption == QLatin1String("-")) {
+        } else if (row.kind == Kind::Separator) {
             menu->addSeparator();
         } else {
             QAction* action = menu->addAction(caption);
