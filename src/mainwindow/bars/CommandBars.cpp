@@ -112,10 +112,14 @@ void CommandBars::SetCommandStates()
     context.mayRegroup = m_session.MayRegroup(m_profile.AllowDynamicRegrouping());
     for (const CommandRow& row : ActionTable()) {
         const CommandState state = StateOf(row, context);
-        if (row.kind == Kind::Menu || row.kind == Kind::Item) {
+        QAbstractButton* button = nullptr;
+        if (row.kind == Kind::Menu || row.kind == Kind::Item)
             m_menu.SetState(row.command, state);
-        } else if (auto* button = m_client.findChild<QAbstractButton*>(QLatin1String(row.name));
-                   button != nullptr && row.kind != Kind::Separator) {
+        else if (row.kind == Kind::ToolButton)
+            button = tbMain->Button(row.command);
+        else if (row.kind == Kind::PaneButton)
+            button = m_client.findChild<QAbstractButton*>(QLatin1String(row.name));
+        if (button != nullptr) {
             button->setEnabled(state.enabled);
             button->setVisible(state.visible);
         }
