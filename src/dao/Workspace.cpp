@@ -54,6 +54,11 @@ QStringList Workspace::ChangedElsewhere()
     return m_session.changedElsewhere ? m_session.changedElsewhere() : QStringList();
 }
 
+std::function<std::unique_ptr<Workspace>()> Workspace::Again() const
+{
+    return [again = m_session.again] { return std::make_unique<Workspace>(again()); };
+}
+
 void Workspace::Close() noexcept
 {
     m_session.engine->Close();

@@ -47,6 +47,12 @@ public:
     // a server.
     QStringList ChangedElsewhere();
 
+    // What opens a workspace of the same account on the same database for another thread, without asking for
+    // the password again: on a server it is the one that the account has by then, as far as this workspace
+    // knows. May be called on any thread and outlives this workspace; the errors are those of OpenWorkspace.
+    // Files are not migrated, and Kind::WorkgroupMismatch says that others have been put in their place.
+    std::function<std::unique_ptr<Workspace>()> Again() const;
+
     void Close() noexcept;
 
 private:

@@ -1,4 +1,6 @@
 #include "DaoFixture.h"
+#include <QFile>
+#include <thread>
 
 using namespace dao;
 
@@ -147,4 +149,38 @@ TEST_F(AccountsTest, MistakesAreNamed)
     olga->Users().Item("Olga")->Groups().Append("Night");
     olga->Groups().Delete("Night");
     EXPECT_EQ(olga->Users().Item("Olga")->Groups().Names(), QStringList({"Admins", "Users"}));
+}
+
+// For a thread of its own: with the account's rights, with a password changed meanwhile, after the first
+// session's end, and never on files that were put in the place of its own.
+TEST_F(AccountsTest, SessionIsMadeAgainOnAnotherThread)
+{
+    AddOperator();
+    auto first = Open("olga", "pw");
+    const auto onThread = [again = first->Again()](const std::function<void(Workspace&)>& use) {
+        std::optional<Kind> kind;
+        std::thread([&] { kind = KindOf([&] { use(*again()->Again()()); }); }).join();
+        return kind;
+    };
+    const auto addEvent = [this](Workspace& workspace) {
+        EXPECT_EQ(workspace.UserName(), "Olga");
+        const auto table = workspace.Database().OpenTable("event");
+        table->AddNew();
+        table->SetField("time_stamp", m_now);
+        table->SetField("event_type", 1);
+        table->Update();
+    };
+    EXPECT_EQ(onThread(addEvent), std::nullopt);
+    EXPECT_EQ(onThread([](Workspace& workspace) { workspace.Users().Delete("Boss"); }), Kind::NotPermitted);
+    first->Users().Item("Olga")->NewPassword("pw", "new");
+    first.reset();
+    EXPECT_EQ(onThread(addEvent), std::nullopt);
+    EXPECT_EQ(Sql("select count(*) as n from event", "n"), QStringList({"2"}));
+    if (OnServer())
+        return;
+    m_workspace.reset();
+    ASSERT_TRUE(QFile::remove(m_location.database) && QFile::remove(m_location.workgroup));
+    EXPECT_EQ(onThread(addEvent), Kind::NoSuchFile);
+    CreateDatabase(m_location, "Olga", "new", PasswordCost::Lowest());
+    EXPECT_EQ(onThread(addEvent), Kind::WorkgroupMismatch);
 }

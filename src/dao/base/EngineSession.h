@@ -26,6 +26,10 @@ struct EngineSession {
     // Of the two, each engine has one: it tells what other sessions change, or it can be asked.
     std::function<void(const WorkspaceWatcher&)> watch;
     std::function<QStringList()> changedElsewhere;
+    // Opens the same session once more, for use on the thread that calls it. May be called on any thread, as
+    // often as is wanted, while this session is in use and after its end; it shares nothing with it but a
+    // password that is changed later. See Workspace::Again.
+    std::function<EngineSession()> again;
 };
 
 } // namespace dao

@@ -10,7 +10,8 @@ namespace dao {
 struct OpenOptions {
     // How long an operation waits for another program's lock before it raises Kind::Locked.
     std::chrono::milliseconds busyTimeout{2000};
-    // The present time that queries over a period count from; empty: the system's clock.
+    // The present time that queries over a period count from; empty: the system's clock. Called on the thread
+    // of the session, and of each that Workspace::Again makes of it.
     std::function<QDateTime()> now;
     PasswordCost passwordCost = PasswordCost::Interactive();
 };

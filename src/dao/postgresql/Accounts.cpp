@@ -97,7 +97,7 @@ QByteArray Accounts::Secret(const QString& user, const QString& password)
 void Accounts::ProveOwnPassword(const QString& password)
 {
     Logon logon = m_connection->Link().LogonData();
-    logon.password = PasswordBytes(password);
+    logon.password = SharedPassword(PasswordBytes(password));
     Connect(logon);
 }
 

@@ -41,7 +41,7 @@ QList<Option> Parameters(QList<Option> options, const Logon& logon)
     };
     add("dbname", logon.database);
     add("user", logon.role);
-    add("password", logon.password);
+    add("password", logon.password.Get());
     add("options", SessionOptions(asked, logon));
     add("client_encoding", "UTF8");
     add("fallback_application_name", "veltorkyn");

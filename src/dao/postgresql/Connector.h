@@ -6,6 +6,7 @@
 #include <chrono>
 #include <libpq-fe.h>
 #include <memory>
+#include <mutex>
 
 namespace dao::postgresql {
 
@@ -14,12 +15,37 @@ struct ConnectionCloser {
 };
 using ConnectionHandle = std::unique_ptr<PGconn, ConnectionCloser>;
 
+// A password that all copies have in common, so that each connection of a session is made with what it is by
+// then. May be used on any thread.
+class SharedPassword {
+public:
+    SharedPassword(const QByteArray& password = {}) : m_state(std::make_shared<State>(password)) {}
+    QByteArray Get() const
+    {
+        const std::lock_guard lock(m_state->mutex);
+        return m_state->password;
+    }
+    void Set(const QByteArray& password)
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->password = password;
+    }
+
+private:
+    struct State {
+        explicit State(const QByteArray& first) : password(first) {}
+        std::mutex mutex;
+        QByteArray password;
+    };
+    std::shared_ptr<State> m_state;
+};
+
 // As whom and where a connection is made.
 struct Logon {
     ServerAddress address;
     QByteArray database;
-    QByteArray role;     // empty: as libpq chooses
-    QByteArray password; // empty: as libpq finds it
+    QByteArray role;         // empty: as libpq chooses
+    SharedPassword password; // empty: as libpq finds it
     std::chrono::milliseconds lockTimeout{2000};
     // The server has to ask for the password: one that lets everybody in would make every password right.
     bool passwordRequired = true;

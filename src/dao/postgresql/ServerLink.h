@@ -32,8 +32,8 @@ public:
     void Lose(const QString& reason);
     const QString& Server() const { return m_logon.address.Shown(); }
     const Logon& LogonData() const { return m_logon; }
-    // The password for the next connection.
-    void SetPassword(const QByteArray& password) { m_logon.password = password; }
+    // The password for the next connection, of each session that was made from this one too.
+    void SetPassword(const QByteArray& password) { m_logon.password.Set(password); }
 
     // The table that another session changed; an empty name when it is not known which. Asks the server for
     // notifications from the first call on.

@@ -43,6 +43,52 @@ void RequireKnownVersion(const FileInfo& info, FileKind kind, const QString& pat
         throw Error(Kind::Newer, {path, QString::number(info.version), QString::number(NewestVersion(kind))});
 }
 
+void RequireNewestVersion(const FileInfo& info, FileKind kind, const QString& path)
+{
+    if (info.version < NewestVersion(kind))
+        throw Error(Kind::Older, {path, QString::number(info.version), QString::number(NewestVersion(kind))});
+}
+
+// What makes the same session again.
+struct Logon {
+    Location location;
+    QString name;
+    QString databaseId;
+    OpenOptions options;
+};
+
+// Somebody may have set another mode with a tool; a commit over both files would no longer be one.
+void UseRollbackJournal(Connection& connection)
+{
+    connection.Execute("PRAGMA main.journal_mode=DELETE; PRAGMA workgroup.journal_mode=DELETE;");
+}
+
+EngineSession OpenAgain(const Logon& logon);
+
+EngineSession SessionOf(const std::shared_ptr<Connection>& connection, const Logon& logon)
+{
+    connection->SetUser(logon.name);
+    RestrictToRights(*connection);
+    const auto changes = std::make_shared<ChangeCounter>(*connection);
+    return {connection,
+            std::make_shared<Accounts>(connection, logon.name, logon.options.passwordCost),
+            {},
+            [connection, changes] { return changes->ChangedElsewhere(); },
+            [logon] { return OpenAgain(logon); }};
+}
+
+EngineSession OpenAgain(const Logon& logon)
+{
+    const AttachedFiles files = AttachFiles(logon.location, logon.options);
+    // The password was given for these files and no others.
+    if (files.database.databaseId != logon.databaseId)
+        throw Error(Kind::WorkgroupMismatch, {logon.location.workgroup, logon.location.database});
+    RequireNewestVersion(files.database, FileKind::Database, logon.location.database);
+    RequireNewestVersion(files.workgroup, FileKind::Workgroup, logon.location.workgroup);
+    UseRollbackJournal(*files.connection);
+    return SessionOf(files.connection, logon);
+}
+
 } // namespace
 
 AttachedFiles AttachFiles(const Location& location, const OpenOptions& options)
@@ -74,8 +120,7 @@ std::shared_ptr<Connection> OpenFiles(const Location& location, const OpenOption
                 options.busyTimeout);
         files = AttachFiles(location, options);
     }
-    // Somebody may have set another mode with a tool; a commit over both files would no longer be one.
-    files.connection->Execute("PRAGMA main.journal_mode=DELETE; PRAGMA workgroup.journal_mode=DELETE;");
+    UseRollbackJournal(*files.connection);
     return files.connection;
 }
 
@@ -106,13 +151,10 @@ EngineSession OpenSession(const Location& location, const QString& user, const Q
 {
     const auto connection = OpenFiles(location, options);
     const QString name = CheckLogon(*connection, user, password, options.passwordCost);
-    connection->SetUser(name);
-    RestrictToRights(*connection);
-    const auto changes = std::make_shared<ChangeCounter>(*connection);
-    return {connection,
-            std::make_shared<Accounts>(connection, name, options.passwordCost),
-            {},
-            [connection, changes] { return changes->ChangedElsewhere(); }};
+    return SessionOf(connection,
+                     {location, name,
+                      ReadFileInfo(*connection, "main", location.database, FileKind::Database).databaseId,
+                      options});
 }
 
 } // namespace dao::sqlite
