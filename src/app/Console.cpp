@@ -14,7 +14,7 @@
 
 Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control, QString& stage)
     : statusTexts(std::make_unique<StatusTexts>(base.strings)),
-      eventLog(std::make_unique<EventLog>(base.session, base.strings, base.dataFolder)),
+      eventLog(std::make_unique<EventLog>(base.session, base.strings, base.dataFolder, base.lanes)),
       profile(std::make_unique<UserProfile>(base.session, base.prompt, base.strings)),
       m_base(base)
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/base/Lane.h"
+
 #include <QString>
 #include <memory>
 
@@ -32,6 +34,7 @@ struct ConsoleBase {
     IDbLogon& logon;
     const ISerialPortList* ports = nullptr; // null: only the fixed ones are offered
     QString dataFolder;                     // where log records wait while the database is away
+    Lane::Kind lanes = Lane::Kind::Callers; // who stores them
 };
 
 // The console's own objects, wired as the program has them; the main window is made on top of them.

@@ -32,9 +32,9 @@ TEST(EventSpool, TakesOverWhatConsolesThatAreGoneHaveLeft)
     {
         EventSpool second(folder.path(), "db");
         EventSpool third(folder.path(), "db");
-        first.Append(Record("1"));
-        second.Append(Record("2"));
-        third.Append(Record("3"));
+        first.Append({Record("1")});
+        second.Append({Record("2")});
+        third.Append({Record("3")});
     }
     // The process of this number runs, but is no console; and the computer has had another name.
     WriteFile(folder.filePath("log-db-2.waiting.lock"), "1\nveltorkyn\nelsewhere\n\n");
@@ -49,7 +49,7 @@ TEST(EventSpool, ForgetsNothingThatItCannotClear)
 {
     const QTemporaryDir folder;
     EventSpool spool(folder.path(), "db");
-    spool.Append(Record("1"));
+    spool.Append({Record("1")});
     const QString file = folder.filePath("log-db-1.waiting");
     ASSERT_TRUE(QFile::remove(file) && QDir().mkdir(file)); // a folder is no file to be removed
     EXPECT_THROW(spool.Clear(), Error);

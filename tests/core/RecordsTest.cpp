@@ -158,22 +158,25 @@ TEST_F(EventLogTest, CutsTheDescriptionToItsFieldWithoutHalfCharacters)
     EXPECT_EQ(Stored()->Field("Desc").toString(), picture.repeated(size));
 }
 
-TEST_F(EventLogTest, WhatCannotBeStoredIsInTheProgramsLogFile)
+TEST_F(EventLogTest, WhatCannotBeStoredWaitsAndIsToldOnce)
 {
-    QTemporaryDir folder;
-    ProgramLog::Open(folder.path());
-    FailNext(1);
-    try {
-        log.AppendLogRecord(time, EventType::Call, "Voice\nline", "Car 1", "200");
-        FAIL();
-    } catch (const Error& error) {
-        EXPECT_EQ(error.Description(),
-                  "the file is locked by another program or workstation. Please try again.");
-    }
-    const QByteArray contents = ReadFile(ProgramLog::FileName());
-    EXPECT_EQ(contents.count('\n'), 1);
-    EXPECT_TRUE(contents.contains("type 3, desc \"Voice\\nline\", from \"Car 1\", to \"200\""))
-        << contents.toStdString();
+    QStringList told;
+    QObject::connect(&log, &EventLog::Delayed, [&](const QString& text) { told.append(text); });
+    FailNext(100);
+    const QString first = log.AppendLogRecord(time, EventType::Call, "1", "Car 1", "200");
+    const QString second = log.AppendLogRecord(time, EventType::Call, "2", "Car 1", "200");
+    EXPECT_EQ(told,
+              QStringList(
+                  "the file is locked by another program or workstation. Please try again. Nothing is lost "
+                  "and nothing has to be repeated: log records are kept on this computer and stored as soon "
+                  "as the cause is gone."));
+    EXPECT_EQ(log.Waiting(), 2);
+    EXPECT_FALSE(log.IsSafe(first));
+    session.onUse = nullptr;
+    log.WriteWaiting();
+    EXPECT_EQ(log.Waiting(), 0);
+    EXPECT_TRUE(log.IsSafe(first) && log.IsSafe(second));
+    EXPECT_EQ(Stored()->Field("Desc").toString(), "1");
 }
 
 TEST(ProgramLogTest, KeepsOneOlderGeneration)

@@ -15,7 +15,7 @@
 // What the main window would show.
 struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndividualsView {
     void LogShowNewLine(const QDateTime&, EventType type, const QString& desc, const QString& from,
-                        const QString& to) override
+                        const QString& to, const QString&) override
     {
         lines.append(QStringLiteral("%1|%2|%3|%4").arg(static_cast<int>(type)).arg(desc, from, to));
     }

@@ -120,8 +120,8 @@ public:
     DatabaseChanges& Changes() override { return m_changes; }
     void Logoff() override
     {
-        m_workspace.reset();
         m_changes.Close();
+        m_workspace.reset();
     }
     bool IsOpen() const override { return m_workspace != nullptr; }
     QString SelectWorkgroupFile() override { return {}; }

@@ -1,193 +1,320 @@
 #include "core/eventlog/EventLog.h"
 
 #include "core/base/ProgramLog.h"
+#include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
-#include "dao/base/Error.h"
-#include "dao/base/TextMatch.h"
-#include "dao/records/Database.h"
+#include "dao/Workspace.h"
 
-#include <QDeadlineTimer>
 #include <QUuid>
-#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
 
 namespace {
 
-constexpr auto Table = "event";
-constexpr QLatin1String RecordId("record_id");          // where the database keeps it
-constexpr QLatin1String RecordIndex("i_record_id");     // unique
-constexpr std::chrono::milliseconds AttemptPause{1000}; // between attempts
-constexpr std::chrono::milliseconds LongestTurn{20};    // the window is kept from other work no longer
-
-void NoteLostRecord(const QString& reason, const QDateTime& time, EventType type, const QStringList& texts)
-{
-    ProgramLog::Write(
-        QStringLiteral("Log record not stored (%1): time %2, type %3, desc \"%4\", from \"%5\", to \"%6\"")
-            .arg(reason, time.toString(Qt::ISODateWithMs), QString::number(static_cast<int>(type)), texts[0],
-                 texts[1], texts[2]));
-}
-
-// The first `size` characters; a character beyond 16 bits counts as one and is never split.
-QString CutTo(const QString& text, int size)
-{
-    if (text.size() <= size)
-        return text;
-    const QList<uint> characters = text.toUcs4();
-    qsizetype units = 0;
-    for (qsizetype i = 0; i < std::min<qsizetype>(size, characters.size()); ++i)
-        units += QChar::requiresSurrogates(characters[i]) ? 2 : 1;
-    return text.left(units);
-}
+constexpr std::chrono::milliseconds AttemptPause{1000};
+constexpr std::chrono::milliseconds Patience{500}; // then what is being stored is spooled, too
+constexpr std::chrono::milliseconds LastWait{2000};
+constexpr qsizetype MostAtOnce = 20;
 
 } // namespace
 
-EventLog::EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder)
+// The file is opened by its lane.
+struct EventLog::Spool {
+    std::unique_ptr<EventSpool> file;
+};
+
+EventLog::EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder, Lane::Kind lanes)
     : m_session(session),
       m_strings(strings),
-      m_spoolFolder(std::move(spoolFolder))
+      m_spoolFolder(std::move(spoolFolder)),
+      m_lanes(lanes)
 {
-    m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &EventLog::WriteWaiting);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(AttemptPause);
+    connect(&m_retry, &QTimer::timeout, this, [this] {
+        WriteWaiting();
+        SpoolWaiting();
+    });
+    m_patience.setSingleShot(true);
+    m_patience.setInterval(Patience);
+    connect(&m_patience, &QTimer::timeout, this, &EventLog::BeLate);
+    connect(&session.Changes(), &DatabaseChanges::Closing, this, &EventLog::Close);
 }
 
-EventLog::~EventLog() = default;
+EventLog::~EventLog()
+{
+    Close();
+}
 
-void EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QString& desc,
-                               const QString& from, const QString& to)
+QString EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QString& desc,
+                                  const QString& from, const QString& to)
 {
     const LogRecord record{
         QUuid::createUuid().toString(QUuid::WithoutBraces), time, static_cast<int>(type), desc, from, to};
-    try {
-        dao::Database& database = m_session.Database();
-        OpenSpool(database.Id());
-        if (Waiting() > 0) { // earlier ones come first
-            Keep(record);
-            if (!m_failing)
-                WriteWaiting();
-            if (m_failing)
-                throw Error(ErrorCode::General, m_strings.LoadString(CoreText::RecordsKept));
-            return;
-        }
-        try {
-            Store(database, record);
-        } catch (const dao::Error& failure) {
-            if (failure.kind != dao::Kind::ServerAway || !m_spool)
-                throw;
-            m_failing = true;
-            Keep(record);
-            throw Error(ErrorCode::General, DescribeError(failure, m_strings) + u' ' +
-                                                m_strings.LoadString(CoreText::RecordsKept));
-        }
-    } catch (const std::exception& failure) {
-        const QString description = DescribeError(failure, m_strings);
-        if (!IsKept(record))
-            NoteLostRecord(description, time, type, {desc, from, to});
-        throw Error(CodeOf(failure), description);
-    }
-}
-
-// A server's texts hold every character but NUL, which a received text may contain: there its symbol takes
-// its place.
-void EventLog::Store(dao::Database& database, const LogRecord& record)
-{
-    try {
-        Insert(database, record);
-    } catch (const dao::Error& failure) {
-        if (failure.kind != dao::Kind::BadValue || !record.desc.contains(QChar::Null))
-            throw;
-        LogRecord storable = record;
-        storable.desc = dao::WithSignsForNull(record.desc);
-        Insert(database, storable);
-    }
-}
-
-void EventLog::Insert(dao::Database& database, const LogRecord& record)
-{
-    const auto records = database.OpenTable(Table, true);
-    records->AddNew();
-    records->SetField("time_stamp", record.time);
-    records->SetField("event_type", record.type);
-    records->SetField("desc", CutTo(record.desc, database.FieldSize(Table, "desc")));
-    records->SetField("from_address", record.from);
-    records->SetField("to_address", record.to);
-    if (records->FieldNames().contains(RecordId))
-        records->SetField(RecordId, record.id);
-    records->Update();
-}
-
-// Records of one database never reach another.
-void EventLog::OpenSpool(const QString& databaseId)
-{
-    if (m_spoolFolder.isEmpty() || databaseId == m_databaseId)
-        return;
-    m_spool.reset(); // releases its lock
-    m_spool = std::make_unique<EventSpool>(m_spoolFolder, databaseId);
-    m_databaseId = databaseId;
-    m_stored = 0;
-    Q_EMIT WaitingChanged(Waiting());
-}
-
-void EventLog::Keep(const LogRecord& record)
-{
-    if (!m_spool)
-        return;
-    m_spool->Append(record);
-    if (!m_timer.isActive())
-        m_timer.start(AttemptPause);
-    Q_EMIT WaitingChanged(Waiting());
-}
-
-bool EventLog::IsKept(const LogRecord& record) const
-{
-    return m_spool && !m_spool->Records().isEmpty() && m_spool->Records().last().id == record.id;
-}
-
-int EventLog::Waiting() const
-{
-    return m_spool ? static_cast<int>(m_spool->Records().size()) - m_stored : 0;
+    const bool open = Open();
+    m_queue.push_back({record});
+    m_unsafe.insert(record.id);
+    if (open && !m_retry.isActive())
+        StoreNext();
+    if (m_late)
+        SpoolWaiting();
+    if (m_late)
+        Q_EMIT WaitingChanged(Waiting());
+    return record.id;
 }
 
 void EventLog::WriteWaiting()
 {
-    if (!m_session.IsOpen())
+    if (!Open())
         return;
+    m_retry.stop();
+    StoreNext();
+}
+
+QList<LogRecord> EventLog::WaitingRecords() const
+{
+    QList<LogRecord> records;
+    for (const Entry& entry : m_queue)
+        records.append(entry.record);
+    return records;
+}
+
+void EventLog::Settle(std::chrono::milliseconds limit)
+{
+    if (m_storing && m_cause.isEmpty())
+        m_storeLane->Finish(limit);
+}
+
+QString EventLog::Cause() const
+{
+    if (!m_spoolCause.isEmpty())
+        return FormatMessage(m_strings, CoreText::RecordsInMemory, {m_spoolCause});
+    return m_cause;
+}
+
+// Begins to work for the operator's database; false while nobody is logged on.
+bool EventLog::Open()
+{
+    if (m_open)
+        return true;
+    if (!m_session.IsOpen())
+        return false;
     try {
-        dao::Database& database = m_session.Database();
-        OpenSpool(database.Id());
-        const QDeadlineTimer deadline(LongestTurn);
-        while (Waiting() > 0 && !deadline.hasExpired())
-            StoreNext(database);
-        m_failing = false;
-        if (m_spool && m_stored > 0 && Waiting() == 0) {
-            m_spool->Clear();
-            m_stored = 0;
-        }
-        if (Waiting() > 0)
-            m_timer.start(0);
+        const QString id = m_session.Database().Id();
+        if (m_lanes == Lane::Kind::OwnThread)
+            m_store =
+                std::make_shared<RecordStore>(m_session.Workspace().Again(), RecordStore::Present(), id);
+        else
+            m_store = std::make_shared<RecordStore>(
+                RecordStore::Opener(), [this]() -> dao::Database& { return m_session.Database(); }, id);
+        m_databaseId = id;
     } catch (const std::exception& failure) {
-        if (!m_failing)
-            ProgramLog::Write(
-                QStringLiteral("Waiting log records: %1").arg(QString::fromUtf8(failure.what())));
-        m_failing = true;
-        m_timer.start(AttemptPause);
+        Fail(DescribeError(failure, m_strings));
+        return false;
     }
+    m_open = true;
+    m_storeLane = std::make_unique<Lane>(m_lanes);
+    m_spoolLane = std::make_unique<Lane>(m_lanes);
+    m_spool = std::make_shared<Spool>();
+    if (m_spoolFolder.isEmpty())
+        return true;
+    m_spooling = true;
+    m_storing = true; // what was left by an earlier run comes first
+    m_spoolLane->Do([this, spool = m_spool, folder = m_spoolFolder, id = m_databaseId]() -> Lane::Answer {
+        try {
+            spool->file = std::make_unique<EventSpool>(folder, id);
+        } catch (const std::exception& failure) {
+            ProgramLog::Write(QString::fromUtf8(failure.what()));
+            return [this] { TakeOver({}); };
+        }
+        return [this, left = spool->file->Records()] { TakeOver(left); };
+    });
+    return true;
+}
+
+// What is not stored by now waits for the next logon.
+void EventLog::Close()
+{
+    if (!m_open)
+        return;
+    m_retry.stop();
+    m_spoolLane->Finish(LastWait); // which may just be reading what was left
+    m_storeLane->Finish(m_late ? std::chrono::milliseconds{0} : Patience);
+    m_storeLane->Do([store = std::exchange(m_store, nullptr)]() mutable -> Lane::Answer {
+        store.reset(); // on the thread that opened it
+        return {};
+    });
+    m_spoolLane->Finish(LastWait);
+    m_spooling = false;
+    SpoolWaiting();
+    m_spoolLane->Finish(LastWait);
+    for (const Entry& entry : m_queue)
+        if (!entry.spooled)
+            ProgramLog::Write(
+                QStringLiteral("Log record lost: time %1, type %2, desc \"%3\", from \"%4\", to \"%5\"")
+                    .arg(entry.record.time.toString(Qt::ISODateWithMs), QString::number(entry.record.type),
+                         entry.record.desc, entry.record.from, entry.record.to));
+    m_spoolLane->Do([spool = std::exchange(m_spool, nullptr)]() mutable -> Lane::Answer {
+        spool.reset();
+        return {};
+    });
+    m_patience.stop();
+    m_queue.clear();
+    m_storeLane.reset();
+    m_spoolLane.reset();
+    m_open = m_storing = m_spooling = m_late = false;
+    m_cause.clear();
+    m_spoolCause.clear();
+    Q_EMIT WaitingChanged(0);
+}
+
+void EventLog::TakeOver(const QList<LogRecord>& left)
+{
+    m_spooling = m_storing = false;
+    for (auto record = left.crbegin(); record != left.crend(); ++record)
+        m_queue.push_front({*record, true});
+    if (!left.isEmpty()) {
+        m_late = true;
+        Q_EMIT WaitingChanged(Waiting());
+    }
+    StoreNext();
+}
+
+void EventLog::StoreNext()
+{
+    if (!m_store || m_storing || m_queue.empty())
+        return;
+    QList<LogRecord> records;
+    for (const Entry& entry : m_queue) {
+        if (records.size() == MostAtOnce)
+            break;
+        records.append(entry.record);
+    }
+    m_storing = true;
+    m_patience.start();
+    m_storeLane->Do([this, store = m_store, records]() -> Lane::Answer {
+        const RecordStore::Outcome outcome = store->Store(records);
+        return [this, outcome] { TakeOutcome(outcome); };
+    });
+}
+
+void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
+{
+    m_storing = false;
+    m_patience.stop();
+    for (const QString& lost : outcome.unstorable)
+        ProgramLog::Write(lost);
+    QStringList ids;
+    for (int i = 0; i < outcome.stored; ++i) {
+        ids.append(m_queue.front().record.id);
+        m_queue.pop_front();
+    }
+    MarkSafe(ids);
+    if (outcome.failure) {
+        try {
+            std::rethrow_exception(outcome.failure);
+        } catch (const std::exception& failure) {
+            Fail(DescribeError(failure, m_strings));
+        }
+        return;
+    }
+    m_cause.clear();
+    if (m_queue.empty() && m_late) {
+        m_late = false;
+        m_spoolCause.clear();
+        m_spoolLane->Do([spool = m_spool]() -> Lane::Answer {
+            try {
+                if (spool->file)
+                    spool->file->Clear();
+            } catch (const std::exception& failure) {
+                // It stays, and is stored once more at the next logon, which changes nothing.
+                ProgramLog::Write(QString::fromUtf8(failure.what()));
+            }
+            return {};
+        });
+    }
+    Q_EMIT WaitingChanged(Waiting());
+    StoreNext();
+}
+
+void EventLog::Fail(const QString& cause)
+{
+    const bool isNew = cause != m_cause;
+    m_cause = cause;
+    m_retry.start();
+    BeLate();
+    if (!isNew)
+        return;
+    ProgramLog::Write(QStringLiteral("Waiting log records: %1").arg(cause));
+    Q_EMIT Delayed(cause + u' ' + m_strings.LoadString(CoreText::RecordsKept));
+}
+
+void EventLog::BeLate()
+{
+    m_late = true;
+    SpoolWaiting();
     Q_EMIT WaitingChanged(Waiting());
 }
 
-void EventLog::StoreNext(dao::Database& database)
+void EventLog::SpoolWaiting()
 {
-    const LogRecord& record = m_spool->Records()[m_stored];
-    try {
-        Store(database, record);
-    } catch (const dao::Error& failure) {
-        if (failure.kind == dao::Kind::BadValue) // never storable: the others must not wait for it
-            NoteLostRecord(DescribeError(failure, m_strings), record.time,
-                           static_cast<EventType>(record.type), {record.desc, record.from, record.to});
-        else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex)
-            throw;
-        // Otherwise it had arrived and only the answer was lost.
+    if (!m_open || m_spooling || m_spoolFolder.isEmpty())
+        return;
+    QList<LogRecord> records;
+    QStringList ids;
+    for (const Entry& entry : m_queue)
+        if (!entry.spooled) {
+            records.append(entry.record);
+            ids.append(entry.record.id);
+        }
+    if (records.isEmpty())
+        return;
+    m_spooling = true;
+    m_spoolLane->Do([this, spool = m_spool, records, ids]() -> Lane::Answer {
+        QString reason;
+        try {
+            if (!spool->file)
+                throw Error(ErrorCode::General, strerror(EIO));
+            spool->file->Append(records);
+        } catch (const Error& failure) {
+            reason = failure.Description();
+        }
+        return [this, ids, reason] { TakeSpooled(ids, reason); };
+    });
+}
+
+void EventLog::TakeSpooled(const QStringList& ids, const QString& failure)
+{
+    m_spooling = false;
+    if (failure != m_spoolCause) {
+        m_spoolCause = failure;
+        if (!failure.isEmpty())
+            ProgramLog::Write(failure);
+        Q_EMIT WaitingChanged(Waiting());
     }
-    ++m_stored;
+    if (!failure.isEmpty()) {
+        m_retry.start();
+        return;
+    }
+    for (Entry& entry : m_queue)
+        if (ids.contains(entry.record.id))
+            entry.spooled = true;
+    MarkSafe(ids);
+    if (m_late)
+        SpoolWaiting(); // what has come meanwhile
+}
+
+void EventLog::MarkSafe(const QStringList& ids)
+{
+    QStringList now;
+    for (const QString& id : ids)
+        if (m_unsafe.remove(id))
+            now.append(id);
+    if (!now.isEmpty())
+        Q_EMIT Safe(now);
 }

@@ -1,62 +1,100 @@
 #pragma once
 
+#include "core/base/Lane.h"
 #include "core/eventlog/EventSpool.h"
+#include "core/eventlog/RecordStore.h"
 
 #include <QDateTime>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QTimer>
+#include <deque>
 #include <memory>
 
-namespace dao {
-class Database;
-}
 struct IDbSession;
 struct IStringSource;
 
 // Kinds of log record.
 enum class EventType { Status = 1, Text = 2, Call = 3 };
 
-// Writes records to the table event. A description longer than the field is cut to its defined size. While
-// the database's server is away, records are kept in a file and written, in order and each once, when it
-// returns.
+// Takes the records of the table event and sees that they get there, in order and each once. Nobody waits for
+// it: a lane of its own stores them, with a database session of its own, and those that are not stored within
+// half a second are written into a spool file by another lane. A record is safe once it is in the database or
+// in that file. What fails is tried again every second. A description longer than the field is cut to its
+// defined size. On the window's thread.
 class EventLog : public QObject {
     Q_OBJECT
 
 public:
-    // `spoolFolder`: where records wait for a server.
-    EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder = {});
+    // `spoolFolder`: where records wait for the database; without one they wait in memory.
+    EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder = {},
+             Lane::Kind lanes = Lane::Kind::Callers);
+    // What is not safe by then is written into the spool file, which may take two seconds.
     ~EventLog() override;
 
-    // Raises Error with a description when the record could not be stored. Its content is then kept for the
-    // server's return, or, where there is no server to wait for, in the program's log file, so that nothing
-    // is lost silently.
-    void AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                         const QString& to);
+    // Neither raises nor waits. Returns the record's id, which Safe names later; with lanes of the caller's
+    // it may have named it before.
+    QString AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
+                            const QString& to);
+    // False for a record that would be lost if the program were killed now.
+    bool IsSafe(const QString& id) const { return !m_unsafe.contains(id); }
 
-    // Writes some of the waiting records; the rest follow from the event loop. Does nothing while nobody is
-    // logged on.
+    // Takes over what waits in the spool file, and tries what has failed. Does nothing while nobody is logged
+    // on.
     void WriteWaiting();
-    int Waiting() const;
+    // How many records wait for longer than they should.
+    int Waiting() const { return m_late ? static_cast<int>(m_queue.size()) : 0; }
+    // What the database does not have yet, oldest first.
+    QList<LogRecord> WaitingRecords() const;
+    // Waits at most so long for what is just being stored.
+    void Settle(std::chrono::milliseconds limit);
+    // Why, in words; empty while nothing fails.
+    QString Cause() const;
 
 Q_SIGNALS:
-    // How many records wait to be stored.
+    // These records are on a disk from now on.
+    void Safe(const QStringList& ids);
+    // Waiting or Cause is another one.
     void WaitingChanged(int records);
+    // Once for each cause: records wait, and why.
+    void Delayed(const QString& text);
 
 private:
-    void OpenSpool(const QString& databaseId);
-    void Keep(const LogRecord& record);
-    void Store(dao::Database& database, const LogRecord& record);
-    void Insert(dao::Database& database, const LogRecord& record);
-    void StoreNext(dao::Database& database);
-    bool IsKept(const LogRecord& record) const;
+    struct Entry {
+        LogRecord record;
+        bool spooled = false;
+    };
+    struct Spool;
+
+    bool Open();
+    void Close();
+    void TakeOver(const QList<LogRecord>& left);
+    void StoreNext();
+    void TakeOutcome(const RecordStore::Outcome& outcome);
+    void SpoolWaiting();
+    void TakeSpooled(const QStringList& ids, const QString& failure);
+    void BeLate();
+    void Fail(const QString& cause);
+    void MarkSafe(const QStringList& ids);
 
     IDbSession& m_session;
     const IStringSource& m_strings;
     QString m_spoolFolder;
-    QString m_databaseId; // of the spool
-    std::unique_ptr<EventSpool> m_spool;
-    int m_stored = 0;       // of the spool's records, those that are in the database by now
-    bool m_failing = false; // the last attempt to store what waits failed
-    QTimer m_timer;
+    Lane::Kind m_lanes;
+    QString m_databaseId; // of what is in the queue
+    bool m_open = false;
+    bool m_storing = false;
+    bool m_spooling = false;
+    bool m_late = false;
+    std::deque<Entry> m_queue;
+    QSet<QString> m_unsafe;
+    QString m_cause;      // why the last attempt to store failed
+    QString m_spoolCause; // likewise to write the spool file
+    QTimer m_retry;
+    QTimer m_patience;                    // runs while records are being stored
+    std::shared_ptr<RecordStore> m_store; // used on its lane only
+    std::shared_ptr<Spool> m_spool;       // likewise
+    std::unique_ptr<Lane> m_storeLane;
+    std::unique_ptr<Lane> m_spoolLane;
 };

@@ -88,7 +88,7 @@ void EventSpool::Load(const QString& name)
     }
 }
 
-void EventSpool::Append(const LogRecord& record)
+void EventSpool::Append(const QList<LogRecord>& records)
 {
     if (m_files.empty()) { // too many consoles, or the folder cannot be written to
         errno = ENOLCK;
@@ -101,10 +101,14 @@ void EventSpool::Append(const LogRecord& record)
     if (handle < 0)
         Fail(file);
     // A line that a failure cut short must not spoil this one: an empty line does no harm.
-    const QByteArray line = '\n' + LineOf(record);
-    const bool written = write(handle, line.constData(), static_cast<size_t>(line.size())) == line.size();
+    QByteArray lines("\n");
+    for (const LogRecord& record : records)
+        lines += LineOf(record);
+    const off_t end = lseek(handle, 0, SEEK_END);
+    const bool written = write(handle, lines.constData(), static_cast<size_t>(lines.size())) == lines.size();
     if (!written || fsync(handle) != 0) {
         const int reason = errno;
+        [[maybe_unused]] const int cut = ftruncate(handle, end);
         close(handle);
         errno = reason;
         Fail(file);
@@ -112,7 +116,7 @@ void EventSpool::Append(const LogRecord& record)
     close(handle);
     if (isNew)
         SyncFolder(QFileInfo(file).path());
-    m_records.append(record);
+    m_records.append(records);
 }
 
 void EventSpool::Clear()

@@ -29,8 +29,8 @@ public:
     ~EventSpool();
 
     const QList<LogRecord>& Records() const { return m_records; }
-    // On disk when it returns. Raises Error.
-    void Append(const LogRecord& record);
+    // On disk when it returns, all or none of them. Raises Error.
+    void Append(const QList<LogRecord>& records);
     // Call when all of them are stored. Raises Error when a file cannot be removed; the records are then
     // kept.
     void Clear();

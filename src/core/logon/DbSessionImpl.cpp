@@ -139,8 +139,8 @@ void DbSession::WatchDatabase()
 
 void DbSession::Logoff()
 {
-    m_workspace.reset();
     m_changes.Close();
+    m_workspace.reset();
 }
 
 QString DbSession::SelectWorkgroupFile()

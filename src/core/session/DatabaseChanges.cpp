@@ -12,6 +12,7 @@ void DatabaseChanges::Open(Look look)
 
 void DatabaseChanges::Close()
 {
+    Q_EMIT Closing();
     m_look = {};
     SetAway(false);
 }

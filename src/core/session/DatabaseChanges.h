@@ -31,6 +31,8 @@ public:
 Q_SIGNALS:
     // An operator has logged on.
     void Opened();
+    // The operator is logging off; the database is still open.
+    void Closing();
     // Another console changed this table; an empty name: nobody knows which.
     void Changed(const QString& table);
     void AwayChanged(bool away);

@@ -61,5 +61,6 @@ constexpr int FolderNotCreated = 5260;
 constexpr int PortWithDevice = 5265;
 constexpr int RecordsKept = 5285;
 constexpr int OldPasswordWrong = 5885;
+constexpr int RecordsInMemory = 5932;
 
 } // namespace CoreText

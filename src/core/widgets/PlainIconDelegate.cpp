@@ -27,9 +27,11 @@ void PlainIconDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
                               const QModelIndex& index) const
 {
     QStyledItemDelegate::paint(painter, option, index);
+    if (!(option.state & QStyle::State_Selected))
+        return;
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
-    if ((item.state & QStyle::State_Selected) && !item.icon.isNull()) {
+    if (!item.icon.isNull()) {
         PaintPicture(
             *painter, item, item.icon,
             item.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget));

@@ -26,6 +26,7 @@ constexpr KindInfo Kinds[] = {
     {Kind::Locked, DaoText::Locked, "locked"},
     {Kind::Damaged, DaoText::Damaged, "damaged"},
     {Kind::DiskFull, DaoText::DiskFull, "disk full"},
+    {Kind::Replaced, DaoText::Replaced, "deleted or replaced"},
     {Kind::WorkgroupMissing, DaoText::WorkgroupMissing, "workgroup file missing"},
     {Kind::WorkgroupMismatch, DaoText::WorkgroupMismatch, "workgroup file of another database"},
     {Kind::FilesOnly, DaoText::FilesOnly, "not with a database on a server"},

@@ -23,6 +23,7 @@ enum class Kind {
     Locked,            // path; another program kept it longer than the busy timeout
     Damaged,           // path
     DiskFull,          // path
+    Replaced,          // path; it was deleted, or another database stands in its place
     WorkgroupMissing,  // path
     WorkgroupMismatch, // path of the workgroup file, path of the database
     FilesOnly,         // target; what cannot be done with a database on a server

@@ -13,6 +13,7 @@ constexpr int Newer = 5106;
 constexpr int Locked = 5107;
 constexpr int Damaged = 5108;
 constexpr int DiskFull = 5109;
+constexpr int Replaced = 5930;
 constexpr int WorkgroupMissing = 5110;
 constexpr int WorkgroupMismatch = 5111;
 constexpr int FilesOnly = 5112;

@@ -27,6 +27,11 @@ Database::Database(std::shared_ptr<Engine> engine)
 {
 }
 
+bool Database::IsInPlace() const
+{
+    return m_engine->IsInPlace();
+}
+
 QString Database::Info(const QString& name)
 {
     const auto row = m_engine->FirstRow("SELECT value FROM file_info WHERE name=?", {name});

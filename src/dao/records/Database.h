@@ -22,6 +22,9 @@ public:
     int SchemaVersion() const { return m_schemaVersion; }
     // The same for all consoles that share this database, and for no other database.
     QString Id() const { return m_id; }
+    // False when the file that is open has been deleted, or another stands in its place: what is stored then
+    // is lost.
+    bool IsInPlace() const;
 
     // A table with its indexes. With `appendOnly` records can be added and nothing else, and none is read.
     std::unique_ptr<Recordset> OpenTable(const QString& name, bool appendOnly = false);

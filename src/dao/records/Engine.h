@@ -29,6 +29,8 @@ public:
     virtual ~Engine() = default;
 
     virtual bool IsOpen() const = 0;
+    // False when what is open has been deleted, or another file stands in its place.
+    virtual bool IsInPlace() const { return true; }
     virtual StatementShape Describe(const QString& sql) = 0;
     // Runs a changing statement; returns how many records it changed.
     virtual int Change(const QString& sql, const QVariantList& values = {}) = 0;

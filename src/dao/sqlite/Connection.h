@@ -32,6 +32,7 @@ public:
     // Closes the files whatever statements are still in use; an open transaction is rolled back.
     void Close() noexcept override;
     bool IsOpen() const override { return m_file->IsOpen(); }
+    bool IsInPlace() const override { return m_file->IsInPlace(); }
     sqlite3* File() const { return m_file->Get(); } // Kind::Closed
 
     // A statement prepared once and kept, for SQL of which there are few; another one when it is already in

@@ -22,6 +22,8 @@ public:
     void Close() noexcept;
     bool IsOpen() const { return m_handle != nullptr; }
     sqlite3* Get() const; // Kind::Closed
+    // Whether the path that was opened still leads to the same file.
+    bool IsInPlace() const;
 
     // The file that errors name from now on.
     void NameInErrors(const QString& path) { m_errorPath = path; }
@@ -29,7 +31,11 @@ public:
     Error MakeError(int code) const;
 
 private:
+    static QByteArray Identity(const QString& path);
+
     sqlite3* m_handle = nullptr;
+    QString m_path;
+    QByteArray m_identity; // of the file at the opening
     QString m_errorPath;
 };
 

@@ -52,7 +52,8 @@ DatabaseWatch::DatabaseWatch(const Services& services, const SessionState& sessi
 void DatabaseWatch::ShowState()
 {
     const EventLog* log = m_services.eventLog;
-    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log != nullptr ? log->Waiting() : 0);
+    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log != nullptr ? log->Waiting() : 0,
+                         log != nullptr ? log->Cause() : QString());
 }
 
 void DatabaseWatch::LookNow()

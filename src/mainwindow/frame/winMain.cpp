@@ -70,9 +70,9 @@ void winMain::BuildFrame()
     m_strip = new LinkStrip(m_services.strings, m_services.clock, m_missedCalls, m_client);
     m_tabs = std::make_unique<MainTabs>(m_services, m_session, m_client);
     picHPaneResize = new PaneSplitter(m_client);
-    picLog = new LogPane(
-        {m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader, m_session},
-        m_client);
+    picLog = new LogPane({m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader,
+                          m_session, m_services.eventLog},
+                         m_client);
     picSend = new SendPane(
         {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session},
         m_client);

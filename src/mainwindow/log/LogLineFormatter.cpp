@@ -49,7 +49,14 @@ QString HexOf(const QString& data)
     return hex;
 }
 
-QString KindKey(EventType type)
+QString LineText(const QDateTime& time, const QString& party, const QString& desc)
+{
+    return QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), party, desc);
+}
+
+} // namespace
+
+QString StoredEvent::KeyOf(EventType type)
 {
     switch (type) {
     case EventType::Status:
@@ -61,13 +68,6 @@ QString KindKey(EventType type)
     }
     return {};
 }
-
-QString LineText(const QDateTime& time, const QString& party, const QString& desc)
-{
-    return QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), party, desc);
-}
-
-} // namespace
 
 QString FormatLogData(const QString& data, LogDataView view)
 {
@@ -115,7 +115,8 @@ LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const 
         party = from;
     }
     const QString text = type == EventType::Text ? FormatLogData(desc, view) : desc;
-    return {LineText(time, party, text), KindKey(type) + direction, party, IsEmergency(type, desc)};
+    return {LineText(time, party, text), StoredEvent::KeyOf(type) + direction, party,
+            IsEmergency(type, desc)};
 }
 
 LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const

@@ -35,6 +35,8 @@ struct StoredEvent {
     QString to;
     QString desc;
     QString iconKey; // "status", "text" or "call"
+
+    static QString KeyOf(EventType type); // as iconKey; empty for another type
 };
 
 // Makes the lines of the message log: text, picture, party, and a date line before the first line of each

@@ -2,6 +2,9 @@
 
 #include "core/widgets/Icons.h"
 
+#include <QFont>
+#include <QGuiApplication>
+#include <QPalette>
 #include <algorithm>
 #include <iterator>
 
@@ -16,9 +19,20 @@ bool IsPictureOfLine(const QString& key)
                        [&](const char* known) { return key == QLatin1String(known); });
 }
 
+QFont Slanted()
+{
+    QFont font;
+    font.setItalic(true);
+    font.setResolveMask(QFont::StyleResolved); // the rest is the list's
+    return font;
+}
+
 } // namespace
 
-LogModel::LogModel(const QString& caption, QObject* parent) : QAbstractListModel(parent), m_caption(caption)
+LogModel::LogModel(const QString& caption, const QString& waiting, QObject* parent)
+    : QAbstractListModel(parent),
+      m_caption(caption),
+      m_waiting(waiting)
 {
 }
 
@@ -51,6 +65,35 @@ void LogModel::Replace(std::vector<LogLine> lines)
     endResetModel();
 }
 
+void LogModel::SetSafe(const QStringList& records)
+{
+    qsizetype left = records.size();
+    for (std::size_t row = m_lines.size(); row-- > 0 && left > 0;) {
+        LogLine& line = m_lines[row];
+        if (line.record.isEmpty() || !records.contains(line.record))
+            continue;
+        line.record.clear();
+        line.marked = false;
+        --left;
+        Tell(row);
+    }
+}
+
+void LogModel::ShowWaiting()
+{
+    for (std::size_t row = 0; row < m_lines.size(); ++row)
+        if (!m_lines[row].record.isEmpty() && !m_lines[row].marked) {
+            m_lines[row].marked = true;
+            Tell(row);
+        }
+}
+
+void LogModel::Tell(std::size_t row)
+{
+    const QModelIndex changed = index(static_cast<int>(row));
+    Q_EMIT dataChanged(changed, changed);
+}
+
 int LogModel::rowCount(const QModelIndex& parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_lines.size());
@@ -72,6 +115,17 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
         return line.iconKey;
     case EmergencyRole:
         return line.emergency;
+    case WaitingRole:
+        return !line.record.isEmpty();
+    case Qt::AccessibleTextRole:
+        return line.record.isEmpty() ? line.text : line.text + u' ' + m_waiting;
+    case Qt::ToolTipRole:
+        return line.marked ? m_waiting : QVariant();
+    case Qt::FontRole:
+        return line.marked ? Slanted() : QVariant();
+    case Qt::ForegroundRole:
+        return line.marked ? QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text)
+                           : QVariant();
     default:
         return {};
     }

@@ -12,6 +12,8 @@ struct LogLine {
     QString iconKey; // a key without a picture shows none
     QString tag;     // the other party; empty for a date line
     bool emergency = false;
+    QString record{};    // what it is called by the event log while it is not on a disk
+    bool marked = false; // and shown so
 
     bool operator==(const LogLine&) const = default;
 };
@@ -21,14 +23,19 @@ class LogModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole };
+    enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole, WaitingRole };
 
-    LogModel(const QString& caption, QObject* parent);
+    // `waiting`: what is said of a line whose record is not on a disk.
+    LogModel(const QString& caption, const QString& waiting, QObject* parent);
 
     void Append(const LogLine& line);
     void RemoveFirst(); // does nothing without a line
     void Clear();
     void Replace(std::vector<LogLine> lines);
+    // These records are on a disk.
+    void SetSafe(const QStringList& records);
+    // Marks the lines whose records are not.
+    void ShowWaiting();
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
@@ -36,8 +43,10 @@ public:
 
 private:
     QIcon Icon(const QString& key) const;
+    void Tell(std::size_t row);
 
     QString m_caption;
+    QString m_waiting;
     std::deque<LogLine> m_lines;
     mutable QHash<QString, QIcon> m_icons; // filled on demand
 };

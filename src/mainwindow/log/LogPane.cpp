@@ -27,7 +27,9 @@ namespace {
 
 constexpr int DefaultMaxLines = 500;
 constexpr std::chrono::seconds TimeToNotice(1); // a line that highlighted itself
-constexpr int MostCounted = 50'000;             // records; counting on would keep the operator waiting
+constexpr std::chrono::seconds TimeToMark(1);   // a record is usually stored long before
+constexpr std::chrono::milliseconds Settling(50);
+constexpr int MostCounted = 50'000; // records; counting on would keep the operator waiting
 
 // How the settings name the views.
 const QString TextView = QStringLiteral("text");
@@ -47,7 +49,8 @@ std::optional<LogDataView> DataViewOf(const QString& stored)
 LogPane::LogPane(const Parts& parts, QWidget* parent)
     : QWidget(parent),
       m_parts(parts),
-      m_model(new LogModel(parts.strings.LoadString(MainText::LogColumn), this)),
+      m_model(new LogModel(parts.strings.LoadString(MainText::LogColumn),
+                           parts.strings.LoadString(MainText::RecordNotStored), this)),
       lvLog(new LogList(*m_model, this)),
       m_cover(NewPaneCover(parts.strings, this)),
       m_notice(new ListNotice(QStringLiteral("logNotice"), this)),
@@ -55,6 +58,7 @@ LogPane::LogPane(const Parts& parts, QWidget* parent)
 {
     setObjectName(QStringLiteral("picLog"));
     BuildList();
+    WatchRecords();
     QPushButton& newest =
         m_notice->AddButton(QStringLiteral("cmdShowNewest"), parts.strings.LoadString(MainText::ShowNewest));
     connect(&newest, &QPushButton::clicked, this, [this] { Reload(Part::Newest); });
@@ -76,7 +80,7 @@ void LogPane::BuildList()
 }
 
 void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                             const QString& to)
+                             const QString& to, const QString& record)
 {
     if (!m_parts.session.LoggedOn)
         return;
@@ -84,7 +88,13 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     CheckDayChange(time);
     if (m_model->rowCount() >= MaxLines())
         m_model->RemoveFirst();
-    m_model->Append(m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View()));
+    LogLine line = m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View());
+    if (m_parts.eventLog != nullptr && !m_parts.eventLog->IsSafe(record)) {
+        line.record = record;
+        if (!m_markDue.isActive())
+            m_markDue.start();
+    }
+    m_model->Append(line);
 
     const QModelIndex last = m_model->index(m_model->rowCount() - 1);
     lvLog->WidenFor(last.row());
@@ -92,6 +102,16 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     lvLog->scrollTo(last);
     m_movedByItself = m_parts.clock.Ticks();
+}
+
+// A line is marked from its first moment until its record is on a disk, and looks so when that takes long.
+void LogPane::WatchRecords()
+{
+    m_markDue.setSingleShot(true);
+    m_markDue.setInterval(TimeToMark);
+    connect(&m_markDue, &QTimer::timeout, m_model, &LogModel::ShowWaiting);
+    if (m_parts.eventLog != nullptr)
+        connect(m_parts.eventLog, &EventLog::Safe, m_model, &LogModel::SetSafe);
 }
 
 void LogPane::CheckDayChange(const QDateTime& time)
@@ -115,6 +135,8 @@ void LogPane::Reload(Part part)
     std::vector<LogLine> lines;
     QString cut;
     m_parts.formatter.ForgetDay();
+    if (m_parts.eventLog != nullptr)
+        m_parts.eventLog->Settle(Settling);
     try {
         const LogDataView view = View();
         const OwnRadio own = m_parts.reader.Own();
@@ -141,11 +163,35 @@ void LogPane::Reload(Part part)
         ProgramLog::Write(QStringLiteral("message log not read: ") + QString::fromUtf8(failure.what()));
     }
 
+    AppendWaiting(lines);
     const QScopedValueRollback quiet(m_changedByProgram, true);
     m_model->Replace(std::move(lines));
+    m_model->ShowWaiting();
     lvLog->Measure();
     SayCut(cut);
     lvLog->scrollToBottom();
+}
+
+// What the database does not have yet.
+void LogPane::AppendWaiting(std::vector<LogLine>& lines) const
+{
+    if (m_parts.eventLog == nullptr)
+        return;
+    const QList<LogRecord> records = m_parts.eventLog->WaitingRecords();
+    if (records.isEmpty())
+        return;
+    const LogDataView view = DataViewOf(m_parts.settings.LogView()).value_or(LogDataView::Text);
+    const OwnRadio own = m_parts.reader.Own();
+    for (const LogRecord& record : records) {
+        if (auto separator = m_parts.formatter.CheckDayChange(record.time))
+            lines.push_back(std::move(*separator));
+        lines.push_back(
+            m_parts.formatter.StoredLine({record.time, record.type, record.from, record.to, record.desc,
+                                          StoredEvent::KeyOf(static_cast<EventType>(record.type))},
+                                         own, view));
+        if (!m_parts.eventLog->IsSafe(record.id))
+            lines.back().record = record.id;
+    }
 }
 
 // A text that is not a number leaves the stored period as it is.

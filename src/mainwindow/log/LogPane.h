@@ -5,6 +5,7 @@
 #include "mainwindow/log/LogPeriodBar.h"
 #include "radio/agent/Views.h"
 
+#include <QTimer>
 #include <QWidget>
 #include <chrono>
 #include <optional>
@@ -31,13 +32,14 @@ public:
         LogLineFormatter& formatter;
         const LogReader& reader;
         const SessionState& session;
+        EventLog* eventLog; // null: nothing waits to be stored
     };
 
     LogPane(const Parts& parts, QWidget* parent);
 
     // Does nothing while nobody is logged on.
     void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                        const QString& to) override;
+                        const QString& to, const QString& record) override;
     // Adds a date line when this time is on a different day from the line before.
     void CheckDayChange(const QDateTime& time);
     // Shows the chosen period afresh. What cannot be read is left out without a message; the log file says
@@ -73,6 +75,8 @@ private:
     enum class Part { Oldest, Newest };
 
     void BuildList();
+    void WatchRecords();
+    void AppendWaiting(std::vector<LogLine>& lines) const;
     void RunToolButton(LogPeriodBar::Button button);
     void ClearDisplay();
     void Reload(Part part);
@@ -99,4 +103,5 @@ private:
         m_movedByItself; // ticks of the clock; none once a person has chosen
     LogDataView m_lastView = LogDataView::Text;
     bool m_changedByProgram = false; // the selection changes, but not by the operator
+    QTimer m_markDue;                // of lines whose record is not on a disk yet
 };

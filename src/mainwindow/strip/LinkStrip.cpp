@@ -112,11 +112,13 @@ void LinkStrip::ShowDoubts(const QStringList& doubts)
     Q_EMIT ContentChanged();
 }
 
-void LinkStrip::ShowDatabase(bool away, int waiting)
+void LinkStrip::ShowDatabase(bool away, int waiting, const QString& cause)
 {
     QStringList texts;
     if (away)
         texts.append(m_strings.LoadString(MainText::DatabaseAway));
+    else if (waiting > 0 && !cause.isEmpty())
+        texts.append(FormatMessage(m_strings, MainText::RecordsDelayed, {cause}));
     if (waiting > 0)
         texts.append(FormatMessage(m_strings, MainText::RecordsWaiting, {QString::number(waiting)}));
     m_databaseRow->Say(texts.join(u' '));

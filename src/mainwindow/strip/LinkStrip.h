@@ -32,8 +32,8 @@ public:
     // The first one is shown; an empty list ends them.
     void ShowDoubts(const QStringList& doubts);
 
-    // A database server that does not answer, and how many log records wait for it.
-    void ShowDatabase(bool away, int waiting);
+    // A database server that does not answer; how many log records wait, and why in words.
+    void ShowDatabase(bool away, int waiting, const QString& cause);
 
     // Height that its content needs at a given width; 0 without content.
     int HeightAt(int width) const;

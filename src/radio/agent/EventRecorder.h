@@ -2,8 +2,6 @@
 
 #include "core/eventlog/EventLog.h"
 
-class RadioBoxes;
-struct IStringSource;
 struct RadioViews;
 
 // One message or call in the log.
@@ -18,19 +16,16 @@ struct LogEntry {
 // Writes what happened on the air into the database and onto the screen.
 class EventRecorder {
 public:
-    // All must outlive it.
-    EventRecorder(EventLog& eventLog, const RadioViews& views, RadioBoxes& boxes,
-                  const IStringSource& strings);
+    // Both must outlive it.
+    EventRecorder(EventLog& eventLog, const RadioViews& views) : m_eventLog(eventLog), m_views(views) {}
 
-    // Into the database. Of several failures in a row only the first opens a box.
+    // Into the database, sooner or later.
     void Store(const LogEntry& entry);
-    // Onto the screen, where the text takes the place of the description.
+    // What was stored last, onto the screen, where the text takes the place of the description.
     void Show(const LogEntry& entry, const QString& text);
 
 private:
     EventLog& m_eventLog;
     const RadioViews& m_views;
-    RadioBoxes& m_boxes;
-    const IStringSource& m_strings;
-    bool m_failing = false;
+    QString m_record;
 };

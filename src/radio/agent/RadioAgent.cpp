@@ -46,7 +46,7 @@ RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAg
       m_addressBook(addressBook),
       m_numbering(addressBook, services.strings),
       m_boxes(services.prompt),
-      m_recorder(services.eventLog, m_views, m_boxes, services.strings)
+      m_recorder(services.eventLog, m_views)
 {
     ConnectEvents();
     ConnectViews();
@@ -95,6 +95,8 @@ void RadioAgent::ConnectEvents()
 
 void RadioAgent::ConnectViews()
 {
+    connect(&m_services.eventLog, &EventLog::Delayed, this,
+            [this](const QString& text) { m_boxes.ShowWarning(text); });
     connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
     connect(
         &m_numbering, &SessionNumbering::CallsignChanged, this,

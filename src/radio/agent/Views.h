@@ -12,9 +12,10 @@ struct RadioNumbering;
 
 struct ILogView {
     virtual ~ILogView() = default;
-    // desc is the display text: a status already in words, a text message as received.
+    // desc is the display text: a status already in words, a text message as received. `record` is what the
+    // event log calls it.
     virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc,
-                                const QString& from, const QString& to) = 0;
+                                const QString& from, const QString& to, const QString& record) = 0;
 };
 
 struct IStatusView {
