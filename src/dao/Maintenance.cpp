@@ -27,12 +27,12 @@ void BackupDatabase(const Location& from, const Location& to)
     sqlite::BackupFiles(from, to);
 }
 
-MigrationReport MigrateDatabase(const Location& location)
+MigrationReport MigrateDatabase(const Location& location, const MigrationProgress& told)
 {
     if (IsServerTarget(location.database))
         return postgresql::MigrateServerDatabase(ServerAddress::Parse(location.database),
-                                                 SchemaScripts("postgresql/"));
-    return sqlite::MigrateFiles(location);
+                                                 SchemaScripts("postgresql/"), told);
+    return sqlite::MigrateFiles(location, told);
 }
 
 } // namespace dao

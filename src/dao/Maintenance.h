@@ -2,6 +2,7 @@
 
 #include "dao/base/Location.h"
 #include "dao/base/MaintenanceReport.h"
+#include "dao/base/MigrationProgress.h"
 #include <QList>
 
 namespace dao {
@@ -16,7 +17,7 @@ QList<Finding> CheckDatabase(const Location& location);
 void BackupDatabase(const Location& from, const Location& to);
 
 // Brings both files to the schema of this program; opening a workspace does the same. Kind::MigrationFailed
-// leaves the files as they were.
-MigrationReport MigrateDatabase(const Location& location);
+// leaves the files as they were; a process that is killed meanwhile leaves old or new, never half of it.
+MigrationReport MigrateDatabase(const Location& location, const MigrationProgress& told = {});
 
 } // namespace dao

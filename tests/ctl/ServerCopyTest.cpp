@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QUuid>
 #include <gtest/gtest.h>
 
 namespace {
@@ -60,11 +61,21 @@ protected:
                       {"max_ident", 30}});
         add("kyn_registry", {{"Key", "ANN_FPP"}, {"Value", ""}});
         workspace->BeginTrans();
-        for (int i = 0; i < 4500; ++i) // more than a page
-            add("event", {{"time_stamp", QDateTime::fromMSecsSinceEpoch(1700000000123 + i * 7, Qt::UTC)},
-                          {"event_type", i % 4},
-                          {"desc", QString("text %1").arg(i) + (i == 7 ? QChar::Null : QChar('.'))},
-                          {"from_address", "A"}});
+        for (int i = 0; i < 4500; ++i) { // more than a page
+            QVariantMap fields{{"time_stamp", QDateTime::fromMSecsSinceEpoch(1700000000123 + i * 7, Qt::UTC)},
+                               {"event_type", i % 4},
+                               {"desc", QString("text %1").arg(i) + (i == 7 ? QChar::Null : QChar('.'))},
+                               {"from_address", "A"}};
+            if (i >= 100) // older ones have none of it
+                fields.insert(
+                    {{"record_id",
+                      QUuid::createUuidV5(QUuid(), QString::number(i)).toString(QUuid::WithoutBraces)},
+                     {"console", "desk 1"},
+                     {"operator", "Ada"},
+                     {"console_number", i},
+                     {"chain", QString("link %1").arg(i)}});
+            add("event", fields);
+        }
         workspace->CommitTrans();
     }
 
@@ -77,16 +88,14 @@ protected:
              {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile", "kyn_registry"}) {
             const auto records = workspace->Database().OpenTable(table);
             for (; !records->Eof(); records->MoveNext())
-                for (const QString& field : records->FieldNames())
-                    if (field != "record_id") {
-                        const QVariant value = records->Field(field);
-                        contents += value.isValid()
-                                        ? value.toString() + (value.typeId() == QMetaType::QDateTime
-                                                                  ? value.toTime().toString("zzz")
-                                                                  : QString())
-                                        : QString("null");
-                        contents += '|';
-                    }
+                for (const QString& field : records->FieldNames()) {
+                    const QVariant value = records->Field(field);
+                    contents += value.isValid() ? value.toString() + (value.typeId() == QMetaType::QDateTime
+                                                                          ? value.toTime().toString("zzz")
+                                                                          : QString())
+                                                : QString("null");
+                    contents += '|';
+                }
         }
         for (const QString& user : workspace->Users().Names())
             contents += user + ':' + workspace->Users().Item(user)->Pid() + ':' +

@@ -6,6 +6,8 @@
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Session.h"
 #include <QDir>
+#include <algorithm>
+#include <csignal>
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -341,10 +343,11 @@ static void MakeOlder(const QString& path, sqlite::FileKind kind)
         file->Value("select value from newer.file_info where name = 'database_id'").toString());
     file->Execute("PRAGMA foreign_keys=OFF");
     for (const QVariantList& table : file->AllRows(
-             "select name from main.sqlite_master where type = 'table' and name not like 'sqlite_%' "
-             "and name not in ('file_info', 'index_def', 'stored_query')"))
-        file->Execute(
-            QStringLiteral("insert or replace into main.%1 select * from newer.%1").arg(table[0].toString()));
+             "select t.name, group_concat('\"' || f.name || '\"') from main.sqlite_master as t, "
+             "pragma_table_info(t.name, 'main') as f where t.type = 'table' and t.name not like 'sqlite_%' "
+             "and t.name not in ('file_info', 'index_def', 'stored_query') group by 1"))
+        file->Execute(QStringLiteral("insert or replace into main.%1 (%2) select %2 from newer.%1")
+                          .arg(table[0].toString(), table[1].toString()));
     file->Close();
     ASSERT_TRUE(QFile::remove(newer) && QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
 }
@@ -356,19 +359,76 @@ TEST_F(MigrationTest, FilesOfTheSchemaBeforeKeepWhatTheyHold)
     AddAddress("Car", "1");
     AddAddress("Ops", "2", 2);
     Add("dynamic_regroup", {"group_id", "member_id", "pos"}, {{2, 1, 1}});
+    Add("event", {"time_stamp", "event_type", "desc"}, {{m_now, 1, "old"}});
     m_workspace.reset();
     MakeOlder(m_location.database, sqlite::FileKind::Database);
     MakeOlder(m_location.workgroup, sqlite::FileKind::Workgroup);
 
-    EXPECT_EQ(MigrateDatabase(m_location).copies.size(), 2);
+    QMap<QString, QList<int>> told;
+    m_options.migrating = [&](const QString& file, int percent) { told[file].append(percent); };
+    EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
+    EXPECT_EQ(QDir(m_folder.path()).entryList({"*.bak"}).size(), 2);
+    for (const QString& file : {m_location.database, m_location.workgroup}) {
+        EXPECT_TRUE(std::is_sorted(told[file].begin(), told[file].end()));
+        EXPECT_EQ(told[file].first(), 0);
+        EXPECT_EQ(told[file].last(), 100);
+    }
     EXPECT_TRUE(CheckDatabase(m_location).empty());
     m_workspace = Open("Olga", "pw");
     EXPECT_EQ(Db().SchemaVersion(), m_newest);
     EXPECT_EQ(Sql("select * from dynamic_regroup", "group_id member_id pos"), QStringList({"2|1|1"}));
+    EXPECT_EQ(Sql("select * from event", "desc record_id console operator console_number chain"),
+              QStringList({"old|||||"}));
     EXPECT_EQ(KindOf([&] { AddAddress("Van", "3"); }), Kind::NotPermitted);
     m_workspace = Open();
     AddAddress("Van", "3");
     EXPECT_EQ(IdOf("Van"), 3);
+}
+
+// Killed at each moment that it tells of, it leaves the old file or the new one, and the next opening gets
+// on.
+TEST_F(MigrationTest, KilledInTheMiddle)
+{
+    m_workspace = Open();
+    m_workspace->BeginTrans();
+    const auto events = Db().OpenTable("event", true);
+    for (int i = 0; i < 60000; ++i) {
+        events->AddNew();
+        events->SetField("time_stamp", m_now);
+        events->SetField("event_type", i);
+        events->SetField("desc", QString(80, 'x'));
+        events->Update();
+    }
+    m_workspace->CommitTrans();
+    m_workspace.reset();
+    MakeOlder(m_location.database, sqlite::FileKind::Database);
+    int killed = 0;
+    for (int moment = 1;; ++moment) {
+        const pid_t child = fork();
+        if (child == 0) {
+            int calls = 0;
+            MigrateDatabase(m_location, [&](const QString&, int) {
+                if (++calls == moment)
+                    raise(SIGKILL);
+            });
+            _exit(0);
+        }
+        int state = 0;
+        waitpid(child, &state, 0);
+        const auto file = sqlite::Connection::Open(m_location.database, sqlite::Connection::Mode::ReadWrite,
+                                                   m_options.busyTimeout);
+        const int version = ReadFileInfo(*file, "main", "", sqlite::FileKind::Database).version;
+        const int fields = file->Value("select count(*) from pragma_table_info('event')").toInt();
+        EXPECT_TRUE((version == m_newest - 1 && fields == 6) || (version == m_newest && fields == 11))
+            << moment << ": " << version << ", " << fields;
+        EXPECT_EQ(file->Value("select count(*) from event"), 60000);
+        file->Close();
+        if (WIFEXITED(state))
+            break;
+        ++killed;
+    }
+    EXPECT_GT(killed, 5);
+    EXPECT_TRUE(CheckDatabase(m_location).empty());
 }
 
 class MaintenanceTest : public FilesTest {
@@ -397,6 +457,7 @@ TEST_F(MaintenanceTest, CheckFindsWhatIsWrong)
          "",
          {DaoText::CheckTableMissing, DaoText::CheckIndexMissing, DaoText::CheckIndexMissing}},
         {"drop index MemberPos", "", {DaoText::CheckIndexMissing}},
+        {"alter table event drop column chain", "", {DaoText::CheckFieldMissing}},
         {"drop trigger event_no_delete", "", {DaoText::CheckAppendable}},
         {"drop trigger status_update_counted",
          "drop trigger membership_insert_counted",

@@ -360,16 +360,37 @@ TEST_F(EventTest, RecordsCanOnlyBeAppended)
     if (OnServer())
         return;
 
+    Add("event", {"time_stamp", "event_type", "desc", "record_id"}, {{m_now, 1, "second", "7"}});
     m_workspace->Close();
     sqlite3* handle = nullptr; // the file itself refuses, whoever tries
     ASSERT_EQ(sqlite3_open(m_location.database.toUtf8().constData(), &handle), SQLITE_OK);
     for (const char* sql :
          {"update event set \"desc\"=''", "delete from event",
-          "insert or replace into event (event_id, time_stamp, event_type) values (1, 0, 0)"})
+          "insert or replace into event (event_id, time_stamp, event_type) values (1, 0, 0)",
+          "insert or replace into event (record_id, time_stamp, event_type) values ('7', 0, 0)"})
         EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, nullptr), SQLITE_CONSTRAINT) << sql;
     sqlite3_close(handle);
     m_workspace = Open();
-    EXPECT_EQ(Sql("select * from event", "desc"), QStringList({"Héllo"}));
+    EXPECT_EQ(Sql("select * from event", "desc"), QStringList({"Héllo", "second"}));
+}
+
+TEST_F(EventTest, RecordGivenTwiceIsStoredOnce)
+{
+    const QString id = "6ba7b810-9dad-41d1-80b4-00c04fd430c8";
+    const auto add = [&] {
+        Add("event",
+            {"time_stamp", "event_type", "record_id", "console", "operator", "console_number", "chain"},
+            {{m_now, 1, id, "desk 1", "Boss", 7, "ab"}});
+    };
+    add();
+    EXPECT_EQ(KindOf(add), Kind::DuplicateKey);
+    EXPECT_EQ(ValuesOf(add).value(0), "i_record_id");
+    const auto table = Db().OpenTable("event");
+    table->SetIndex("i_record_id");
+    table->Seek(id);
+    EXPECT_EQ(table->Field("console_number"), 7);
+    EXPECT_EQ(Sql("select * from event", "record_id console operator console_number chain"),
+              QStringList({id + "|desk 1|Boss|7|ab"}));
 }
 
 TEST_F(EventTest, AppendingReadsNothing)

@@ -71,7 +71,9 @@ TEST_F(ServerTest, EachRoleDoesItsOwnWorkAndNothingElse)
     const Case cases[] = {
         {"SELECT * FROM address, status, fleet, dynamic_regroup, kyn_registry", done, done, done},
         {"SELECT * FROM event", done, done, done},
-        {"INSERT INTO event (time_stamp, event_type) VALUES (now(), 1)", done, done, done},
+        {"INSERT INTO event (time_stamp, event_type, record_id, console, operator, console_number, chain) "
+         "VALUES (now(), 1, gen_random_uuid(), 'desk 1', 'Olga', 1, 'ab')",
+         done, done, done},
         {"UPDATE address SET on_duty = true WHERE callsign = 'Unit20'", done, done, done},
         {"INSERT INTO dynamic_regroup VALUES (2, 1, 3) ON CONFLICT DO NOTHING", done, refused, done},
         {"UPDATE dynamic_regroup SET pos = 4 WHERE group_id = 2", done, refused, done},
@@ -369,6 +371,9 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
         {"ALTER INDEX \"MemberPos\" RENAME TO m2",
          "ALTER INDEX m2 RENAME TO \"MemberPos\"",
          {DaoText::CheckIndexMissing}},
+        {"ALTER TABLE event RENAME chain TO c2",
+         "ALTER TABLE event RENAME c2 TO chain",
+         {DaoText::CheckFieldMissing}},
         {"ALTER FUNCTION kyn_join RENAME TO j2",
          "ALTER FUNCTION j2 RENAME TO kyn_join",
          {DaoText::CheckFunctionMissing}},
@@ -391,7 +396,7 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
          {DaoText::CheckNoProfile, DaoText::CheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
-         "UPDATE file_info SET value = '2' WHERE name = 'schema_version'",
+         "UPDATE file_info SET value = '3' WHERE name = 'schema_version'",
          {DaoText::CheckServerOlder}},
     };
     for (const Case& c : cases) {
@@ -408,6 +413,9 @@ TEST_F(ServerTest, MigrationRunsTheMissingStepsOrNone)
     const int newest = migrations.last().version;
     migrations.append({newest + 1, "CREATE TABLE extra (a int); nonsense"});
     const auto migrate = [&] { postgresql::MigrateServerDatabase(Address(), migrations); };
+    EXPECT_EQ(KindOf(migrate), Kind::MigrationFailed);
+    EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
+    migrations.last().sql = "CREATE TABLE extra (a int); SELECT pg_terminate_backend(pg_backend_pid())";
     EXPECT_EQ(KindOf(migrate), Kind::MigrationFailed);
     EXPECT_EQ(KindOf([&] { Open(); }), std::nullopt);
     migrations.last().sql = "CREATE TABLE extra (a int); GRANT SELECT ON extra TO {users}";

@@ -5,9 +5,21 @@
 
 namespace {
 
+// A line for each tenth that is done.
+dao::MigrationProgress Tenths()
+{
+    return [last = QString()](const QString& database, int percent) mutable {
+        const QString line = QStringLiteral("%1: %2 %").arg(database).arg(percent / 10 * 10);
+        if (line == last)
+            return;
+        last = line;
+        Console::Print(line);
+    };
+}
+
 int Run(const Request& request)
 {
-    const dao::MigrationReport report = dao::MigrateDatabase(AccountOptions::TargetOf(request));
+    const dao::MigrationReport report = dao::MigrateDatabase(AccountOptions::TargetOf(request), Tenths());
     if (report.fromVersion == report.toVersion)
         Console::Print(QStringLiteral("The schema is up to date (%1)").arg(report.toVersion));
     else

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/base/MigrationProgress.h"
 #include "dao/base/Passwords.h"
 #include <QDateTime>
 #include <chrono>
@@ -13,6 +14,8 @@ struct OpenOptions {
     // The present time that queries over a period count from; empty: the system's clock. Called on the thread
     // of the session, and of each that Workspace::Again makes of it.
     std::function<QDateTime()> now;
+    // Told while an older schema is brought to this program's, which can take a minute.
+    MigrationProgress migrating;
     PasswordCost passwordCost = PasswordCost::Interactive();
 };
 

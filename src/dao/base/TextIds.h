@@ -85,5 +85,6 @@ constexpr int CheckOpenToAll = 5856;
 constexpr int CheckHalfShared = 5857;
 constexpr int CheckNotCounted = 5858;
 constexpr int FolderOutOfReach = 5859;
+constexpr int CheckFieldMissing = 5920;
 
 } // namespace DaoText

@@ -34,8 +34,8 @@ private:
     void CheckObjects(const QString& schema)
     {
         struct Object {
-            const char* created; // pattern with the object's name and, for an index or trigger, its table
-            const char* exists;
+            const char* created; // pattern with the object's name and, unless it is one itself, its table
+            const char* exists;  // takes the name and, where there is a second mark, the table
             int textId;
         };
         const Object objects[] = {
@@ -43,6 +43,10 @@ private:
              "SELECT 1 FROM pg_tables WHERE schemaname='kyn' AND tablename=?", DaoText::CheckTableMissing},
             {R"re(^CREATE (?:UNIQUE )?INDEX "?(\w+)"? ON "?(\w+)"?)re",
              "SELECT 1 FROM pg_indexes WHERE schemaname='kyn' AND indexname=?", DaoText::CheckIndexMissing},
+            {R"(^ALTER TABLE (?=\w+ ADD COLUMN (\w+))(\w+))",
+             "SELECT 1 FROM information_schema.columns WHERE table_schema='kyn' AND column_name=? "
+             "AND table_name=?",
+             DaoText::CheckFieldMissing},
             {R"(^CREATE FUNCTION (\w+)\()",
              "SELECT 1 FROM pg_proc WHERE pronamespace='kyn'::regnamespace AND proname=?",
              DaoText::CheckFunctionMissing},
@@ -57,7 +61,10 @@ private:
             const QRegularExpression created(object.created, QRegularExpression::MultilineOption);
             for (auto match = created.globalMatch(schema); match.hasNext();) {
                 const QStringList names = match.next().capturedTexts();
-                if (!m_complete || m_connection->FirstRow(object.exists, {names[1]}))
+                QVariantList values{names[1]};
+                if (QByteArray(object.exists).count('?') > 1)
+                    values.append(names[2]);
+                if (!m_complete || m_connection->FirstRow(object.exists, values))
                     continue;
                 Add(Severity::Error, object.textId,
                     names.size() > 2 ? QStringList{names[2], names[1]} : QStringList{names[1]});
@@ -135,7 +142,8 @@ QList<Finding> CheckServerDatabase(const ServerAddress& address)
     return ServerCheck(connection).Run(schema);
 }
 
-MigrationReport MigrateServerDatabase(const ServerAddress& address, const QList<Migration>& migrations)
+MigrationReport MigrateServerDatabase(const ServerAddress& address, const QList<Migration>& migrations,
+                                      const MigrationProgress& told)
 {
     const auto connection = ConnectAsServerAdministrator(address);
     const int newest = migrations.last().version;
@@ -145,8 +153,14 @@ MigrationReport MigrateServerDatabase(const ServerAddress& address, const QList<
     if (version == newest)
         return {version, version, {}};
     try {
-        RunScripts(*connection, address.Database(), migrations, version);
+        // Nothing that takes long may stand in a script, since all other sessions wait: one step a script.
+        RunScripts(*connection, address.Database(), migrations, version, [&](int done, int steps) {
+            if (told)
+                told(address.Shown(), 100 * done / (steps + 1));
+        });
         connection->Commit();
+        if (told)
+            told(address.Shown(), 100);
     } catch (const Error& error) {
         if (error.kind == Kind::ServerAway)
             throw;

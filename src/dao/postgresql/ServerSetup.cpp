@@ -50,7 +50,7 @@ void FillDatabase(const ServerAddress& address, const QString& adminUser, const 
 {
     const auto connection = ConnectAsServerAdministrator(address);
     connection->Begin();
-    RunScripts(*connection, address.Database(), SchemaScripts("postgresql/"), 0);
+    RunScripts(*connection, address.Database(), SchemaScripts("postgresql/"), 0, [](int, int) {});
     connection->Change("INSERT INTO file_info (name, value) VALUES ('kind', 'database'), ('database_id', ?)",
                        {RandomText(24)});
     if (!adminUser.isEmpty()) {
@@ -102,12 +102,14 @@ int SchemaVersionOf(Connection& connection)
     return version.toInt();
 }
 
-void RunScripts(Connection& connection, const QString& database, const QList<Migration>& migrations, int from)
+void RunScripts(Connection& connection, const QString& database, const QList<Migration>& migrations, int from,
+                const std::function<void(int, int)>& told)
 {
     connection.Execute("SET LOCAL ROLE " + OwnerRole(database));
     for (const Migration& migration : migrations) {
         if (migration.version <= from)
             continue;
+        told(migration.version - from - 1, migrations.last().version - from);
         QString sql = migration.sql;
         connection.Execute(sql.replace("{owner}", OwnerRole(database))
                                .replace("{admins}", AdminsRole(database))

@@ -27,8 +27,9 @@ void CreateServerDatabase(const ServerAddress& address, const QString& adminUser
 // Removes a database and its roles.
 void DropServerDatabase(const ServerAddress& address);
 
-// Runs the scripts after version `from` as the owner of the database, within the open transaction.
-void RunScripts(Connection& connection, const QString& database, const QList<Migration>& migrations,
-                int from);
+// Runs the scripts after version `from` as the owner of the database, within the open transaction. `told` is
+// called before each of them.
+void RunScripts(Connection& connection, const QString& database, const QList<Migration>& migrations, int from,
+                const std::function<void(int done, int steps)>& told);
 
 } // namespace dao::postgresql

@@ -120,7 +120,20 @@ QVariant Connection::Value(const QString& sql, const QVariantList& values)
 
 void Connection::Execute(const QString& script)
 {
+    Execute(script, {});
+}
+
+void Connection::Execute(const QString& script, const std::function<void()>& alive)
+{
+    constexpr int stepsBetween = 100000; // of the engine's machine, some milliseconds
+    const auto call = [](void* function) {
+        (*static_cast<const std::function<void()>*>(function))();
+        return 0;
+    };
+    if (alive)
+        sqlite3_progress_handler(File(), stepsBetween, call, const_cast<std::function<void()>*>(&alive));
     const int result = sqlite3_exec(File(), script.toUtf8().constData(), nullptr, nullptr, nullptr);
+    sqlite3_progress_handler(File(), 0, nullptr, nullptr);
     if (result != SQLITE_OK)
         throw MakeError(result);
 }

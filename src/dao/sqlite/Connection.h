@@ -8,6 +8,7 @@
 #include <QString>
 #include <QVariantList>
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -51,6 +52,8 @@ public:
     QVariant Value(const QString& sql, const QVariantList& values = {});
     // Runs a script of many statements.
     void Execute(const QString& script);
+    // The same; `alive` is called many times a second meanwhile and must not raise.
+    void Execute(const QString& script, const std::function<void()>& alive);
 
     // Takes the write locks of all attached files at once. Kind::InTransaction, Kind::NoTransaction,
     // Kind::Locked.

@@ -30,6 +30,9 @@ Error ConstraintError(int code, const QString& message)
     case SQLITE_CONSTRAINT_TRIGGER:
         if (message == NotPermittedMessage)
             return Error(Kind::NotPermitted, {}, message);
+        // A trigger of the schema guards the key against being replaced
+        if (message.startsWith("UNIQUE constraint failed"))
+            return Error(Kind::DuplicateKey, {ConstraintName(message), QString()}, message);
         // RESTRICT is a trigger of the engine's own
         return Error(message.startsWith("FOREIGN KEY") ? Kind::InUse : Kind::Refused, {}, message);
     default:

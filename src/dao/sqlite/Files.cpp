@@ -12,6 +12,12 @@
 
 namespace dao::sqlite {
 
+namespace {
+
+constexpr int PagesAtOnce = 1000; // of a copy, about 4 MB
+
+} // namespace
+
 void RequireUsableFile(const QString& path, FileKind kind)
 {
     const QFileInfo file(path);
@@ -86,15 +92,23 @@ void NewFile::Publish()
     m_published = true;
 }
 
-void CopyContents(const QString& from, const QString& to, std::chrono::milliseconds busyTimeout)
+void CopyContents(const QString& from, const QString& to, std::chrono::milliseconds busyTimeout,
+                  const std::function<void(int)>& told)
 {
     const auto source = Connection::Open(from, Connection::Mode::ReadOnly, busyTimeout);
     const auto target = Connection::Open(to, Connection::Mode::Create, busyTimeout);
     sqlite3_backup* backup = sqlite3_backup_init(target->File(), "main", source->File(), "main");
     if (!backup)
         throw target->MakeError(sqlite3_extended_errcode(target->File()));
-    // A source that is locked for a moment is waited for by the busy timeout of its connection.
-    const int result = sqlite3_backup_step(backup, -1);
+    // A source that is locked for a moment is waited for by the busy timeout of its connection. Then it is
+    // read in one transaction, so that the copy is of one moment however many steps it takes.
+    int result =
+        sqlite3_exec(source->File(), "BEGIN; SELECT 1 FROM sqlite_schema", nullptr, nullptr, nullptr);
+    while (result == SQLITE_OK) {
+        result = sqlite3_backup_step(backup, PagesAtOnce);
+        if (const int pages = sqlite3_backup_pagecount(backup); told && pages > 0)
+            told(static_cast<int>(100LL * (pages - sqlite3_backup_remaining(backup)) / pages));
+    }
     const int finished = sqlite3_backup_finish(backup);
     if (result != SQLITE_DONE)
         throw MakeError(nullptr, finished == SQLITE_OK ? result : finished, from);

@@ -3,6 +3,7 @@
 #include "dao/base/FileAccess.h"
 #include <QString>
 #include <chrono>
+#include <functional>
 
 namespace dao::sqlite {
 
@@ -50,7 +51,9 @@ private:
     bool m_keep = false;
 };
 
-// Writes a consistent copy of a file into an empty one, while others may have it open.
-void CopyContents(const QString& from, const QString& to, std::chrono::milliseconds busyTimeout);
+// Writes a consistent copy of a file into an empty one, while others may have it open. `told` is called with
+// the part that is done, in percent, many times a second.
+void CopyContents(const QString& from, const QString& to, std::chrono::milliseconds busyTimeout,
+                  const std::function<void(int percent)>& told = {});
 
 } // namespace dao::sqlite

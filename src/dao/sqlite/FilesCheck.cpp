@@ -101,6 +101,25 @@ private:
                         Add(Severity::Error, DaoText::CheckIndexMissing, {row[2].toString(), name});
                     m_complete = m_complete && type != "table";
                 });
+        CompareFields(reference, schema);
+    }
+
+    void CompareFields(Connection& reference, const QString& schema)
+    {
+        const QString sql = "SELECT 1 FROM pragma_table_info(?, '" + schema + "') WHERE name=?";
+        ForEach(
+            reference,
+            "SELECT t.name, f.name FROM main.sqlite_schema AS t, pragma_table_info(t.name) AS f "
+            "WHERE t.type='table' AND t.name NOT LIKE 'sqlite_%'",
+            [&](const QVariantList& row) {
+                const bool tableIsThere =
+                    m_files.connection
+                        ->Value("SELECT 1 FROM " + schema + ".sqlite_schema WHERE type='table' AND name=?",
+                                {row[0]})
+                        .isValid();
+                if (tableIsThere && !m_files.connection->Value(sql, row).isValid())
+                    Add(Severity::Error, DaoText::CheckFieldMissing, {row[0].toString(), row[1].toString()});
+            });
     }
 
     // Those of a missing table are not worth a word of their own.
@@ -191,14 +210,14 @@ void BackupFiles(const Location& from, const Location& to)
     database.Keep();
 }
 
-MigrationReport MigrateFiles(const Location& location)
+MigrationReport MigrateFiles(const Location& location, const MigrationProgress& told)
 {
     const OpenOptions options;
     AttachFiles(location, options).connection->Close();
-    const auto database =
-        Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database), options.busyTimeout);
+    const auto database = Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database),
+                                  options.busyTimeout, told);
     const auto workgroup = Migrate(location.workgroup, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup),
-                                   options.busyTimeout);
+                                   options.busyTimeout, told);
     MigrationReport report{database.fromVersion, database.toVersion, {}};
     for (const QString& copy : {database.copy, workgroup.copy})
         if (!copy.isEmpty())

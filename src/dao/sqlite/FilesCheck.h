@@ -2,6 +2,7 @@
 
 #include "dao/base/Location.h"
 #include "dao/base/MaintenanceReport.h"
+#include "dao/base/MigrationProgress.h"
 #include <QList>
 
 namespace dao::sqlite {
@@ -9,6 +10,6 @@ namespace dao::sqlite {
 // The functions of dao/Maintenance.h on files.
 QList<Finding> CheckFiles(const Location& location);
 void BackupFiles(const Location& from, const Location& to);
-MigrationReport MigrateFiles(const Location& location);
+MigrationReport MigrateFiles(const Location& location, const MigrationProgress& told);
 
 } // namespace dao::sqlite

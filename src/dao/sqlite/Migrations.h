@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/base/MigrationProgress.h"
 #include "dao/base/SchemaScripts.h"
 #include "dao/sqlite/Files.h"
 #include <QList>
@@ -23,8 +24,9 @@ struct MigrationResult {
 
 // Brings a file to the newest version, in one transaction, after copying it to "<path>.v<version>.bak" (or
 // "-2.bak" and so on when that exists). Kind::Newer for a file from a newer program; Kind::MigrationFailed
-// leaves file as it was, without a copy; Kind::Locked when others keep it.
+// leaves file as it was, without a copy; Kind::Locked when others keep it. A process that is killed meanwhile
+// leaves the file as it was, or migrated.
 MigrationResult Migrate(const QString& path, FileKind kind, const QList<Migration>& migrations,
-                        std::chrono::milliseconds busyTimeout);
+                        std::chrono::milliseconds busyTimeout, const MigrationProgress& told = {});
 
 } // namespace dao::sqlite

@@ -115,9 +115,10 @@ std::shared_ptr<Connection> OpenFiles(const Location& location, const OpenOption
     if (files.database.version < NewestVersion(FileKind::Database) ||
         files.workgroup.version < NewestVersion(FileKind::Workgroup)) {
         files.connection->Close();
-        Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database), options.busyTimeout);
+        Migrate(location.database, FileKind::Database, MigrationsOf(FileKind::Database), options.busyTimeout,
+                options.migrating);
         Migrate(location.workgroup, FileKind::Workgroup, MigrationsOf(FileKind::Workgroup),
-                options.busyTimeout);
+                options.busyTimeout, options.migrating);
         files = AttachFiles(location, options);
     }
     UseRollbackJournal(*files.connection);
