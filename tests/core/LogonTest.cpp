@@ -6,6 +6,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/StringSourceImpl.h"
 #include "core/texts/TextIds.h"
+#include "dao/sqlite/Connection.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"
 #include "support/Files.h"
@@ -22,6 +23,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSet>
+#include <QTimer>
 
 using namespace std::chrono_literals;
 using driver::Child;
@@ -122,6 +124,28 @@ TEST_F(LogonTest, LogsOnAndProposesTheNameNextTime)
     const Error cancelled = FailedLogon();
     EXPECT_EQ(cancelled.Code(), 0x80040003);
     EXPECT_EQ(cancelled.Description(), strings.LoadString(CoreText::LogonCancelled));
+}
+
+TEST_F(LogonTest, AnOlderDatabaseIsMigratedWhileTheDialogSaysHowFarItIs)
+{
+    const auto file = dao::sqlite::Connection::Open(
+        database.location.database, dao::sqlite::Connection::Mode::ReadWrite, std::chrono::seconds(1));
+    file->Execute("drop trigger event_once; drop index i_record_id; "
+                  "delete from index_def where index_name = 'i_record_id'; "
+                  "update file_info set value = '3' where name = 'schema_version'");
+    for (const char* field : {"record_id", "console", "operator", "console_number", "chain"})
+        file->Execute(QString("alter table event drop column ") + field);
+    file->Close();
+    UseDatabase(database.location);
+    QStringList said;
+    const WhenShown logon("frmLogon", [&](QWidget& dialog) {
+        QTimer::singleShot(0, &dialog, [&] { said.append(Message(dialog)); });
+        EnterLogon(dialog, "admin", TestDatabase::password);
+    });
+    session.Logon(true, true);
+    EXPECT_EQ(said, QStringList({database.location.database +
+                                 " is being brought to the form of this version: 0 % are done."}));
+    EXPECT_TRUE(session.IsOpen());
 }
 
 TEST_F(LogonTest, WrongPasswordsAreSaidInTheDialogAndTakeEverLonger)

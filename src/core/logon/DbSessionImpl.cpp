@@ -211,9 +211,14 @@ QString DbSession::CarryOut(const FirstRunChoice& choice)
 void DbSession::AskUser(const dao::Location& location)
 {
     std::exception_ptr failure;
+    frmLogon* shown = nullptr;
+    dao::OpenOptions options = m_options;
+    options.migrating = [&shown](const QString& database, int percent) {
+        shown->ShowMigration(database, percent);
+    };
     const auto attempt = [&](const QString& userName, const QString& password) {
         try {
-            m_workspace = dao::OpenWorkspace(location, userName, password, m_options);
+            m_workspace = dao::OpenWorkspace(location, userName, password, options);
             return frmLogon::Outcome::LoggedOn;
         } catch (const dao::Error& error) {
             if (error.kind == dao::Kind::WrongPassword)
@@ -225,6 +230,7 @@ void DbSession::AskUser(const dao::Location& location)
         return frmLogon::Outcome::Failed;
     };
     frmLogon dialog(m_strings, m_pause, attempt, QApplication::activeWindow());
+    shown = &dialog;
     dialog.SetAppName(m_appName);
     dialog.SetUserName(m_settings.Read(m_section, LastUserKey, QString()));
     dialog.exec();

@@ -14,8 +14,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto TickInterval = 200ms;
-constexpr int FieldWidth = 36;  // characters
-constexpr int MessageLines = 3; // kept free for the message, so that the dialog keeps its size
+constexpr auto PaintInterval = 50ms; // at least, during a migration
+constexpr int FieldWidth = 36;       // characters
+constexpr int MessageLines = 3;      // kept free for the message, so that the dialog keeps its size
 
 } // namespace
 
@@ -78,6 +79,18 @@ void frmLogon::TryLogon()
         m_ui->txtPassword->setFocus();
         break;
     }
+}
+
+void frmLogon::ShowMigration(const QString& database, int percent)
+{
+    const QString text =
+        FormatMessage(m_strings, CoreText::Migrating, {database, QString::number(percent / 10 * 10)});
+    if (text != m_refusal)
+        ShowMessage(text);
+    else if (m_painted.isValid() && !m_painted.hasExpired(PaintInterval.count()))
+        return;
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    m_painted.start();
 }
 
 void frmLogon::ShowMessage(const QString& text)

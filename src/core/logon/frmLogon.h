@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QTimer>
 #include <functional>
 #include <memory>
@@ -32,6 +33,9 @@ public:
     // Shown in the caption.
     void SetAppName(const QString& name);
     void SetUserName(const QString& name);
+    // While an attempt migrates the database: says so and how far it is, and keeps the windows painted.
+    // Nothing that the operator does arrives before the attempt has ended.
+    void ShowMigration(const QString& database, int percent);
 
 public Q_SLOTS:
     // Checks the clock: shows how long to wait, or allows the next attempt. Called several times a second
@@ -47,5 +51,6 @@ private:
     Attempt m_attempt;
     QString m_refusal; // what the message line says beside the countdown
     QTimer m_timer;
+    QElapsedTimer m_painted;
     std::unique_ptr<Ui::frmLogon> m_ui;
 };

@@ -62,5 +62,6 @@ constexpr int PortWithDevice = 5265;
 constexpr int RecordsKept = 5285;
 constexpr int OldPasswordWrong = 5885;
 constexpr int RecordsInMemory = 5932;
+constexpr int Migrating = 5921;
 
 } // namespace CoreText

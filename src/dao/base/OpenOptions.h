@@ -14,7 +14,8 @@ struct OpenOptions {
     // The present time that queries over a period count from; empty: the system's clock. Called on the thread
     // of the session, and of each that Workspace::Again makes of it.
     std::function<QDateTime()> now;
-    // Told while an older schema is brought to this program's, which can take a minute.
+    // Told while an older schema is brought to this program's, which can take a minute. Not kept by the
+    // session.
     MigrationProgress migrating;
     PasswordCost passwordCost = PasswordCost::Interactive();
 };

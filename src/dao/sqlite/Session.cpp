@@ -152,10 +152,12 @@ EngineSession OpenSession(const Location& location, const QString& user, const Q
 {
     const auto connection = OpenFiles(location, options);
     const QString name = CheckLogon(*connection, user, password, options.passwordCost);
+    OpenOptions kept = options;
+    kept.migrating = {};
     return SessionOf(connection,
                      {location, name,
                       ReadFileInfo(*connection, "main", location.database, FileKind::Database).databaseId,
-                      options});
+                      kept});
 }
 
 } // namespace dao::sqlite
