@@ -124,7 +124,7 @@ LinkParameters ParametersOf(const Conversation& conversation)
 
 TEST(Link, Conversations)
 {
-    for (const Conversation& conversation : ReadConversations("map27-link.txt", 43)) {
+    for (const Conversation& conversation : ReadConversations("map27-link.txt", 44)) {
         SCOPED_TRACE(conversation.title);
         LinkBench bench(ParametersOf(conversation));
         RunScript(conversation.script, std::ref(bench));

@@ -142,7 +142,9 @@ void Link::SendAcknowledgement(TimePoint now)
     m_t2.reset();
     m_t3 = now + m_own.t3;
     m_lastNumberTold = m_nextExpected;
-    m_lastCreditTold = m_holdReceiving ? 0 : m_agreed.k;
+    if (!m_holdReceiving)
+        m_firstWithoutCredit = static_cast<std::uint8_t>(m_nextExpected + m_agreed.k);
+    m_lastCreditTold = packet::Distance(m_nextExpected, m_firstWithoutCredit);
     m_sender.Send({packet::LinkAcknowledgement, m_lastNumberTold, m_lastCreditTold, 0}, now);
 }
 
@@ -247,7 +249,7 @@ void Link::HandleTransfer(const Octets& body, TimePoint now)
         const bool seenBefore = packet::Distance(number, m_nextExpected) <= m_agreed.k;
         ++(seenBefore ? m_counters.duplicates : m_counters.sequenceErrors);
         SendAcknowledgement(now);
-    } else if (m_holdReceiving) {
+    } else if (m_holdReceiving && number == m_firstWithoutCredit) {
         ++m_counters.noBuffer;
         SendAcknowledgement(now);
     } else {
@@ -315,6 +317,7 @@ void Link::EnterReady(TimePoint now)
     m_state = LinkState::Ready;
     m_readySince = now;
     m_nextExpected = 1;
+    m_firstWithoutCredit = 1;
     m_t4 = now + m_own.t4;
     m_events.push_back(LinkReady{m_agreed.n1, m_agreed.k, m_agreed.version});
 }

@@ -27,8 +27,9 @@ public:
     // Sends at once or as soon as there is credit, in order.
     SendOutcome Send(OctetSpan message, TimePoint now);
 
-    // While held, the peer gets no credit and its LTs are dropped; it will repeat them. For an owner that
-    // cannot take messages.
+    // For an owner that cannot take messages for a while. While held, the peer gets no further credit. What
+    // it has credit for already is still taken, so that it has nothing to repeat and the link lasts however
+    // long it is held; an LT without credit is dropped.
     LinkOutput HoldReceiving(bool hold, TimePoint now);
 
     LinkState State() const { return m_state; }
@@ -87,6 +88,8 @@ private:
     std::uint8_t m_nextExpected = 1;   // V(R)
     std::uint8_t m_lastNumberTold = 1; // N(R) and N(k) of the last LA sent
     std::uint8_t m_lastCreditTold = 0;
+    std::uint8_t m_firstWithoutCredit =
+        1; // the peer's first LT beyond all credit it was told; R(k) with V(R)
     bool m_holdReceiving = false;
 
     Deadline m_t0;

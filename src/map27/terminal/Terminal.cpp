@@ -397,4 +397,10 @@ TerminalOutput Terminal::Probe(TimePoint now)
     return TakeOutput(now);
 }
 
+TerminalOutput Terminal::HoldReceiving(bool hold, TimePoint now)
+{
+    Take(m_link.HoldReceiving(hold, now), now);
+    return TakeOutput(now);
+}
+
 } // namespace map27

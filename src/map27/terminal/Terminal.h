@@ -69,6 +69,8 @@ public:
     // the radio has answered before on this link. Nothing when the link is down, a question is open already,
     // or its refusal could be taken for that of a request.
     TerminalOutput Probe(TimePoint now);
+    // While held, the radio keeps what it has to say to itself, see Link.
+    TerminalOutput HoldReceiving(bool hold, TimePoint now);
     // When the oldest message that the radio has not acknowledged was sent; empty when it owes none.
     Deadline UnacknowledgedSince() const { return m_link.UnacknowledgedSince(); }
 
