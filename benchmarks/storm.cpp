@@ -163,7 +163,8 @@ int main(int argc, char** argv)
 
     CStringSourceImpl source{QStringList{}};
     SystemClock clock;
-    SerialMap27Control radio(source.CreateStringSource(QStringLiteral("CKYN")), clock);
+    SerialMap27Control radio(source.CreateStringSource(QStringLiteral("CKYN")), clock,
+                             SerialMap27Control::Place::OwnThread);
     radio.SetCommPort(link);
     Operator person(radio);
     radio.OpenLink();

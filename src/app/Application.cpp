@@ -49,10 +49,11 @@ void Application::StartUp(const QString& settingsFile)
     o.prompt = std::make_unique<Prompt>(m_strings, o.clock);
     m_stage = QStringLiteral("DbSession");
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
-    o.console = std::make_unique<Console>(ConsoleBase{m_strings, *o.settings, o.clock, *o.prompt, o.beeper,
-                                                      *o.session, *o.session, &o.serialPorts,
-                                                      AppPaths::DataFolder(), Lane::Kind::OwnThread},
-                                          std::make_unique<SerialMap27Control>(m_strings, o.clock), m_stage);
+    o.console = std::make_unique<Console>(
+        ConsoleBase{m_strings, *o.settings, o.clock, *o.prompt, o.beeper, *o.session, *o.session,
+                    &o.serialPorts, AppPaths::DataFolder(), Lane::Kind::OwnThread},
+        std::make_unique<SerialMap27Control>(m_strings, o.clock, SerialMap27Control::Place::OwnThread),
+        m_stage);
 
     const QString title = QString::fromLatin1(AppPaths::Title);
     o.console->executive->SetAppName(title);

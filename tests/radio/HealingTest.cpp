@@ -147,11 +147,17 @@ TEST_F(Healing, LoggingOffAndOnLeavesNoHalfOpenPort)
 
 // A line that opens once and later is neither opened nor refused, like a network that drops everything.
 struct SwallowedPort : RadioPort {
-    void Open(bool wait) override { open = wait; }
+    void Open() override
+    {
+        open = !std::exchange(wasOpen, true);
+        if (open)
+            Q_EMIT Opened();
+    }
     void Close() override { open = false; }
     bool IsOpen() const override { return open; }
     void Write(const QByteArray&) override {}
     bool open = false;
+    bool wasOpen = false;
 };
 
 TEST(RealLine, LoggingOffWhileItIsOpenedAgainLeavesNothingBehind)
@@ -159,11 +165,12 @@ TEST(RealLine, LoggingOffWhileItIsOpenedAgainLeavesNothingBehind)
     CStringSourceImpl source{QStringList{}};
     FakeClock clock;
     SerialMap27Control control(source.CreateStringSource(QStringLiteral("CKYN")), clock,
+                               SerialMap27Control::Place::UsersThread,
                                [](const QString&, int) { return std::make_unique<SwallowedPort>(); });
     control.OpenLink();
     clock.Step(LinkWatch::ReopenInterval);
     control.OnTime();
-    EXPECT_EQ(control.Link().state, LinkStatus::State::Lost);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return control.Link().state == LinkStatus::State::Lost; }));
     control.CloseLink();
     control.OpenLink();
     EXPECT_EQ(control.Link().state, LinkStatus::State::Connecting);
@@ -191,9 +198,10 @@ TEST(RealLine, ARadioIsFoundAgainAtOnceWhereverItComesBack)
     CStringSourceImpl source{QStringList{}};
     const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
     SystemClock clock;
-    SerialMap27Control control(strings, clock, [&](const QString& name, int bitsPerSecond) {
-        return std::make_unique<SerialRadioPort>(name, bitsPerSecond, strings, adapter);
-    });
+    SerialMap27Control control(strings, clock, SerialMap27Control::Place::OwnThread,
+                               [&](const QString& name, int bitsPerSecond) {
+                                   return std::make_unique<SerialRadioPort>(name, bitsPerSecond, adapter);
+                               });
     int numberings = 0;
     QObject::connect(&control, &Map27Control::NumberingReceived, &control, [&] { ++numberings; });
     const auto becomes = [&](LinkStatus::State state) {

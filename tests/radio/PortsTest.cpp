@@ -1,6 +1,5 @@
 // Every problem of a port is one clear sentence.
 
-#include "core/texts/Errors.h"
 #include "core/texts/StringSourceImpl.h"
 #include "radio/line/PortHolder.h"
 #include "radio/line/RadioPort.h"
@@ -42,14 +41,20 @@ protected:
             ::close(std::exchange(m_master, -1));
     }
 
+    // Empty when it opens.
     QString Problem(const QString& name)
     {
-        try {
-            MakeRadioPort(name, 9600, m_strings)->Open(true);
-        } catch (const Error& failure) {
-            return failure.Description();
-        }
-        return {};
+        QString text;
+        bool over = false;
+        const auto port = MakeRadioPort(name, 9600);
+        QObject::connect(port.get(), &RadioPort::Opened, port.get(), [&] { over = true; });
+        QObject::connect(port.get(), &RadioPort::Failed, port.get(), [&](const PortProblem& problem) {
+            over = true;
+            text = PortProblemText(problem, m_strings);
+        });
+        port->Open();
+        EXPECT_TRUE(over || QTest::qWaitFor([&] { return over; }));
+        return text;
     }
 
     QString pty;
@@ -134,12 +139,13 @@ TEST_F(Ports, AnAdapterIsFoundAgainUnderAnotherName)
 {
     const auto adapters = std::make_shared<FakeAdapters>();
     adapters->plugged[QStringLiteral("A100")] = pty;
-    SerialRadioPort port(pty, 9600, m_strings, adapters);
+    SerialRadioPort port(pty, 9600, adapters);
     QString failure;
     QByteArray heard;
-    QObject::connect(&port, &RadioPort::Failed, &port, [&](const QString& text) { failure = text; });
+    QObject::connect(&port, &RadioPort::Failed, &port,
+                     [&](const PortProblem& problem) { failure = PortProblemText(problem, m_strings); });
     QObject::connect(&port, &RadioPort::Received, &port, [&](const QByteArray& octets) { heard += octets; });
-    port.Open(true);
+    port.Open();
 
     PullOut();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !failure.isEmpty(); }));
@@ -150,7 +156,7 @@ TEST_F(Ports, AnAdapterIsFoundAgainUnderAnotherName)
     char other[128];
     ASSERT_EQ(openpty(&master, &slave, other, nullptr, nullptr), 0);
     adapters->plugged[QStringLiteral("A100")] = QString::fromLatin1(other);
-    port.Open(false);
+    port.Open();
     ASSERT_TRUE(port.IsOpen());
     ASSERT_EQ(::write(master, "here", 4), 4);
     EXPECT_TRUE(QTest::qWaitFor([&] { return heard == "here"; }));

@@ -1,10 +1,9 @@
 #pragma once
 
+#include "RadioEnd.h"
 #include "radio/line/SerialMap27Control.h"
 #include "radio/window/frmMap27Agent.h"
-#include "simulator/script/ScenarioReader.h"
 #include "support/ConsoleStack.h"
-#include "support/VirtualRadio.h"
 
 #include <QCoreApplication>
 #include <QLabel>
@@ -58,18 +57,13 @@ struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndi
     int reloads = 0;
 };
 
-// The clock that both ends live by, and the radio's end.
-struct RadioEnd {
-    FakeClock clock;
-    VirtualRadio radio{clock, sim::LoadScenario(":/veltorkyn/scenarios/tour.json")};
-};
-
 // The console on a real database, with a simulated radio at the other end of the real wire, in virtual time.
 class RadioStack : public RadioEnd, public ConsoleStack {
 public:
     RadioStack()
         : ConsoleStack(clock, [this](const IStringSource& texts) {
-              return std::make_unique<SerialMap27Control>(texts, clock, radio.Ports());
+              return std::make_unique<SerialMap27Control>(
+                  texts, clock, SerialMap27Control::Place::UsersThread, radio.Ports());
           })
     {
         AddRow("kyn_registry", {{"Key", "on_off_duty"}, {"Value", "1"}});

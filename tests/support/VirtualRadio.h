@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/texts/Errors.h"
 #include "radio/line/RadioPort.h"
 #include "simulator/network/Radio.h"
 #include "support/FakeClock.h"
@@ -64,7 +63,7 @@ public:
         if (m_port) {
             Port* port = m_port;
             port->Close();
-            Q_EMIT port->Failed(QStringLiteral("unplugged"));
+            Q_EMIT port->Failed({PortProblem::Kind::Absent, {QStringLiteral("COM2")}});
         }
     }
 
@@ -80,17 +79,14 @@ private:
         explicit Port(VirtualRadio& owner) : m_owner(owner) {}
         ~Port() override { Close(); }
 
-        void Open(bool wait) override
+        void Open() override
         {
             if (m_owner.plugged) {
                 m_owner.m_port = this;
                 m_owner.Transmit(m_owner.radio.Connect(m_owner.Now()));
-                if (!wait)
-                    Q_EMIT Opened();
-            } else if (wait) {
-                throw Error(ErrorCode::General, QStringLiteral("unplugged"));
+                Q_EMIT Opened();
             } else {
-                Q_EMIT Failed(QStringLiteral("unplugged"));
+                Q_EMIT Failed({PortProblem::Kind::Absent, {QStringLiteral("COM2")}});
             }
         }
         void Close() override

@@ -82,6 +82,7 @@ constexpr int NameTooLong = 5330;
 constexpr int LinkEcho = 5331;
 constexpr int AddressUnknown = 5332;
 constexpr int PortLockLeft = 5873;
+constexpr int OpeningGivenUp = 5900;
 constexpr int KeyTip = 5810;
 constexpr int CallKeys = 5811;
 

@@ -15,7 +15,11 @@ constexpr Milliseconds LongestRetry{5000};
 
 } // namespace
 
-RadioLine::RadioLine(const Clock& clock, PortFactory ports) : m_clock(clock), m_ports(std::move(ports))
+RadioLine::RadioLine(const Clock& clock, PortFactory ports, LineReports& reports)
+    : m_clock(clock),
+      m_ports(std::move(ports)),
+      m_reports(reports),
+      m_timer(this) // changes the thread with it
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
@@ -24,21 +28,20 @@ RadioLine::RadioLine(const Clock& clock, PortFactory ports) : m_clock(clock), m_
 
 RadioLine::~RadioLine() = default;
 
-void RadioLine::Open(const QString& portName, int bitsPerSecond)
+void RadioLine::Open(quint64 opening, const QString& portName, int bitsPerSecond)
 {
     Close();
-    auto port = m_ports(portName, bitsPerSecond);
-    port->Open(true);
-    m_port = std::move(port);
+    m_opening = opening;
+    m_port = m_ports(portName, bitsPerSecond);
     connect(m_port.get(), &RadioPort::Opened, this, &RadioLine::OnPortOpened);
     connect(m_port.get(), &RadioPort::Received, this, &RadioLine::OnReceived);
-    connect(m_port.get(), &RadioPort::Failed, this, [this](const QString& text) {
-        OnPortFailed({LineCondition::Kind::PortFailed, text});
+    connect(m_port.get(), &RadioPort::Failed, this, [this](const PortProblem& problem) {
+        OnPortFailed({.kind = LineCondition::Kind::PortFailed, .problem = problem});
     });
     m_terminal = std::make_unique<map27::Terminal>(
         map27::TerminalParameters::ForBitRate(static_cast<unsigned>(bitsPerSecond)));
     m_retryPause = FirstRetry;
-    OnPortOpened();
+    m_port->Open();
 }
 
 void RadioLine::Close()
@@ -47,6 +50,8 @@ void RadioLine::Close()
     m_retryAt.reset();
     m_reopening = false;
     m_owes = false;
+    m_everOpen = false;
+    m_holdingBack = false;
     m_events.clear();
     if (m_port) {
         m_port->disconnect(this);
@@ -59,6 +64,8 @@ void RadioLine::Close()
 
 std::optional<map27::Refusal> RadioLine::Run(const Operation& operation)
 {
+    if (!m_terminal)
+        return map27::Refusal{.code = map27::RefusalCode::LinkNotReady};
     map27::OperationResult result = operation(*m_terminal, Now());
     Take(std::move(result.output));
     return result.refusal;
@@ -70,7 +77,7 @@ void RadioLine::OnTime()
         return;
     if (m_retryAt && Now() >= *m_retryAt) {
         m_retryAt.reset();
-        m_port->Open(false);
+        m_port->Open();
         return;
     }
     if (!m_port->IsOpen()) {
@@ -93,23 +100,40 @@ void RadioLine::Take(map27::TerminalOutput output)
     }
     for (map27::TerminalEvent& event : output.events)
         m_events.push_back(std::move(event));
-    if (!m_events.empty())
-        QMetaObject::invokeMethod(this, &RadioLine::Deliver, Qt::QueuedConnection);
+    if (!m_takingEvents)
+        TakeEvents();
     Schedule();
 }
 
-void RadioLine::Deliver()
+// What an event brings about may bring events of its own, which follow it.
+void RadioLine::TakeEvents()
 {
+    m_takingEvents = true;
     while (!m_events.empty()) {
-        const map27::TerminalEvent event = std::move(m_events.front());
+        map27::TerminalEvent event = std::move(m_events.front());
         m_events.pop_front();
         if (std::holds_alternative<map27::LinkReady>(event))
             OnLinkReady();
         else if (const auto* failed = std::get_if<map27::LinkFailed>(&event))
             OnLinkFailed(failed->reason);
         else
-            Q_EMIT EventReceived(event);
+            m_reports.Add(m_opening, std::move(event));
     }
+    m_takingEvents = false;
+    WeighReports();
+}
+
+void RadioLine::WeighReports()
+{
+    const std::size_t waiting = m_reports.Waiting();
+    if (m_terminal && (m_holdingBack ? waiting <= FewReports : waiting >= ManyReports))
+        HoldBack(!m_holdingBack);
+}
+
+void RadioLine::HoldBack(bool hold)
+{
+    m_holdingBack = hold;
+    Take(m_terminal->HoldReceiving(hold, Now()));
 }
 
 void RadioLine::OnLinkReady()
@@ -123,7 +147,7 @@ void RadioLine::OnLinkReady()
 
 void RadioLine::OnLinkFailed(map27::LinkFailure reason)
 {
-    Tell({LineCondition::Kind::LinkLost, {}, reason});
+    Tell({.kind = LineCondition::Kind::LinkLost, .reason = reason});
     m_watch.Begin(Now(), *m_terminal);
     // A dead network connection or a stuck adapter does not say that it is dead.
     if (reason != map27::LinkFailure::PeerReset && m_port->IsOpen())
@@ -142,6 +166,7 @@ void RadioLine::OnReceived(const QByteArray& octets)
 void RadioLine::OnPortOpened()
 {
     m_retryAt.reset();
+    m_everOpen = true;
     // After Reopen what was wrong still is, until the radio answers.
     if (!std::exchange(m_reopening, false))
         Tell({LineCondition::Kind::Connecting});
@@ -154,6 +179,8 @@ void RadioLine::OnPortFailed(const LineCondition& condition)
     m_reopening = false;
     EndLink();
     Tell(condition);
+    if (!m_everOpen)
+        return Close();
     m_retryAt = Now() + m_retryPause;
     m_retryPause = std::min(2 * m_retryPause, LongestRetry);
     Take({});
@@ -171,7 +198,7 @@ void RadioLine::Reopen()
     EndLink();
     m_reopening = true;
     m_port->Close();
-    m_port->Open(false);
+    m_port->Open();
 }
 
 void RadioLine::Supervise()
@@ -212,7 +239,7 @@ void RadioLine::Tell(LinkWatch::Finding finding)
 void RadioLine::Tell(const LineCondition& condition)
 {
     m_owes = condition.kind == LineCondition::Kind::Owes;
-    Q_EMIT ConditionChanged(condition);
+    m_reports.Add(m_opening, condition);
 }
 
 void RadioLine::Schedule()

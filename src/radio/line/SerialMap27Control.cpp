@@ -6,7 +6,6 @@
 #include "core/texts/StringSource.h"
 #include "map27/codec/Causes.h"
 #include "radio/base/TextIds.h"
-#include "radio/line/RadioPort.h"
 #include "radio/line/RefusalText.h"
 #include "radio/line/RegroupFormat.h"
 
@@ -71,25 +70,12 @@ template <typename... Handlers> struct Overloaded : Handlers... {
 
 } // namespace
 
-SerialMap27Control::SerialMap27Control(const IStringSource& strings, const Clock& clock, PortFactory ports)
+SerialMap27Control::SerialMap27Control(const IStringSource& strings, const Clock& clock, Place place,
+                                       PortFactory ports)
     : m_strings(strings),
-      m_line(
-          clock, ports ? std::move(ports) : [&strings](const QString& name, int bitsPerSecond) {
-              return MakeRadioPort(name, bitsPerSecond, strings);
-          })
+      m_line(clock, std::move(ports), place)
 {
-    // A window that raises must not keep the next event from arriving.
-    const auto guarded = [this](auto handler) {
-        return [this, handler](const auto& told) {
-            try {
-                (this->*handler)(told);
-            } catch (const std::exception& failure) {
-                ProgramLog::Write(DescribeError(failure, m_strings));
-            }
-        };
-    };
-    connect(&m_line, &RadioLine::EventReceived, this, guarded(&SerialMap27Control::Handle));
-    connect(&m_line, &RadioLine::ConditionChanged, this, guarded(&SerialMap27Control::HandleCondition));
+    connect(&m_line, &ThreadedLine::Reported, this, &SerialMap27Control::Take);
 }
 
 SerialMap27Control::~SerialMap27Control() = default;
@@ -137,7 +123,12 @@ bool SerialMap27Control::GroupTwoDigit() const
 void SerialMap27Control::OpenLink()
 {
     CloseLink();
-    m_line.Open(m_portName, m_baudRate);
+    const ThreadedLine::Outcome outcome = m_line.Open(m_portName, m_baudRate);
+    if (outcome.opening == ThreadedLine::Opening::Failed)
+        throw Error(ErrorCode::General, PortProblemText(outcome.problem, m_strings));
+    if (outcome.opening == ThreadedLine::Opening::GivenUp)
+        throw Error(ErrorCode::First + RadioText::OpeningGivenUp, PortText(RadioText::OpeningGivenUp));
+    SetStatus(StateOf(LineCondition::Kind::Connecting), PortText(RadioText::LinkConnecting));
 }
 
 void SerialMap27Control::CloseLink()
@@ -151,7 +142,7 @@ void SerialMap27Control::SendStatusMessage(qint16 prefix, qint16 ident, qint16 s
 {
     const bool known = status >= 0 && status <= 31;
     Run(known ? ShownAddress(prefix, ident) : QString::number(status),
-        [&](Terminal& terminal, TimePoint now) {
+        [=](Terminal& terminal, TimePoint now) {
             return terminal.SendStatus(AddressOf(prefix, ident), static_cast<unsigned>(status), now);
         });
 }
@@ -159,7 +150,7 @@ void SerialMap27Control::SendStatusMessage(qint16 prefix, qint16 ident, qint16 s
 void SerialMap27Control::SendTextMessage(qint16 prefix, qint16 ident, const QString& text, bool eightBit)
 {
     const auto coding = eightBit ? map27::TextCoding::EightBit : map27::TextCoding::SevenBit;
-    Run(ShownAddress(prefix, ident), [&](Terminal& terminal, TimePoint now) {
+    Run(ShownAddress(prefix, ident), [=](Terminal& terminal, TimePoint now) {
         return terminal.SendText(AddressOf(prefix, ident), text.toStdString(), coding, now);
     });
 }
@@ -167,12 +158,10 @@ void SerialMap27Control::SendTextMessage(qint16 prefix, qint16 ident, const QStr
 void SerialMap27Control::SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos,
                                             qint16 groupPrefix, qint16 groupIdent)
 {
-    Run(
-        ShownAddress(memberPrefix, memberIdent),
-        [&](Terminal& terminal, TimePoint now) {
-            const map27::Octets command = RegroupFormat::Regroup(pos, AddressOf(groupPrefix, groupIdent));
-            return terminal.SendBinary(AddressOf(memberPrefix, memberIdent), command, now);
-        });
+    const map27::Octets command = RegroupFormat::Regroup(pos, AddressOf(groupPrefix, groupIdent));
+    Run(ShownAddress(memberPrefix, memberIdent), [=](Terminal& terminal, TimePoint now) {
+        return terminal.SendBinary(AddressOf(memberPrefix, memberIdent), command, now);
+    });
 }
 
 void SerialMap27Control::SendGroupNameCommand(qint16 prefix, qint16 ident, qint16 pos, const QString& name)
@@ -186,15 +175,16 @@ void SerialMap27Control::SendGroupNameCommand(qint16 prefix, qint16 ident, qint1
         }
         throw RefusalError({.code = map27::RefusalCode::Text, .text = *problem}, name, m_strings);
     }
-    Run(ShownAddress(prefix, ident), [&](Terminal& terminal, TimePoint now) {
-        return terminal.SendBinary(AddressOf(prefix, ident), std::get<map27::Octets>(command), now);
+    const map27::Octets octets = std::get<map27::Octets>(command);
+    Run(ShownAddress(prefix, ident), [prefix, ident, octets](Terminal& terminal, TimePoint now) {
+        return terminal.SendBinary(AddressOf(prefix, ident), octets, now);
     });
 }
 
 void SerialMap27Control::RequestRadioInfo(qint16 kind)
 {
     Run(
-        {}, [&](Terminal& terminal,
+        {}, [=](Terminal& terminal,
                 TimePoint now) { return terminal.RequestRadioInfo(static_cast<unsigned>(kind), now); });
 }
 
@@ -202,7 +192,7 @@ void SerialMap27Control::MakeCall(qint16 prefix, qint16 ident, bool emergency, b
 {
     Run(
         ShownAddress(prefix, ident),
-        [&](Terminal& terminal, TimePoint now) {
+        [=](Terminal& terminal, TimePoint now) {
             return terminal.MakeCall(AddressOf(prefix, ident), emergency, priority, dialog, now);
         });
 }
@@ -212,7 +202,7 @@ void SerialMap27Control::MakeGatewayCall(qint32 gateway, const QString& digits, 
 {
     Run(
         digits,
-        [&](Terminal& terminal, TimePoint now) {
+        [=](Terminal& terminal, TimePoint now) {
             return terminal.MakeGatewayCall(gateway, digits.toStdString(), emergency, priority, dialog, now);
         });
 }
@@ -220,14 +210,16 @@ void SerialMap27Control::MakeGatewayCall(qint32 gateway, const QString& digits, 
 void SerialMap27Control::AnswerCall(bool accept)
 {
     Run(
-        {}, [&](Terminal& terminal,
+        {}, [=](Terminal& terminal,
                 TimePoint now) { return accept ? terminal.AnswerCall(now) : terminal.RefuseCall(now); });
 }
 
+// Switching off is never dropped.
 void SerialMap27Control::SetTransmit(bool on)
 {
     Run(
-        {}, [&](Terminal& terminal, TimePoint now) { return terminal.SetTransmit(on, now); });
+        {}, [=](Terminal& terminal, TimePoint now) { return terminal.SetTransmit(on, now); },
+        on ? ThreadedLine::Late::Dropped : ThreadedLine::Late::Kept);
 }
 
 void SerialMap27Control::CancelTransaction()
@@ -247,11 +239,12 @@ void SerialMap27Control::ResetLink(qint32 pause)
     });
 }
 
-void SerialMap27Control::Run(const QString& subject, const RadioLine::Operation& operation)
+void SerialMap27Control::Run(const QString& subject, const RadioLine::Operation& operation,
+                             ThreadedLine::Late late)
 {
     if (!m_line.IsOpen())
         RaiseCatalogueError(m_strings, RadioText::NotConnected);
-    if (const auto refusal = m_line.Run(operation))
+    if (const auto refusal = m_line.Run(operation, late))
         throw RefusalError(*refusal, subject, m_strings);
 }
 
@@ -259,9 +252,22 @@ void SerialMap27Control::RunIfOpen(
     const std::function<map27::TerminalOutput(Terminal&, TimePoint)>& operation)
 {
     if (m_line.IsOpen())
-        m_line.Run([&](Terminal& terminal, TimePoint now) {
+        m_line.Leave([operation](Terminal& terminal, TimePoint now) {
             return map27::OperationResult{std::nullopt, operation(terminal, now)};
         });
+}
+
+// A window that raises must not keep the next event from arriving.
+void SerialMap27Control::Take(const LineReport& report)
+{
+    try {
+        if (const auto* event = std::get_if<map27::TerminalEvent>(&report))
+            Handle(*event);
+        else
+            HandleCondition(std::get<LineCondition>(report));
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(DescribeError(failure, m_strings));
+    }
 }
 
 void SerialMap27Control::Handle(const map27::TerminalEvent& event)
@@ -346,7 +352,8 @@ QString SerialMap27Control::TextOf(const LineCondition& condition) const
     case LinkLost:
         return PortText(TextIdOf(condition.reason));
     case PortFailed:
-        return FormatMessage(m_strings, RadioText::LinkLostPort, {condition.detail});
+        return FormatMessage(m_strings, RadioText::LinkLostPort,
+                             {PortProblemText(condition.problem, m_strings)});
     case Owes:
         return PortText(RadioText::LinkOwes);
     case Silent:

@@ -1,21 +1,27 @@
 #pragma once
 
 #include "radio/line/Map27Control.h"
-#include "radio/line/RadioLine.h"
+#include "radio/line/RadioPort.h"
+#include "radio/line/ThreadedLine.h"
 
 struct Clock;
 struct IStringSource;
 
 // The radio control on a real line: checks and numbers what the windows ask for, hands it to the line, and
-// turns what the line reports into events, and its condition into words.
+// turns what the line reports into events, and its condition into words. Belongs to the windows' thread; the
+// line has one of its own, unless it is told otherwise.
 class SerialMap27Control : public Map27Control {
     Q_OBJECT
 
 public:
     using PortFactory = RadioLine::PortFactory;
 
+    using Place = ThreadedLine::Place;
+
     // Strings and clock must outlive it. Without a factory the ports are those of this computer and network.
-    SerialMap27Control(const IStringSource& strings, const Clock& clock, PortFactory ports = {});
+    // The factory and its ports are used on the line's thread.
+    SerialMap27Control(const IStringSource& strings, const Clock& clock, Place place,
+                       PortFactory ports = &MakeRadioPort);
     ~SerialMap27Control() override;
 
     void SetCommPort(const QString& port) override { m_portName = port; }
@@ -49,14 +55,20 @@ public:
 
     LinkStatus Link() const override { return m_status; }
 
-    // What the line's timer does when it is due: tests call it after moving the clock.
-    void OnTime() { m_line.OnTime(); }
+    // What is shown while OpenLink waits for a port, from 300 ms on.
+    void SetWaitSign(ThreadedLine::WaitSign sign) { m_line.SetWaitSign(std::move(sign)); }
+
+    // What the line's timer does when it is due: tests call it after moving the clock, which they may do in
+    // `first`. Both run on the line's thread.
+    void OnTime(const std::function<void()>& first = [] {}) { m_line.OnTime(first); }
 
 private:
     // `subject` is what the operator gave, for the sentence of a refusal.
-    void Run(const QString& subject, const RadioLine::Operation& operation);
+    void Run(const QString& subject, const RadioLine::Operation& operation,
+             ThreadedLine::Late late = ThreadedLine::Late::Dropped);
     // For what is harmless on a closed line and never refused.
     void RunIfOpen(const std::function<map27::TerminalOutput(map27::Terminal&, map27::TimePoint)>& operation);
+    void Take(const LineReport& report);
     void Handle(const map27::TerminalEvent& event);
     void HandlePersonality(const map27::PersonalityMessage& personality);
     void HandleCondition(const LineCondition& condition);
@@ -65,7 +77,7 @@ private:
     QString PortText(int id) const;
 
     const IStringSource& m_strings;
-    RadioLine m_line;
+    ThreadedLine m_line;
     QString m_portName;
     int m_baudRate = 9600;
     map27::NumberingMessage m_numbering; // as last reported

@@ -1,15 +1,11 @@
 #include "radio/line/SerialRadioPort.h"
 
-#include "core/texts/Errors.h"
-#include "core/texts/FormatMessage.h"
-#include "radio/base/TextIds.h"
 #include "radio/line/PortHolder.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <cerrno>
-#include <grp.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,14 +13,11 @@ namespace {
 
 constexpr int LastWordsLimit = 100; // ms
 
-// Name of the group that owns a device, which a user has to join; empty when it cannot be determined.
+// The group that owns a device, which a user has to join.
 QString GroupOf(const QString& device)
 {
-    struct stat status {};
-    if (::stat(QFile::encodeName(device).constData(), &status) != 0)
-        return {};
-    const group* owner = ::getgrgid(status.st_gid);
-    return owner ? QString::fromLocal8Bit(owner->gr_name) : QString::number(status.st_gid);
+    const QFileInfo file(device);
+    return file.group().isEmpty() ? QString::number(file.groupId()) : file.group();
 }
 
 bool IsCharacterDevice(const QString& device)
@@ -35,11 +28,10 @@ bool IsCharacterDevice(const QString& device)
 
 } // namespace
 
-SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings,
+SerialRadioPort::SerialRadioPort(const QString& name, int bitsPerSecond,
                                  std::shared_ptr<const SerialAdapters> adapters)
     : m_name(name),
       m_bitsPerSecond(bitsPerSecond),
-      m_strings(strings),
       m_adapters(std::move(adapters))
 {
     connect(&m_port, &QSerialPort::readyRead, this, [this] { Q_EMIT Received(m_port.readAll()); });
@@ -67,59 +59,60 @@ QString SerialRadioPort::Device() const
     return target.isEmpty() ? path : target;
 }
 
-void SerialRadioPort::Open(bool wait)
+void SerialRadioPort::Open()
 {
     Close();
     m_device = Device();
-    QString problem;
-    if (!QFileInfo::exists(m_device))
-        problem = FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
-    else if (!IsCharacterDevice(m_device))
-        problem = FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
-    else {
-        m_port.setPortName(m_device);
-        m_port.setBaudRate(m_bitsPerSecond);
-        if (!m_port.open(QIODevice::ReadWrite))
-            problem = Problem();
+    if (!QFileInfo::exists(m_device)) {
+        Q_EMIT Failed({PortProblem::Kind::Absent, {m_name}});
+        return;
     }
-    if (problem.isEmpty()) {
-        m_adapter = m_adapters->IdentityOf(m_device);
-        Q_EMIT Opened();
-    } else if (wait) {
-        throw Error(ErrorCode::General, problem);
-    } else {
-        Q_EMIT Failed(problem);
+    if (!IsCharacterDevice(m_device)) {
+        Q_EMIT Failed({PortProblem::Kind::NotSerial, {m_name}});
+        return;
     }
+    m_port.setPortName(m_device);
+    m_port.setBaudRate(m_bitsPerSecond);
+    if (!m_port.open(QIODevice::ReadWrite)) {
+        Q_EMIT Failed(Problem());
+        return;
+    }
+    m_adapter = m_adapters->IdentityOf(m_device);
+    Q_EMIT Opened();
 }
 
-QString SerialRadioPort::Problem() const
+PortProblem SerialRadioPort::Problem() const
 {
     if (!QFileInfo::exists(m_device))
-        return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+        return {PortProblem::Kind::Absent, {m_name}};
     const bool permitted = ::access(QFile::encodeName(m_device).constData(), R_OK | W_OK) == 0;
     if (!permitted && (errno == EACCES || errno == EPERM))
-        return FormatMessage(m_strings, RadioText::PortNotPermitted, {m_name, GroupOf(m_device)});
+        return {PortProblem::Kind::NotPermitted, {m_name, GroupOf(m_device)}};
     switch (m_port.error()) {
     case QSerialPort::DeviceNotFoundError:
-        return FormatMessage(m_strings, RadioText::PortAbsent, {m_name});
+        return {PortProblem::Kind::Absent, {m_name}};
     case QSerialPort::PermissionError:
-        return BusyText();
+        return Busy();
     case QSerialPort::UnsupportedOperationError:
-        return FormatMessage(m_strings, RadioText::PortNoSerial, {m_name});
+        return {PortProblem::Kind::NotSerial, {m_name}};
     default:
-        return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
+        return Other();
     }
 }
 
-QString SerialRadioPort::BusyText() const
+PortProblem SerialRadioPort::Busy() const
 {
-    if (const auto left = LeftLockOfPort(m_device)) {
-        return FormatMessage(m_strings, RadioText::PortLockLeft,
-                             {m_name, left->file, QString::number(left->process)});
-    }
+    if (const auto left = LeftLockOfPort(m_device))
+        return {PortProblem::Kind::LockLeft, {m_name, left->file, QString::number(left->process)}};
     const QString holder = HolderOfPort(m_device);
-    return holder.isEmpty() ? FormatMessage(m_strings, RadioText::PortBusy, {m_name})
-                            : FormatMessage(m_strings, RadioText::PortBusyBy, {m_name, holder});
+    if (holder.isEmpty())
+        return {PortProblem::Kind::Busy, {m_name}};
+    return {PortProblem::Kind::BusyBy, {m_name, holder}};
+}
+
+PortProblem SerialRadioPort::Other() const
+{
+    return {PortProblem::Kind::Other, {m_name, m_port.errorString()}};
 }
 
 void SerialRadioPort::Close()
@@ -147,9 +140,7 @@ void SerialRadioPort::OnError(QSerialPort::SerialPortError error)
         return;
     // The device may still be there for a moment when its line is already dead.
     const bool unplugged = error == QSerialPort::ResourceError || !QFileInfo::exists(m_device);
-    const QString text = unplugged
-                             ? FormatMessage(m_strings, RadioText::PortAbsent, {m_name})
-                             : FormatMessage(m_strings, RadioText::PortOther, {m_name, m_port.errorString()});
+    const PortProblem problem = unplugged ? PortProblem{PortProblem::Kind::Absent, {m_name}} : Other();
     Close();
-    Q_EMIT Failed(text);
+    Q_EMIT Failed(problem);
 }

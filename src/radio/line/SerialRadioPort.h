@@ -13,10 +13,10 @@ class SerialRadioPort : public RadioPort {
     Q_OBJECT
 
 public:
-    SerialRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings,
+    SerialRadioPort(const QString& name, int bitsPerSecond,
                     std::shared_ptr<const SerialAdapters> adapters = std::make_shared<SerialAdapters>());
 
-    void Open(bool wait) override;
+    void Open() override;
     void Close() override;
     bool IsOpen() const override { return m_port.isOpen(); }
     void Write(const QByteArray& octets) override;
@@ -26,13 +26,13 @@ public:
 
 private:
     QString Device() const;
-    QString Problem() const;
-    QString BusyText() const;
+    PortProblem Problem() const;
+    PortProblem Busy() const;
+    PortProblem Other() const;
     void OnError(QSerialPort::SerialPortError error);
 
     QString m_name;
     int m_bitsPerSecond;
-    const IStringSource& m_strings;
     std::shared_ptr<const SerialAdapters> m_adapters;
     QString m_device;  // path of the one that was opened last
     QString m_adapter; // identity of the one that was opened last; empty when it has none

@@ -1,8 +1,5 @@
 #include "radio/line/TcpRadioPort.h"
 
-#include "core/texts/Errors.h"
-#include "core/texts/FormatMessage.h"
-#include "radio/base/TextIds.h"
 #include "radio/line/SerialRadioPort.h"
 
 #include <QUrl>
@@ -19,20 +16,20 @@ bool TcpRadioPort::IsName(const QString& name)
     return name.startsWith(QLatin1String("tcp://"), Qt::CaseInsensitive);
 }
 
-TcpRadioPort::TcpRadioPort(const QString& name, const IStringSource& strings)
-    : m_name(name),
-      m_strings(strings)
+TcpRadioPort::TcpRadioPort(const QString& name) : m_name(name)
 {
     const QUrl url(name, QUrl::StrictMode);
-    if (!url.isValid() || url.host().isEmpty() || url.port() <= 0 || !url.path().isEmpty())
-        throw Error(ErrorCode::General, FormatMessage(strings, RadioText::PortBadAddress, {name}));
-    m_host = url.host();
-    m_portNumber = static_cast<quint16>(url.port());
+    if (url.isValid() && url.port() > 0 && url.path().isEmpty()) {
+        m_host = url.host();
+        m_portNumber = static_cast<quint16>(url.port());
+    }
     m_limit.setSingleShot(true);
     m_limit.setInterval(ConnectLimit);
     connect(
         &m_limit, &QTimer::timeout, this,
-        [this] { Fail(FormatMessage(m_strings, RadioText::PortHostSilent, {m_name})); });
+        [this] {
+            Fail({PortProblem::Kind::HostSilent, {m_name}});
+        });
     connect(&m_socket, &QTcpSocket::readyRead, this, [this] { Q_EMIT Received(m_socket.readAll()); });
     connect(
         &m_socket, &QTcpSocket::connected, this,
@@ -42,28 +39,18 @@ TcpRadioPort::TcpRadioPort(const QString& name, const IStringSource& strings)
             m_socket.setSocketOption(QAbstractSocket::KeepAliveOption, 1);
             Q_EMIT Opened();
         });
-    connect(&m_socket, &QTcpSocket::errorOccurred, this, [this] {
-        if (!m_waiting)
-            Fail(Problem());
-    });
+    connect(&m_socket, &QTcpSocket::errorOccurred, this, [this] { Fail(Problem()); });
 }
 
-void TcpRadioPort::Open(bool wait)
+void TcpRadioPort::Open()
 {
     Close();
-    m_waiting = wait;
-    if (!wait)
-        m_limit.start();
-    m_socket.connectToHost(m_host, m_portNumber);
-    if (!wait)
+    if (m_host.isEmpty()) {
+        Q_EMIT Failed({PortProblem::Kind::BadAddress, {m_name}});
         return;
-    const bool connected = m_socket.waitForConnected(ConnectLimit);
-    m_waiting = false;
-    if (!connected) {
-        const QString problem = Problem();
-        Close();
-        throw Error(ErrorCode::General, problem);
     }
+    m_limit.start();
+    m_socket.connectToHost(m_host, m_portNumber);
 }
 
 void TcpRadioPort::Close()
@@ -81,30 +68,30 @@ void TcpRadioPort::Write(const QByteArray& octets)
         m_socket.write(octets);
 }
 
-QString TcpRadioPort::Problem() const
+PortProblem TcpRadioPort::Problem() const
 {
     switch (m_socket.error()) {
     case QAbstractSocket::HostNotFoundError:
-        return FormatMessage(m_strings, RadioText::PortHostUnknown, {m_host});
+        return {PortProblem::Kind::HostUnknown, {m_host}};
     case QAbstractSocket::ConnectionRefusedError:
     case QAbstractSocket::RemoteHostClosedError:
-        return FormatMessage(m_strings, RadioText::PortHostRefused, {m_name});
+        return {PortProblem::Kind::HostRefused, {m_name}};
     case QAbstractSocket::SocketTimeoutError:
-        return FormatMessage(m_strings, RadioText::PortHostSilent, {m_name});
+        return {PortProblem::Kind::HostSilent, {m_name}};
     default:
-        return FormatMessage(m_strings, RadioText::PortOther, {m_name, m_socket.errorString()});
+        return {PortProblem::Kind::Other, {m_name, m_socket.errorString()}};
     }
 }
 
-void TcpRadioPort::Fail(const QString& text)
+void TcpRadioPort::Fail(const PortProblem& problem)
 {
     Close();
-    Q_EMIT Failed(text);
+    Q_EMIT Failed(problem);
 }
 
-std::unique_ptr<RadioPort> MakeRadioPort(const QString& name, int bitsPerSecond, const IStringSource& strings)
+std::unique_ptr<RadioPort> MakeRadioPort(const QString& name, int bitsPerSecond)
 {
     if (TcpRadioPort::IsName(name))
-        return std::make_unique<TcpRadioPort>(name, strings);
-    return std::make_unique<SerialRadioPort>(name, bitsPerSecond, strings);
+        return std::make_unique<TcpRadioPort>(name);
+    return std::make_unique<SerialRadioPort>(name, bitsPerSecond);
 }

@@ -12,23 +12,20 @@ class TcpRadioPort : public RadioPort {
 public:
     static bool IsName(const QString& name);
 
-    // Raises Error for a name that is not a valid address.
-    TcpRadioPort(const QString& name, const IStringSource& strings);
+    explicit TcpRadioPort(const QString& name);
 
-    void Open(bool wait) override;
+    void Open() override;
     void Close() override;
     bool IsOpen() const override { return m_socket.state() == QAbstractSocket::ConnectedState; }
     void Write(const QByteArray& octets) override;
 
 private:
-    QString Problem() const;
-    void Fail(const QString& text);
+    PortProblem Problem() const;
+    void Fail(const PortProblem& problem);
 
     QString m_name;
-    const IStringSource& m_strings;
-    QString m_host;
+    QString m_host; // empty for a name that is not a valid address
     quint16 m_portNumber = 0;
     QTcpSocket m_socket;
     QTimer m_limit;
-    bool m_waiting = false; // Open(true) reports by itself
 };
