@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
+#include <QSignalBlocker>
 #include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -119,6 +120,8 @@ void SerialRadioPort::Close()
 {
     if (!m_port.isOpen())
         return;
+    // What fails now is of no interest any more.
+    const QSignalBlocker blocker(m_port);
     // Let the last words out, perhaps a hang-up.
     if (m_port.error() == QSerialPort::NoError && m_port.bytesToWrite() > 0)
         m_port.waitForBytesWritten(LastWordsLimit);

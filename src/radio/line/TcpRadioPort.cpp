@@ -2,6 +2,7 @@
 
 #include "radio/line/SerialRadioPort.h"
 
+#include <QSignalBlocker>
 #include <QUrl>
 
 namespace {
@@ -56,6 +57,8 @@ void TcpRadioPort::Open()
 void TcpRadioPort::Close()
 {
     m_limit.stop();
+    // What fails now is of no interest any more, and must not lead here again.
+    const QSignalBlocker blocker(m_socket);
     // Let the last words out, perhaps a hang-up.
     if (IsOpen() && m_socket.bytesToWrite() > 0)
         m_socket.waitForBytesWritten(LastWordsLimit);
