@@ -31,8 +31,9 @@ public:
     virtual bool UnitTwoDigit() const = 0;
     virtual bool GroupTwoDigit() const = 0;
 
-    // Raises when the port cannot be opened. From then on a lost link is retried until CloseLink. On an open
-    // link it closes that one first.
+    // Raises when the port cannot be opened, and when the link is closed meanwhile: a port that takes its
+    // time is waited for in an event loop, without user input and without events of the radio. From then on a
+    // lost link is retried until CloseLink. On an open link it closes that one first.
     virtual void OpenLink() = 0;
     virtual void CloseLink() = 0;
     virtual void SendRegroupCommand(qint16 memberPrefix, qint16 memberIdent, qint16 pos, qint16 groupPrefix,

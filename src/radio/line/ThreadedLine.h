@@ -26,7 +26,7 @@ public:
         PortProblem problem{}; // Failed only
     };
 
-    // The clock must outlive it. The factory is called on the line's thread.
+    // The clock must outlive it. It is asked, and the factory called, on the line's thread.
     ThreadedLine(const Clock& clock, RadioLine::PortFactory ports, Place place);
     // The last words go out, and the thread has ended.
     ~ThreadedLine() override;
