@@ -43,8 +43,8 @@ public:
     // Files tell nothing: their watcher is never called.
     void Watch(const WorkspaceWatcher& watcher);
     // What files can be asked instead: the tables of the directory, the groups, the statuses, the accounts
-    // and the settings that other sessions have changed since the last call, or since the opening. Nothing on
-    // a server.
+    // and the settings that other sessions have changed since the last call, or since the opening.
+    // Kind::Locked at once, without the wait for a lock. Nothing on a server.
     QStringList ChangedElsewhere();
 
     // What opens a workspace of the same account on the same database for another thread, without asking for

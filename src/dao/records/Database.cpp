@@ -32,6 +32,12 @@ bool Database::IsInPlace() const
     return m_engine->IsInPlace();
 }
 
+QString Database::Fold(const QString& text)
+{
+    const auto row = m_engine->FirstRow("SELECT kyn_fold(?)", {text});
+    return row ? row->first().toString() : text;
+}
+
 QString Database::Info(const QString& name)
 {
     const auto row = m_engine->FirstRow("SELECT value FROM file_info WHERE name=?", {name});

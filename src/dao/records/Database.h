@@ -40,6 +40,9 @@ public:
     // Defined size of a text field in characters; 0 for one without a limit and for a field that is not text.
     int FieldSize(const QString& table, const QString& field);
 
+    // A text as this engine's kyn_fold has it. The engines agree with dao::Fold but for U+0130.
+    QString Fold(const QString& text);
+
 private:
     QString Info(const QString& name);
     std::shared_ptr<const TableShape> Table(const QString& name);

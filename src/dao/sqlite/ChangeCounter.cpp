@@ -1,5 +1,6 @@
 #include "dao/sqlite/ChangeCounter.h"
 #include "dao/sqlite/Connection.h"
+#include <sqlite3.h>
 
 namespace dao::sqlite {
 
@@ -18,6 +19,24 @@ QString OwnCount(const QString& schema, const QString& table)
     return script;
 }
 
+// While it lives, a lock is not waited for.
+class NoWaiting {
+public:
+    explicit NoWaiting(Connection& connection)
+        : m_file(connection.File()),
+          m_timeout(connection.Value("PRAGMA busy_timeout").toInt())
+    {
+        sqlite3_busy_timeout(m_file, 0);
+    }
+    NoWaiting(const NoWaiting&) = delete;
+    NoWaiting& operator=(const NoWaiting&) = delete;
+    ~NoWaiting() { sqlite3_busy_timeout(m_file, m_timeout); }
+
+private:
+    sqlite3* m_file;
+    int m_timeout; // ms
+};
+
 } // namespace
 
 ChangeCounter::ChangeCounter(Connection& connection) : m_connection(connection)
@@ -33,6 +52,7 @@ ChangeCounter::ChangeCounter(Connection& connection) : m_connection(connection)
 
 QStringList ChangeCounter::ChangedElsewhere()
 {
+    const NoWaiting atOnce(m_connection);
     const QHash<QString, qlonglong> foreign = ReadForeign();
     QStringList changed;
     for (auto table = foreign.cbegin(); table != foreign.cend(); ++table)

@@ -15,7 +15,8 @@ class ChangeCounter {
 public:
     explicit ChangeCounter(Connection& connection);
 
-    // Tables that other sessions have changed since the last call, or since the beginning. Kind::Locked.
+    // Tables that other sessions have changed since the last call, or since the beginning. Asked often, so it
+    // does not wait for a lock: Kind::Locked at once.
     QStringList ChangedElsewhere();
 
 private:
