@@ -2,6 +2,7 @@
 
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/texts/Errors.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/ServerSetup.h"
@@ -118,6 +119,7 @@ public:
         m_changes.Open([this] { return Workspace().ChangedElsewhere(); });
     }
     DatabaseChanges& Changes() override { return m_changes; }
+    SessionMemory& Memory() override { return m_memory; }
     void Logoff() override
     {
         m_changes.Close();
@@ -135,5 +137,6 @@ private:
     const TestDatabase& m_database;
     dao::OpenOptions m_options;
     DatabaseChanges m_changes;
+    SessionMemory m_memory{*this, m_changes};
     std::unique_ptr<dao::Workspace> m_workspace;
 };

@@ -3,6 +3,7 @@
 #include "core/logon/LogonPause.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 
 #include <memory>
@@ -39,6 +40,7 @@ public:
     QString SelectDatabaseFile() override;
     bool IsMemberOf(const QString& group) override;
     DatabaseChanges& Changes() override { return m_changes; }
+    SessionMemory& Memory() override { return m_memory; }
 
 private:
     dao::Location StoredLocation() const;
@@ -56,5 +58,6 @@ private:
     QString m_appName;
     QString m_section = "DB";
     DatabaseChanges m_changes;
+    SessionMemory m_memory{*this, m_changes};
     std::unique_ptr<dao::Workspace> m_workspace;
 };

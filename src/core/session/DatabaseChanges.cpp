@@ -14,7 +14,9 @@ void DatabaseChanges::Close()
 {
     Q_EMIT Closing();
     m_look = {};
+    m_unread.clear();
     SetAway(false);
+    Q_EMIT Closed();
 }
 
 void DatabaseChanges::SetAway(bool away)

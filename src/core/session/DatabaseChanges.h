@@ -27,14 +27,20 @@ public:
     // A change that was reported of this table could not be read; it is reported again at the next reason to
     // look.
     void KeepUnread(const QString& table);
+    // This console has stored a change to the table.
+    void TellOwn(const QString& table) { Q_EMIT ChangedHere(table); }
 
 Q_SIGNALS:
     // An operator has logged on.
     void Opened();
     // The operator is logging off; the database is still open.
     void Closing();
+    // He has logged off.
+    void Closed();
     // Another console changed this table; an empty name: nobody knows which.
     void Changed(const QString& table);
+    // This console did.
+    void ChangedHere(const QString& table);
     void AwayChanged(bool away);
 
 private:

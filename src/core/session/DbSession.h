@@ -3,6 +3,7 @@
 #include <QString>
 
 class DatabaseChanges;
+class SessionMemory;
 namespace dao {
 class Database;
 class Workspace;
@@ -26,6 +27,8 @@ struct IDbSession {
 
     // What other consoles do, and whether the database can be reached.
     virtual DatabaseChanges& Changes() = 0;
+    // What was read, for all that the radio brings.
+    virtual SessionMemory& Memory() = 0;
 };
 
 // How it is opened and closed, and with which files.

@@ -1,6 +1,7 @@
 #include "core/session/Registry.h"
 
 #include "core/base/ProgramLog.h"
+#include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
@@ -51,6 +52,7 @@ void RegistrySet(IDbSession& session, const QString& key, const QString& value)
 {
     try {
         Store(session, key, value);
+        session.Changes().TellOwn(Table);
     } catch (const std::exception& failure) {
         NoteFailure("writing", key, failure);
     }
@@ -62,4 +64,5 @@ void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>
     for (const auto& [key, value] : values)
         Store(session, key, value);
     transaction.Commit();
+    session.Changes().TellOwn(Table);
 }

@@ -3,6 +3,7 @@
 #include "addressing/CreateAddressing.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/session/Registry.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/DirectoryImport.h"
@@ -22,7 +23,9 @@ public:
 
     dao::Workspace& Workspace() override { return m_workspace; }
     dao::Database& Database() override { return m_workspace.Database(); }
-    QString MakePID(const QString&, const QString&) override { return {}; }
+    QString MakePID(const QString&, const QString&) override { return {
+    SessionMemory m_memory{*this, m_changes}; // never read: no logon is told
+}; }
     bool IsOpen() const override { return true; }
     bool IsMemberOf(const QString& group) override
     {

@@ -1,0 +1,148 @@
+#include "core/session/SessionMemory.h"
+
+#include "core/base/ProgramLog.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "dao/records/Database.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <utility>
+
+namespace {
+
+constexpr QLatin1String Address("address");
+constexpr QLatin1String Regroup("dynamic_regroup");
+constexpr QLatin1String Registry("kyn_registry");
+
+const QEvent::Type ReadEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+} // namespace
+
+SessionMemory::SessionMemory(IDbSession& session, DatabaseChanges& changes)
+    : m_session(session),
+      m_changes(changes)
+{
+    connect(&changes, &DatabaseChanges::Opened, this, [this] {
+        Forget();
+        ReadTables({});
+    });
+    connect(&changes, &DatabaseChanges::Closed, this, &SessionMemory::Forget);
+    connect(&changes, &DatabaseChanges::Changed, this, &SessionMemory::ReadTables);
+    connect(&changes, &DatabaseChanges::ChangedHere, this, &SessionMemory::ReadLater);
+}
+
+const Directory& SessionMemory::Addresses()
+{
+    ReadDue();
+    return m_directory;
+}
+
+const std::vector<Regrouping>& SessionMemory::Regroupings()
+{
+    ReadDue();
+    return m_regroupings;
+}
+
+QString SessionMemory::Setting(const QString& key, const QString& fallback)
+{
+    ReadDue();
+    const auto found = m_settings.constFind(key);
+    return found != m_settings.constEnd() ? *found : fallback;
+}
+
+bool SessionMemory::PutOnDuty(const QString& callsign, bool onDuty)
+{
+    return m_directory.SetOnDuty(callsign, onDuty);
+}
+
+void SessionMemory::PutRegrouping(const Regrouping& regrouping)
+{
+    DropMember(regrouping.memberId, regrouping.pos);
+    m_regroupings.push_back(regrouping);
+}
+
+void SessionMemory::DropMember(qint32 memberId, quint8 pos)
+{
+    std::erase_if(
+        m_regroupings, [=](const Regrouping& row) { return row.memberId == memberId && row.pos == pos; });
+}
+
+void SessionMemory::DropGroup(qint32 groupId, quint8 pos)
+{
+    std::erase_if(
+        m_regroupings, [=](const Regrouping& row) { return row.groupId == groupId && row.pos == pos; });
+}
+
+// An empty name: all of them. What cannot be read is told again.
+void SessionMemory::ReadTables(const QString& table)
+{
+    for (const QLatin1String name : {Address, Regroup, Registry}) {
+        if (!table.isEmpty() && table != name)
+            continue;
+        try {
+            ReadOne(name);
+        } catch (const std::exception& failure) {
+            ProgramLog::Write(
+                QStringLiteral("Memory: %1 not read: %2").arg(name, QString::fromUtf8(failure.what())));
+            m_changes.KeepUnread(name);
+        }
+    }
+}
+
+void SessionMemory::ReadOne(const QString& table)
+{
+    dao::Database& database = m_session.Database();
+    if (table == Address) {
+        m_directory.Read(database);
+    } else if (table == Regroup) {
+        const auto rows = database.OpenSnapshot(table);
+        const int group = rows->Position(QStringLiteral("group_id"));
+        const int member = rows->Position(QStringLiteral("member_id"));
+        const int pos = rows->Position(QStringLiteral("pos"));
+        std::vector<Regrouping> read;
+        for (; !rows->Eof(); rows->MoveNext())
+            read.push_back({static_cast<qint32>(rows->NumberAt(group)),
+                            static_cast<qint32>(rows->NumberAt(member)),
+                            static_cast<quint8>(rows->NumberAt(pos))});
+        m_regroupings = std::move(read);
+    } else {
+        const auto rows = database.OpenSnapshot(table);
+        const int key = rows->Position(QStringLiteral("Key"));
+        const int value = rows->Position(QStringLiteral("Value"));
+        QHash<QString, QString> read;
+        for (; !rows->Eof(); rows->MoveNext())
+            read.insert(rows->TextAt(key), rows->TextAt(value));
+        m_settings = std::move(read);
+    }
+}
+
+// Once for many changes, at the first look or before the event loop delivers anything else: the next radio
+// event finds it done.
+void SessionMemory::ReadLater(const QString& table)
+{
+    if (m_due.isEmpty())
+        QCoreApplication::postEvent(this, new QEvent(ReadEvent), Qt::HighEventPriority);
+    if (!m_due.contains(table))
+        m_due.append(table);
+}
+
+void SessionMemory::customEvent(QEvent* event)
+{
+    if (event->type() == ReadEvent)
+        ReadDue();
+}
+
+void SessionMemory::ReadDue()
+{
+    for (const QString& table : std::exchange(m_due, {}))
+        ReadTables(table);
+}
+
+void SessionMemory::Forget()
+{
+    m_directory.Clear();
+    m_regroupings.clear();
+    m_settings.clear();
+    m_due.clear();
+}
