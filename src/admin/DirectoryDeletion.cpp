@@ -3,6 +3,7 @@
 #include "admin/TextIds.h"
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
+#include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "core/session/DynamicRegroup.h"
 #include "core/texts/Errors.h"
@@ -84,5 +85,8 @@ bool DeleteEntries(const AdminServices& services, const std::vector<DeletionItem
     const bool confirmEach =
         items.size() <= 1 ||
         services.prompt.AskChoice(services.strings.LoadString(AdminText::ConfirmEachQuestion));
-    return confirmEach ? DeleteOneByOne(services, items) : DeleteTogether(services, items);
+    const bool deleted = confirmEach ? DeleteOneByOne(services, items) : DeleteTogether(services, items);
+    if (deleted)
+        services.session.Changes().TellOwn(QStringLiteral("address"));
+    return deleted;
 }

@@ -2,6 +2,7 @@
 
 #include "admin/TextIds.h"
 #include "core/desktop/Prompt.h"
+#include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "core/session/DynamicRegroup.h"
 #include "core/texts/Errors.h"
@@ -198,6 +199,7 @@ void frmAddressEditor::WriteRecord(const AddressEntry& entry)
         m_rows->AddNew();
     WriteEntry(*m_rows, entry);
     m_rows->Update();
+    m_services.session.Changes().TellOwn(QStringLiteral("address"));
 }
 
 void frmAddressEditor::OfferReload()
