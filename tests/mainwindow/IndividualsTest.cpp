@@ -25,6 +25,7 @@ public:
         directory->Edit();
         directory->SetField(QStringLiteral("dynamic"), true);
         directory->Update();
+        session.Changes().TellOwn(QStringLiteral("address"));
     }
     QTreeView& List() { return Find<QTreeView>("lvIndividuals"); }
     QString Callsigns()

@@ -50,6 +50,7 @@ TEST(Together, NothingIsLostAndTheOperatorKeepsHisPlace)
         groups->Update();
     }
     stack.session.Workspace().CommitTrans();
+    stack.session.Changes().TellOwn(QStringLiteral("address"));
     stack.Find<QAbstractButton>("tbMain_refresh").click();
 
     // The operator drags a radio, then looks elsewhere, folds a group and types.

@@ -73,6 +73,7 @@ public:
         for (const auto& [name, value] : fields)
             rows->SetField(name, value);
         rows->Update();
+        session.Changes().TellOwn(table);
     }
     // "Dispatch" and units, 20 as "Unit20".
     void AddIndividuals(std::initializer_list<int> numbers)
@@ -89,6 +90,7 @@ public:
         add("Dispatch", 21);
         for (const int number : numbers)
             add("Unit" + QString::number(number), number);
+        session.Changes().TellOwn("address");
     }
     // The directory's entry of a callsign.
     std::unique_ptr<dao::Recordset> EntryOf(const QString& callsign)

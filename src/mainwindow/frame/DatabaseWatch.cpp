@@ -3,6 +3,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
+#include "dao/base/Error.h"
 #include "dao/records/Database.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/frame/MainTabs.h"
@@ -17,7 +18,9 @@
 
 namespace {
 
-// What the numbering is built from, fleet plan and site settings, as one text, so that a change shows.
+constexpr std::chrono::milliseconds LookPause{1000};
+
+// What the numbering is made of, fleet plan and site settings, in one text, so that a change shows.
 QString ReadNumberingTables(IDbSession& session)
 {
     QString text;
@@ -47,6 +50,8 @@ DatabaseWatch::DatabaseWatch(const Services& services, const SessionState& sessi
     connect(&changes, &DatabaseChanges::AwayChanged, this, &DatabaseWatch::ShowState);
     if (services.eventLog != nullptr)
         connect(services.eventLog, &EventLog::WaitingChanged, this, &DatabaseWatch::ShowState);
+    connect(&m_look, &QTimer::timeout, this, &DatabaseWatch::LookByItself);
+    m_look.start(LookPause);
 }
 
 void DatabaseWatch::ShowState()
@@ -58,7 +63,22 @@ void DatabaseWatch::ShowState()
 
 void DatabaseWatch::LookNow()
 {
-    m_services.session.Changes().MayHaveChanged();
+    try {
+        m_services.session.Changes().MayHaveChanged();
+    } catch (const dao::Error& failure) {
+        if (failure.kind != dao::Kind::Locked)
+            throw;
+    }
+}
+
+// The next look comes soon enough to say nothing of a failure.
+void DatabaseWatch::LookByItself()
+{
+    try {
+        if (m_session.LoggedOn)
+            LookNow();
+    } catch (const std::exception&) {
+    }
 }
 
 void DatabaseWatch::LoadStati()

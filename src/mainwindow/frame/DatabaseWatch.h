@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QTimer>
 #include <functional>
 
 class LinkStrip;
@@ -22,13 +23,14 @@ public:
     DatabaseWatch(const Services& services, const SessionState& session, MainTabs& tabs, SendPane& send,
                   LinkStrip& strip, const Attempt& attempt);
 
-    // Looks for changes now. Raises dao::Error.
+    // Looks for changes now; where files are locked at this moment, a second later. Raises dao::Error.
     void LookNow();
     // Reads the status messages that can be sent. Raises Error and dao::Error; the list is then empty.
     void LoadStati();
 
 private:
     void ShowState();
+    void LookByItself();
     void Reload(const QString& table);
     void ReloadNumbering();
 
@@ -38,5 +40,6 @@ private:
     SendPane& m_send;
     LinkStrip& m_strip;
     Attempt m_attempt;
+    QTimer m_look;             // files tell nothing by themselves
     QString m_numberingTables; // as they were when the numbering was last read
 };

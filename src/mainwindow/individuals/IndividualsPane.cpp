@@ -2,6 +2,8 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
+#include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
@@ -138,14 +140,17 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
     m_lookfor = lookfor;
     std::vector<IndividualRow> rows;
     const int limit = AddressListLimit(m_parts.settings);
-    for (bool again = true; again;) {
+    if (cause != ReloadCause::Operator) {
+        if (!m_parts.database.Memory().Addresses().IsRead())
+            return;
+        DrawIndividuals(m_parts.database, lookfor, limit + 1, rows);
+    }
+    for (bool again = cause == ReloadCause::Operator; again;) {
         rows.clear();
         try {
             ReadIndividuals(m_parts.database, lookfor, limit + 1, rows);
             again = false;
         } catch (const std::exception& failure) {
-            if (cause == ReloadCause::OtherConsole)
-                throw;
             ProgramLog::Write(DescribeError(failure, m_parts.strings));
             again = m_parts.prompt.AskQuestion(m_parts.strings.LoadString(MainText::IndividualsUnread));
         }

@@ -35,10 +35,10 @@ public:
     // Reads the radios that match a search text; an empty one matches all. Does nothing while nobody is
     // logged on.
     void ReloadInds(const QString& lookfor);
-    // Rereads the same list because another console changed it; selection and scroll position stay. Raises
-    // Error and dao::Error; the list then stays as it was.
+    // The same list afresh from the session's memory, because another console changed it; selection and
+    // scroll stay.
     void ReloadQuietly() { Reload(m_lookfor, ReloadCause::OtherConsole); }
-    // From the radio; the reload follows from the event loop, once for several changes.
+    // From the radio; drawn from the session's memory in the event loop, once for several changes.
     void ReloadInds() override;
 
     // Sizes the columns to contents and headers.

@@ -2,12 +2,19 @@
 
 #include "core/session/DbSession.h"
 #include "core/session/Registry.h"
+#include "core/session/SessionMemory.h"
+#include "dao/base/TextMatch.h"
 #include "dao/records/Database.h"
 
 namespace {
 
 constexpr int EveryRadio = 0; // of the setting "on_off_duty"
 constexpr int OnDutyOnly = 1;
+
+bool IsShown(int dutyMode, bool onDuty)
+{
+    return dutyMode == EveryRadio || (dutyMode == OnDutyOnly && onDuty);
+}
 
 } // namespace
 
@@ -26,7 +33,7 @@ void ReadIndividuals(IDbSession& session, const QString& lookfor, int most, std:
     const int onDuty = records->Position(QStringLiteral("on_duty"));
     const int id = records->Position(QStringLiteral("address_id"));
     for (; !records->Eof() && static_cast<int>(rows.size()) < most; records->MoveNext()) {
-        if (dutyMode == EveryRadio || (dutyMode == OnDutyOnly && records->NumberAt(onDuty) != 0)) {
+        if (IsShown(dutyMode, records->NumberAt(onDuty) != 0)) {
             rows.push_back(
                 {.callsign = records->TextAt(callsign),
                  .ident = records->TextAt(ident),
@@ -34,5 +41,27 @@ void ReadIndividuals(IDbSession& session, const QString& lookfor, int most, std:
                  .picture = PictureOfIndividual(records->TextAt(iconKey), records->NumberAt(dynamic) != 0),
                  .id = static_cast<qint32>(records->NumberAt(id))});
         }
+    }
+}
+
+void DrawIndividuals(IDbSession& session, const QString& lookfor, int most, std::vector<IndividualRow>& rows)
+{
+    SessionMemory& memory = session.Memory();
+    const auto dutyMode =
+        static_cast<int>(memory.Setting(QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble());
+    const dao::LookFor wanted(lookfor);
+    const Directory& directory = memory.Addresses();
+    for (std::size_t i = 0; i < directory.Size() && static_cast<int>(rows.size()) < most; ++i) {
+        const Directory::Entry entry = directory.At(i);
+        if (entry.type != Directory::Type::Individual || !IsShown(dutyMode, entry.onDuty))
+            continue;
+        const IndividualRow row{.callsign = Directory::Text(entry.callsign),
+                                .ident = Directory::Text(entry.ident),
+                                .name = Directory::Text(entry.name),
+                                .picture = PictureOfIndividual(QStringLiteral("individual"), entry.dynamic),
+                                .id = entry.id};
+        if (wanted.MatchesEverything() || wanted.Matches(row.callsign) || wanted.Matches(row.ident) ||
+            wanted.Matches(row.name))
+            rows.push_back(row);
     }
 }

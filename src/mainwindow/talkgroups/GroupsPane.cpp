@@ -1,5 +1,7 @@
 #include "mainwindow/talkgroups/GroupsPane.h"
 
+#include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
@@ -124,7 +126,8 @@ void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
 // A reload that comes while an earlier one is asking whether to try again has nothing to add to it.
 void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cause)
 {
-    if (!m_session.LoggedOn || m_reloading)
+    if (!m_session.LoggedOn || m_reloading ||
+        (cause != ReloadCause::Operator && !m_services.session.Memory().Addresses().IsRead()))
         return;
     const QScopedValueRollback reloading(m_reloading, true);
     const TreePlace place(*tvGroups, TalkgroupModel::PlaceRole);

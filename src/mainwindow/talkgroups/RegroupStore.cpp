@@ -2,6 +2,7 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
 #include "mainwindow/base/SessionState.h"
@@ -70,6 +71,8 @@ bool RegroupStore::Store(const RegroupRequest& request)
     }
     rows->SetField(QStringLiteral("group_id"), request.groupId);
     rows->Update();
+    m_session.Memory().PutRegrouping(
+        {.groupId = request.groupId, .memberId = request.memberId, .pos = request.pos});
     return true;
 }
 
@@ -83,4 +86,8 @@ void RegroupStore::Store(const UngroupRequest& request)
         query->SetParameter(QStringLiteral("mi"), request.memberId);
     query->SetParameter(QStringLiteral("p"), request.pos);
     query->Execute();
+    if (request.wholeGroup)
+        m_session.Memory().DropGroup(request.groupId, request.pos);
+    else
+        m_session.Memory().DropMember(request.memberId, request.pos);
 }

@@ -7,7 +7,6 @@
 #include "core/texts/StringSource.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/lists/ListLimit.h"
-#include "mainwindow/talkgroups/TalkgroupReader.h"
 #include "radio/facade/Map27Executive.h"
 
 void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
@@ -16,7 +15,7 @@ void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
     std::vector<TalkgroupRow> groups;
     const auto read = [&] {
         groups.clear();
-        TalkgroupReader(m_services.session).ReadStatic(lookfor, limit + 1, groups);
+        ReaderFor(cause).ReadStatic(lookfor, limit + 1, groups);
     };
     Read(read, MainText::StaticGroupsUnread, cause);
     m_staticCutAt = CutToLimit(groups, limit) ? limit : 0;
@@ -26,7 +25,7 @@ void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
 void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
 {
     const int limit = AddressListLimit(m_services.settings);
-    const TalkgroupReader reader(m_services.session);
+    const TalkgroupReader reader = ReaderFor(cause);
     std::vector<TalkgroupRow> groups;
     std::vector<GroupMemberRow> members;
     QString defaultGroup;
@@ -45,7 +44,14 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
     m_model.ReplaceDynamic(groups, members, defaultGroup);
 }
 
-// Tries until it succeeds or the operator gives up. Returns whether it succeeded.
+// Only the operator waits for the database.
+TalkgroupReader TalkgroupLoader::ReaderFor(ReloadCause cause) const
+{
+    return {m_services.session,
+            cause == ReloadCause::Operator ? TalkgroupReader::From::Database : TalkgroupReader::From::Memory};
+}
+
+// Until it succeeds or the operator gives up. Whether it succeeded.
 bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause)
 {
     for (;;) {

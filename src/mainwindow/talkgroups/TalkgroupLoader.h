@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mainwindow/base/ReloadCause.h"
+#include "mainwindow/talkgroups/TalkgroupReader.h"
 #include "mainwindow/talkgroups/TalkgroupServices.h"
 
 #include <QString>
@@ -8,8 +9,9 @@
 
 class TalkgroupModel;
 
-// Fills the talkgroup tree from the database and offers the retries. The old nodes stay until everything is
-// read; what could be read is shown when the operator does not want to try again.
+// Fills the talkgroup tree, from the database where the operator asks for it and offers the retries then,
+// else from the session's memory. The old nodes stay until everything is read; what could be read is shown
+// when the operator does not want to try again.
 class TalkgroupLoader {
 public:
     TalkgroupLoader(const TalkgroupServices& services, TalkgroupModel& model)
@@ -25,6 +27,7 @@ public:
     int CutAt() const { return m_staticCutAt != 0 ? m_staticCutAt : m_dynamicCutAt; }
 
 private:
+    TalkgroupReader ReaderFor(ReloadCause cause) const;
     bool Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause);
 
     TalkgroupServices m_services;

@@ -2,27 +2,12 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/session/DbSession.h"
-#include "core/session/Registry.h"
+#include "core/session/SessionMemory.h"
 #include "core/texts/Errors.h"
 #include "core/texts/Validation.h"
 #include "dao/records/Database.h"
 
 namespace {
-
-// The field `wanted` of the directory entry that the index finds by its key; the fallback when there is none
-// or the directory cannot be read.
-QString Find(IDbSession& session, const QString& index, const QString& key, const QString& wanted,
-             const QString& fallback)
-{
-    try {
-        const auto directory = session.Database().OpenTable(QStringLiteral("address"));
-        directory->SetIndex(index);
-        directory->Seek(key);
-        return directory->NoMatch() ? fallback : directory->Field(wanted).toString();
-    } catch (const std::exception&) {
-        return fallback;
-    }
-}
 
 bool MeansStatus(const QString& setting, int status)
 {
@@ -41,7 +26,7 @@ AddressBook::AddressBook(IDbSession& session, const IStringSource& strings)
 
 QString AddressBook::LookupCallsign(const QString& dial) const
 {
-    return Find(m_session, QStringLiteral("i_ident"), dial, QStringLiteral("callsign"), dial);
+    return m_session.Memory().Addresses().CallsignOf(dial).value_or(dial);
 }
 
 QString AddressBook::LookupIdent(const QString& text) const
@@ -49,18 +34,17 @@ QString AddressBook::LookupIdent(const QString& text) const
     const QString trimmed = text.trimmed();
     if (!IsValidCallsign(trimmed))
         return trimmed;
-    return Find(m_session, QStringLiteral("i_callsign"), trimmed, QStringLiteral("IDENT"), trimmed);
+    return m_session.Memory().Addresses().IdentOf(trimmed).value_or(trimmed);
 }
 
 bool AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
 {
-    if (RegistryGet(m_session, QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble() != 1)
+    SessionMemory& memory = m_session.Memory();
+    if (memory.Setting(QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble() != 1)
         return true;
     try {
-        const auto query = m_session.Database().QueryDef(QStringLiteral("update_duty_status"));
-        query->SetParameter(QStringLiteral("cs"), callsign);
-        query->SetParameter(QStringLiteral("ds"), onDuty);
-        if (query->Execute() > 0)
+        StoreDuty(callsign, onDuty);
+        if (memory.PutOnDuty(callsign, onDuty))
             Q_EMIT DutyChanged();
         return true;
     } catch (const std::exception& failure) {
@@ -69,10 +53,19 @@ bool AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
     }
 }
 
+void AddressBook::StoreDuty(const QString& callsign, bool onDuty)
+{
+    const auto query = m_session.Database().QueryDef(QStringLiteral("update_duty_status"));
+    query->SetParameter(QStringLiteral("cs"), callsign);
+    query->SetParameter(QStringLiteral("ds"), onDuty);
+    query->Execute();
+}
+
 void AddressBook::FollowStatus(const QString& callsign, int status)
 {
-    if (MeansStatus(RegistryGet(m_session, QStringLiteral("radio_onduty"), QStringLiteral("1")), status))
+    SessionMemory& memory = m_session.Memory();
+    if (MeansStatus(memory.Setting(QStringLiteral("radio_onduty"), QStringLiteral("1")), status))
         UpdateDutyStatus(callsign, true);
-    if (MeansStatus(RegistryGet(m_session, QStringLiteral("radio_offduty"), QStringLiteral("2")), status))
+    if (MeansStatus(memory.Setting(QStringLiteral("radio_offduty"), QStringLiteral("2")), status))
         UpdateDutyStatus(callsign, false);
 }

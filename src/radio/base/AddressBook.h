@@ -6,8 +6,8 @@
 struct IDbSession;
 struct IStringSource;
 
-// The address directory as messages need it: which callsign belongs to which dial text, and who is on duty. A
-// look-up that finds nothing, or cannot read the directory, returns what it was given.
+// The address directory as messages need it: which callsign belongs to which dial text, and who is on duty;
+// from the session's memory, never from the database. A look-up that finds nothing returns what it was given.
 class AddressBook : public QObject {
     Q_OBJECT
 
@@ -30,6 +30,9 @@ Q_SIGNALS:
     void DutyChanged();
 
 private:
+    // The one place that stores a duty. Raises Error and dao::Error.
+    void StoreDuty(const QString& callsign, bool onDuty);
+
     IDbSession& m_session;
     const IStringSource& m_strings;
 };

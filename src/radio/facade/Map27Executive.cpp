@@ -3,7 +3,8 @@
 #include "addressing/CreateAddressing.h"
 #include "addressing/MptAddressing.h"
 #include "core/desktop/Prompt.h"
-#include "core/session/Registry.h"
+#include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
@@ -61,8 +62,8 @@ void Map27Executive::SetViews(const RadioViews& views)
 
 void Map27Executive::Connect()
 {
-    const QString code =
-        RegistryGet(m_services.session, QStringLiteral("subscriber_numbering"), QStringLiteral("MPT1343"));
+    const QString code = m_services.session.Memory().Setting(QStringLiteral("subscriber_numbering"),
+                                                             QStringLiteral("MPT1343"));
     auto addressing = CreateAddressing(code.toStdString());
     if (!addressing)
         RaiseCatalogueError(m_services.strings, RadioText::NoAddressConversion);
