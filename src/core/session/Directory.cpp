@@ -135,11 +135,21 @@ QByteArray Directory::Folded(const QString& callsign) const
     return folded.toUtf8();
 }
 
+bool Directory::IsFoldedTo(std::string_view callsign, std::string_view folded) const
+{
+    const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    if (!std::all_of(callsign.begin(), callsign.end(), isAscii))
+        return ViewOf(Folded(Text(callsign))) == folded;
+    return std::equal(callsign.begin(), callsign.end(), folded.begin(), folded.end(),
+                      [&](char one, char other) { return lower(one) == other; });
+}
+
 std::optional<std::size_t> Directory::FindCallsign(const QString& callsign) const
 {
     const QByteArray key = Folded(callsign);
     return Look(m_byCallsign, ViewOf(key),
-                [&](quint32 index) { return Folded(Text(Callsign(m_rows[index]))) == key; });
+                [&](quint32 index) { return IsFoldedTo(Callsign(m_rows[index]), ViewOf(key)); });
 }
 
 Directory::Entry Directory::At(std::size_t index) const

@@ -65,6 +65,7 @@ private:
     quint16 Append(std::string_view text);
     void Index();
     QByteArray Folded(const QString& callsign) const;
+    bool IsFoldedTo(std::string_view callsign, std::string_view folded) const;
     std::optional<std::size_t> FindCallsign(const QString& callsign) const;
     std::string_view Callsign(const Row& row) const { return {m_texts.data() + row.texts, row.callsignSize}; }
     std::string_view Ident(const Row& row) const
