@@ -25,7 +25,7 @@ class Console:
 
     def make_site(self, port):
         content = json.loads(self._directory.read_text(encoding="utf-8"))
-        self._tool("db create {} --admin Anna", ADMINISTRATOR[1], ADMINISTRATOR[1])
+        self._create()
         self._tool("user add {} Oliver --as Anna --allow-regrouping", ADMINISTRATOR[1], *2 * OPERATOR[1:])
         self._import("fleet", ("fleet_name", "type", "digits", "prefix", "base_ident", "max_ident", "notes"),
                      [(f["name"], f["type"], f["digits"], f["prefix"], f["base"], f["max"], "")
@@ -35,10 +35,7 @@ class Console:
                      + [("talkgroup", g["callsign"], g["ident"], "", "", _yes(g), g["position"])
                         for g in content["talkgroups"]])
         self._import("status", ("code", "in", "out"), [(s["code"], s["in"], s["out"]) for s in content["statuses"]])
-        with sqlite3.connect(self.database) as database:
-            database.executemany("INSERT OR REPLACE INTO kyn_registry VALUES (?, ?)", content["registry"].items())
-        self.set("DB", "databasefile", self.database)
-        self.set("DB", "workgroupfile", self.database.with_suffix(".kynw"))
+        self._fill_registry(content["registry"])
         self.set("serial_comm", "port", port)
         self.set("prefs", "log_width", 460)
         self.set("prefs", "logoncount", 1)  # the console offers the logon by itself
@@ -90,6 +87,15 @@ class Console:
                 connection.execute(sql)
         finally:
             connection.close()
+
+    def _create(self):
+        self._tool("db create {} --admin Anna", ADMINISTRATOR[1], ADMINISTRATOR[1])
+        self.set("DB", "databasefile", self.database)
+        self.set("DB", "workgroupfile", self.database.with_suffix(".kynw"))
+
+    def _fill_registry(self, entries):
+        with sqlite3.connect(self.database) as database:
+            database.executemany("INSERT OR REPLACE INTO kyn_registry VALUES (?, ?)", entries.items())
 
     def _read(self):
         settings = configparser.RawConfigParser(strict=False)

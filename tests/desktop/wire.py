@@ -17,7 +17,7 @@ NAMES = {
 class Radio:
     """veltorkyn-radio with commands on its standard input and a trace that is read while it grows."""
 
-    def __init__(self, processes, program, scenario):
+    def __init__(self, processes, program, scenario, speed=0):
         self.port = processes.folder / "radio"
         self._trace = processes.folder / "wire.jsonl"
         self._trace.unlink(missing_ok=True)
@@ -25,7 +25,7 @@ class Radio:
         self._mark = 0
         self._answers = queue.Queue()
         self._child = processes.start_client(program, "--pty", self.port, "--scenario", scenario, "--trace", self._trace,
-                                      "--speed", "0", stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+                                      "--speed", speed, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         threading.Thread(target=self._read, daemon=True).start()
         self._answer(10)
 

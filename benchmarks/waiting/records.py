@@ -1,0 +1,128 @@
+"""What the radio's trace says that there was, against what the database holds."""
+
+import bisect
+import json
+from collections import defaultdict
+
+STATUS, TEXT, CALL = 1, 2, 3  # types of records
+STATUS_MESSAGE, MESSAGES, EMERGENCY_CALL = 0x80, (0x80, 0x81, 0x82), 0xA5
+_LINK_REQUEST, _TRANSFER = 1, 4
+_PAUSE = 2000  # ms between two link requests that are not tries of the same
+
+
+def _body(frame):
+    begin = frame.find(b"\x16\x10\x02")
+    return (frame[begin + 3:-4] if begin >= 0 else b"").replace(b"\x10\x10", b"\x10")
+
+
+class Trace:
+    """Messages of the radio in order, each once: (ms, frame, octets); and every frame of it: (ms, size)."""
+
+    def __init__(self, path):
+        self.messages, self.frames = [], []
+        self.links = 0  # set up, tries counted as one
+        requested, last, before = -_PAUSE, None, []
+        for line in path.read_text().splitlines():
+            try:
+                entry = json.loads(line)
+            except ValueError:
+                continue  # still being written
+            frame = bytes.fromhex(entry["frame"].replace(" ", ""))
+            body = _body(frame)
+            if entry["dir"] == "R>D":
+                self.frames.append((entry["ms"], len(frame)))
+            if body[:1] == bytes([_LINK_REQUEST]):
+                if entry["ms"] - requested > _PAUSE:
+                    self.links += 1
+                requested, last = entry["ms"], None
+                before = [m[2] for m in self.messages[-2:]]  # come again unless they were acknowledged
+            elif entry["dir"] == "R>D" and body[:1] == bytes([_TRANSFER]) and body[1] != last:
+                last = body[1]
+                if body[4] in MESSAGES:
+                    if body[4:] in before:
+                        before.remove(body[4:])
+                        continue
+                    before = []
+                self.messages.append((entry["ms"], frame, body[4:]))
+
+    def line_use(self, begin, end):
+        """Octets a second of the radio in that time, milliseconds both."""
+        return sum(size for ms, size in self.frames if begin < ms <= end) * 1000 / (end - begin)
+
+
+class Sent:
+    """What the radio put on the line, with the times of its octets."""
+
+    def __init__(self, written):
+        self._octets = b"".join(octets for _, octets in written)
+        self._ends, place = [], 0
+        for when, octets in written:
+            place += len(octets)
+            self._ends.append((place, when))
+
+    def end_of(self, frame):
+        """When the frame's last octet was written, in nanoseconds; nothing when it was not."""
+        place = self._octets.find(frame)
+        if place < 0:
+            return None
+        return self._ends[bisect.bisect_left(self._ends, (place + len(frame), 0))][1]
+
+
+class Keys:
+    """Messages and records in the same terms: kind, party, content."""
+
+    def __init__(self, directory, scenario):
+        content = json.loads(directory.read_text(encoding="utf-8"))
+        self._names = {(m["prefix"], m["ident"]): m["name"] for m in json.loads(scenario.read_text())["fleet"]}
+        self._callsigns = {i["ident"]: i["callsign"] for i in content["individuals"]}
+        self.by_number = 0  # records that name a party of the directory by its number
+
+    def of_message(self, octets):
+        """Nothing for what leaves no record."""
+        kind = octets[0]
+        if kind not in (*MESSAGES, EMERGENCY_CALL):
+            return None
+        address, rest = octets[1:4], octets[5 + (octets[4] & 15):]
+        party = self._names.get((address[0], int.from_bytes(address[1:], "big")), address.hex())
+        if kind == STATUS_MESSAGE:
+            return STATUS, party, str(rest[0])
+        if kind in MESSAGES:
+            return TEXT, party, _text(rest[1:])
+        return CALL, party, ""
+
+    def of_record(self, record):
+        kind, party, content = record
+        if party in self._callsigns:
+            self.by_number += 1
+            party = self._callsigns[party]
+        return kind, party, "" if kind == CALL else content
+
+
+def _text(octets):
+    """One octet a character; what fills up the end is left out."""
+    return octets.decode("latin-1").rstrip("\0 ")
+
+
+class Compared:
+    """How many are missing, there twice, and out of order."""
+
+    def __init__(self, expected, stored):
+        places = defaultdict(list)
+        for place, key in enumerate(expected):
+            places[key].append(place)
+        found, self.twice = [], 0
+        for key in stored:
+            if places[key]:
+                found.append(places[key].pop(0))
+            else:
+                self.twice += 1
+        self.missing = sum(len(rest) for rest in places.values())
+        self.out_of_order = len(found) - _longest_rise(found)
+
+
+def _longest_rise(numbers):
+    ends = []
+    for number in numbers:
+        place = bisect.bisect_left(ends, number)
+        ends[place:place + 1] = [number]
+    return len(ends)

@@ -1,0 +1,242 @@
+#!/usr/bin/python3
+"""Measures what the console does while its database makes it wait: the real programs on a display of their own, a radio at
+9600 bit/s, a storm of 500 messages with emergency calls in it, under each condition of conditions.py or those whose name
+holds one of the words given."""
+
+import argparse
+import json
+import os
+import sys
+import threading
+import time
+from pathlib import Path
+
+FOLDER = Path(__file__).resolve().parent
+ROOT = FOLDER.parents[1]
+sys.path[:0] = [str(FOLDER), str(ROOT / "tests/desktop")]
+sys.dont_write_bytecode = True
+
+import conditions  # noqa: E402
+import records  # noqa: E402
+import sites  # noqa: E402
+from console import OPERATOR  # noqa: E402
+from marks import Marks  # noqa: E402
+from processes import Processes, Trouble  # noqa: E402
+from screen import Screen  # noqa: E402
+from watch import Watch  # noqa: E402
+from wire import Radio  # noqa: E402
+
+SPEED = 9600
+STORM = 500
+CALLERS = ("Unit20", "Unit22", "Unit23", "Unit38", "Unit41")
+FIRST_CALL, BETWEEN_CALLS, CALL_LENGTH = 3.0, 3.5, 2.0  # seconds from the storm's begin
+FLEET = ROOT / "src/resources/scenarios/busy-day.json"
+DIRECTORY = ROOT / "src/resources/demonstration/directory.json"
+
+
+class Bench:
+    """One run under one condition."""
+
+    def __init__(self, condition, programs, shim):
+        self._condition, self._programs, self._shim = condition, programs, shim
+
+    def run(self):
+        with Processes() as self.processes:
+            self._open()
+            try:
+                logon = self._start()
+                self._work()
+                return {"condition": self._condition.name, "logon": logon, **self._measured()}
+            finally:
+                self.site.close()
+
+    def repeat(self, act, times, pause):
+        """Several times, beside what else goes on."""
+        def go():
+            for _ in range(times):
+                act()
+                time.sleep(pause)
+        threading.Thread(target=go, daemon=True).start()
+
+    def _open(self):
+        _, number = self.processes.start_announced("Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+                                                   "-noreset")
+        self.processes.environment.update(DISPLAY=f":{number}", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="0", NO_AT_BRIDGE="1")
+        self._screen = Screen(f":{number}")
+        self.processes.start("openbox", "--sm-disable")
+        self._until(self._screen.is_managed, 20, "openbox does not manage the display")
+        self._watch = Watch(f":{number}")
+        self.marks = Marks(self.processes.folder)
+        kind = sites.Server if self._condition.engine == "server" else sites.Files
+        self.site = kind(self.processes, self._programs, DIRECTORY)
+
+    def _start(self):
+        """The radio, the site and the console, logged on; seconds that the logon took."""
+        usual = dict(self.processes.environment)
+        scenario = self.processes.folder / "calm.json"
+        scenario.write_text('{"base": "busy-day", "events": []}')
+        self.processes.environment.update(self.marks.environment_of_radio(self._shim))
+        self._radio = Radio(self.processes, self._programs / "veltorkyn-radio", scenario, SPEED)
+        self.processes.environment.clear()
+        self.processes.environment.update(usual)
+        self.site.make_site(self._radio.port)
+        self.site.set("prefs", "beepnotify", 0)  # the bell is that of emergency calls then
+        if self._condition.from_start:
+            self._condition.begin(self)
+        self.site.start(self.marks.environment(self._shim, self.processes.folder / "site.kyn"))
+        self._until(lambda: self._screen.active().startswith("Log On to"), 30, "no logon dialog")
+        time.sleep(0.5)
+        self._screen.chord("Ctrl+a")
+        self._screen.type(f"{OPERATOR[0]}\t{OPERATOR[1]}", 0.02)
+        begin = time.monotonic()
+        self._screen.type("\n", 0)
+        self._until(lambda: not self._screen.find("Log On to*"), 60, "nobody gets logged on")
+        self._until(lambda: "link=ready" in self._radio.tell("state"), 60, "the radio's link stays down")
+        logon = time.monotonic() - begin
+        # Every window has been open once.
+        self._watch.expect()
+        self._radio.tell(f"call {CALLERS[0]} emergency")
+        self._until(lambda: self._watch.seen, 30, "no call window")
+        self._radio.tell("hangup")
+        self._stored(30)
+        return round(logon, 2)
+
+    def _work(self):
+        self._links_before = self._trace().links
+        self._messages_before = len(self._trace().messages)
+        self._records_before = len(self.site.records())
+        self.marks.forget_stalls()
+        if not self._condition.from_start:
+            self._condition.begin(self)
+        begin = time.monotonic()
+        time.sleep(1)
+        self._radio.tell(f"storm {STORM} 0.2")
+        self._calls = self._call_in(begin + 1 + FIRST_CALL) if self._condition.emergencies else []
+        time.sleep(max(0, begin + self._condition.seconds - time.monotonic()))
+        self._condition.end(self)
+        self._taken_all(60)
+        self._stored(20)
+
+    def _call_in(self, due):
+        """Emergency calls, one after the other: [nanoseconds seen or None]."""
+        seen = []
+        for caller in CALLERS:
+            time.sleep(max(0, due - time.monotonic()))
+            self._watch.expect()
+            self._radio.tell(f"call {caller} emergency")
+            time.sleep(CALL_LENGTH)
+            seen.append(self._watch.seen)
+            self._watch.give_up()
+            self._radio.tell("hangup")
+            due += BETWEEN_CALLS
+        return seen
+
+    def _taken_all(self, limit):
+        """Until the radio has got rid of the storm, or cannot."""
+        deadline = time.monotonic() + limit
+        while len(self._new_messages()) < STORM and time.monotonic() < deadline:
+            time.sleep(0.5)
+
+    def _stored(self, limit):
+        """Until the number of records stays for three seconds."""
+        count, since = -1, time.monotonic()
+        deadline = since + limit
+        while time.monotonic() < min(deadline, since + 3) or time.monotonic() < since + 3:
+            now = len(self.site.records())
+            if now != count:
+                count, since = now, time.monotonic()
+            if time.monotonic() > deadline:
+                return
+            time.sleep(0.3)
+
+    def _trace(self):
+        return records.Trace(self.processes.folder / "wire.jsonl")
+
+    def _new_messages(self):
+        return [m for m in self._trace().messages[self._messages_before:] if m[2][0] in records.MESSAGES]
+
+    def _measured(self):
+        stall = self.marks.longest_stall(time.monotonic_ns())
+        messages = self._new_messages()
+        span = (messages[-1][0] - messages[0][0]) / 1000 if len(messages) > 1 else 0
+        keys = records.Keys(DIRECTORY, FLEET)
+        trace = self._trace()
+        expected = [key for m in trace.messages[self._messages_before:] if (key := keys.of_message(m[2]))]
+        stored = [keys.of_record(r) for r in self.site.records()[self._records_before:]]
+        compared = records.Compared(expected, stored)
+        screen, sound = self._latencies(trace)
+        return {"stall": round(stall), "screen": screen, "sound": sound, "taken": len(messages),
+                "rate": round((len(messages) - 1) / span, 1) if span else 0,
+                "line": round(1000 * trace.line_use(messages[0][0], messages[-1][0]) / SPEED) if span else 0, "links": trace.links - self._links_before,
+                "missing": compared.missing, "twice": compared.twice, "out of order": compared.out_of_order,
+                "by number": keys.by_number, "load": [round(value, 2) for value in os.getloadavg()]}
+
+    def _latencies(self, trace):
+        """Milliseconds from the last octet of each emergency call to the window and to the sound; None: not while it rang."""
+        if not self._calls:
+            return [], []
+        sent = records.Sent(self.marks.line())
+        calls = [m for m in trace.messages[self._messages_before:] if m[2][0] == records.EMERGENCY_CALL]
+        bells = self.marks.bells()
+        screen, sound = [], []
+        for number, seen in enumerate(self._calls):
+            at = sent.end_of(calls[number][1]) if number < len(calls) else None
+            rang = [] if at is None else [b for b in bells if at <= b <= at + CALL_LENGTH * 1e9]
+            screen.append(None if at is None or seen is None else round((seen - at) / 1e6, 1))
+            sound.append(round((rang[0] - at) / 1e6, 1) if rang else None)
+        return screen, sound
+
+    @staticmethod
+    def _until(condition, limit, problem):
+        deadline = time.monotonic() + limit
+        while not condition():
+            if time.monotonic() > deadline:
+                raise Trouble(problem)
+            time.sleep(0.05)
+
+
+def _worst(values):
+    """Of a handful of calls the 95th percentile is the longest; one that was not shown goes before all."""
+    return "-" if not values else f"never {values.count(None)} of {len(values)}" if None in values else f"{max(values):.0f} ms"
+
+
+def _row(result):
+    if "failed" in result:
+        return [result["condition"], result["failed"]] + [""] * 7
+    wrong = [f"{result[key]} {key}" for key in ("missing", "twice", "out of order", "by number") if result[key]]
+    return [result["condition"], f"{result['logon']:.1f} s", f"{result['stall']} ms", _worst(result["screen"]),
+            _worst(result["sound"]), f"{result['rate']:.1f} ({result['line']} %)", str(result["taken"]), str(result["links"]),
+            ", ".join(wrong) or "each once, in order"]
+
+
+def table(results):
+    lines = [["Condition", "Logon", "Longest stall", "Emergency on the screen", "to the sound", "Messages a second (line in use)", "Taken of 500",
+              "Links lost", "Records"]]
+    lines += [["---"] * len(lines[0])] + [_row(result) for result in results]
+    return "\n".join("| " + " | ".join(line) + " |" for line in lines)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("words", nargs="*", help="parts of conditions' names; all without")
+    parser.add_argument("--build", type=Path, default=ROOT / "build", help="build folder with bin and bench")
+    parser.add_argument("--programs", type=Path, help="another folder of veltorkyn and veltorkyn-radio")
+    parser.add_argument("--json", type=Path, default=Path("waiting.json"), help="where the figures are written")
+    arguments = parser.parse_args()
+    programs = (arguments.programs or arguments.build / "bin").resolve()
+    shim = (arguments.build / "bench/waiting_shim.so").resolve()
+    chosen = [c for c in conditions.ALL if not arguments.words or any(word in c.name for word in arguments.words)]
+    results = []
+    for condition in chosen:
+        try:
+            results.append(Bench(condition, programs, shim).run())
+        except Trouble as trouble:
+            results.append({"condition": condition.name, "failed": str(trouble)})
+        print(table(results[-1:]).splitlines()[-1], flush=True)
+        arguments.json.write_text(json.dumps(results, indent=2) + "\n")
+    print("\n" + table(results))
+    return 1 if any("failed" in result for result in results) else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
