@@ -2,8 +2,10 @@
 
 import mmap
 import struct
+import time
 
 _SIZE = 4096
+_WORTH_NOTING = 20_000_000  # ns
 _FAIL, _EVERYWHERE, _FLUSH, _BLOCK, _BUSY, _LONGEST = 0, 4, 8, 12, 16, 24  # places in Shim.cpp's Control
 
 
@@ -40,6 +42,13 @@ class Marks:
         """Milliseconds; one that still lasts counts as far as it has come."""
         since, longest = struct.unpack_from("qq", self._memory, _BUSY)
         return max(longest, now - since if since else 0) / 1e6
+
+    def rest_since(self):
+        """When the last stall ended that was long enough to be noted, in nanoseconds of CLOCK_MONOTONIC; nothing during one."""
+        since, = struct.unpack_from("q", self._memory, _BUSY)
+        if since and time.monotonic_ns() - since > _WORTH_NOTING:
+            return None
+        return max((int(fields[1]) for fields in self._lines() if fields[0] == "stall"), default=0)
 
     def bells(self):
         """Nanoseconds of CLOCK_MONOTONIC."""
