@@ -6,6 +6,7 @@ from collections import defaultdict
 
 STATUS, TEXT, CALL = 1, 2, 3  # types of records
 STATUS_MESSAGE, MESSAGES, EMERGENCY_CALL = 0x80, (0x80, 0x81, 0x82), 0xA5
+ON_DUTY, OFF_DUTY = "1", "2"  # of the demonstration's settings
 _LINK_REQUEST, _TRANSFER = 1, 4
 _PAUSE = 2000  # ms between two link requests that are not tries of the same
 
@@ -16,7 +17,7 @@ def _body(frame):
 
 
 class Trace:
-    """Messages of the radio in order, each once: (ms, frame, octets); and every frame of it: (ms, size)."""
+    """Messages of the radio in order, each once: (ms, frame, octets); and every frame of both: (ms, size)."""
 
     def __init__(self, path):
         self.messages, self.frames = [], []
@@ -29,8 +30,7 @@ class Trace:
                 continue  # still being written
             frame = bytes.fromhex(entry["frame"].replace(" ", ""))
             body = _body(frame)
-            if entry["dir"] == "R>D":
-                self.frames.append((entry["ms"], len(frame)))
+            self.frames.append((entry["ms"], len(frame)))
             if body[:1] == bytes([_LINK_REQUEST]):
                 if entry["ms"] - requested > _PAUSE:
                     self.links += 1
@@ -46,7 +46,7 @@ class Trace:
                 self.messages.append((entry["ms"], frame, body[4:]))
 
     def line_use(self, begin, end):
-        """Octets a second of the radio in that time, milliseconds both."""
+        """Octets a second in both directions, which take turns, in that time, milliseconds both."""
         return sum(size for ms, size in self.frames if begin < ms <= end) * 1000 / (end - begin)
 
 
@@ -89,6 +89,10 @@ class Keys:
         if kind in MESSAGES:
             return TEXT, party, _text(rest[1:])
         return CALL, party, ""
+
+    def duty(self, messages):
+        """Who is on duty after these messages, by callsign."""
+        return {party: content == ON_DUTY for kind, party, content in messages if kind == STATUS and content in (ON_DUTY, OFF_DUTY)}
 
     def of_record(self, record):
         kind, party, content = record

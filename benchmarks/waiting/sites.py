@@ -17,6 +17,7 @@ import proxy
 from console import ADMINISTRATOR, Console
 from processes import Trouble
 
+_DUTY = "SELECT callsign, on_duty FROM {}address"
 _RECORDS = 'SELECT event_type, from_address, "desc" FROM {}event ORDER BY event_id'
 
 
@@ -24,6 +25,10 @@ class Files(Console):
     def records(self):
         """(type, from, description) as they were stored."""
         return self.query(_RECORDS.format(""))
+
+    def duty(self):
+        """Whether on duty, by callsign."""
+        return {callsign: bool(on) for callsign, on in self.query(_DUTY.format(""))}
 
     def delete(self):
         """Takes the database away while nobody is writing to it."""
@@ -85,6 +90,10 @@ class Server(Console):
     def records(self):
         text = self._psql(f"COPY ({_RECORDS.format('kyn.')}) TO STDOUT WITH CSV")
         return [(int(kind), party, desc) for kind, party, desc in csv.reader(io.StringIO(text))]
+
+    def duty(self):
+        rows = csv.reader(io.StringIO(self._psql(f"COPY ({_DUTY.format('kyn.')}) TO STDOUT WITH CSV")))
+        return {callsign: on in ("t", "1") for callsign, on in rows}
 
     def close(self):
         self.proxy.cut()

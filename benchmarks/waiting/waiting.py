@@ -6,6 +6,7 @@ holds one of the words given."""
 import argparse
 import json
 import os
+import signal
 import sys
 import threading
 import time
@@ -120,7 +121,7 @@ class Bench:
         self._calls = self._call_in(begin + 1 + FIRST_CALL) if self._condition.emergencies else []
         time.sleep(max(0, begin + self._condition.seconds - time.monotonic()))
         self._condition.end(self)
-        self._taken_all(60)
+        self._taken_all(40)
         self._stored(20)
 
     def _call_in(self, due):
@@ -170,12 +171,15 @@ class Bench:
         expected = [key for m in trace.messages[self._messages_before:] if (key := keys.of_message(m[2]))]
         stored = [keys.of_record(r) for r in self.site.records()[self._records_before:]]
         compared = records.Compared(expected, stored)
+        stored_duty = self.site.duty()
+        wrong_duty = sum(stored_duty.get(callsign) != on for callsign, on in keys.duty(expected).items())
         screen, sound = self._latencies(trace)
         return {"stall": round(stall), "screen": screen, "sound": sound, "taken": len(messages),
                 "rate": round((len(messages) - 1) / span, 1) if span else 0,
-                "line": round(1000 * trace.line_use(messages[0][0], messages[-1][0]) / SPEED) if span else 0, "links": trace.links - self._links_before,
+                "line": round(1000 * trace.line_use(messages[0][0], messages[-1][0]) / SPEED) if span else 0,
+                "links": trace.links - self._links_before,
                 "missing": compared.missing, "twice": compared.twice, "out of order": compared.out_of_order,
-                "by number": keys.by_number, "load": [round(value, 2) for value in os.getloadavg()]}
+                "duty wrong": wrong_duty, "by number": keys.by_number, "load": [round(value, 2) for value in os.getloadavg()]}
 
     def _latencies(self, trace):
         """Milliseconds from the last octet of each emergency call to the window and to the sound; None: not while it rang."""
@@ -209,15 +213,15 @@ def _worst(values):
 def _row(result):
     if "failed" in result:
         return [result["condition"], result["failed"]] + [""] * 7
-    wrong = [f"{result[key]} {key}" for key in ("missing", "twice", "out of order", "by number") if result[key]]
+    wrong = [f"{result[key]} {key}" for key in ("missing", "twice", "out of order", "duty wrong", "by number") if result[key]]
     return [result["condition"], f"{result['logon']:.1f} s", f"{result['stall']} ms", _worst(result["screen"]),
             _worst(result["sound"]), f"{result['rate']:.1f} ({result['line']} %)", str(result["taken"]), str(result["links"]),
             ", ".join(wrong) or "each once, in order"]
 
 
 def table(results):
-    lines = [["Condition", "Logon", "Longest stall", "Emergency on the screen", "to the sound", "Messages a second (line in use)", "Taken of 500",
-              "Links lost", "Records"]]
+    lines = [["Condition", "Logon", "Longest stall", "Emergency on the screen", "to the sound", "Messages a second (line in use)",
+              "Taken of 500", "Links lost", "Records"]]
     lines += [["---"] * len(lines[0])] + [_row(result) for result in results]
     return "\n".join("| " + " | ".join(line) + " |" for line in lines)
 
@@ -232,6 +236,7 @@ def main():
     programs = (arguments.programs or arguments.build / "bin").resolve()
     shim = (arguments.build / "bench/waiting_shim.so").resolve()
     chosen = [c for c in conditions.ALL if not arguments.words or any(word in c.name for word in arguments.words)]
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))  # everything that was started ends with it
     results = []
     for condition in chosen:
         try:
