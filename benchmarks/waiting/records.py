@@ -22,7 +22,7 @@ class Trace:
     def __init__(self, path):
         self.messages, self.frames = [], []
         self.links = 0  # set up, tries counted as one
-        requested, last, before = -_PAUSE, None, []
+        requested, last, before = -_PAUSE - 1, None, []
         for line in path.read_text().splitlines():
             try:
                 entry = json.loads(line)
