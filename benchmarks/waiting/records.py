@@ -2,7 +2,7 @@
 
 import bisect
 import json
-from collections import defaultdict
+from collections import Counter
 
 STATUS, TEXT, CALL = 1, 2, 3  # types of records
 STATUS_MESSAGE, MESSAGES, EMERGENCY_CALL = 0x80, (0x80, 0x81, 0x82), 0xA5
@@ -111,22 +111,18 @@ class Compared:
     """How many are missing, there twice, and out of order."""
 
     def __init__(self, expected, stored):
-        places = defaultdict(list)
-        for place, key in enumerate(expected):
-            places[key].append(place)
-        found, self.twice = [], 0
-        for key in stored:
-            if places[key]:
-                found.append(places[key].pop(0))
-            else:
-                self.twice += 1
-        self.missing = sum(len(rest) for rest in places.values())
-        self.out_of_order = len(found) - _longest_rise(found)
+        wanted, found = Counter(expected), Counter(stored)
+        self.missing = (wanted - found).total()
+        self.twice = (found - wanted).total()
+        self.out_of_order = (wanted & found).total() - _longest_in_order(expected, stored)
 
 
-def _longest_rise(numbers):
-    ends = []
-    for number in numbers:
-        place = bisect.bisect_left(ends, number)
-        ends[place:place + 1] = [number]
-    return len(ends)
+def _longest_in_order(one, other):
+    """Length of the longest sequence that both hold, with others between."""
+    row = [0] * (len(other) + 1)
+    for a in one:
+        last = row
+        row = [0]
+        for place, b in enumerate(other):
+            row.append(last[place] + 1 if a == b else max(row[place], last[place + 1]))
+    return row[-1]

@@ -22,6 +22,10 @@ _RECORDS = 'SELECT event_type, from_address, "desc" FROM {}event ORDER BY event_
 
 
 class Files(Console):
+    def state(self):
+        """Another one after each write; found without a lock, which would hold the console up."""
+        return self.database.stat().st_mtime_ns if self.database.exists() else None
+
     def records(self):
         """(type, from, description) as they were stored."""
         return self.query(_RECORDS.format(""))
@@ -86,6 +90,12 @@ class Server(Console):
         """As if it had crashed."""
         self._child.send_signal(signal.SIGQUIT)
         self._child.wait()
+
+    def state(self):
+        try:
+            return self._psql("SELECT count(*) FROM kyn.event")
+        except subprocess.CalledProcessError:
+            return None  # it is away
 
     def records(self):
         text = self._psql(f"COPY ({_RECORDS.format('kyn.')}) TO STDOUT WITH CSV")

@@ -7,6 +7,8 @@ import argparse
 import json
 import os
 import signal
+import sqlite3
+import subprocess
 import sys
 import threading
 import time
@@ -145,15 +147,13 @@ class Bench:
             time.sleep(0.5)
 
     def _stored(self, limit):
-        """Until the number of records stays for three seconds."""
-        count, since = -1, time.monotonic()
+        """Until the database has not been written to for three seconds."""
+        state, since = None, time.monotonic()
         deadline = since + limit
-        while time.monotonic() < min(deadline, since + 3) or time.monotonic() < since + 3:
-            now = len(self.site.records())
-            if now != count:
-                count, since = now, time.monotonic()
-            if time.monotonic() > deadline:
-                return
+        while time.monotonic() < min(deadline, since + 3):
+            now = self.site.state()
+            if now != state:
+                state, since = now, time.monotonic()
             time.sleep(0.3)
 
     def _trace(self):
@@ -241,7 +241,7 @@ def main():
     for condition in chosen:
         try:
             results.append(Bench(condition, programs, shim).run())
-        except Trouble as trouble:
+        except (Trouble, ValueError, sqlite3.Error, subprocess.SubprocessError) as trouble:
             results.append({"condition": condition.name, "failed": str(trouble)})
         print(table(results[-1:]).splitlines()[-1], flush=True)
         arguments.json.write_text(json.dumps(results, indent=2) + "\n")
