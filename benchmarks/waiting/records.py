@@ -35,7 +35,7 @@ class Trace:
                 if entry["ms"] - requested > _PAUSE:
                     self.links += 1
                 requested, last = entry["ms"], None
-                before = [m[2] for m in self.messages[-2:]]  # come again unless they were acknowledged
+                before = [m[2] for m in self.messages if m[2][0] in MESSAGES][-2:]  # come again unless they were acknowledged
             elif entry["dir"] == "R>D" and body[:1] == bytes([_TRANSFER]) and body[1] != last:
                 last = body[1]
                 if body[4] in MESSAGES:
