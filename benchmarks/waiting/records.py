@@ -22,7 +22,7 @@ class Trace:
     def __init__(self, path):
         self.messages, self.frames = [], []
         self.links = 0  # set up, tries counted as one
-        requested, last, before = -_PAUSE - 1, None, []
+        requested, numbers, before = -_PAUSE - 1, [], []
         for line in path.read_text().splitlines():
             try:
                 entry = json.loads(line)
@@ -34,10 +34,10 @@ class Trace:
             if body[:1] == bytes([_LINK_REQUEST]):
                 if entry["ms"] - requested > _PAUSE:
                     self.links += 1
-                requested, last = entry["ms"], None
+                requested, numbers = entry["ms"], []
                 before = [m[2] for m in self.messages if m[2][0] in MESSAGES][-2:]  # come again unless they were acknowledged
-            elif entry["dir"] == "R>D" and body[:1] == bytes([_TRANSFER]) and body[1] != last:
-                last = body[1]
+            elif entry["dir"] == "R>D" and body[:1] == bytes([_TRANSFER]) and body[1] not in numbers[-2:]:
+                numbers.append(body[1])
                 if body[4] in MESSAGES:
                     if body[4:] in before:
                         before.remove(body[4:])

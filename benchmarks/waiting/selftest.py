@@ -19,6 +19,7 @@ OTHER, ANOTHER = "04 02 01 00 B2 04", "04 03 01 00 B2 04"
 TRACES = [  # (ms, body), (messages, links)
     ([(0, REQUEST), (9, FIRST), (20, SECOND)], (2, 1)), ([(0, REQUEST), (9, FIRST), (1509, FIRST)], (1, 1)),
     ([(0, REQUEST), (900, REQUEST), (1800, FIRST)], (1, 1)), ([(0, REQUEST), (9, FIRST), (5000, REQUEST), (5009, FIRST)], (1, 2)),
+    ([(0, REQUEST), (9, FIRST), (20, SECOND), (1509, FIRST), (1520, SECOND)], (2, 1)),
     ([(0, REQUEST), (9, FIRST), (20, OTHER), (30, ANOTHER), (5000, REQUEST), (5009, FIRST)], (3, 2)),
 ]
 
