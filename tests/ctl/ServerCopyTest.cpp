@@ -168,7 +168,7 @@ TEST_F(ServerCopy, RefusedOnesLeaveNothing)
     EXPECT_EQ(Copy(m_file, m_server, "wrong\n").code, 1);
     EXPECT_EQ(Copy(m_file, TestServer::Get().Target("Big")).code, 1);
     EXPECT_EQ(Copy(m_file, m_server).code, 0); // nothing was in its way
-    ExpectFailure(Copy(m_file, m_server), "exists already");
+    ExpectFailure(Copy(m_file, m_server), "already exists");
     EXPECT_EQ(Copy(m_server, m_file).code, 1);
     EXPECT_EQ(RunCtl({"db", "check", m_file}).code, 0);
     EXPECT_EQ(RunWithPasswords({"db", "create", "postgresql:///other?host=/nowhere"}, "x\n").code, 1);

@@ -32,7 +32,7 @@ TEST(FromMemory, NothingThatTheRadioBringsAsksTheDatabase)
         stack.Run(1000);
         return uses;
     };
-    stack.prompt.ExpectWarning("away"); // a record could not be stored
+    stack.prompt.ExpectWarning("away " + stack.Text(CoreText::RecordsKept)); // a record could not be stored
     const map27::Address unit = stack.AddressOf(Unit27);
     EXPECT_LE(bring(sim::StatusAction{unit, 5}), 1);
     EXPECT_LE(bring(sim::StatusAction{unit, 1}), 2); // on duty

@@ -119,11 +119,15 @@ TEST_F(ServerStrip, TellsThatTheServerIsAwayAndWhatWaits)
     EXPECT_TRUE(row.isHidden());
     TestServer::Get().StopAtOnce();
     EXPECT_TRUE(QTest::qWaitFor([&] { return row.isVisible(); }, 5000));
+    QString cause;
+    QObject::connect(&stack.eventLog, &EventLog::WaitingChanged, [&] {
+        if (std::exchange(cause, stack.eventLog.Cause()).isEmpty() && !cause.isEmpty())
+            stack.prompt.ExpectWarning(cause + ' ' + stack.Text(CoreText::RecordsKept));
+    });
     for (int i = 0; i < 2; ++i)
         stack.eventLog.AppendLogRecord(stack.clock.Now(), EventType::Text, "x", "A", "B");
-    EXPECT_EQ(
-        stack.Find<QLabel>("databaseText").text(),
-        "The database server does not answer. It is being looked for. Log records that wait to be stored: 2");
+    EXPECT_EQ(stack.Find<QLabel>("databaseText").text(),
+              "The database server does not answer. Trying again... Log records waiting to be stored: 2");
     TestServer::Get().Start();
     EXPECT_TRUE(QTest::qWaitFor([&] { return row.isHidden(); }, 20000));
     EXPECT_TRUE(stack.Window().LoggedOn());

@@ -266,8 +266,8 @@ TEST(Talkgroups, TellWhatCannotBeStored)
     query->Execute();
     stack.prompt.ExpectWarning(
         QStringLiteral("The radio has confirmed the regrouping of Unit20, but it is not recorded: somebody "
-                       "else changed its group "
-                       "meanwhile. Please refresh the talkgroups and repeat the command."));
+                       "else has changed its group in the meantime. "
+                       "Please refresh the talkgroups and repeat the command."));
     ASSERT_TRUE(stack.RunToEnd());
     EXPECT_EQ(stack.Model().Find(unit20).data(TalkgroupModel::PictureRole), QLatin1String("pending"));
     stack.Find<QAbstractButton>("tbMain_refresh").click();

@@ -146,7 +146,7 @@ TEST_F(FleetPlanWindow, RefusesWithOneSentenceAndTheCursorInTheField)
         {"A", "optGrp", "200", "5600", "102", 0, stack.Text(2175), "txtFleetSize"},
         {"A", "optInd", "200", "2100", "10", -1, stack.Text(2176), "cmbDigits"},
         {"units", "optInd", "200", "2100", "10", 0,
-         "There is a fleet with the name units already. Please enter another name.", "txtFleetName"},
+         "There is already a fleet named units. Please enter another name.", "txtFleetName"},
         {"A", "optInd", "200", "6049", "4", 0, "Fleet 200/6049 would end above ident 8100.", "txtFleetSize"},
         {"A", "optGrp", "200", "2035", "10", 0, "Fleet 200/2035 overlaps fleet 200/2001.", "txtFleetNum"},
     };

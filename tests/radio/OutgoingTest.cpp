@@ -108,7 +108,7 @@ class Refused : public testing::TestWithParam<RefusedCase> {};
 
 const RefusedCase RefusedCases[] = {
     {"UnknownCallsign", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("Nobody"), 5); },
-     QStringLiteral("'Nobody' is neither a callsign of the address directory nor a number.")},
+     QStringLiteral("'Nobody' is neither a callsign in the address directory nor a number.")},
     {"BadNumber", [](RadioStack& s) { s.executive.SendStatus(QStringLiteral("2x"), 5); },
      QStringLiteral("Number contains the invalid character 'x'.")},
     {"TextTooLong", [](RadioStack& s) { s.executive.SendText(QStringLiteral("20"), Long, false); },

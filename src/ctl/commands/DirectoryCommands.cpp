@@ -3,8 +3,8 @@
 #include "addressing/CreateAddressing.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "core/session/SessionMemory.h"
 #include "core/session/Registry.h"
+#include "core/session/SessionMemory.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/DirectoryImport.h"
 #include "ctl/commands/ImportRun.h"
@@ -23,19 +23,19 @@ public:
 
     dao::Workspace& Workspace() override { return m_workspace; }
     dao::Database& Database() override { return m_workspace.Database(); }
-    QString MakePID(const QString&, const QString&) override { return {
-    SessionMemory m_memory{*this, m_changes}; // never read: no logon is told
-}; }
+    QString MakePID(const QString&, const QString&) override { return {}; }
     bool IsOpen() const override { return true; }
     bool IsMemberOf(const QString& group) override
     {
         return m_workspace.Users().Item(m_workspace.UserName())->Groups().Contains(group);
     }
     DatabaseChanges& Changes() override { return m_changes; }
+    SessionMemory& Memory() override { return m_memory; }
 
 private:
     dao::Workspace& m_workspace;
     DatabaseChanges m_changes;
+    SessionMemory m_memory{*this, m_changes}; // never read: no logon is told
 };
 
 int Export(const Request& request)
