@@ -6,7 +6,7 @@
 
 struct IStringSource;
 
-// The status messages, a row each.
+// The status messages, one a row.
 class StatusModel : public QAbstractTableModel {
     Q_OBJECT
 

@@ -16,7 +16,7 @@ namespace Ui {
 class frmStatusEditor;
 }
 
-// Maintains the status messages and the on/off duty codes. Made for each use; it keeps its recordset open,
+// Maintains the status messages and the on/off duty codes. Created for each use; it keeps its recordset open,
 // which locks nothing.
 class frmStatusEditor : public QDialog {
     Q_OBJECT
@@ -44,7 +44,7 @@ private:
     void Set();
     void Delete();
     void ApplyDuty();
-    // The stored message of a code, made current; nothing when there is none.
+    // Returns the stored message of a code and makes it current; nothing when there is none.
     std::optional<dao::StatusRecord> Seek(int code);
     bool HandleKey(QObject* watched, const QKeyEvent& key);
     void Try(const std::function<void()>& change);

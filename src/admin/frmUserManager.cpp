@@ -25,7 +25,7 @@ constexpr auto ByUser = "find_users_ob_user";
 constexpr auto ByCallsign = "find_users_ob_callsign";
 constexpr int ListLines = 12;
 
-// What is entered for an account.
+// What has been entered for an account.
 struct UserFields {
     QString userName;
     QString password;

@@ -13,6 +13,6 @@ int AddressListLimit(const Settings& settings)
     try {
         return settings.MaxAddressListSize();
     } catch (const std::exception&) {
-        return DefaultLimit; // a stored size that is no number
+        return DefaultLimit; // the stored size is not a number
     }
 }

@@ -21,7 +21,7 @@ constexpr int StripHeight = 25;
 constexpr int Gap = 3;
 
 // The whole number that a typed text stands for; a fraction is rounded, halves to the even number. Nothing
-// for a text that is no number or one that a 32-bit integer cannot hold.
+// for a text that is not a number, or is one that a 32-bit integer cannot hold.
 std::optional<int> WholeNumber(const QString& text)
 {
     bool number = false;
