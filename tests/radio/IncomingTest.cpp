@@ -2,6 +2,7 @@
 
 #include "RadioStack.h"
 #include "core/session/Registry.h"
+#include "core/texts/TextIds.h"
 #include "radio/base/TextIds.h"
 
 namespace {
