@@ -5,6 +5,7 @@
 #include "core/session/DbSession.h"
 #include "core/texts/StringSource.h"
 #include "dao/Workspace.h"
+#include "dao/tables/UserProfileTable.h"
 
 namespace {
 
@@ -24,11 +25,12 @@ std::vector<UserRow> ReadUsers(IDbSession& session, const QString& query, const 
     const auto rows = definition->OpenSnapshot();
     for (; !rows->Eof(); rows->MoveNext()) {
         UserRow user;
-        user.profileId = rows->Field(QStringLiteral("profile_id")).toLongLong();
-        user.userName = rows->Field(QStringLiteral("UserName")).toString();
-        user.callsign = rows->Field(QStringLiteral("callsign")).toString();
-        user.loggedOn = rows->Field(QStringLiteral("logged_on")).toBool();
-        user.allowRegrouping = rows->Field(QStringLiteral("allow_dr")).toBool();
+        const dao::UserProfileRecord profile = dao::UserProfileTable::Read(*rows);
+        user.profileId = profile.id;
+        user.userName = profile.userName;
+        user.callsign = profile.callsign;
+        user.loggedOn = profile.loggedOn;
+        user.allowRegrouping = profile.allowRegrouping;
         user.group = GroupOf(session.Workspace(), user.userName);
         users.push_back(user);
     }

@@ -11,6 +11,7 @@
 #include "dao/records/Database.h"
 #include "dao/records/Recordset.h"
 #include "dao/tables/StatusTable.h"
+#include "dao/tables/UserProfileTable.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -113,11 +114,8 @@ void AddOperator(dao::Workspace& workspace, const Demonstration::Account& accoun
     auto user = workspace.CreateUser(account.user, QStringLiteral("demonstration"), account.password);
     workspace.Users().Append(*user);
     workspace.Users().Item(account.user)->Groups().Append(QLatin1String(dao::UsersGroupName));
-    const auto profiles = workspace.Database().OpenTable(QStringLiteral("user_profile"));
-    AddRecord(*profiles, {{QStringLiteral("UserName"), account.user},
-                          {QStringLiteral("callsign"), account.user},
-                          {QStringLiteral("allow_dr"), true},
-                          {QStringLiteral("logged_on"), false}});
+    dao::UserProfileTable::Add(workspace.Database(),
+                               {.userName = account.user, .callsign = account.user, .allowRegrouping = true});
 }
 
 } // namespace

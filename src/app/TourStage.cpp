@@ -3,10 +3,12 @@
 #include "app/Demonstration.h"
 #include "core/texts/Errors.h"
 #include "dao/Workspace.h"
+#include "dao/base/Error.h"
 #include "dao/base/Location.h"
 #include "dao/records/Database.h"
 #include "dao/records/QueryDef.h"
 #include "dao/records/Recordset.h"
+#include "dao/tables/UserProfileTable.h"
 #include "tour/TourControls.h"
 
 #include <QFile>
@@ -62,12 +64,10 @@ void UngroupElsewhere(const Demonstration& demonstration, const QString& member,
 void LogOnElsewhere(const Demonstration& demonstration, const QString& user)
 {
     const auto workspace = AnotherConsole(demonstration);
-    const auto rows = workspace->Database().OpenTable(QStringLiteral("user_profile"));
-    rows->SetIndex(QStringLiteral("i_user"));
-    rows->Seek(user);
-    rows->Edit();
-    rows->SetField(QStringLiteral("logged_on"), true);
-    rows->Update();
+    const auto profile = dao::UserProfileTable::Find(workspace->Database(), user);
+    if (!profile)
+        throw dao::Error(dao::Kind::NoSuchUser, {user});
+    dao::UserProfileTable::SetLoggedOn(*profile, true);
 }
 
 void TellRadio(Demonstration& demonstration, const QString& command)

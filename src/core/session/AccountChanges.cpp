@@ -2,6 +2,7 @@
 
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
+#include "dao/tables/UserProfileTable.h"
 
 namespace {
 
@@ -16,12 +17,9 @@ void RequireChange(dao::QueryDef& query)
 void AddAccount(dao::Workspace& workspace, const NewAccount& account)
 {
     dao::Transaction transaction(workspace);
-    const auto profiles = workspace.Database().OpenTable("user_profile");
-    profiles->AddNew();
-    profiles->SetField("UserName", account.userName);
-    profiles->SetField("callsign", account.callsign);
-    profiles->SetField("allow_dr", account.allowRegrouping);
-    profiles->Update();
+    dao::UserProfileTable::Add(workspace.Database(), {.userName = account.userName,
+                                                      .callsign = account.callsign,
+                                                      .allowRegrouping = account.allowRegrouping});
     const auto user = workspace.CreateUser(account.userName, account.pid, account.password);
     workspace.Users().Append(*user);
     user->Groups().Append(dao::UsersGroupName);

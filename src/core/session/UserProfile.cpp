@@ -6,30 +6,16 @@
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/Workspace.h"
+#include "dao/tables/UserProfileTable.h"
 
 #include <functional>
 
 namespace {
 
-// The row of an account, made current; null when it has none.
-std::unique_ptr<dao::Recordset> FindRow(IDbSession& session, const QString& user)
+// The operator's own; null when there is none.
+std::unique_ptr<dao::Recordset> FindOwnProfile(IDbSession& session)
 {
-    auto rows = session.Database().OpenTable("user_profile");
-    rows->SetIndex("i_user");
-    rows->Seek(user);
-    return rows->NoMatch() ? nullptr : std::move(rows);
-}
-
-std::unique_ptr<dao::Recordset> FindOwnRow(IDbSession& session)
-{
-    return FindRow(session, session.Workspace().UserName());
-}
-
-void StoreLoggedOn(dao::Recordset& row, bool on)
-{
-    row.Edit();
-    row.SetField("logged_on", on);
-    row.Update();
+    return dao::UserProfileTable::Find(session.Database(), session.Workspace().UserName());
 }
 
 // Tries until it succeeds or the operator declines. Without a prompt it tries once.
@@ -63,12 +49,13 @@ void UserProfile::ReadUserProfile()
         [this] {
             m_marker.reset();
             m_allowDr = false; // the previous operator's
-            const auto row = FindOwnRow(m_session);
+            const auto row = FindOwnProfile(m_session);
             if (!row)
                 return;
-            m_marker = row->Field("profile_id").toInt();
-            m_allowDr = row->Field("allow_dr").toBool();
-            StoreLoggedOn(*row, true);
+            const dao::UserProfileRecord profile = dao::UserProfileTable::Read(*row);
+            m_marker = static_cast<int>(profile.id);
+            m_allowDr = profile.allowRegrouping;
+            dao::UserProfileTable::SetLoggedOn(*row, true);
         });
 }
 
@@ -77,8 +64,8 @@ bool UserProfile::ClearLoggedOnFlag(OnFailure onFailure)
     if (!m_marker)
         return true;
     const bool cleared = Retry(onFailure == OnFailure::Ask ? &m_prompt : nullptr, m_strings, [this] {
-        if (const auto row = FindOwnRow(m_session))
-            StoreLoggedOn(*row, false);
+        if (const auto row = FindOwnProfile(m_session))
+            dao::UserProfileTable::SetLoggedOn(*row, false);
     });
     if (cleared)
         m_marker.reset();
@@ -87,7 +74,7 @@ bool UserProfile::ClearLoggedOnFlag(OnFailure onFailure)
 
 void UserProfile::ClearLoggedOnFlagOf(const QString& user)
 {
-    const auto row = FindRow(m_session, user);
-    if (row && row->Field("logged_on").toBool())
-        StoreLoggedOn(*row, false);
+    const auto row = dao::UserProfileTable::Find(m_session.Database(), user);
+    if (row && dao::UserProfileTable::Read(*row).loggedOn)
+        dao::UserProfileTable::SetLoggedOn(*row, false);
 }

@@ -2,6 +2,7 @@
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
+#include "dao/tables/UserProfileTable.h"
 
 namespace {
 
@@ -14,13 +15,13 @@ int Run(const Request& request)
     const auto accounts = query->OpenSnapshot();
     Console::Print("name\tcallsign\tgroups\tregrouping\tlogged on");
     for (; !accounts->Eof(); accounts->MoveNext()) {
-        const QString name = accounts->Field("UserName").toString();
+        const dao::UserProfileRecord profile = dao::UserProfileTable::Read(*accounts);
+        const QString& name = profile.userName;
         const QStringList groups = workspace->Users().Contains(name)
                                        ? workspace->Users().Item(name)->Groups().Names()
                                        : QStringList();
-        Console::Print(QStringList{name, accounts->Field("callsign").toString(), groups.join(','),
-                                   accounts->Field("allow_dr").toBool() ? "yes" : "no",
-                                   accounts->Field("logged_on").toBool() ? "yes" : "no"}
+        Console::Print(QStringList{name, profile.callsign, groups.join(','),
+                                   profile.allowRegrouping ? "yes" : "no", profile.loggedOn ? "yes" : "no"}
                            .join('\t'));
     }
     return exitOk;

@@ -5,6 +5,7 @@
 #include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
+#include "dao/tables/UserProfileTable.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/talkgroups/RegroupRequests.h"
 
@@ -16,10 +17,8 @@ void RegroupStore::RequireRight()
                            .Administrator = m_session.IsMemberOf(QLatin1String(dao::AdminsGroupName))};
     if (now.MayRegroup(false))
         return; // whatever the profile says
-    const auto profiles = m_session.Database().OpenTable(QStringLiteral("user_profile"));
-    profiles->SetIndex(QStringLiteral("i_user"));
-    profiles->Seek(m_session.Workspace().UserName());
-    const bool allowed = !profiles->NoMatch() && profiles->Field(QStringLiteral("allow_dr")).toBool();
+    const auto profile = dao::UserProfileTable::Find(m_session.Database(), m_session.Workspace().UserName());
+    const bool allowed = profile && dao::UserProfileTable::Read(*profile).allowRegrouping;
     if (!now.MayRegroup(allowed))
         throw dao::Error(dao::Kind::NotPermitted);
 }
