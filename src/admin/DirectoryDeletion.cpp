@@ -5,12 +5,12 @@
 #include "core/desktop/Prompt.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "core/session/DynamicRegroup.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
+#include "dao/tables/RegroupTable.h"
 
 namespace {
 
@@ -19,7 +19,7 @@ enum class Outcome { Deleted, Protected, Failed };
 Outcome Drop(IDbSession& session, const DeletionItem& item)
 {
     try {
-        if (IsInDynamicRegroup(session, item.id))
+        if (dao::RegroupTable::Holds(session.Database(), item.id))
             return Outcome::Protected;
         const auto query = session.Database().QueryDef(QStringLiteral("drop_address"));
         query->SetParameter(QStringLiteral("id"), item.id);

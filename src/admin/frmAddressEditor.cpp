@@ -4,12 +4,12 @@
 #include "core/desktop/Prompt.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "core/session/DynamicRegroup.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "dao/Workspace.h"
+#include "dao/tables/RegroupTable.h"
 #include "radio/facade/Map27Executive.h"
 #include "ui_frmAddressEditor.h"
 
@@ -108,7 +108,7 @@ bool frmAddressEditor::LoadEntry()
         m_ui->txtNote->setText(entry.note);
         m_ui->chkDynamic->setChecked(entry.dynamic);
         m_ui->lsPos->setCurrentRow(std::clamp(entry.position, 1, LastPosition) - 1);
-        if (IsInDynamicRegroup(m_services.session, m_id))
+        if (dao::RegroupTable::Holds(m_services.session.Database(), m_id))
             EnableKeyFields(false);
         return true;
     } catch (const std::exception& failure) {
@@ -167,8 +167,8 @@ void frmAddressEditor::Store()
     if (!IsValid(Entered()) || !CompleteIdent())
         return;
     try {
-        const bool protectedNow =
-            m_ui->txtIdent->isEnabled() && Editing() && IsInDynamicRegroup(m_services.session, m_id);
+        const bool protectedNow = m_ui->txtIdent->isEnabled() && Editing() &&
+                                  dao::RegroupTable::Holds(m_services.session.Database(), m_id);
         if (protectedNow) {
             m_services.prompt.ShowWarning(Text(AdminText::RegroupedMeanwhile));
             LoadEntry();

@@ -6,8 +6,8 @@
 #include "dao/base/Error.h"
 #include "dao/base/Location.h"
 #include "dao/records/Database.h"
-#include "dao/records/QueryDef.h"
 #include "dao/records/Recordset.h"
+#include "dao/tables/RegroupTable.h"
 #include "dao/tables/UserProfileTable.h"
 #include "tour/TourControls.h"
 
@@ -42,12 +42,10 @@ void RegroupElsewhere(const Demonstration& demonstration, const QString& member,
     const auto workspace = AnotherConsole(demonstration);
     const auto from = EntryOf(workspace->Database(), member);
     const auto to = EntryOf(workspace->Database(), group);
-    const auto rows = workspace->Database().OpenTable(QStringLiteral("dynamic_regroup"));
-    rows->AddNew();
-    rows->SetField(QStringLiteral("group_id"), to->Field(QStringLiteral("address_id")));
-    rows->SetField(QStringLiteral("member_id"), from->Field(QStringLiteral("address_id")));
-    rows->SetField(QStringLiteral("pos"), to->Field(QStringLiteral("default_pos")));
-    rows->Update();
+    dao::RegroupTable::Store(workspace->Database(),
+                             {.groupId = to->Field(QStringLiteral("address_id")).toInt(),
+                              .memberId = from->Field(QStringLiteral("address_id")).toInt(),
+                              .pos = to->Field(QStringLiteral("default_pos")).toInt()});
 }
 
 void UngroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
@@ -55,10 +53,8 @@ void UngroupElsewhere(const Demonstration& demonstration, const QString& member,
     const auto workspace = AnotherConsole(demonstration);
     const auto from = EntryOf(workspace->Database(), member);
     const auto to = EntryOf(workspace->Database(), group);
-    const auto query = workspace->Database().QueryDef(QStringLiteral("ind_ungroup"));
-    query->SetParameter(QStringLiteral("mi"), from->Field(QStringLiteral("address_id")));
-    query->SetParameter(QStringLiteral("p"), to->Field(QStringLiteral("default_pos")));
-    query->Execute();
+    dao::RegroupTable::RemoveMember(workspace->Database(), from->Field(QStringLiteral("address_id")).toInt(),
+                                    to->Field(QStringLiteral("default_pos")).toInt());
 }
 
 void LogOnElsewhere(const Demonstration& demonstration, const QString& user)

@@ -3,6 +3,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "dao/base/TextMatch.h"
+#include "dao/tables/RegroupTable.h"
 #include "radio/base/AddressingText.h"
 
 namespace {
@@ -53,9 +54,10 @@ DirectoryImport::DirectoryImport(dao::Database& database, std::unique_ptr<MptAdd
 void DirectoryImport::ReadDirectory()
 {
     QHash<qint32, bool> regrouped;
-    for (auto rows = m_database.OpenSnapshot("dynamic_regroup"); !rows->Eof(); rows->MoveNext()) {
-        regrouped[rows->Field("group_id").toInt()] = true;
-        regrouped[rows->Field("member_id").toInt()] = true;
+    for (auto rows = dao::RegroupTable::OpenSnapshot(m_database); !rows->Eof(); rows->MoveNext()) {
+        const dao::RegroupRecord record = dao::RegroupTable::Read(*rows);
+        regrouped[record.groupId] = true;
+        regrouped[record.memberId] = true;
     }
     for (const EntryKind kind : {EntryKind::Individual, EntryKind::Talkgroup}) {
         for (auto rows = m_database.OpenSnapshot(BrowseQuery(kind)); !rows->Eof(); rows->MoveNext()) {

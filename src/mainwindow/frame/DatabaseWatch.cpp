@@ -4,7 +4,8 @@
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "dao/base/Error.h"
-#include "dao/records/Database.h"
+#include "dao/tables/RegroupTable.h"
+#include "dao/tables/StatusTable.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/frame/MainTabs.h"
 #include "mainwindow/frame/Services.h"
@@ -94,13 +95,14 @@ void DatabaseWatch::Reload(const QString& table)
 {
     if (!m_session.LoggedOn)
         return;
-    const auto changed = [&](const char* name) { return table.isEmpty() || table == QLatin1String(name); };
+    const auto changed = [&](const QString& name) { return table.isEmpty() || table == name; };
     bool read = true;
-    if (changed("address") || changed("dynamic_regroup"))
+    if (changed(QStringLiteral("address")) || changed(dao::RegroupTable::Table))
         read = m_attempt([this] { m_tabs.Groups().ReloadQuietly(); });
-    if (changed("address") || changed("kyn_registry")) // which says whether the duty state counts
+    if (changed(QStringLiteral("address")) ||
+        changed(QStringLiteral("kyn_registry"))) // which says whether the duty state counts
         read = m_attempt([this] { m_tabs.Individuals().ReloadQuietly(); }) && read;
-    if (changed("status")) {
+    if (changed(dao::StatusTable::Table)) {
         const auto reload = [this] {
             m_send.ReplaceStati(ReadStati(m_services.session, m_services.statusTexts));
         };
@@ -108,7 +110,7 @@ void DatabaseWatch::Reload(const QString& table)
     }
     if (!read)
         m_services.session.Changes().KeepUnread(table);
-    if (changed("fleet") || changed("kyn_registry"))
+    if (changed(QStringLiteral("fleet")) || changed(QStringLiteral("kyn_registry")))
         ReloadNumbering();
 }
 

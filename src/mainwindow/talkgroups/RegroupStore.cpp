@@ -5,6 +5,7 @@
 #include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
+#include "dao/tables/RegroupTable.h"
 #include "dao/tables/UserProfileTable.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/talkgroups/RegroupRequests.h"
@@ -50,26 +51,12 @@ void RegroupStore::Close(const QString& request) noexcept
 
 bool RegroupStore::Store(const RegroupRequest& request)
 {
-    const auto rows = m_session.Database().OpenTable(QStringLiteral("dynamic_regroup"));
-    if (request.move) {
-        rows->SetIndex(QStringLiteral("PrimaryKey"));
-        rows->Seek(request.oldGroupId, request.memberId, request.pos);
-        if (rows->NoMatch())
-            return false;
-        rows->Edit();
-    } else {
-        rows->SetIndex(QStringLiteral("MemberPos"));
-        rows->Seek(request.memberId, request.pos);
-        if (rows->NoMatch()) {
-            rows->AddNew();
-            rows->SetField(QStringLiteral("member_id"), request.memberId);
-            rows->SetField(QStringLiteral("pos"), request.pos);
-        } else {
-            rows->Edit();
-        }
-    }
-    rows->SetField(QStringLiteral("group_id"), request.groupId);
-    rows->Update();
+    const dao::RegroupRecord record{
+        .groupId = request.groupId, .memberId = request.memberId, .pos = request.pos};
+    if (!request.move)
+        dao::RegroupTable::Store(m_session.Database(), record);
+    else if (!dao::RegroupTable::Move(m_session.Database(), request.oldGroupId, record))
+        return false;
     m_session.Memory().PutRegrouping(
         {.groupId = request.groupId, .memberId = request.memberId, .pos = request.pos});
     return true;
@@ -77,14 +64,10 @@ bool RegroupStore::Store(const RegroupRequest& request)
 
 void RegroupStore::Store(const UngroupRequest& request)
 {
-    const auto query = m_session.Database().QueryDef(request.wholeGroup ? QStringLiteral("ungroup")
-                                                                        : QStringLiteral("ind_ungroup"));
     if (request.wholeGroup)
-        query->SetParameter(QStringLiteral("gi"), request.groupId);
+        dao::RegroupTable::RemoveMembersOf(m_session.Database(), request.groupId, request.pos);
     else
-        query->SetParameter(QStringLiteral("mi"), request.memberId);
-    query->SetParameter(QStringLiteral("p"), request.pos);
-    query->Execute();
+        dao::RegroupTable::RemoveMember(m_session.Database(), request.memberId, request.pos);
     if (request.wholeGroup)
         m_session.Memory().DropGroup(request.groupId, request.pos);
     else

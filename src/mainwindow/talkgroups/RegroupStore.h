@@ -14,7 +14,7 @@ struct RequestedChange {
     quint8 pos = 0;
 };
 
-// Writes what the radio has confirmed into the table dynamic_regroup, under a request that was written there
+// Writes what the radio has confirmed into dao::RegroupTable, under a request that was written there
 // before. Raises Error and dao::Error.
 class RegroupStore {
 public:

@@ -3,7 +3,7 @@
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
 #include "dao/base/TextMatch.h"
-#include "dao/records/Database.h"
+#include "dao/tables/RegroupTable.h"
 
 #include <algorithm>
 
@@ -67,9 +67,9 @@ void TalkgroupReader::ReadMembers(const QString& ownCallsign, std::vector<GroupM
         return DrawMembers(ownCallsign, members);
     const auto rows = m_session.Database().OpenSnapshot(QStringLiteral("dynamic_members"));
     const int callsign = rows->Position(QStringLiteral("callsign"));
-    const int group = rows->Position(QStringLiteral("group_id"));
-    const int member = rows->Position(QStringLiteral("member_id"));
-    const int pos = rows->Position(QStringLiteral("pos"));
+    const int group = rows->Position(dao::RegroupTable::GroupField);
+    const int member = rows->Position(dao::RegroupTable::MemberField);
+    const int pos = rows->Position(dao::RegroupTable::PosField);
     for (; !rows->Eof(); rows->MoveNext()) {
         QString name = rows->TextAt(callsign);
         if (name != ownCallsign) {
