@@ -4,7 +4,7 @@
 #include "core/session/DbSession.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
-#include "dao/records/Database.h"
+#include "dao/tables/AddressTable.h"
 
 #include <algorithm>
 
@@ -45,11 +45,11 @@ void ReadDirectory(IDbSession& session, DirectoryOrder order, const QString& loo
                                                        : QStringLiteral("find_address_ob_ident"));
     query->SetParameter(QStringLiteral("lookfor"), lookFor);
     const auto rows = query->OpenSnapshot();
-    const int id = rows->Position(QStringLiteral("address_id"));
-    const int callsign = rows->Position(QStringLiteral("callsign"));
-    const int ident = rows->Position(QStringLiteral("IDENT"));
-    const int dynamic = rows->Position(QStringLiteral("dynamic"));
-    const int kind = rows->Position(QStringLiteral("iconkey"));
+    const int id = rows->Position(dao::AddressTable::IdField);
+    const int callsign = rows->Position(dao::AddressTable::CallsignField);
+    const int ident = rows->Position(dao::AddressTable::IdentField);
+    const int dynamic = rows->Position(dao::AddressTable::DynamicField);
+    const int kind = rows->Position(dao::AddressTable::IconKeyField);
     // Each text is copied before the next is asked for.
     std::string callsignText;
     std::string identText;

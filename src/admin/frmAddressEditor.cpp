@@ -7,6 +7,7 @@
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
+#include "core/texts/Validation.h"
 #include "core/widgets/Captions.h"
 #include "dao/Workspace.h"
 #include "dao/tables/RegroupTable.h"
@@ -29,7 +30,7 @@ frmAddressEditor::frmAddressEditor(const AdminServices& services, QWidget* paren
 {
     m_ui->setupUi(this);
     LoadCaptions(*this, services.strings);
-    for (int position = 1; position <= LastPosition; ++position)
+    for (int position = 1; position <= dao::AddressTable::LastPosition; ++position)
         m_ui->lsPos->addItem(Text(AdminText::FirstPosition + position - 1));
     m_ui->lsPos->setCurrentRow(0);
     m_ui->lsPos->setFixedHeight(PositionLines * m_ui->lsPos->sizeHintForRow(0) +
@@ -42,10 +43,10 @@ frmAddressEditor::frmAddressEditor(const AdminServices& services, QWidget* paren
 
 frmAddressEditor::~frmAddressEditor() = default;
 
-EntryKind frmAddressEditor::Kind() const
+dao::EntryKind frmAddressEditor::Kind() const
 {
     const bool individual = m_mode == Mode::AddIndividual || m_mode == Mode::EditIndividual;
-    return individual ? EntryKind::Individual : EntryKind::Talkgroup;
+    return individual ? dao::EntryKind::Individual : dao::EntryKind::Talkgroup;
 }
 
 void frmAddressEditor::AddIndividual()
@@ -68,7 +69,7 @@ bool frmAddressEditor::EditAddress(qint32 id, const QString& iconKey)
 void frmAddressEditor::Prepare(Mode mode)
 {
     m_mode = mode;
-    const bool individual = Kind() == EntryKind::Individual;
+    const bool individual = Kind() == dao::EntryKind::Individual;
     setWindowTitle(Text(mode == Mode::AddIndividual    ? AdminText::AddIndividual
                         : mode == Mode::AddTalkgroup   ? AdminText::AddTalkgroup
                         : mode == Mode::EditIndividual ? AdminText::EditIndividual
@@ -95,19 +96,18 @@ void frmAddressEditor::EnableKeyFields(bool enabled)
 bool frmAddressEditor::LoadEntry()
 {
     try {
-        m_rows = m_services.session.Database().OpenDynaset(BrowseQuery(Kind()));
-        m_rows->FindFirst(QStringLiteral("address_id=%1").arg(m_id));
-        if (m_rows->NoMatch()) {
+        m_rows = dao::AddressTable::OpenDynaset(m_services.session.Database(), Kind());
+        if (!dao::AddressTable::Find(*m_rows, m_id)) {
             m_services.prompt.ShowWarning(Text(AdminText::EntryNotFound));
             return false;
         }
-        const AddressEntry entry = ReadEntry(*m_rows, Kind());
+        const dao::AddressRecord entry = dao::AddressTable::Read(*m_rows);
         m_ui->txtCallsign->setText(entry.callsign);
         m_ui->txtIdent->setText(entry.ident);
         m_ui->txtName->setText(entry.name);
         m_ui->txtNote->setText(entry.note);
         m_ui->chkDynamic->setChecked(entry.dynamic);
-        m_ui->lsPos->setCurrentRow(std::clamp(entry.position, 1, LastPosition) - 1);
+        m_ui->lsPos->setCurrentRow(std::clamp(entry.position, 1, dao::AddressTable::LastPosition) - 1);
         if (dao::RegroupTable::Holds(m_services.session.Database(), m_id))
             EnableKeyFields(false);
         return true;
@@ -123,9 +123,9 @@ void frmAddressEditor::DynamicToggled(bool checked)
     m_ui->lsPos->setEnabled(checked && m_ui->txtIdent->isEnabled());
 }
 
-AddressEntry frmAddressEditor::Entered() const
+dao::AddressRecord frmAddressEditor::Entered() const
 {
-    AddressEntry entry;
+    dao::AddressRecord entry;
     entry.kind = Kind();
     entry.callsign = m_ui->txtCallsign->text();
     entry.ident = m_ui->txtIdent->text();
@@ -136,7 +136,7 @@ AddressEntry frmAddressEditor::Entered() const
     return entry;
 }
 
-bool frmAddressEditor::IsValid(const AddressEntry& entry)
+bool frmAddressEditor::IsValid(const dao::AddressRecord& entry)
 {
     const int callsignProblem = ProblemOfCallsign(entry);
     const int problem = callsignProblem != 0 ? callsignProblem : ProblemOfName(entry);
@@ -189,15 +189,15 @@ void frmAddressEditor::Store()
     accept();
 }
 
-void frmAddressEditor::WriteRecord(const AddressEntry& entry)
+void frmAddressEditor::WriteRecord(const dao::AddressRecord& entry)
 {
     if (!m_rows)
-        m_rows = m_services.session.Database().OpenDynaset(BrowseQuery(Kind()));
+        m_rows = dao::AddressTable::OpenDynaset(m_services.session.Database(), Kind());
     if (Editing())
         m_rows->Edit();
     else
         m_rows->AddNew();
-    WriteEntry(*m_rows, entry);
+    dao::AddressTable::Write(*m_rows, entry);
     m_rows->Update();
     m_services.session.Changes().TellOwn(QStringLiteral("address"));
 }
@@ -209,7 +209,7 @@ void frmAddressEditor::OfferReload()
 }
 
 // Such a name cannot be sent to a radio for display; the directory may hold it all the same.
-void frmAddressEditor::WarnOfCharacters(const AddressEntry& entry)
+void frmAddressEditor::WarnOfCharacters(const dao::AddressRecord& entry)
 {
     const QString character = Map27Executive::FirstUnsendable(entry.callsign + entry.name);
     if (!character.isEmpty())

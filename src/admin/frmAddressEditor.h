@@ -1,7 +1,7 @@
 #pragma once
 
 #include "admin/AdminServices.h"
-#include "core/widgets/AddressEntry.h"
+#include "dao/tables/AddressTable.h"
 
 #include <QDialog>
 #include <memory>
@@ -35,14 +35,14 @@ private:
     bool LoadEntry();
     void EnableKeyFields(bool enabled);
     void DynamicToggled(bool checked);
-    AddressEntry Entered() const;
-    bool IsValid(const AddressEntry& entry);
+    dao::AddressRecord Entered() const;
+    bool IsValid(const dao::AddressRecord& entry);
     bool CompleteIdent();
     void Store();
-    void WriteRecord(const AddressEntry& entry);
+    void WriteRecord(const dao::AddressRecord& entry);
     void OfferReload();
-    void WarnOfCharacters(const AddressEntry& entry);
-    EntryKind Kind() const;
+    void WarnOfCharacters(const dao::AddressRecord& entry);
+    dao::EntryKind Kind() const;
     bool Editing() const { return m_mode == Mode::EditIndividual || m_mode == Mode::EditTalkgroup; }
     QString Text(int id) const;
 

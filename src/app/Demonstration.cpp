@@ -8,8 +8,7 @@
 #include "dao/Workspace.h"
 #include "dao/base/FileAccess.h"
 #include "dao/base/Location.h"
-#include "dao/records/Database.h"
-#include "dao/records/Recordset.h"
+#include "dao/tables/AddressTable.h"
 #include "dao/tables/StatusTable.h"
 #include "dao/tables/UserProfileTable.h"
 
@@ -30,8 +29,6 @@ namespace {
 
 constexpr int AnswerTimeout = 2000; // ms
 constexpr int StartTimeout = 10000; // ms
-constexpr int IndividualType = 1;   // field Type of the directory
-constexpr int TalkgroupType = 2;
 
 using Field = std::pair<QString, QVariant>;
 
@@ -68,26 +65,26 @@ void FillFleets(dao::Database& database, const QJsonArray& fleets)
     }
 }
 
+void AddEntry(dao::Recordset& records, dao::EntryKind kind, const QJsonObject& entry)
+{
+    records.AddNew();
+    dao::AddressTable::Write(records, {.kind = kind,
+                                       .callsign = Text(entry, "callsign"),
+                                       .ident = Text(entry, "ident"),
+                                       .name = Text(entry, "name"),
+                                       .note = Text(entry, "note"),
+                                       .dynamic = entry.value(QLatin1String("dynamic")).toBool(),
+                                       .position = Number(entry, "position")});
+    records.Update();
+}
+
 void FillDirectory(dao::Database& database, const QJsonArray& individuals, const QJsonArray& talkgroups)
 {
-    auto records = database.OpenDynaset(QStringLiteral("browse_individuals"));
-    for (const QJsonValue& value : individuals) {
-        const QJsonObject radio = value.toObject();
-        AddRecord(*records, {{QStringLiteral("callsign"), Text(radio, "callsign")},
-                             {QStringLiteral("IDENT"), Text(radio, "ident")},
-                             {QStringLiteral("Type"), IndividualType},
-                             {QStringLiteral("Name"), Text(radio, "name")},
-                             {QStringLiteral("dynamic"), radio.value(QLatin1String("dynamic")).toBool()}});
-    }
-    records = database.OpenDynaset(QStringLiteral("browse_talkgroups"));
-    for (const QJsonValue& value : talkgroups) {
-        const QJsonObject group = value.toObject();
-        AddRecord(*records, {{QStringLiteral("callsign"), Text(group, "callsign")},
-                             {QStringLiteral("IDENT"), Text(group, "ident")},
-                             {QStringLiteral("Type"), TalkgroupType},
-                             {QStringLiteral("dynamic"), group.value(QLatin1String("dynamic")).toBool()},
-                             {QStringLiteral("default_pos"), Number(group, "position")}});
-    }
+    const auto records = dao::AddressTable::Open(database);
+    for (const QJsonValue& radio : individuals)
+        AddEntry(*records, dao::EntryKind::Individual, radio.toObject());
+    for (const QJsonValue& group : talkgroups)
+        AddEntry(*records, dao::EntryKind::Talkgroup, group.toObject());
 }
 
 void FillStatuses(dao::Database& database, const QJsonArray& statuses)

@@ -5,8 +5,7 @@
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
 #include "dao/base/Location.h"
-#include "dao/records/Database.h"
-#include "dao/records/Recordset.h"
+#include "dao/tables/AddressTable.h"
 #include "dao/tables/RegroupTable.h"
 #include "dao/tables/UserProfileTable.h"
 #include "tour/TourControls.h"
@@ -28,33 +27,29 @@ std::unique_ptr<dao::Workspace> AnotherConsole(const Demonstration& demonstratio
     return dao::OpenWorkspace(LocationOf(demonstration), account.user, account.password);
 }
 
-// The directory's entry of a callsign.
-std::unique_ptr<dao::Recordset> EntryOf(dao::Database& database, const QString& callsign)
+dao::AddressRecord EntryOf(dao::Database& database, const QString& callsign)
 {
-    auto rows = database.OpenTable(QStringLiteral("address"));
-    rows->SetIndex(QStringLiteral("i_callsign"));
-    rows->Seek(callsign);
-    return rows;
+    const auto entry = dao::AddressTable::FindCallsign(database, callsign);
+    if (!entry)
+        throw dao::Error(dao::Kind::RecordGone);
+    return *entry;
 }
 
 void RegroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
 {
     const auto workspace = AnotherConsole(demonstration);
-    const auto from = EntryOf(workspace->Database(), member);
-    const auto to = EntryOf(workspace->Database(), group);
-    dao::RegroupTable::Store(workspace->Database(),
-                             {.groupId = to->Field(QStringLiteral("address_id")).toInt(),
-                              .memberId = from->Field(QStringLiteral("address_id")).toInt(),
-                              .pos = to->Field(QStringLiteral("default_pos")).toInt()});
+    dao::Database& database = workspace->Database();
+    const dao::AddressRecord to = EntryOf(database, group);
+    dao::RegroupTable::Store(
+        database, {.groupId = to.id, .memberId = EntryOf(database, member).id, .pos = to.position});
 }
 
 void UngroupElsewhere(const Demonstration& demonstration, const QString& member, const QString& group)
 {
     const auto workspace = AnotherConsole(demonstration);
-    const auto from = EntryOf(workspace->Database(), member);
-    const auto to = EntryOf(workspace->Database(), group);
-    dao::RegroupTable::RemoveMember(workspace->Database(), from->Field(QStringLiteral("address_id")).toInt(),
-                                    to->Field(QStringLiteral("default_pos")).toInt());
+    dao::Database& database = workspace->Database();
+    dao::RegroupTable::RemoveMember(database, EntryOf(database, member).id,
+                                    EntryOf(database, group).position);
 }
 
 void LogOnElsewhere(const Demonstration& demonstration, const QString& user)

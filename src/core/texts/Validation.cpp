@@ -1,5 +1,8 @@
 #include "core/texts/Validation.h"
 
+#include "core/texts/TextIds.h"
+#include "dao/tables/AddressTable.h"
+
 #include <QList>
 
 namespace {
@@ -43,4 +46,14 @@ bool IsValidCallsign(const QString& text)
 bool IsValidName(const QString& text)
 {
     return IsWord(text.toUcs4());
+}
+
+int ProblemOfCallsign(const dao::AddressRecord& entry)
+{
+    return IsValidCallsign(entry.callsign) ? 0 : CoreText::CallsignRule;
+}
+
+int ProblemOfName(const dao::AddressRecord& entry)
+{
+    return entry.kind == dao::EntryKind::Talkgroup || IsValidName(entry.name) ? 0 : CoreText::NameRule;
 }

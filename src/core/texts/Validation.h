@@ -2,6 +2,10 @@
 
 #include <QString>
 
+namespace dao {
+struct AddressRecord;
+}
+
 // Whether the first character is a letter (any Unicode letter), or an ASCII digit.
 bool IsLetter(const QString& text);
 bool IsDigitText(const QString& text);
@@ -10,3 +14,7 @@ bool IsDigitText(const QString& text);
 // trims.
 bool IsValidCallsign(const QString& text);
 bool IsValidName(const QString& text);
+
+// Catalogue id of the rule that callsign or name of a directory entry breaks; 0 when both may be stored.
+int ProblemOfCallsign(const dao::AddressRecord& entry);
+int ProblemOfName(const dao::AddressRecord& entry);

@@ -44,10 +44,10 @@ int Export(const Request& request)
     const auto workspace = ImportRun::Open(request);
     QString text = CsvLine(DirectoryImport::Columns());
     int count = 0;
-    for (const EntryKind kind : {EntryKind::Individual, EntryKind::Talkgroup})
-        for (auto rows = workspace->Database().OpenSnapshot(BrowseQuery(kind)); !rows->Eof();
+    for (const dao::EntryKind kind : {dao::EntryKind::Individual, dao::EntryKind::Talkgroup})
+        for (auto rows = dao::AddressTable::OpenSnapshot(workspace->Database(), kind); !rows->Eof();
              rows->MoveNext(), ++count)
-            text += CsvLine(DirectoryImport::FieldsOf(ReadEntry(*rows, kind)));
+            text += CsvLine(DirectoryImport::FieldsOf(dao::AddressTable::Read(*rows)));
     WriteNewFile(path, text);
     Console::Print(QStringLiteral("Exported %1 lines").arg(count));
     return exitOk;

@@ -2,6 +2,7 @@
 
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "core/texts/Validation.h"
 #include "dao/base/TextMatch.h"
 #include "dao/tables/RegroupTable.h"
 #include "radio/base/AddressingText.h"
@@ -15,12 +16,12 @@ const QString Talkgroup = QStringLiteral("talkgroup");
 const QString Yes = QStringLiteral("yes");
 const QString No = QStringLiteral("no");
 
-QString TooLong(dao::Database& database, const char* field, const QString& text)
+QString TooLong(dao::Database& database, const QString& field, const QString& text)
 {
-    const int longest = database.FieldSize("address", field);
+    const int longest = database.FieldSize(dao::AddressTable::Table, field);
     return text.toUcs4().size() <= longest
                ? QString()
-               : QStringLiteral("%1 has more than %2 characters").arg(QLatin1String(field)).arg(longest);
+               : QStringLiteral("%1 has more than %2 characters").arg(field).arg(longest);
 }
 
 } // namespace
@@ -30,9 +31,9 @@ QStringList DirectoryImport::Columns()
     return {"type", "callsign", "ident", "name", "note", "dynamic", "position"};
 }
 
-QStringList DirectoryImport::FieldsOf(const AddressEntry& entry)
+QStringList DirectoryImport::FieldsOf(const dao::AddressRecord& entry)
 {
-    const bool individual = entry.kind == EntryKind::Individual;
+    const bool individual = entry.kind == dao::EntryKind::Individual;
     return {individual ? Individual : Talkgroup,
             entry.callsign,
             entry.ident,
@@ -59,10 +60,10 @@ void DirectoryImport::ReadDirectory()
         regrouped[record.groupId] = true;
         regrouped[record.memberId] = true;
     }
-    for (const EntryKind kind : {EntryKind::Individual, EntryKind::Talkgroup}) {
-        for (auto rows = m_database.OpenSnapshot(BrowseQuery(kind)); !rows->Eof(); rows->MoveNext()) {
-            Known known{rows->Field("address_id").toInt(), ReadEntry(*rows, kind), false};
-            known.regrouped = regrouped.contains(known.id);
+    for (const dao::EntryKind kind : {dao::EntryKind::Individual, dao::EntryKind::Talkgroup}) {
+        for (auto rows = dao::AddressTable::OpenSnapshot(m_database, kind); !rows->Eof(); rows->MoveNext()) {
+            Known known{.entry = dao::AddressTable::Read(*rows)};
+            known.regrouped = regrouped.contains(known.entry.id);
             const QString key = dao::Fold(known.entry.callsign);
             m_identOwner.insert(known.entry.ident, key);
             m_known.insert(key, known);
@@ -72,7 +73,7 @@ void DirectoryImport::ReadDirectory()
 
 void DirectoryImport::Announce(const QStringList& fields)
 {
-    AddressEntry entry;
+    dao::AddressRecord entry;
     if (fields.isEmpty() || !Prepare(fields, entry).isEmpty())
         return;
     const auto known = m_known.constFind(dao::Fold(entry.callsign));
@@ -82,7 +83,7 @@ void DirectoryImport::Announce(const QStringList& fields)
 
 QString DirectoryImport::Check(const QStringList& fields)
 {
-    AddressEntry entry;
+    dao::AddressRecord entry;
     QString problem = Prepare(fields, entry);
     if (problem.isEmpty())
         problem = CheckBesideDirectory(entry);
@@ -96,7 +97,7 @@ QString DirectoryImport::Check(const QStringList& fields)
 }
 
 // The entry of a line as it would be stored, its address in its canonical form.
-QString DirectoryImport::Prepare(const QStringList& fields, AddressEntry& entry) const
+QString DirectoryImport::Prepare(const QStringList& fields, dao::AddressRecord& entry) const
 {
     QString problem = Parse(fields, entry);
     if (problem.isEmpty())
@@ -106,7 +107,7 @@ QString DirectoryImport::Prepare(const QStringList& fields, AddressEntry& entry)
     return problem;
 }
 
-QString DirectoryImport::Parse(const QStringList& fields, AddressEntry& entry) const
+QString DirectoryImport::Parse(const QStringList& fields, dao::AddressRecord& entry) const
 {
     const QString type = fields[Type].trimmed().toLower();
     if (type != Individual && type != Talkgroup)
@@ -114,29 +115,30 @@ QString DirectoryImport::Parse(const QStringList& fields, AddressEntry& entry) c
     const QString dynamic = fields[Dynamic].trimmed().toLower();
     if (dynamic != Yes && dynamic != No)
         return QStringLiteral("dynamic is \"%1\", not yes or no").arg(fields[Dynamic]);
-    entry.kind = type == Individual ? EntryKind::Individual : EntryKind::Talkgroup;
+    entry.kind = type == Individual ? dao::EntryKind::Individual : dao::EntryKind::Talkgroup;
     entry.callsign = fields[Callsign].trimmed();
     entry.ident = fields[Ident].trimmed();
     entry.note = fields[Note];
     entry.dynamic = dynamic == Yes;
-    if (entry.kind == EntryKind::Individual) {
+    if (entry.kind == dao::EntryKind::Individual) {
         entry.name = fields[Name].trimmed();
         return {};
     }
     bool isNumber = false;
     entry.position = fields[Position].trimmed().toInt(&isNumber);
-    if (!isNumber || entry.position < 1 || entry.position > LastPosition)
+    if (!isNumber || entry.position < 1 || entry.position > dao::AddressTable::LastPosition)
         return QStringLiteral("position is \"%1\", not a number from 1 to 16").arg(fields[Position]);
     return {};
 }
 
-QString DirectoryImport::CheckFields(const AddressEntry& entry) const
+QString DirectoryImport::CheckFields(const dao::AddressRecord& entry) const
 {
     for (const int rule : {ProblemOfCallsign(entry), ProblemOfName(entry)})
         if (rule != 0)
             return m_strings.LoadString(rule);
-    for (const auto& [field, text] :
-         {std::pair("Name", entry.name), std::pair("note", entry.note), std::pair("IDENT", entry.ident)}) {
+    for (const auto& [field, text] : {std::pair(dao::AddressTable::NameField, entry.name),
+                                      std::pair(dao::AddressTable::NoteField, entry.note),
+                                      std::pair(dao::AddressTable::IdentField, entry.ident)}) {
         const QString problem = TooLong(m_database, field, text);
         if (!problem.isEmpty())
             return problem;
@@ -160,7 +162,7 @@ QString DirectoryImport::CompleteIdent(QString& ident) const
     }
 }
 
-QString DirectoryImport::CheckBesideDirectory(const AddressEntry& entry) const
+QString DirectoryImport::CheckBesideDirectory(const dao::AddressRecord& entry) const
 {
     const QString key = dao::Fold(entry.callsign);
     if (m_seen.contains(key))
@@ -183,17 +185,17 @@ QString DirectoryImport::CheckBesideDirectory(const AddressEntry& entry) const
 
 void DirectoryImport::Store()
 {
-    const auto rows = m_database.OpenTable("address");
+    const auto rows = dao::AddressTable::Open(m_database);
     ParkIdents(*rows);
-    for (const AddressEntry& entry : m_entries) {
+    for (const dao::AddressRecord& entry : m_entries) {
         const auto known = m_known.constFind(dao::Fold(entry.callsign));
         if (known == m_known.constEnd()) {
             rows->AddNew();
         } else {
-            rows->Seek(known->id);
+            rows->Seek(known->entry.id);
             rows->Edit();
         }
-        WriteEntry(*rows, entry);
+        dao::AddressTable::Write(*rows, entry);
         rows->Update();
     }
 }
@@ -201,13 +203,13 @@ void DirectoryImport::Store()
 // An address that passes from one entry to another has to be free for a moment.
 void DirectoryImport::ParkIdents(dao::Recordset& rows)
 {
-    for (const AddressEntry& entry : m_entries) {
+    for (const dao::AddressRecord& entry : m_entries) {
         const auto known = m_known.constFind(dao::Fold(entry.callsign));
         if (known == m_known.constEnd() || known->entry.ident == entry.ident)
             continue;
-        rows.Seek(known->id);
+        rows.Seek(known->entry.id);
         rows.Edit();
-        rows.SetField("IDENT", QStringLiteral("import %1").arg(known->id));
+        rows.SetField(dao::AddressTable::IdentField, QStringLiteral("import %1").arg(known->entry.id));
         rows.Update();
     }
 }

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "addressing/MptAddressing.h"
-#include "core/widgets/AddressEntry.h"
-#include "dao/records/Database.h"
+#include "dao/tables/AddressTable.h"
 
 #include <QHash>
 #include <QString>
@@ -17,7 +16,7 @@ struct IStringSource;
 class DirectoryImport {
 public:
     static QStringList Columns();
-    static QStringList FieldsOf(const AddressEntry& entry);
+    static QStringList FieldsOf(const dao::AddressRecord& entry);
 
     // Addresses are checked with the database's numbering; without a usable one only their length is.
     DirectoryImport(dao::Database& database, std::unique_ptr<MptAddressing> addressing,
@@ -32,17 +31,16 @@ public:
 
 private:
     struct Known {
-        qint32 id = 0;
-        AddressEntry entry;
+        dao::AddressRecord entry;
         bool regrouped = false;
     };
 
     void ReadDirectory();
-    QString Prepare(const QStringList& fields, AddressEntry& entry) const;
-    QString Parse(const QStringList& fields, AddressEntry& entry) const;
-    QString CheckFields(const AddressEntry& entry) const;
+    QString Prepare(const QStringList& fields, dao::AddressRecord& entry) const;
+    QString Parse(const QStringList& fields, dao::AddressRecord& entry) const;
+    QString CheckFields(const dao::AddressRecord& entry) const;
     QString CompleteIdent(QString& ident) const;
-    QString CheckBesideDirectory(const AddressEntry& entry) const;
+    QString CheckBesideDirectory(const dao::AddressRecord& entry) const;
     void ParkIdents(dao::Recordset& rows);
 
     dao::Database& m_database;
@@ -50,6 +48,6 @@ private:
     const IStringSource& m_strings;
     QHash<QString, Known> m_known;        // by folded callsign
     QHash<QString, QString> m_identOwner; // folded callsign of an address, as it will be after the import
-    std::vector<AddressEntry> m_entries;
+    std::vector<dao::AddressRecord> m_entries;
     QHash<QString, bool> m_seen; // callsigns of the file, folded
 };

@@ -4,6 +4,7 @@
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "dao/base/Error.h"
+#include "dao/tables/AddressTable.h"
 #include "dao/tables/RegroupTable.h"
 #include "dao/tables/StatusTable.h"
 #include "mainwindow/base/SessionState.h"
@@ -97,9 +98,9 @@ void DatabaseWatch::Reload(const QString& table)
         return;
     const auto changed = [&](const QString& name) { return table.isEmpty() || table == name; };
     bool read = true;
-    if (changed(QStringLiteral("address")) || changed(dao::RegroupTable::Table))
+    if (changed(dao::AddressTable::Table) || changed(dao::RegroupTable::Table))
         read = m_attempt([this] { m_tabs.Groups().ReloadQuietly(); });
-    if (changed(QStringLiteral("address")) ||
+    if (changed(dao::AddressTable::Table) ||
         changed(QStringLiteral("kyn_registry"))) // which says whether the duty state counts
         read = m_attempt([this] { m_tabs.Individuals().ReloadQuietly(); }) && read;
     if (changed(dao::StatusTable::Table)) {

@@ -4,7 +4,7 @@
 #include "core/session/Registry.h"
 #include "core/session/SessionMemory.h"
 #include "dao/base/TextMatch.h"
-#include "dao/records/Database.h"
+#include "dao/tables/AddressTable.h"
 
 namespace {
 
@@ -25,13 +25,13 @@ void ReadIndividuals(IDbSession& session, const QString& lookfor, int most, std:
     const auto query = session.Database().QueryDef(QStringLiteral("find_individual_ob_callsign"));
     query->SetParameter(QStringLiteral("lookfor"), lookfor);
     const auto records = query->OpenSnapshot();
-    const int callsign = records->Position(QStringLiteral("callsign"));
-    const int ident = records->Position(QStringLiteral("IDENT"));
-    const int name = records->Position(QStringLiteral("Name"));
-    const int iconKey = records->Position(QStringLiteral("iconkey"));
-    const int dynamic = records->Position(QStringLiteral("dynamic"));
-    const int onDuty = records->Position(QStringLiteral("on_duty"));
-    const int id = records->Position(QStringLiteral("address_id"));
+    const int callsign = records->Position(dao::AddressTable::CallsignField);
+    const int ident = records->Position(dao::AddressTable::IdentField);
+    const int name = records->Position(dao::AddressTable::NameField);
+    const int iconKey = records->Position(dao::AddressTable::IconKeyField);
+    const int dynamic = records->Position(dao::AddressTable::DynamicField);
+    const int onDuty = records->Position(dao::AddressTable::OnDutyField);
+    const int id = records->Position(dao::AddressTable::IdField);
     for (; !records->Eof() && static_cast<int>(rows.size()) < most; records->MoveNext()) {
         if (IsShown(dutyMode, records->NumberAt(onDuty) != 0)) {
             rows.push_back(

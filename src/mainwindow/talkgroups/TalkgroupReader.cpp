@@ -3,6 +3,7 @@
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
 #include "dao/base/TextMatch.h"
+#include "dao/tables/AddressTable.h"
 #include "dao/tables/RegroupTable.h"
 
 #include <algorithm>
@@ -27,9 +28,9 @@ void TalkgroupReader::ReadStatic(const QString& lookfor, int most, std::vector<T
         return;
     }
     const auto rows = OpenGroups(m_session, QStringLiteral("find_group_ob_callsign"), lookfor);
-    const int callsign = rows->Position(QStringLiteral("callsign"));
-    const int ident = rows->Position(QStringLiteral("IDENT"));
-    const int dynamic = rows->Position(QStringLiteral("dynamic"));
+    const int callsign = rows->Position(dao::AddressTable::CallsignField);
+    const int ident = rows->Position(dao::AddressTable::IdentField);
+    const int dynamic = rows->Position(dao::AddressTable::DynamicField);
     for (; !rows->Eof() && static_cast<int>(groups.size()) < most; rows->MoveNext())
         if (rows->NumberAt(dynamic) == 0)
             groups.push_back({.callsign = rows->TextAt(callsign), .ident = rows->TextAt(ident)});
@@ -46,10 +47,10 @@ void TalkgroupReader::ReadDynamic(const QString& lookfor, int most, std::vector<
         return;
     }
     const auto rows = OpenGroups(m_session, QStringLiteral("find_group_ob_ident"), lookfor);
-    const int callsign = rows->Position(QStringLiteral("callsign"));
-    const int ident = rows->Position(QStringLiteral("IDENT"));
-    const int dynamic = rows->Position(QStringLiteral("dynamic"));
-    const int id = rows->Position(QStringLiteral("address_id"));
+    const int callsign = rows->Position(dao::AddressTable::CallsignField);
+    const int ident = rows->Position(dao::AddressTable::IdentField);
+    const int dynamic = rows->Position(dao::AddressTable::DynamicField);
+    const int id = rows->Position(dao::AddressTable::IdField);
     const int pos = rows->Position(QStringLiteral("pos"));
     for (; !rows->Eof() && static_cast<int>(groups.size()) < most; rows->MoveNext()) {
         if (rows->NumberAt(dynamic) != 0) {
@@ -66,7 +67,7 @@ void TalkgroupReader::ReadMembers(const QString& ownCallsign, std::vector<GroupM
     if (m_from == From::Memory)
         return DrawMembers(ownCallsign, members);
     const auto rows = m_session.Database().OpenSnapshot(QStringLiteral("dynamic_members"));
-    const int callsign = rows->Position(QStringLiteral("callsign"));
+    const int callsign = rows->Position(dao::AddressTable::CallsignField);
     const int group = rows->Position(dao::RegroupTable::GroupField);
     const int member = rows->Position(dao::RegroupTable::MemberField);
     const int pos = rows->Position(dao::RegroupTable::PosField);
