@@ -9,6 +9,7 @@
 #include "dao/base/FileAccess.h"
 #include "dao/base/Location.h"
 #include "dao/tables/AddressTable.h"
+#include "dao/tables/RegistryTable.h"
 #include "dao/tables/StatusTable.h"
 #include "dao/tables/UserProfileTable.h"
 
@@ -100,10 +101,8 @@ void FillStatuses(dao::Database& database, const QJsonArray& statuses)
 
 void FillRegistry(dao::Database& database, const QJsonObject& settings)
 {
-    const auto records = database.OpenTable(QStringLiteral("kyn_registry"));
     for (auto setting = settings.begin(); setting != settings.end(); ++setting)
-        AddRecord(*records, {{QStringLiteral("Key"), setting.key()},
-                             {QStringLiteral("Value"), setting.value().toString()}});
+        dao::RegistryTable::Store(database, setting.key(), setting.value().toString());
 }
 
 void AddOperator(dao::Workspace& workspace, const Demonstration::Account& account)

@@ -5,12 +5,9 @@
 #include "core/session/DbSession.h"
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
-#include "dao/records/Database.h"
+#include "dao/tables/RegistryTable.h"
 
 namespace {
-
-constexpr auto Table = "kyn_registry";
-constexpr auto KeyIndex = "i_key";
 
 void NoteFailure(const char* doing, const QString& key, const std::exception& failure)
 {
@@ -18,30 +15,12 @@ void NoteFailure(const char* doing, const QString& key, const std::exception& fa
                           .arg(QLatin1String(doing), key, QString::fromUtf8(failure.what())));
 }
 
-void Store(IDbSession& session, const QString& key, const QString& value)
-{
-    const auto rows = session.Database().OpenTable(Table);
-    rows->SetIndex(KeyIndex);
-    rows->Seek(key);
-    if (rows->NoMatch()) {
-        rows->AddNew();
-        rows->SetField("Key", key);
-    } else {
-        rows->Edit();
-    }
-    rows->SetField("Value", value);
-    rows->Update();
-}
-
 } // namespace
 
 QString RegistryGet(IDbSession& session, const QString& key, const QString& fallback)
 {
     try {
-        const auto rows = session.Database().OpenTable(Table);
-        rows->SetIndex(KeyIndex);
-        rows->Seek(key);
-        return rows->NoMatch() ? fallback : rows->Field("Value").toString();
+        return dao::RegistryTable::Find(session.Database(), key).value_or(fallback);
     } catch (const std::exception& failure) {
         NoteFailure("reading", key, failure);
         return fallback;
@@ -51,8 +30,8 @@ QString RegistryGet(IDbSession& session, const QString& key, const QString& fall
 void RegistrySet(IDbSession& session, const QString& key, const QString& value)
 {
     try {
-        Store(session, key, value);
-        session.Changes().TellOwn(Table);
+        dao::RegistryTable::Store(session.Database(), key, value);
+        session.Changes().TellOwn(dao::RegistryTable::Table);
     } catch (const std::exception& failure) {
         NoteFailure("writing", key, failure);
     }
@@ -62,7 +41,7 @@ void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>
 {
     dao::Transaction transaction(session.Workspace());
     for (const auto& [key, value] : values)
-        Store(session, key, value);
+        dao::RegistryTable::Store(session.Database(), key, value);
     transaction.Commit();
-    session.Changes().TellOwn(Table);
+    session.Changes().TellOwn(dao::RegistryTable::Table);
 }

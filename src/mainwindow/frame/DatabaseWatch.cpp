@@ -5,6 +5,7 @@
 #include "core/session/DbSession.h"
 #include "dao/base/Error.h"
 #include "dao/tables/AddressTable.h"
+#include "dao/tables/RegistryTable.h"
 #include "dao/tables/RegroupTable.h"
 #include "dao/tables/StatusTable.h"
 #include "mainwindow/base/SessionState.h"
@@ -21,13 +22,14 @@
 namespace {
 
 constexpr std::chrono::milliseconds LookPause{1000};
+const QString FleetTable = QStringLiteral("fleet");
 
 // What the numbering is made of, fleet plan and site settings, in one text, so that a change shows.
 QString ReadNumberingTables(IDbSession& session)
 {
     QString text;
-    for (const char* table : {"fleet", "kyn_registry"}) {
-        const auto rows = session.Database().OpenTable(QLatin1String(table));
+    for (const QString& table : {FleetTable, dao::RegistryTable::Table}) {
+        const auto rows = session.Database().OpenTable(table);
         const QStringList fields = rows->FieldNames();
         for (; !rows->Eof(); rows->MoveNext())
             for (const QString& field : fields)
@@ -101,7 +103,7 @@ void DatabaseWatch::Reload(const QString& table)
     if (changed(dao::AddressTable::Table) || changed(dao::RegroupTable::Table))
         read = m_attempt([this] { m_tabs.Groups().ReloadQuietly(); });
     if (changed(dao::AddressTable::Table) ||
-        changed(QStringLiteral("kyn_registry"))) // which says whether the duty state counts
+        changed(dao::RegistryTable::Table)) // which says whether the duty state counts
         read = m_attempt([this] { m_tabs.Individuals().ReloadQuietly(); }) && read;
     if (changed(dao::StatusTable::Table)) {
         const auto reload = [this] {
@@ -111,7 +113,7 @@ void DatabaseWatch::Reload(const QString& table)
     }
     if (!read)
         m_services.session.Changes().KeepUnread(table);
-    if (changed(QStringLiteral("fleet")) || changed(QStringLiteral("kyn_registry")))
+    if (changed(FleetTable) || changed(dao::RegistryTable::Table))
         ReloadNumbering();
 }
 

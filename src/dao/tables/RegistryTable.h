@@ -1,0 +1,19 @@
+#pragma once
+
+#include "dao/records/Database.h"
+
+#include <optional>
+
+namespace dao {
+
+// The table of the settings that hold for all consoles, each a text under its key. Errors are dao::Error.
+class RegistryTable {
+public:
+    static inline const QString Table = QStringLiteral("kyn_registry");
+
+    // Nothing when the key is not there; a value of Null is an empty text. Keys keep their case.
+    static std::optional<QString> Find(Database& database, const QString& key);
+    static void Store(Database& database, const QString& key, const QString& value);
+};
+
+} // namespace dao
