@@ -2,6 +2,7 @@
 
 #include "core/session/DbSession.h"
 #include "dao/records/Database.h"
+#include "dao/tables/EventTable.h"
 #include "radio/facade/Map27Executive.h"
 
 #include <limits>
@@ -35,12 +36,12 @@ std::unique_ptr<dao::Recordset> OpenEvents(dao::Database& database, const OwnRad
 
 void HandOver(dao::Recordset& records, int most, const std::function<void(const StoredEvent&)>& handOver)
 {
-    const int time = records.Position(QStringLiteral("time_stamp"));
-    const int type = records.Position(QStringLiteral("event_type"));
-    const int from = records.Position(QStringLiteral("from_address"));
-    const int to = records.Position(QStringLiteral("to_address"));
-    const int desc = records.Position(QStringLiteral("Desc"));
-    const int icon = records.Position(QStringLiteral("icon_key"));
+    const int time = records.Position(dao::EventTable::TimeField);
+    const int type = records.Position(dao::EventTable::TypeField);
+    const int from = records.Position(dao::EventTable::FromField);
+    const int to = records.Position(dao::EventTable::ToField);
+    const int desc = records.Position(dao::EventTable::DescField);
+    const int icon = records.Position(dao::EventTable::IconKeyField);
     for (int count = 0; count < most && !records.Eof(); ++count) {
         StoredEvent event;
         event.time = QDateTime::fromMSecsSinceEpoch(records.NumberAt(time), Qt::UTC);

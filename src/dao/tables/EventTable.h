@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+namespace dao {
+
+// The fields of the message log, as its table and the query of a past period name them.
+class EventTable {
+public:
+    static inline const QString TimeField = QStringLiteral("time_stamp");
+    static inline const QString TypeField = QStringLiteral("event_type");
+    static inline const QString DescField = QStringLiteral("desc");
+    static inline const QString FromField = QStringLiteral("from_address");
+    static inline const QString ToField = QStringLiteral("to_address");
+    // What the query adds: which picture the type has.
+    static inline const QString IconKeyField = QStringLiteral("icon_key");
+};
+
+} // namespace dao
