@@ -20,12 +20,7 @@ bool IsSql(const QString& text)
 
 } // namespace
 
-Database::Database(std::shared_ptr<Engine> engine)
-    : m_engine(std::move(engine)),
-      m_schemaVersion(Info("schema_version").toInt()),
-      m_id(Info("database_id"))
-{
-}
+Database::Database(std::shared_ptr<Engine> engine) : m_engine(std::move(engine)), m_id(Info("database_id")) {}
 
 bool Database::IsInPlace() const
 {

@@ -19,7 +19,6 @@ public:
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    int SchemaVersion() const { return m_schemaVersion; }
     // The same for all consoles that share this database, and for no other database.
     QString Id() const { return m_id; }
     // False when the file that is open has been deleted, or another stands in its place: what is stored then
@@ -50,7 +49,6 @@ private:
     std::unique_ptr<Recordset> OpenQueryDynaset(const StoredQuery& query);
 
     std::shared_ptr<Engine> m_engine;
-    int m_schemaVersion;
     QString m_id;
     QHash<QString, std::shared_ptr<const TableShape>> m_tables;   // by lower-case name
     QHash<QString, std::shared_ptr<const StoredQuery>> m_queries; // by lower-case name

@@ -27,8 +27,6 @@ public:
     QueryDef(const QueryDef&) = delete;
     QueryDef& operator=(const QueryDef&) = delete;
 
-    QString Name() const { return m_query->name; }
-    QStringList ParameterNames() const { return m_parameterNames; }
     // Parameter names ignore case; one that the query does not have raises Kind::NoSuchParameter.
     void SetParameter(const QString& name, const QVariant& value);
 
