@@ -2,6 +2,7 @@
 
 #include "RegroupStack.h"
 #include "core/session/Registry.h"
+#include "core/texts/TextIds.h"
 
 #include <QTreeView>
 

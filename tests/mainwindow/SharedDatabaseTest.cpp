@@ -1,6 +1,7 @@
 // What other consoles do to the database while this one works, and a server that goes and comes back.
 
 #include "MainWindowStack.h"
+#include "core/texts/TextIds.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -120,7 +121,8 @@ TEST_F(ServerStrip, TellsThatTheServerIsAwayAndWhatWaits)
     TestServer::Get().StopAtOnce();
     EXPECT_TRUE(QTest::qWaitFor([&] { return row.isVisible(); }, 5000));
     QString cause;
-    QObject::connect(&stack.eventLog, &EventLog::WaitingChanged, [&] {
+    const QObject context; // the log outlives the test
+    QObject::connect(&stack.eventLog, &EventLog::WaitingChanged, &context, [&] {
         if (std::exchange(cause, stack.eventLog.Cause()).isEmpty() && !cause.isEmpty())
             stack.prompt.ExpectWarning(cause + ' ' + stack.Text(CoreText::RecordsKept));
     });
