@@ -1,7 +1,7 @@
 #include "core/session/Directory.h"
 
 #include "dao/base/TextMatch.h"
-#include "dao/records/Database.h"
+#include "dao/tables/AddressTable.h"
 
 #include <algorithm>
 #include <bit>
@@ -47,15 +47,15 @@ std::optional<std::size_t> Look(const std::vector<quint32>& table, std::string_v
 
 void Directory::Read(dao::Database& database)
 {
-    const auto rows = database.OpenSnapshot(QStringLiteral("address"));
-    const int id = rows->Position(QStringLiteral("address_id"));
-    const int callsign = rows->Position(QStringLiteral("callsign"));
-    const int ident = rows->Position(QStringLiteral("IDENT"));
-    const int name = rows->Position(QStringLiteral("Name"));
-    const int type = rows->Position(QStringLiteral("Type"));
-    const int dynamic = rows->Position(QStringLiteral("dynamic"));
-    const int onDuty = rows->Position(QStringLiteral("on_duty"));
-    const int position = rows->Position(QStringLiteral("default_pos"));
+    const auto rows = database.OpenSnapshot(dao::AddressTable::Table);
+    const int id = rows->Position(dao::AddressTable::IdField);
+    const int callsign = rows->Position(dao::AddressTable::CallsignField);
+    const int ident = rows->Position(dao::AddressTable::IdentField);
+    const int name = rows->Position(dao::AddressTable::NameField);
+    const int type = rows->Position(dao::AddressTable::TypeField);
+    const int dynamic = rows->Position(dao::AddressTable::DynamicField);
+    const int onDuty = rows->Position(dao::AddressTable::OnDutyField);
+    const int position = rows->Position(dao::AddressTable::PositionField);
     Directory read;
     bool dotted = false;
     for (; !rows->Eof(); rows->MoveNext()) {

@@ -3,7 +3,9 @@
 #include "core/base/ProgramLog.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "dao/records/Database.h"
+#include "dao/tables/AddressTable.h"
+#include "dao/tables/RegistryTable.h"
+#include "dao/tables/RegroupTable.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -11,9 +13,9 @@
 
 namespace {
 
-constexpr QLatin1String Address("address");
-constexpr QLatin1String Regroup("dynamic_regroup");
-constexpr QLatin1String Registry("kyn_registry");
+const QString& Address = dao::AddressTable::Table;
+const QString& Regroup = dao::RegroupTable::Table;
+const QString& Registry = dao::RegistryTable::Table;
 
 const QEvent::Type ReadEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -77,7 +79,7 @@ void SessionMemory::DropGroup(qint32 groupId, quint8 pos)
 // An empty name: all of them. What cannot be read is told again.
 void SessionMemory::ReadTables(const QString& table)
 {
-    for (const QLatin1String name : {Address, Regroup, Registry}) {
+    for (const QString& name : {Address, Regroup, Registry}) {
         if (!table.isEmpty() && table != name)
             continue;
         try {
@@ -97,9 +99,9 @@ void SessionMemory::ReadOne(const QString& table)
         m_directory.Read(database);
     } else if (table == Regroup) {
         const auto rows = database.OpenSnapshot(table);
-        const int group = rows->Position(QStringLiteral("group_id"));
-        const int member = rows->Position(QStringLiteral("member_id"));
-        const int pos = rows->Position(QStringLiteral("pos"));
+        const int group = rows->Position(dao::RegroupTable::GroupField);
+        const int member = rows->Position(dao::RegroupTable::MemberField);
+        const int pos = rows->Position(dao::RegroupTable::PosField);
         std::vector<Regrouping> read;
         for (; !rows->Eof(); rows->MoveNext())
             read.push_back({static_cast<qint32>(rows->NumberAt(group)),
@@ -108,8 +110,8 @@ void SessionMemory::ReadOne(const QString& table)
         m_regroupings = std::move(read);
     } else {
         const auto rows = database.OpenSnapshot(table);
-        const int key = rows->Position(QStringLiteral("Key"));
-        const int value = rows->Position(QStringLiteral("Value"));
+        const int key = rows->Position(dao::RegistryTable::KeyField);
+        const int value = rows->Position(dao::RegistryTable::ValueField);
         QHash<QString, QString> read;
         for (; !rows->Eof(); rows->MoveNext())
             read.insert(rows->TextAt(key), rows->TextAt(value));

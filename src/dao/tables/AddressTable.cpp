@@ -4,9 +4,6 @@ namespace dao {
 
 namespace {
 
-const QString TypeField = QStringLiteral("Type");
-const QString PositionField = QStringLiteral("default_pos");
-
 QString BrowseQuery(EntryKind kind)
 {
     return kind == EntryKind::Individual ? QStringLiteral("browse_individuals")

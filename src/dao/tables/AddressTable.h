@@ -35,6 +35,8 @@ public:
     static inline const QString NameField = QStringLiteral("Name");
     static inline const QString NoteField = QStringLiteral("note");
     static inline const QString DynamicField = QStringLiteral("dynamic");
+    static inline const QString TypeField = QStringLiteral("Type");
+    static inline const QString PositionField = QStringLiteral("default_pos");
     static inline const QString OnDutyField = QStringLiteral("on_duty");
     // What the queries of entries add: which picture an entry has.
     static inline const QString IconKeyField = QStringLiteral("iconkey");

@@ -4,9 +4,6 @@ namespace dao {
 
 namespace {
 
-const QString KeyField = QStringLiteral("Key");
-const QString ValueField = QStringLiteral("Value");
-
 std::unique_ptr<Recordset> OpenAt(Database& database, const QString& key)
 {
     auto rows = database.OpenTable(RegistryTable::Table);

@@ -11,6 +11,10 @@ class RegistryTable {
 public:
     static inline const QString Table = QStringLiteral("kyn_registry");
 
+    // For reading all of them by position.
+    static inline const QString KeyField = QStringLiteral("Key");
+    static inline const QString ValueField = QStringLiteral("Value");
+
     // Nothing when the key is not there; a value of Null is an empty text. Keys keep their case.
     static std::optional<QString> Find(Database& database, const QString& key);
     static void Store(Database& database, const QString& key, const QString& value);
