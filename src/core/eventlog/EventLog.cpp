@@ -56,6 +56,23 @@ QString EventLog::AppendLogRecord(const QDateTime& time, EventType type, const Q
 {
     const LogRecord record{
         QUuid::createUuid().toString(QUuid::WithoutBraces), time, static_cast<int>(type), desc, from, to};
+    Take(record);
+    return record.id;
+}
+
+void EventLog::AppendDuty(const QString& callsign, bool onDuty)
+{
+    Take({.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
+          .time = {},
+          .type = onDuty ? 1 : 0,
+          .desc = {},
+          .from = callsign,
+          .to = {},
+          .isDuty = true});
+}
+
+void EventLog::Take(const LogRecord& record)
+{
     const bool open = Open();
     m_queue.push_back({record});
     m_unsafe.insert(record.id);
@@ -65,7 +82,6 @@ QString EventLog::AppendLogRecord(const QDateTime& time, EventType type, const Q
         SpoolWaiting();
     if (m_late)
         Q_EMIT WaitingChanged(Waiting());
-    return record.id;
 }
 
 void EventLog::WriteWaiting()
@@ -80,7 +96,8 @@ QList<LogRecord> EventLog::WaitingRecords() const
 {
     QList<LogRecord> records;
     for (const Entry& entry : m_queue)
-        records.append(entry.record);
+        if (!entry.record.isDuty)
+            records.append(entry.record);
     return records;
 }
 

@@ -37,6 +37,8 @@ public:
     // it may have named it before.
     QString AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                             const QString& to);
+    // Takes a change of duty, which is stored in turn with the records.
+    void AppendDuty(const QString& callsign, bool onDuty);
     // False for a record that would be lost if the program were killed now.
     bool IsSafe(const QString& id) const { return !m_unsafe.contains(id); }
 
@@ -67,6 +69,7 @@ private:
     };
     struct Spool;
 
+    void Take(const LogRecord& record);
     bool Open();
     void Close();
     void TakeOver(const QList<LogRecord>& left);

@@ -20,9 +20,11 @@ constexpr int MostConsoles = 20;
 
 QByteArray LineOf(const LogRecord& record)
 {
-    const QJsonObject object{{"id", record.id},     {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
-                             {"type", record.type}, {"desc", record.desc},
-                             {"from", record.from}, {"to", record.to}};
+    const QJsonObject object{
+        {"id", record.id},      {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+        {"type", record.type},  {"desc", record.desc},
+        {"from", record.from},  {"to", record.to},
+        {"duty", record.isDuty}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -32,8 +34,9 @@ bool ParseLine(const QByteArray& line, LogRecord& record)
     const QJsonObject object = QJsonDocument::fromJson(line).object();
     record = {object["id"].toString(),   QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs),
               object["type"].toInt(),    object["desc"].toString(),
-              object["from"].toString(), object["to"].toString()};
-    return !record.id.isEmpty() && record.time.isValid();
+              object["from"].toString(), object["to"].toString(),
+              object["duty"].toBool()};
+    return !record.id.isEmpty() && (record.isDuty || record.time.isValid());
 }
 
 [[noreturn]] void Fail(const QString& file)

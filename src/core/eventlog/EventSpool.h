@@ -8,7 +8,8 @@
 #include <memory>
 #include <vector>
 
-// One record of the table event on its way there.
+// One record of the table event on its way there; or a change of duty that came with one and is stored in
+// turn with it: `from` is on duty from now on if `type` is 1, and off duty otherwise.
 struct LogRecord {
     QString id; // made once, so that the database stores it once however often it is sent
     QDateTime time;
@@ -16,6 +17,7 @@ struct LogRecord {
     QString desc;
     QString from;
     QString to;
+    bool isDuty = false;
 };
 
 // Log records that wait for their database, in order, in a file that only the operator's own system account

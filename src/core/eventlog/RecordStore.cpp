@@ -59,6 +59,14 @@ void InsertStorable(dao::Database& database, const LogRecord& record)
     }
 }
 
+void StoreDuty(dao::Database& database, const LogRecord& change)
+{
+    const auto query = database.QueryDef(QStringLiteral("update_duty_status"));
+    query->SetParameter(QStringLiteral("cs"), change.from);
+    query->SetParameter(QStringLiteral("ds"), change.type == 1);
+    query->Execute();
+}
+
 } // namespace
 
 RecordStore::RecordStore(Opener open, Present present, QString databaseId)
@@ -86,7 +94,7 @@ RecordStore::Outcome RecordStore::Store(const QList<LogRecord>& records)
 void RecordStore::StoreOne(dao::Database& database, const LogRecord& record, Outcome& outcome) const
 {
     try {
-        InsertStorable(database, record);
+        record.isDuty ? StoreDuty(database, record) : InsertStorable(database, record);
     } catch (const dao::Error& failure) {
         if (failure.kind == dao::Kind::BadValue) // never to be stored: the others must not wait for it
             outcome.unstorable.append(Lost(failure, record));

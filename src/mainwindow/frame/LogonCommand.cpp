@@ -139,12 +139,11 @@ void LogonCommand::EndSession()
         m_session.callsign = m_services.executive.MyCallsign();
     // What is left to do is written down first: the rest may take too long.
     Attempt([this] { m_openSessions.Keep(m_session); });
-    bool stored = false;
-    Attempt([&] { stored = m_services.executive.UpdateDutyStatus(m_session.callsign, false); });
+    Attempt([this] { m_services.executive.UpdateDutyStatus(m_session.callsign, false); });
     const auto onFailure = m_ending ? UserProfile::OnFailure::GiveUp : UserProfile::OnFailure::Ask;
-    if (stored || !m_ending)
-        Attempt([&] { stored = m_services.profile.ClearLoggedOnFlag(onFailure) && stored; });
-    if (stored)
+    bool cleared = false;
+    Attempt([&] { cleared = m_services.profile.ClearLoggedOnFlag(onFailure); });
+    if (cleared)
         Attempt([this] { m_openSessions.Forget(m_session); });
     Attempt([this] { m_services.executive.Disconnect(); });
 }
@@ -169,10 +168,10 @@ void LogonCommand::EndLeftSessions()
 
 bool LogonCommand::EndLeft(OpenSessions::Session& session)
 {
-    if (!session.callsign.isEmpty() && m_services.executive.UpdateDutyStatus(session.callsign, false))
-        session.callsign.clear();
-    return Attempt([&] { m_services.profile.ClearLoggedOnFlagOf(session.user); }) &&
-           session.callsign.isEmpty();
+    if (!session.callsign.isEmpty())
+        m_services.executive.UpdateDutyStatus(session.callsign, false);
+    session.callsign.clear();
+    return Attempt([&] { m_services.profile.ClearLoggedOnFlagOf(session.user); });
 }
 
 void LogonCommand::ShowFailure(const std::exception& failure)

@@ -95,8 +95,10 @@ void RadioAgent::ConnectEvents()
 
 void RadioAgent::ConnectViews()
 {
-    connect(&m_services.eventLog, &EventLog::Delayed, this,
-            [this](const QString& text) { m_boxes.ShowWarning(text); });
+    connect(&m_services.eventLog, &EventLog::Delayed, this, [this](const QString& text) {
+        if (IsConnected()) // otherwise nobody is at work here, and the strip says it
+            m_boxes.ShowWarning(text);
+    });
     connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
     connect(
         &m_numbering, &SessionNumbering::CallsignChanged, this,

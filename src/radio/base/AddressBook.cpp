@@ -1,11 +1,9 @@
 #include "radio/base/AddressBook.h"
 
-#include "core/base/ProgramLog.h"
+#include "core/eventlog/EventLog.h"
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
-#include "core/texts/Errors.h"
 #include "core/texts/Validation.h"
-#include "dao/records/Database.h"
 
 namespace {
 
@@ -18,9 +16,7 @@ bool MeansStatus(const QString& setting, int status)
 
 } // namespace
 
-AddressBook::AddressBook(IDbSession& session, const IStringSource& strings)
-    : m_session(session),
-      m_strings(strings)
+AddressBook::AddressBook(IDbSession& session, EventLog& eventLog) : m_session(session), m_eventLog(eventLog)
 {
 }
 
@@ -37,28 +33,14 @@ QString AddressBook::LookupIdent(const QString& text) const
     return m_session.Memory().Addresses().IdentOf(trimmed).value_or(trimmed);
 }
 
-bool AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
+void AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
 {
     SessionMemory& memory = m_session.Memory();
     if (memory.Setting(QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble() != 1)
-        return true;
-    try {
-        StoreDuty(callsign, onDuty);
-        if (memory.PutOnDuty(callsign, onDuty))
-            Q_EMIT DutyChanged();
-        return true;
-    } catch (const std::exception& failure) {
-        ProgramLog::Write(DescribeError(failure, m_strings));
-        return false;
-    }
-}
-
-void AddressBook::StoreDuty(const QString& callsign, bool onDuty)
-{
-    const auto query = m_session.Database().QueryDef(QStringLiteral("update_duty_status"));
-    query->SetParameter(QStringLiteral("cs"), callsign);
-    query->SetParameter(QStringLiteral("ds"), onDuty);
-    query->Execute();
+        return;
+    m_eventLog.AppendDuty(callsign, onDuty);
+    if (memory.PutOnDuty(callsign, onDuty))
+        Q_EMIT DutyChanged();
 }
 
 void AddressBook::FollowStatus(const QString& callsign, int status)

@@ -40,7 +40,7 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     : m_services(services),
       m_control(std::move(control)),
       m_window(std::make_unique<frmMap27Agent>(services.strings, services.clock)),
-      m_addressBook(services.session, services.strings),
+      m_addressBook(services.session, services.eventLog),
       m_agent(std::make_unique<RadioAgent>(services, *m_control, *m_window, m_transaction, m_addressBook)),
       m_appName(services.strings.LoadString(RadioText::DefaultAppName))
 {

@@ -82,9 +82,9 @@ public:
     // As in AddressBook.
     QString LookupCallsign(const QString& dial) const { return m_addressBook.LookupCallsign(dial); }
     QString LookupIdent(const QString& text) const { return m_addressBook.LookupIdent(text); }
-    bool UpdateDutyStatus(const QString& callsign, bool onDuty)
+    void UpdateDutyStatus(const QString& callsign, bool onDuty)
     {
-        return m_addressBook.UpdateDutyStatus(callsign, onDuty);
+        m_addressBook.UpdateDutyStatus(callsign, onDuty);
     }
 
     LinkStatus Link() const;
