@@ -10,8 +10,6 @@
 #include "dao/Workspace.h"
 
 #include <QUuid>
-#include <cerrno>
-#include <cstring>
 #include <utility>
 
 namespace {
@@ -26,6 +24,7 @@ constexpr qsizetype MostAtOnce = 20;
 // The file is opened by its lane.
 struct EventLog::Spool {
     std::unique_ptr<EventSpool> file;
+    QString reason; // why there is none
 };
 
 EventLog::EventLog(IDbSession& session, const IStringSource& strings, QString spoolFolder, Lane::Kind lanes)
@@ -121,15 +120,15 @@ bool EventLog::Open()
         return true;
     if (!m_session.IsOpen())
         return false;
+    QString id;
     try {
-        const QString id = m_session.Database().Id();
+        id = m_session.Database().Id();
         if (m_lanes == Lane::Kind::OwnThread)
             m_store =
                 std::make_shared<RecordStore>(m_session.Workspace().Again(), RecordStore::Present(), id);
         else
             m_store = std::make_shared<RecordStore>(
                 RecordStore::Opener(), [this]() -> dao::Database& { return m_session.Database(); }, id);
-        m_databaseId = id;
     } catch (const std::exception& failure) {
         Fail(DescribeError(failure, m_strings));
         return false;
@@ -142,11 +141,11 @@ bool EventLog::Open()
         return true;
     m_spooling = true;
     m_storing = true; // what was left by an earlier run comes first
-    m_spoolLane->Do([this, spool = m_spool, folder = m_spoolFolder, id = m_databaseId]() -> Lane::Answer {
+    m_spoolLane->Do([this, spool = m_spool, folder = m_spoolFolder, id]() -> Lane::Answer {
         try {
             spool->file = std::make_unique<EventSpool>(folder, id);
         } catch (const std::exception& failure) {
-            ProgramLog::Write(QString::fromUtf8(failure.what()));
+            spool->reason = QString::fromUtf8(failure.what());
             return [this] { TakeOver({}); };
         }
         return [this, left = spool->file->Records()] { TakeOver(left); };
@@ -296,7 +295,7 @@ void EventLog::SpoolWaiting()
         QString reason;
         try {
             if (!spool->file)
-                throw Error(ErrorCode::General, strerror(EIO));
+                throw Error(ErrorCode::General, spool->reason);
             spool->file->Append(records);
         } catch (const Error& failure) {
             reason = failure.Description();

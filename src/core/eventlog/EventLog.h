@@ -85,7 +85,6 @@ private:
     const IStringSource& m_strings;
     QString m_spoolFolder;
     Lane::Kind m_lanes;
-    QString m_databaseId; // of what is in the queue
     bool m_open = false;
     bool m_storing = false;
     bool m_spooling = false;
