@@ -117,6 +117,7 @@ TEST_F(ServerRecordsTest, WithACharacterThatNoServerHoldsAreStored)
 TEST_F(ServerRecordsTest, OfManyConsolesOutliveACrashOfTheServer)
 {
     constexpr int consoles = 4;
+    session.reset(); // the children would read from its connection as well
     ConsoleLoad::Prepare(database);
     std::vector<pid_t> children;
     for (int number = 0; number < consoles; ++number)
