@@ -128,6 +128,19 @@ void TestServer::StopAtOnce()
     m_process = 0;
 }
 
+void TestServer::Hold(bool on) const
+{
+    const int signal = on ? SIGSTOP : SIGCONT;
+    kill(m_process, signal); // it starts no other meanwhile
+    for (const QString& process : QDir("/proc").entryList(QDir::Dirs)) {
+        QFile state("/proc/" + process + "/stat");
+        // After the name, which ends with the last bracket: the state, and the parent.
+        if (state.open(QIODevice::ReadOnly) &&
+            QString::fromLatin1(state.readAll()).section(')', -1).section(' ', 2, 2).toInt() == m_process)
+            kill(process.toInt(), signal);
+    }
+}
+
 QString TestServer::Target(const QString& database) const
 {
     return QStringLiteral("postgresql://postgres@/%1?host=%2").arg(database, m_folder.path());

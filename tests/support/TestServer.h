@@ -26,6 +26,8 @@ public:
     void Start();
     // As if it had crashed.
     void StopAtOnce();
+    // All its processes stand still until they may go on.
+    void Hold(bool on) const;
 
 private:
     TestServer();
