@@ -118,7 +118,7 @@ int main(int argc, char** argv)
         RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
         std::make_unique<FakeMap27Control>());
     winMain window(Services{strings, prompt, session, session, fleetData, executive, settings, clock, beeper,
-                            statusTexts, profile});
+                            statusTexts, profile, eventLog});
     window.resize(800, 600);
     window.show();
     window.findChild<QAction*>(QStringLiteral("miLogOnLogOff"))->trigger();

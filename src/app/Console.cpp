@@ -37,11 +37,9 @@ Console::~Console() = default;
 
 Services Console::MainWindowServices() const
 {
-    Services services{m_base.strings, m_base.prompt,        m_base.session,      m_base.logon,  *fleetData,
-                      *executive,     m_base.settings,      m_base.clock,        m_base.beeper, *statusTexts,
-                      *profile,       settingsDialog.get(), passwordDialog.get()};
-    services.eventLog = eventLog.get();
-    return services;
+    return {m_base.strings, m_base.prompt,   m_base.session,       m_base.logon,        *fleetData,
+            *executive,     m_base.settings, m_base.clock,         m_base.beeper,       *statusTexts,
+            *profile,       *eventLog,       settingsDialog.get(), passwordDialog.get()};
 }
 
 void Console::CloseDialogs()

@@ -3,6 +3,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/texts/StringSourceImpl.h"
 #include "dao/Workspace.h"
+#include "support/Files.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
 
@@ -121,6 +122,84 @@ TEST_F(EventLogLanes, WhatWaitedAtTheEndIsStoredAtTheNextLogon)
     const QStringList ids = Append(log, 4, 4);
     EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids) && log.Waiting() == 0; }, 10000));
     EXPECT_EQ(Stored(), Numbers(4));
+}
+
+// A radio in a group and out of it while the file is locked, in turn with the records, left to the next logon
+// and sent again: nothing is stored twice, over what somebody else has stored since.
+TEST_F(EventLogLanes, StoreRegroupsInTurnAndOnce)
+{
+    if (TestServer::IsWanted())
+        GTEST_SKIP() << "files only";
+    const auto run = [&](const QString& sql) {
+        sqlite3* other = nullptr;
+        EXPECT_EQ(sqlite3_open(File().toUtf8().constData(), &other), SQLITE_OK);
+        EXPECT_EQ(sqlite3_exec(other, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+        return other;
+    };
+    const auto add = [&](const char* query, std::initializer_list<std::pair<const char*, QVariant>> values) {
+        const auto definition = session.Database().QueryDef(query);
+        for (const auto& [name, value] : values)
+            definition->SetParameter(name, value);
+        definition->Execute();
+    };
+    for (const int id : {1, 2, 3}) {
+        const auto rows = session.Database().OpenTable("address");
+        rows->AddNew();
+        rows->SetField("address_id", id);
+        rows->SetField("callsign", QString("Entry%1").arg(id));
+        rows->SetField("IDENT", QString::number(id));
+        rows->SetField("Type", id == 3 ? 1 : 2);
+        rows->Update();
+    }
+    session.Changes().TellOwn("address");
+    EXPECT_EQ(session.Memory().Addresses().Size(), 3U);
+    const auto groups = [&] {
+        QStringList rows;
+        const auto stored = session.Database().OpenSnapshot("dynamic_regroup");
+        for (; !stored->Eof(); stored->MoveNext())
+            rows.append(stored->Field("group_id").toString());
+        return rows.join(' ');
+    };
+    for (const char* request : {"first", "second"})
+        add("add_regroup_request", {{"id", request}, {"gi", 2}, {"mi", 3}, {"p", 4}});
+    using Kind = RegroupChange::Kind;
+    const RegroupChange entered{Kind::Entered, 1, 0, 3, 4, "first"};
+    const RegroupChange moved{Kind::Moved, 2, 1, 3, 4, "second"};
+    QByteArray left;
+    {
+        sqlite3* other = run("BEGIN EXCLUSIVE");
+        EventLog log(session, strings, folder.path(), Lane::Kind::OwnThread);
+        QStringList ids = Append(log, 1, 1);
+        ids += log.AppendRegroup(entered);
+        ids += log.AppendRegroup(moved);
+        ids += Append(log, 2, 2);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids); }, 3000)) << "in the spool file";
+        session.Changes().Tell("dynamic_regroup"); // cannot be read now, and has to be read again later
+        ASSERT_EQ(session.Memory().Regroupings().size(), 1U);
+        EXPECT_EQ(session.Memory().Regroupings().front().groupId, 2);
+        left = ReadFile(folder.filePath("log-%1-1.waiting").arg(session.Database().Id()));
+        sqlite3_close(other);
+    }
+    for (int logon = 0; logon < 2; ++logon) {
+        WriteFile(folder.filePath("log-%1-1.waiting").arg(session.Database().Id()), left);
+        EventLog log(session, strings, folder.path(), Lane::Kind::OwnThread);
+        QStringList refused;
+        QObject::connect(&log, &EventLog::Refused,
+                         [&](const QString&, const QString& text) { refused.append(text); });
+        log.WriteWaiting();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return log.Waiting() == 0 && Stored() == Numbers(2); }, 10000));
+        EXPECT_EQ(groups(), logon == 0 ? "2" : "1") << logon;
+        EXPECT_TRUE(session.Database().OpenSnapshot("regroup_request")->Eof());
+        if (logon == 1) { // a request that somebody has ended is a change that was stored
+            log.AppendRegroup({Kind::Moved, 2, 2, 3, 4, {}});
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !refused.isEmpty(); }, 5000));
+            EXPECT_TRUE(refused.value(0).startsWith("The radio Entry3 holds the group Entry2 at position 4"));
+        }
+        const auto row = session.Database().OpenTable("dynamic_regroup"); // at another console
+        row->Edit();
+        row->SetField("group_id", 1);
+        row->Update();
+    }
 }
 
 } // namespace

@@ -3,11 +3,14 @@
 #include "core/base/ProgramLog.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/Workspace.h"
+#include "dao/tables/AddressTable.h"
+#include "dao/tables/RegroupTable.h"
 
 #include <QUuid>
 #include <utility>
@@ -70,8 +73,33 @@ void EventLog::AppendDuty(const QString& callsign, bool onDuty)
           .isDuty = true});
 }
 
+QString EventLog::AppendRegroup(const RegroupChange& change)
+{
+    const LogRecord record{.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                           .time = {},
+                           .desc = {},
+                           .from = {},
+                           .to = {},
+                           .regroup = change};
+    Take(record);
+    return record.id;
+}
+
+// What waits to be stored holds in memory already.
+void EventLog::Await(const LogRecord& record)
+{
+    SessionMemory& memory = m_session.Memory();
+    if (record.isDuty)
+        memory.Await(record.id, dao::AddressTable::Table,
+                     [record](SessionMemory& known) { known.PutOnDuty(record.from, record.type == 1); });
+    else if (record.regroup)
+        memory.Await(record.id, dao::RegroupTable::Table,
+                     [record](SessionMemory& known) { record.regroup->ApplyTo(known); });
+}
+
 void EventLog::Take(const LogRecord& record)
 {
+    Await(record);
     const bool open = Open();
     m_queue.push_back({record});
     m_unsafe.insert(record.id);
@@ -95,7 +123,7 @@ QList<LogRecord> EventLog::WaitingRecords() const
 {
     QList<LogRecord> records;
     for (const Entry& entry : m_queue)
-        if (!entry.record.isDuty)
+        if (entry.record.IsEvent())
             records.append(entry.record);
     return records;
 }
@@ -128,7 +156,7 @@ bool EventLog::Open()
                 std::make_shared<RecordStore>(m_session.Workspace().Again(), RecordStore::Present(), id);
         else
             m_store = std::make_shared<RecordStore>(
-                RecordStore::Opener(), [this]() -> dao::Database& { return m_session.Database(); }, id);
+                RecordStore::Opener(), [this]() -> dao::Workspace& { return m_session.Workspace(); }, id);
     } catch (const std::exception& failure) {
         Fail(DescribeError(failure, m_strings));
         return false;
@@ -192,6 +220,12 @@ void EventLog::Close()
 void EventLog::TakeOver(const QList<LogRecord>& left)
 {
     m_spooling = m_storing = false;
+    for (const Entry& entry : m_queue)
+        m_session.Memory().Stored(entry.record.id); // to be awaited behind what is older
+    for (const LogRecord& record : left)
+        Await(record);
+    for (const Entry& entry : m_queue)
+        Await(entry.record);
     for (auto record = left.crbegin(); record != left.crend(); ++record)
         m_queue.push_front({*record, true});
     if (!left.isEmpty()) {
@@ -226,8 +260,10 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
     for (const QString& lost : outcome.unstorable)
         ProgramLog::Write(lost);
     QStringList ids;
+    TellRefused(outcome);
     for (int i = 0; i < outcome.stored; ++i) {
         ids.append(m_queue.front().record.id);
+        m_session.Memory().Stored(ids.last());
         m_queue.pop_front();
     }
     MarkSafe(ids);
@@ -256,6 +292,21 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
     }
     Q_EMIT WaitingChanged(Waiting());
     StoreNext();
+}
+
+void EventLog::TellRefused(const RecordStore::Outcome& outcome)
+{
+    for (const auto& [record, reason] : outcome.refused) {
+        m_session.Memory().Refused(record.id);
+        try {
+            std::rethrow_exception(reason);
+        } catch (const std::exception& failure) {
+            const QString text = record.regroup->DescribeRefusal(failure, m_session, m_strings);
+            ProgramLog::Write(text);
+            if (record.regroup->kind != RegroupChange::Kind::Withdrawn)
+                Q_EMIT Refused(record.id, text);
+        }
+    }
 }
 
 void EventLog::Fail(const QString& cause)

@@ -37,8 +37,10 @@ public:
     // it may have named it before.
     QString AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
                             const QString& to);
-    // Takes a change of duty, which is stored in turn with the records.
+    // Take what is stored in turn with the records: a change of duty, and what the radio has confirmed of a
+    // regroup command. Both hold in the session's memory at once. Returns the id as AppendLogRecord does.
     void AppendDuty(const QString& callsign, bool onDuty);
+    QString AppendRegroup(const RegroupChange& change);
     // False for a record that would be lost if the program were killed now.
     bool IsSafe(const QString& id) const { return !m_unsafe.contains(id); }
 
@@ -59,6 +61,8 @@ Q_SIGNALS:
     void Safe(const QStringList& ids);
     // Waiting or Cause is another one.
     void WaitingChanged(int records);
+    // The database has refused a regroup that the radio has confirmed; the text says what the radio holds.
+    void Refused(const QString& id, const QString& text);
     // Once for each cause: records wait, and why.
     void Delayed(const QString& text);
 
@@ -75,6 +79,8 @@ private:
     void TakeOver(const QList<LogRecord>& left);
     void StoreNext();
     void TakeOutcome(const RecordStore::Outcome& outcome);
+    void Await(const LogRecord& record);
+    void TellRefused(const RecordStore::Outcome& outcome);
     void SpoolWaiting();
     void TakeSpooled(const QStringList& ids, const QString& failure);
     void BeLate();

@@ -20,11 +20,12 @@ constexpr int MostConsoles = 20;
 
 QByteArray LineOf(const LogRecord& record)
 {
-    const QJsonObject object{
-        {"id", record.id},      {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
-        {"type", record.type},  {"desc", record.desc},
-        {"from", record.from},  {"to", record.to},
-        {"duty", record.isDuty}};
+    QJsonObject object{{"id", record.id},      {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                       {"type", record.type},  {"desc", record.desc},
+                       {"from", record.from},  {"to", record.to},
+                       {"duty", record.isDuty}};
+    if (record.regroup)
+        object.insert("regroup", record.regroup->ToJson());
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -36,7 +37,9 @@ bool ParseLine(const QByteArray& line, LogRecord& record)
               object["type"].toInt(),    object["desc"].toString(),
               object["from"].toString(), object["to"].toString(),
               object["duty"].toBool()};
-    return !record.id.isEmpty() && (record.isDuty || record.time.isValid());
+    if (object.contains("regroup"))
+        record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
+    return !record.id.isEmpty() && (!record.IsEvent() || record.time.isValid());
 }
 
 [[noreturn]] void Fail(const QString& file)

@@ -1,15 +1,18 @@
 #pragma once
 
 #include "core/base/FileLock.h"
+#include "core/eventlog/RegroupChange.h"
 
 #include <QDateTime>
 #include <QList>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <vector>
 
-// One record of the table event on its way there; or a change of duty that came with one and is stored in
-// turn with it: `from` is on duty from now on if `type` is 1, and off duty otherwise.
+// One record of the table event on its way there; or what is stored in turn with them: a change of duty that
+// came with one, where `from` is on duty from now on if `type` is 1, and off duty otherwise; or a regroup
+// that the radio has confirmed.
 struct LogRecord {
     QString id; // made once, so that the database stores it once however often it is sent
     QDateTime time;
@@ -18,6 +21,9 @@ struct LogRecord {
     QString from;
     QString to;
     bool isDuty = false;
+    std::optional<RegroupChange> regroup{};
+
+    bool IsEvent() const { return !isDuty && !regroup; }
 };
 
 // Log records that wait for their database, in order, in a file that only the operator's own system account

@@ -1,5 +1,6 @@
 #include "core/eventlog/RecordStore.h"
 
+#include "dao/Transaction.h"
 #include "dao/Workspace.h"
 #include "dao/base/TextMatch.h"
 
@@ -67,6 +68,44 @@ void StoreDuty(dao::Database& database, const LogRecord& change)
     query->Execute();
 }
 
+void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, bool endRequest)
+{
+    dao::Transaction transaction(workspace);
+    change.StoreIn(workspace.Database(), endRequest);
+    transaction.Commit();
+}
+
+// An operator who logs on after another one stores what the first has left, whose request expires by itself.
+void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change)
+{
+    try {
+        StoreRegroup(workspace, change, true);
+    } catch (const dao::Error& failure) {
+        if (failure.kind != dao::Kind::NotPermitted)
+            throw;
+        StoreRegroup(workspace, change, false);
+    }
+}
+
+// Of a change that was refused; left behind it expires by itself.
+void EndRequest(dao::Workspace& workspace, const QString& request) noexcept
+{
+    try {
+        StoreRegroup(workspace, {.request = request});
+    } catch (const std::exception&) {
+    }
+}
+
+void StoreRecord(dao::Workspace& workspace, const LogRecord& record)
+{
+    if (record.regroup)
+        StoreRegroup(workspace, *record.regroup);
+    else if (record.isDuty)
+        StoreDuty(workspace.Database(), record);
+    else
+        InsertStorable(workspace.Database(), record);
+}
+
 } // namespace
 
 RecordStore::RecordStore(Opener open, Present present, QString databaseId)
@@ -82,31 +121,36 @@ RecordStore::Outcome RecordStore::Store(const QList<LogRecord>& records)
 {
     Outcome outcome;
     try {
-        dao::Database& database = Database();
+        dao::Workspace& workspace = Workspace();
         for (const LogRecord& record : records)
-            StoreOne(database, record, outcome);
+            StoreOne(workspace, record, outcome);
     } catch (...) {
         outcome.failure = std::current_exception();
     }
     return outcome;
 }
 
-void RecordStore::StoreOne(dao::Database& database, const LogRecord& record, Outcome& outcome) const
+void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome) const
 {
     try {
-        record.isDuty ? StoreDuty(database, record) : InsertStorable(database, record);
+        StoreRecord(workspace, record);
     } catch (const dao::Error& failure) {
-        if (failure.kind == dao::Kind::BadValue) // never to be stored: the others must not wait for it
+        if (record.regroup && RegroupChange::IsRefusedBy(failure.kind)) {
+            outcome.refused.append({record, std::current_exception()});
+            EndRequest(workspace, record.regroup->request);
+        } else if (failure.kind ==
+                   dao::Kind::BadValue) { // never to be stored: the others must not wait for it
             outcome.unstorable.append(Lost(failure, record));
-        else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex)
+        } else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex) {
             throw;
+        }
         // Otherwise it had arrived, only the answer had not.
     }
     RequirePlace(); // what a deleted file took is gone with it
     ++outcome.stored;
 }
 
-dao::Database& RecordStore::Database()
+dao::Workspace& RecordStore::Workspace()
 {
     if (m_present)
         return m_present();
@@ -115,7 +159,7 @@ dao::Database& RecordStore::Database()
     if (!m_workspace)
         m_workspace = m_open();
     RequirePlace();
-    return m_workspace->Database();
+    return *m_workspace;
 }
 
 void RecordStore::RequirePlace() const

@@ -8,7 +8,6 @@
 #include <memory>
 
 namespace dao {
-class Database;
 class Workspace;
 } // namespace dao
 
@@ -16,9 +15,9 @@ class Workspace;
 // database at the first record, and again when the files are no longer in their place.
 class RecordStore {
 public:
-    // One of the two is given: what opens a session of its own, or names the database that is open.
+    // One of the two is given: what opens a session of its own, or names the one that is open.
     using Opener = std::function<std::unique_ptr<dao::Workspace>()>;
-    using Present = std::function<dao::Database&()>;
+    using Present = std::function<dao::Workspace&()>;
 
     // `databaseId`: records reach no other database, whatever stands in its place.
     RecordStore(Opener open, Present present, QString databaseId);
@@ -27,13 +26,16 @@ public:
     struct Outcome {
         int stored = 0;             // of the records given, from the first on
         std::exception_ptr failure; // why it ended there
-        QStringList unstorable;     // counted as stored, but no database takes them: each with its reason
+        // Counted as stored, but no database takes them: each with its reason.
+        QStringList unstorable;
+        // Likewise: regroups that the database has refused.
+        QList<std::pair<LogRecord, std::exception_ptr>> refused;
     };
     Outcome Store(const QList<LogRecord>& records);
 
 private:
-    dao::Database& Database();
-    void StoreOne(dao::Database& database, const LogRecord& record, Outcome& outcome) const;
+    dao::Workspace& Workspace();
+    void StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome) const;
     void RequirePlace() const;
 
     Opener m_open;

@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -51,6 +52,31 @@ QString SessionMemory::Setting(const QString& key, const QString& fallback)
     ReadDue();
     const auto found = m_settings.constFind(key);
     return found != m_settings.constEnd() ? *found : fallback;
+}
+
+void SessionMemory::Await(const QString& id, const QString& table, const Change& apply)
+{
+    m_awaited.push_back({id, table, apply, false});
+    apply(*this);
+}
+
+// A table that was read meanwhile may have been read before or after the change, and what others have changed
+// since is hidden behind it: it is told as unread, which is no failure if it is read once too often.
+void SessionMemory::EndWait(const QString& id, bool refused)
+{
+    const auto ended = std::find_if(m_awaited.begin(), m_awaited.end(),
+                                    [&](const Awaited& change) { return change.id == id; });
+    if (ended == m_awaited.end())
+        return;
+    if (refused || ended->readMeanwhile)
+        m_changes.KeepUnread(ended->table);
+    m_awaited.erase(ended);
+}
+
+void SessionMemory::ReadAgain()
+{
+    for (const QString& table : {Address, Regroup})
+        ReadOne(table);
 }
 
 bool SessionMemory::PutOnDuty(const QString& callsign, bool onDuty)
@@ -117,6 +143,11 @@ void SessionMemory::ReadOne(const QString& table)
             read.insert(rows->TextAt(key), rows->TextAt(value));
         m_settings = std::move(read);
     }
+    for (Awaited& change : m_awaited)
+        if (change.table == table) {
+            change.readMeanwhile = true;
+            change.apply(*this);
+        }
 }
 
 // Once for many changes, at the first look or before the event loop delivers anything else: the next radio
@@ -147,4 +178,5 @@ void SessionMemory::Forget()
     m_regroupings.clear();
     m_settings.clear();
     m_due.clear();
+    m_awaited.clear();
 }

@@ -5,6 +5,8 @@
 #include <QHash>
 #include <QObject>
 #include <QStringList>
+#include <functional>
+#include <vector>
 
 class DatabaseChanges;
 struct IDbSession;
@@ -19,7 +21,8 @@ struct Regrouping {
 // What the session has read of the database, so that nothing that the radio brings has to ask for it: the
 // directory, the regrouped radios and the site settings. Read at the logon and again whenever this console or
 // another one has changed them; while they cannot be read, what was read last holds. Empty while nobody is
-// logged on. On the window's thread; nothing here raises.
+// logged on. On the window's thread; nothing here raises but
+// ReadAgain.
 class SessionMemory : public QObject {
     Q_OBJECT
 
@@ -33,6 +36,18 @@ public:
     // The fallback when there is no such setting.
     QString Setting(const QString& key, const QString& fallback);
 
+    // A change to a table that this console has handed on to be stored: it holds at once, and again after
+    // each reading, until it is stored or refused. `apply` uses what stands below.
+    using Change = std::function<void(SessionMemory&)>;
+    void Await(const QString& id, const QString& table, const Change& apply);
+    // One that is not awaited is left alone.
+    void Stored(const QString& id) { EndWait(id, false); }
+    void Refused(const QString& id) { EndWait(id, true); }
+    bool IsAwaiting() const { return !m_awaited.empty(); }
+    // Reads the directory and the regrouped radios now. Raises Error and dao::Error; what was read before
+    // holds then.
+    void ReadAgain();
+
     // What this console has stored, or has handed on to be stored, put in without reading. False when no
     // individual has this callsign.
     bool PutOnDuty(const QString& callsign, bool onDuty);
@@ -45,6 +60,14 @@ protected:
     void customEvent(QEvent* event) override;
 
 private:
+    struct Awaited {
+        QString id;
+        QString table;
+        Change apply;
+        bool readMeanwhile; // the table, with or without the change
+    };
+
+    void EndWait(const QString& id, bool refused);
     void ReadTables(const QString& table);
     void ReadOne(const QString& table);
     void ReadLater(const QString& table);
@@ -56,5 +79,6 @@ private:
     Directory m_directory;
     std::vector<Regrouping> m_regroupings;
     QHash<QString, QString> m_settings;
-    QStringList m_due; // tables that this console has changed and that are not read again yet
+    std::vector<Awaited> m_awaited; // oldest first
+    QStringList m_due;              // tables that this console has changed and that are not read again yet
 };

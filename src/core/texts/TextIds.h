@@ -63,5 +63,11 @@ constexpr int RecordsKept = 5285;
 constexpr int OldPasswordWrong = 5885;
 constexpr int RecordsInMemory = 5932;
 constexpr int Migrating = 5921;
+constexpr int EnteredNotRecorded = 5940;
+constexpr int LeftNotRecorded = 5941;
+constexpr int DissolvedNotRecorded = 5942;
+constexpr int GroupChangedMeanwhile = 5943;
+constexpr int NotInDirectory = 5944;
+constexpr int MayNotRegroupNow = 5945;
 
 } // namespace CoreText

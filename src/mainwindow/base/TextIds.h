@@ -95,7 +95,6 @@ constexpr int StateOff = 5435;
 constexpr int StateUnknown = 5436;
 constexpr int SensorState = 5437;
 constexpr int ControlState = 5438;
-constexpr int MemberMovedMeanwhile = 5440;
 constexpr int NoSuchPosition = 5441;
 constexpr int DatabaseAway = 5480;
 constexpr int RecordsWaiting = 5481;

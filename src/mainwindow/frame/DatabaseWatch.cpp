@@ -52,17 +52,15 @@ DatabaseWatch::DatabaseWatch(const Services& services, const SessionState& sessi
     DatabaseChanges& changes = services.session.Changes();
     connect(&changes, &DatabaseChanges::Changed, this, &DatabaseWatch::Reload);
     connect(&changes, &DatabaseChanges::AwayChanged, this, &DatabaseWatch::ShowState);
-    if (services.eventLog != nullptr)
-        connect(services.eventLog, &EventLog::WaitingChanged, this, &DatabaseWatch::ShowState);
+    connect(&services.eventLog, &EventLog::WaitingChanged, this, &DatabaseWatch::ShowState);
     connect(&m_look, &QTimer::timeout, this, &DatabaseWatch::LookByItself);
     m_look.start(LookPause);
 }
 
 void DatabaseWatch::ShowState()
 {
-    const EventLog* log = m_services.eventLog;
-    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log != nullptr ? log->Waiting() : 0,
-                         log != nullptr ? log->Cause() : QString());
+    const EventLog& log = m_services.eventLog;
+    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log.Waiting(), log.Cause());
 }
 
 void DatabaseWatch::LookNow()

@@ -31,6 +31,7 @@ struct Services {
     IBeeper& beeper;
     StatusTexts& statusTexts;
     UserProfile& profile;
+    EventLog& eventLog;
     // Loaded at start and kept hidden between uses; null where there is none (tests).
     frmSettings* settingsDialog = nullptr;
     frmPassword* passwordDialog = nullptr;
@@ -38,6 +39,4 @@ struct Services {
     IWindows* windows = nullptr;
     // Where the radio's report about its numbering is shown; null where it is not (tests).
     INumberingView* numberingView = nullptr;
-    // Tells how many log records wait for the database; null where nobody shows it (tests).
-    EventLog* eventLog = nullptr;
 };

@@ -148,7 +148,13 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
     for (bool again = cause == ReloadCause::Operator; again;) {
         rows.clear();
         try {
-            ReadIndividuals(m_parts.database, lookfor, limit + 1, rows);
+            SessionMemory& memory = m_parts.database.Memory();
+            if (memory.IsAwaiting()) { // a change of duty may still be on its way
+                memory.ReadAgain();
+                DrawIndividuals(m_parts.database, lookfor, limit + 1, rows);
+            } else {
+                ReadIndividuals(m_parts.database, lookfor, limit + 1, rows);
+            }
             again = false;
         } catch (const std::exception& failure) {
             ProgramLog::Write(DescribeError(failure, m_parts.strings));

@@ -1,10 +1,8 @@
 #include "mainwindow/log/LogModel.h"
 
 #include "core/widgets/Icons.h"
+#include "mainwindow/lists/WaitingMark.h"
 
-#include <QFont>
-#include <QGuiApplication>
-#include <QPalette>
 #include <algorithm>
 #include <iterator>
 
@@ -17,14 +15,6 @@ bool IsPictureOfLine(const QString& key)
                                            "textout", "callin",   "callout"};
     return std::any_of(std::begin(Keys), std::end(Keys),
                        [&](const char* known) { return key == QLatin1String(known); });
-}
-
-QFont Slanted()
-{
-    QFont font;
-    font.setItalic(true);
-    font.setResolveMask(QFont::StyleResolved); // the rest is the list's
-    return font;
 }
 
 } // namespace
@@ -122,10 +112,8 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
         return line.marked ? m_waiting : QVariant();
     case Qt::FontRole:
-        return line.marked ? Slanted() : QVariant();
     case Qt::ForegroundRole:
-        return line.marked ? QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text)
-                           : QVariant();
+        return line.marked ? WaitingLook(role) : QVariant();
     default:
         return {};
     }

@@ -23,7 +23,7 @@ class LogModel : public QAbstractListModel {
     Q_OBJECT
 
 public:
-    enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole, WaitingRole };
+    enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole };
 
     // `waiting`: what is said of a line whose record is not on a disk.
     LogModel(const QString& caption, const QString& waiting, QObject* parent);

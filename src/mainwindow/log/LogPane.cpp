@@ -13,6 +13,7 @@
 #include "mainwindow/lists/ListGestures.h"
 #include "mainwindow/lists/ListNotice.h"
 #include "mainwindow/lists/PaneCover.h"
+#include "mainwindow/lists/WaitingMark.h"
 #include "mainwindow/log/LogList.h"
 #include "mainwindow/log/LogReader.h"
 
@@ -27,7 +28,6 @@ namespace {
 
 constexpr int DefaultMaxLines = 500;
 constexpr std::chrono::seconds TimeToNotice(1); // a line that highlighted itself
-constexpr std::chrono::seconds TimeToMark(1);   // a record is usually stored long before
 constexpr std::chrono::milliseconds Settling(50);
 constexpr int MostCounted = 50'000; // records; counting on would keep the operator waiting
 
@@ -58,7 +58,7 @@ LogPane::LogPane(const Parts& parts, QWidget* parent)
 {
     setObjectName(QStringLiteral("picLog"));
     BuildList();
-    WatchRecords();
+    FollowRecords(*m_model, m_parts.eventLog, m_markDue);
     QPushButton& newest =
         m_notice->AddButton(QStringLiteral("cmdShowNewest"), parts.strings.LoadString(MainText::ShowNewest));
     connect(&newest, &QPushButton::clicked, this, [this] { Reload(Part::Newest); });
@@ -89,7 +89,7 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     if (m_model->rowCount() >= MaxLines())
         m_model->RemoveFirst();
     LogLine line = m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View());
-    if (m_parts.eventLog != nullptr && !m_parts.eventLog->IsSafe(record)) {
+    if (!m_parts.eventLog.IsSafe(record)) {
         line.record = record;
         if (!m_markDue.isActive())
             m_markDue.start();
@@ -102,16 +102,6 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
                                              QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     lvLog->scrollTo(last);
     m_movedByItself = m_parts.clock.Ticks();
-}
-
-// A line is marked from its first moment until its record is on a disk, and looks so when that takes long.
-void LogPane::WatchRecords()
-{
-    m_markDue.setSingleShot(true);
-    m_markDue.setInterval(TimeToMark);
-    connect(&m_markDue, &QTimer::timeout, m_model, &LogModel::ShowWaiting);
-    if (m_parts.eventLog != nullptr)
-        connect(m_parts.eventLog, &EventLog::Safe, m_model, &LogModel::SetSafe);
 }
 
 void LogPane::CheckDayChange(const QDateTime& time)
@@ -135,8 +125,7 @@ void LogPane::Reload(Part part)
     std::vector<LogLine> lines;
     QString cut;
     m_parts.formatter.ForgetDay();
-    if (m_parts.eventLog != nullptr)
-        m_parts.eventLog->Settle(Settling);
+    m_parts.eventLog.Settle(Settling);
     try {
         const LogDataView view = View();
         const OwnRadio own = m_parts.reader.Own();
@@ -175,9 +164,7 @@ void LogPane::Reload(Part part)
 // What the database does not have yet.
 void LogPane::AppendWaiting(std::vector<LogLine>& lines) const
 {
-    if (m_parts.eventLog == nullptr)
-        return;
-    const QList<LogRecord> records = m_parts.eventLog->WaitingRecords();
+    const QList<LogRecord> records = m_parts.eventLog.WaitingRecords();
     if (records.isEmpty())
         return;
     const LogDataView view = DataViewOf(m_parts.settings.LogView()).value_or(LogDataView::Text);
@@ -189,7 +176,7 @@ void LogPane::AppendWaiting(std::vector<LogLine>& lines) const
             m_parts.formatter.StoredLine({record.time, record.type, record.from, record.to, record.desc,
                                           StoredEvent::KeyOf(static_cast<EventType>(record.type))},
                                          own, view));
-        if (!m_parts.eventLog->IsSafe(record.id))
+        if (!m_parts.eventLog.IsSafe(record.id))
             lines.back().record = record.id;
     }
 }

@@ -32,7 +32,7 @@ public:
         LogLineFormatter& formatter;
         const LogReader& reader;
         const SessionState& session;
-        EventLog* eventLog; // null: nothing waits to be stored
+        EventLog& eventLog;
     };
 
     LogPane(const Parts& parts, QWidget* parent);
@@ -75,7 +75,6 @@ private:
     enum class Part { Oldest, Newest };
 
     void BuildList();
-    void WatchRecords();
     void AppendWaiting(std::vector<LogLine>& lines) const;
     void RunToolButton(LogPeriodBar::Button button);
     void ClearDisplay();

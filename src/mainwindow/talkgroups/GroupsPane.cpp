@@ -12,6 +12,7 @@
 #include "mainwindow/lists/ListNotice.h"
 #include "mainwindow/lists/OutcomeDelegate.h"
 #include "mainwindow/lists/PaneCover.h"
+#include "mainwindow/lists/WaitingMark.h"
 #include "mainwindow/talkgroups/TalkgroupModel.h"
 #include "mainwindow/talkgroups/TalkgroupTree.h"
 #include "mainwindow/talkgroups/TreePlace.h"
@@ -39,6 +40,11 @@ GroupsPane::GroupsPane(const TalkgroupServices& services, const SessionState& se
     layout->addWidget(m_cover, 1);
     layout->addWidget(m_notice);
     LoadRootCaptions();
+    FollowRecords(*m_model, services.eventLog, m_markDue);
+    // From the event loop: when nobody waits for the database, it comes before the change is shown.
+    connect(
+        &services.eventLog, &EventLog::Refused, this,
+        [this](const QString& record) { m_commands.TakeBack(record); }, Qt::QueuedConnection);
 }
 
 void GroupsPane::BuildTree()
@@ -217,6 +223,7 @@ void GroupsPane::KeepPlace(const std::function<void()>& change)
         const QScopedValueRollback quiet(m_changedByProgram, true);
         const TreePlace place(*tvGroups, TalkgroupModel::PlaceRole);
         change();
+        m_markDue.start();
         UnfoldFilled([&](const QModelIndex& node) {
             return place.WasFolded(node.data(TalkgroupModel::PlaceRole).toString());
         });

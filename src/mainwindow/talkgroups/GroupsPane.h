@@ -5,6 +5,7 @@
 #include "mainwindow/talkgroups/TalkgroupLoader.h"
 #include "radio/agent/Views.h"
 
+#include <QTimer>
 #include <QWidget>
 
 class ListNotice;
@@ -79,4 +80,5 @@ private:
     bool m_changedByProgram = false; // the selection changes, but not by the operator
     QString m_lookfor;               // of the last reload of all groups
     bool m_reloading = false;        // a question about it may be open
+    QTimer m_markDue;                // of a regroup that is not on a disk yet
 };

@@ -2,6 +2,7 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
+#include "core/eventlog/EventLog.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
@@ -13,7 +14,7 @@
 #include "mainwindow/talkgroups/TalkgroupModel.h"
 #include "radio/facade/Map27Executive.h"
 
-#include <QScopeGuard>
+#include <utility>
 
 namespace {
 
@@ -36,7 +37,7 @@ QString TagOf(const QModelIndex& node)
 RegroupCommands::RegroupCommands(const TalkgroupServices& services, TalkgroupModel& model)
     : m_services(services),
       m_model(model),
-      m_store(services.session)
+      m_store(services.session, services.eventLog)
 {
 }
 
@@ -126,12 +127,9 @@ bool RegroupCommands::StoreRegroup()
 {
     if (!m_regroup.pending)
         return false;
-    const auto answered = qScopeGuard([this] { End(); });
-    if (!m_store.Store(m_regroup)) {
-        throw Error(
-            ErrorCode::First + MainText::MemberMovedMeanwhile,
-            FormatMessage(m_services.strings, MainText::MemberMovedMeanwhile, {m_regroup.memberCallsign}));
-    }
+    m_takenBack = m_regroup.sourceNodeKey.isEmpty() ? m_regroup.groupNodeKey : m_regroup.sourceNodeKey;
+    m_record = m_store.Store(m_regroup, std::exchange(m_request, {}));
+    End();
     return true;
 }
 
@@ -139,8 +137,9 @@ bool RegroupCommands::StoreUngroup()
 {
     if (!m_ungroup.pending)
         return false;
-    const auto answered = qScopeGuard([this] { End(); });
-    m_store.Store(m_ungroup);
+    m_takenBack = m_ungroup.nodeKey;
+    m_record = m_store.Store(m_ungroup, std::exchange(m_request, {}));
+    End();
     return true;
 }
 
@@ -158,7 +157,7 @@ void RegroupCommands::ReflectRegroup()
     const QString memberKey = MakeMemberKey(done.groupId, done.memberId, done.pos);
     m_model.SetPicture(memberKey, QLatin1String(TalkgroupModel::MemberPicture));
     // This console's radio is not shown as a member: its group shows the outcome.
-    m_model.SetOutcome(m_model.Find(memberKey).isValid() ? memberKey : done.groupNodeKey, Outcome::Done);
+    ShowDone(m_model.Find(memberKey).isValid() ? memberKey : done.groupNodeKey);
 }
 
 void RegroupCommands::ReflectUngroup()
@@ -166,12 +165,28 @@ void RegroupCommands::ReflectUngroup()
     if (m_ungroup.wholeGroup) {
         m_model.RemoveChildren(m_ungroup.nodeKey);
         ShowGroup(m_ungroup.nodeKey);
-        m_model.SetOutcome(m_ungroup.nodeKey, Outcome::Done);
+        ShowDone(m_ungroup.nodeKey);
     } else {
         const QString groupKey = KeyOf(m_model.Find(m_ungroup.nodeKey).parent());
         m_model.Remove(m_ungroup.nodeKey);
-        m_model.SetOutcome(groupKey, Outcome::Done);
+        ShowDone(groupKey);
     }
+}
+
+// What the radio has done, and that it is not on a disk yet.
+void RegroupCommands::ShowDone(const QString& nodeKey)
+{
+    m_model.SetOutcome(nodeKey, Outcome::Done);
+    if (!m_services.eventLog.IsSafe(m_record))
+        m_model.SetWaiting(nodeKey, m_record);
+}
+
+void RegroupCommands::TakeBack(const QString& record)
+{
+    if (record != m_record)
+        return;
+    m_model.ClearOutcomes();
+    m_model.SetOutcome(m_takenBack, Outcome::NotDone);
 }
 
 void RegroupCommands::CancelRegroup()
@@ -202,6 +217,8 @@ void RegroupCommands::CancelUngroup()
 void RegroupCommands::ForgetOutcome()
 {
     m_model.ClearOutcomes();
+    m_model.ClearWaiting();
+    m_record.clear();
 }
 
 void RegroupCommands::MarkPending()

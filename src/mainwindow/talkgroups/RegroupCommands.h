@@ -31,8 +31,8 @@ public:
     void Ungroup(const QModelIndex& node);
     void SendGroupName(const QModelIndex& node);
 
-    // The radio has confirmed: true when the pending request is stored and has to be shown. Raise Error and
-    // dao::Error when it cannot be stored. Either way nothing is pending afterwards.
+    // The radio has confirmed: true when there was a pending request, which is on its way to the database and
+    // has to be shown. Nothing is pending afterwards.
     bool StoreRegroup();
     bool StoreUngroup();
     void ReflectRegroup();
@@ -40,6 +40,8 @@ public:
     // Take the pending request back; without one they do nothing.
     void CancelRegroup();
     void CancelUngroup();
+    // The database has refused what was on its way.
+    void TakeBack(const QString& record);
 
     // Another operator has logged on: what became of the last command is not shown any more.
     void ForgetOutcome();
@@ -53,6 +55,7 @@ private:
     bool SendUnderRequest(const RequestedChange& change, const QString& member, const QString& group);
     bool Attempt(const std::function<void()>& step);
     void End();
+    void ShowDone(const QString& nodeKey);
     void Fill(const RegroupRequest& request);
     void Fill(const UngroupRequest& request);
     void ShowGroup(const QString& groupKey);
@@ -63,5 +66,7 @@ private:
     RegroupStore m_store;
     RegroupRequest m_regroup;
     UngroupRequest m_ungroup;
-    QString m_request; // under which the pending one may be stored
+    QString m_record;    // of the event log: the change that was confirmed last
+    QString m_takenBack; // the node that shows when it is refused
+    QString m_request;   // under which the pending one may be stored
 };

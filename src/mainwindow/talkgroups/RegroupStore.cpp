@@ -1,11 +1,9 @@
 #include "mainwindow/talkgroups/RegroupStore.h"
 
-#include "core/base/ProgramLog.h"
+#include "core/eventlog/EventLog.h"
 #include "core/session/DbSession.h"
-#include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 #include "dao/base/Error.h"
-#include "dao/tables/RegroupTable.h"
 #include "dao/tables/UserProfileTable.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/talkgroups/RegroupRequests.h"
@@ -36,40 +34,29 @@ QString RegroupStore::Open(const RequestedChange& change)
     return request;
 }
 
-void RegroupStore::Close(const QString& request) noexcept
+void RegroupStore::Close(const QString& request)
 {
-    if (request.isEmpty())
-        return;
-    try {
-        const auto query = m_session.Database().QueryDef(QStringLiteral("drop_regroup_request"));
-        query->SetParameter(QStringLiteral("id"), request);
-        query->Execute();
-    } catch (const std::exception& failure) {
-        ProgramLog::Write(QStringLiteral("Regroup request: %1").arg(QString::fromUtf8(failure.what())));
-    }
+    if (!request.isEmpty())
+        m_eventLog.AppendRegroup({.request = request});
 }
 
-bool RegroupStore::Store(const RegroupRequest& request)
+QString RegroupStore::Store(const RegroupRequest& confirmed, const QString& request)
 {
-    const dao::RegroupRecord record{
-        .groupId = request.groupId, .memberId = request.memberId, .pos = request.pos};
-    if (!request.move)
-        dao::RegroupTable::Store(m_session.Database(), record);
-    else if (!dao::RegroupTable::Move(m_session.Database(), request.oldGroupId, record))
-        return false;
-    m_session.Memory().PutRegrouping(
-        {.groupId = request.groupId, .memberId = request.memberId, .pos = request.pos});
-    return true;
+    return m_eventLog.AppendRegroup(
+        {.kind = confirmed.move ? RegroupChange::Kind::Moved : RegroupChange::Kind::Entered,
+         .groupId = confirmed.groupId,
+         .oldGroupId = confirmed.oldGroupId,
+         .memberId = confirmed.memberId,
+         .pos = confirmed.pos,
+         .request = request});
 }
 
-void RegroupStore::Store(const UngroupRequest& request)
+QString RegroupStore::Store(const UngroupRequest& confirmed, const QString& request)
 {
-    if (request.wholeGroup)
-        dao::RegroupTable::RemoveMembersOf(m_session.Database(), request.groupId, request.pos);
-    else
-        dao::RegroupTable::RemoveMember(m_session.Database(), request.memberId, request.pos);
-    if (request.wholeGroup)
-        m_session.Memory().DropGroup(request.groupId, request.pos);
-    else
-        m_session.Memory().DropMember(request.memberId, request.pos);
+    return m_eventLog.AppendRegroup(
+        {.kind = confirmed.wholeGroup ? RegroupChange::Kind::Dissolved : RegroupChange::Kind::Left,
+         .groupId = confirmed.groupId,
+         .memberId = confirmed.memberId,
+         .pos = confirmed.pos,
+         .request = request});
 }

@@ -2,6 +2,7 @@
 
 #include <QString>
 
+class EventLog;
 struct IDbSession;
 struct RegroupRequest;
 struct UngroupRequest;
@@ -14,25 +15,28 @@ struct RequestedChange {
     quint8 pos = 0;
 };
 
-// Writes what the radio has confirmed into dao::RegroupTable, under a request that was written there
-// before. Raises Error and dao::Error.
+// Has what the radio has confirmed stored in dao::RegroupTable, under a request that was written into the
+// database before.
 class RegroupStore {
 public:
-    explicit RegroupStore(IDbSession& session) : m_session(session) {}
+    RegroupStore(IDbSession& session, EventLog& eventLog) : m_session(session), m_eventLog(eventLog) {}
 
-    // dao::Kind::NotPermitted when the operator has no right to regroup at this moment.
+    // Raises Error and dao::Error; dao::Kind::NotPermitted when the operator has no right to regroup at this
+    // moment.
     void RequireRight();
 
     // Writes a request and returns its name. While it stands, an hour at most, its change may be stored even
-    // when the right or the account is gone. dao::Kind::NotPermitted without the right at this moment.
+    // when the right or the account is gone. Raises Error and dao::Error; dao::Kind::NotPermitted without the
+    // right at this moment.
     QString Open(const RequestedChange& change);
-    // Does nothing for an empty name. Does not raise: a request left behind expires by itself.
-    void Close(const QString& request) noexcept;
+    // Nothing was confirmed. Does nothing for an empty name.
+    void Close(const QString& request);
 
-    // False when the row of a move is gone: somebody else changed it.
-    bool Store(const RegroupRequest& request);
-    void Store(const UngroupRequest& request);
+    // Neither raise nor wait. They return what the event log calls the change, which ends the request, too.
+    QString Store(const RegroupRequest& confirmed, const QString& request);
+    QString Store(const UngroupRequest& confirmed, const QString& request);
 
 private:
     IDbSession& m_session;
+    EventLog& m_eventLog;
 };

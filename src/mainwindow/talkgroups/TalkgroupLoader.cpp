@@ -2,6 +2,8 @@
 
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
+#include "core/session/DbSession.h"
+#include "core/session/SessionMemory.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
@@ -15,6 +17,8 @@ void TalkgroupLoader::LoadStatic(const QString& lookfor, ReloadCause cause)
     std::vector<TalkgroupRow> groups;
     const auto read = [&] {
         groups.clear();
+        if (cause == ReloadCause::Operator && IsAwaiting())
+            m_services.session.Memory().ReadAgain();
         ReaderFor(cause).ReadStatic(lookfor, limit + 1, groups);
     };
     Read(read, MainText::StaticGroupsUnread, cause);
@@ -44,11 +48,18 @@ void TalkgroupLoader::LoadDynamic(const QString& lookfor, ReloadCause cause)
     m_model.ReplaceDynamic(groups, members, defaultGroup);
 }
 
-// Only the operator waits for the database.
+// Only the operator waits for the database. What is still on its way there is in the memory alone, which is
+// read again for him then.
 TalkgroupReader TalkgroupLoader::ReaderFor(ReloadCause cause) const
 {
-    return {m_services.session,
-            cause == ReloadCause::Operator ? TalkgroupReader::From::Database : TalkgroupReader::From::Memory};
+    return {m_services.session, cause == ReloadCause::Operator && !IsAwaiting()
+                                    ? TalkgroupReader::From::Database
+                                    : TalkgroupReader::From::Memory};
+}
+
+bool TalkgroupLoader::IsAwaiting() const
+{
+    return m_services.session.Memory().IsAwaiting();
 }
 
 // Until it succeeds or the operator gives up. Whether it succeeded.

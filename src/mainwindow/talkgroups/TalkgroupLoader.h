@@ -28,6 +28,7 @@ public:
 
 private:
     TalkgroupReader ReaderFor(ReloadCause cause) const;
+    bool IsAwaiting() const;
     bool Read(const std::function<void()>& read, int retryQuestion, ReloadCause cause);
 
     TalkgroupServices m_services;

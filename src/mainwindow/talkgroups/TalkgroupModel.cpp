@@ -3,6 +3,7 @@
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
 #include "mainwindow/base/TextIds.h"
+#include "mainwindow/lists/WaitingMark.h"
 #include "mainwindow/talkgroups/NodeKeys.h"
 
 namespace {
@@ -119,16 +120,53 @@ void TalkgroupModel::SetPicture(const QString& key, const QString& picture)
 void TalkgroupModel::SetOutcome(const QString& key, Outcome outcome)
 {
     m_outcomes.insert(key, outcome);
-    if (const Node* node = FindNode(key))
-        Tell(*node);
+    Tell(key);
 }
 
 void TalkgroupModel::ClearOutcomes()
 {
     const auto outcomes = std::exchange(m_outcomes, {});
     for (auto outcome = outcomes.cbegin(); outcome != outcomes.cend(); ++outcome)
-        if (const Node* node = FindNode(outcome.key()))
-            Tell(*node);
+        Tell(outcome.key());
+}
+
+void TalkgroupModel::SetWaiting(const QString& key, const QString& record)
+{
+    m_waiting.push_back({key, record});
+    Tell(key);
+}
+
+void TalkgroupModel::SetSafe(const QStringList& records)
+{
+    std::vector<Waiting> before;
+    before.swap(m_waiting);
+    for (const Waiting& one : before)
+        if (!records.contains(one.record))
+            m_waiting.push_back(one);
+        else
+            Tell(one.key);
+}
+
+void TalkgroupModel::ShowWaiting()
+{
+    for (Waiting& one : m_waiting) {
+        one.marked = true;
+        Tell(one.key);
+    }
+}
+
+void TalkgroupModel::ClearWaiting()
+{
+    for (const Waiting& one : std::exchange(m_waiting, {}))
+        Tell(one.key);
+}
+
+const TalkgroupModel::Waiting* TalkgroupModel::WaitingOf(const Node& node) const
+{
+    for (auto one = m_waiting.crbegin(); one != m_waiting.crend(); ++one)
+        if (one->key == node.key)
+            return &*one;
+    return nullptr;
 }
 
 void TalkgroupModel::AddMember(const QString& callsign, qint32 groupId, qint32 memberId, quint8 pos)
@@ -212,6 +250,7 @@ QVariant TalkgroupModel::data(const QModelIndex& index, int role) const
     if (!index.isValid())
         return {};
     const Node& node = NodeOf(index);
+    const Waiting* waiting = WaitingOf(node);
     switch (role) {
     case Qt::DisplayRole:
         return node.text;
@@ -220,6 +259,14 @@ QVariant TalkgroupModel::data(const QModelIndex& index, int role) const
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         return StateText(node);
+    case Qt::AccessibleTextRole:
+        return waiting != nullptr ? node.text + u' ' + m_strings.LoadString(MainText::RecordNotStored)
+                                  : node.text;
+    case Qt::FontRole:
+    case Qt::ForegroundRole:
+        return waiting != nullptr && waiting->marked ? WaitingLook(role) : QVariant();
+    case WaitingRole:
+        return waiting != nullptr;
     case KeyRole:
         return node.key;
     case PlaceRole:
@@ -299,6 +346,12 @@ void TalkgroupModel::RemoveChildrenOf(Node& node)
     endRemoveRows();
 }
 
+void TalkgroupModel::Tell(const QString& key)
+{
+    if (const Node* node = FindNode(key))
+        Tell(*node);
+}
+
 void TalkgroupModel::Tell(const Node& node)
 {
     const QModelIndex index = IndexOf(node);
@@ -313,8 +366,16 @@ QVariant TalkgroupModel::Icon(const QString& picture) const
     return known != m_icons.constEnd() ? *known : *m_icons.insert(picture, LoadIcon(picture));
 }
 
-// In words, what the pictures say.
+// In words, what pictures and fonts say.
 QString TalkgroupModel::StateText(const Node& node) const
+{
+    const QString outcome = OutcomeText(node);
+    return WaitingOf(node) == nullptr
+               ? outcome
+               : (outcome + u' ' + m_strings.LoadString(MainText::RecordNotStored)).trimmed();
+}
+
+QString TalkgroupModel::OutcomeText(const Node& node) const
 {
     if (node.picture == QLatin1String(PendingPicture))
         return m_strings.LoadString(MainText::AwaitsAnswer);

@@ -59,6 +59,12 @@ public:
     // Outlasts every reload, even one in which the node is not shown.
     void SetOutcome(const QString& key, Outcome outcome);
     void ClearOutcomes();
+    // The same for what a node shows and is not on a disk yet, by its record in the event log.
+    void SetWaiting(const QString& key, const QString& record);
+    void SetSafe(const QStringList& records);
+    // Has what waits look so.
+    void ShowWaiting();
+    void ClearWaiting();
 
     // Does nothing when the member is already there.
     void AddMember(const QString& callsign, qint32 groupId, qint32 memberId, quint8 pos);
@@ -77,6 +83,11 @@ public:
 
 private:
     struct Node;
+    struct Waiting {
+        QString key;
+        QString record;
+        bool marked = false; // and shown so
+    };
 
     static QString PlaceOf(const Node& node);
     Node& NodeOf(const QModelIndex& index) const;
@@ -89,11 +100,15 @@ private:
     void Tell(const Node& node);
     QVariant Icon(const QString& picture) const;
     QString StateText(const Node& node) const;
+    QString OutcomeText(const Node& node) const;
+    const Waiting* WaitingOf(const Node& node) const;
+    void Tell(const QString& key);
 
     const IStringSource& m_strings;
     std::unique_ptr<Node> m_top; // invisible; its children are the roots
     QHash<QString, Node*> m_byKey;
     QHash<QString, Node*> m_static; // by their places
     QHash<QString, Outcome> m_outcomes;
+    std::vector<Waiting> m_waiting;
     mutable QHash<QString, QIcon> m_icons;
 };

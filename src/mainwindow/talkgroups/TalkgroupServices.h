@@ -1,5 +1,6 @@
 #pragma once
 
+class EventLog;
 class Map27Executive;
 class Settings;
 struct IDbSession;
@@ -13,4 +14,5 @@ struct TalkgroupServices {
     Map27Executive& executive;
     Settings& settings;
     IDbSession& session;
+    EventLog& eventLog;
 };

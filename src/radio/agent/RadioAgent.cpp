@@ -95,10 +95,14 @@ void RadioAgent::ConnectEvents()
 
 void RadioAgent::ConnectViews()
 {
-    connect(&m_services.eventLog, &EventLog::Delayed, this, [this](const QString& text) {
-        if (IsConnected()) // otherwise nobody is at work here, and the strip says it
-            m_boxes.ShowWarning(text);
-    });
+    connect(
+        &m_services.eventLog, &EventLog::Delayed, this,
+        [this](const QString& text) {
+            if (IsConnected()) // otherwise nobody is at work here, and the strip says it
+                m_boxes.ShowWarning(text);
+        });
+    connect(&m_services.eventLog, &EventLog::Refused, this,
+            [this](const QString&, const QString& text) { m_boxes.ShowWarning(text); });
     connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
     connect(
         &m_numbering, &SessionNumbering::CallsignChanged, this,
@@ -333,23 +337,10 @@ void RadioAgent::StoreRegroup()
 {
     if (!m_views.talkgroups)
         return;
-    // The box is shown from the event loop: opened here, it would let the next event in before this one is
-    // done.
-    const auto attempt = [this](const auto& step) {
-        try {
-            step();
-        } catch (const std::exception& failure) {
-            m_boxes.ShowWarning(DescribeError(failure, m_services.strings));
-        }
-    };
-    attempt([this] {
-        if (m_views.talkgroups->StoreRegroup())
-            m_views.talkgroups->ReflectRegroup();
-    });
-    attempt([this] {
-        if (m_views.talkgroups->StoreUngroup())
-            m_views.talkgroups->ReflectUngroup();
-    });
+    if (m_views.talkgroups->StoreRegroup())
+        m_views.talkgroups->ReflectRegroup();
+    if (m_views.talkgroups->StoreUngroup())
+        m_views.talkgroups->ReflectUngroup();
 }
 
 void RadioAgent::CancelRegroup()

@@ -32,8 +32,8 @@ struct IStatusView {
 struct ITalkgroupView {
     virtual ~ITalkgroupView() = default;
     virtual void ReloadDynamicGroups(const QString& lookfor) = 0;
-    // The radio has confirmed. Return true when a pending change was stored and has to be shown; raise when
-    // it cannot be stored. Either way nothing is pending afterwards.
+    // The radio has confirmed. Return true when there was a pending change, which is on its way to the
+    // database and has to be shown. Nothing is pending afterwards.
     virtual bool StoreRegroup() = 0;
     virtual bool StoreUngroup() = 0;
     virtual void ReflectRegroup() = 0;
