@@ -124,6 +124,44 @@ TEST_F(EventLogLanes, WhatWaitedAtTheEndIsStoredAtTheNextLogon)
     EXPECT_EQ(Stored(), Numbers(4));
 }
 
+// Two consoles of one account, with records that come together and one that no database takes, and another
+// operator after a restart: each console counts its own, in order and without a gap.
+TEST_F(EventLogLanes, CountTheRecordsOfEachConsole)
+{
+    database.AddOperator("Anna", "pw");
+    for (const char* operatorName : {TestDatabase::userName, "Anna"}) {
+        if (operatorName != QLatin1String(TestDatabase::userName)) {
+            session.Logoff();
+            session.logonName = operatorName;
+            session.logonPassword = "pw";
+            session.Logon(true, true);
+        }
+        EventLog first(session, strings, folder.path(), Lane::Kind::OwnThread);
+        TestSession otherSession(database);
+        EventLog second(otherSession, strings, folder.path(), Lane::Kind::OwnThread);
+        QStringList ids = Append(first, 1, 20);
+        ids += first.AppendLogRecord({}, EventType::Text, "refused: no time", "Car 1", "200");
+        ids += Append(first, 21, 30);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(first, ids); }, 10000)); // it has taken its number
+        ids = Append(second, 1, 20);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(second, ids); }, 10000));
+    }
+    QHash<QString, int> counts;
+    QStringList operators;
+    const auto workspace = database.Open();
+    const auto rows = workspace->Database().OpenSnapshot("select * from event order by event_id");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const QString console = rows->Field("console").toString();
+        EXPECT_EQ(rows->Field("console_number").toInt(), ++counts[console]) << console.toStdString();
+        if (counts[console] % 30 == 0)
+            operators.append(rows->Field("operator").toString());
+    }
+    QList<int> numbers = counts.values();
+    std::sort(numbers.begin(), numbers.end());
+    EXPECT_EQ(numbers, QList<int>({40, 60}));
+    EXPECT_EQ(operators, QStringList({TestDatabase::userName, "Anna", TestDatabase::userName}));
+}
+
 // A radio in a group and out of it while the file is locked, in turn with the records, left to the next logon
 // and sent again: nothing is stored twice, over what somebody else has stored since.
 TEST_F(EventLogLanes, StoreRegroupsInTurnAndOnce)

@@ -1,6 +1,7 @@
 #include "core/eventlog/EventLog.h"
 
 #include "core/base/ProgramLog.h"
+#include "core/eventlog/ConsoleName.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
@@ -20,7 +21,7 @@ namespace {
 constexpr std::chrono::milliseconds AttemptPause{1000};
 constexpr std::chrono::milliseconds Patience{500}; // then what is being stored is spooled, too
 constexpr std::chrono::milliseconds LastWait{2000};
-constexpr qsizetype MostAtOnce = 20;
+constexpr qsizetype MostAtOnce = 256;
 
 } // namespace
 
@@ -102,6 +103,7 @@ void EventLog::Take(const LogRecord& record)
     Await(record);
     const bool open = Open();
     m_queue.push_back({record});
+    Sign(m_queue.back().record);
     m_unsafe.insert(record.id);
     if (open && !m_retry.isActive())
         StoreNext();
@@ -151,6 +153,7 @@ bool EventLog::Open()
     QString id;
     try {
         id = m_session.Database().Id();
+        m_operator = m_session.Workspace().UserName();
         if (m_lanes == Lane::Kind::OwnThread)
             m_store =
                 std::make_shared<RecordStore>(m_session.Workspace().Again(), RecordStore::Present(), id);
@@ -165,8 +168,10 @@ bool EventLog::Open()
     m_storeLane = std::make_unique<Lane>(m_lanes);
     m_spoolLane = std::make_unique<Lane>(m_lanes);
     m_spool = std::make_shared<Spool>();
-    if (m_spoolFolder.isEmpty())
+    if (m_spoolFolder.isEmpty()) {
+        TakeOver({}, ConsoleName({}, 1));
         return true;
+    }
     m_spooling = true;
     m_storing = true; // what was left by an earlier run comes first
     m_spoolLane->Do([this, spool = m_spool, folder = m_spoolFolder, id]() -> Lane::Answer {
@@ -174,9 +179,11 @@ bool EventLog::Open()
             spool->file = std::make_unique<EventSpool>(folder, id);
         } catch (const std::exception& failure) {
             spool->reason = QString::fromUtf8(failure.what());
-            return [this] { TakeOver({}); };
+            return [this] { TakeOver({}, ConsoleName({}, 1)); };
         }
-        return [this, left = spool->file->Records()] { TakeOver(left); };
+        return [this, left = spool->file->Records(), console = spool->file->Console()] {
+            TakeOver(left, console);
+        };
     });
     return true;
 }
@@ -214,12 +221,25 @@ void EventLog::Close()
     m_open = m_storing = m_spooling = m_late = false;
     m_cause.clear();
     m_spoolCause.clear();
+    m_console.clear();
     Q_EMIT WaitingChanged(0);
 }
 
-void EventLog::TakeOver(const QList<LogRecord>& left)
+// Says who took the record.
+void EventLog::Sign(LogRecord& record) const
+{
+    if (record.operatorName.isEmpty())
+        record.operatorName = m_operator;
+    if (record.console.isEmpty())
+        record.console = m_console;
+}
+
+void EventLog::TakeOver(const QList<LogRecord>& left, const QString& console)
 {
     m_spooling = m_storing = false;
+    m_console = console;
+    for (Entry& entry : m_queue)
+        Sign(entry.record);
     for (const Entry& entry : m_queue)
         m_session.Memory().Stored(entry.record.id); // to be awaited behind what is older
     for (const LogRecord& record : left)
@@ -368,8 +388,9 @@ void EventLog::TakeSpooled(const QStringList& ids, const QString& failure)
         m_retry.start();
         return;
     }
+    const QSet<QString> spooled(ids.begin(), ids.end());
     for (Entry& entry : m_queue)
-        if (ids.contains(entry.record.id))
+        if (spooled.contains(entry.record.id))
             entry.spooled = true;
     MarkSafe(ids);
     if (m_late)

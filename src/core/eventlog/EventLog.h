@@ -76,7 +76,8 @@ private:
     void Take(const LogRecord& record);
     bool Open();
     void Close();
-    void TakeOver(const QList<LogRecord>& left);
+    void TakeOver(const QList<LogRecord>& left, const QString& console);
+    void Sign(LogRecord& record) const;
     void StoreNext();
     void TakeOutcome(const RecordStore::Outcome& outcome);
     void Await(const LogRecord& record);
@@ -92,6 +93,8 @@ private:
     QString m_spoolFolder;
     Lane::Kind m_lanes;
     bool m_open = false;
+    QString m_operator; // who is logged on
+    QString m_console;  // known once the spool is open
     bool m_storing = false;
     bool m_spooling = false;
     bool m_late = false;

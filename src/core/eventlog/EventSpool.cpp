@@ -1,6 +1,7 @@
 #include "core/eventlog/EventSpool.h"
 
 #include "core/base/ProgramLog.h"
+#include "core/eventlog/ConsoleName.h"
 #include "core/texts/Errors.h"
 #include "dao/base/FileAccess.h"
 
@@ -20,10 +21,11 @@ constexpr int MostConsoles = 20;
 
 QByteArray LineOf(const LogRecord& record)
 {
-    QJsonObject object{{"id", record.id},      {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
-                       {"type", record.type},  {"desc", record.desc},
-                       {"from", record.from},  {"to", record.to},
-                       {"duty", record.isDuty}};
+    QJsonObject object{{"id", record.id},          {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                       {"type", record.type},      {"desc", record.desc},
+                       {"from", record.from},      {"to", record.to},
+                       {"duty", record.isDuty},    {"operator", record.operatorName},
+                       {"console", record.console}};
     if (record.regroup)
         object.insert("regroup", record.regroup->ToJson());
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
@@ -37,6 +39,8 @@ bool ParseLine(const QByteArray& line, LogRecord& record)
               object["type"].toInt(),    object["desc"].toString(),
               object["from"].toString(), object["to"].toString(),
               object["duty"].toBool()};
+    record.operatorName = object["operator"].toString();
+    record.console = object["console"].toString();
     if (object.contains("regroup"))
         record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
     return !record.id.isEmpty() && (!record.IsEvent() || record.time.isValid());
@@ -70,9 +74,13 @@ EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_fol
         auto lock = std::make_unique<FileLock>(file + ".lock");
         if (lock->TryLock() != FileLock::Result::Locked)
             continue;
+        if (m_files.empty())
+            m_console = ConsoleName(folder, number);
         Load(file);
         m_files.push_back({file, std::move(lock)});
     }
+    if (m_files.empty())
+        m_console = ConsoleName({}, 1);
 }
 
 EventSpool::~EventSpool() = default;

@@ -22,6 +22,9 @@ struct LogRecord {
     QString to;
     bool isDuty = false;
     std::optional<RegroupChange> regroup{};
+    // Who took the record, and where; empty for those of older programs.
+    QString operatorName{};
+    QString console{};
 
     bool IsEvent() const { return !isDuty && !regroup; }
 };
@@ -36,6 +39,8 @@ public:
     EventSpool(const QString& folder, const QString& databaseId);
     ~EventSpool();
 
+    // The name of the console that writes into this spool; no other one has it at the same time.
+    QString Console() const { return m_console; }
     const QList<LogRecord>& Records() const { return m_records; }
     // On disk when it returns, all or none of them. Raises Error.
     void Append(const QList<LogRecord>& records);
@@ -52,6 +57,7 @@ private:
     void Load(const QString& file);
 
     QString m_folder;
+    QString m_console;
     std::vector<LockedFile> m_files; // the first is written to
     QList<LogRecord> m_records;
 };

@@ -5,11 +5,12 @@
 #include "dao/base/TextMatch.h"
 
 #include <algorithm>
+#include <bit>
+#include <optional>
 
 namespace {
 
 constexpr auto Table = "event";
-constexpr QLatin1String RecordId("record_id");      // where the database keeps it
 constexpr QLatin1String RecordIndex("i_record_id"); // unique
 
 QString Lost(const std::exception& reason, const LogRecord& record)
@@ -31,33 +32,33 @@ QString CutTo(const QString& text, int size)
     return text.left(units);
 }
 
-void Insert(dao::Database& database, const LogRecord& record)
+QVariant OrNull(const QString& text)
 {
-    const auto records = database.OpenTable(Table, true);
-    records->AddNew();
-    records->SetField("time_stamp", record.time);
-    records->SetField("event_type", record.type);
-    records->SetField("desc", CutTo(record.desc, database.FieldSize(Table, "desc")));
-    records->SetField("from_address", record.from);
-    records->SetField("to_address", record.to);
-    if (records->FieldNames().contains(RecordId))
-        records->SetField(RecordId, record.id);
-    records->Update();
+    return text.isEmpty() ? QVariant() : QVariant(text);
 }
 
-// A server's texts hold every character but NUL, which a received text may have: its sign stands for it
-// there.
-void InsertStorable(dao::Database& database, const LogRecord& record)
+const QStringList Fields{"time_stamp", "event_type", "desc",    "from_address",  "to_address",
+                         "record_id",  "operator",   "console", "console_number"};
+
+QVariantList ValuesOf(const LogRecord& record, int descSize, qlonglong number)
 {
-    try {
-        Insert(database, record);
-    } catch (const dao::Error& failure) {
-        if (failure.kind != dao::Kind::BadValue || !record.desc.contains(QChar::Null))
-            throw;
-        LogRecord storable = record;
-        storable.desc = dao::WithSignsForNull(record.desc);
-        Insert(database, storable);
-    }
+    return {record.time,
+            record.type,
+            CutTo(record.desc, descSize),
+            record.from,
+            record.to,
+            record.id,
+            OrNull(record.operatorName),
+            OrNull(record.console),
+            record.console.isEmpty() ? QVariant() : QVariant(number)};
+}
+
+// The database's last word, so that waiting changes nothing.
+bool IsRefusal(dao::Kind kind)
+{
+    return kind == dao::Kind::NotPermitted || kind == dao::Kind::RecordGone ||
+           kind == dao::Kind::RecordChanged || kind == dao::Kind::InUse || kind == dao::Kind::BadValue ||
+           kind == dao::Kind::DuplicateKey;
 }
 
 void StoreDuty(dao::Database& database, const LogRecord& change)
@@ -96,16 +97,6 @@ void EndRequest(dao::Workspace& workspace, const QString& request) noexcept
     }
 }
 
-void StoreRecord(dao::Workspace& workspace, const LogRecord& record)
-{
-    if (record.regroup)
-        StoreRegroup(workspace, *record.regroup);
-    else if (record.isDuty)
-        StoreDuty(workspace.Database(), record);
-    else
-        InsertStorable(workspace.Database(), record);
-}
-
 } // namespace
 
 RecordStore::RecordStore(Opener open, Present present, QString databaseId)
@@ -122,20 +113,77 @@ RecordStore::Outcome RecordStore::Store(const QList<LogRecord>& records)
     Outcome outcome;
     try {
         dao::Workspace& workspace = Workspace();
-        for (const LogRecord& record : records)
+        // One statement is a transaction by itself; powers of two, so that there are few different ones.
+        const bool onlyEvents = std::all_of(records.begin(), records.end(),
+                                            [](const LogRecord& record) { return record.IsEvent(); });
+        const auto number = static_cast<std::size_t>(records.size());
+        const QList<LogRecord> batch =
+            onlyEvents ? records.first(static_cast<qsizetype>(std::bit_floor(number))) : records;
+        if (batch.size() > 1 && StoreTogether(workspace, batch)) {
+            outcome.stored = static_cast<int>(batch.size());
+            return outcome;
+        }
+        for (const LogRecord& record : batch)
             StoreOne(workspace, record, outcome);
     } catch (...) {
+        m_numbers.clear(); // something may have been stored
         outcome.failure = std::current_exception();
     }
     return outcome;
 }
 
-void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome) const
+// False when the database refuses one of them: then none is stored.
+bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord>& records)
+{
+    QList<LogRecord> events;
+    QList<LogRecord> changes;
+    for (const LogRecord& record : records)
+        (record.IsEvent() ? events : changes).append(record);
+    try {
+        std::optional<dao::Transaction> transaction;
+        if (!changes.isEmpty())
+            transaction.emplace(workspace);
+        InsertTogether(workspace.Database(), events);
+        for (const LogRecord& change : changes)
+            if (change.regroup)
+                change.regroup->StoreIn(workspace.Database(), true);
+            else
+                StoreDuty(workspace.Database(), change);
+        if (transaction)
+            transaction->Commit();
+    } catch (const dao::Error& failure) {
+        m_numbers.clear();
+        if (IsRefusal(failure.kind))
+            return false;
+        throw;
+    }
+    RequirePlace(); // what a deleted file took is gone with it
+    return true;
+}
+
+void RecordStore::InsertTogether(dao::Database& database, const QList<LogRecord>& events)
+{
+    const int descSize = database.FieldSize(Table, "desc");
+    for (qsizetype first = 0; first < events.size();) {
+        const auto left = static_cast<std::size_t>(events.size() - first);
+        const auto size = static_cast<qsizetype>(std::bit_floor(left));
+        std::vector<QVariantList> rows;
+        for (const LogRecord& record : events.mid(first, size)) {
+            const qlonglong number = LastNumber(database, record.console) + 1;
+            m_numbers.insert(record.console, number);
+            rows.push_back(ValuesOf(record, descSize, number));
+        }
+        database.Append(Table, Fields, rows);
+        first += size;
+    }
+}
+
+void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome)
 {
     try {
         StoreRecord(workspace, record);
     } catch (const dao::Error& failure) {
-        if (record.regroup && RegroupChange::IsRefusedBy(failure.kind)) {
+        if (record.regroup && IsRefusal(failure.kind)) {
             outcome.refused.append({record, std::current_exception()});
             EndRequest(workspace, record.regroup->request);
         } else if (failure.kind ==
@@ -143,11 +191,60 @@ void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, O
             outcome.unstorable.append(Lost(failure, record));
         } else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex) {
             throw;
+        } else { // it had arrived, only the answer had not
+            m_numbers.remove(record.console);
         }
-        // Otherwise it had arrived, only the answer had not.
     }
-    RequirePlace(); // what a deleted file took is gone with it
+    RequirePlace();
     ++outcome.stored;
+}
+
+void RecordStore::StoreRecord(dao::Workspace& workspace, const LogRecord& record)
+{
+    if (record.regroup)
+        return StoreRegroup(workspace, *record.regroup);
+    if (record.isDuty)
+        return StoreDuty(workspace.Database(), record);
+    try {
+        Insert(workspace.Database(), record);
+    } catch (const dao::Error& failure) {
+        if (failure.kind != dao::Kind::BadValue || !record.desc.contains(QChar::Null))
+            throw;
+        // A server's texts hold every character but NUL, which a received text may have: its sign stands for
+        // it there.
+        LogRecord storable = record;
+        storable.desc = dao::WithSignsForNull(record.desc);
+        Insert(workspace.Database(), storable);
+    }
+}
+
+void RecordStore::Insert(dao::Database& database, const LogRecord& record)
+{
+    const qlonglong number = LastNumber(database, record.console) + 1;
+    const QVariantList values = ValuesOf(record, database.FieldSize(Table, "desc"), number);
+    const auto rows = database.OpenTable(Table, true);
+    rows->AddNew();
+    for (qsizetype i = 0; i < Fields.size(); ++i)
+        rows->SetField(Fields[i], values[i]);
+    rows->Update();
+    m_numbers.insert(record.console, number);
+}
+
+// The database itself keeps the count: the console's last record has it.
+qlonglong RecordStore::LastNumber(dao::Database& database, const QString& console)
+{
+    if (console.isEmpty())
+        return 0;
+    const auto known = m_numbers.constFind(console);
+    if (known != m_numbers.constEnd())
+        return *known;
+    const auto last = database.OpenSnapshot(
+        QStringLiteral("select console_number from event where console = '%1' order by event_id desc limit 1")
+            .arg(QString(console).replace(u'\'', QLatin1String("''"))));
+    const qlonglong number = last->Eof() ? 0 : last->NumberAt(0);
+    last->Close();
+    m_numbers.insert(console, number);
+    return number;
 }
 
 dao::Workspace& RecordStore::Workspace()

@@ -2,17 +2,20 @@
 
 #include "core/eventlog/EventSpool.h"
 
+#include <QHash>
 #include <QStringList>
 #include <exception>
 #include <functional>
 #include <memory>
 
 namespace dao {
+class Database;
 class Workspace;
 } // namespace dao
 
-// Puts log records into the table event, in order and each once. Belongs to one thread, on which it opens its
-// database at the first record, and again when the files are no longer in their place.
+// Puts log records into the table event, in order and each once, and counts them for each console. Belongs to
+// one thread, on which it opens its database at the first record, and again when the files are no longer in
+// their place.
 class RecordStore {
 public:
     // One of the two is given: what opens a session of its own, or names the one that is open.
@@ -31,15 +34,23 @@ public:
         // Likewise: regroups that the database has refused.
         QList<std::pair<LogRecord, std::exception_ptr>> refused;
     };
+    // As many of them as go together, from the first on; the rest is for the next time.
     Outcome Store(const QList<LogRecord>& records);
 
 private:
     dao::Workspace& Workspace();
-    void StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome) const;
+    bool StoreTogether(dao::Workspace& workspace, const QList<LogRecord>& records);
+    void InsertTogether(dao::Database& database, const QList<LogRecord>& events);
+    void StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome);
+    void StoreRecord(dao::Workspace& workspace, const LogRecord& record);
+    void Insert(dao::Database& database, const LogRecord& record);
+    qlonglong LastNumber(dao::Database& database, const QString& console);
     void RequirePlace() const;
 
     Opener m_open;
     Present m_present;
     QString m_databaseId;
     std::unique_ptr<dao::Workspace> m_workspace;
+    // The number of each console's last record, as long as it is known for certain.
+    QHash<QString, qlonglong> m_numbers;
 };

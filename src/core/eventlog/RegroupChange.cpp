@@ -104,13 +104,6 @@ void RegroupChange::StoreIn(dao::Database& database, bool endRequest) const
     query->Execute();
 }
 
-bool RegroupChange::IsRefusedBy(dao::Kind kind)
-{
-    return kind == dao::Kind::NotPermitted || kind == dao::Kind::RecordGone ||
-           kind == dao::Kind::RecordChanged || kind == dao::Kind::InUse || kind == dao::Kind::BadValue ||
-           kind == dao::Kind::DuplicateKey;
-}
-
 QString RegroupChange::DescribeRefusal(const std::exception& reason, IDbSession& session,
                                        const IStringSource& strings) const
 {

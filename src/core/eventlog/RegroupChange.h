@@ -8,7 +8,6 @@ struct IDbSession;
 struct IStringSource;
 namespace dao {
 class Database;
-enum class Kind;
 } // namespace dao
 
 // What the radio has confirmed of a regroup command: it is stored, and with it the request under which it may
@@ -36,8 +35,6 @@ struct RegroupChange {
     // another account cannot be ended. Raises dao::Error: Kind::RecordGone when somebody else has changed the
     // group of a member that moved.
     void StoreIn(dao::Database& database, bool endRequest) const;
-    // Whether a failure of that kind is the database's last word, so that waiting changes nothing.
-    static bool IsRefusedBy(dao::Kind kind);
     // For the operator: what the radio holds, that it is not recorded, and why.
     QString DescribeRefusal(const std::exception& reason, IDbSession& session,
                             const IStringSource& strings) const;

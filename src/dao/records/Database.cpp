@@ -75,6 +75,19 @@ std::unique_ptr<Recordset> Database::OpenTable(const QString& name, bool appendO
     return std::make_unique<KeysetRecordset>(m_engine, KeysetSource{std::move(table), fields, {}});
 }
 
+void Database::Append(const QString& table, const QStringList& fields,
+                      const std::vector<QVariantList>& records)
+{
+    const QString row = '(' + QStringList(fields.size(), "?").join(", ") + ')';
+    const QStringList rows(static_cast<qsizetype>(records.size()), row);
+    QVariantList values;
+    for (const QVariantList& record : records)
+        values += record;
+    m_engine->Change("INSERT INTO " + Quoted(Table(table)->Name()) + " (" + QuotedList(fields) + ") VALUES " +
+                         rows.join(", "),
+                     values);
+}
+
 std::unique_ptr<Recordset> Database::OpenSnapshot(const QString& queryNameOrSql)
 {
     if (IsSql(queryNameOrSql))

@@ -4,7 +4,9 @@
 #include "dao/records/Recordset.h"
 #include <QHash>
 #include <QString>
+#include <QVariantList>
 #include <memory>
+#include <vector>
 
 namespace dao {
 
@@ -27,6 +29,10 @@ public:
 
     // A table with its indexes. With `appendOnly` records can be added and nothing else, and none is read.
     std::unique_ptr<Recordset> OpenTable(const QString& name, bool appendOnly = false);
+
+    // Adds records in one statement, all or none of them; each has a value for each field. Two or more, and
+    // of few different numbers: each number makes a statement that is kept.
+    void Append(const QString& table, const QStringList& fields, const std::vector<QVariantList>& records);
 
     // A stored query (without parameters), a table by its name, or a select statement. Snapshots are
     // forward-only.
