@@ -244,6 +244,29 @@ TEST_F(FilesTest, TablesThatOthersChangedAreKnown)
         EXPECT_EQ(other->ChangedElsewhere(), QStringList()) << c.name;
         EXPECT_EQ(m_workspace->ChangedElsewhere(), QStringList()) << c.name;
     }
+    // A session made again is no other one, in a transaction or without, and hides no other one's change.
+    const auto duty = [](Workspace& workspace) {
+        const auto query = workspace.Database().QueryDef("update_duty_status");
+        query->SetParameter("cs", "Unit21");
+        query->SetParameter("ds", true);
+        query->Execute();
+    };
+    for (int time = 0; time < 2; ++time) {
+        const auto again = m_workspace->Again()();
+        duty(*again);
+        again->BeginTrans();
+        duty(*again);
+        again->Rollback();
+        again->BeginTrans();
+        duty(*again);
+        again->CommitTrans();
+        EXPECT_EQ(m_workspace->ChangedElsewhere(), QStringList()) << time;
+        EXPECT_EQ(other->ChangedElsewhere(), QStringList("address")) << time;
+        duty(*other);
+        duty(*again);
+        EXPECT_EQ(m_workspace->ChangedElsewhere(), QStringList("address")) << time;
+        other->ChangedElsewhere();
+    }
     EXPECT_EQ(later->ChangedElsewhere(), QStringList({"account", "address", "dynamic_regroup", "kyn_registry",
                                                       "membership", "status", "user_profile"}));
     EXPECT_EQ(Open()->ChangedElsewhere(), QStringList()); // before its time

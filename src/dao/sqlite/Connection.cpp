@@ -67,11 +67,38 @@ StatementUse Connection::Prepare(const QString& sql)
 int Connection::Change(const QString& sql, const QVariantList& values)
 {
     CheckTransaction();
+    if (m_inTransaction || !m_commits.before)
+        return Run(sql, values);
+    // The same as without a transaction, but that the commit is seen.
+    Execute("BEGIN");
+    try {
+        const int changed = Run(sql, values);
+        CommitWatched();
+        return changed;
+    } catch (const Error&) {
+        if (sqlite3_get_autocommit(File()) == 0)
+            Execute("ROLLBACK");
+        m_commits.after(*this);
+        throw;
+    }
+}
+
+int Connection::Run(const QString& sql, const QVariantList& values)
+{
     const auto statement = Kept(sql);
     statement->Bind(values);
     while (statement->Step()) {
     }
     return sqlite3_changes(File());
+}
+
+void Connection::CommitWatched()
+{
+    if (!m_commits.before)
+        return Execute("COMMIT");
+    m_commits.before(*this);
+    Execute("COMMIT");
+    m_commits.after(*this);
 }
 
 StatementShape Connection::Describe(const QString& sql)
@@ -152,7 +179,7 @@ void Connection::Commit()
     if (!m_inTransaction)
         throw Error(Kind::NoTransaction);
     CheckTransaction();
-    Execute("COMMIT");
+    CommitWatched();
     m_inTransaction = false;
 }
 
@@ -163,6 +190,8 @@ void Connection::Rollback()
     m_inTransaction = false;
     if (sqlite3_get_autocommit(File()) == 0)
         Execute("ROLLBACK");
+    if (m_commits.after)
+        m_commits.after(*this);
 }
 
 void Connection::CheckTransaction() const

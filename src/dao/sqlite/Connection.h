@@ -67,15 +67,27 @@ public:
 
     Error MakeError(int code) const { return m_file->MakeError(code); }
 
+    // Called before each commit, and when it or the rollback that its failure leads to is over; must not
+    // raise.
+    struct CommitWatch {
+        std::function<void(Connection&)> before;
+        std::function<void(Connection&)> after;
+    };
+    void WatchCommits(const CommitWatch& watch) { m_commits = watch; }
+
     // The account whose session this is; feeds the SQL function kyn_user().
     void SetUser(const QString& user) { m_facts.user = user; }
 
 private:
     Connection(const QString& path, Now now);
 
+    int Run(const QString& sql, const QVariantList& values);
+    void CommitWatched();
+
     std::shared_ptr<Handle> m_file;
     SessionFacts m_facts;
     bool m_inTransaction = false;
+    CommitWatch m_commits;
     QHash<QString, std::vector<std::shared_ptr<StatementSlot>>> m_kept;
 };
 

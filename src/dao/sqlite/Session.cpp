@@ -55,6 +55,7 @@ struct Logon {
     QString name;
     QString databaseId;
     OpenOptions options;
+    std::shared_ptr<OwnChanges> changes = std::make_shared<OwnChanges>(); // of all that is made so
 };
 
 // Somebody may have set another mode with a tool; a commit over both files would no longer be one.
@@ -65,11 +66,13 @@ void UseRollbackJournal(Connection& connection)
 
 EngineSession OpenAgain(const Logon& logon);
 
-EngineSession SessionOf(const std::shared_ptr<Connection>& connection, const Logon& logon)
+EngineSession SessionOf(const std::shared_ptr<Connection>& connection, const Logon& logon, bool again)
 {
     connection->SetUser(logon.name);
     RestrictToRights(*connection);
-    const auto changes = std::make_shared<ChangeCounter>(*connection);
+    const auto changes = std::make_shared<ChangeCounter>(*connection, logon.changes);
+    if (again)
+        changes->TellFamily();
     return {connection,
             std::make_shared<Accounts>(connection, logon.name, logon.options.passwordCost),
             {},
@@ -86,7 +89,7 @@ EngineSession OpenAgain(const Logon& logon)
     RequireNewestVersion(files.database, FileKind::Database, logon.location.database);
     RequireNewestVersion(files.workgroup, FileKind::Workgroup, logon.location.workgroup);
     UseRollbackJournal(*files.connection);
-    return SessionOf(files.connection, logon);
+    return SessionOf(files.connection, logon, true);
 }
 
 } // namespace
@@ -157,7 +160,8 @@ EngineSession OpenSession(const Location& location, const QString& user, const Q
     return SessionOf(connection,
                      {location, name,
                       ReadFileInfo(*connection, "main", location.database, FileKind::Database).databaseId,
-                      kept});
+                      kept},
+                     false);
 }
 
 } // namespace dao::sqlite
