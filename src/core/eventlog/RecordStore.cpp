@@ -3,6 +3,7 @@
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
 #include "dao/base/TextMatch.h"
+#include "dao/tables/EventTable.h"
 
 #include <algorithm>
 #include <bit>
@@ -238,11 +239,7 @@ qlonglong RecordStore::LastNumber(dao::Database& database, const QString& consol
     const auto known = m_numbers.constFind(console);
     if (known != m_numbers.constEnd())
         return *known;
-    const auto last = database.OpenSnapshot(
-        QStringLiteral("select console_number from event where console = '%1' order by event_id desc limit 1")
-            .arg(QString(console).replace(u'\'', QLatin1String("''"))));
-    const qlonglong number = last->Eof() ? 0 : last->NumberAt(0);
-    last->Close();
+    const qlonglong number = dao::EventTable::LastNumberOf(database, console);
     m_numbers.insert(console, number);
     return number;
 }

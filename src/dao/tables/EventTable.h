@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dao/records/Database.h"
+
 #include <QString>
 
 namespace dao {
@@ -14,6 +16,9 @@ public:
     static inline const QString ToField = QStringLiteral("to_address");
     // What the query adds: which picture the type has.
     static inline const QString IconKeyField = QStringLiteral("icon_key");
+
+    // The number of the record that this console has stored last; 0 without one. Raises dao::Error.
+    static qlonglong LastNumberOf(Database& database, const QString& console);
 };
 
 } // namespace dao
