@@ -59,6 +59,11 @@ std::function<std::unique_ptr<Workspace>()> Workspace::Again() const
     return [again = m_session.again] { return std::make_unique<Workspace>(again()); };
 }
 
+QString Workspace::ServerIdentity() const
+{
+    return IsOnServer() ? m_session.serverIdentity() : QString();
+}
+
 void Workspace::Close() noexcept
 {
     m_session.engine->Close();

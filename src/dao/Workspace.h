@@ -53,6 +53,14 @@ public:
     // Files are not migrated, and Kind::WorkgroupMismatch says that others have been put in their place.
     std::function<std::unique_ptr<Workspace>()> Again() const;
 
+    // Whether the engine is a server, of which another one may take the place.
+    bool IsOnServer() const { return m_session.serverIdentity != nullptr; }
+    // The server, its database and since which promotion it can be written to: another text once a standby
+    // has taken over or a backup was restored, but the same after a restart. Asks the server once for each
+    // connection, and connects again if it has to (Kind::ServerAway). Kind::Replaced when what answers now is
+    // not the database that was opened. Empty on files, and on a server that does not tell it.
+    QString ServerIdentity() const;
+
     void Close() noexcept;
 
 private:

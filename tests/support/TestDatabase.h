@@ -17,14 +17,22 @@
 // Files take a while to make, so they are made once and then copied.
 class TestDatabase {
     QTemporaryDir m_folder;
+    const QString m_server;
 
 public:
     static constexpr auto userName = "admin";
     static constexpr auto password = "secret";
 
     TestDatabase()
+        : TestDatabase(TestServer::IsWanted() ? TestServer::Get().Target(TestServer::Get().NewName())
+                                              : QString())
     {
-        if (TestServer::IsWanted()) {
+    }
+
+    // `server`: the address of a new database there; empty for files.
+    explicit TestDatabase(const QString& server) : m_server(server)
+    {
+        if (!m_server.isEmpty()) {
             dao::CreateDatabase(location, userName, password);
             return;
         }
@@ -36,7 +44,7 @@ public:
 
     ~TestDatabase()
     {
-        if (TestServer::IsWanted())
+        if (!m_server.isEmpty())
             dao::postgresql::DropServerDatabase(dao::postgresql::ServerAddress::Parse(location.database));
     }
 
@@ -64,8 +72,7 @@ public:
     QString Folder() const { return m_folder.path(); }
 
     const dao::Location location =
-        dao::LocationOf(TestServer::IsWanted() ? TestServer::Get().Target(TestServer::Get().NewName())
-                                               : m_folder.filePath("test.kyndb"));
+        dao::LocationOf(m_server.isEmpty() ? m_folder.filePath("test.kyndb") : m_server);
 
 private:
     static dao::Location Model()

@@ -30,6 +30,8 @@ struct EngineSession {
     // often as is wanted, while this session is in use and after its end; it shares nothing with it but a
     // password that is changed later. See Workspace::Again.
     std::function<EngineSession()> again;
+    // Only on a server; see Workspace::ServerIdentity.
+    std::function<QString()> serverIdentity = {};
 };
 
 } // namespace dao

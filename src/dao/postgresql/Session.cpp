@@ -7,6 +7,57 @@ namespace dao::postgresql {
 
 namespace {
 
+// A restart changes none of these; a promotion begins a new timeline, which the last checkpoint does not know
+// at once but the name of the log file in use does, and a restored dump makes another database.
+constexpr auto IdentityQuery =
+    "SELECT s.system_identifier || '/' || left(pg_walfile_name(pg_current_wal_lsn()), 8)"
+    " || '/' || d.oid, (SELECT value FROM file_info WHERE name = 'database_id')"
+    " FROM pg_control_system() s, pg_database d WHERE d.datname = current_database()";
+
+class Identity {
+public:
+    explicit Identity(std::shared_ptr<Connection> connection) : m_connection(std::move(connection)) {}
+
+    QString operator()()
+    {
+        ServerLink& link = m_connection->Link();
+        link.Handle();
+        while (m_generation != link.Generation()) {
+            const int asked = link.Generation();
+            const auto row = Ask();
+            if (asked != link.Generation())
+                continue; // it is not known who has answered
+            if (row) {
+                const QString database = row->at(1).toString();
+                if (!m_database.isEmpty() && database != m_database)
+                    throw Error(Kind::Replaced, {link.Server()});
+                m_database = database;
+            }
+            m_identity = row ? row->at(0).toString() : QString();
+            m_generation = asked;
+        }
+        return m_identity;
+    }
+
+private:
+    // Nothing where the server has been told to tell nobody: that must not keep records from being stored.
+    std::optional<QVariantList> Ask() const
+    {
+        try {
+            return m_connection->FirstRow(IdentityQuery);
+        } catch (const Error& error) {
+            if (error.kind == Kind::ServerAway)
+                throw;
+            return {};
+        }
+    }
+
+    std::shared_ptr<Connection> m_connection;
+    int m_generation = 0; // of the connection that was asked
+    QString m_identity;
+    QString m_database;
+};
+
 EngineSession OpenAs(const Logon& logon, const Connection::Now& now)
 {
     const auto connection = Connection::Open(logon, now);
@@ -22,7 +73,8 @@ EngineSession OpenAs(const Logon& logon, const Connection::Now& now)
                 connection->Link().Listen(watcher.changed, watcher.away);
             },
             {},
-            [logon, now] { return OpenAs(logon, now); }};
+            [logon, now] { return OpenAs(logon, now); },
+            Identity(connection)};
 }
 
 } // namespace

@@ -2,7 +2,10 @@
 
 #include "dao/records/Database.h"
 
+#include <QDateTime>
+#include <QSet>
 #include <QString>
+#include <optional>
 
 namespace dao {
 
@@ -19,6 +22,16 @@ public:
 
     // The number of the record that this console has stored last; 0 without one. Raises dao::Error.
     static qlonglong LastNumberOf(Database& database, const QString& console);
+    // A record by its number and time.
+    struct Mark {
+        QString recordId;
+        QDateTime time;
+    };
+
+    // Which of these numbers are there. A few thousand of them make one statement.
+    static QSet<QString> Stored(Database& database, const QStringList& recordIds);
+    // The record that was stored last, whichever console did.
+    static std::optional<Mark> Newest(Database& database);
 };
 
 } // namespace dao
