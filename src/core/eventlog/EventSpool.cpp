@@ -8,8 +8,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -18,33 +16,6 @@
 namespace {
 
 constexpr int MostConsoles = 20;
-
-QByteArray LineOf(const LogRecord& record)
-{
-    QJsonObject object{{"id", record.id},          {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
-                       {"type", record.type},      {"desc", record.desc},
-                       {"from", record.from},      {"to", record.to},
-                       {"duty", record.isDuty},    {"operator", record.operatorName},
-                       {"console", record.console}};
-    if (record.regroup)
-        object.insert("regroup", record.regroup->ToJson());
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
-}
-
-// Nothing for a line that was being written when the machine failed; its record was never accepted.
-bool ParseLine(const QByteArray& line, LogRecord& record)
-{
-    const QJsonObject object = QJsonDocument::fromJson(line).object();
-    record = {object["id"].toString(),   QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs),
-              object["type"].toInt(),    object["desc"].toString(),
-              object["from"].toString(), object["to"].toString(),
-              object["duty"].toBool()};
-    record.operatorName = object["operator"].toString();
-    record.console = object["console"].toString();
-    if (object.contains("regroup"))
-        record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
-    return !record.id.isEmpty() && (!record.IsEvent() || record.time.isValid());
-}
 
 [[noreturn]] void Fail(const QString& file)
 {
@@ -92,12 +63,11 @@ void EventSpool::Load(const QString& name)
         return;
     while (!file.atEnd()) {
         const QByteArray line = file.readLine().trimmed();
-        LogRecord record;
         if (line.isEmpty())
             continue;
-        if (ParseLine(line, record))
-            m_records.append(record);
-        else
+        if (const auto record = ParseLine(line))
+            m_records.append(*record);
+        else // it was being written when the machine failed, and never accepted
             ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(name, QString::fromUtf8(line)));
     }
 }

@@ -1,33 +1,12 @@
 #pragma once
 
 #include "core/base/FileLock.h"
-#include "core/eventlog/RegroupChange.h"
+#include "core/eventlog/RecordLine.h"
 
-#include <QDateTime>
 #include <QList>
 #include <QString>
 #include <memory>
-#include <optional>
 #include <vector>
-
-// One record of the table event on its way there; or what is stored in turn with them: a change of duty that
-// came with one, where `from` is on duty from now on if `type` is 1, and off duty otherwise; or a regroup
-// that the radio has confirmed.
-struct LogRecord {
-    QString id; // made once, so that the database stores it once however often it is sent
-    QDateTime time;
-    int type = 0;
-    QString desc;
-    QString from;
-    QString to;
-    bool isDuty = false;
-    std::optional<RegroupChange> regroup{};
-    // Who took the record, and where; empty for those of older programs.
-    QString operatorName{};
-    QString console{};
-
-    bool IsEvent() const { return !isDuty && !regroup; }
-};
 
 // Log records that wait for their database, in order, in a file that only the operator's own system account
 // can read: one JSON object a line. What has been appended survives the failure of the program and of the

@@ -1,0 +1,33 @@
+#include "core/eventlog/RecordLine.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+QByteArray LineOf(const LogRecord& record)
+{
+    QJsonObject object{{"id", record.id},          {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                       {"type", record.type},      {"desc", record.desc},
+                       {"from", record.from},      {"to", record.to},
+                       {"duty", record.isDuty},    {"operator", record.operatorName},
+                       {"console", record.console}};
+    if (record.regroup)
+        object.insert("regroup", record.regroup->ToJson());
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+std::optional<LogRecord> ParseLine(const QByteArray& line)
+{
+    const QJsonObject object = QJsonDocument::fromJson(line).object();
+    LogRecord record{
+        object["id"].toString(),   QDateTime::fromString(object["time"].toString(), Qt::ISODateWithMs),
+        object["type"].toInt(),    object["desc"].toString(),
+        object["from"].toString(), object["to"].toString(),
+        object["duty"].toBool()};
+    record.operatorName = object["operator"].toString();
+    record.console = object["console"].toString();
+    if (object.contains("regroup"))
+        record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
+    if (record.id.isEmpty() || (record.IsEvent() && !record.time.isValid()))
+        return {};
+    return record;
+}

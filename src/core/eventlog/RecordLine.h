@@ -1,0 +1,32 @@
+#pragma once
+
+#include "core/eventlog/RegroupChange.h"
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+#include <optional>
+
+// One record of the table event on its way there; or what is stored in turn with them: a change of duty that
+// came with one, where `from` is on duty from now on if `type` is 1, and off duty otherwise; or a regroup
+// that the radio has confirmed.
+struct LogRecord {
+    QString id; // made once, so that the database stores it once however often it is sent
+    QDateTime time;
+    int type = 0;
+    QString desc;
+    QString from;
+    QString to;
+    bool isDuty = false;
+    std::optional<RegroupChange> regroup{};
+    // Who took the record, and where; empty for those of older programs.
+    QString operatorName{};
+    QString console{};
+
+    bool IsEvent() const { return !isDuty && !regroup; }
+};
+
+// A record as a line of a file, a JSON object.
+QByteArray LineOf(const LogRecord& record);
+// Nothing for a line that was cut short or is none.
+std::optional<LogRecord> ParseLine(const QByteArray& line);
