@@ -69,5 +69,8 @@ constexpr int DissolvedNotRecorded = 5942;
 constexpr int GroupChangedMeanwhile = 5943;
 constexpr int NotInDirectory = 5944;
 constexpr int MayNotRegroupNow = 5945;
+constexpr int ServerChanged = 5970;
+constexpr int OlderMissingFrom = 5971;
+constexpr int OlderMissing = 5972;
 
 } // namespace CoreText
