@@ -47,6 +47,10 @@ EventLog::EventLog(IDbSession& session, const IStringSource& strings, QString sp
     m_patience.setInterval(Patience);
     connect(&m_patience, &QTimer::timeout, this, &EventLog::BeLate);
     connect(&session.Changes(), &DatabaseChanges::Closing, this, &EventLog::Close);
+    connect(&session.Changes(), &DatabaseChanges::AwayChanged, this, [this](bool away) {
+        if (!away)
+            Follow();
+    });
 }
 
 EventLog::~EventLog()
@@ -154,9 +158,11 @@ bool EventLog::Open()
     try {
         id = m_session.Database().Id();
         m_operator = m_session.Workspace().UserName();
+        m_onServer = m_session.Workspace().IsOnServer();
         if (m_lanes == Lane::Kind::OwnThread)
-            m_store =
-                std::make_shared<RecordStore>(m_session.Workspace().Again(), RecordStore::Present(), id);
+            m_store = std::make_shared<RecordStore>(
+                m_session.Workspace().Again(), RecordStore::Present(), id,
+                m_spoolFolder.isEmpty() ? nullptr : std::make_unique<MissingRecords>(m_spoolFolder, id));
         else
             m_store = std::make_shared<RecordStore>(
                 RecordStore::Opener(), [this]() -> dao::Workspace& { return m_session.Workspace(); }, id);
@@ -165,6 +171,7 @@ bool EventLog::Open()
         return false;
     }
     m_open = true;
+    m_follow = m_onServer;
     m_storeLane = std::make_unique<Lane>(m_lanes);
     m_spoolLane = std::make_unique<Lane>(m_lanes);
     m_spool = std::make_shared<Spool>();
@@ -255,9 +262,17 @@ void EventLog::TakeOver(const QList<LogRecord>& left, const QString& console)
     StoreNext();
 }
 
+// The server is there again, or for the first time; it may be another one.
+void EventLog::Follow()
+{
+    m_follow = m_open && m_onServer;
+    if (m_follow && !m_retry.isActive())
+        StoreNext();
+}
+
 void EventLog::StoreNext()
 {
-    if (!m_store || m_storing || m_queue.empty())
+    if (!m_store || m_storing || (m_queue.empty() && !m_follow))
         return;
     QList<LogRecord> records;
     for (const Entry& entry : m_queue) {
@@ -266,6 +281,7 @@ void EventLog::StoreNext()
         records.append(entry.record);
     }
     m_storing = true;
+    m_follow = false;
     m_patience.start();
     m_storeLane->Do([this, store = m_store, records]() -> Lane::Answer {
         const RecordStore::Outcome outcome = store->Store(records);
@@ -287,6 +303,12 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
         m_queue.pop_front();
     }
     MarkSafe(ids);
+    TellMissing(outcome);
+    if (outcome.failure && m_queue.empty()) { // nothing waits: nobody need be told
+        m_follow = true;
+        m_retry.start();
+        return;
+    }
     if (outcome.failure) {
         try {
             std::rethrow_exception(outcome.failure);
@@ -312,6 +334,15 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
     }
     Q_EMIT WaitingChanged(Waiting());
     StoreNext();
+}
+
+void EventLog::TellMissing(const RecordStore::Outcome& outcome)
+{
+    if (!outcome.missing)
+        return;
+    const QString text = TextOf(*outcome.missing, m_strings);
+    ProgramLog::Write(text);
+    Q_EMIT StoredAgain(text);
 }
 
 void EventLog::TellRefused(const RecordStore::Outcome& outcome)

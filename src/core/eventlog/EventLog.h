@@ -65,6 +65,8 @@ Q_SIGNALS:
     void Refused(const QString& id, const QString& text);
     // Once for each cause: records wait, and why.
     void Delayed(const QString& text);
+    // Another server has taken over, and records that were missing there have been stored again.
+    void StoredAgain(const QString& text);
 
 private:
     struct Entry {
@@ -78,7 +80,9 @@ private:
     void Close();
     void TakeOver(const QList<LogRecord>& left, const QString& console);
     void Sign(LogRecord& record) const;
+    void Follow();
     void StoreNext();
+    void TellMissing(const RecordStore::Outcome& outcome);
     void TakeOutcome(const RecordStore::Outcome& outcome);
     void Await(const LogRecord& record);
     void TellRefused(const RecordStore::Outcome& outcome);
@@ -98,6 +102,8 @@ private:
     bool m_storing = false;
     bool m_spooling = false;
     bool m_late = false;
+    bool m_onServer = false;
+    bool m_follow = false; // to be looked for what is missing on the server, with records or without
     std::deque<Entry> m_queue;
     QSet<QString> m_unsafe;
     QString m_cause;      // why the last attempt to store failed

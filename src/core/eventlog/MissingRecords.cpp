@@ -41,7 +41,7 @@ MissingRecords::MissingRecords(QString folder, QString databaseId)
 {
 }
 
-void MissingRecords::Follow(dao::Workspace& workspace, const std::function<void(const LogRecord&)>& store)
+void MissingRecords::Follow(dao::Workspace& workspace, const Store& store)
 {
     // Once more after it: the server may have changed meanwhile.
     for (QString server; !(server = workspace.ServerIdentity()).isEmpty() && server != m_server;) {
@@ -63,8 +63,7 @@ void MissingRecords::Begin(dao::Workspace& workspace, const QString& server)
     m_stored->SetServer(server);
 }
 
-void MissingRecords::SendAgain(dao::Workspace& workspace, const QString& server,
-                               const std::function<void(const LogRecord&)>& store)
+void MissingRecords::SendAgain(dao::Workspace& workspace, const QString& server, const Store& store)
 {
     const StoredRecords::Content kept = m_stored->Read();
     QStringList ids;
@@ -73,8 +72,13 @@ void MissingRecords::SendAgain(dao::Workspace& workspace, const QString& server,
     for (const StoredRecords::Mark& mark : kept.older)
         ids.append(mark.recordId);
     const QSet<QString> there = dao::EventTable::Stored(workspace.Database(), ids);
+    QList<LogRecord> missing;
+    for (const LogRecord& record : kept.records)
+        if (!there.contains(record.id))
+            missing.append(record);
     if (m_found != server) {
         m_report = LookAt(kept, there);
+        m_report.records = static_cast<int>(missing.size());
         m_found = server;
     } // otherwise this goes on with what a failure has cut short
     ProgramLog::Write(
@@ -82,11 +86,7 @@ void MissingRecords::SendAgain(dao::Workspace& workspace, const QString& server,
             .arg(server, m_stored->Server())
             .arg(ids.size())
             .arg(there.size()));
-    for (const LogRecord& record : kept.records)
-        if (!there.contains(record.id)) {
-            store(record);
-            ++m_report.records;
-        }
+    store(missing);
     m_stored->SetServer(server);
     m_found.clear();
     if (m_report.records > 0 || m_report.olderMissing)

@@ -29,10 +29,12 @@ public:
     // `folder`: where the records are kept that have been stored.
     MissingRecords(QString folder, QString databaseId);
 
-    // Call before a record is stored: finds out whether the server is another one than last time, and if so
-    // has `store` store what is missing there, in order. What it raises is passed on, and the next call
-    // begins again.
-    void Follow(dao::Workspace& workspace, const std::function<void(const LogRecord&)>& store);
+    // Stores all of them, in order. May be given none.
+    using Store = std::function<void(const QList<LogRecord>&)>;
+
+    // Call before records are stored: finds out whether the server is another one than last time, and if so
+    // has `store` store what is missing there. What it raises is passed on, and the next call begins again.
+    void Follow(dao::Workspace& workspace, const Store& store);
     // These have been stored.
     void Keep(const QList<LogRecord>& records);
     // Once after each change of server that has lost something.
@@ -40,8 +42,7 @@ public:
 
 private:
     void Begin(dao::Workspace& workspace, const QString& server);
-    void SendAgain(dao::Workspace& workspace, const QString& server,
-                   const std::function<void(const LogRecord&)>& store);
+    void SendAgain(dao::Workspace& workspace, const QString& server, const Store& store);
 
     QString m_folder;
     QString m_databaseId;

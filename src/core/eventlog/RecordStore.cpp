@@ -13,6 +13,7 @@ namespace {
 
 constexpr auto Table = "event";
 constexpr QLatin1String RecordIndex("i_record_id"); // unique
+constexpr qsizetype MostAgain = 128;                // in one statement
 
 QString Lost(const std::exception& reason, const LogRecord& record)
 {
@@ -100,10 +101,12 @@ void EndRequest(dao::Workspace& workspace, const QString& request) noexcept
 
 } // namespace
 
-RecordStore::RecordStore(Opener open, Present present, QString databaseId)
+RecordStore::RecordStore(Opener open, Present present, QString databaseId,
+                         std::unique_ptr<MissingRecords> missing)
     : m_open(std::move(open)),
       m_present(std::move(present)),
-      m_databaseId(std::move(databaseId))
+      m_databaseId(std::move(databaseId)),
+      m_missing(std::move(missing))
 {
 }
 
@@ -114,23 +117,59 @@ RecordStore::Outcome RecordStore::Store(const QList<LogRecord>& records)
     Outcome outcome;
     try {
         dao::Workspace& workspace = Workspace();
-        // One statement is a transaction by itself; powers of two, so that there are few different ones.
-        const bool onlyEvents = std::all_of(records.begin(), records.end(),
-                                            [](const LogRecord& record) { return record.IsEvent(); });
-        const auto number = static_cast<std::size_t>(records.size());
-        const QList<LogRecord> batch =
-            onlyEvents ? records.first(static_cast<qsizetype>(std::bit_floor(number))) : records;
-        if (batch.size() > 1 && StoreTogether(workspace, batch)) {
-            outcome.stored = static_cast<int>(batch.size());
-            return outcome;
-        }
-        for (const LogRecord& record : batch)
-            StoreOne(workspace, record, outcome);
+        Follow(outcome);
+        StorePart(workspace, records, outcome);
     } catch (...) {
         m_numbers.clear(); // something may have been stored
         outcome.failure = std::current_exception();
     }
+    Keep(records, outcome);
     return outcome;
+}
+
+void RecordStore::StorePart(dao::Workspace& workspace, const QList<LogRecord>& records, Outcome& outcome)
+{
+    // One statement is a transaction by itself; powers of two, so that there are few different ones.
+    const bool onlyEvents =
+        std::all_of(records.begin(), records.end(), [](const LogRecord& record) { return record.IsEvent(); });
+    const auto number = static_cast<std::size_t>(records.size());
+    const QList<LogRecord> batch =
+        onlyEvents ? records.first(static_cast<qsizetype>(std::bit_floor(number))) : records;
+    if (batch.size() > 1 && StoreTogether(workspace, batch)) {
+        outcome.stored = static_cast<int>(batch.size());
+        return;
+    }
+    for (const LogRecord& record : batch)
+        StoreOne(workspace, record, outcome);
+}
+
+// Asks nothing as long as the connection is the same.
+void RecordStore::Follow(Outcome& outcome)
+{
+    if (!m_missing || !m_workspace || !m_workspace->IsOnServer())
+        return;
+    m_missing->Follow(*m_workspace, [&](QList<LogRecord> missing) {
+        m_numbers.clear(); // this server's last numbers are others
+        while (!missing.isEmpty()) {
+            Outcome again;
+            StorePart(*m_workspace, missing.first(std::min(MostAgain, missing.size())), again);
+            outcome.unstorable += again.unstorable;
+            missing.remove(0, again.stored);
+        }
+    });
+    if (const auto report = m_missing->TakeReport())
+        outcome.missing = report;
+}
+
+void RecordStore::Keep(const QList<LogRecord>& records, const Outcome& outcome)
+{
+    if (!m_missing)
+        return;
+    QList<LogRecord> kept;
+    for (const LogRecord& record : records.first(outcome.stored))
+        if (record.IsEvent())
+            kept.append(record);
+    m_missing->Keep(kept);
 }
 
 // False when the database refuses one of them: then none is stored.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/eventlog/EventSpool.h"
+#include "core/eventlog/MissingRecords.h"
 
 #include <QHash>
 #include <QStringList>
@@ -22,8 +22,10 @@ public:
     using Opener = std::function<std::unique_ptr<dao::Workspace>()>;
     using Present = std::function<dao::Workspace&()>;
 
-    // `databaseId`: records reach no other database, whatever stands in its place.
-    RecordStore(Opener open, Present present, QString databaseId);
+    // `databaseId`: records reach no other database, whatever stands in its place. `missing`: what follows a
+    // database that is opened here to another server.
+    RecordStore(Opener open, Present present, QString databaseId,
+                std::unique_ptr<MissingRecords> missing = nullptr);
     ~RecordStore();
 
     struct Outcome {
@@ -33,12 +35,18 @@ public:
         QStringList unstorable;
         // Likewise: regroups that the database has refused.
         QList<std::pair<LogRecord, std::exception_ptr>> refused;
+        // What was missing on another server and has been stored there before these.
+        std::optional<MissingRecords::Report> missing;
     };
-    // As many of them as go together, from the first on; the rest is for the next time.
+    // As many of them as go together, from the first on; the rest is for the next time. Looks for what is
+    // missing without any as well.
     Outcome Store(const QList<LogRecord>& records);
 
 private:
     dao::Workspace& Workspace();
+    void Follow(Outcome& outcome);
+    void StorePart(dao::Workspace& workspace, const QList<LogRecord>& records, Outcome& outcome);
+    void Keep(const QList<LogRecord>& records, const Outcome& outcome);
     bool StoreTogether(dao::Workspace& workspace, const QList<LogRecord>& records);
     void InsertTogether(dao::Database& database, const QList<LogRecord>& events);
     void StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome);
@@ -50,6 +58,7 @@ private:
     Opener m_open;
     Present m_present;
     QString m_databaseId;
+    std::unique_ptr<MissingRecords> m_missing;
     std::unique_ptr<dao::Workspace> m_workspace;
     // The number of each console's last record, as long as it is known for certain.
     QHash<QString, qlonglong> m_numbers;

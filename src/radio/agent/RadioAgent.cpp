@@ -101,8 +101,11 @@ void RadioAgent::ConnectViews()
             if (IsConnected()) // otherwise nobody is at work here, and the strip says it
                 m_boxes.ShowWarning(text);
         });
-    connect(&m_services.eventLog, &EventLog::Refused, this,
-            [this](const QString&, const QString& text) { m_boxes.ShowWarning(text); });
+    connect(
+        &m_services.eventLog, &EventLog::Refused, this,
+        [this](const QString&, const QString& text) { m_boxes.ShowWarning(text); });
+    connect(&m_services.eventLog, &EventLog::StoredAgain, this,
+            [this](const QString& text) { m_boxes.ShowWarning(text); });
     connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
     connect(
         &m_numbering, &SessionNumbering::CallsignChanged, this,
