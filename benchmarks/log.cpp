@@ -1,12 +1,16 @@
 // The message log and the directory look-ups beside the bare SQLite C interface with the same pragmas, as
 // ratios within one run: absolute times drift. Arguments: events in the database (1,000,000).
 
+#include "Measure.h"
 #include "core/eventlog/EventLog.h"
+#include "core/eventlog/StoredRecords.h"
 #include "core/texts/StringSourceImpl.h"
 #include "support/TestDatabase.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QUuid>
 #include <algorithm>
 #include <cstdio>
 #include <sqlite3.h>
@@ -205,6 +209,35 @@ void MeasureLookup(dao::Database& database, Bare& bare)
     sqlite3_finalize(find);
 }
 
+// What it costs to keep the records that a server has stored: one by one, as a quiet day brings them, and
+// twenty at a time, as a storm does. The file is begun anew five times.
+void MeasureKeeping()
+{
+    constexpr int records = 50000;
+    for (const int together : {1, 20}) {
+        const QTemporaryDir folder;
+        StoredRecords stored(folder.path(), QStringLiteral("bench"));
+        QList<QList<LogRecord>> portions;
+        for (int i = 0; i < records; ++i) {
+            if (i % together == 0)
+                portions.append(QList<LogRecord>());
+            portions.last().append({.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                                    .time = QDateTime::currentDateTimeUtc(),
+                                    .type = 2,
+                                    .desc = QStringLiteral("Tunnel is clear, driving on"),
+                                    .from = QStringLiteral("unit20"),
+                                    .to = QStringLiteral("dispatch")});
+        }
+        const double time = Milliseconds([&] {
+            for (const QList<LogRecord>& portion : portions)
+                stored.Add(portion);
+        });
+        std::printf("keeping a stored record, %2d together: %.1f us\n", together, time * 1000 / records);
+        const double reading = Milliseconds([&] { sum += stored.Read().records.size(); });
+        std::printf("reading them: %.0f ms\n", reading);
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -212,6 +245,7 @@ int main(int argc, char** argv)
     QCoreApplication application(argc, argv);
     const long events = argc > 1 ? std::atol(argv[1]) : 1'000'000;
     TestDatabase database;
+    MeasureKeeping();
     Bare bare(database.location);
     Fill(bare, events);
     TestSession session(database);

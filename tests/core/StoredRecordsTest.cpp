@@ -124,9 +124,10 @@ TEST(ServerStoredRecords, ThatAreMissingAreSentAgainAndOlderOnesAreSpokenOf)
         TestSession session(database);
         const QTemporaryDir folder;
         const QString id = session.Database().Id();
-        RecordStore(
-            RecordStore::Opener(), [&]() -> dao::Workspace& { return session.Workspace(); }, id)
-            .Store(Records(1, 3));
+        RecordStore store(
+            {}, [&]() -> dao::Workspace& { return session.Workspace(); }, id);
+        for (const LogRecord& record : Records(1, 3))
+            store.Store({record});
         {
             StoredRecords stored(folder.path(), id);
             stored.SetServer("another");

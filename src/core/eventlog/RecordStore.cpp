@@ -13,7 +13,7 @@ namespace {
 
 constexpr auto Table = "event";
 constexpr QLatin1String RecordIndex("i_record_id"); // unique
-constexpr qsizetype MostAgain = 128;                // in one statement
+constexpr qsizetype MostAgain = 256;                // in one statement
 
 QString Lost(const std::exception& reason, const LogRecord& record)
 {
