@@ -64,6 +64,11 @@ QString Workspace::ServerIdentity() const
     return IsOnServer() ? m_session.serverIdentity() : QString();
 }
 
+int Workspace::Waits() const
+{
+    return m_session.engine->Waits();
+}
+
 void Workspace::Close() noexcept
 {
     m_session.engine->Close();

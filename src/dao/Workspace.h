@@ -61,6 +61,9 @@ public:
     // not the database that was opened. Empty on files, and on a server that does not tell it.
     QString ServerIdentity() const;
 
+    // How often it has waited for the server's answer; connecting is not counted. Always 0 with files.
+    int Waits() const;
+
     void Close() noexcept;
 
 private:

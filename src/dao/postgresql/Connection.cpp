@@ -125,14 +125,16 @@ Connection::Prepared& Connection::PreparedFor(const QString& sql)
     prepared->text = SqlText::Parse(sql);
     prepared->name = "kyn" + QByteArray::number(++m_names);
     ProtectTransaction();
-    const Result parsed(PQprepare(connection, prepared->name, prepared->text.server, 0, nullptr));
+    ServerWait& wait = Link().Wait();
+    const Result parsed = wait.AnswerTo(
+        connection, PQsendPrepare(connection, prepared->name, prepared->text.server, 0, nullptr));
     if (StateOf(parsed.Handle()) == "42601") { // a syntax error; several statements in one are one
         RestoreTransaction();
         throw Error(Kind::WrongUse, {sql}, QString::fromUtf8(PQresultErrorMessage(parsed.Handle())));
     }
     if (!Succeeded(parsed))
         Raise(parsed);
-    const Result described(PQdescribePrepared(connection, prepared->name));
+    const Result described = wait.AnswerTo(connection, PQsendDescribePrepared(connection, prepared->name));
     if (!Succeeded(described))
         Raise(described);
     for (int i = 0; i < PQnparams(described.Handle()); ++i)
@@ -187,13 +189,16 @@ Result Connection::Send(const Prepared& prepared, const std::vector<QByteArray>&
     std::vector<const char*> parameters;
     for (const QByteArray& text : texts)
         parameters.push_back(text.isNull() ? nullptr : text.constData());
-    return Result(PQexecPrepared(Link().Present(), prepared.name, static_cast<int>(parameters.size()),
-                                 parameters.data(), nullptr, nullptr, 0));
+    PGconn* connection = Link().Present();
+    return Link().Wait().AnswerTo(connection, PQsendQueryPrepared(connection, prepared.name,
+                                                                  static_cast<int>(parameters.size()),
+                                                                  parameters.data(), nullptr, nullptr, 0));
 }
 
 Result Connection::SendScript(const char* script) const
 {
-    return Result(PQexec(Link().Present(), script));
+    PGconn* connection = Link().Present();
+    return Link().Wait().AnswerTo(connection, PQsendQuery(connection, script));
 }
 
 // Raises the failure of a statement; a connection that broke is given up, a transaction is as it was before.

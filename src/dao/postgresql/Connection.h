@@ -22,6 +22,7 @@ public:
     static std::shared_ptr<Connection> Open(const Logon& logon, Now now = {});
 
     bool IsOpen() const override { return m_link != nullptr; }
+    int Waits() const override { return Link().Wait().Count(); }
     StatementShape Describe(const QString& sql) override;
     int Change(const QString& sql, const QVariantList& values = {}) override;
     std::optional<QVariantList> FirstRow(const QString& sql, const QVariantList& values = {}) override;

@@ -79,15 +79,6 @@ bool WaitFor(PGconn* connection, PostgresPollingStatusType what, const QDeadline
     return false;
 }
 
-// The variables PGTZ and PGDATESTYLE of whoever runs the program are taken after all options.
-void UndoEnvironment(PGconn* connection)
-{
-    const QByteArray zone = PQparameterStatus(connection, "TimeZone");
-    const QByteArray dates = PQparameterStatus(connection, "DateStyle");
-    if (zone != "UTC" || !dates.startsWith("ISO"))
-        PQclear(PQexec(connection, "SET timezone = 'UTC'; SET datestyle = 'ISO'"));
-}
-
 // The state of the server's refusal; empty when nothing was refused.
 QString RefusalState(PGconn* connection)
 {
@@ -121,7 +112,6 @@ Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
     }
     if (PQstatus(connection.get()) == CONNECTION_OK) {
         PQsetErrorVerbosity(connection.get(), PQERRORS_DEFAULT);
-        UndoEnvironment(connection.get());
         attempt.connection = std::move(connection);
     } else {
         attempt.state = RefusalState(connection.get());

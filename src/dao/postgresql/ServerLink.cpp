@@ -114,10 +114,22 @@ void ServerLink::Connected(ConnectionHandle connection)
 {
     m_connection = std::move(connection);
     ++m_generation;
+    PQsetnonblocking(m_connection.get(), 1);
     PQsetNoticeProcessor(
         m_connection.get(), [](void*, const char*) {}, nullptr);
+    UndoEnvironment();
     if (m_changed)
         Watch();
+}
+
+// The variables PGTZ and PGDATESTYLE of whoever runs the program are taken after all options.
+void ServerLink::UndoEnvironment()
+{
+    PGconn* connection = m_connection.get();
+    const QByteArray zone = PQparameterStatus(connection, "TimeZone");
+    const QByteArray dates = PQparameterStatus(connection, "DateStyle");
+    if (zone != "UTC" || !dates.startsWith("ISO"))
+        m_wait.AnswerTo(connection, PQsendQuery(connection, "SET timezone = 'UTC'; SET datestyle = 'ISO'"));
 }
 
 void ServerLink::Listen(std::function<void(const QString&)> changed, std::function<void(bool)> away)
@@ -130,7 +142,7 @@ void ServerLink::Listen(std::function<void(const QString&)> changed, std::functi
 
 void ServerLink::Watch()
 {
-    PQclear(PQexec(m_connection.get(), "LISTEN kyn_change"));
+    m_wait.AnswerTo(m_connection.get(), PQsendQuery(m_connection.get(), "LISTEN kyn_change"));
     m_notifier = std::make_unique<QSocketNotifier>(PQsocket(m_connection.get()), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
         // Not within the notifier's own signal, since a lost connection deletes it.

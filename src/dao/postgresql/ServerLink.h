@@ -2,6 +2,7 @@
 
 #include "dao/postgresql/Connector.h"
 #include "dao/postgresql/ServerProbe.h"
+#include "dao/postgresql/ServerWait.h"
 #include <QObject>
 #include <QSet>
 #include <QTimer>
@@ -28,6 +29,8 @@ public:
     bool IsConnected() const { return m_connection != nullptr; }
     // Of the connection: what was prepared on an earlier one is gone.
     int Generation() const { return m_generation; }
+    // Where this session waits for its server, on this connection and those after it.
+    ServerWait& Wait() { return m_wait; }
     // The connection was found broken.
     void Lose(const QString& reason);
     const QString& Server() const { return m_logon.address.Shown(); }
@@ -44,6 +47,7 @@ public:
 private:
     bool IsAlive();
     void Connected(ConnectionHandle connection);
+    void UndoEnvironment();
     void LookForServer();
     void Reconnect();
     void Watch();
@@ -51,6 +55,7 @@ private:
 
     Logon m_logon;
     ConnectionHandle m_connection;
+    ServerWait m_wait;
     int m_generation = 0;
     bool m_mayTryNow = false;
     QString m_reason; // why the connection was lost

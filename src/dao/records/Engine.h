@@ -31,6 +31,8 @@ public:
     virtual bool IsOpen() const = 0;
     // False when what is open has been deleted, or another file stands in its place.
     virtual bool IsInPlace() const { return true; }
+    // How often the session has waited for a server's answer since it was connected.
+    virtual int Waits() const { return 0; }
     virtual StatementShape Describe(const QString& sql) = 0;
     // Runs a changing statement; returns how many records it changed.
     virtual int Change(const QString& sql, const QVariantList& values = {}) = 0;
