@@ -8,6 +8,7 @@ namespace dao::postgresql {
 
 namespace {
 
+constexpr auto LockChanges = "SELECT pg_advisory_xact_lock(5)"; // see the schema's kyn_share_changes
 constexpr int MostAttempts = 10; // when the server unties statements that wait for each other
 
 bool LooksLikeSelect(const QString& sql)
@@ -17,10 +18,9 @@ bool LooksLikeSelect(const QString& sql)
     return select.match(sql).hasMatch();
 }
 
-bool Succeeded(const Result& result)
+bool LooksLikeWith(const QString& sql)
 {
-    const ExecStatusType status = PQresultStatus(result.Handle());
-    return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+    return sql.trimmed().startsWith(QLatin1String("with"), Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -41,32 +41,69 @@ ServerLink& Connection::Link() const
 
 StatementShape Connection::Describe(const QString& sql)
 {
-    const Prepared* prepared = nullptr;
-    try {
-        prepared = &PreparedFor(sql);
-    } catch (const Error& error) {
-        if (error.kind != Kind::ServerAway || m_inTransaction)
-            throw;
-        prepared = &PreparedFor(sql); // on a new connection, if there is one
+    const StatementPtr statement = Known(sql);
+    for (int attempt = 1; !statement->columns; ++attempt) {
+        try {
+            Live();
+            const QList<Later> later = m_later;
+            Batch batch = Begun();
+            batch.Describe(statement);
+            Send(batch);
+            if (const auto failed = batch.Failure())
+                RaiseFailure(batch, *failed, later);
+        } catch (const Error& error) {
+            if (error.kind != Kind::ServerAway || m_inTransaction || attempt > 1)
+                throw;
+        }
     }
-    return {LooksLikeSelect(sql) && !prepared->columns.isEmpty(), prepared->columns,
-            prepared->text.parameters};
+    return {LooksLikeSelect(sql) && !statement->columns->isEmpty(), *statement->columns,
+            statement->text.parameters};
+}
+
+QStringList Connection::Parameters(const QString& sql)
+{
+    Link();
+    return Known(sql)->text.parameters;
+}
+
+// What begins as one has columns, unless it is a changing statement with a query before it.
+bool Connection::IsSelect(const QString& sql)
+{
+    Link();
+    return LooksLikeSelect(sql) && (!LooksLikeWith(sql) || Describe(sql).isSelect);
 }
 
 int Connection::Change(const QString& sql, const QVariantList& values)
 {
-    return Run(sql, values, true).Changed();
+    return Ask({{sql, values}}, true).back().Changed();
+}
+
+void Connection::ChangeLater(const QString& sql, const QVariantList& values, const Explain& explain)
+{
+    if (!m_isTogether)
+        return Engine::ChangeLater(sql, values, explain);
+    Live();
+    const StatementPtr statement = Known(sql);
+    m_later.append({statement, Texts(statement->text, values), explain});
+}
+
+Engine::Changed Connection::ChangeAndRead(const Request& change, const Request& read)
+{
+    const std::vector<Result> answers = Ask({change, read}, true);
+    const int records = answers.front().Changed();
+    return {records,
+            records > 0 && answers.back().Rows() > 0 ? std::optional(answers.back().Row(0)) : std::nullopt};
 }
 
 std::optional<QVariantList> Connection::FirstRow(const QString& sql, const QVariantList& values)
 {
-    const Result result = Run(sql, values, false);
+    const Result result = Read(sql, values);
     return result.Rows() > 0 ? std::optional(result.Row(0)) : std::nullopt;
 }
 
 std::vector<QVariantList> Connection::AllRows(const QString& sql, const QVariantList& values)
 {
-    const Result result = Run(sql, values, false);
+    const Result result = Read(sql, values);
     std::vector<QVariantList> rows;
     for (int row = 0; row < result.Rows(); ++row)
         rows.push_back(result.Row(row));
@@ -75,14 +112,9 @@ std::vector<QVariantList> Connection::AllRows(const QString& sql, const QVariant
 
 std::unique_ptr<Recordset> Connection::OpenSnapshot(const QString& sql, const QVariantList& values, bool keep)
 {
-    if (!Describe(sql).isSelect)
+    if (!IsSelect(sql))
         throw Error(Kind::WrongUse, {sql});
-    auto recordset = std::make_unique<ResultRecordset>(shared_from_this(), Run(sql, values, false));
-    if (!keep) {
-        if (const auto prepared = m_prepared.take(sql))
-            SendScript("DEALLOCATE " + prepared->name);
-    }
-    return recordset;
+    return std::make_unique<ResultRecordset>(shared_from_this(), Read(sql, values, keep));
 }
 
 std::shared_ptr<const TableShape> Connection::ReadTable(const QString& name)
@@ -100,14 +132,16 @@ void Connection::Execute(const QString& script)
 {
     Live();
     const Result result = SendScript(script.toUtf8());
-    if (!Succeeded(result))
+    if (!result.IsSuccess())
         Raise(result);
 }
 
 // Within a transaction never a new connection: what follows would be stored without what went before.
-PGconn* Connection::Live() const
+PGconn* Connection::Live()
 {
     ServerLink& link = Link();
+    if (m_failure)
+        std::rethrow_exception(m_failure);
     if (!m_inTransaction)
         return link.Handle();
     if (link.Generation() != m_transactionGeneration)
@@ -115,52 +149,45 @@ PGconn* Connection::Live() const
     return link.Present();
 }
 
-Connection::Prepared& Connection::PreparedFor(const QString& sql)
+Connection::StatementPtr Connection::Known(const QString& sql)
 {
-    PGconn* connection = Live();
-    const auto known = m_prepared.value(sql);
-    if (known && known->generation == Link().Generation())
-        return *known;
-    const auto prepared = std::make_shared<Prepared>();
-    prepared->text = SqlText::Parse(sql);
-    prepared->name = "kyn" + QByteArray::number(++m_names);
-    ProtectTransaction();
-    ServerWait& wait = Link().Wait();
-    const Result parsed = wait.AnswerTo(
-        connection, PQsendPrepare(connection, prepared->name, prepared->text.server, 0, nullptr));
-    if (StateOf(parsed.Handle()) == "42601") { // a syntax error; several statements in one are one
-        RestoreTransaction();
-        throw Error(Kind::WrongUse, {sql}, QString::fromUtf8(PQresultErrorMessage(parsed.Handle())));
-    }
-    if (!Succeeded(parsed))
-        Raise(parsed);
-    const Result described = wait.AnswerTo(connection, PQsendDescribePrepared(connection, prepared->name));
-    if (!Succeeded(described))
-        Raise(described);
-    for (int i = 0; i < PQnparams(described.Handle()); ++i)
-        prepared->types.push_back(PQparamtype(described.Handle(), i));
-    prepared->columns = described.ColumnNames();
-    prepared->generation = Link().Generation();
-    m_prepared.insert(sql, prepared);
-    return *prepared;
+    StatementPtr& statement = m_statements[sql];
+    if (!statement)
+        statement = std::make_shared<Statement>(
+            Statement{sql, SqlText::Parse(sql), "kyn" + QByteArray::number(++m_names), 0, {}});
+    return statement;
 }
 
-Result Connection::Run(const QString& sql, const QVariantList& values, bool changes)
+std::vector<QByteArray> Connection::Texts(const SqlText& text, const QVariantList& values) const
 {
+    std::vector<QByteArray> texts(static_cast<std::size_t>(text.count));
+    for (qsizetype i = 0; i < text.numbers.size(); ++i)
+        texts.at(static_cast<std::size_t>(text.numbers[i] - 1)) =
+            ParameterText(values.value(i), text.parameters[i]);
+    if (text.now > 0) {
+        const QDateTime now = m_now ? m_now() : QDateTime::currentDateTimeUtc();
+        texts.at(static_cast<std::size_t>(text.now - 1)) = QByteArray::number(now.toMSecsSinceEpoch());
+    }
+    return texts;
+}
+
+Result Connection::Read(const QString& sql, const QVariantList& values, bool keep)
+{
+    if (auto known = TakeAhead(sql, values))
+        return std::move(*known);
+    return std::move(Ask({{sql, values}}, false, keep).back());
+}
+
+std::vector<Result> Connection::Ask(const QList<Request>& requests, bool changes, bool keep)
+{
+    if (changes)
+        m_ahead.answers.clear();
     for (int attempt = 1;; ++attempt) {
         bool sent = false;
         try {
-            const Prepared& prepared = PreparedFor(sql);
-            const std::vector<QByteArray> texts = Texts(prepared, values);
-            ProtectTransaction();
-            sent = true;
-            Result result = Send(prepared, texts);
-            if (Succeeded(result)) {
-                Link().Collect();
-                return result;
-            }
-            if (m_inTransaction || attempt == MostAttempts || !IsDeadlock(result.Handle()))
-                Raise(result);
+            std::vector<Result> answers = AskOnce(requests, keep, attempt == MostAttempts, sent);
+            if (!answers.empty())
+                return answers;
         } catch (const Error& error) {
             // Once more on a new connection, unless it may have been done on the old one.
             if (error.kind != Kind::ServerAway || m_inTransaction || attempt > 1 || (changes && sent))
@@ -169,30 +196,87 @@ Result Connection::Run(const QString& sql, const QVariantList& values, bool chan
     }
 }
 
-std::vector<QByteArray> Connection::Texts(const Prepared& prepared, const QVariantList& values) const
+// An answer to each request. None when the server has untied statements that waited for each other: then it
+// is to be tried again, unless this was the last time or it is a transaction's.
+std::vector<Result> Connection::AskOnce(const QList<Request>& requests, bool keep, bool last, bool& sent)
 {
-    const SqlText& text = prepared.text;
-    std::vector<QByteArray> texts(prepared.types.size());
-    for (qsizetype i = 0; i < text.numbers.size(); ++i) {
-        const auto place = static_cast<std::size_t>(text.numbers[i] - 1);
-        texts.at(place) = ParameterText(values.value(i), prepared.types.at(place), text.parameters[i]);
+    Live();
+    std::vector<std::pair<StatementPtr, std::vector<QByteArray>>> statements;
+    for (const auto& [sql, values] : requests) {
+        const StatementPtr statement =
+            keep ? Known(sql) : std::make_shared<Statement>(Statement{sql, SqlText::Parse(sql), {}, 0, {}});
+        statements.emplace_back(statement, Texts(statement->text, values));
     }
-    if (text.now > 0) {
-        const QDateTime now = m_now ? m_now() : QDateTime::currentDateTimeUtc();
-        texts.at(static_cast<std::size_t>(text.now - 1)) = QByteArray::number(now.toMSecsSinceEpoch());
+    const QList<Later> later = m_later;
+    Batch batch = Begun();
+    for (const auto& [statement, texts] : statements)
+        batch.Run(statement, texts);
+    sent = true;
+    Send(batch);
+    if (const auto failed = batch.Failure()) {
+        if (!m_inTransaction && !last && IsDeadlock(batch.Answers()[*failed].Handle()))
+            return {};
+        RaiseFailure(batch, *failed, later);
     }
-    return texts;
+    std::vector<Result> answers;
+    for (std::size_t i = 0; i < batch.Steps().size(); ++i)
+        if (batch.Steps()[i].kind == Batch::Kind::Run && batch.Steps()[i].owner < 0)
+            answers.push_back(std::move(batch.Answers()[i]));
+    Link().Collect();
+    return answers;
 }
 
-Result Connection::Send(const Prepared& prepared, const std::vector<QByteArray>& texts)
+// What is to go before the next statement: the server gives a whole transaction up for one that fails, unless
+// there is a savepoint before it; one that is sent together begins here.
+Batch Connection::Begun()
 {
-    std::vector<const char*> parameters;
-    for (const QByteArray& text : texts)
-        parameters.push_back(text.isNull() ? nullptr : text.constData());
-    PGconn* connection = Link().Present();
-    return Link().Wait().AnswerTo(connection, PQsendQueryPrepared(connection, prepared.name,
-                                                                  static_cast<int>(parameters.size()),
-                                                                  parameters.data(), nullptr, nullptr, 0));
+    Batch batch(Link().Generation());
+    if (m_inTransaction && !m_isTogether) {
+        if (m_hasSavepoint)
+            batch.Say("RELEASE SAVEPOINT kyn");
+        batch.Say("SAVEPOINT kyn");
+    }
+    if (m_isTogether && !std::exchange(m_isBegun, true)) {
+        batch.Say("BEGIN");
+        batch.Say(LockChanges);
+    }
+    int owner = 0;
+    for (const Later& later : std::exchange(m_later, {}))
+        batch.Run(later.statement, later.texts, owner++);
+    return batch;
+}
+
+void Connection::Send(Batch& batch)
+{
+    ServerLink& link = Link();
+    PGconn* connection = link.Present();
+    m_hasSavepoint = false; // until it is known to be there
+    if (!batch.Exchange(connection, link.Wait()))
+        RaiseLost(QString::fromUtf8(PQerrorMessage(connection)).trimmed());
+    m_hasSavepoint = m_inTransaction && !m_isTogether;
+    for (std::size_t i = 0; i < batch.Steps().size(); ++i)
+        if (batch.Steps()[i].kind == Batch::Kind::Command && !batch.Answers()[i].IsSuccess())
+            m_hasSavepoint = false;
+}
+
+void Connection::RaiseFailure(Batch& batch, std::size_t failed, const QList<Later>& later)
+{
+    const Batch::Step& step = batch.Steps()[failed];
+    const Result& answer = batch.Answers()[failed];
+    try {
+        // A syntax error; several statements in one are one.
+        if (step.kind != Batch::Kind::Prepare || StateOf(answer.Handle()) != "42601")
+            Raise(answer);
+        RestoreTransaction();
+        throw Error(Kind::WrongUse, {step.statement->sql},
+                    QString::fromUtf8(PQresultErrorMessage(answer.Handle())));
+    } catch (Error& error) {
+        if (step.owner >= 0 && later[step.owner].explain)
+            later[step.owner].explain(error);
+        if (m_isTogether)
+            m_failure = std::current_exception();
+        throw;
+    }
 }
 
 Result Connection::SendScript(const char* script) const
@@ -204,28 +288,17 @@ Result Connection::SendScript(const char* script) const
 // Raises the failure of a statement; a connection that broke is given up, a transaction is as it was before.
 void Connection::Raise(const Result& result)
 {
-    ServerLink& link = Link();
-    const bool lost = PQstatus(link.Present()) == CONNECTION_BAD;
     const QString text = QString::fromUtf8(PQresultErrorMessage(result.Handle())).trimmed();
-    if (lost || EndsConnection(result.Handle())) {
-        link.Lose(text);
-        throw Error(Kind::ServerAway, {link.Server(), text.section('\n', 0, 0)}, text);
-    }
+    if (PQstatus(Link().Present()) == CONNECTION_BAD || EndsConnection(result.Handle()))
+        RaiseLost(text);
     RestoreTransaction();
-    throw MakeError(result.Handle(), link.Server());
+    throw MakeError(result.Handle(), Link().Server());
 }
 
-// The server gives a whole transaction up for one failed statement, unless there is a savepoint before it.
-void Connection::ProtectTransaction()
+void Connection::RaiseLost(const QString& text)
 {
-    if (!m_inTransaction)
-        return;
-    const Result result =
-        SendScript(m_hasSavepoint ? "RELEASE SAVEPOINT kyn; SAVEPOINT kyn" : "SAVEPOINT kyn");
-    m_hasSavepoint = false; // until it is known to be there
-    if (!Succeeded(result))
-        Raise(result);
-    m_hasSavepoint = true;
+    Link().Lose(text);
+    throw Error(Kind::ServerAway, {Link().Server(), text.section('\n', 0, 0)}, text);
 }
 
 void Connection::RestoreTransaction()
@@ -234,19 +307,93 @@ void Connection::RestoreTransaction()
         SendScript("ROLLBACK TO SAVEPOINT kyn");
 }
 
+void Connection::ReadAhead(const QList<Request>& requests, bool listening)
+{
+    if (m_inTransaction)
+        return;
+    try {
+        Live();
+        ServerLink& link = Link();
+        if (m_ahead.generation != link.Generation() || m_ahead.notices != link.Notices())
+            m_ahead = {{}, link.Generation(), link.Notices()};
+        Batch batch(link.Generation());
+        if (listening && !link.IsListening())
+            batch.Say(ServerLink::AskForNotices);
+        batch.Divide();
+        std::vector<QByteArray> keys;
+        for (const auto& [sql, values] : requests) {
+            const StatementPtr statement = Known(sql);
+            const std::vector<QByteArray> texts = Texts(statement->text, values);
+            batch.Run(statement, texts, static_cast<int>(keys.size()));
+            batch.Divide();
+            keys.push_back(AheadKey(sql, texts));
+        }
+        Send(batch);
+        for (std::size_t i = 0; i < batch.Steps().size(); ++i) {
+            const Batch::Step& step = batch.Steps()[i];
+            if (!batch.Answers()[i].IsSuccess())
+                continue; // whoever asks for it finds out why
+            if (step.kind == Batch::Kind::Command)
+                link.SetListening();
+            if (step.kind == Batch::Kind::Run)
+                m_ahead.answers.insert_or_assign(keys[static_cast<std::size_t>(step.owner)],
+                                                 std::move(batch.Answers()[i]));
+        }
+        link.Collect();
+    } catch (const Error& error) {
+        if (error.kind == Kind::Closed)
+            throw;
+    }
+}
+
+// Good for as long as nobody has changed anything.
+std::optional<Result> Connection::TakeAhead(const QString& sql, const QVariantList& values)
+{
+    if (m_ahead.answers.empty() || m_inTransaction)
+        return {};
+    Live();
+    if (m_ahead.generation != Link().Generation() || m_ahead.notices != Link().Notices())
+        m_ahead.answers.clear();
+    auto kept = m_ahead.answers.extract(AheadKey(sql, Texts(Known(sql)->text, values)));
+    return kept ? std::optional(std::move(kept.mapped())) : std::nullopt;
+}
+
+QByteArray Connection::AheadKey(const QString& sql, const std::vector<QByteArray>& texts)
+{
+    QByteArray key = sql.toUtf8();
+    for (const QByteArray& text : texts)
+        key += '\0' + (text.isNull() ? QByteArray("n") : 't' + text);
+    return key;
+}
+
 void Connection::Begin()
 {
     Live();
     if (m_inTransaction)
         throw Error(Kind::InTransaction);
-    const Result result = SendScript("BEGIN; SELECT pg_advisory_xact_lock(5)");
-    if (!Succeeded(result)) {
-        if (PQstatus(Link().Present()) == CONNECTION_OK)
-            SendScript("ROLLBACK");
-        Raise(result);
+    m_ahead.answers.clear();
+    Batch batch(Link().Generation());
+    batch.Say("BEGIN");
+    batch.Say(LockChanges);
+    Send(batch);
+    if (const auto failed = batch.Failure()) {
+        SendScript("ROLLBACK");
+        Raise(batch.Answers()[*failed]);
     }
     m_inTransaction = true;
     m_hasSavepoint = false;
+    m_transactionGeneration = Link().Generation();
+}
+
+void Connection::BeginTogether()
+{
+    Live();
+    if (m_inTransaction)
+        throw Error(Kind::InTransaction);
+    m_ahead.answers.clear();
+    m_inTransaction = true;
+    m_isTogether = true;
+    m_isBegun = false;
     m_transactionGeneration = Link().Generation();
 }
 
@@ -256,13 +403,20 @@ void Connection::Commit()
     if (!m_inTransaction)
         throw Error(Kind::NoTransaction);
     Live();
-    const Result result = SendScript("COMMIT");
-    if (!Succeeded(result))
-        Raise(result);
-    if (QByteArray(PQcmdStatus(result.Handle())) != "COMMIT")
-        throw Error(Kind::Engine, {"transaction was rolled back"},
-                    "the server has rolled the transaction back");
+    const QList<Later> later = m_later;
+    const bool isEmpty = m_isTogether && !m_isBegun && later.isEmpty();
+    if (!isEmpty) {
+        Batch batch = m_isTogether ? Begun() : Batch(Link().Generation());
+        batch.Say("COMMIT");
+        Send(batch);
+        if (const auto failed = batch.Failure())
+            RaiseFailure(batch, *failed, later);
+        if (QByteArray(PQcmdStatus(batch.Answers().back().Handle())) != "COMMIT")
+            throw Error(Kind::Engine, {"transaction was rolled back"},
+                        "the server has rolled the transaction back");
+    }
     m_inTransaction = false;
+    EndTogether();
     Link().Collect();
 }
 
@@ -271,8 +425,18 @@ void Connection::Rollback()
     const bool wasOpen = std::exchange(m_inTransaction, false);
     if (!wasOpen)
         throw Error(Kind::NoTransaction);
-    if (m_link && m_link->Generation() == m_transactionGeneration && m_link->IsConnected())
+    const bool isKnown = !m_isTogether || m_isBegun;
+    EndTogether();
+    if (isKnown && m_link && m_link->Generation() == m_transactionGeneration && m_link->IsConnected())
         SendScript("ROLLBACK");
+}
+
+void Connection::EndTogether()
+{
+    m_isTogether = false;
+    m_isBegun = false;
+    m_later.clear();
+    m_failure = nullptr;
 }
 
 } // namespace dao::postgresql

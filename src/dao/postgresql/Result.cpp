@@ -24,20 +24,13 @@ QDateTime ParseTime(const QByteArray& text)
                      QTime(number(11, 2), number(14, 2), number(17, 2), milliseconds), Qt::UTC);
 }
 
-[[noreturn]] void Refuse(const QVariant& value, const QString& name)
-{
-    throw Error(Kind::BadValue, {name}, value.typeName());
-}
-
-QByteArray TimeText(const QVariant& value, const QString& name)
-{
-    if (value.typeId() != QMetaType::QDateTime)
-        Refuse(value, name);
-    const QDateTime time = value.toDateTime();
-    return time.isValid() ? time.toUTC().toString(Qt::ISODateWithMs).toLatin1() : QByteArray();
-}
-
 } // namespace
+
+bool Result::IsSuccess() const
+{
+    const ExecStatusType status = PQresultStatus(m_result.get());
+    return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK;
+}
 
 QStringList Result::ColumnNames() const
 {
@@ -109,32 +102,25 @@ QVariantList Result::Row(int row) const
     return values;
 }
 
-QByteArray ParameterText(const QVariant& value, Oid type, const QString& name)
+QByteArray ParameterText(const QVariant& value, const QString& name)
 {
-    if (!value.isValid() || value.typeId() == QMetaType::Nullptr)
+    switch (value.typeId()) {
+    case QMetaType::UnknownType:
+    case QMetaType::Nullptr:
         return {};
-    switch (type) {
-    case Types::Boolean:
-        return value.toBool() ? "t" : "f";
-    case Types::Int2:
-    case Types::Int4:
-    case Types::Int8: {
-        bool whole = false;
-        const qlonglong number = value.toLongLong(&whole);
-        if (!whole)
-            Refuse(value, name);
-        return QByteArray::number(number);
+    case QMetaType::Bool:
+        return value.toBool() ? "1" : "0"; // a number and a truth for the server
+    case QMetaType::QDateTime: {
+        const QDateTime time = value.toDateTime();
+        return time.isValid() ? time.toUTC().toString(Qt::ISODateWithMs).toLatin1() : QByteArray();
     }
-    case Types::Timestamptz:
-        return TimeText(value, name);
     default:
         break;
     }
-    const QByteArray text =
-        value.typeId() == QMetaType::QDateTime ? TimeText(value, name) : value.toString().toUtf8();
+    const QByteArray text = value.toString().toUtf8();
     if (text.contains('\0'))
-        Refuse(value, name);                      // the server's texts hold every character but this one
-    return text.isNull() ? QByteArray("") : text; // a null QString is text, not Null
+        throw Error(Kind::BadValue, {name}, value.typeName()); // texts hold every character but this one
+    return text.isNull() ? QByteArray("") : text;              // a null QString is text, not Null
 }
 
 } // namespace dao::postgresql

@@ -18,6 +18,8 @@ public:
     explicit Result(PGresult* result) : m_result(result, PQclear) {}
 
     PGresult* Handle() const { return m_result.get(); }
+    // It did what it was to do, whether it has rows or not.
+    bool IsSuccess() const;
     int Rows() const { return PQntuples(m_result.get()); }
     int Columns() const { return PQnfields(m_result.get()); }
     QStringList ColumnNames() const;
@@ -49,8 +51,8 @@ constexpr Oid Timestamptz = 1184;
 constexpr Oid Numeric = 1700;
 } // namespace Types
 
-// A value as the text of a parameter of that type; a null QByteArray for Null. Kind::BadValue with the name
-// given when it has no such form.
-QByteArray ParameterText(const QVariant& value, Oid type, const QString& name);
+// A value as the text of a parameter, which the server reads as the parameter's type; a null QByteArray for
+// Null. Kind::BadValue with the name given when it has no such form.
+QByteArray ParameterText(const QVariant& value, const QString& name);
 
 } // namespace dao::postgresql

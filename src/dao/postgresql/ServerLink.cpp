@@ -114,6 +114,7 @@ void ServerLink::Connected(ConnectionHandle connection)
 {
     m_connection = std::move(connection);
     ++m_generation;
+    m_listening = false;
     PQsetnonblocking(m_connection.get(), 1);
     PQsetNoticeProcessor(
         m_connection.get(), [](void*, const char*) {}, nullptr);
@@ -138,11 +139,15 @@ void ServerLink::Listen(std::function<void(const QString&)> changed, std::functi
     m_away = std::move(away);
     if (m_connection)
         Watch();
+    if (!m_pending.isEmpty())
+        m_delivery.start();
 }
 
 void ServerLink::Watch()
 {
-    m_wait.AnswerTo(m_connection.get(), PQsendQuery(m_connection.get(), "LISTEN kyn_change"));
+    if (!m_listening)
+        m_wait.AnswerTo(m_connection.get(), PQsendQuery(m_connection.get(), AskForNotices));
+    m_listening = true;
     m_notifier = std::make_unique<QSocketNotifier>(PQsocket(m_connection.get()), QSocketNotifier::Read);
     connect(m_notifier.get(), &QSocketNotifier::activated, this, [this] {
         // Not within the notifier's own signal, since a lost connection deletes it.
@@ -162,11 +167,13 @@ void ServerLink::Collect()
     PGconn* connection = m_connection.get();
     PQconsumeInput(connection);
     while (PGnotify* notice = PQnotifies(connection)) {
-        if (notice->be_pid != PQbackendPID(connection))
+        if (notice->be_pid != PQbackendPID(connection)) {
             m_pending.insert(QString::fromUtf8(notice->extra));
+            ++m_notices;
+        }
         PQfreemem(notice);
     }
-    if (!m_pending.isEmpty() && !m_delivery.isActive())
+    if (m_changed && !m_pending.isEmpty() && !m_delivery.isActive())
         m_delivery.start();
     if (PQstatus(connection) != CONNECTION_OK)
         Lose(QString::fromUtf8(PQerrorMessage(connection)).trimmed());

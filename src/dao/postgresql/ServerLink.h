@@ -41,8 +41,14 @@ public:
     // The table that another session changed; an empty name when it is not known which. Asks the server for
     // notifications from the first call on.
     void Listen(std::function<void(const QString& table)> changed, std::function<void(bool away)> away);
+    static constexpr auto AskForNotices = "LISTEN kyn_change";
     // Picks up what the server has sent.
     void Collect();
+    // The server has been asked for notifications on this connection.
+    bool IsListening() const { return m_listening; }
+    void SetListening() { m_listening = true; }
+    // How many have come from other sessions.
+    int Notices() const { return m_notices; }
 
 private:
     bool IsAlive();
@@ -57,6 +63,8 @@ private:
     ConnectionHandle m_connection;
     ServerWait m_wait;
     int m_generation = 0;
+    bool m_listening = false;
+    int m_notices = 0;
     bool m_mayTryNow = false;
     QString m_reason; // why the connection was lost
     std::unique_ptr<QSocketNotifier> m_notifier;

@@ -34,6 +34,36 @@ Result ServerWait::AnswerTo(PGconn* connection, int sent)
     }
 }
 
+bool ServerWait::AnswersTo(PGconn* connection, const std::vector<int>& parts, std::vector<Result>& answers)
+{
+    ++m_count;
+    UntilSent(connection);
+    for (const int statements : parts)
+        if (!TakePart(connection, statements, answers))
+            return false;
+    return true;
+}
+
+bool ServerWait::TakePart(PGconn* connection, int statements, std::vector<Result>& answers)
+{
+    const std::size_t end = answers.size() + static_cast<std::size_t>(statements);
+    for (bool ended = false;;) {
+        UntilReadable(connection);
+        Result next(PQgetResult(connection));
+        if (PQstatus(connection) == CONNECTION_BAD || (next.Handle() == nullptr && ended))
+            return false;
+        ended = next.Handle() == nullptr; // of one statement's answers
+        if (ended)
+            continue;
+        if (PQresultStatus(next.Handle()) == PGRES_PIPELINE_SYNC)
+            return answers.size() == end;
+        if (answers.size() < end)
+            answers.push_back(std::move(next));
+        else if (!next.IsSuccess())
+            answers.back() = std::move(next);
+    }
+}
+
 // The server may want its answers read before it reads on.
 void ServerWait::UntilSent(PGconn* connection)
 {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dao/postgresql/Result.h"
+#include <vector>
 
 namespace dao::postgresql {
 
@@ -12,10 +13,16 @@ public:
     // results the last. A failure of libpq is a result, too.
     Result AnswerTo(PGconn* connection, int sent);
 
+    // The answers to what was just sent in pipeline mode: `parts` says how many statements stand before each
+    // synchronisation. One answer for each statement; where the end of a part fails, its last one has failed.
+    // False when the connection broke or libpq lost count.
+    bool AnswersTo(PGconn* connection, const std::vector<int>& parts, std::vector<Result>& answers);
+
     // How often the server was waited for, whatever the length of its answers.
     int Count() const { return m_count; }
 
 private:
+    static bool TakePart(PGconn* connection, int statements, std::vector<Result>& answers);
     static void UntilSent(PGconn* connection);
     static void UntilReadable(PGconn* connection);
 

@@ -7,7 +7,7 @@ namespace dao {
 QueryDef::QueryDef(std::shared_ptr<Engine> engine, std::shared_ptr<const StoredQuery> query)
     : m_engine(std::move(engine)),
       m_query(std::move(query)),
-      m_parameterNames(m_engine->Describe(m_query->sql).parameters),
+      m_parameterNames(m_engine->Parameters(m_query->sql)),
       m_values(static_cast<std::size_t>(m_parameterNames.size()))
 {
 }
@@ -44,7 +44,7 @@ std::unique_ptr<Recordset> QueryDef::OpenSnapshot()
 int QueryDef::Execute()
 {
     const QVariantList values = Values();
-    if (m_engine->Describe(m_query->sql).isSelect)
+    if (m_engine->IsSelect(m_query->sql))
         throw Error(Kind::WrongUse, {m_query->name});
     return m_engine->Change(m_query->sql, values);
 }
