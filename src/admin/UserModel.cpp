@@ -5,17 +5,8 @@
 #include "core/session/DbSession.h"
 #include "core/texts/StringSource.h"
 #include "dao/Workspace.h"
+#include "dao/base/TextMatch.h"
 #include "dao/tables/UserProfileTable.h"
-
-namespace {
-
-// A profile may be left over from an account that another tool deleted.
-QString GroupOf(dao::Workspace& workspace, const QString& userName)
-{
-    return workspace.Users().Contains(userName) ? ShownGroup(workspace, userName) : QString();
-}
-
-} // namespace
 
 std::vector<UserRow> ReadUsers(IDbSession& session, const QString& query, const QString& lookFor)
 {
@@ -23,6 +14,7 @@ std::vector<UserRow> ReadUsers(IDbSession& session, const QString& query, const 
     const auto definition = session.Database().QueryDef(query);
     definition->SetParameter(QStringLiteral("lookfor"), lookFor);
     const auto rows = definition->OpenSnapshot();
+    const auto memberships = session.Workspace().Users().Memberships();
     for (; !rows->Eof(); rows->MoveNext()) {
         UserRow user;
         const dao::UserProfileRecord profile = dao::UserProfileTable::Read(*rows);
@@ -31,7 +23,8 @@ std::vector<UserRow> ReadUsers(IDbSession& session, const QString& query, const 
         user.callsign = profile.callsign;
         user.loggedOn = profile.loggedOn;
         user.allowRegrouping = profile.allowRegrouping;
-        user.group = GroupOf(session.Workspace(), user.userName);
+        // A profile may be left over from an account that another tool deleted.
+        user.group = ShownGroup(memberships.value(dao::Fold(user.userName)));
         users.push_back(user);
     }
     return users;

@@ -192,7 +192,7 @@ void frmAddressEditor::Store()
 void frmAddressEditor::WriteRecord(const dao::AddressRecord& entry)
 {
     if (!m_rows)
-        m_rows = dao::AddressTable::OpenDynaset(m_services.session.Database(), Kind());
+        m_rows = dao::AddressTable::Open(m_services.session.Database());
     if (Editing())
         m_rows->Edit();
     else

@@ -13,6 +13,7 @@
 #include "core/widgets/PlainIconDelegate.h"
 #include "core/widgets/PlainKey.h"
 #include "dao/Workspace.h"
+#include "dao/tables/RegistryTable.h"
 #include "dao/tables/StatusTable.h"
 #include "ui_frmStatusEditor.h"
 
@@ -95,6 +96,12 @@ void frmStatusEditor::ConnectControls()
 
 void frmStatusEditor::LoadDuty()
 {
+    Try([this] {
+        m_services.session.Database().ReadAhead({dao::RegistryTable::ReadingOf(InUse),
+                                                 dao::RegistryTable::ReadingOf(OnDuty),
+                                                 dao::RegistryTable::ReadingOf(OffDuty),
+                                                 {.source = dao::StatusTable::ByCode()}});
+    });
     const auto number = [this](const QString& key, const char* fallback) {
         return RegistryGet(m_services.session, key, QLatin1String(fallback)).toInt();
     };
@@ -108,9 +115,9 @@ void frmStatusEditor::FillList()
 {
     std::vector<dao::StatusRecord> rows;
     try {
-        if (m_rows)
-            for (m_rows->MoveFirst(); !m_rows->Eof(); m_rows->MoveNext())
-                rows.push_back(dao::StatusTable::Read(*m_rows));
+        const auto stati = dao::StatusTable::OpenSnapshot(m_services.session.Database());
+        for (; !stati->Eof(); stati->MoveNext())
+            rows.push_back(dao::StatusTable::Read(*stati));
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("Status messages: %1").arg(QString::fromUtf8(failure.what())));
     }
@@ -183,8 +190,9 @@ void frmStatusEditor::Set()
             }
             return;
         }
-        dao::StatusTable::Store(*m_rows, {code, m_ui->txtEditInDesc->text(), m_ui->txtEditOutDesc->text()});
-        m_shown = Seek(code);
+        const dao::StatusRecord stored{code, m_ui->txtEditInDesc->text(), m_ui->txtEditOutDesc->text()};
+        dao::StatusTable::Store(*m_rows, stored);
+        m_shown = stored;
         FillList();
         Q_EMIT StatiChanged();
     });

@@ -58,6 +58,11 @@ bool UserList::Contains(const QString& name) const
     return m_store->Find(name).has_value();
 }
 
+bool UserList::IsMember(const QString& name, const QString& group) const
+{
+    return m_store->IsMember(name, group);
+}
+
 std::unique_ptr<User> UserList::Item(const QString& name) const
 {
     const auto account = m_store->Find(name);

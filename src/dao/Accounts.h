@@ -71,6 +71,12 @@ public:
     void Refresh() {}
     QStringList Names() const; // sorted without regard to case
     bool Contains(const QString& name) const;
+    // Kind::NoSuchUser.
+    bool IsMember(const QString& name, const QString& group) const;
+    // The groups of an account that is known to be there; of another one an empty list.
+    GroupList GroupsOf(const QString& name) const { return GroupList(m_store, name); }
+    // Those of all accounts, by their names as dao::Fold has them.
+    QHash<QString, QStringList> Memberships() const { return m_store->Memberships(); }
     // Kind::NoSuchUser when there is none. The object refers to the account by name and may outlive it.
     std::unique_ptr<User> Item(const QString& name) const;
     // Stores an account that Workspace::CreateUser of this session made. Kind::UserExists.

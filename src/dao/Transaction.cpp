@@ -3,9 +3,12 @@
 
 namespace dao {
 
-Transaction::Transaction(Workspace& workspace) : m_workspace(workspace)
+Transaction::Transaction(Workspace& workspace, Changes changes) : m_workspace(workspace)
 {
-    workspace.BeginTrans();
+    if (changes == Changes::Together)
+        workspace.BeginTogether();
+    else
+        workspace.BeginTrans();
 }
 
 Transaction::~Transaction()

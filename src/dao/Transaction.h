@@ -8,7 +8,8 @@ class Workspace;
 // Commit was reached. The workspace outlives it.
 class Transaction {
 public:
-    explicit Transaction(Workspace& workspace); // raises as BeginTrans
+    enum class Changes { OneByOne, Together }; // BeginTrans or BeginTogether
+    explicit Transaction(Workspace& workspace, Changes changes = Changes::OneByOne);
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     ~Transaction();

@@ -33,6 +33,11 @@ void Workspace::BeginTrans()
     m_session.engine->Begin();
 }
 
+void Workspace::BeginTogether()
+{
+    m_session.engine->BeginTogether();
+}
+
 void Workspace::CommitTrans()
 {
     m_session.engine->Commit();

@@ -37,6 +37,10 @@ public:
     // (Kind::Locked). Kind::InTransaction when one is open, Kind::NoTransaction when none is. A commit that
     // fails leaves the transaction open.
     void BeginTrans();
+    // The same for a transaction whose changes are sent to a server together where nobody asks for an answer,
+    // so that it is hardly waited for: a failure, that of the beginning included, is raised by this call, by
+    // a later one or by CommitTrans, and leaves nothing to do but Rollback.
+    void BeginTogether();
     void CommitTrans();
     void Rollback();
 

@@ -1,7 +1,7 @@
 #include "numbering/FleetPlanTable.h"
 
 #include "dao/base/Error.h"
-#include "dao/records/Database.h"
+#include "dao/tables/SessionReadings.h"
 
 namespace {
 
@@ -20,7 +20,8 @@ constexpr int GroupsType = 2;
 } // namespace
 
 FleetPlanTable::FleetPlanTable(dao::Database& database)
-    : m_records(database.OpenTable(Table)),
+    : m_database(database),
+      m_records(database.OpenTable(Table)),
       m_longestName(database.FieldSize(Table, NameField)),
       m_longestNotes(database.FieldSize(Table, NotesField))
 {
@@ -31,9 +32,9 @@ FleetPlanTable::~FleetPlanTable() = default;
 std::vector<FleetRecord> FleetPlanTable::Read()
 {
     std::vector<FleetRecord> plan;
-    m_records->SetIndex(QStringLiteral("i_fleetbase"));
-    for (m_records->MoveFirst(); !m_records->Eof(); m_records->MoveNext())
-        plan.push_back(Current());
+    const auto records = m_database.OpenSnapshot(dao::FleetPlanQuery);
+    for (; !records->Eof(); records->MoveNext())
+        plan.push_back(Current(*records));
     return plan;
 }
 
@@ -48,7 +49,7 @@ std::optional<FleetRecord> FleetPlanTable::Find(const QString& name)
 {
     if (!Seek(name))
         return std::nullopt;
-    return Current();
+    return Current(*m_records);
 }
 
 void FleetPlanTable::Add(const FleetRecord& record)
@@ -79,16 +80,16 @@ bool FleetPlanTable::Seek(const QString& name)
     return !m_records->NoMatch();
 }
 
-FleetRecord FleetPlanTable::Current()
+FleetRecord FleetPlanTable::Current(dao::Recordset& records)
 {
-    const auto number = [this](const QString& field) { return m_records->Field(field).toInt(); };
-    return {.name = m_records->Field(NameField).toString(),
+    const auto number = [&](const QString& field) { return records.Field(field).toInt(); };
+    return {.name = records.Field(NameField).toString(),
             .fleet = {.fleetType = number(TypeField) == UnitsType ? FleetType::Units : FleetType::Groups,
                       .digits = number(DigitsField),
                       .prefix = number(PrefixField),
                       .baseIdent = number(BaseField),
                       .maxIdent = number(MaxField)},
-            .notes = m_records->Field(NotesField).toString()};
+            .notes = records.Field(NotesField).toString()};
 }
 
 void FleetPlanTable::Write(const FleetRecord& record)

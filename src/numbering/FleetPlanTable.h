@@ -30,9 +30,10 @@ public:
 
 private:
     bool Seek(const QString& name);
-    FleetRecord Current();
+    static FleetRecord Current(dao::Recordset& records);
     void Write(const FleetRecord& record);
 
+    dao::Database& m_database;
     std::unique_ptr<dao::Recordset> m_records;
     int m_longestName;
     int m_longestNotes;

@@ -6,6 +6,7 @@
 #include "core/texts/Errors.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/ServerSetup.h"
+#include "dao/tables/SessionReadings.h"
 #include "support/TestServer.h"
 
 #include <QFile>
@@ -123,6 +124,7 @@ public:
         m_workspace = m_database.Open(logonName, logonPassword, m_options);
         m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
                             [this](bool away) { m_changes.SetAway(away); }});
+        m_workspace->Database().ReadAhead(dao::SessionReadings(m_workspace->UserName()));
         m_changes.Open([this] { return Workspace().ChangedElsewhere(); });
     }
     DatabaseChanges& Changes() override { return m_changes; }
@@ -137,7 +139,7 @@ public:
     QString SelectDatabaseFile() override { return {}; }
     bool IsMemberOf(const QString& group) override
     {
-        return Workspace().Users().Item(m_workspace->UserName())->Groups().Contains(group);
+        return Workspace().Users().IsMember(m_workspace->UserName(), group);
     }
 
 private:

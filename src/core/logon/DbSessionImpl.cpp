@@ -12,6 +12,7 @@
 #include "core/texts/TextIds.h"
 #include "core/widgets/FilePicker.h"
 #include "dao/base/FileAccess.h"
+#include "dao/tables/SessionReadings.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -134,6 +135,7 @@ void DbSession::WatchDatabase()
 {
     m_workspace->Watch({[this](const QString& table) { m_changes.Tell(table); },
                         [this](bool away) { m_changes.SetAway(away); }});
+    m_workspace->Database().ReadAhead(dao::SessionReadings(m_workspace->UserName()));
     m_changes.Open([this] { return m_workspace->ChangedElsewhere(); });
 }
 
@@ -157,7 +159,7 @@ bool DbSession::IsMemberOf(const QString& group)
 {
     dao::Workspace& workspace = Workspace();
     try {
-        return workspace.Users().Item(workspace.UserName())->Groups().Contains(group);
+        return workspace.Users().IsMember(workspace.UserName(), group);
     } catch (const dao::Error& error) {
         throw Error(ErrorCode::General, DescribeError(error, m_strings));
     }

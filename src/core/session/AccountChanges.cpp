@@ -16,7 +16,7 @@ void RequireChange(dao::QueryDef& query)
 
 void AddAccount(dao::Workspace& workspace, const NewAccount& account)
 {
-    dao::Transaction transaction(workspace);
+    dao::Transaction transaction(workspace, dao::Transaction::Changes::Together);
     dao::UserProfileTable::Add(workspace.Database(), {.userName = account.userName,
                                                       .callsign = account.callsign,
                                                       .allowRegrouping = account.allowRegrouping});
@@ -30,7 +30,7 @@ void AddAccount(dao::Workspace& workspace, const NewAccount& account)
 
 void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
 {
-    dao::Transaction transaction(workspace);
+    dao::Transaction transaction(workspace, dao::Transaction::Changes::Together);
     const auto query = workspace.Database().QueryDef("change_user_profile");
     query->SetParameter("id", change.profileId);
     query->SetParameter("cs", change.callsign);
@@ -38,17 +38,17 @@ void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
     RequireChange(*query);
     // Removing a group only to give it back would fail for the last administrator.
     if (!change.newGroup.isEmpty() && change.newGroup != change.oldGroup) {
-        const auto user = workspace.Users().Item(change.userName);
+        dao::GroupList groups = workspace.Users().GroupsOf(change.userName);
         if (!change.oldGroup.isEmpty())
-            user->Groups().Delete(change.oldGroup);
-        user->Groups().Append(change.newGroup);
+            groups.Delete(change.oldGroup);
+        groups.Append(change.newGroup);
     }
     transaction.Commit();
 }
 
 void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName)
 {
-    dao::Transaction transaction(workspace);
+    dao::Transaction transaction(workspace, dao::Transaction::Changes::Together);
     const auto query = workspace.Database().QueryDef("drop_user_profile");
     query->SetParameter("id", profileId);
     RequireChange(*query);
@@ -56,10 +56,10 @@ void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString
     transaction.Commit();
 }
 
-QString ShownGroup(dao::Workspace& workspace, const QString& userName)
+QString ShownGroup(const QStringList& groups)
 {
     QString shown;
-    for (const QString& group : workspace.Users().Item(userName)->Groups().Names())
+    for (const QString& group : groups)
         if (group != QLatin1String(dao::UsersGroupName))
             shown = group;
     return shown;

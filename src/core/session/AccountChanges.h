@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace dao {
 class Workspace;
@@ -34,5 +35,6 @@ void ChangeAccount(dao::Workspace& workspace, const AccountChange& change);
 // Kind::RecordGone when the profile no longer exists.
 void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName);
 
-// The group that a list shows for an account: the last one other than "Users"; empty when there is none.
-QString ShownGroup(dao::Workspace& workspace, const QString& userName);
+// The group that a list shows for an account that is in these: the last one other than "Users"; empty when
+// there is none.
+QString ShownGroup(const QStringList& groups);

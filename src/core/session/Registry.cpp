@@ -39,7 +39,7 @@ void RegistrySet(IDbSession& session, const QString& key, const QString& value)
 
 void RegistryStore(IDbSession& session, const QList<std::pair<QString, QString>>& values)
 {
-    dao::Transaction transaction(session.Workspace());
+    dao::Transaction transaction(session.Workspace(), dao::Transaction::Changes::Together);
     for (const auto& [key, value] : values)
         dao::RegistryTable::Store(session.Database(), key, value);
     transaction.Commit();

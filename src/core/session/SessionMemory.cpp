@@ -105,6 +105,8 @@ void SessionMemory::DropGroup(qint32 groupId, quint8 pos)
 // An empty name: all of them. What cannot be read is told again.
 void SessionMemory::ReadTables(const QString& table)
 {
+    if (table.isEmpty())
+        ReadAhead();
     for (const QString& name : {Address, Regroup, Registry}) {
         if (!table.isEmpty() && table != name)
             continue;
@@ -115,6 +117,15 @@ void SessionMemory::ReadTables(const QString& table)
                 QStringLiteral("Memory: %1 not read: %2").arg(name, QString::fromUtf8(failure.what())));
             m_changes.KeepUnread(name);
         }
+    }
+}
+
+void SessionMemory::ReadAhead()
+{
+    try {
+        m_session.Database().ReadAhead({{.source = Address}, {.source = Regroup}, {.source = Registry}});
+    } catch (const std::exception&) {
+        // Reading finds it out, too.
     }
 }
 

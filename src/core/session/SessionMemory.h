@@ -69,6 +69,7 @@ private:
 
     void EndWait(const QString& id, bool refused);
     void ReadTables(const QString& table);
+    void ReadAhead();
     void ReadOne(const QString& table);
     void ReadLater(const QString& table);
     void ReadDue();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -36,6 +37,10 @@ public:
     virtual std::optional<Account> Find(const QString& user) = 0;
     virtual QStringList Groups() = 0; // sorted, as are those of an account
     virtual QStringList GroupsOf(const QString& user) = 0;
+    // Kind::NoSuchUser.
+    virtual bool IsMember(const QString& user, const QString& group);
+    // The groups of all accounts, by their names without regard to case (see Fold).
+    virtual QHash<QString, QStringList> Memberships();
 
     // What is stored in the place of a password. Kind::BadPassword for one that the engine cannot tell from
     // none.

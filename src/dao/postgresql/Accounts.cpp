@@ -1,10 +1,16 @@
 #include "dao/postgresql/Accounts.h"
+#include "dao/base/TextMatch.h"
 
 namespace dao::postgresql {
 
 namespace {
 
 constexpr auto WhereUser = " WHERE kyn_fold(user_name)=kyn_fold(?)";
+
+// Empty: the session's own account.
+constexpr auto Membership = "SELECT EXISTS (SELECT 1 FROM membership WHERE membership.account_id = "
+                            "account.account_id AND group_name = ?) FROM account "
+                            "WHERE kyn_fold(user_name)=kyn_fold(COALESCE(?, kyn_user()))";
 
 } // namespace
 
@@ -26,24 +32,27 @@ Accounts::Accounts(std::shared_ptr<Connection> connection, const QString& ownNam
 void Accounts::Call(const QString& call, const QVariantList& values, const QString& user,
                     const QString& group)
 {
-    try {
-        m_connection->Change(call, values);
-    } catch (const Error& error) {
-        switch (error.kind) {
-        case Kind::NoSuchUser:
-        case Kind::UserExists:
-        case Kind::LastAdministrator:
-            throw Error(error.kind, {user}, error.engineText);
-        case Kind::NoSuchGroup:
-        case Kind::GroupExists:
-            throw Error(error.kind, {group}, error.engineText);
-        case Kind::AlreadyMember:
-        case Kind::NotAMember:
-            throw Error(error.kind, {user, group}, error.engineText);
-        default:
-            throw;
-        }
-    }
+    m_connection->ChangeLater(
+        call, values,
+        [user, group](Error& error) {
+            switch (error.kind) {
+            case Kind::NoSuchUser:
+            case Kind::UserExists:
+            case Kind::LastAdministrator:
+                error = Error(error.kind, {user}, error.engineText);
+                break;
+            case Kind::NoSuchGroup:
+            case Kind::GroupExists:
+                error = Error(error.kind, {group}, error.engineText);
+                break;
+            case Kind::AlreadyMember:
+            case Kind::NotAMember:
+                error = Error(error.kind, {user, group}, error.engineText);
+                break;
+            default:
+                break;
+            }
+        });
 }
 
 QStringList Accounts::Column(const QString& sql, const QVariantList& values)
@@ -56,7 +65,9 @@ QStringList Accounts::Column(const QString& sql, const QVariantList& values)
 
 void Accounts::RequireAdministrator()
 {
-    if (!m_connection->Value("SELECT kyn_is_admin()").toBool())
+    if (m_connection->IsTogether())
+        m_connection->ChangeLater("SELECT kyn_require_admin()", {}, [](Error&) {});
+    else if (!m_connection->Value("SELECT kyn_is_admin()").toBool())
         throw Error(Kind::NotPermitted);
 }
 
@@ -84,6 +95,30 @@ QStringList Accounts::GroupsOf(const QString& user)
     return Column(QString("SELECT group_name FROM membership JOIN account USING (account_id)") + WhereUser +
                       " ORDER BY group_name",
                   {user});
+}
+
+bool Accounts::IsMember(const QString& user, const QString& group)
+{
+    const QVariant isMember =
+        m_connection->Value(Membership, {group, IsOwn(user) ? QVariant() : QVariant(user)});
+    if (!isMember.isValid())
+        throw Error(Kind::NoSuchUser, {user});
+    return isMember.toBool();
+}
+
+QHash<QString, QStringList> Accounts::Memberships()
+{
+    QHash<QString, QStringList> memberships;
+    for (const QVariantList& row :
+         m_connection->AllRows("SELECT user_name, group_name FROM membership JOIN account USING (account_id) "
+                               "ORDER BY group_name"))
+        memberships[Fold(row[0].toString())].append(row[1].toString());
+    return memberships;
+}
+
+QList<Request> Accounts::FirstRequests()
+{
+    return {{Membership, {QString(AdminsGroupName), QVariant()}}};
 }
 
 QByteArray Accounts::Secret(const QString& user, const QString& password)

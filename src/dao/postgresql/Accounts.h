@@ -20,6 +20,10 @@ public:
     std::optional<Account> Find(const QString& user) override;
     QStringList Groups() override;
     QStringList GroupsOf(const QString& user) override;
+    bool IsMember(const QString& user, const QString& group) override;
+    QHash<QString, QStringList> Memberships() override;
+    // What every session asks when it begins.
+    static QList<Request> FirstRequests();
     QByteArray Secret(const QString& user, const QString& password) override;
     void ProveOwnPassword(const QString& password) override;
     void StorePassword(const QString& user, const QString& password) override;

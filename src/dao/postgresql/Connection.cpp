@@ -1,7 +1,6 @@
 #include "dao/postgresql/Connection.h"
 #include "dao/postgresql/ErrorMapping.h"
 #include "dao/postgresql/ResultRecordset.h"
-#include "dao/postgresql/TableReader.h"
 #include <QRegularExpression>
 
 namespace dao::postgresql {
@@ -119,7 +118,12 @@ std::unique_ptr<Recordset> Connection::OpenSnapshot(const QString& sql, const QV
 
 std::shared_ptr<const TableShape> Connection::ReadTable(const QString& name)
 {
-    return ReadTableShape(*this, name);
+    if (m_tables.isEmpty())
+        m_tables = ReadTableShapes(*this);
+    const auto table = m_tables.value(name.toLower());
+    if (!table)
+        throw Error(Kind::NoSuchTable, {name});
+    return table;
 }
 
 QVariant Connection::Value(const QString& sql, const QVariantList& values)
@@ -131,6 +135,8 @@ QVariant Connection::Value(const QString& sql, const QVariantList& values)
 void Connection::Execute(const QString& script)
 {
     Live();
+    m_ahead.answers.clear();
+    m_tables.clear();
     const Result result = SendScript(script.toUtf8());
     if (!result.IsSuccess())
         Raise(result);

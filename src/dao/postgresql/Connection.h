@@ -4,6 +4,7 @@
 #include "dao/postgresql/Batch.h"
 #include "dao/postgresql/Result.h"
 #include "dao/postgresql/ServerLink.h"
+#include "dao/postgresql/TableReader.h"
 #include "dao/records/Engine.h"
 #include <QDateTime>
 #include <QHash>
@@ -55,6 +56,7 @@ public:
     // Waits for nothing. What is changed later is gathered until somebody asks for an answer; the first
     // failure, that of the beginning included, is raised by that call and by all others until Rollback.
     void BeginTogether() override;
+    bool IsTogether() const { return m_isTogether; }
     void Commit() override;
     void Rollback() override;
 
@@ -98,6 +100,7 @@ private:
     QHash<QString, StatementPtr> m_statements;
     int m_names = 0;
     Ahead m_ahead;
+    TableShapes m_tables;
     bool m_inTransaction = false;
     int m_transactionGeneration = 0; // of the connection that it was begun on
     bool m_hasSavepoint = false;

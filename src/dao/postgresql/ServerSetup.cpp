@@ -10,6 +10,8 @@ namespace dao::postgresql {
 
 namespace {
 
+constexpr auto IsOurs = "SELECT to_regclass('kyn.file_info') IS NOT NULL";
+constexpr auto Version = "SELECT value FROM file_info WHERE name='schema_version'";
 constexpr int PidLength = 20;
 
 // The name begins those of the roles, and it is typed in psql without quotes.
@@ -91,12 +93,15 @@ std::shared_ptr<Connection> ConnectAsServerAdministrator(const ServerAddress& ad
     return Connection::Open(logon);
 }
 
+QList<Request> SchemaRequests()
+{
+    return {{IsOurs, {}}, {Version, {}}};
+}
+
 int SchemaVersionOf(Connection& connection)
 {
-    const QVariant isOurs = connection.Value("SELECT to_regclass('kyn.file_info') IS NOT NULL");
-    const QVariant version = isOurs.toBool()
-                                 ? connection.Value("SELECT value FROM file_info WHERE name='schema_version'")
-                                 : QVariant();
+    const QVariant isOurs = connection.Value(IsOurs);
+    const QVariant version = isOurs.toBool() ? connection.Value(Version) : QVariant();
     if (!version.isValid())
         throw Error(Kind::NotADatabase, {connection.Link().Server()});
     return version.toInt();

@@ -16,6 +16,7 @@ QString AdminsRole(const QString& database);
 QString UsersRole(const QString& database);
 
 // Kind::NotADatabase for a database that is none of this program.
+QList<Request> SchemaRequests(); // what that asks the server
 int SchemaVersionOf(Connection& connection);
 
 // Makes the database `address.Database()` with its roles and schema and, unless `adminUser` is empty, a first

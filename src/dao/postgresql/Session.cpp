@@ -2,6 +2,8 @@
 #include "dao/base/SchemaScripts.h"
 #include "dao/postgresql/Accounts.h"
 #include "dao/postgresql/ServerSetup.h"
+#include "dao/postgresql/TableReader.h"
+#include "dao/records/QueryDef.h"
 
 namespace dao::postgresql {
 
@@ -58,9 +60,20 @@ private:
     QString m_database;
 };
 
-EngineSession OpenAs(const Logon& logon, const Connection::Now& now)
+// What the opening asks, and what everybody asks then.
+QList<Request> FirstRequests()
+{
+    return QList<Request>{{"SELECT kyn_user()", {}},
+                          {"SELECT value FROM file_info WHERE name=?", {"database_id"}},
+                          {StoredQuery::AllSql, {}}} +
+           SchemaRequests() + Accounts::FirstRequests() + TableRequests();
+}
+
+// `watched`: its watcher will want to hear of every change from the first reading on.
+EngineSession OpenAs(const Logon& logon, const Connection::Now& now, bool watched)
 {
     const auto connection = Connection::Open(logon, now);
+    connection->ReadAhead(FirstRequests(), watched);
     const int version = SchemaVersionOf(*connection);
     const int known = SchemaScripts("postgresql/").last().version;
     if (version != known)
@@ -73,7 +86,7 @@ EngineSession OpenAs(const Logon& logon, const Connection::Now& now)
                 connection->Link().Listen(watcher.changed, watcher.away);
             },
             {},
-            [logon, now] { return OpenAs(logon, now); },
+            [logon, now] { return OpenAs(logon, now, false); },
             Identity(connection)};
 }
 
@@ -84,7 +97,7 @@ EngineSession OpenSession(const ServerAddress& address, const QString& user, con
 {
     return OpenAs({address, address.Database().toUtf8(), RoleName(address.Database(), user),
                    PasswordBytes(password), options.busyTimeout},
-                  options.now);
+                  options.now, true);
 }
 
 } // namespace dao::postgresql

@@ -2,6 +2,7 @@
 #include "dao/base/Error.h"
 #include "dao/base/Names.h"
 #include "dao/records/AppendRecordset.h"
+#include "dao/records/EditBuffer.h"
 #include "dao/records/Engine.h"
 #include "dao/records/KeysetRecordset.h"
 #include "dao/records/TableShape.h"
@@ -53,17 +54,53 @@ std::shared_ptr<const TableShape> Database::Table(const QString& name)
 
 std::shared_ptr<const StoredQuery> Database::Query(const QString& name)
 {
-    const QString key = name.toLower();
-    if (auto known = m_queries.value(key))
-        return known;
-    const auto row =
-        m_engine->FirstRow("SELECT name, sql, table_name FROM stored_query WHERE name=?", {name});
-    if (!row)
-        return nullptr;
-    auto query = std::make_shared<const StoredQuery>(
-        StoredQuery{(*row)[0].toString(), (*row)[1].toString(), (*row)[2].toString()});
-    m_queries.insert(key, query);
-    return query;
+    if (!m_engine->IsOpen())
+        throw Error(Kind::Closed);
+    if (m_queries.isEmpty())
+        for (const QVariantList& row : m_engine->AllRows(StoredQuery::AllSql))
+            m_queries.insert(row[0].toString().toLower(),
+                             std::make_shared<const StoredQuery>(
+                                 StoredQuery{row[0].toString(), row[1].toString(), row[2].toString()}));
+    return m_queries.value(name.toLower());
+}
+
+void Database::ReadAhead(const QList<Reading>& readings)
+{
+    QList<Request> requests;
+    for (const Reading& reading : readings) {
+        try {
+            requests.append(RequestFor(reading));
+        } catch (const Error& error) {
+            if (error.kind == Kind::Closed)
+                throw;
+        }
+    }
+    m_engine->ReadAhead(requests);
+}
+
+Request Database::RequestFor(const Reading& reading)
+{
+    if (!reading.index.isEmpty())
+        return {Table(reading.source)->IndexNamed(reading.index).seekSql, reading.key};
+    if (IsSql(reading.source))
+        return {reading.source, {}};
+    const auto query = Query(reading.source);
+    if (!query)
+        return {"SELECT * FROM " + Quoted(Table(reading.source)->Name()), {}};
+    QVariantList values;
+    for (const QString& parameter : m_engine->Parameters(query->sql))
+        values.append(reading.parameters.value(parameter));
+    return {query->sql, values};
+}
+
+void Database::Put(const QString& table, const QList<QPair<QString, QVariant>>& fields)
+{
+    const auto shape = Table(table);
+    EditBuffer record(shape);
+    record.Begin(EditBuffer::Kind::Adding);
+    for (const auto& [field, value] : fields)
+        record.Set(FieldPosition(shape->ColumnNames(), field), value);
+    record.Put(*m_engine);
 }
 
 std::unique_ptr<Recordset> Database::OpenTable(const QString& name, bool appendOnly)

@@ -3,7 +3,10 @@
 #include "dao/records/QueryDef.h"
 #include "dao/records/Recordset.h"
 #include <QHash>
+#include <QList>
+#include <QPair>
 #include <QString>
+#include <QVariant>
 #include <QVariantList>
 #include <memory>
 #include <vector>
@@ -12,6 +15,15 @@ namespace dao {
 
 class Engine;
 class TableShape;
+struct Request;
+
+// What will be read next, see Database::ReadAhead.
+struct Reading {
+    QString source;              // as OpenSnapshot takes it, or a stored query with parameters, or a table
+    QVariantMap parameters = {}; // of the stored query
+    QString index = {};          // of the table, to Seek on
+    QVariantList key = {};       // what is sought
+};
 
 // An open database, on any engine; owned by its Workspace. Statements are prepared once per recordset shape
 // and stored query and kept.
@@ -42,6 +54,14 @@ public:
     // A stored query by name, ignoring case. Kind::NoSuchQuery when there is none.
     std::unique_ptr<dao::QueryDef> QueryDef(const QString& name);
 
+    // These will be read next, each just so. A server is waited for once for all of them instead of once for
+    // each; what others or this session change before is read again. Nothing on files. What cannot be read is
+    // found out by who reads it.
+    void ReadAhead(const QList<Reading>& readings);
+
+    // Inserts a record, or changes these fields of the one that has the same key. Raises what Update does.
+    void Put(const QString& table, const QList<QPair<QString, QVariant>>& fields);
+
     // Defined size of a text field in characters; 0 for one without a limit and for a field that is not text.
     int FieldSize(const QString& table, const QString& field);
 
@@ -52,6 +72,7 @@ private:
     QString Info(const QString& name);
     std::shared_ptr<const TableShape> Table(const QString& name);
     std::shared_ptr<const StoredQuery> Query(const QString& name); // empty when there is none
+    Request RequestFor(const Reading& reading);
     std::unique_ptr<Recordset> OpenQueryDynaset(const StoredQuery& query);
 
     std::shared_ptr<Engine> m_engine;

@@ -58,16 +58,31 @@ QVariantList EditBuffer::Values() const
 
 void EditBuffer::Insert(Engine& engine) const
 {
-    Run(engine, m_table->InsertSql(m_fields), Values());
+    CheckValues();
+    engine.ChangeLater(m_table->InsertSql(m_fields), Values(),
+                       [buffer = *this](Error& error) { buffer.Explain(error); });
 }
 
-bool EditBuffer::Change(Engine& engine, const QVariantList& key, const QStringList& columns,
-                        const QVariantList& read) const
+void EditBuffer::Put(Engine& engine) const
 {
+    CheckValues();
+    engine.ChangeLater(m_table->PutSql(m_fields), Values(),
+                       [buffer = *this](Error& error) { buffer.Explain(error); });
+}
+
+Engine::Changed EditBuffer::Change(Engine& engine, const QVariantList& key, const QStringList& columns,
+                                   const QVariantList& read, const Request& wanted) const
+{
+    CheckValues();
     QString sql = m_table->UpdateSql(m_fields);
     for (const QString& column : columns)
         sql += " AND " + Quoted(column) + " IS NOT DISTINCT FROM ?";
-    return Run(engine, sql, Values() + key + read) > 0;
+    try {
+        return engine.ChangeAndRead({sql, Values() + key + read}, wanted);
+    } catch (Error& error) {
+        Explain(error);
+        throw;
+    }
 }
 
 // The table refuses these, too, but not every engine tells then which field it was.
@@ -79,24 +94,19 @@ void EditBuffer::CheckValues() const
 }
 
 // Tells in an error about a key which index it was and what value stands there already.
-int EditBuffer::Run(Engine& engine, const QString& sql, const QVariantList& values) const
+void EditBuffer::Explain(Error& error) const
 {
-    CheckValues();
+    if (error.kind != dao::Kind::DuplicateKey)
+        return;
+    const QString index = m_table->IndexOf(error.values.value(0));
+    QStringList key;
     try {
-        return engine.Change(sql, values);
-    } catch (Error& error) {
-        if (error.kind != dao::Kind::DuplicateKey)
-            throw;
-        const QString index = m_table->IndexOf(error.values.value(0));
-        QStringList key;
-        try {
-            for (const QString& field : m_table->IndexNamed(index).fields)
-                key.append(Value(FieldPosition(m_table->ColumnNames(), field)).toString());
-        } catch (const Error&) {
-            // A unique constraint that is no index of the table's description.
-        }
-        throw Error(dao::Kind::DuplicateKey, {index, key.join(", ")}, error.engineText);
+        for (const QString& field : m_table->IndexNamed(index).fields)
+            key.append(Value(FieldPosition(m_table->ColumnNames(), field)).toString());
+    } catch (const Error&) {
+        // A unique constraint that is no index of the table's description.
     }
+    error = Error(dao::Kind::DuplicateKey, {index, key.join(", ")}, error.engineText);
 }
 
 } // namespace dao

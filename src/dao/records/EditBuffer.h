@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/records/Engine.h"
 #include "dao/records/TableShape.h"
 #include <QVariant>
 #include <QVariantList>
@@ -24,15 +25,17 @@ public:
     QVariant Value(int column) const { return m_values[static_cast<std::size_t>(column)]; }
 
     void Insert(Engine& engine) const;
-    // Changes the record of that key whose `columns` still have the values `read`. Returns false when there
-    // is none.
-    bool Change(Engine& engine, const QVariantList& key, const QStringList& columns,
-                const QVariantList& read) const;
+    // Inserts, or changes the record that has the same key.
+    void Put(Engine& engine) const;
+    // Changes the record of that key whose `columns` still have the values `read`, and reads what is wanted
+    // then. No record was changed when there is none.
+    Engine::Changed Change(Engine& engine, const QVariantList& key, const QStringList& columns,
+                           const QVariantList& read, const Request& wanted) const;
 
 private:
     QVariantList Values() const;
     void CheckValues() const;
-    int Run(Engine& engine, const QString& sql, const QVariantList& values) const;
+    void Explain(Error& error) const;
 
     std::shared_ptr<const TableShape> m_table;
     Kind m_state = Kind::None;

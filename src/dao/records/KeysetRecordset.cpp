@@ -116,17 +116,7 @@ void KeysetRecordset::Update()
         if (m_edit.IsEmpty())
             break;
         ChangeRecord(engine);
-        QVariantList key = m_key;
-        for (qsizetype i = 0; i < key.size(); ++i)
-            if (const int column =
-                    m_tableColumns[static_cast<std::size_t>(m_keyColumns[static_cast<std::size_t>(i)])];
-                m_edit.IsSet(column))
-                key[i] = m_edit.Value(column);
-        if (m_keys && m_next > 0 && m_next <= m_keys->size() && (*m_keys)[m_next - 1] == m_key)
-            (*m_keys)[m_next - 1] = key;
         m_edit.Clear();
-        if (!ReadRecord(RowSql(), key))
-            m_place = Place::NoRecord; // the change has moved it out of what the query shows
         return;
     }
     }
@@ -143,10 +133,32 @@ void KeysetRecordset::ChangeRecord(Engine& engine)
         columns.append(m_source.table->ColumnNames()[m_tableColumns[i]]);
         read.append(m_record[static_cast<qsizetype>(i)]);
     }
-    if (m_edit.Change(engine, m_key, columns, read))
-        return;
-    const bool isThere = engine.FirstRow(m_source.table->RowSql(), m_key).has_value();
-    throw Error(isThere ? Kind::RecordChanged : Kind::RecordGone);
+    QVariantList key = m_key;
+    for (qsizetype i = 0; i < key.size(); ++i)
+        if (const int column =
+                m_tableColumns[static_cast<std::size_t>(m_keyColumns[static_cast<std::size_t>(i)])];
+            m_edit.IsSet(column))
+            key[i] = m_edit.Value(column);
+    const Engine::Changed changed = m_edit.Change(engine, m_key, columns, read, {RowSql(), key});
+    if (changed.records == 0) {
+        const bool isThere = engine.FirstRow(m_source.table->RowSql(), m_key).has_value();
+        throw Error(isThere ? Kind::RecordChanged : Kind::RecordGone);
+    }
+    if (m_keys && m_next > 0 && m_next <= m_keys->size() && (*m_keys)[m_next - 1] == m_key)
+        (*m_keys)[m_next - 1] = key;
+    if (changed.row)
+        Take(*changed.row);
+    else
+        m_place = Place::NoRecord; // the change has moved it out of what the query shows
+}
+
+void KeysetRecordset::Take(QVariantList record)
+{
+    m_record = std::move(record);
+    m_key.clear();
+    for (const int column : m_keyColumns)
+        m_key.append(m_record[column]);
+    m_place = Place::OnRecord;
 }
 
 void KeysetRecordset::Delete()
@@ -218,11 +230,7 @@ bool KeysetRecordset::ReadRecord(const QString& sql, const QVariantList& values)
     auto record = Open().FirstRow(sql, values);
     if (!record)
         return false;
-    m_record = std::move(*record);
-    m_key.clear();
-    for (const int column : m_keyColumns)
-        m_key.append(m_record[column]);
-    m_place = Place::OnRecord;
+    Take(std::move(*record));
     return true;
 }
 

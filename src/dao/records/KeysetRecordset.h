@@ -49,6 +49,7 @@ private:
     void MoveTo(std::size_t position);
     void Find(const QString& sql, const QVariantList& values);
     void ChangeRecord(Engine& engine);
+    void Take(QVariantList record);
     bool ReadRecord(const QString& sql, const QVariantList& values);
     QString RowSql() const;
 

@@ -17,6 +17,9 @@ struct StoredQuery {
     QString name;
     QString sql;
     QString table; // edited by its dynaset; may be empty
+
+    // All of them, in the order of these fields.
+    static constexpr auto AllSql = "SELECT name, sql, table_name FROM stored_query";
 };
 
 // A stored query with its parameters. Valid as long as the database is open. Every parameter must be set

@@ -1,12 +1,11 @@
 #include "dao/records/TableShape.h"
 #include "dao/base/Error.h"
 #include "dao/base/Names.h"
-#include "dao/records/Engine.h"
 
 namespace dao {
 
-TableShape::TableShape(Engine& engine, const QString& name, const QList<Column>& columns,
-                       const QStringList& keyFields)
+TableShape::TableShape(const QString& name, const QList<Column>& columns, const QStringList& keyFields,
+                       const std::vector<QVariantList>& indexes)
     : m_name(name),
       m_columns(columns),
       m_keyFields(keyFields)
@@ -19,15 +18,13 @@ TableShape::TableShape(Engine& engine, const QString& name, const QList<Column>&
     const QString from = " FROM " + Quoted(m_name) + " WHERE " + AllEqual(m_keyFields);
     m_deleteSql = "DELETE" + from;
     m_rowSql = "SELECT " + QuotedList(m_columnNames) + from;
-    ReadIndexes(engine);
+    MakeIndexes(indexes);
 }
 
-void TableShape::ReadIndexes(Engine& engine)
+void TableShape::MakeIndexes(const std::vector<QVariantList>& rows)
 {
     QList<QPair<Index, QStringList>> found; // with the expressions that the index is on
-    for (const QVariantList& row : engine.AllRows("SELECT index_name, field_name, ignore_case FROM index_def "
-                                                  "WHERE table_name=? ORDER BY index_name, field_no",
-                                                  {m_name})) {
+    for (const QVariantList& row : rows) {
         const QString name = row[0].toString();
         if (found.isEmpty() || found.last().first.name != name)
             found.append({Index{name, {}, {}, {}}, {}});
@@ -83,6 +80,16 @@ const QString& TableShape::InsertSql(quint64 fields) const
                                      QStringList(names.size(), "?").join(", ") + ")";
     }
     return sql;
+}
+
+QString TableShape::PutSql(quint64 fields) const
+{
+    QStringList changes;
+    for (const QString& field : NamesOf(fields))
+        if (!m_keyFields.contains(field))
+            changes.append(Quoted(field) + "=excluded." + Quoted(field));
+    return InsertSql(fields) + " ON CONFLICT (" + QuotedList(m_keyFields) + ") DO UPDATE SET " +
+           changes.join(", ");
 }
 
 const QString& TableShape::UpdateSql(quint64 fields) const

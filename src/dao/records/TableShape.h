@@ -4,11 +4,11 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariantList>
 #include <memory>
+#include <vector>
 
 namespace dao {
-
-class Engine;
 
 // A table as the recordsets need to know it: fields, identity, indexes by name, and the SQL that follows from
 // them, each text made once. Indexes by their DAO names come from the table index_def, since "PrimaryKey" is
@@ -28,9 +28,10 @@ public:
         QString keysSql; // identities of all records in the index's order
     };
 
-    // `keyFields`: the fields of the primary key, in their order. Reads the indexes.
-    TableShape(Engine& engine, const QString& name, const QList<Column>& columns,
-               const QStringList& keyFields);
+    // `keyFields`: the fields of the primary key, in their order. `indexes`: index name, field and whether it
+    // ignores case, for each field of each index in their order.
+    TableShape(const QString& name, const QList<Column>& columns, const QStringList& keyFields,
+               const std::vector<QVariantList>& indexes);
 
     const QString& Name() const { return m_name; }
     const QList<Column>& Columns() const { return m_columns; }
@@ -44,12 +45,14 @@ public:
 
     // The fields are positions in Columns(), in ascending order, as bits.
     const QString& InsertSql(quint64 fields) const;
+    // Inserts the record, or changes the one that has the same key.
+    QString PutSql(quint64 fields) const;
     const QString& UpdateSql(quint64 fields) const; // the key's values follow
     const QString& DeleteSql() const { return m_deleteSql; }
     const QString& RowSql() const { return m_rowSql; } // one record by its key
 
 private:
-    void ReadIndexes(Engine& engine);
+    void MakeIndexes(const std::vector<QVariantList>& rows);
     QStringList NamesOf(quint64 fields) const;
 
     QString m_name;

@@ -38,7 +38,11 @@ std::shared_ptr<const TableShape> ReadTableShape(Engine& engine, const Handle& f
             keyFields[place - 1] = columns.last().name;
     }
     keyFields.removeAll(QString());
-    return std::make_shared<const TableShape>(engine, name, columns, keyFields);
+    return std::make_shared<const TableShape>(
+        name, columns, keyFields,
+        engine.AllRows("SELECT index_name, field_name, ignore_case FROM index_def WHERE table_name=? "
+                       "ORDER BY index_name, field_no",
+                       {name}));
 }
 
 } // namespace dao::sqlite

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dao/records/Engine.h"
 #include "dao/records/TableShape.h"
 #include "dao/sqlite/Handle.h"
 

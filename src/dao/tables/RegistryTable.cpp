@@ -4,10 +4,12 @@ namespace dao {
 
 namespace {
 
+const QString KeyIndex = QStringLiteral("i_key");
+
 std::unique_ptr<Recordset> OpenAt(Database& database, const QString& key)
 {
     auto rows = database.OpenTable(RegistryTable::Table);
-    rows->SetIndex(QStringLiteral("i_key"));
+    rows->SetIndex(KeyIndex);
     rows->Seek(key);
     return rows;
 }
@@ -20,17 +22,14 @@ std::optional<QString> RegistryTable::Find(Database& database, const QString& ke
     return rows->NoMatch() ? std::nullopt : std::optional(rows->Field(ValueField).toString());
 }
 
+Reading RegistryTable::ReadingOf(const QString& key)
+{
+    return {.source = Table, .index = KeyIndex, .key = {key}};
+}
+
 void RegistryTable::Store(Database& database, const QString& key, const QString& value)
 {
-    const auto rows = OpenAt(database, key);
-    if (rows->NoMatch()) {
-        rows->AddNew();
-        rows->SetField(KeyField, key);
-    } else {
-        rows->Edit();
-    }
-    rows->SetField(ValueField, value);
-    rows->Update();
+    database.Put(Table, {{KeyField, key}, {ValueField, value}});
 }
 
 } // namespace dao

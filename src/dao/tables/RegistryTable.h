@@ -17,6 +17,7 @@ public:
 
     // Nothing when the key is not there; a value of Null is an empty text. Keys keep their case.
     static std::optional<QString> Find(Database& database, const QString& key);
+    static Reading ReadingOf(const QString& key); // what Find reads
     static void Store(Database& database, const QString& key, const QString& value);
 };
 

@@ -15,9 +15,14 @@ std::unique_ptr<Recordset> StatusTable::Open(Database& database)
     return database.OpenTable(Table);
 }
 
+QString StatusTable::ByCode()
+{
+    return QStringLiteral("select * from %1 order by %2").arg(Table, CodeField);
+}
+
 std::unique_ptr<Recordset> StatusTable::OpenSnapshot(Database& database)
 {
-    return database.OpenSnapshot(QStringLiteral("select * from %1 order by %2").arg(Table, CodeField));
+    return database.OpenSnapshot(ByCode());
 }
 
 StatusRecord StatusTable::Read(Recordset& rows)

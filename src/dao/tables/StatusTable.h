@@ -20,6 +20,7 @@ public:
 
     // Both by code; the key of the first is the code.
     static std::unique_ptr<Recordset> Open(Database& database);
+    static QString ByCode(); // the select of that
     static std::unique_ptr<Recordset> OpenSnapshot(Database& database);
 
     static StatusRecord Read(Recordset& rows); // the current one

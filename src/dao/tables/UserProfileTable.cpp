@@ -14,6 +14,11 @@ const QString AllowRegroupingField = QStringLiteral("allow_dr");
 
 } // namespace
 
+Reading UserProfileTable::ReadingOf(const QString& userName)
+{
+    return {.source = Table, .index = UserIndex, .key = {userName}};
+}
+
 std::unique_ptr<Recordset> UserProfileTable::Find(Database& database, const QString& userName)
 {
     auto rows = database.OpenTable(Table);

@@ -17,6 +17,7 @@ struct UserProfileRecord {
 class UserProfileTable {
 public:
     // The table with the account's profile as its current record; nothing when there is none.
+    static Reading ReadingOf(const QString& userName); // what Find reads
     static std::unique_ptr<Recordset> Find(Database& database, const QString& userName);
 
     // The current record of the table or of a query of accounts.

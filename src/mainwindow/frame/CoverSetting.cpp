@@ -1,6 +1,8 @@
 #include "mainwindow/frame/CoverSetting.h"
 
+#include "core/session/DbSession.h"
 #include "core/session/Registry.h"
+#include "core/session/SessionMemory.h"
 
 namespace {
 
@@ -12,7 +14,7 @@ const QString Off = QStringLiteral("0");
 
 bool CoversAfterLogoff(IDbSession& session, bool fallback)
 {
-    return RegistryGet(session, Key, fallback ? On : Off).trimmed() == On;
+    return session.Memory().Setting(Key, fallback ? On : Off).trimmed() == On;
 }
 
 void SetCoversAfterLogoff(IDbSession& session, bool on)

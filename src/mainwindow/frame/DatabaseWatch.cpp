@@ -7,6 +7,7 @@
 #include "dao/tables/AddressTable.h"
 #include "dao/tables/RegistryTable.h"
 #include "dao/tables/RegroupTable.h"
+#include "dao/tables/SessionReadings.h"
 #include "dao/tables/StatusTable.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/frame/MainTabs.h"
@@ -29,7 +30,8 @@ QString ReadNumberingTables(IDbSession& session)
 {
     QString text;
     for (const QString& table : {FleetTable, dao::RegistryTable::Table}) {
-        const auto rows = session.Database().OpenTable(table);
+        const auto rows =
+            session.Database().OpenSnapshot(table == FleetTable ? QString(dao::FleetPlanQuery) : table);
         const QStringList fields = rows->FieldNames();
         for (; !rows->Eof(); rows->MoveNext())
             for (const QString& field : fields)

@@ -1,7 +1,6 @@
 #include "mainwindow/individuals/IndividualsReader.h"
 
 #include "core/session/DbSession.h"
-#include "core/session/Registry.h"
 #include "core/session/SessionMemory.h"
 #include "dao/base/TextMatch.h"
 #include "dao/tables/AddressTable.h"
@@ -20,8 +19,8 @@ bool IsShown(int dutyMode, bool onDuty)
 
 void ReadIndividuals(IDbSession& session, const QString& lookfor, int most, std::vector<IndividualRow>& rows)
 {
-    const int dutyMode =
-        static_cast<int>(RegistryGet(session, QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble());
+    const int dutyMode = static_cast<int>(
+        session.Memory().Setting(QStringLiteral("on_off_duty"), QStringLiteral("0")).toDouble());
     const auto query = session.Database().QueryDef(QStringLiteral("find_individual_ob_callsign"));
     query->SetParameter(QStringLiteral("lookfor"), lookfor);
     const auto records = query->OpenSnapshot();

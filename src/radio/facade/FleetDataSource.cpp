@@ -3,10 +3,12 @@
 #include "core/session/DbSession.h"
 #include "core/session/Registry.h"
 #include "core/texts/Errors.h"
-#include "dao/records/Database.h"
+#include "dao/tables/SessionReadings.h"
 #include "radio/base/TextIds.h"
 
 #include <QString>
+#include <algorithm>
+#include <utility>
 
 FleetDataSource::FleetDataSource(IDbSession& session, const IStringSource& strings)
     : m_session(session),
@@ -16,30 +18,35 @@ FleetDataSource::FleetDataSource(IDbSession& session, const IStringSource& strin
 
 int FleetDataSource::NumberOfFleets()
 {
-    const int count = CountFleets();
-    if (count == 0)
+    m_plan = ReadPlan();
+    if (m_plan.empty())
         RaiseCatalogueError(m_strings, RadioText::FleetPlanNotConfigured);
-    return count;
+    return static_cast<int>(m_plan.size());
 }
 
 void FleetDataSource::RetreiveFleetConfig(std::span<FleetConfig> fleets)
 {
-    const int count = CountFleets();
-    if (count == 0 || static_cast<std::size_t>(count) != fleets.size())
+    const std::vector<FleetConfig> plan = m_plan.empty() ? ReadPlan() : std::exchange(m_plan, {});
+    if (plan.empty() || plan.size() != fleets.size())
         RaiseCatalogueError(m_strings, RadioText::FleetPlanNotConfigured);
-    const auto records =
-        m_session.Database().OpenSnapshot(QStringLiteral("select * from fleet order by prefix, base_ident"));
-    for (FleetConfig& fleet : fleets) {
-        if (records->Eof())
-            RaiseCatalogueError(m_strings, RadioText::NumberingUnexpectedEnd);
+    std::copy(plan.begin(), plan.end(), fleets.begin());
+}
+
+std::vector<FleetConfig> FleetDataSource::ReadPlan()
+{
+    std::vector<FleetConfig> plan;
+    const auto records = m_session.Database().OpenSnapshot(dao::FleetPlanQuery);
+    for (; !records->Eof(); records->MoveNext()) {
+        FleetConfig fleet;
         fleet.fleetType =
             records->Field(QStringLiteral("fleet_type")).toInt() == 1 ? FleetType::Units : FleetType::Groups;
         fleet.digits = records->Field(QStringLiteral("digits")).toInt();
         fleet.prefix = records->Field(QStringLiteral("prefix")).toInt();
         fleet.baseIdent = records->Field(QStringLiteral("base_ident")).toInt();
         fleet.maxIdent = records->Field(QStringLiteral("max_ident")).toInt();
-        records->MoveNext();
+        plan.push_back(fleet);
     }
+    return plan;
 }
 
 void FleetDataSource::RetreiveActionetConfig(ActionetConfig& config)
@@ -57,10 +64,4 @@ int FleetDataSource::Parameter(const QString& key, const QString& fallback)
     bool whole = false;
     const int value = RegistryGet(m_session, key, fallback).toInt(&whole);
     return whole ? value : -1;
-}
-
-int FleetDataSource::CountFleets()
-{
-    const auto records = m_session.Database().OpenSnapshot(QStringLiteral("select count(*) as c from fleet"));
-    return records->Eof() ? 0 : records->Field(QStringLiteral("c")).toInt();
 }

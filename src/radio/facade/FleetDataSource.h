@@ -3,14 +3,15 @@
 #include "addressing/FleetConfig.h"
 
 #include <QString>
+#include <vector>
 
 struct IDbSession;
 struct IStringSource;
 
 // Feeds the numbering component from the fleet plan (table fleet) and the ANN parameters of the open
-// database, which every call reads anew. Raises Error with RadioText::AnnNotConfigured or
-// FleetPlanNotConfigured for a missing configuration and NumberingUnexpectedEnd for a plan that changes while
-// it is read; database failures pass through unchanged.
+// database: counting the fleets reads the plan that is then retrieved. Raises Error with
+// RadioText::AnnNotConfigured or FleetPlanNotConfigured for a missing configuration; database failures pass
+// through unchanged.
 class FleetDataSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
 public:
     FleetDataSource(IDbSession& session, const IStringSource& strings);
@@ -20,9 +21,10 @@ public:
     void RetreiveActionetConfig(ActionetConfig& config) override;
 
 private:
-    int CountFleets();
+    std::vector<FleetConfig> ReadPlan();
     int Parameter(const QString& key, const QString& fallback);
 
     IDbSession& m_session;
     const IStringSource& m_strings;
+    std::vector<FleetConfig> m_plan; // counted and not retrieved yet
 };
