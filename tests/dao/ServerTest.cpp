@@ -271,6 +271,56 @@ TEST_F(ServerTest, OtherSessionsAreToldWhatChanged)
     EXPECT_EQ(told, QStringList("status"));
 }
 
+TEST_F(ServerTest, WhatIsReadAheadIsNeverOlderThanAChange)
+{
+    const auto olga = Open("Olga", "pw");
+    const auto texts = [&] {
+        QStringList read;
+        for (auto stati = olga->Database().OpenSnapshot("status"); !stati->Eof(); stati->MoveNext())
+            read.append(stati->Field("in_desc").toString());
+        return read.join('|');
+    };
+    const auto change = [&](const QString& text) {
+        const auto table = Db().OpenTable("status");
+        table->Seek(1);
+        table->Edit();
+        table->SetField("in_desc", text);
+        table->Update();
+    };
+    struct Case {
+        const char* what;
+        std::function<void()> between;
+        QString text;
+        int waits;
+    };
+    texts();
+    const Case cases[] = {
+        {"nothing", [] {}, "before", 0},
+        {"its own change",
+         [&] {
+             const auto duty = olga->Database().QueryDef("update_duty_status");
+             duty->SetParameter("cs", "Unit20");
+             duty->SetParameter("ds", true);
+             duty->Execute();
+         },
+         "before", 1},
+        {"another's change, which the server tells with its next answer",
+         [&] {
+             change("after");
+             olga->Users().Contains("Ivan");
+         },
+         "after", 1},
+        {"a transaction", [&] { olga->BeginTrans(); }, "after", 1},
+    };
+    for (const Case& c : cases) {
+        olga->Database().ReadAhead({{.source = "status"}});
+        c.between();
+        const int waits = olga->Waits();
+        EXPECT_EQ(texts(), c.text) << c.what;
+        EXPECT_EQ(olga->Waits() - waits, c.waits) << c.what;
+    }
+}
+
 TEST_F(ServerTest, SessionsOutliveTheServersRestart)
 {
     const auto table = Db().OpenTable("address");

@@ -1,4 +1,5 @@
 #include "DaoFixture.h"
+#include "dao/Transaction.h"
 #include "dao/sqlite/Session.h"
 #include <QFileInfo>
 #include <csignal>
@@ -198,4 +199,71 @@ TEST_F(TransactionTest, KilledProcessLeavesNothingHalfDone)
     EXPECT_EQ(Sql("select count(*) as c from event", "c"), QStringList({"0"}));
     EXPECT_EQ(m_workspace->Users().Names(), QStringList({"Boss"}));
     EXPECT_EQ(Profiles(), QStringList({"Boss"}));
+}
+
+TEST_F(TransactionTest, ChangesSentTogetherAreStoredTogetherOrNotAtAll)
+{
+    const auto add = [&](int code) { Add("status", {"status_code"}, {{code}}); };
+    add(5);
+    struct Case {
+        const char* what;
+        std::function<void()> act;
+        std::optional<Kind> failure;
+        QStringList stored;
+    };
+    const Case cases[] = {
+        {"nothing", [] {}, {}, {"5"}},
+        {"a duplicate among others",
+         [&] {
+             add(6);
+             add(5);
+             add(7);
+         },
+         Kind::DuplicateKey,
+         {"5"}},
+        {"after an answer",
+         [&] {
+             add(6);
+             EXPECT_EQ(Execute("drop_address", {{"id", 1}}), 0);
+             add(5);
+         },
+         Kind::DuplicateKey,
+         {"5"}},
+        {"all well",
+         [&] {
+             add(6);
+             m_workspace->Groups().Append("Night");
+             add(7);
+         },
+         {},
+         {"5", "6", "7"}},
+    };
+    for (const Case& c : cases) {
+        const auto run = [&] {
+            Transaction transaction(*m_workspace, Transaction::Changes::Together);
+            c.act();
+            transaction.Commit();
+        };
+        EXPECT_EQ(KindOf(run), c.failure) << c.what;
+        EXPECT_EQ(Sql("select status_code from status order by 1", "status_code"), c.stored) << c.what;
+    }
+    EXPECT_TRUE(m_workspace->Groups().Contains("Night"));
+    // Whose key it was is told whenever the server says so.
+    EXPECT_EQ(ValuesOf([&] {
+                  Transaction transaction(*m_workspace, Transaction::Changes::Together);
+                  add(7);
+                  transaction.Commit();
+              }),
+              QStringList({"PrimaryKey", "7"}));
+    // A lock held elsewhere.
+    const auto other = Open();
+    other->BeginTrans();
+    EXPECT_EQ(KindOf([&] {
+                  Transaction transaction(*m_workspace, Transaction::Changes::Together);
+                  add(8);
+                  transaction.Commit();
+              }),
+              Kind::Locked);
+    other->Rollback();
+    EXPECT_EQ(KindOf([&] { add(8); }), std::nullopt);
 }

@@ -187,7 +187,7 @@ Result Connection::Read(const QString& sql, const QVariantList& values, bool kee
 std::vector<Result> Connection::Ask(const QList<Request>& requests, bool changes, bool keep)
 {
     if (changes)
-        m_ahead.answers.clear();
+        DropAhead(requests.front().sql);
     for (int attempt = 1;; ++attempt) {
         bool sent = false;
         try {
@@ -330,10 +330,15 @@ void Connection::ReadAhead(const QList<Request>& requests, bool listening)
         for (const auto& [sql, values] : requests) {
             const StatementPtr statement = Known(sql);
             const std::vector<QByteArray> texts = Texts(statement->text, values);
+            QByteArray key = AheadKey(sql, texts);
+            if (m_ahead.answers.contains(key))
+                continue;
             batch.Run(statement, texts, static_cast<int>(keys.size()));
             batch.Divide();
-            keys.push_back(AheadKey(sql, texts));
+            keys.push_back(std::move(key));
         }
+        if (batch.Steps().empty())
+            return;
         Send(batch);
         for (std::size_t i = 0; i < batch.Steps().size(); ++i) {
             const Batch::Step& step = batch.Steps()[i];
@@ -362,6 +367,14 @@ std::optional<Result> Connection::TakeAhead(const QString& sql, const QVariantLi
         m_ahead.answers.clear();
     auto kept = m_ahead.answers.extract(AheadKey(sql, Texts(Known(sql)->text, values)));
     return kept ? std::optional(std::move(kept.mapped())) : std::nullopt;
+}
+
+// The update of a table changes what is read of this table and nothing else; other statements may do more.
+void Connection::DropAhead(const QString& change)
+{
+    static const QRegularExpression update("^UPDATE \"(\\w+)\" SET ");
+    const QByteArray table = update.match(change).captured(1).toUtf8();
+    std::erase_if(m_ahead.answers, [&](const auto& kept) { return kept.first.contains(table); });
 }
 
 QByteArray Connection::AheadKey(const QString& sql, const std::vector<QByteArray>& texts)

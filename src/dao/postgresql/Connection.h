@@ -91,6 +91,7 @@ private:
     [[noreturn]] void RaiseLost(const QString& text);
     void EndTogether();
     std::optional<Result> TakeAhead(const QString& sql, const QVariantList& values);
+    void DropAhead(const QString& change);
     static QByteArray AheadKey(const QString& sql, const std::vector<QByteArray>& texts);
     Result SendScript(const char* script) const;
     void RestoreTransaction();
