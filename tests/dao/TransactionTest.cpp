@@ -1,5 +1,5 @@
-#include "DaoFixture.h"
 #include "dao/Transaction.h"
+#include "DaoFixture.h"
 #include "dao/sqlite/Session.h"
 #include <QFileInfo>
 #include <csignal>

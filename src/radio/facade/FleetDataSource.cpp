@@ -27,8 +27,10 @@ int FleetDataSource::NumberOfFleets()
 void FleetDataSource::RetreiveFleetConfig(std::span<FleetConfig> fleets)
 {
     const std::vector<FleetConfig> plan = m_plan.empty() ? ReadPlan() : std::exchange(m_plan, {});
-    if (plan.empty() || plan.size() != fleets.size())
+    if (plan.empty() || plan.size() > fleets.size())
         RaiseCatalogueError(m_strings, RadioText::FleetPlanNotConfigured);
+    if (plan.size() < fleets.size())
+        RaiseCatalogueError(m_strings, RadioText::NumberingUnexpectedEnd);
     std::copy(plan.begin(), plan.end(), fleets.begin());
 }
 

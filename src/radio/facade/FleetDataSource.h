@@ -10,8 +10,8 @@ struct IStringSource;
 
 // Feeds the numbering component from the fleet plan (table fleet) and the ANN parameters of the open
 // database: counting the fleets reads the plan that is then retrieved. Raises Error with
-// RadioText::AnnNotConfigured or FleetPlanNotConfigured for a missing configuration; database failures pass
-// through unchanged.
+// RadioText::AnnNotConfigured or FleetPlanNotConfigured for a missing configuration and
+// NumberingUnexpectedEnd for a plan that has become shorter; database failures pass through unchanged.
 class FleetDataSource : public IMpt1343FleetConfigSource, public IActionetConfigSource {
 public:
     FleetDataSource(IDbSession& session, const IStringSource& strings);
