@@ -74,12 +74,13 @@ public:
             60000);
     }
     // What the log has of it, in the order of its storing; asked by the operator's own session.
-    QStringList Stored()
+    QStringList Stored(const QString& field = "desc")
     {
         QStringList texts;
-        const auto rows = m_session->Database().OpenSnapshot("select \"desc\" from event order by event_id");
+        const auto rows = m_session->Database().OpenSnapshot(
+            QString("select \"%1\" from event order by event_id").arg(field));
         for (; !rows->Eof(); rows->MoveNext())
-            texts.append(rows->Field("desc").toString());
+            texts.append(rows->Field(field).toString());
         return texts;
     }
     const QStringList& Sent() const { return m_sent; }
@@ -139,6 +140,8 @@ TEST_F(ServerStandbyTest, AsynchronousGetsWhatItHadMissed)
     desk.Append(5);
     EXPECT_TRUE(desk.StoreAll());
     EXPECT_EQ(desk.Stored(), desk.Sent());
+    EXPECT_EQ(desk.Stored("console_number").first(), "1");
+    EXPECT_EQ(desk.Stored("console_number").last(), "75") << "they have their numbers again";
     EXPECT_EQ(desk.told.size(), 1);
     EXPECT_TRUE(desk.told.value(0).endsWith(": 50")) << desk.told.value(0).toStdString();
 }
