@@ -34,6 +34,8 @@ constexpr KindInfo Kinds[] = {
     {Kind::BadServerAddress, DaoText::BadServerAddress, "server address not understood"},
     {Kind::BadDatabaseName, DaoText::BadDatabaseName, "database name not accepted"},
     {Kind::ServerAway, DaoText::ServerAway, "server away"},
+    {Kind::GivenUp, DaoText::GivenUp, "given up"},
+    {Kind::Busy, DaoText::Busy, "busy"},
     {Kind::ServerRefused, DaoText::ServerRefused, "server refuses"},
     {Kind::ServerTrusts, DaoText::ServerTrusts, "server asks for no password"},
     {Kind::Older, DaoText::Older, "older schema"},
@@ -107,6 +109,8 @@ int TextId(const Error& error)
         return DaoText::DuplicateIdent;
     if (error.kind == Kind::FileExists && IsServerTarget(error.values.value(0)))
         return DaoText::DatabaseExists;
+    if (error.kind == Kind::ServerAway && error.values.value(2) == ChangeSent)
+        return DaoText::ServerAwayChangeSent;
     return TextId(error.kind);
 }
 

@@ -30,7 +30,9 @@ enum class Kind {
     MigrationFailed,   // path, version aimed at; the file is as it was
     BadServerAddress,  // target, without its password; reason
     BadDatabaseName,   // name of a database to be made on a server
-    ServerAway,        // target, reason; whether a change that was on its way was stored is not known
+    ServerAway,        // target, reason, and after a change ChangeSent
+    GivenUp,           // target, or path; the operator did not want to wait any longer. Nothing was stored.
+    Busy,              // none: used while it waits for the answer to something else
     ServerRefused,     // target, reason
     ServerTrusts,      // target; the server asks operators for no password
     Older,             // target, version found, version of this program
@@ -68,6 +70,9 @@ enum class Kind {
     Closed,        // none: workspace, database or recordset was closed before
     Engine,        // the engine's own text
 };
+
+// Third value of a ServerAway: a change had been sent, and whether it was stored is not known.
+inline const QString ChangeSent = QStringLiteral("change sent");
 
 // The one exception of this library. It carries no sentence: TextId names the catalogue entry and `values`
 // fill it.

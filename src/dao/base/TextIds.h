@@ -86,5 +86,8 @@ constexpr int CheckHalfShared = 5857;
 constexpr int CheckNotCounted = 5858;
 constexpr int FolderOutOfReach = 5859;
 constexpr int CheckFieldMissing = 5920;
+constexpr int GivenUp = 5955;
+constexpr int Busy = 5956;
+constexpr int ServerAwayChangeSent = 5963;
 
 } // namespace DaoText

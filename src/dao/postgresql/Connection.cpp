@@ -17,6 +17,12 @@ bool LooksLikeSelect(const QString& sql)
     return select.match(sql).hasMatch();
 }
 
+// The connection was lost after a change had been sent.
+Error Doubtful(const Error& away)
+{
+    return Error(Kind::ServerAway, {away.values.value(0), away.values.value(1), ChangeSent}, away.engineText);
+}
+
 bool LooksLikeWith(const QString& sql)
 {
     return sql.trimmed().startsWith(QLatin1String("with"), Qt::CaseInsensitive);
@@ -35,6 +41,8 @@ ServerLink& Connection::Link() const
 {
     if (!m_link)
         throw Error(Kind::Closed);
+    if (m_link->Wait().IsWaiting())
+        throw Error(Kind::Busy);
     return *m_link;
 }
 
@@ -191,12 +199,15 @@ std::vector<Result> Connection::Ask(const QList<Request>& requests, bool changes
     for (int attempt = 1;; ++attempt) {
         bool sent = false;
         try {
+            const ServerWait::Storing storing(Link().Wait(), changes && !m_inTransaction);
             std::vector<Result> answers = AskOnce(requests, keep, attempt == MostAttempts, sent);
             if (!answers.empty())
                 return answers;
         } catch (const Error& error) {
             // Once more on a new connection, unless it may have been done on the old one.
-            if (error.kind != Kind::ServerAway || m_inTransaction || attempt > 1 || (changes && sent))
+            if (error.kind == Kind::ServerAway && changes && sent && !m_inTransaction)
+                throw Doubtful(error);
+            if (error.kind != Kind::ServerAway || m_inTransaction || attempt > 1)
                 throw;
         }
     }
@@ -424,19 +435,30 @@ void Connection::Commit()
     Live();
     const QList<Later> later = m_later;
     const bool isEmpty = m_isTogether && !m_isBegun && later.isEmpty();
-    if (!isEmpty) {
-        Batch batch = m_isTogether ? Begun() : Batch(Link().Generation());
-        batch.Say("COMMIT");
-        Send(batch);
-        if (const auto failed = batch.Failure())
-            RaiseFailure(batch, *failed, later);
-        if (QByteArray(PQcmdStatus(batch.Answers().back().Handle())) != "COMMIT")
-            throw Error(Kind::Engine, {"transaction was rolled back"},
-                        "the server has rolled the transaction back");
-    }
+    if (!isEmpty)
+        SendCommit(later);
     m_inTransaction = false;
     EndTogether();
     Link().Collect();
+}
+
+void Connection::SendCommit(const QList<Later>& later)
+{
+    const ServerWait::Storing storing(Link().Wait(), true);
+    Batch batch = m_isTogether ? Begun() : Batch(Link().Generation());
+    batch.Say("COMMIT");
+    try {
+        Send(batch);
+        if (const auto failed = batch.Failure())
+            RaiseFailure(batch, *failed, later);
+    } catch (const Error& error) {
+        if (error.kind == Kind::ServerAway)
+            throw Doubtful(error);
+        throw;
+    }
+    if (QByteArray(PQcmdStatus(batch.Answers().back().Handle())) != "COMMIT")
+        throw Error(Kind::Engine, {"transaction was rolled back"},
+                    "the server has rolled the transaction back");
 }
 
 void Connection::Rollback()

@@ -86,6 +86,7 @@ private:
     std::vector<Result> AskOnce(const QList<Request>& requests, bool keep, bool last, bool& sent);
     Batch Begun();
     void Send(Batch& batch);
+    void SendCommit(const QList<Later>& later);
     [[noreturn]] void RaiseFailure(Batch& batch, std::size_t failed, const QList<Later>& later);
     [[noreturn]] void Raise(const Result& result);
     [[noreturn]] void RaiseLost(const QString& text);

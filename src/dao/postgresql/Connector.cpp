@@ -1,10 +1,10 @@
 #include "dao/postgresql/Connector.h"
 #include "dao/base/Error.h"
+#include "dao/base/Patience.h"
 #include "dao/base/TextMatch.h"
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QRegularExpression>
-#include <poll.h>
 #include <vector>
 
 namespace dao::postgresql {
@@ -66,16 +66,26 @@ ConnectionHandle Start(const QList<Option>& options)
     return ConnectionHandle(PQconnectStartParams(keywords.data(), values.data(), 0));
 }
 
-// False when the time is over, or waiting is to stop.
+// False when the time is over, or waiting is to stop. Kind::GivenUp.
 bool WaitFor(PGconn* connection, PostgresPollingStatusType what, const QDeadlineTimer& deadline,
-             const std::atomic<bool>* stop)
+             const QString& server, const std::atomic<bool>* stop)
 {
-    constexpr qint64 longestSleep = 100; // ms
-    pollfd waiting{PQsocket(connection), static_cast<short>(what == PGRES_POLLING_READING ? POLLIN : POLLOUT),
-                   0};
-    while (!deadline.hasExpired() && !(stop && *stop))
-        if (poll(&waiting, 1, static_cast<int>(std::min(longestSleep, deadline.remainingTime()))) > 0)
+    constexpr std::chrono::milliseconds longestSleep{100};
+    Patience::Wait wait{.where = server, .socket = PQsocket(connection)};
+    wait.ready =
+        what == PGRES_POLLING_READING ? Patience::Wait::Ready::Readable : Patience::Wait::Ready::Writable;
+    while (!deadline.hasExpired() && !(stop && *stop)) {
+        const std::chrono::milliseconds left{std::max<qint64>(1, deadline.remainingTime())};
+        wait.limit = stop ? std::min(longestSleep, left) : left;
+        switch (Patience::AwaitHere(wait)) {
+        case Patience::End::Ready:
             return true;
+        case Patience::End::GivenUp:
+            throw Error(Kind::GivenUp, {server});
+        case Patience::End::TimeOver:
+            break;
+        }
+    }
     return false;
 }
 
@@ -92,7 +102,7 @@ struct Attempt {
     QString text;
 };
 
-Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
+Attempt TryHost(const QList<Option>& options, const QString& server, const std::atomic<bool>* stop)
 {
     Attempt attempt;
     ConnectionHandle connection = Start(options);
@@ -102,7 +112,7 @@ Attempt TryHost(const QList<Option>& options, const std::atomic<bool>* stop)
     const QDeadlineTimer deadline(LongestAttempt);
     auto what = PGRES_POLLING_WRITING;
     while (PQstatus(connection.get()) != CONNECTION_BAD && what != PGRES_POLLING_OK) {
-        if (!WaitFor(connection.get(), what, deadline, stop)) {
+        if (!WaitFor(connection.get(), what, deadline, server, stop)) {
             attempt.text = "no answer";
             return attempt;
         }
@@ -132,7 +142,7 @@ ConnectionHandle Connect(const Logon& logon, const std::atomic<bool>* stop)
 {
     QString text;
     for (const QList<Option>& host : logon.address.Hosts()) {
-        Attempt attempt = TryHost(Parameters(host, logon), stop);
+        Attempt attempt = TryHost(Parameters(host, logon), logon.address.Shown(), stop);
         if (attempt.connection) {
             if (logon.passwordRequired && !PQconnectionUsedPassword(attempt.connection.get()))
                 throw Error(Kind::ServerTrusts, {logon.address.Shown()});

@@ -9,10 +9,14 @@ namespace {
 
 // Changes that come together are told together.
 constexpr std::chrono::milliseconds Gathering{50};
+constexpr std::chrono::milliseconds WhileWaiting{100}; // until something is tried again
 
 } // namespace
 
-ServerLink::ServerLink(Logon logon, ConnectionHandle connection) : m_logon(std::move(logon))
+ServerLink::ServerLink(Logon logon, ConnectionHandle connection)
+    : m_logon(std::move(logon)),
+      m_wait({m_logon.address.Shown(), [this](bool waiting) { TellWaiting(waiting); },
+              [this](const QString& reason) { Lose(reason, false); }})
 {
     m_delivery.setSingleShot(true);
     m_delivery.setInterval(Gathering);
@@ -55,12 +59,12 @@ bool ServerLink::IsAlive()
     return m_connection != nullptr;
 }
 
-void ServerLink::Lose(const QString& reason)
+void ServerLink::Lose(const QString& reason, bool mayTryNow)
 {
     if (!m_connection)
         return;
     m_reason = reason;
-    m_mayTryNow = true;
+    m_mayTryNow = mayTryNow;
     m_notifier.reset();
     m_connection.reset();
     LookForServer();
@@ -75,27 +79,37 @@ void ServerLink::Lose(const QString& reason)
 
 void ServerLink::LookForServer()
 {
-    const auto reconnect = [this] {
-        try {
-            if (!m_connection)
-                Reconnect();
-        } catch (const Error&) {
-            // Gone again; the search goes on.
-        }
-    };
-    m_probe.Start(m_logon,
-                  [this, reconnect] { QMetaObject::invokeMethod(this, reconnect, Qt::QueuedConnection); });
+    m_probe.Start(
+        m_logon,
+        [this] { QMetaObject::invokeMethod(this, &ServerLink::ReconnectByItself, Qt::QueuedConnection); });
+}
+
+void ServerLink::ReconnectByItself()
+{
+    if (m_wait.IsWaiting()) {
+        QTimer::singleShot(WhileWaiting, this, &ServerLink::ReconnectByItself);
+        return;
+    }
+    try {
+        if (!m_connection && m_probe.HasReached())
+            Reconnect();
+    } catch (const Error&) {
+        // Gone again; the search goes on.
+    }
 }
 
 void ServerLink::Reconnect()
 {
     m_mayTryNow = false;
     try {
+        const ServerWait::Scope waiting(m_wait);
         Connected(Connect(m_logon));
     } catch (const Error& error) {
         m_reason = error.engineText;
         if (m_probe.HasReached()) // and gone again
             LookForServer();
+        if (error.kind == Kind::GivenUp)
+            throw;
         throw Error(Kind::ServerAway, {Server(), m_reason.section('\n', 0, 0)}, m_reason);
     }
     m_probe.Stop();
@@ -154,7 +168,7 @@ void ServerLink::Watch()
         QMetaObject::invokeMethod(
             this,
             [this] {
-                if (IsAlive() && m_notifier)
+                if (!m_wait.IsWaiting() && IsAlive() && m_notifier)
                     m_notifier->setEnabled(true);
             },
             Qt::QueuedConnection);
@@ -179,8 +193,19 @@ void ServerLink::Collect()
         Lose(QString::fromUtf8(PQerrorMessage(connection)).trimmed());
 }
 
+// The socket has one notifier at a time, and what it brings is an answer while one is waited for.
+void ServerLink::TellWaiting(bool waiting)
+{
+    if (m_notifier && Patience::IsUsed())
+        m_notifier->setEnabled(!waiting);
+}
+
 void ServerLink::Deliver()
 {
+    if (m_wait.IsWaiting()) { // whoever is told would read
+        m_delivery.start();
+        return;
+    }
     m_delivery.stop();
     const QSet<QString> tables = std::exchange(m_pending, {});
     if (!m_changed)

@@ -31,8 +31,9 @@ public:
     int Generation() const { return m_generation; }
     // Where this session waits for its server, on this connection and those after it.
     ServerWait& Wait() { return m_wait; }
-    // The connection was found broken.
-    void Lose(const QString& reason);
+    // The connection was found broken, or was given up: then no other is tried before the server has been
+    // reached again.
+    void Lose(const QString& reason, bool mayTryNow = true);
     const QString& Server() const { return m_logon.address.Shown(); }
     const Logon& LogonData() const { return m_logon; }
     // The password for the next connection, of each session that was made from this one too.
@@ -56,8 +57,10 @@ private:
     void UndoEnvironment();
     void LookForServer();
     void Reconnect();
+    void ReconnectByItself();
     void Watch();
     void Deliver();
+    void TellWaiting(bool waiting);
 
     Logon m_logon;
     ConnectionHandle m_connection;

@@ -1,18 +1,12 @@
 #include "dao/postgresql/ServerWait.h"
-#include <cerrno>
-#include <poll.h>
+#include "dao/base/Error.h"
 
 namespace dao::postgresql {
 
 namespace {
 
-// Errors of the socket count as readiness: libpq finds them.
-void WaitForSocket(PGconn* connection, short events)
-{
-    pollfd socket{PQsocket(connection), events, 0};
-    while (poll(&socket, 1, -1) < 0 && errno == EINTR)
-        continue;
-}
+// How long a window waits at most for the answer to a change, which cannot be given up.
+constexpr std::chrono::seconds LongestStore{30};
 
 } // namespace
 
@@ -21,6 +15,7 @@ Result ServerWait::AnswerTo(PGconn* connection, int sent)
     if (sent == 0)
         return Result(PQmakeEmptyPGresult(connection, PGRES_FATAL_ERROR));
     ++m_count;
+    const Scope waiting(*this);
     UntilSent(connection);
     Result answer(nullptr);
     for (;;) {
@@ -37,6 +32,7 @@ Result ServerWait::AnswerTo(PGconn* connection, int sent)
 bool ServerWait::AnswersTo(PGconn* connection, const std::vector<int>& parts, std::vector<Result>& answers)
 {
     ++m_count;
+    const Scope waiting(*this);
     UntilSent(connection);
     for (const int statements : parts)
         if (!TakePart(connection, statements, answers))
@@ -68,7 +64,7 @@ bool ServerWait::TakePart(PGconn* connection, int statements, std::vector<Result
 void ServerWait::UntilSent(PGconn* connection)
 {
     while (PQflush(connection) == 1) {
-        WaitForSocket(connection, POLLIN | POLLOUT);
+        WaitForSocket(connection, Patience::Wait::Ready::Either);
         if (PQconsumeInput(connection) == 0)
             return;
     }
@@ -78,10 +74,34 @@ void ServerWait::UntilSent(PGconn* connection)
 void ServerWait::UntilReadable(PGconn* connection)
 {
     while (PQisBusy(connection) != 0) {
-        WaitForSocket(connection, POLLIN);
+        WaitForSocket(connection, Patience::Wait::Ready::Readable);
         if (PQconsumeInput(connection) == 0)
             return;
     }
+}
+
+void ServerWait::WaitForSocket(PGconn* connection, Patience::Wait::Ready ready)
+{
+    Patience::Wait wait{.where = m_owner.server, .socket = PQsocket(connection), .ready = ready};
+    if (m_storing) {
+        wait.mayGiveUp = false;
+        if (Patience::IsUsed())
+            wait.limit = LongestStore;
+    }
+    const Patience::End end = Patience::AwaitHere(wait);
+    if (end == Patience::End::Ready)
+        return;
+    const QString reason = QStringLiteral("no answer");
+    m_owner.lose(reason);
+    if (m_storing)
+        throw Error(Kind::ServerAway, {m_owner.server, reason}, reason);
+    throw Error(Kind::GivenUp, {m_owner.server}, reason);
+}
+
+void ServerWait::SetWaiting(bool waiting)
+{
+    m_waiting = waiting;
+    m_owner.waiting(waiting);
 }
 
 } // namespace dao::postgresql

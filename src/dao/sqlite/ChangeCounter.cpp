@@ -1,6 +1,5 @@
 #include "dao/sqlite/ChangeCounter.h"
 #include "dao/sqlite/Connection.h"
-#include <sqlite3.h>
 #include <utility>
 
 namespace dao::sqlite {
@@ -31,19 +30,16 @@ OwnChanges::Counts ReadOwn(Connection& connection)
 // While it lives, a lock is not waited for.
 class NoWaiting {
 public:
-    explicit NoWaiting(Connection& connection)
-        : m_file(connection.File()),
-          m_timeout(connection.Value("PRAGMA busy_timeout").toInt())
+    explicit NoWaiting(Connection& connection) : m_connection(connection)
     {
-        sqlite3_busy_timeout(m_file, 0);
+        m_connection.WaitForLocks(false);
     }
     NoWaiting(const NoWaiting&) = delete;
     NoWaiting& operator=(const NoWaiting&) = delete;
-    ~NoWaiting() { sqlite3_busy_timeout(m_file, m_timeout); }
+    ~NoWaiting() { m_connection.WaitForLocks(true); }
 
 private:
-    sqlite3* m_file;
-    int m_timeout; // ms
+    Connection& m_connection;
 };
 
 } // namespace

@@ -14,7 +14,7 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, Mode mode,
                            : SQLITE_OPEN_READWRITE | (mode == Mode::Create ? SQLITE_OPEN_CREATE : 0);
     // One thread uses a workspace, so the engine need not take a mutex for every value read.
     connection->m_file->Open(path, access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE);
-    sqlite3_busy_timeout(connection->File(), static_cast<int>(busyTimeout.count()));
+    connection->m_file->SetLockTimeout(busyTimeout);
     RegisterFunctions(*connection->m_file, connection->m_facts);
     // The rollback journal: it alone keeps a commit over two files atomic and works on a network share.
     connection->Execute("PRAGMA foreign_keys=ON; PRAGMA synchronous=FULL;");

@@ -34,6 +34,8 @@ public:
     void Close() noexcept override;
     bool IsOpen() const override { return m_file->IsOpen(); }
     bool IsInPlace() const override { return m_file->IsInPlace(); }
+    // False: locks are not waited for until it is said again.
+    void WaitForLocks(bool wait) { m_file->WaitForLocks(wait); }
     sqlite3* File() const { return m_file->Get(); } // Kind::Closed
 
     // A statement prepared once and kept, for SQL of which there are few; another one when it is already in

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "dao/base/Error.h"
+#include <QElapsedTimer>
 #include <QString>
+#include <chrono>
 
 struct sqlite3;
 
@@ -21,7 +23,10 @@ public:
     // Closes the files whatever statements are still in use; an open transaction is rolled back.
     void Close() noexcept;
     bool IsOpen() const { return m_handle != nullptr; }
-    sqlite3* Get() const; // Kind::Closed
+    sqlite3* Get() const; // Kind::Closed; Kind::Busy within a wait for a lock
+    // How long each use waits for another program's lock, as the thread's Patience does.
+    void SetLockTimeout(std::chrono::milliseconds timeout);
+    void WaitForLocks(bool wait) { m_waitsForLocks = wait; }
     // Whether the path that was opened still leads to the same file.
     bool IsInPlace() const;
 
@@ -33,7 +38,14 @@ public:
 private:
     static QByteArray Identity(const QString& path);
 
+    static int AwaitLock(void* handle, int calls);
+
     sqlite3* m_handle = nullptr;
+    std::chrono::milliseconds m_lockTimeout{0};
+    QElapsedTimer m_locked; // since the wait for the present lock began
+    bool m_waitsForLocks = true;
+    bool m_waiting = false;
+    mutable bool m_givenUp = false; // the wait that the next failure is about
     QString m_path;
     QByteArray m_identity; // of the file at the opening
     QString m_errorPath;
