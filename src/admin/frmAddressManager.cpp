@@ -7,6 +7,7 @@
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
+#include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/Icons.h"
@@ -71,6 +72,8 @@ void frmAddressManager::ReloadDir()
             return;
         } catch (const std::exception& failure) {
             ProgramLog::Write(QStringLiteral("Directory: %1").arg(QString::fromUtf8(failure.what())));
+            if (WasGivenUp(failure))
+                return;
         }
         if (!m_services.prompt.AskQuestion(m_services.strings.LoadString(AdminText::DirectoryRetry)))
             return;
@@ -87,7 +90,9 @@ void frmAddressManager::ReadOnce()
     try {
         ReadDirectory(m_services.session, m_sortByCallsign ? DirectoryOrder::Callsign : DirectoryOrder::Ident,
                       m_ui->txtLookFor->text(), list);
-    } catch (...) {
+    } catch (const std::exception& problem) {
+        if (WasGivenUp(problem))
+            throw; // what is shown stays
         failure = std::current_exception();
     }
     m_model->Replace(std::move(list));

@@ -7,7 +7,9 @@
 #include "core/desktop/HeldKeys.h"
 #include "core/desktop/ModalFocus.h"
 #include "core/desktop/Prompt.h"
+#include "core/desktop/Waiting.h"
 #include "core/logon/DbSessionImpl.h"
+#include "core/session/DatabaseChanges.h"
 #include "core/settings/Settings.h"
 #include "core/widgets/Beeper.h"
 #include "mainwindow/frame/Services.h"
@@ -22,6 +24,7 @@
 struct Application::Objects {
     SystemClock clock;
     HeldKeys heldKeys;
+    std::unique_ptr<Waiting> waiting;
     ModalFocus modalFocus;
     Beeper beeper;
     SystemSerialPorts serialPorts;
@@ -45,15 +48,22 @@ void Application::StartUp(const QString& settingsFile)
     m_objects = std::make_unique<Objects>();
     Objects& o = *m_objects;
     o.settings = std::make_unique<Settings>(settingsFile, m_strings);
+    o.waiting = std::make_unique<Waiting>(m_strings, o.clock);
     m_stage = QStringLiteral("Prompt");
     o.prompt = std::make_unique<Prompt>(m_strings, o.clock);
     m_stage = QStringLiteral("DbSession");
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
-    o.console = std::make_unique<Console>(
-        ConsoleBase{m_strings, *o.settings, o.clock, *o.prompt, o.beeper, *o.session, *o.session,
-                    &o.serialPorts, AppPaths::DataFolder(), Lane::Kind::OwnThread},
-        std::make_unique<SerialMap27Control>(m_strings, o.clock, SerialMap27Control::Place::OwnThread),
-        m_stage);
+    QObject::connect(o.waiting.get(), &Waiting::WaitingChanged, &o.session->Changes(),
+                     &DatabaseChanges::SetBusy);
+    auto control =
+        std::make_unique<SerialMap27Control>(m_strings, o.clock, SerialMap27Control::Place::OwnThread);
+    control->SetWaitSign([&o](const QString& port, std::function<void()> giveUp) {
+        return o.waiting->ShowFor(port, std::move(giveUp));
+    });
+    o.console = std::make_unique<Console>(ConsoleBase{m_strings, *o.settings, o.clock, *o.prompt, o.beeper,
+                                                      *o.session, *o.session, &o.serialPorts,
+                                                      AppPaths::DataFolder(), Lane::Kind::OwnThread},
+                                          std::move(control), m_stage);
 
     const QString title = QString::fromLatin1(AppPaths::Title);
     o.console->executive->SetAppName(title);
@@ -78,10 +88,12 @@ void Application::ShowMainWindow()
 
 void Application::EndAtOnce()
 {
-    if (m_objects && m_objects->mainWindow)
-        m_objects->mainWindow->EndAtOnce();
-    else
+    if (!m_objects || !m_objects->mainWindow) {
         QCoreApplication::exit(0);
+        return;
+    }
+    m_objects->mainWindow->HangUp();
+    m_objects->waiting->EndSoon([this] { m_objects->mainWindow->EndAtOnce(); });
 }
 
 void Application::ShutdownApplication()

@@ -141,6 +141,8 @@ void DbSession::WatchDatabase()
 
 void DbSession::Logoff()
 {
+    if (m_changes.IsBusy())
+        throw dao::Error(dao::Kind::Busy);
     m_changes.Close();
     m_workspace.reset();
 }

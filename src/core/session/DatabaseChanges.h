@@ -14,13 +14,18 @@ public:
     // Whether the database is on a server that is not answering.
     bool IsAway() const { return m_away; }
 
+    // While its session waits for something, the database must not be asked: changes are told, and looked
+    // for, afterwards.
+    void SetBusy(bool busy);
+    bool IsBusy() const { return m_busy; }
+
     // Where the database reports nothing by itself, `look` returns what others have changed since its last
     // call.
     using Look = std::function<QStringList()>;
     void Open(Look look);
     void Close();
     void SetAway(bool away);
-    void Tell(const QString& table) { Q_EMIT Changed(table); }
+    void Tell(const QString& table);
     // There is reason to look: reports what others have changed, and again what could not be read. Raises
     // dao::Error.
     void MayHaveChanged();
@@ -42,9 +47,16 @@ Q_SIGNALS:
     // This console did.
     void ChangedHere(const QString& table);
     void AwayChanged(bool away);
+    // The database can be asked again.
+    void Free();
 
 private:
+    void BeFree();
+
     Look m_look;
     QStringList m_unread;
+    QStringList m_untold;  // changes that came while it was busy
+    bool m_toLook = false; // was asked meanwhile
+    bool m_busy = false;
     bool m_away = false;
 };

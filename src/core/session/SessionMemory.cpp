@@ -33,6 +33,7 @@ SessionMemory::SessionMemory(IDbSession& session, DatabaseChanges& changes)
     connect(&changes, &DatabaseChanges::Closed, this, &SessionMemory::Forget);
     connect(&changes, &DatabaseChanges::Changed, this, &SessionMemory::ReadTables);
     connect(&changes, &DatabaseChanges::ChangedHere, this, &SessionMemory::ReadLater);
+    connect(&changes, &DatabaseChanges::Free, this, &SessionMemory::ReadDue);
 }
 
 const Directory& SessionMemory::Addresses()
@@ -177,8 +178,11 @@ void SessionMemory::customEvent(QEvent* event)
         ReadDue();
 }
 
+// Asked within a wait for the database, what was read last has to do.
 void SessionMemory::ReadDue()
 {
+    if (m_changes.IsBusy())
+        return;
     for (const QString& table : std::exchange(m_due, {}))
         ReadTables(table);
 }

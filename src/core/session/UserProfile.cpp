@@ -3,6 +3,7 @@
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/DbSession.h"
+#include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/Workspace.h"
@@ -27,6 +28,8 @@ bool Retry(IPrompt* prompt, const IStringSource& strings, const std::function<vo
             return true;
         } catch (const std::exception& failure) {
             ProgramLog::Write(QStringLiteral("User profile: %1").arg(QString::fromUtf8(failure.what())));
+            if (WasGivenUp(failure))
+                return false;
         }
         if (prompt == nullptr || !prompt->AskQuestion(strings.LoadString(CoreText::UserProfileRetry)))
             return false;

@@ -25,6 +25,12 @@ QString DescribeError(const std::exception& failure, const IStringSource& string
     return QString::fromUtf8(failure.what());
 }
 
+bool WasGivenUp(const std::exception& failure)
+{
+    const auto* error = dynamic_cast<const dao::Error*>(&failure);
+    return error && error->kind == dao::Kind::GivenUp;
+}
+
 quint32 CodeOf(const std::exception& failure)
 {
     const auto* error = dynamic_cast<const Error*>(&failure);

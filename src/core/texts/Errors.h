@@ -36,5 +36,8 @@ constexpr quint32 General = 0x80004005; // a failure that nobody distinguishes b
 // The sentence for any exception: an Error's description, a dao::Error's catalogue text, else what().
 QString DescribeError(const std::exception& failure, const IStringSource& strings);
 
+// The operator did not want to wait for the database any longer: asking whether to try again is idle.
+bool WasGivenUp(const std::exception& failure);
+
 // The code of an Error; General for any other exception.
 quint32 CodeOf(const std::exception& failure);

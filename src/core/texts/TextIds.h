@@ -72,5 +72,11 @@ constexpr int MayNotRegroupNow = 5945;
 constexpr int ServerChanged = 5970;
 constexpr int OlderMissingFrom = 5971;
 constexpr int OlderMissing = 5972;
+constexpr int WaitCaption = 5957;
+constexpr int WaitForAnswer = 5958;
+constexpr int WaitForLock = 5959;
+constexpr int WaitMayBeGivenUp = 5960;
+constexpr int WaitMayNotBeGivenUp = 5961;
+constexpr int GiveUpWaiting = 5962;
 
 } // namespace CoreText

@@ -128,6 +128,8 @@ void LogonCommand::Logoff()
 
 void LogonCommand::HangUp()
 {
+    if (m_ending)
+        return;
     m_ending = true;
     m_session.callsign = m_services.executive.MyCallsign();
     Attempt([this] { m_services.executive.Disconnect(); });

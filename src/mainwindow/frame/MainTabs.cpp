@@ -154,11 +154,9 @@ bool MainTabs::Reload(const QString& lookfor)
 {
     switch (Selected()) {
     case Tab::Talkgroups:
-        picGroups->ReloadGrps(lookfor);
-        return true;
+        return picGroups->ReloadGrps(lookfor);
     case Tab::Individuals:
-        picIndividuals->ReloadInds(lookfor);
-        return true;
+        return picIndividuals->ReloadInds(lookfor);
     case Tab::Scada:
         break;
     }

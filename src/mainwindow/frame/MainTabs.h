@@ -44,7 +44,7 @@ public:
     int LeastPaneHeight(int least) const;
 
     RegroupingAllowed Allowed() const;
-    // Read the shown pane afresh; true when it shows addresses. An empty text finds all.
+    // Read the shown pane afresh; true when it has read addresses. An empty text finds all.
     bool Reload(const QString& lookfor = {});
     // Covers the lists of addresses, or shows them again.
     void Cover(bool on);

@@ -280,9 +280,14 @@ void winMain::CloseUnasked()
     close();
 }
 
-void winMain::EndAtOnce()
+void winMain::HangUp()
 {
     m_logon->HangUp();
+}
+
+void winMain::EndAtOnce()
+{
+    HangUp();
     CloseUnasked();
     Unload(); // even if a dialog of its own kept the window from being closed
 }

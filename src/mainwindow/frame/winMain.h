@@ -53,6 +53,8 @@ public:
     // The same for a system that is shutting down: whatever box or dialog is open, nothing is asked, and the
     // radio hangs up first. What cannot be stored is put right at this console's next logon.
     void EndAtOnce();
+    // The first step of that, which waits for nothing.
+    void HangUp();
 
 Q_SIGNALS:
     // The window is gone and the session ended; the application shuts down.

@@ -24,6 +24,7 @@
 #include <QScopedValueRollback>
 #include <QTreeView>
 #include <QVBoxLayout>
+#include <utility>
 
 IndividualsPane::IndividualsPane(const Parts& parts, QWidget* parent)
     : QWidget(parent),
@@ -115,9 +116,9 @@ void IndividualsPane::TellChosen()
         Q_EMIT AddressesChosen(*addresses);
 }
 
-void IndividualsPane::ReloadInds(const QString& lookfor)
+bool IndividualsPane::ReloadInds(const QString& lookfor)
 {
-    Reload(lookfor, ReloadCause::Operator);
+    return Reload(lookfor, ReloadCause::Operator);
 }
 
 void IndividualsPane::ReloadInds()
@@ -131,18 +132,20 @@ void IndividualsPane::ReloadInds()
     QMetaObject::invokeMethod(this, reload, Qt::QueuedConnection);
 }
 
-// A reload that comes while an earlier one is asking whether to try again has nothing to add to it.
-void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
+// A reload that comes while an earlier one waits or asks whether to try again has nothing to add to it,
+// unless the radio has changed something meanwhile.
+bool IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
 {
+    if (m_reloading && cause == ReloadCause::Radio)
+        m_reloadMissed = true;
     if (!m_parts.session.LoggedOn || m_reloading)
-        return;
+        return false;
     const QScopedValueRollback reloading(m_reloading, true);
-    m_lookfor = lookfor;
     std::vector<IndividualRow> rows;
     const int limit = AddressListLimit(m_parts.settings);
     if (cause != ReloadCause::Operator) {
         if (!m_parts.database.Memory().Addresses().IsRead())
-            return;
+            return false;
         DrawIndividuals(m_parts.database, lookfor, limit + 1, rows);
     }
     for (bool again = cause == ReloadCause::Operator; again;) {
@@ -158,9 +161,14 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
             again = false;
         } catch (const std::exception& failure) {
             ProgramLog::Write(DescribeError(failure, m_parts.strings));
+            if (WasGivenUp(failure)) { // what is shown stays
+                ReloadMissed();
+                return false;
+            }
             again = m_parts.prompt.AskQuestion(m_parts.strings.LoadString(MainText::IndividualsUnread));
         }
     }
+    m_lookfor = lookfor;
     const bool cut = CutToLimit(rows, limit);
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
@@ -173,4 +181,12 @@ void IndividualsPane::Reload(const QString& lookfor, ReloadCause cause)
             place.Restore([this](const QString& key) { return m_model->Find(key); });
     }
     Q_EMIT AllowedChanged();
+    ReloadMissed();
+    return true;
+}
+
+void IndividualsPane::ReloadMissed()
+{
+    if (std::exchange(m_reloadMissed, false))
+        ReloadInds();
 }

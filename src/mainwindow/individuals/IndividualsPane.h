@@ -33,8 +33,8 @@ public:
     IndividualsPane(const Parts& parts, QWidget* parent);
 
     // Reads the radios that match a search text; an empty one matches all. Does nothing while nobody is
-    // logged on.
-    void ReloadInds(const QString& lookfor);
+    // logged on. Whether it has read; what was shown stays when the operator gives up.
+    bool ReloadInds(const QString& lookfor);
     // The same list afresh from the session's memory, because another console changed it; selection and
     // scroll stay.
     void ReloadQuietly() { Reload(m_lookfor, ReloadCause::OtherConsole); }
@@ -62,7 +62,8 @@ private:
     void BuildList();
     void TellSelection();
     void TellChosen();
-    void Reload(const QString& lookfor, ReloadCause cause);
+    bool Reload(const QString& lookfor, ReloadCause cause);
+    void ReloadMissed();
 
     Parts m_parts;
     IndividualsModel* m_model;
@@ -71,6 +72,7 @@ private:
     ListNotice* m_notice;            // that the list is cut off at its limit
     bool m_changedByProgram = false; // the selection changes, but not by the operator
     QString m_lookfor;               // of the last reload
-    bool m_reloading = false;        // a question about it may be open
+    bool m_reloading = false;        // it may wait, or a question about it may be open
+    bool m_reloadMissed = false;     // the radio wanted one meanwhile
     bool m_reloadDue = false;
 };

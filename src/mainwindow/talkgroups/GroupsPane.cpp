@@ -2,6 +2,7 @@
 
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
+#include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
@@ -20,6 +21,7 @@
 #include <QLabel>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
+#include <utility>
 
 GroupsPane::GroupsPane(const TalkgroupServices& services, const SessionState& session, QWidget* parent)
     : QWidget(parent),
@@ -118,9 +120,9 @@ void GroupsPane::TellChosen()
     Q_EMIT AllowedChanged();
 }
 
-void GroupsPane::ReloadGrps(const QString& lookfor)
+bool GroupsPane::ReloadGrps(const QString& lookfor)
 {
-    Reload(true, lookfor, ReloadCause::Operator);
+    return Reload(true, lookfor, ReloadCause::Operator);
 }
 
 void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
@@ -129,24 +131,32 @@ void GroupsPane::ReloadDynamicGroups(const QString& lookfor)
         this, [this, lookfor] { Reload(false, lookfor, ReloadCause::Radio); }, Qt::QueuedConnection);
 }
 
-// A reload that comes while an earlier one is asking whether to try again has nothing to add to it.
-void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cause)
+// A reload that comes while an earlier one waits or asks whether to try again has nothing to add to it,
+// unless the radio has changed something meanwhile.
+bool GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cause)
 {
+    if (m_reloading && cause == ReloadCause::Radio)
+        m_reloadMissed = true;
     if (!m_session.LoggedOn || m_reloading ||
         (cause != ReloadCause::Operator && !m_services.session.Memory().Addresses().IsRead()))
-        return;
+        return false;
     const QScopedValueRollback reloading(m_reloading, true);
     const TreePlace place(*tvGroups, TalkgroupModel::PlaceRole);
     std::exception_ptr failure;
+    bool givenUp = false;
     {
         const QScopedValueRollback quiet(m_changedByProgram, true);
         try {
             Load(withStatic, lookfor, cause);
+        } catch (const std::exception& problem) {
+            givenUp = cause == ReloadCause::Operator && WasGivenUp(problem); // what is shown stays
+            if (!givenUp)
+                failure = std::current_exception(); // half of the tree may be new
         } catch (...) {
             failure = std::current_exception(); // half of the tree may be new
         }
         SayCut();
-        const bool keepPlace = cause != ReloadCause::Operator;
+        const bool keepPlace = cause != ReloadCause::Operator || givenUp;
         UnfoldFilled([&](const QModelIndex& node) {
             return keepPlace && place.WasFolded(node.data(TalkgroupModel::PlaceRole).toString());
         });
@@ -158,8 +168,11 @@ void GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cau
         }
     }
     Q_EMIT AllowedChanged();
+    if (std::exchange(m_reloadMissed, false))
+        ReloadDynamicGroups(m_lookfor);
     if (failure)
         std::rethrow_exception(failure);
+    return !givenUp;
 }
 
 void GroupsPane::Load(bool withStatic, const QString& lookfor, ReloadCause cause)

@@ -25,8 +25,8 @@ public:
     // Captions of the roots.
     void LoadRootCaptions();
     // Reads the groups that match a search text; an empty one matches all. Does nothing while nobody is
-    // logged on.
-    void ReloadGrps(const QString& lookfor = {});
+    // logged on. Whether it has read; what was shown stays when the operator gives up.
+    bool ReloadGrps(const QString& lookfor = {});
     // Rereads the same groups because another console changed them; selection and scroll position stay.
     // Raises Error and dao::Error; what could not be read then stays as it was.
     void ReloadQuietly() { Reload(true, m_lookfor, ReloadCause::OtherConsole); }
@@ -62,7 +62,7 @@ private:
     void BuildTree();
     void TellSelection();
     void TellChosen();
-    void Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
+    bool Reload(bool withStatic, const QString& lookfor, ReloadCause cause);
     void Load(bool withStatic, const QString& lookfor, ReloadCause cause);
     void UnfoldFilled(const std::function<bool(const QModelIndex&)>& wasFolded);
     void ScrollToLast();
@@ -79,6 +79,7 @@ private:
     ListNotice* m_notice;            // that groups are left out past the limit
     bool m_changedByProgram = false; // the selection changes, but not by the operator
     QString m_lookfor;               // of the last reload of all groups
-    bool m_reloading = false;        // a question about it may be open
+    bool m_reloading = false;        // it may wait, or a question about it may be open
+    bool m_reloadMissed = false;     // the radio wanted one meanwhile
     QTimer m_markDue;                // of a regroup that is not on a disk yet
 };

@@ -70,7 +70,7 @@ bool TalkgroupLoader::Read(const std::function<void()>& read, int retryQuestion,
             read();
             return true;
         } catch (const std::exception& failure) {
-            if (cause == ReloadCause::OtherConsole)
+            if (cause == ReloadCause::OtherConsole || WasGivenUp(failure))
                 throw;
             ProgramLog::Write(DescribeError(failure, m_services.strings));
         }
