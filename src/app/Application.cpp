@@ -55,6 +55,7 @@ void Application::StartUp(const QString& settingsFile)
     o.session = std::make_unique<DbSession>(*o.settings, m_strings, o.clock);
     QObject::connect(o.waiting.get(), &Waiting::WaitingChanged, &o.session->Changes(),
                      &DatabaseChanges::SetBusy);
+    QObject::connect(&o.session->Changes(), &DatabaseChanges::Telling, o.waiting.get(), &Waiting::SetUnasked);
     auto control =
         std::make_unique<SerialMap27Control>(m_strings, o.clock, SerialMap27Control::Place::OwnThread);
     control->SetWaitSign([&o](const QString& port, std::function<void()> giveUp) {

@@ -65,7 +65,7 @@ TEST_F(EventLogLanes, StoreInOrderAndOutliveALockedFile)
     QObject::connect(&log, &EventLog::Delayed, [&](const QString& text) { told.append(text); });
     QStringList ids = Append(log, 1, 50);
     EXPECT_FALSE(AllSafe(log, ids)) << "nobody has waited for it";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids) && log.Waiting() == 0; }, 5000));
 
     sqlite3* other = nullptr;
     ASSERT_EQ(sqlite3_open(File().toUtf8().constData(), &other), SQLITE_OK);

@@ -96,6 +96,7 @@ TEST_F(WaitingTest, GivesUpAServerThatNeverAnswersOnlyOnPurpose)
         [this] { Press(window, Qt::Key_Escape); },
         [] { driver::Click(*Sign(), "cmdGiveUp"); },
         [this] { waiting.EndSoon([this] { ++clicks; }), clock.Step(1s); },
+        [this] { waiting.SetUnasked(true), clock.Step(700ms); },
     };
     for (const auto& giveUp : waysOut) {
         QTcpServer silent;
@@ -132,12 +133,31 @@ TEST_F(WaitingTest, GivesUpAServerThatNeverAnswersOnlyOnPurpose)
             EXPECT_EQ(failure.kind, dao::Kind::GivenUp) << failure.what();
         }
         RunOn();
+        waiting.SetUnasked(false);
         EXPECT_FALSE(IsShown());
         EXPECT_EQ(field->text(), "x"); // typed once, for the window that waited
         EXPECT_EQ(clicks, ends ? 1 : 0);
         Press(window, Qt::Key_Y);
         EXPECT_EQ(field->text(), "xy");
     }
+}
+
+TEST_F(WaitingTest, ShowsThatAPortIsWaitedFor)
+{
+    int givenUp = 0;
+    auto sign = waiting.ShowFor("tcp:radio:4001", [&] { ++givenUp; });
+    ASSERT_TRUE(IsShown());
+    EXPECT_TRUE(Child<QLabel>(*Sign(), "lblWaiting").text().contains("tcp:radio:4001"));
+    Press(window, Qt::Key_Escape);
+    EXPECT_EQ(givenUp, 0);
+    clock.Step(1s);
+    Press(window, Qt::Key_Escape);
+    Press(window, Qt::Key_Escape);
+    EXPECT_EQ(givenUp, 1);
+    EXPECT_FALSE(window.close());
+    sign.reset();
+    EXPECT_TRUE(QTest::qWaitFor([] { return !IsShown(); }));
+    EXPECT_TRUE(window.close());
 }
 
 TEST_F(WaitingTest, KeepsEverythingElseFromALockedFile)

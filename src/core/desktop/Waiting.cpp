@@ -22,6 +22,7 @@ constexpr milliseconds SignAfter{300};
 // Nobody has looked at the sign in less: a click or an Esc was meant for something else.
 constexpr milliseconds LookingTime{1000};
 constexpr milliseconds LastWait{1000};
+constexpr milliseconds LongestUnasked{2000};
 constexpr milliseconds Tick{50};
 
 // The window that the operator works in. Never that of a radio call.
@@ -172,7 +173,9 @@ void Waiting::EndSoon(std::function<void()> then)
 // Brings the sign up to date.
 void Waiting::Look()
 {
-    if (m_inWait && m_last && m_clock.Ticks() >= *m_last) {
+    const bool isLast = m_last && m_clock.Ticks() >= *m_last;
+    const bool isLong = m_unasked && m_wait.mayGiveUp && Spent() >= LongestUnasked;
+    if (m_inWait && (isLast || isLong)) {
         Finish(End::GivenUp);
         return;
     }

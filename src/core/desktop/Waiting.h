@@ -33,6 +33,9 @@ public:
     // event loop of his own; `giveUp` is called from it.
     std::shared_ptr<void> ShowFor(const QString& where, std::function<void()> giveUp);
 
+    // From now on nobody has asked for what is waited for: it is given up by itself after two seconds, so
+    // that no operator is kept from his work by it.
+    void SetUnasked(bool unasked) { m_unasked = unasked; }
     // A database is being waited for: its session must not be used.
     bool IsWaiting() const { return m_inWait; }
     // Does this once nothing is being waited for, which ends within a second or so, safe or not.
@@ -71,6 +74,7 @@ private:
     std::optional<End> m_end; // of it
     QEventLoop* m_loop = nullptr;
     bool m_inWait = false;
+    bool m_unasked = false;
     std::shared_ptr<Port> m_port;
     std::function<void()> m_then;
 };

@@ -60,7 +60,7 @@ void DatabaseChanges::BeFree()
 void DatabaseChanges::Tell(const QString& table)
 {
     if (!m_busy)
-        Q_EMIT Changed(table);
+        Report(table);
     else if (!m_untold.contains(table))
         m_untold.append(table);
 }
@@ -75,7 +75,14 @@ void DatabaseChanges::MayHaveChanged()
         for (const QString& table : m_look())
             KeepUnread(table);
     for (const QString& table : std::exchange(m_unread, {}))
-        Q_EMIT Changed(table);
+        Report(table);
+}
+
+void DatabaseChanges::Report(const QString& table)
+{
+    Q_EMIT Telling(true);
+    Q_EMIT Changed(table);
+    Q_EMIT Telling(false);
 }
 
 void DatabaseChanges::KeepUnread(const QString& table)

@@ -47,11 +47,14 @@ Q_SIGNALS:
     // This console did.
     void ChangedHere(const QString& table);
     void AwayChanged(bool away);
+    // Changes are about to be told, which nobody has asked for, or have been.
+    void Telling(bool begins);
     // The database can be asked again.
     void Free();
 
 private:
     void BeFree();
+    void Report(const QString& table);
 
     Look m_look;
     QStringList m_unread;
