@@ -132,7 +132,7 @@ TEST_F(ServerWaits, AreThreeAtMostForWhatAPersonAsksFor)
     Expect("change a user", changing, [&] { Click(*users, "cmdApply"); });
     EXPECT_TRUE(stack.session.Workspace().Users().IsMember("Zoe", "Admins"));
 
-    RegroupStore store(stack.session);
+    RegroupStore store(stack.session, stack.eventLog);
     QString request;
     Expect("regroup command", most, [&] {
         store.RequireRight();
@@ -144,8 +144,7 @@ TEST_F(ServerWaits, AreThreeAtMostForWhatAPersonAsksFor)
             confirmed.groupId = 1;
             confirmed.memberId = 2;
             confirmed.pos = 3;
-            store.Store(confirmed);
-            store.Close(std::exchange(request, {}));
+            store.Store(confirmed, std::exchange(request, {}));
         });
 }
 
