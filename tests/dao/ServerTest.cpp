@@ -259,12 +259,15 @@ TEST_F(ServerTest, OtherSessionsAreToldWhatChanged)
         EXPECT_TRUE(Comes([&] { return told.contains(c.table); })) << c.table;
         EXPECT_LT(time.elapsed(), 1000) << c.table;
     }
-    // Not of what it does itself, and not of log records.
+    // Not of what it does itself or a session beside it does, and not of log records.
     told.clear();
-    const auto duty = olga->Database().QueryDef("update_duty_status");
-    duty->SetParameter("cs", "Unit21");
-    duty->SetParameter("ds", false);
-    duty->Execute();
+    const auto beside = olga->Again()();
+    for (Workspace* session : {olga.get(), beside.get()}) {
+        const auto duty = session->Database().QueryDef("update_duty_status");
+        duty->SetParameter("cs", "Unit21");
+        duty->SetParameter("ds", session == olga.get());
+        duty->Execute();
+    }
     Add("event", {"time_stamp", "event_type"}, {{m_now, 1}});
     Add("status", {"status_code"}, {{6}});
     EXPECT_TRUE(Comes([&] { return !told.isEmpty(); }));

@@ -9,15 +9,24 @@
 #include "dao/base/Error.h"
 #include "dao/tables/RegroupTable.h"
 
+#include <memory>
+
 namespace {
 
-// Without a request the change has been stored before, and only the answer had not arrived.
-bool IsStored(dao::Database& database, const QString& request)
+std::unique_ptr<dao::Recordset> Find(dao::Database& database, const QString& request)
 {
-    const auto requests = database.OpenTable(QStringLiteral("regroup_request"));
+    auto requests = database.OpenTable(QStringLiteral("regroup_request"));
     requests->SetIndex(QStringLiteral("PrimaryKey"));
     requests->Seek(request);
-    return requests->NoMatch();
+    return requests;
+}
+
+// What earlier consoles have left goes with it.
+void EndWith(dao::Database& database, const QString& request)
+{
+    const auto query = database.QueryDef(QStringLiteral("drop_regroup_request"));
+    query->SetParameter(QStringLiteral("id"), request);
+    query->Execute();
 }
 
 QString CallsignOf(qint32 id, SessionMemory& memory)
@@ -78,8 +87,9 @@ void RegroupChange::ApplyTo(SessionMemory& memory) const
 void RegroupChange::StoreIn(dao::Database& database, bool endRequest) const
 {
     const dao::RegroupRecord record{.groupId = groupId, .memberId = memberId, .pos = pos};
-    if (!request.isEmpty() && IsStored(database, request))
-        return;
+    const auto found = request.isEmpty() ? nullptr : Find(database, request);
+    if (found && found->NoMatch())
+        return; // stored before, only the answer had not arrived
     switch (kind) {
     case Kind::Withdrawn:
         break;
@@ -97,11 +107,13 @@ void RegroupChange::StoreIn(dao::Database& database, bool endRequest) const
         dao::RegroupTable::RemoveMembersOf(database, groupId, pos);
         break;
     }
-    if (request.isEmpty() || !endRequest)
+    if (!found || !endRequest)
         return;
-    const auto query = database.QueryDef(QStringLiteral("drop_regroup_request"));
-    query->SetParameter(QStringLiteral("id"), request);
-    query->Execute();
+    // After hours without a database old requests belong to changes that still wait: those must stay.
+    if (kind == Kind::Withdrawn)
+        EndWith(database, request);
+    else
+        found->Delete();
 }
 
 QString RegroupChange::DescribeRefusal(const std::exception& reason, IDbSession& session,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dao/postgresql/ServerAddress.h"
+#include <QSet>
 #include <QString>
 #include <atomic>
 #include <chrono>
@@ -40,6 +41,34 @@ private:
     std::shared_ptr<State> m_state;
 };
 
+// The server's processes that work for the sessions of one logon, so that none of these takes what another
+// one does for a foreign change. All copies have them in common. May be used on any thread.
+class SharedBackends {
+public:
+    void Add(int process)
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->processes.insert(process);
+    }
+    void Remove(int process)
+    {
+        const std::lock_guard lock(m_state->mutex);
+        m_state->processes.remove(process);
+    }
+    bool Contains(int process) const
+    {
+        const std::lock_guard lock(m_state->mutex);
+        return m_state->processes.contains(process);
+    }
+
+private:
+    struct State {
+        std::mutex mutex;
+        QSet<int> processes;
+    };
+    std::shared_ptr<State> m_state = std::make_shared<State>();
+};
+
 // As whom and where a connection is made.
 struct Logon {
     ServerAddress address;
@@ -49,6 +78,7 @@ struct Logon {
     std::chrono::milliseconds lockTimeout{2000};
     // The server has to ask for the password: one that lets everybody in would make every password right.
     bool passwordRequired = true;
+    SharedBackends backends{};
 };
 
 // Tries the hosts in their order, each at most two seconds, so that a window never waits long. Reads no state

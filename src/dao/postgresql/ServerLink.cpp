@@ -26,6 +26,7 @@ ServerLink::ServerLink(Logon logon, ConnectionHandle connection)
 
 ServerLink::~ServerLink()
 {
+    m_logon.backends.Remove(m_backend);
     m_probe.Stop();
     m_notifier.reset(); // before its socket is closed
 }
@@ -126,7 +127,10 @@ void ServerLink::Reconnect()
 
 void ServerLink::Connected(ConnectionHandle connection)
 {
+    m_logon.backends.Remove(m_backend);
     m_connection = std::move(connection);
+    m_backend = PQbackendPID(m_connection.get());
+    m_logon.backends.Add(m_backend);
     ++m_generation;
     m_listening = false;
     PQsetnonblocking(m_connection.get(), 1);
@@ -181,10 +185,10 @@ void ServerLink::Collect()
     PGconn* connection = m_connection.get();
     PQconsumeInput(connection);
     while (PGnotify* notice = PQnotifies(connection)) {
-        if (notice->be_pid != PQbackendPID(connection)) {
-            m_pending.insert(QString::fromUtf8(notice->extra));
+        if (notice->be_pid != m_backend)
             ++m_notices;
-        }
+        if (!m_logon.backends.Contains(notice->be_pid))
+            m_pending.insert(QString::fromUtf8(notice->extra));
         PQfreemem(notice);
     }
     if (m_changed && !m_pending.isEmpty() && !m_delivery.isActive())

@@ -64,6 +64,7 @@ private:
 
     Logon m_logon;
     ConnectionHandle m_connection;
+    int m_backend = 0; // the server's process of the last connection
     ServerWait m_wait;
     int m_generation = 0;
     bool m_listening = false;
