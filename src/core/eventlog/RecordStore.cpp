@@ -68,7 +68,7 @@ void StoreDuty(dao::Database& database, const LogRecord& change)
     const auto query = database.QueryDef(QStringLiteral("update_duty_status"));
     query->SetParameter(QStringLiteral("cs"), change.from);
     query->SetParameter(QStringLiteral("ds"), change.type == 1);
-    query->Execute();
+    query->ExecuteLater();
 }
 
 void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, bool endRequest)
@@ -182,7 +182,7 @@ bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord
     try {
         std::optional<dao::Transaction> transaction;
         if (!changes.isEmpty())
-            transaction.emplace(workspace);
+            transaction.emplace(workspace, dao::Transaction::Changes::Together);
         InsertTogether(workspace.Database(), events);
         for (const LogRecord& change : changes)
             if (change.regroup)

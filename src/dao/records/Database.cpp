@@ -120,9 +120,9 @@ void Database::Append(const QString& table, const QStringList& fields,
     QVariantList values;
     for (const QVariantList& record : records)
         values += record;
-    m_engine->Change("INSERT INTO " + Quoted(Table(table)->Name()) + " (" + QuotedList(fields) + ") VALUES " +
-                         rows.join(", "),
-                     values);
+    m_engine->ChangeLater("INSERT INTO " + Quoted(Table(table)->Name()) + " (" + QuotedList(fields) +
+                              ") VALUES " + rows.join(", "),
+                          values, [](Error&) {});
 }
 
 std::unique_ptr<Recordset> Database::OpenSnapshot(const QString& queryNameOrSql)

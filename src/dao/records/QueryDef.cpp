@@ -43,10 +43,20 @@ std::unique_ptr<Recordset> QueryDef::OpenSnapshot()
 
 int QueryDef::Execute()
 {
-    const QVariantList values = Values();
+    return m_engine->Change(m_query->sql, ActionValues());
+}
+
+void QueryDef::ExecuteLater()
+{
+    m_engine->ChangeLater(
+        m_query->sql, ActionValues(), [](Error&) {});
+}
+
+QVariantList QueryDef::ActionValues() const
+{
     if (m_engine->IsSelect(m_query->sql))
         throw Error(Kind::WrongUse, {m_query->name});
-    return m_engine->Change(m_query->sql, values);
+    return Values();
 }
 
 } // namespace dao

@@ -36,9 +36,12 @@ public:
     std::unique_ptr<Recordset> OpenSnapshot();
     // Runs an action query. Returns how many records it changed or deleted.
     int Execute();
+    // The same in a transaction of Workspace::BeginTogether, where nobody asks how many.
+    void ExecuteLater();
 
 private:
     QVariantList Values() const;
+    QVariantList ActionValues() const; // Kind::WrongUse for a query that is none
 
     std::shared_ptr<Engine> m_engine;
     std::shared_ptr<const StoredQuery> m_query;
