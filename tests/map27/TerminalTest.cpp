@@ -6,7 +6,7 @@ using namespace map27;
 
 TEST(Terminal, Conversations)
 {
-    for (const Conversation& conversation : ReadConversations("map27-terminal.txt", 56)) {
+    for (const Conversation& conversation : ReadConversations("map27-terminal.txt", 61)) {
         SCOPED_TRACE(conversation.title);
         LinkParameters radio;
         if (conversation.with.contains("n1"))

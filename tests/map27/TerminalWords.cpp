@@ -50,6 +50,7 @@ struct EventWriter {
         return std::string("cleared by ") + by[static_cast<int>(event.by)] + ' ' + Hex(event.type) + ' ' +
                Hex(event.cause);
     }
+    std::string operator()(const CallTakenUp& event) const { return "taken up " + ToText(event.party); }
     std::string operator()(const NumberingReceived& event) const
     {
         return "numbering " + ToText(event.info.radio);
@@ -79,9 +80,9 @@ struct EventWriter {
     }
     std::string operator()(const Report& event) const
     {
-        static const char* const kinds[] = {"undecodable", "status range",     "unknown coding",
-                                            "late",        "cancel confirmed", "protocol",
-                                            "unanswered",  "not used",         "not delivered"};
+        static const char* const kinds[] = {"undecodable", "status range",     "unknown coding", "late",
+                                            "hung up",     "cancel confirmed", "protocol",       "unanswered",
+                                            "not used",    "not delivered"};
         return std::string("report ") + kinds[static_cast<int>(event.kind)];
     }
 };

@@ -14,7 +14,8 @@ public:
     void AddMessage(TimePoint now);
     // A call that was being set up, or was hung up.
     void AddCall(Address party, TimePoint now);
-    void AddIncomingCall(TimePoint now) { m_mismatch = now + m_wait; }
+    // The radio was put on hook, or its transmitter released, whatever it was doing.
+    void AddControl(TimePoint now) { m_mismatch = now + m_wait; }
     void Forget();
 
     // Until then the next message waits for the end of the cancelled one; empty: none does.

@@ -34,10 +34,12 @@ RadioQuestions::RadioQuestions(Outbox& outbox, Milliseconds wait, Transmit trans
 {
 }
 
-void RadioQuestions::Begin()
+void RadioQuestions::Begin(bool conditionFirst)
 {
     Forget();
     m_own = {RadioInfo::Personality, RadioInfo::Numbering, RadioInfo::OperatingCondition, RadioInfo::Network};
+    if (conditionFirst)
+        std::swap(m_own[0], m_own[2]);
     m_personality.fresh = false;
     m_numbering.fresh = false;
     m_settings.fresh = false;

@@ -22,8 +22,8 @@ public:
     // `wait`: then a question counts as unanswered, and the next one is asked.
     RadioQuestions(Outbox& outbox, Milliseconds wait, Transmit transmit);
 
-    // The link came up.
-    void Begin();
+    // The link came up. `conditionFirst`: the operating condition is asked for before all else.
+    void Begin(bool conditionFirst);
     // Nothing is asked any more, and nothing is expected.
     void Forget();
     // Nor is anything known.

@@ -20,6 +20,10 @@ Terminal::Terminal(TerminalParameters parameters)
     : m_link(parameters.link),
       m_transaction(m_outbox),
       m_cancelled(m_outbox, parameters.cancelWait),
+      m_held(m_outbox, m_transaction, m_cancelled, parameters.questionWait,
+             [this](const ToRadio& message, TimePoint now) {
+                 return TransmitOrReport(EncodeToRadio(message), now);
+             }),
       m_questions(m_outbox, parameters.questionWait, [this](const ToRadio& question, TimePoint now) {
           return Transmit(EncodeToRadio(question), now);
       })
@@ -36,6 +40,7 @@ TerminalOutput Terminal::Start(TimePoint now)
 
 void Terminal::Stop()
 {
+    m_held.LinkIsGone();
     m_link.Stop();
     m_transaction.End();
     m_cancelled.Forget();
@@ -55,12 +60,14 @@ TerminalOutput Terminal::OnTime(TimePoint now)
     if (m_cancelled.MessageEnd() && *m_cancelled.MessageEnd() <= now)
         ReleaseHeldMessage(now);
     m_questions.OnTime(now);
+    m_held.OnTime(now);
     return TakeOutput(now);
 }
 
 Deadline Terminal::NextDeadline() const
 {
-    return Earlier(Earlier(m_link.NextDeadline(), m_cancelled.MessageEnd()), m_questions.NextDeadline());
+    return Earlier(Earlier(m_link.NextDeadline(), m_cancelled.MessageEnd()),
+                   Earlier(m_questions.NextDeadline(), m_held.NextDeadline()));
 }
 
 TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
@@ -69,6 +76,8 @@ TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
     // Once the link is down nothing can be ended over it, and a call may outlive the link.
     CancelMessage(now);
     HangUp(now);
+    m_held.LinkIsGone();
+    m_held.GiveUpWish();
     m_cancelled.Forget();
     m_questions.Forget();
     if (wasOpen)
@@ -88,8 +97,9 @@ void Terminal::Take(LinkOutput output, TimePoint now)
             OnMessage(received->message, now);
         } else if (const auto* ready = std::get_if<LinkReady>(&event)) {
             m_outbox.Tell(*ready);
-            m_questions.Begin();
+            m_questions.Begin(m_held.LinkIsUp(now));
         } else if (const auto* failed = std::get_if<LinkFailed>(&event)) {
+            m_held.LinkIsGone();
             m_transaction.Apply(RadioInput::LinkLost, {0, 0, {}});
             m_cancelled.Forget();
             m_questions.Forget();
@@ -120,6 +130,8 @@ TerminalOutput Terminal::TakeOutput(TimePoint now)
 {
     if (m_link.IsReady())
         m_questions.AskNext(m_transaction.Request(), now);
+    if (m_link.Backlog() == 0)
+        m_held.HungUp();
     return m_outbox.Take();
 }
 
@@ -162,7 +174,8 @@ void Terminal::Handle(const CallMessage& message, const Octets& octets, TimePoin
         message.details.OffHookNeeded() ? RadioInput::IncomingRinging : RadioInput::IncomingConnected;
     m_transaction.Apply(input, {type, 0, octets});
     m_transaction.SetParty(message.party.address);
-    m_outbox.Tell(IncomingCall{type, message.details.octet, m_questions.AsShown(message.party.address)});
+    m_outbox.Tell(IncomingCall{type, message.details.octet, m_questions.AsShown(message.party.address),
+                               message.party.description});
 }
 
 void Terminal::Handle(const ClearMessage& message, const Octets& octets, TimePoint now)
@@ -204,6 +217,12 @@ void Terminal::Handle(const ProtocolInfoMessage& message, const Octets& octets, 
     m_outbox.Report(ReportKind::ProtocolInfo, signal);
     if (refuses && m_transaction.Request() != OpenRequest::None)
         m_transaction.Apply(RadioInput::Refused, signal);
+}
+
+void Terminal::Handle(const OperatingConditionMessage& message, const Octets&, TimePoint now)
+{
+    m_held.Settle(message, now); // first: whoever hears of the condition then knows whose call it is
+    m_questions.Take(message);
 }
 
 // After a cancel the next message waits for the end of the cancelled one, and whatever comes until then is
@@ -339,6 +358,18 @@ TerminalOutput Terminal::ClearCall(TimePoint now)
     return TakeOutput(now);
 }
 
+OperationResult Terminal::PutOnHook(TimePoint now)
+{
+    if (State() != TerminalState::Idle && State() != TerminalState::MessageWait) {
+        HangUp(now);
+        return Finish(std::nullopt, now);
+    }
+    auto refusal = Transmit(EncodeToRadio(RadioControlMessage{}), now);
+    if (!refusal)
+        m_cancelled.AddControl(now);
+    return Finish(std::move(refusal), now);
+}
+
 TerminalOutput Terminal::CancelTransaction(TimePoint now)
 {
     CancelMessage(now);
@@ -356,7 +387,7 @@ void Terminal::HangUp(TimePoint now)
         return;
     case TerminalState::IncallWait:
         TransmitOrReport(EncodeToRadio(RadioControlMessage{}), now);
-        m_cancelled.AddIncomingCall(now);
+        m_cancelled.AddControl(now);
         break;
     case TerminalState::OutcallWait:
         TransmitOrReport(EncodeToRadio(ClearMessage{true, party, ClearCause::CancelAttempt}), now);
@@ -367,6 +398,7 @@ void Terminal::HangUp(TimePoint now)
         m_cancelled.AddCall(party, now);
         break;
     }
+    m_held.HangingUp(party);
     m_transaction.End();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/terminal/CancelledRequests.h"
+#include "map27/terminal/HeldCall.h"
 #include "map27/terminal/RadioQuestions.h"
 #include "map27/terminal/Requests.h"
 #include "map27/terminal/Transaction.h"
@@ -24,7 +25,8 @@ struct TerminalParameters {
 // changes nothing. There is no time limit on a transaction. CancelTransaction, ClearCall, ResetLink and Stop
 // do nothing when there is nothing to do, and have no refusal.
 //
-// What it asks the radio by itself, and what comes of the answers, says RadioQuestions.
+// What it asks the radio by itself, and what comes of the answers, says RadioQuestions. What becomes of a
+// call whose link was lost, says HeldCall.
 class Terminal {
 public:
     explicit Terminal(TerminalParameters parameters = {});
@@ -59,6 +61,8 @@ public:
     OperationResult SetTransmit(bool on, TimePoint now);
     // Hangs up; gives up a call that is being set up or rings. Leaves a message alone.
     TerminalOutput ClearCall(TimePoint now);
+    // Puts the radio on hook and releases its transmitter, whatever it is doing, even when no call is ours.
+    OperationResult PutOnHook(TimePoint now);
     // Gives up a message, a call that is being set up, or refuses one that rings. Leaves a connected call
     // alone.
     TerminalOutput CancelTransaction(TimePoint now);
@@ -98,6 +102,7 @@ private:
     void Handle(const ClearMessage& message, const Octets& octets, TimePoint now);
     void Handle(const AcknowledgementMessage& message, const Octets& octets, TimePoint now);
     void Handle(const ProtocolInfoMessage& message, const Octets& octets, TimePoint now);
+    void Handle(const OperatingConditionMessage& message, const Octets& octets, TimePoint now);
     // Answers to questions, and what the terminal has no use for.
     template <typename Message> void Handle(const Message& message, const Octets& octets, TimePoint now);
     bool AnswersCancelledMessage(const RadioSignal& signal, TimePoint now);
@@ -117,6 +122,7 @@ private:
     Outbox m_outbox;
     Transaction m_transaction;
     CancelledRequests m_cancelled;
+    HeldCall m_held;
     RadioQuestions m_questions;
 };
 

@@ -27,29 +27,33 @@ struct IncomingCall {
     std::uint8_t type;  // Type::Call or Type::EmergencyCall
     std::uint8_t flags; // the call details octet; bit value 8: rings, must be answered
     Address from;       // PSTN and PABX of the radio's own prefix are told with prefix 0
+    AddressDescription description{};
     bool operator==(const IncomingCall&) const = default;
 };
 
 // The three kinds of progress. code: 192 208 224, 196 212 228, 197 213 229. source is the type octet that the
 // cause belongs to (see CauseText): the code itself, or Type::ProtocolInfo when the radio refused the request
-// as such.
+// as such. message is what the radio said, as received; empty when it said nothing.
 struct MessageProgress {
     std::uint8_t code;
     std::uint8_t cause;
     std::uint8_t source;
     Address party; // whom the message was for
+    Octets message{};
     bool operator==(const MessageProgress&) const = default;
 };
 struct OutgoingCallProgress {
     std::uint8_t code;
     std::uint8_t cause;
     std::uint8_t source;
+    Octets message{};
     bool operator==(const OutgoingCallProgress&) const = default;
 };
 struct AnswerProgress {
     std::uint8_t code;
     std::uint8_t cause;
     std::uint8_t source;
+    Octets message{};
     bool operator==(const AnswerProgress&) const = default;
 };
 
@@ -60,7 +64,14 @@ struct TransactionCleared {
     ClearedBy by;
     std::uint8_t type;  // 86, A6; A4, A5 when an incoming call took over; 0 when the link went
     std::uint8_t cause; // 0 unless by the radio
+    Octets message{};   // as received; empty when the link went
     bool operator==(const TransactionCleared&) const = default;
+};
+
+// The call that was lost with the link goes on at the radio, and is ours again.
+struct CallTakenUp {
+    Address party; // as on the wire
+    bool operator==(const CallTakenUp&) const = default;
 };
 
 struct NumberingReceived {
@@ -90,6 +101,7 @@ enum class ReportKind {
     StatusOutOfRange, // above 31
     UnknownCoding,    // a text in a reserved coding, delivered as hexadecimal pairs
     Late,             // an answer that belongs to nothing open
+    CallHungUp,       // of itself, after the link was lost; or the transmitter was released
     CancelConfirmed,  // the end of a cancelled transaction, or the radio's answer to the cancelling
     ProtocolInfo,     // the radio's complaint or notice
     Unanswered,       // a question of the terminal's own or the operator's
@@ -103,10 +115,10 @@ struct Report {
     bool operator==(const Report&) const = default;
 };
 
-using TerminalEvent =
-    std::variant<StatusReceived, TextReceived, IncomingCall, MessageProgress, OutgoingCallProgress,
-                 AnswerProgress, TransactionCleared, NumberingReceived, OperatingConditionReceived,
-                 NetworkInfoReceived, PersonalityReceived, SettingsReceived, LinkReady, LinkFailed, Report>;
+using TerminalEvent = std::variant<StatusReceived, TextReceived, IncomingCall, MessageProgress,
+                                   OutgoingCallProgress, AnswerProgress, TransactionCleared, CallTakenUp,
+                                   NumberingReceived, OperatingConditionReceived, NetworkInfoReceived,
+                                   PersonalityReceived, SettingsReceived, LinkReady, LinkFailed, Report>;
 
 // What one call brought about: octets for the port, one element a frame, and events, both in order.
 struct TerminalOutput {

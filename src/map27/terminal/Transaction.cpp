@@ -46,29 +46,29 @@ void Transaction::Act(TerminalAction action, const RadioSignal& signal)
         m_outbox.ReportLate(signal);
         break;
     case TerminalAction::TellMessage:
-        m_outbox.Tell(MessageProgress{signal.type, cause, signal.type, m_party});
+        m_outbox.Tell(MessageProgress{signal.type, cause, signal.type, m_party, signal.octets});
         break;
     case TerminalAction::TellCall:
-        m_outbox.Tell(OutgoingCallProgress{signal.type, cause, signal.type});
+        m_outbox.Tell(OutgoingCallProgress{signal.type, cause, signal.type, signal.octets});
         break;
     case TerminalAction::TellAnswer:
-        m_outbox.Tell(AnswerProgress{signal.type, cause, signal.type});
+        m_outbox.Tell(AnswerProgress{signal.type, cause, signal.type, signal.octets});
         break;
     case TerminalAction::FailMessage:
-        m_outbox.Tell(MessageProgress{Type::MessageNegative, cause, signal.type, m_party});
+        m_outbox.Tell(MessageProgress{Type::MessageNegative, cause, signal.type, m_party, signal.octets});
         break;
     case TerminalAction::FailCall:
-        m_outbox.Tell(OutgoingCallProgress{Type::SetupNegative, cause, signal.type});
+        m_outbox.Tell(OutgoingCallProgress{Type::SetupNegative, cause, signal.type, signal.octets});
         break;
     case TerminalAction::FailAnswer:
-        m_outbox.Tell(AnswerProgress{Type::ReceiveNegative, cause, signal.type});
+        m_outbox.Tell(AnswerProgress{Type::ReceiveNegative, cause, signal.type, signal.octets});
         break;
     case TerminalAction::TellCleared:
-        m_outbox.Tell(TransactionCleared{ClearedBy::Radio, signal.type, cause});
+        m_outbox.Tell(TransactionCleared{ClearedBy::Radio, signal.type, cause, signal.octets});
         break;
     case TerminalAction::TellClearedFirst:
         m_outbox.Tell(TransactionCleared{signal.type == 0 ? ClearedBy::LinkLoss : ClearedBy::IncomingCall,
-                                         signal.type, 0});
+                                         signal.type, 0, signal.octets});
         break;
     case TerminalAction::ReportRefusal: // reported by the caller already
     case TerminalAction::Quietly:

@@ -31,6 +31,7 @@ public:
     void SetAnswered() { m_answered = true; }
     void SetTransmitting(bool on) { m_transmitting = on; }
     bool IsTransmitting() const { return m_transmitting; }
+    bool IsAnswered() const { return m_answered; }
     // Over, without an event.
     void End();
 
