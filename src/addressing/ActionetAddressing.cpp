@@ -21,8 +21,8 @@ bool IsSubscriber(int ident)
     return ident > DummyIdent && ident <= MaxSubscriberIdent;
 }
 
-// Compares what the radio reports as its units or groups with the layout. A base of 0, or a max below the
-// base, means that it has none, which contradicts nothing.
+// Compares what the radio reports as its units or groups with the layout. A base of 0 means that it has none,
+// which contradicts nothing; a max below the base has been told of.
 std::optional<AddressingError> CompareReport(AddressingCode code, NumberRange reported, int reportedDigits,
                                              NumberRange expected, int expectedDigits)
 {
@@ -59,9 +59,9 @@ void ActionetAddressing::SetConfigSource(IMpt1343FleetConfigSource&, IActionetCo
 void ActionetAddressing::SetRadioNumbering(const RadioNumbering& numbering)
 {
     m_own.reset();
-    m_ownWarnings.clear();
+    m_ownWarnings = CheckOwnFleets(numbering);
     if (const auto error = CheckOwnNumber(numbering))
-        m_ownWarnings.push_back(*error);
+        m_ownWarnings = {*error};
     else
         m_own = numbering;
 }

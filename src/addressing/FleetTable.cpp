@@ -49,6 +49,7 @@ void FleetTable::SetOwn(const RadioNumbering& numbering)
         m_ownWarnings.push_back(*error);
         return;
     }
+    m_ownWarnings = CheckOwnFleets(numbering);
     m_ownPrefix = numbering.prefix;
     m_ownUnits = MakeOwnRow(FleetType::Units, numbering);
     m_ownGroups = MakeOwnRow(FleetType::Groups, numbering);

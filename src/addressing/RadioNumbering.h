@@ -5,7 +5,7 @@
 #include <optional>
 
 // The radio's own number and the fleet that it belongs to, as it reports them (MAP27 v1.5, radio numbering).
-// A base ident of 0, or a max below the base, means that the radio has no such fleet.
+// A base ident of 0 means that the radio has no such fleet; only one of the two may be missing.
 struct RadioNumbering {
     int prefix = 0; // 0..127
     int ident = 0;  // 1..8100
@@ -21,3 +21,5 @@ struct RadioNumbering {
 
 // A warning when the radio's own prefix or ident cannot exist.
 std::optional<AddressingError> CheckOwnNumber(const RadioNumbering& numbering);
+// Warnings of fleets whose base is above their highest ident, and of a report that names neither fleet.
+std::vector<AddressingError> CheckOwnFleets(const RadioNumbering& numbering);

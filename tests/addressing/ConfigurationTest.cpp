@@ -122,7 +122,10 @@ TEST(Configuration, ImpossibleReportsOfTheRadio)
         {{0, 3, 2, 71, 7000, 7009, 4, 2}, {{AddressingCode::OwnFleetIgnored, {"2", "71", "4"}}}, {}},
         {{0, 3, 2, 71, 8101, 8110, 2, 2}, {{AddressingCode::OwnFleetIgnored, {"8101", "8110", "2"}}}, second},
         {{0, 3, 2, 71, 7000, 65535, 2, 2}, {{AddressingCode::OwnFleetCut, {"7000", "65535"}}}, second},
-        {{0, 3, 0, 71, 7000, 6999, 2, 2}, {}, {}},
+        {{0, 3, 0, 71, 7000, 6999, 2, 2}, {{AddressingCode::OwnFleetIgnored, {"7000", "6999", "2"}}}, {}},
+        {{0, 3, 2, 71, 0, 0, 2, 2}, {}, second}, // has no groups
+        {{0, 3, 0, 0, 0, 0, 2, 2}, {{AddressingCode::OwnFleetIgnored, {"0", "0", "2"}}}, {}},
+        {{0, 0, 0, 0, 0, 0, 2, 2}, {{AddressingCode::OwnNumberIgnored, {"0", "0"}}}, {}},
     };
     for (const Report& report : reports) {
         const auto addressing = MakeAddressing({{}, report.numbering});
@@ -206,7 +209,10 @@ TEST(Configuration, RadioThatContradictsTheActionetParameters)
         {"ANN-D",
          {12, 82, 82, 151, 152, 160, 2, 3},
          {{AddressingCode::OwnGroupsDiffer, {"152", "160", "3", "152", "161", "2"}}}},
-        {"ANN-D", {12, 152, 0, 0, 0, 0, 2, 2}, {{AddressingCode::OwnIdentNoUnit, {"152"}}}},
+        {"ANN-D",
+         {12, 152, 0, 0, 0, 0, 2, 2},
+         {{AddressingCode::OwnFleetIgnored, {"0", "0", "2"}}, {AddressingCode::OwnIdentNoUnit, {"152"}}}},
+        {"ANN-D", {12, 82, 82, 81, 0, 0, 2, 2}, {{AddressingCode::OwnFleetIgnored, {"82", "81", "2"}}}},
         {"ANN-D", {128, 82, 82, 151, 0, 0, 2, 2}, {{AddressingCode::OwnNumberIgnored, {"128", "82"}}}},
     };
     for (const Report& report : reports) {
