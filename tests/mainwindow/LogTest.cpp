@@ -24,7 +24,7 @@ const QString Other = QStringLiteral("Unit20");
 void Show(MainWindowStack& stack, const QDateTime& time, EventType type, const QString& desc,
           const QString& from = Other, const QString& to = Own)
 {
-    stack.Find<LogPane>("picLog").LogShowNewLine(time, type, desc, from, to, {});
+    stack.Find<LogPane>("picLog").LogShowNewLine(time, type, desc, from, to, {}, {});
 }
 
 void Select(MainWindowStack& stack, int row)

@@ -14,12 +14,13 @@
 // What the main window would show.
 struct RecordingViews : ILogView, IStatusView, ITalkgroupView, IScadaView, IIndividualsView {
     void LogShowNewLine(const QDateTime&, EventType type, const QString& desc, const QString& from,
-                        const QString& to, const QString&) override
+                        const QString& to, const QString&, const QString&) override
     {
         lines.append(QStringLiteral("%1|%2|%3|%4").arg(static_cast<int>(type)).arg(desc, from, to));
     }
     void SbrMessage(const QString& text) override { message = text; }
     void ShowAnswer(const QString& text) override { message = text; }
+    void ShowOutcome(const QString& text) override { message = text; }
     void ShowOperatingConditions(bool inService, int field) override
     {
         condition = QStringLiteral("%1 %2").arg(inService ? "in" : "out").arg(field);

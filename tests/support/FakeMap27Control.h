@@ -64,6 +64,7 @@ public:
     void AnswerCall(bool accept) override { Record("AnswerCall", {Flag(accept)}); }
     void SetTransmit(bool on) override { Record("SetTransmit", {Flag(on)}); }
     void ClearCall() override { Record("ClearCall"); }
+    void HangUpRadio() override { Record("HangUpRadio"); }
     void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
                          bool dialog) override
     {

@@ -84,6 +84,8 @@ constexpr CommandRow Rows[] = {
     {PaneButton, MainCommand::None, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdDismissEmergency", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdDismissFailed", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdHangUpRadio", 0, 0, When::LoggedOn, When::Always},
 };
 
 bool Holds(When when, const CommandContext& context)

@@ -121,7 +121,8 @@ void CommandBars::SetCommandStates()
             button = m_client.findChild<QAbstractButton*>(QLatin1String(row.name));
         if (button != nullptr) {
             button->setEnabled(state.enabled);
-            button->setVisible(state.visible);
+            if (row.kind == Kind::ToolButton) // a pane knows which of its buttons it shows
+                button->setVisible(state.visible);
         }
     }
 }

@@ -19,6 +19,7 @@ constexpr char16_t OutOfServiceCode = 215;
 
 constexpr auto NoAddress = "---";
 constexpr std::chrono::seconds TimeToRead(2);
+constexpr std::chrono::seconds TimeToUnderstand(10); // an outcome, and why
 
 // Of the bar in panel "field".
 constexpr int StepsPerMark = 32;
@@ -103,8 +104,18 @@ void StatusBar::SbrMessage(const QString& text)
 
 void StatusBar::SbrMessageFirst(const QString& text)
 {
+    Hold(text, TimeToRead);
+}
+
+void StatusBar::ShowOutcome(const QString& text)
+{
+    Hold(text, TimeToUnderstand);
+}
+
+void StatusBar::Hold(const QString& text, std::chrono::seconds time)
+{
     SbrMessage(text);
-    m_answersFrom = m_clock.Ticks() + TimeToRead;
+    m_answersFrom = m_clock.Ticks() + time;
 }
 
 void StatusBar::ShowAnswer(const QString& text)

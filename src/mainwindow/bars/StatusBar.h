@@ -26,6 +26,7 @@ public:
     // A message that the radio's answers do not replace for two seconds; the last of them then follows.
     void SbrMessageFirst(const QString& text);
     void ShowAnswer(const QString& text) override;
+    void ShowOutcome(const QString& text) override;
     // The radio that gave the answers is no longer there.
     void ForgetAnswer();
     void ShowOperatingConditions(bool inService, int fieldStrength) override;
@@ -51,6 +52,7 @@ protected:
 
 private:
     void Put(const QString& text);
+    void Hold(const QString& text, std::chrono::seconds time);
     std::optional<Part> PartAt(const QPoint& place) const; // nothing outside the panels
 
     const IStringSource& m_strings;

@@ -116,5 +116,7 @@ constexpr int ScadaReported = 5870;
 constexpr int ScadaNotReported = 5871;
 constexpr int ScadaNoUnit = 5872;
 constexpr int MayNotRegroup = 5850;
+constexpr int HangUpRadio = 6008;
+constexpr int FailedAndMore = 6009;
 
 } // namespace MainText

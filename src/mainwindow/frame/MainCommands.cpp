@@ -200,6 +200,8 @@ void MainCommands::ConnectPanes()
         m_parts.send.SetAddress(party);
         CallParty(true);
     });
+    connect(&m_parts.strip, &LinkStrip::HangUpRequested, &m_parts.services.executive,
+            &Map27Executive::HangUpRadio);
 }
 
 void MainCommands::AskRadio(int message, const std::function<void()>& ask)

@@ -125,11 +125,14 @@ void winMain::ConnectServices()
     });
     connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
     connect(&executive, &Map27Executive::CallMissed, this,
-            [this](const QString& party, const QDateTime& since) {
-                m_missedCalls.Add(party, since);
+            [this](const QString& party, const QString& callBack, const QDateTime& since) {
+                m_missedCalls.Add(party, callBack, since);
                 m_strip->ShowMissedCalls();
             });
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
+    connect(&executive, &Map27Executive::Failed, m_strip, &LinkStrip::ShowFailure);
+    connect(&executive, &Map27Executive::CallNoticed, m_strip, &LinkStrip::ShowCallNotice);
+    connect(&executive, &Map27Executive::RadioInUse, m_strip, &LinkStrip::ShowRadioInUse);
     m_strip->ShowLink(executive.Link());
 }
 

@@ -8,6 +8,7 @@
 #include "radio/base/TextIds.h"
 
 #include <QLocale>
+#include <QRegularExpression>
 #include <algorithm>
 #include <array>
 
@@ -49,9 +50,11 @@ QString HexOf(const QString& data)
     return hex;
 }
 
-QString LineText(const QDateTime& time, const QString& party, const QString& desc)
+// The raw form of "nobody", which its ident alone decides.
+bool IsDummy(const QString& party)
 {
-    return QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), party, desc);
+    static const QRegularExpression raw(QStringLiteral("^/[01][0-9]{2}0000$"));
+    return raw.match(party).hasMatch();
 }
 
 } // namespace
@@ -75,11 +78,15 @@ QString FormatLogData(const QString& data, LogDataView view)
 }
 
 LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings)
-    : m_statusTexts(statusTexts)
+    : m_statusTexts(statusTexts),
+      m_unknownCaller(strings.LoadString(RadioText::UnknownCaller))
 {
     const auto add = [&](int emergency, std::initializer_list<int> calls) {
-        for (const int call : calls)
-            m_emergencies.insert(FormatMessage(strings, emergency, {strings.LoadString(call)}));
+        for (const int call : calls) {
+            const QString desc = FormatMessage(strings, emergency, {strings.LoadString(call)});
+            m_emergencies.insert(desc);
+            m_emergencies.insert(FormatMessage(strings, RadioText::DataCall, {desc}));
+        }
     };
     add(RadioText::EmergencyIn, {RadioText::IncomingCall, RadioText::IncomingPstnCall,
                                  RadioText::IncomingPabxCall, RadioText::IncomingSysWideCall});
@@ -103,7 +110,7 @@ std::optional<LogLine> LogLineFormatter::CheckDayChange(const QDateTime& time)
 
 LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const QString& desc,
                                    const QString& from, const QString& to, const OwnRadio& own,
-                                   LogDataView view) const
+                                   LogDataView view, const QString& shown) const
 {
     QString direction;
     QString party;
@@ -115,17 +122,24 @@ LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const 
         party = from;
     }
     const QString text = type == EventType::Text ? FormatLogData(desc, view) : desc;
-    return {LineText(time, party, text), StoredEvent::KeyOf(type) + direction, party,
-            IsEmergency(type, desc)};
+    return Line(time, text, StoredEvent::KeyOf(type) + direction, party, shown, IsEmergency(type, desc));
 }
 
 LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const
 {
     const bool in = own.Is(event.to);
     const QString& party = in ? event.from : event.to;
-    return {LineText(event.time, party, StoredText(event, in, view)),
-            event.iconKey + QLatin1String(in ? In : Out), party,
-            IsEmergency(static_cast<EventType>(event.eventType), event.desc)};
+    return Line(event.time, StoredText(event, in, view), event.iconKey + QLatin1String(in ? In : Out), party,
+                {}, IsEmergency(static_cast<EventType>(event.eventType), event.desc));
+}
+
+LogLine LogLineFormatter::Line(const QDateTime& time, const QString& desc, const QString& iconKey,
+                               const QString& party, const QString& shown, bool emergency) const
+{
+    const bool nobody = IsDummy(party);
+    const QString name = !shown.isEmpty() ? shown : nobody ? m_unknownCaller : party;
+    return {QStringLiteral(" %1 [%2] %3").arg(LongTime(time.toLocalTime().time()), name, desc), iconKey,
+            nobody ? QString() : party, emergency};
 }
 
 QString LogLineFormatter::StoredText(const StoredEvent& event, bool in, LogDataView view) const

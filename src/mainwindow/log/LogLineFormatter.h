@@ -40,7 +40,8 @@ struct StoredEvent {
 };
 
 // Makes the lines of the message log: text, picture, party, and a date line before the first line of each
-// day. Times are shown in local time.
+// day. Times are shown in local time. A line of the dummy address names nobody, and nothing can be sent to
+// it.
 class LogLineFormatter {
 public:
     LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings);
@@ -50,17 +51,22 @@ public:
     // The next line starts with its date.
     void ForgetDay() { m_lastDay = {}; }
 
-    // desc is the display text of a status or call, and the text of a text message.
+    // desc is the display text of a status or call, and the text of a text message; `shown` what the other
+    // party is called instead of its name, if not empty.
     LogLine LiveLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                     const QString& to, const OwnRadio& own, LogDataView view) const;
+                     const QString& to, const OwnRadio& own, LogDataView view,
+                     const QString& shown = {}) const;
     LogLine StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const;
 
 private:
+    LogLine Line(const QDateTime& time, const QString& desc, const QString& iconKey, const QString& party,
+                 const QString& shown, bool emergency) const;
     QString StoredText(const StoredEvent& event, bool in, LogDataView view) const;
 
     bool IsEmergency(EventType type, const QString& desc) const;
 
     const StatusTexts& m_statusTexts;
     QSet<QString> m_emergencies; // descriptions of emergency calls
-    QDate m_lastDay;             // null: no date line yet
+    QString m_unknownCaller;
+    QDate m_lastDay; // null: no date line yet
 };

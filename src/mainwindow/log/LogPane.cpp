@@ -80,7 +80,7 @@ void LogPane::BuildList()
 }
 
 void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                             const QString& to, const QString& record)
+                             const QString& to, const QString& record, const QString& shown)
 {
     if (!m_parts.session.LoggedOn)
         return;
@@ -88,7 +88,8 @@ void LogPane::LogShowNewLine(const QDateTime& time, EventType type, const QStrin
     CheckDayChange(time);
     if (m_model->rowCount() >= MaxLines())
         m_model->RemoveFirst();
-    LogLine line = m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View());
+    LogLine line =
+        m_parts.formatter.LiveLine(time, type, desc, from, to, m_parts.reader.Own(), View(), shown);
     if (!m_parts.eventLog.IsSafe(record)) {
         line.record = record;
         if (!m_markDue.isActive())

@@ -39,7 +39,7 @@ public:
 
     // Does nothing while nobody is logged on.
     void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                        const QString& to, const QString& record) override;
+                        const QString& to, const QString& record, const QString& shown) override;
     // Adds a date line when this time is on a different day from the line before.
     void CheckDayChange(const QDateTime& time);
     // Shows the chosen period afresh. What cannot be read is left out without a message; the log file says

@@ -29,6 +29,7 @@ LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, MissedCal
     const QString dismiss = m_strings.LoadString(MainText::Dismiss);
     m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"), dismiss, [this] { Dismiss(); });
     BuildMissedRow();
+    BuildRadioRows();
     m_stateRow = BuildStateRow();
     m_databaseRow = NewRow("database", "warning", WarningBack, WarningText);
     m_doubtRow = NewRow("numbering", "warning", WarningBack, WarningText);
@@ -37,9 +38,10 @@ LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, MissedCal
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    for (QWidget* row :
-         {static_cast<QWidget*>(m_emergencyRow), static_cast<QWidget*>(m_missedRow), m_stateRow,
-          static_cast<QWidget*>(m_databaseRow), static_cast<QWidget*>(m_doubtRow)}) {
+    for (QWidget* row : {static_cast<QWidget*>(m_emergencyRow), static_cast<QWidget*>(m_callRow),
+                         static_cast<QWidget*>(m_inUseRow), static_cast<QWidget*>(m_failedRow),
+                         static_cast<QWidget*>(m_missedRow), m_stateRow, static_cast<QWidget*>(m_databaseRow),
+                         static_cast<QWidget*>(m_doubtRow)}) {
         rows->addWidget(row);
         row->hide();
     }
@@ -53,12 +55,27 @@ StripRow* LinkStrip::NewRow(const char* topic, const char* picture, QRgb back, Q
 void LinkStrip::BuildMissedRow()
 {
     m_missedRow = NewRow("missed", "callin", WarningBack, WarningText);
-    m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack),
-                           [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().name); });
+    m_callBack =
+        &m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack),
+                                [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().callBack); });
     m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss),
                            [this] {
                                m_missed.Dismiss(QString(m_missed.Parties().front().name));
                                ShowMissedCalls();
+                           });
+}
+
+void LinkStrip::BuildRadioRows()
+{
+    m_callRow = NewRow("call", "warning", WarningBack, WarningText);
+    m_inUseRow = NewRow("inUse", "warning", WarningBack, WarningText);
+    m_inUseRow->AddButton(QStringLiteral("cmdHangUpRadio"), m_strings.LoadString(MainText::HangUpRadio),
+                          [this] { Q_EMIT HangUpRequested(); });
+    m_failedRow = NewRow("failed", "warning", WarningBack, WarningText);
+    m_failedRow->AddButton(QStringLiteral("cmdDismissFailed"), m_strings.LoadString(MainText::Dismiss),
+                           [this] {
+                               m_failures.removeLast();
+                               ShowNewestFailure();
                            });
 }
 
@@ -101,15 +118,46 @@ void LinkStrip::ShowMissedCalls()
         if (const auto others = m_missed.Parties().size() - 1; others > 0)
             text = FormatMessage(m_strings, MainText::MissedOthers, {text, QString::number(others)});
     }
-    m_missedRow->Say(text);
+    m_callBack->setVisible(!text.isEmpty() && !m_missed.Parties().front().callBack.isEmpty());
+    Say(*m_missedRow, text);
+}
+
+void LinkStrip::ShowFailure(const QString& text)
+{
+    m_failures.removeAll(text);
+    m_failures.append(text);
+    ShowNewestFailure();
+}
+
+void LinkStrip::ShowNewestFailure()
+{
+    const QString newest = m_failures.isEmpty() ? QString() : m_failures.last();
+    const qsizetype more = m_failures.size() - 1;
+    Say(*m_failedRow, more > 0
+                          ? FormatMessage(m_strings, MainText::FailedAndMore, {newest, QString::number(more)})
+                          : newest);
+}
+
+void LinkStrip::ShowCallNotice(const QString& text)
+{
+    Say(*m_callRow, text);
+}
+
+void LinkStrip::ShowRadioInUse(const QString& text)
+{
+    Say(*m_inUseRow, text);
+}
+
+void LinkStrip::Say(StripRow& row, const QString& text)
+{
+    row.Say(text);
     Q_EMIT ContentChanged();
 }
 
 void LinkStrip::ShowDoubts(const QStringList& doubts)
 {
-    m_doubtRow->Say(doubts.isEmpty() ? QString()
-                                     : FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
-    Q_EMIT ContentChanged();
+    Say(*m_doubtRow,
+        doubts.isEmpty() ? QString() : FormatMessage(m_strings, MainText::NumberingDoubt, {doubts.first()}));
 }
 
 void LinkStrip::ShowDatabase(bool away, int waiting, const QString& cause)
@@ -121,8 +169,7 @@ void LinkStrip::ShowDatabase(bool away, int waiting, const QString& cause)
         texts.append(FormatMessage(m_strings, MainText::RecordsDelayed, {cause}));
     if (waiting > 0)
         texts.append(FormatMessage(m_strings, MainText::RecordsWaiting, {QString::number(waiting)}));
-    m_databaseRow->Say(texts.join(u' '));
-    Q_EMIT ContentChanged();
+    Say(*m_databaseRow, texts.join(u' '));
 }
 
 int LinkStrip::HeightAt(int width) const
@@ -171,6 +218,5 @@ void LinkStrip::ShowNewestEmergency()
                          : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
                                          {newest.party, time, QString::number(more)});
     }
-    m_emergencyRow->Say(text);
-    Q_EMIT ContentChanged();
+    Say(*m_emergencyRow, text);
 }

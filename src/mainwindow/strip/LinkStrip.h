@@ -8,13 +8,15 @@
 
 class MissedCalls;
 class QLabel;
+class QPushButton;
 class StripRow;
 struct Clock;
 struct IStringSource;
 
 // The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
-// one, emergency calls and missed calls until the operator has dismissed each, and a numbering that does not
-// fit the radio until it does or is dismissed. It takes up no room when it has nothing to say.
+// one, emergency calls, missed calls and what has failed until the operator has dismissed each, what there is
+// to know of the call in progress, a radio that is in use by itself, and a numbering that does not fit the
+// radio until it does or is dismissed. It takes up no room when it has nothing to say.
 class LinkStrip : public QWidget {
     Q_OBJECT
 
@@ -32,6 +34,13 @@ public:
     // The first one is shown; an empty list ends them.
     void ShowDoubts(const QStringList& doubts);
 
+    // What was asked for and has not happened: the newest is shown, with the number of the others.
+    void ShowFailure(const QString& text);
+    // Of the call in progress; empty ends it.
+    void ShowCallNotice(const QString& text);
+    // The radio is off hook or transmits by itself; empty: no longer.
+    void ShowRadioInUse(const QString& text);
+
     // A database server that does not answer; how many log records wait, and why in words.
     void ShowDatabase(bool away, int waiting, const QString& cause);
 
@@ -43,6 +52,8 @@ Q_SIGNALS:
     void ContentChanged();
     // The operator wants to call a party whose call was missed.
     void CallBackRequested(const QString& party);
+    // The operator wants the radio to end whatever it is doing.
+    void HangUpRequested();
 
 private:
     struct Emergency {
@@ -52,6 +63,9 @@ private:
 
     StripRow* NewRow(const char* topic, const char* picture, QRgb back, QRgb text);
     void BuildMissedRow();
+    void BuildRadioRows();
+    void Say(StripRow& row, const QString& text);
+    void ShowNewestFailure();
     QWidget* BuildStateRow();
     void Dismiss();
     void ShowNewestEmergency();
@@ -61,6 +75,10 @@ private:
     MissedCalls& m_missed;
     StripRow* m_emergencyRow;
     StripRow* m_missedRow;
+    QPushButton* m_callBack = nullptr;
+    StripRow* m_callRow = nullptr;
+    StripRow* m_inUseRow = nullptr;
+    StripRow* m_failedRow = nullptr;
     QWidget* m_stateRow;
     StripRow* m_databaseRow;
     StripRow* m_doubtRow;
@@ -68,4 +86,5 @@ private:
     QLabel* m_statePicture = nullptr;
     QLabel* m_stateText = nullptr;
     std::vector<Emergency> m_emergencies; // newest last
+    QStringList m_failures;               // likewise
 };

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-void MissedCalls::Add(const QString& party, const QDateTime& time)
+void MissedCalls::Add(const QString& party, const QString& callBack, const QDateTime& time)
 {
     const auto known = std::find_if(m_parties.begin(), m_parties.end(),
                                     [&](const Party& earlier) { return earlier.name == party; });
     if (known == m_parties.end())
-        m_parties.push_back({party, time});
+        m_parties.push_back({party, callBack, time});
     else
         ++known->times;
 }

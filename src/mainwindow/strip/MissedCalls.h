@@ -9,12 +9,13 @@
 class MissedCalls {
 public:
     struct Party {
-        QString name;    // callsign or number, as it is called back
-        QDateTime since; // of its first call
+        QString name;     // as shown
+        QString callBack; // what reaches it; empty: nothing does
+        QDateTime since;  // of its first call
         int times = 1;
     };
 
-    void Add(const QString& party, const QDateTime& time);
+    void Add(const QString& party, const QString& callBack, const QDateTime& time);
     void Dismiss(const QString& party);
     // The party that has waited longest comes first.
     const std::vector<Party>& Parties() const { return m_parties; }

@@ -28,7 +28,8 @@ StripRow::StripRow(const QString& topic, const QString& picture, QRgb back, QRgb
     hide();
 }
 
-void StripRow::AddButton(const QString& name, const QString& caption, const std::function<void()>& press)
+QPushButton& StripRow::AddButton(const QString& name, const QString& caption,
+                                 const std::function<void()>& press)
 {
     auto* button = new QPushButton(caption, this);
     button->setObjectName(name);
@@ -37,6 +38,7 @@ void StripRow::AddButton(const QString& name, const QString& caption, const std:
         if (m_clock.Ticks() - m_changed >= TimeToNotice)
             press();
     });
+    return *button;
 }
 
 void StripRow::SetBold()

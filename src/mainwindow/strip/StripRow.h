@@ -7,6 +7,7 @@
 
 class QHBoxLayout;
 class QLabel;
+class QPushButton;
 struct Clock;
 
 // One row of the strip under the toolbar: a picture, a sentence, and buttons after it. Hidden while it has
@@ -23,7 +24,7 @@ public:
     StripRow(const QString& topic, const QString& picture, QRgb back, QRgb text, const Clock& clock,
              QWidget* parent);
 
-    void AddButton(const QString& name, const QString& caption, const std::function<void()>& press);
+    QPushButton& AddButton(const QString& name, const QString& caption, const std::function<void()>& press);
     void SetBold();
     // An empty text hides the row.
     void Say(const QString& text);

@@ -7,8 +7,8 @@ void EventRecorder::Store(const LogEntry& entry)
     m_record = m_eventLog.AppendLogRecord(entry.time, entry.type, entry.desc, entry.from, entry.to);
 }
 
-void EventRecorder::Show(const LogEntry& entry, const QString& text)
+void EventRecorder::Show(const LogEntry& entry, const QString& text, const QString& party)
 {
     if (m_views.log)
-        m_views.log->LogShowNewLine(entry.time, entry.type, text, entry.from, entry.to, m_record);
+        m_views.log->LogShowNewLine(entry.time, entry.type, text, entry.from, entry.to, m_record, party);
 }

@@ -21,8 +21,9 @@ public:
 
     // Into the database, sooner or later.
     void Store(const LogEntry& entry);
-    // What was stored last, onto the screen, where the text takes the place of the description.
-    void Show(const LogEntry& entry, const QString& text);
+    // What was stored last, onto the screen, where the text takes the place of the description, and `party`,
+    // unless empty, of the other party's name.
+    void Show(const LogEntry& entry, const QString& text, const QString& party = {});
 
 private:
     EventLog& m_eventLog;

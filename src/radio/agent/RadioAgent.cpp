@@ -1,6 +1,5 @@
 #include "radio/agent/RadioAgent.h"
 
-#include "addressing/MptAddressing.h"
 #include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
@@ -8,6 +7,7 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Beeper.h"
+#include "map27/codec/Causes.h"
 #include "map27/codec/Messages.h"
 #include "radio/base/AddressBook.h"
 #include "radio/base/StatusTexts.h"
@@ -46,7 +46,10 @@ RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAg
       m_addressBook(addressBook),
       m_numbering(addressBook, services.strings),
       m_boxes(services.prompt),
-      m_recorder(services.eventLog, m_views)
+      m_recorder(services.eventLog, m_views),
+      m_callers(m_numbering, addressBook, services.strings),
+      m_notices(services.strings, m_callers, transaction, window, m_views),
+      m_reports(services, control, m_numbering, m_notices, m_views)
 {
     ConnectEvents();
     ConnectViews();
@@ -65,11 +68,9 @@ void RadioAgent::ConnectEvents()
     connect(&m_control, &Control::StatusReceived, this, &RadioAgent::OnStatusReceived);
     connect(&m_control, &Control::TextReceived, this, &RadioAgent::OnTextReceived);
     connect(&m_control, &Control::IncomingCall, this, &RadioAgent::OnIncomingCall);
-    connect(&m_control, &Control::NumberingReceived, this, &RadioAgent::OnNumberingReceived);
-    connect(&m_control, &Control::NetworkInfoReceived, this, &RadioAgent::OnNetworkInfo);
-    connect(
-        &m_control, &Control::OperatingConditionReceived, this,
-        [this](int inContact, int, int, int field, int) { OnOperatingCondition(inContact, field); });
+    connect(&m_control, &Control::CauseTold, this, &RadioAgent::OnCause);
+    connect(&m_control, &Control::Complained, this, &RadioAgent::OnComplaint);
+    connect(&m_control, &Control::CallTakenUp, this, &RadioAgent::OnCallTakenUp);
     connect(
         &m_control, &Control::OutgoingCallProgress, this,
         [react](qint16 code) {
@@ -104,9 +105,9 @@ void RadioAgent::ConnectViews()
     connect(
         &m_services.eventLog, &EventLog::Refused, this,
         [this](const QString&, const QString& text) { m_boxes.ShowWarning(text); });
-    connect(&m_services.eventLog, &EventLog::StoredAgain, this,
-            [this](const QString& text) { m_boxes.ShowWarning(text); });
-    connect(&m_numbering, &SessionNumbering::OwnNumberTaken, this, &RadioAgent::ShowOwnNumber);
+    connect(
+        &m_services.eventLog, &EventLog::StoredAgain, this,
+        [this](const QString& text) { m_boxes.ShowWarning(text); });
     connect(
         &m_numbering, &SessionNumbering::CallsignChanged, this,
         [this] {
@@ -123,7 +124,7 @@ void RadioAgent::OnStatusReceived(qint16 prefix, qint16 ident, qint16 status)
 {
     if (!IsConnected())
         return;
-    const Party sender = Resolve(prefix, ident);
+    const Caller sender = m_callers.Of(prefix, ident);
     const LogEntry entry{m_services.clock.Now(), EventType::Status, QString::number(status), sender.callsign,
                          m_numbering.MyCallsign()};
     m_recorder.Store(entry);
@@ -136,7 +137,7 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
 {
     if (!IsConnected())
         return;
-    const Party sender = Resolve(prefix, ident);
+    const Caller sender = m_callers.Of(prefix, ident);
     const LogEntry entry{m_services.clock.Now(), EventType::Text, text, sender.callsign,
                          m_numbering.MyCallsign()};
     if (m_views.scada)
@@ -146,80 +147,105 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
     Notify();
 }
 
-void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident)
+void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident,
+                                const map27::AddressDescription& description)
 {
     if (!IsConnected())
         return;
-    const Party caller = Resolve(prefix, ident);
+    const Caller caller = m_callers.Of(prefix, ident, description);
+    const map27::CallDetails details{static_cast<std::uint8_t>(flags)};
     const QDateTime time = m_services.clock.Now();
     const bool emergency = callCode == map27::Type::EmergencyCall;
-    const QString caption = IncomingCaption(emergency, prefix, ident);
+    const QString caption = m_callers.Caption(emergency, prefix, ident);
+    const auto named = [&](const QString& text) {
+        return details.Data() ? FormatMessage(m_services.strings, RadioText::DataCall, {text}) : text;
+    };
 
     // The new call takes over: what is still unconfirmed will never be confirmed.
     m_transaction.outgoing.MessagePending = false;
     EndRinging();
 
-    m_window.InCallPrepare(caption, caller.callsign, emergency);
-    if (map27::CallDetails{static_cast<std::uint8_t>(flags)}.OffHookNeeded()) {
+    m_transaction.party = caller.shown;
+    m_transaction.look = {named(caption), emergency, details.Data()};
+    m_window.InCallPrepare(m_transaction.look, caller.shown);
+    if (details.OffHookNeeded()) {
         m_transaction.MoveTo(TransactionKind::CallRinging);
-        m_ringing = Ringing{caller.callsign, time};
+        m_ringing = Ringing{named(caller.shown), caller.callBack, time};
     } else {
         m_transaction.MoveTo(TransactionKind::CallConnected);
         m_window.SetMainButton(RadioText::Hungup);
-        m_window.AppendLog(Text(RadioText::ConnectedTalk));
+        m_window.AppendLog(Text(TalkText()));
     }
+    m_notices.Follow();
     // The operator sees and hears it before the database is touched.
     m_window.ShowUnasked();
     m_window.PaintNow();
     if (emergency) {
         m_services.beeper.InformationBeep();
-        Q_EMIT EmergencyCallReceived(caller.callsign, time);
+        Q_EMIT EmergencyCallReceived(named(caller.shown), time);
     } else {
         Notify();
     }
     CancelRegroup();
     const LogEntry entry{time, EventType::Call, caption, caller.callsign, m_numbering.MyCallsign()};
     m_recorder.Store(entry);
-    m_recorder.Show(entry, caption);
+    m_recorder.Show(entry, named(caption), caller.shown);
 }
 
-void RadioAgent::OnNumberingReceived()
+// The call was shown as ended when the link was lost, and the record of it is written.
+void RadioAgent::OnCallTakenUp(qint16 prefix, qint16 ident)
+{
+    if (!IsConnected() || m_transaction.IsOpen())
+        return;
+    const LostCall call = m_lost.value_or(
+        LostCall{m_callers.Of(prefix, ident).shown, {m_callers.Caption(false, prefix, ident), false, false}});
+    m_transaction.party = call.party;
+    m_transaction.look = call.look;
+    m_transaction.MoveTo(TransactionKind::CallConnected);
+    m_window.InCallPrepare(call.look, call.party);
+    m_window.SetMainButton(RadioText::Hungup);
+    m_notices.Follow();
+    m_window.ShowUnasked();
+    m_notices.Say(FormatMessage(m_services.strings, RadioText::CallTakenUp, {call.party}));
+    Notify();
+}
+
+void RadioAgent::OnCause(const RadioCause& cause)
 {
     if (!IsConnected())
         return;
-    const RadioNumbering reported{.prefix = m_control.RadioPrefix(),
-                                  .ident = m_control.RadioIdent(),
-                                  .unitBaseIdent = m_control.UnitBaseIdent(),
-                                  .unitMaxIdent = m_control.UnitMaxIdent(),
-                                  .groupBaseIdent = m_control.GroupBaseIdent(),
-                                  .groupMaxIdent = m_control.GroupMaxIdent(),
-                                  .unitDigits = m_control.UnitTwoDigit() ? 2 : 3,
-                                  .groupDigits = m_control.GroupTwoDigit() ? 2 : 3};
-    m_numbering.SetReported(reported);
-    if (m_views.numbering)
-        m_views.numbering->DisplayDiags(reported);
-    m_numbering.TakeOwnNumber();
-    ShowAnswer(Text(RadioText::Ready));
+    const TransactionKind kind = m_transaction.Kind();
+    if (cause.type == map27::Type::ReceiveNegative && kind != TransactionKind::CallRinging) {
+        const map27::Party& party = cause.party;
+        const Caller caller = m_callers.Of(party.address.prefix, party.address.ident, party.description);
+        m_notices.TakeNotedCall(caller.shown, cause);
+        Q_EMIT CallMissed(caller.shown, caller.callBack, m_services.clock.Now());
+        return;
+    }
+    if (cause.type == 0 && (kind == TransactionKind::CallRinging || kind == TransactionKind::CallConnected))
+        m_lost = LostCall{m_transaction.party, m_transaction.look};
+    m_notices.Take(cause);
+    if (cause.type == map27::Type::ReceiveWarning && cause.cause == map27::Cause::TransmissionDisabled)
+        SetTransmit(false); // nobody hears what is said
 }
 
-void RadioAgent::OnOperatingCondition(int inContact, int fieldStrength)
+void RadioAgent::OnComplaint(int reason)
 {
-    if (!IsConnected())
-        return;
-    if (m_views.status)
-        m_views.status->ShowOperatingConditions(inContact != 0, fieldStrength);
-    ShowAnswer(Text(RadioText::Ready));
+    const bool inCall = m_transaction.Kind() == TransactionKind::CallConnected;
+    if (!IsConnected() || (m_transaction.IsOpen() && !inCall))
+        return; // a request that the radio refuses is told as failed
+    m_notices.Take({map27::Type::ProtocolInfo, reason});
+    if (reason <= map27::ProtocolReason::BusyLocally)
+        SetTransmit(false); // in a call, that is what it has refused
 }
 
-void RadioAgent::OnNetworkInfo(qint16 channel, qint16 systemIdentity)
+void RadioAgent::Forget()
 {
-    if (!IsConnected())
-        return;
-    const QString identity = QString::number(static_cast<quint16>(systemIdentity), 16)
-                                 .toUpper()
-                                 .rightJustified(4, QLatin1Char('0'));
-    ShowAnswer(
-        FormatMessage(m_services.strings, RadioText::NetworkInfo, {QString::number(channel), identity}));
+    CancelRegroup();
+    EndRinging();
+    m_lost.reset();
+    m_transaction.Drop();
+    m_notices.Follow();
 }
 
 void RadioAgent::React(AgentTrigger trigger)
@@ -237,10 +263,14 @@ void RadioAgent::React(AgentTrigger trigger)
     if (reaction->cancelRegroup)
         CancelRegroup();
     if (reaction->logText != 0)
-        m_window.AppendLog(Text(reaction->logText));
+        m_window.AppendLog(
+            Text(reaction->logText == RadioText::ConnectedTalk ? TalkText() : reaction->logText));
+    if (const QString progress = m_notices.TakeProgress(); !progress.isEmpty())
+        m_window.AppendLog(progress);
     if (reaction->buttonText != 0)
         m_window.SetMainButton(reaction->buttonText);
     m_transaction.MoveTo(reaction->next);
+    m_notices.Follow();
     if (reaction->showFirst) {
         m_window.PaintNow();
         Record(*reaction);
@@ -275,7 +305,7 @@ void RadioAgent::FollowRinging(AgentTrigger trigger)
 void RadioAgent::EndRinging()
 {
     if (const auto call = std::exchange(m_ringing, std::nullopt))
-        Q_EMIT CallMissed(call->party, call->since);
+        Q_EMIT CallMissed(call->party, call->callBack, call->since);
 }
 
 // Returns false when the request failed and the window has to stay.
@@ -309,7 +339,8 @@ bool RadioAgent::Request(const AgentReaction& reaction)
 
 void RadioAgent::SetTransmit(bool on)
 {
-    const bool connected = IsConnected() && m_transaction.Kind() == TransactionKind::CallConnected;
+    const bool connected =
+        IsConnected() && m_transaction.Kind() == TransactionKind::CallConnected && !m_transaction.look.data;
     if (on == m_transmitting || (on && !connected))
         return;
     try {
@@ -366,37 +397,9 @@ void RadioAgent::Notify()
         m_services.beeper.InformationBeep();
 }
 
-void RadioAgent::ShowOwnNumber(const QString& callsign, const QString& address)
+int RadioAgent::TalkText() const
 {
-    if (!m_views.status)
-        return;
-    const bool known = callsign != address;
-    m_views.status->ShowOwnAddress(known ? callsign + QStringLiteral("  ") : QStringLiteral("---"), address);
-}
-
-void RadioAgent::ShowAnswer(const QString& text)
-{
-    if (m_views.status)
-        m_views.status->ShowAnswer(text);
-}
-
-RadioAgent::Party RadioAgent::Resolve(int prefix, int ident) const
-{
-    const QString dial = m_numbering.DialOf(prefix, ident);
-    return {dial, m_addressBook.LookupCallsign(dial)};
-}
-
-QString RadioAgent::IncomingCaption(bool emergency, int prefix, int ident) const
-{
-    int id = RadioText::IncomingCall;
-    if (prefix == 0 && ident == PstnGatewayIdent)
-        id = RadioText::IncomingPstnCall;
-    else if (prefix == 0 && ident == PabxGatewayIdent)
-        id = RadioText::IncomingPabxCall;
-    else if (ident == EverybodyIdent)
-        id = RadioText::IncomingSysWideCall;
-    const QString caption = Text(id);
-    return emergency ? FormatMessage(m_services.strings, RadioText::EmergencyIn, {caption}) : caption;
+    return m_transaction.look.data ? RadioText::DataConnected : RadioText::ConnectedTalk;
 }
 
 QString RadioAgent::Text(int id) const

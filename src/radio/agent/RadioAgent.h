@@ -1,8 +1,11 @@
 #pragma once
 
 #include "radio/agent/AgentRules.h"
+#include "radio/agent/CallerNames.h"
 #include "radio/agent/EventRecorder.h"
 #include "radio/agent/RadioBoxes.h"
+#include "radio/agent/RadioNotices.h"
+#include "radio/agent/RadioReports.h"
 #include "radio/agent/Views.h"
 #include "radio/base/RadioServices.h"
 #include "radio/base/SessionNumbering.h"
@@ -29,6 +32,11 @@ public:
 
     void SetViews(const RadioViews& views) { m_views = views; }
 
+    // What it says of causes, to be told on.
+    const RadioNotices& Notices() const { return m_notices; }
+    // The facade has ended what was in progress.
+    void Forget();
+
     // While no numbering is set, nobody is logged on and the agent is deaf to the radio.
     SessionNumbering& Numbering() { return m_numbering; }
 
@@ -45,17 +53,19 @@ public:
 
 Q_SIGNALS:
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
-    // A call has rung since that time and was neither answered nor refused.
-    void CallMissed(const QString& party, const QDateTime& since);
+    // A call has rung since that time and was neither answered nor refused. `callBack` reaches the party;
+    // empty: nothing does.
+    void CallMissed(const QString& party, const QString& callBack, const QDateTime& since);
 
 private:
-    struct Party {
-        QString dial;
-        QString callsign;
-    };
     struct Ringing {
         QString party;
+        QString callBack;
         QDateTime since;
+    };
+    struct LostCall {
+        QString party;
+        CallLook look;
     };
 
     void ConnectEvents();
@@ -64,10 +74,11 @@ private:
 
     void OnStatusReceived(qint16 prefix, qint16 ident, qint16 status);
     void OnTextReceived(const QString& text, qint16 prefix, qint16 ident);
-    void OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
-    void OnNumberingReceived();
-    void OnOperatingCondition(int inContact, int fieldStrength);
-    void OnNetworkInfo(qint16 channel, qint16 systemIdentity);
+    void OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident,
+                        const map27::AddressDescription& description);
+    void OnCallTakenUp(qint16 prefix, qint16 ident);
+    void OnCause(const RadioCause& cause);
+    void OnComplaint(int reason);
 
     void React(AgentTrigger trigger);
     void Record(const AgentReaction& reaction);
@@ -76,10 +87,8 @@ private:
     void WriteOutgoingRecord();
     void StoreRegroup();
     void Notify();
-    void ShowOwnNumber(const QString& callsign, const QString& address);
-    void ShowAnswer(const QString& text);
-    Party Resolve(int prefix, int ident) const;
-    QString IncomingCaption(bool emergency, int prefix, int ident) const;
+    // Of a call that is connected now.
+    int TalkText() const;
     QString Text(int id) const;
 
     RadioServices m_services;
@@ -91,6 +100,10 @@ private:
     RadioViews m_views;
     RadioBoxes m_boxes;
     EventRecorder m_recorder;
+    CallerNames m_callers;
+    RadioNotices m_notices;
+    RadioReports m_reports;
     bool m_transmitting = false;      // the radio has been told so
     std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
+    std::optional<LostCall> m_lost;   // with the link
 };

@@ -13,9 +13,10 @@ struct RadioNumbering;
 struct ILogView {
     virtual ~ILogView() = default;
     // desc is the display text: a status already in words, a text message as received. `record` is what the
-    // event log calls it.
+    // event log calls it, `shown` what the other party is called instead of its name; empty: by its name.
     virtual void LogShowNewLine(const QDateTime& time, EventType type, const QString& desc,
-                                const QString& from, const QString& to, const QString& record) = 0;
+                                const QString& from, const QString& to, const QString& record,
+                                const QString& shown) = 0;
 };
 
 struct IStatusView {
@@ -23,6 +24,8 @@ struct IStatusView {
     virtual void SbrMessage(const QString& text) = 0;
     // A message too: the radio's answer to a question, whether the operator's or our own.
     virtual void ShowAnswer(const QString& text) = 0;
+    // What became of a message or call, and why: answers do not replace it before it can have been read.
+    virtual void ShowOutcome(const QString& text) = 0;
     // Field strength 0 (unknown) to 255 (highest).
     virtual void ShowOperatingConditions(bool inService, int fieldStrength) = 0;
     // Texts of the panels "callsign" and "ident".

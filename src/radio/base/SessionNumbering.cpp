@@ -91,7 +91,8 @@ void SessionNumbering::PassOn()
 
 void SessionNumbering::TakeOwnNumber()
 {
-    if (!m_addressing || !m_reported)
+    // "Nobody" is no number: every caller without a name would seem to be us.
+    if (!m_addressing || !m_reported || m_reported->ident == DummyIdent)
         return;
     try {
         m_myAddress = QString::fromStdString(
@@ -129,6 +130,20 @@ QString SessionNumbering::DialOf(int prefix, int ident) const
         dial =
             QStringLiteral("/%1%2").arg(prefix, 3, 10, QLatin1Char('0')).arg(ident, 4, 10, QLatin1Char('0'));
     return dial;
+}
+
+QString SessionNumbering::DialOfGateway(int ident, const QString& digits) const
+{
+    try {
+        if (m_addressing && m_reported)
+            return QString::fromStdString(m_addressing->AddressToDial({.prefix = m_reported->prefix,
+                                                                       .ident = ident,
+                                                                       .kind = AddressKind::Gateway,
+                                                                       .digits = digits.toStdString()}));
+    } catch (const std::exception&) {
+        // not a gateway, or not a telephone number
+    }
+    return {};
 }
 
 QString SessionNumbering::MakeFullAddress(const QString& dial) const

@@ -44,6 +44,8 @@ public:
 
     // In raw form, such as "/0010020", when it cannot be converted.
     QString DialOf(int prefix, int ident) const;
+    // Of a telephone behind our own gateway; empty when nothing reaches it.
+    QString DialOfGateway(int ident, const QString& digits) const;
     // The full form of a dial text. Raises Error when it is not a valid one.
     QString MakeFullAddress(const QString& dial) const;
 

@@ -25,6 +25,13 @@ struct OutgoingMessage {
     QString LastMessageText; // status code, text, or description of the call
 };
 
+// How a call is shown.
+struct CallLook {
+    QString caption;
+    bool emergency = false;
+    bool data = false; // nobody talks
+};
+
 // The one radio transaction in progress. The facade begins it, the agent moves it on and ends it.
 class Transaction {
 public:
@@ -33,9 +40,10 @@ public:
     // Counts those that were begun; this is the last one's.
     unsigned Number() const { return m_number; }
 
-    void Begin(TransactionKind kind)
+    void Begin(TransactionKind kind, const QString& with)
     {
         m_kind = kind;
+        party = with;
         ++m_number;
     }
     // On to its next state; or to a transaction that the radio began, which has no number of its own.
@@ -48,6 +56,8 @@ public:
     }
 
     OutgoingMessage outgoing;
+    QString party; // whom it is with, as shown
+    CallLook look; // of a call
 
 private:
     TransactionKind m_kind = TransactionKind::None;

@@ -50,6 +50,10 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
     connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
     connect(m_agent.get(), &RadioAgent::CallMissed, this, &Map27Executive::CallMissed);
+    const RadioNotices* notices = &m_agent->Notices();
+    connect(notices, &RadioNotices::Failed, this, &Map27Executive::Failed);
+    connect(notices, &RadioNotices::CallNoticed, this, &Map27Executive::CallNoticed);
+    connect(notices, &RadioNotices::RadioInUse, this, &Map27Executive::RadioInUse);
     connect(&m_agent->Numbering(), &SessionNumbering::Doubted, this, &Map27Executive::NumberingDoubted);
 }
 
@@ -92,11 +96,9 @@ void Map27Executive::Disconnect()
         m_control->CancelTransaction();
         m_control->ClearCall();
     }
-    m_agent->CancelRegroup();
-    m_agent->EndRinging();
+    m_agent->Forget();
     m_agent->Numbering().SetAddressing(nullptr);
     m_control->CloseLink();
-    m_transaction.Drop();
     m_window->HideAgent();
 }
 
@@ -177,7 +179,7 @@ bool Map27Executive::SendRegroup(const QString& member, int pos, const QString& 
         return false;
     if (memberAddress.kind != AddressKind::Radio || groupAddress.kind != AddressKind::Radio)
         return false;
-    return Start(TransactionKind::Regroup, [&] {
+    return Start(TransactionKind::Regroup, member, [&] {
         m_control->SendRegroupCommand(Prefix(memberAddress), Ident(memberAddress), static_cast<qint16>(pos),
                                       Prefix(groupAddress), Ident(groupAddress));
     });
@@ -192,7 +194,7 @@ void Map27Executive::SendGroupName(const QString& target, int pos, const QString
     RadioAddress address;
     if (!ToAddress(dial, address) || address.kind != AddressKind::Radio)
         return;
-    Start(TransactionKind::GroupName, [&] {
+    Start(TransactionKind::GroupName, target, [&] {
         m_control->SendGroupNameCommand(Prefix(address), Ident(address), static_cast<qint16>(pos), name);
     });
 }
@@ -235,8 +237,8 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
     }
     m_transaction.outgoing.LastDestination = address;
     const QString dial = m_addressBook.LookupIdent(address);
-    m_window->CallOutPrepare(Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall),
-                             dial);
+    const QString caption = Text(emergency ? RadioText::OutgoingEmergencyCall : RadioText::OutgoingCall);
+    m_window->CallOutPrepare(caption, dial);
     RadioAddress to;
     if (!ToAddress(dial, to))
         return;
@@ -254,7 +256,8 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
         m_transaction.outgoing.LastMessageText = FormatMessage(m_services.strings, RadioText::EmergencyOut,
                                                                {m_transaction.outgoing.LastMessageText});
     }
-    Start(TransactionKind::CallSetUp, [&] {
+    m_transaction.look = {caption, emergency, false};
+    Start(TransactionKind::CallSetUp, address, [&] {
         if (to.kind == AddressKind::Radio)
             m_control->MakeCall(Prefix(to), Ident(to), emergency, priority, dialog);
         else
@@ -266,13 +269,20 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
 
 void Map27Executive::ResetTran()
 {
-    m_agent->CancelRegroup();
-    m_agent->EndRinging();
     m_control->CancelTransaction();
     m_control->ResetLink(ResetPause);
     m_control->ClearCall();
-    m_transaction.Drop();
+    m_agent->Forget();
     m_window->HideAgent();
+}
+
+void Map27Executive::HangUpRadio()
+{
+    try {
+        m_control->HangUpRadio();
+    } catch (const std::exception& failure) {
+        TellFailure(failure);
+    }
 }
 
 QString Map27Executive::FirstUnsendable(const QString& text)
@@ -352,13 +362,14 @@ void Map27Executive::StartMessage(const QString& address, EventType kind, const 
     if (!ToAddress(dial, to) || to.kind != AddressKind::Radio)
         return;
     m_transaction.outgoing.MessagePending = true;
-    Start(transaction, [&] { operation(to); });
+    Start(transaction, address, [&] { operation(to); });
 }
 
-bool Map27Executive::Start(enum TransactionKind kind, const std::function<void()>& operation)
+bool Map27Executive::Start(enum TransactionKind kind, const QString& party,
+                           const std::function<void()>& operation)
 {
     // Set first: an outcome may arrive before the operation returns.
-    m_transaction.Begin(kind);
+    m_transaction.Begin(kind, party);
     try {
         operation();
     } catch (const std::exception& failure) {

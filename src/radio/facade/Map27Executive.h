@@ -73,6 +73,8 @@ public:
     void StartCall(const QString& address, bool emergency, bool priority, bool dialog);
     // Ends whatever is in progress and sets the link up again. Raises Error.
     void ResetTran();
+    // Ends whatever the radio itself is doing, and says in a box when it cannot.
+    void HangUpRadio();
 
     // The first character that cannot be sent to a radio because code page 437 lacks it; empty when all can.
     static QString FirstUnsendable(const QString& text);
@@ -94,8 +96,13 @@ Q_SIGNALS:
     void LinkChanged(const LinkStatus& status);
     // An emergency call has arrived; party as shown in the call dialogue.
     void EmergencyCallReceived(const QString& party, const QDateTime& time);
-    // An incoming call has rung since that time and nobody answered or refused it.
-    void CallMissed(const QString& party, const QDateTime& since);
+    // An incoming call has rung since that time and nobody answered or refused it. `callBack` reaches the
+    // party; empty: nothing does.
+    void CallMissed(const QString& party, const QString& callBack, const QDateTime& since);
+    // As in RadioNotices.
+    void Failed(const QString& text);
+    void CallNoticed(const QString& text);
+    void RadioInUse(const QString& text);
     // Doubts about the numbering's configuration and the number that the radio reports, one sentence each;
     // empty when the two fit again. Raised only on a change.
     void NumberingDoubted(const QStringList& doubts);
@@ -104,7 +111,7 @@ private:
     bool IsBusy(int notReadyText);
     bool ToAddress(const QString& dial, RadioAddress& address);
     void PrepareMessaging(const QString& party, int captionText);
-    bool Start(enum TransactionKind kind, const std::function<void()>& operation);
+    bool Start(enum TransactionKind kind, const QString& party, const std::function<void()>& operation);
     void StartMessage(const QString& address, EventType kind, const QString& text,
                       enum TransactionKind transaction, int captionText,
                       const std::function<void(const RadioAddress&)>& operation);

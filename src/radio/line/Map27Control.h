@@ -1,6 +1,7 @@
 #pragma once
 
 #include "radio/base/LinkStatus.h"
+#include "radio/line/RadioCause.h"
 
 #include <QObject>
 #include <QString>
@@ -48,6 +49,8 @@ public:
     virtual void AnswerCall(bool accept) = 0;
     virtual void SetTransmit(bool on) = 0;
     virtual void ClearCall() = 0;
+    // Puts the radio on hook and releases its transmitter, even when no call is ours.
+    virtual void HangUpRadio() = 0;
     // A map27::Gateway.
     virtual void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
                                  bool dialog) = 0;
@@ -57,22 +60,30 @@ public:
 Q_SIGNALS:
     void StatusReceived(qint16 prefix, qint16 ident, qint16 status);
     // In radio contact, off hook, transmitting, field strength 0..255, maximum call time in seconds (0
-    // unlimited).
+    // unlimited); the message in hexadecimal.
     void OperatingConditionReceived(int inContact, int offHook, int transmitting, int fieldStrength,
-                                    int maxCallSeconds);
+                                    int maxCallSeconds, const QString& octets = {});
     void TextReceived(const QString& text, qint16 prefix, qint16 ident);
     void NumberingReceived();
     void TransactionCleared(int type, int cause);
     // The code is a map27::Type: Setup..., Receive... and Message... for these three events, each Positive,
-    // Queued or Negative. The cause is only for traces and the log file.
+    // Queued or Negative.
     void OutgoingCallProgress(qint16 code, int cause);
     void AnswerProgress(qint16 code, int cause);
     // callCode is map27::Type::Call or EmergencyCall; flags are map27::CallDetails as they came from the
-    // radio.
-    void IncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident);
+    // radio. The description says whose the ident is, when it is not a radio's.
+    void IncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident,
+                      const map27::AddressDescription& description = {});
     void MessageProgress(qint16 code, int cause, qint16 prefix, qint16 ident);
     void NetworkInfoReceived(qint16 channel, qint16 systemIdentity);
 
-    // Not one of the radio's events: the link came up, went down, or turned out to be with a simulated radio.
+    // Why a progress event or a clearing that follows at once has come.
+    void CauseTold(const RadioCause& cause);
+    // A map27::ProtocolReason that the radio gives, whatever it is about.
+    void Complained(int reason);
+
+    // Not one of the radio's events: the call that was lost with the link goes on, and is ours.
+    void CallTakenUp(qint16 prefix, qint16 ident);
+    // Nor this: the link came up, went down, or turned out to be with a simulated radio.
     void LinkChanged(const LinkStatus& status);
 };

@@ -41,6 +41,28 @@ QString HexOf(const map27::Octets& octets)
     return QString::fromLatin1(bytes.toHex(' ').toUpper());
 }
 
+void Log(const std::string& text, const map27::Octets& octets)
+{
+    ProgramLog::Write(QStringLiteral("%1 %2").arg(QString::fromStdString(text), HexOf(octets)));
+}
+
+// What was asked for has happened, whatever the cause.
+bool IsPositive(std::uint8_t type)
+{
+    return (type & 0xF0) == (map27::Type::MessagePositive & 0xF0);
+}
+
+// Whom a message names.
+map27::Party PartyOf(const map27::Octets& message)
+{
+    const auto decoded = map27::DecodeFromRadio(message);
+    if (const auto* known = std::get_if<map27::FromRadio>(&decoded)) {
+        if (const auto* progress = std::get_if<map27::AcknowledgementMessage>(known))
+            return progress->party;
+    }
+    return {};
+}
+
 LinkStatus::State StateOf(LineCondition::Kind kind)
 {
     switch (kind) {
@@ -232,6 +254,13 @@ void SerialMap27Control::ClearCall()
     RunIfOpen([](Terminal& terminal, TimePoint now) { return terminal.ClearCall(now); });
 }
 
+void SerialMap27Control::HangUpRadio()
+{
+    Run(
+        {}, [](Terminal& terminal, TimePoint now) { return terminal.PutOnHook(now); },
+        ThreadedLine::Late::Kept);
+}
+
 void SerialMap27Control::ResetLink(qint32 pause)
 {
     RunIfOpen([pause](Terminal& terminal, TimePoint now) {
@@ -272,10 +301,6 @@ void SerialMap27Control::Take(const LineReport& report)
 
 void SerialMap27Control::Handle(const map27::TerminalEvent& event)
 {
-    const auto logCause = [](std::uint8_t code, std::uint8_t source, std::uint8_t cause) {
-        if (code >= map27::Type::MessageNegative)
-            ProgramLog::Write(QString::fromStdString(map27::CauseText(source, cause)));
-    };
     std::visit(
         Overloaded{
             [&](const map27::StatusReceived& e) {
@@ -285,21 +310,30 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
                 Q_EMIT TextReceived(QString::fromStdString(e.text), e.from.prefix, Number(e.from.ident));
             },
             [&](const map27::IncomingCall& e) {
-                Q_EMIT IncomingCall(e.type, e.flags, e.from.prefix, Number(e.from.ident));
+                Q_EMIT IncomingCall(e.type, e.flags, e.from.prefix, Number(e.from.ident), e.description);
             },
             [&](const map27::MessageProgress& e) {
-                logCause(e.code, e.source, e.cause);
+                TellCause(e.source, e.cause, e.message);
                 Q_EMIT MessageProgress(e.code, e.cause, e.party.prefix, Number(e.party.ident));
             },
             [&](const map27::OutgoingCallProgress& e) {
-                logCause(e.code, e.source, e.cause);
+                TellCause(e.source, e.cause, e.message);
                 Q_EMIT OutgoingCallProgress(e.code, e.cause);
             },
             [&](const map27::AnswerProgress& e) {
-                logCause(e.code, e.source, e.cause);
+                TellCause(e.source, e.cause, e.message);
                 Q_EMIT AnswerProgress(e.code, e.cause);
             },
-            [&](const map27::TransactionCleared& e) { Q_EMIT TransactionCleared(e.type, e.cause); },
+            [&](const map27::TransactionCleared& e) {
+                if (e.by != map27::ClearedBy::LinkReset)
+                    TellCause(e.type, e.cause, e.message);
+                Q_EMIT TransactionCleared(e.type, e.cause);
+            },
+            [&](const map27::CallTakenUp& e) {
+                ProgramLog::Write(QStringLiteral("call taken up again: %1")
+                                      .arg(QString::fromStdString(map27::ToText(e.party))));
+                Q_EMIT CallTakenUp(e.party.prefix, Number(e.party.ident));
+            },
             [&](const map27::NumberingReceived& e) {
                 m_numbering = e.info;
                 Q_EMIT NumberingReceived();
@@ -307,7 +341,8 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             [&](const map27::OperatingConditionReceived& e) {
                 Q_EMIT OperatingConditionReceived(e.info.inContact, e.info.offHook, e.info.transmitting,
                                                   e.info.fieldStrength,
-                                                  static_cast<int>(e.info.MaxCallSeconds().value_or(0)));
+                                                  static_cast<int>(e.info.MaxCallSeconds().value_or(0)),
+                                                  HexOf(map27::EncodeFromRadio(e.info)));
             },
             [&](const map27::NetworkInfoReceived& e) {
                 Q_EMIT NetworkInfoReceived(Number(e.info.channel), Number(e.info.systemIdentity));
@@ -316,12 +351,28 @@ void SerialMap27Control::Handle(const map27::TerminalEvent& event)
             [&](const map27::SettingsReceived&) {},
             [&](const map27::LinkReady&) {}, // these two come as conditions
             [&](const map27::LinkFailed&) {},
-            [&](const map27::Report& e) {
-                ProgramLog::Write(
-                    QStringLiteral("%1 %2").arg(QString::fromStdString(e.text), HexOf(e.message)));
-            },
+            [&](const map27::Report& e) { HandleReport(e); },
         },
         event);
+}
+
+void SerialMap27Control::TellCause(std::uint8_t source, std::uint8_t cause, const map27::Octets& message)
+{
+    const std::string name = map27::TypeName(source, map27::Direction::FromRadio);
+    if (source == map27::Type::Call || source == map27::Type::EmergencyCall)
+        Log(name, message);
+    else if (!message.empty() && source != map27::Type::ProtocolInfo && // that one was reported
+             !(IsPositive(source) && cause == map27::Cause::Success))
+        Log(name + " (" + map27::CauseText(source, cause) + ")", message);
+    if (!IsPositive(source))
+        Q_EMIT CauseTold({source, cause, PartyOf(message)});
+}
+
+void SerialMap27Control::HandleReport(const map27::Report& report)
+{
+    Log(report.text, report.message);
+    if (report.kind == map27::ReportKind::ProtocolInfo && report.message.size() > 1)
+        Q_EMIT Complained(report.message[1]);
 }
 
 void SerialMap27Control::HandlePersonality(const map27::PersonalityMessage& personality)

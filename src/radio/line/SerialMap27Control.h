@@ -50,6 +50,7 @@ public:
     void AnswerCall(bool accept) override;
     void SetTransmit(bool on) override;
     void ClearCall() override;
+    void HangUpRadio() override;
     void MakeGatewayCall(qint32 gateway, const QString& digits, bool emergency, bool priority,
                          bool dialog) override;
 
@@ -70,6 +71,8 @@ private:
     void RunIfOpen(const std::function<map27::TerminalOutput(map27::Terminal&, map27::TimePoint)>& operation);
     void Take(const LineReport& report);
     void Handle(const map27::TerminalEvent& event);
+    void TellCause(std::uint8_t source, std::uint8_t cause, const map27::Octets& message);
+    void HandleReport(const map27::Report& report);
     void HandlePersonality(const map27::PersonalityMessage& personality);
     void HandleCondition(const LineCondition& condition);
     QString TextOf(const LineCondition& condition) const;

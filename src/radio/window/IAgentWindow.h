@@ -2,6 +2,8 @@
 
 #include <QString>
 
+struct CallLook;
+
 // The dialogue of the transaction in progress, as the radio agent drives it.
 struct IAgentWindow {
     virtual ~IAgentWindow() = default;
@@ -9,7 +11,7 @@ struct IAgentWindow {
     virtual void Reset() = 0;
     virtual void MessagingPrepare(const QString& party) = 0;
     virtual void CallOutPrepare(const QString& caption, const QString& party) = 0;
-    virtual void InCallPrepare(const QString& caption, const QString& party, bool emergency) = 0;
+    virtual void InCallPrepare(const CallLook& look, const QString& party) = 0;
     virtual void SetCaption(const QString& caption) = 0;
     // Catalogue id of its caption: Cancel, Answer or Hungup.
     virtual void SetMainButton(int textId) = 0;

@@ -8,6 +8,7 @@
 #include "core/widgets/Captions.h"
 #include "core/widgets/PlainKey.h"
 #include "radio/base/TextIds.h"
+#include "radio/base/Transaction.h"
 #include "radio/window/CallKeys.h"
 #include "radio/window/FrontRow.h"
 #include "radio/window/TransmitButton.h"
@@ -98,30 +99,30 @@ void frmMap27Agent::Reset()
 
 void frmMap27Agent::MessagingPrepare(const QString& party)
 {
-    Prepare(party, RadioText::Cancel, false);
+    Prepare(party, RadioText::Cancel, false, false);
 }
 
 void frmMap27Agent::CallOutPrepare(const QString& caption, const QString& party)
 {
-    Prepare(party, RadioText::Cancel, true);
+    Prepare(party, RadioText::Cancel, true, true);
     SetCaption(caption);
 }
 
-void frmMap27Agent::InCallPrepare(const QString& caption, const QString& party, bool emergency)
+void frmMap27Agent::InCallPrepare(const CallLook& look, const QString& party)
 {
-    Prepare(party, RadioText::Answer, true);
-    SetCaption(caption);
-    ShowEmergency(emergency);
+    Prepare(party, RadioText::Answer, true, !look.data);
+    SetCaption(look.caption);
+    ShowEmergency(look.emergency);
 }
 
-void frmMap27Agent::Prepare(const QString& party, int mainButtonText, bool call)
+void frmMap27Agent::Prepare(const QString& party, int mainButtonText, bool call, bool talk)
 {
     m_transmit->LetGo();
     Reset();
     m_form->lsParty->addItem(party);
     m_isCall = call;
-    m_form->cmdPTT->setEnabled(call);
-    m_form->cmdPTT->setVisible(call);
+    m_form->cmdPTT->setEnabled(talk);
+    m_form->cmdPTT->setVisible(talk);
     SetMainButton(mainButtonText);
 }
 
@@ -157,7 +158,7 @@ void frmMap27Agent::TellKeys()
 // Whoever answers will talk next.
 void frmMap27Agent::PressMainButton()
 {
-    if (m_mainText == RadioText::Answer)
+    if (m_mainText == RadioText::Answer && m_form->cmdPTT->isVisible())
         m_form->cmdPTT->setFocus();
     Q_EMIT MainButtonPressed();
 }

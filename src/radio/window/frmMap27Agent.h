@@ -31,7 +31,7 @@ public:
     void Reset() override;
     void MessagingPrepare(const QString& party) override;
     void CallOutPrepare(const QString& caption, const QString& party) override;
-    void InCallPrepare(const QString& caption, const QString& party, bool emergency) override;
+    void InCallPrepare(const CallLook& look, const QString& party) override;
     void SetCaption(const QString& caption) override;
     void SetMainButton(int textId) override;
     void AppendLog(const QString& text) override;
@@ -58,7 +58,8 @@ private:
     void LoadCaptions();
     void Bring(Activation activation);
     void Place();
-    void Prepare(const QString& party, int mainButtonText, bool call);
+    // `talk`: with a transmit button.
+    void Prepare(const QString& party, int mainButtonText, bool call, bool talk);
     void ShowEmergency(bool emergency);
     void PressMainButton();
     bool MayHangUp(const QEvent& event) const;
