@@ -16,10 +16,18 @@ bool IsDigit(std::uint8_t octet)
     return (octet >= '0' && octet <= '9') || octet == '*' || octet == '#' || octet == 0;
 }
 
-// Whether every octet is a character in the coding.
+// 0-9, * and #, and the filler; the other values are reserved (MAP27 v1.5, 5.2.1.2).
+bool IsBcdDigit(std::uint8_t octet)
+{
+    return octet <= 0x09 || octet == 0x0B || octet == 0x0C || octet == 0x0F;
+}
+
+// Whether there is anything to code, and every octet is a character in the coding.
 bool CanBeCoded(const map27::ShortData& data)
 {
     const auto all = [&](auto isCharacter) { return std::ranges::all_of(data.octets, isCharacter); };
+    if (data.octets.empty())
+        return false;
     switch (data.coding) {
     case map27::Coding::Ccitt5:
     case map27::Coding::TelexAscii:
@@ -27,7 +35,7 @@ bool CanBeCoded(const map27::ShortData& data)
     case map27::Coding::BcdAscii:
         return all(IsDigit);
     case map27::Coding::Bcd:
-        return all([](std::uint8_t octet) { return octet <= 0x0F; });
+        return all(IsBcdDigit);
     case map27::Coding::Telex:
         return all([](std::uint8_t octet) { return octet <= 0x1F; });
     default:
@@ -47,7 +55,7 @@ void MessageService::Send(const map27::StatusMessage& message)
 
 void MessageService::Send(const map27::ShortDataMessage& message)
 {
-    if (!map27::IsKnown(message.data.coding))
+    if (!map27::MostUnits(message.data.coding, message.size))
         m_air.console.Tell(map27::ProtocolInfoMessage{map27::ProtocolReason::CodingNotSupported});
     else if (!CanBeCoded(message.data))
         m_air.console.Tell(
