@@ -23,13 +23,13 @@ ROOMS = {
     "mainwindow": {"radio", "core", "dao", "addressing"},
     "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
-    "ctl": {"numbering", "radio", "core", "dao", "addressing"},
+    "ctl": {"numbering", "radio", "core", "dao", "addressing", "map27"},
     "tour": {"mainwindow", "core"},
     "app": {"tour", "mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
-    "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}},
+    "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}, "trace": {"codec", "link"}},
     "core": {
         "base": set(),
         "texts": {"base"},

@@ -63,12 +63,12 @@ TEST(FrameSplitter, KeepsEveryOctetInWhateverPiecesItComes)
         stream.insert(stream.end(), part.begin(), part.end());
 
     for (std::size_t size = 1; size <= stream.size(); ++size) {
-        sim::FrameSplitter splitter;
+        map27::FrameSplitter splitter;
         Octets together;
         int frames = 0;
         for (std::size_t begin = 0; begin < stream.size(); begin += size) {
             const auto length = std::min(size, stream.size() - begin);
-            for (const sim::LinePiece& piece :
+            for (const map27::LinePiece& piece :
                  splitter.Feed(map27::OctetSpan(stream).subspan(begin, length))) {
                 together.insert(together.end(), piece.octets.begin(), piece.octets.end());
                 frames += piece.isFrame ? 1 : 0;

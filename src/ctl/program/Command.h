@@ -55,3 +55,5 @@ Command UserPasswordCommand();
 Command DialCommand();
 Command FleetExportCommand();
 Command FleetImportCommand();
+Command TraceExplainCommand();
+Command RadioCheckCommand();

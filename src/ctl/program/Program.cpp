@@ -17,7 +17,8 @@ QList<Command> AllCommands()
             UserPasswordCommand(),    FleetExportCommand(),
             FleetImportCommand(),     DirectoryExportCommand(),
             DirectoryImportCommand(), StatusExportCommand(),
-            StatusImportCommand(),    DialCommand()};
+            StatusImportCommand(),    DialCommand(),
+            TraceExplainCommand()};
 }
 
 QString Version()
@@ -32,9 +33,11 @@ QString Version()
 QString Overview(const QList<Command>& commands)
 {
     QString text =
-        QStringLiteral("Usage: %1 COMMAND ...\n\n"
-                       "Keeps the databases and accounts of the radio dispatcher, from the command line.\n\n"
-                       "Commands:\n")
+        QStringLiteral(
+            "Usage: %1 COMMAND ...\n\n"
+            "Keeps the databases and accounts of the radio dispatcher, and looks at its radio, from the\n"
+            "command line.\n\n"
+            "Commands:\n")
             .arg(QLatin1String(Name));
     for (const Command& command : commands)
         text += QStringLiteral("  %1  %2\n").arg(command.words, -16).arg(command.summary);

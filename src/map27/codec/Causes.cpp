@@ -150,14 +150,24 @@ std::string OutcomeText(std::uint8_t type)
     }
 }
 
+const char* Find(std::uint8_t type, std::uint8_t cause, Direction direction)
+{
+    if (const char* text = Find(BothWaysRows, type, cause))
+        return text;
+    return direction == Direction::ToRadio ? Find(ToRadioRows, type, cause)
+                                           : Find(FromRadioRows, type, cause);
+}
+
 } // namespace
+
+bool IsKnownCause(std::uint8_t type, std::uint8_t cause, Direction direction)
+{
+    return Find(type, cause, direction) != nullptr;
+}
 
 std::string CauseText(std::uint8_t type, std::uint8_t cause, Direction direction)
 {
-    const char* text = Find(BothWaysRows, type, cause);
-    if (text == nullptr)
-        text = direction == Direction::ToRadio ? Find(ToRadioRows, type, cause)
-                                               : Find(FromRadioRows, type, cause);
+    const char* text = Find(type, cause, direction);
     return text != nullptr ? text : OutcomeText(type) + ", cause " + Hex(cause);
 }
 

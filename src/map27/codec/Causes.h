@@ -56,6 +56,9 @@ constexpr std::uint8_t EndedAbnormally = 0x0E;
 // (MAP27 v1.5, A7.5).
 std::string CauseText(std::uint8_t type, std::uint8_t cause, Direction direction = Direction::FromRadio);
 
+// Whether the standard names it.
+bool IsKnownCause(std::uint8_t type, std::uint8_t cause, Direction direction);
+
 // "INCOMING EMERGENCY CALL" for A5 from the radio; hexadecimal for a type without a name.
 std::string TypeName(std::uint8_t type, Direction direction);
 

@@ -52,7 +52,7 @@ void Line::Clear()
 
 void Line::TakeFromConsole(TimePoint now, LineOutput& output)
 {
-    for (LinePiece& piece : m_splitter.Feed(m_fromConsole.Take(now))) {
+    for (map27::LinePiece& piece : m_splitter.Feed(m_fromConsole.Take(now))) {
         if (!piece.isFrame) {
             Hold(m_lateFromConsole, {now, m_faults.StrikeNoise(std::move(piece.octets)), {}});
             continue;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "map27/trace/FrameSplitter.h"
 #include "simulator/line/Faults.h"
-#include "simulator/line/FrameSplitter.h"
 #include "simulator/line/Pacer.h"
 
 #include "map27/codec/Causes.h"
@@ -62,7 +62,7 @@ private:
     Faults m_faults;
     Pacer m_fromConsole;
     Pacer m_fromRadio;
-    FrameSplitter m_splitter;
+    map27::FrameSplitter m_splitter;
     std::deque<Late> m_lateFromConsole;   // after the line
     std::deque<Late> m_lateFromRadio;     // before it
     std::deque<FrameUnderWay> m_underWay; // from the radio

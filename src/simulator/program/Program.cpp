@@ -1,5 +1,6 @@
 #include "simulator/program/Program.h"
 
+#include "map27/trace/TraceEntry.h"
 #include "simulator/program/PtyPort.h"
 #include "simulator/program/TcpPort.h"
 #include "simulator/script/ScenarioReader.h"
@@ -26,12 +27,10 @@ map27::OctetSpan Octets(const QByteArray& bytes)
 
 std::string TraceLine(const TracedFrame& frame)
 {
-    std::string line = "{\"ms\":" + std::to_string(frame.at.time_since_epoch().count());
-    line += frame.direction == map27::Direction::ToRadio ? ",\"dir\":\"D>R\"" : ",\"dir\":\"R>D\"";
-    line += ",\"frame\":\"" + map27::ToHex(frame.frame) + '"';
-    if (!frame.fault.empty())
-        line += ",\"fault\":\"" + std::string(frame.fault) + '"';
-    return line + '}';
+    return map27::WriteTraceEntry({.at = frame.at,
+                                   .direction = frame.direction,
+                                   .octets = frame.frame,
+                                   .fault = std::string(frame.fault)});
 }
 
 Program::Program(const Options& options, Console console)

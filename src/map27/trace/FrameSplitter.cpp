@@ -1,17 +1,12 @@
-#include "simulator/line/FrameSplitter.h"
+#include "map27/trace/FrameSplitter.h"
 
 #include "map27/link/Framing.h"
 
 #include <utility>
 
-namespace sim {
+namespace map27 {
 
-using map27::Dle;
-using map27::Etx;
-using map27::Stx;
-using map27::Syn;
-
-std::vector<LinePiece> FrameSplitter::Feed(map27::OctetSpan octets)
+std::vector<LinePiece> FrameSplitter::Feed(OctetSpan octets)
 {
     std::vector<LinePiece> pieces;
     for (const std::uint8_t octet : octets)
@@ -64,7 +59,7 @@ void FrameSplitter::Feed(std::uint8_t octet, std::vector<LinePiece>& pieces)
         break;
     }
     // A frame that never ends must not hold the line for ever.
-    if (m_held.size() > 3 * map27::FrameDecoder::LongestBody) {
+    if (m_held.size() > 3 * FrameDecoder::LongestBody) {
         Finish(false, pieces);
         m_state = State::Between;
     }
@@ -76,4 +71,4 @@ void FrameSplitter::Finish(bool isFrame, std::vector<LinePiece>& pieces)
         pieces.push_back({std::exchange(m_held, {}), isFrame});
 }
 
-} // namespace sim
+} // namespace map27

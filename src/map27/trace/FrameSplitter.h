@@ -4,11 +4,11 @@
 
 #include <vector>
 
-namespace sim {
+namespace map27 {
 
 // A piece of what goes over the line.
 struct LinePiece {
-    map27::Octets octets;
+    Octets octets;
     bool isFrame =
         false; // a complete frame with its flags and FCS, right or wrong; else octets between frames
 
@@ -19,7 +19,9 @@ struct LinePiece {
 // frames. Every octet comes out again: those of an unfinished frame once its end or another start has come.
 class FrameSplitter {
 public:
-    std::vector<LinePiece> Feed(map27::OctetSpan octets);
+    std::vector<LinePiece> Feed(OctetSpan octets);
+    // What is held: the beginning of a frame that has not ended yet.
+    OctetSpan Held() const { return m_held; }
     void Clear();
 
 private:
@@ -29,7 +31,7 @@ private:
     void Finish(bool isFrame, std::vector<LinePiece>& pieces);
 
     State m_state = State::Between;
-    map27::Octets m_held;
+    Octets m_held;
 };
 
-} // namespace sim
+} // namespace map27

@@ -1,0 +1,139 @@
+#include "ctl/files/LineFile.h"
+#include "ctl/program/Command.h"
+#include "ctl/program/Console.h"
+#include "map27/trace/TraceObserver.h"
+
+namespace {
+
+using map27::Finding;
+using map27::TraceEntry;
+
+// "1:02:03.456"; the milliseconds of a trace as a person counts.
+QString TimeOf(map27::TimePoint at)
+{
+    const qint64 ms = at.time_since_epoch().count();
+    return QStringLiteral("%1:%2:%3.%4")
+        .arg(ms / 3'600'000)
+        .arg(ms / 60'000 % 60, 2, 10, QLatin1Char('0'))
+        .arg(ms / 1000 % 60, 2, 10, QLatin1Char('0'))
+        .arg(ms % 1000, 3, 10, QLatin1Char('0'));
+}
+
+const char* MarkOf(const Finding& finding)
+{
+    return finding.weight == Finding::Weight::Breach ? "!!" : "..";
+}
+
+const char* EndOf(map27::Direction direction)
+{
+    return direction == map27::Direction::ToRadio ? "console" : "radio";
+}
+
+class Explanation {
+public:
+    explicit Explanation(const Request& request)
+        : m_withOctets(request.options.isSet("hex")),
+          m_findingsOnly(request.options.isSet("findings"))
+    {
+    }
+
+    void Take(const TraceEntry& entry)
+    {
+        const map27::TraceObserver::Seen seen = m_observer.Take(entry);
+        if (m_findingsOnly && seen.findings.empty())
+            return;
+        const bool onWire = entry.kind == TraceEntry::Kind::Frame || entry.kind == TraceEntry::Kind::Noise;
+        Console::Print(QStringLiteral("%1 %2 %3")
+                           .arg(TimeOf(entry.at), 12)
+                           .arg(QLatin1String(onWire ? map27::ArrowOf(entry.direction) : "-"),
+                                QString::fromStdString(seen.words)));
+        if (m_withOctets && onWire)
+            Console::Print(Indented("  ", map27::ToHex(entry.octets)));
+        for (const Finding& finding : seen.findings)
+            Console::Print(Indented(MarkOf(finding), std::string(EndOf(finding.by)) + ", " +
+                                                         std::string(finding.kind) + ": " + finding.text));
+    }
+
+    void Sum() const
+    {
+        const map27::TraceObserver::Totals& totals = m_observer.Counted();
+        Console::Print(QStringLiteral("%1 frames, %2 of them damaged; %3 messages; %4 breaches of the "
+                                      "standard, %5 remarks")
+                           .arg(totals.frames)
+                           .arg(totals.damaged)
+                           .arg(totals.messages)
+                           .arg(totals.breaches)
+                           .arg(totals.remarks));
+    }
+
+private:
+    static QString Indented(const char* mark, const std::string& text)
+    {
+        return QStringLiteral("%1 %2 %3")
+            .arg(QString(), 12)
+            .arg(QLatin1String(mark), QString::fromStdString(text));
+    }
+
+    map27::TraceObserver m_observer;
+    bool m_withOctets;
+    bool m_findingsOnly;
+};
+
+int Run(const Request& request)
+{
+    Explanation explanation(request);
+    for (const QString& path : request.arguments) {
+        LineFile file(path);
+        while (const auto line = file.Next()) {
+            if (line->trimmed().isEmpty())
+                continue;
+            const auto read =
+                map27::ReadTraceEntry({line->constData(), static_cast<std::size_t>(line->size())});
+            if (const auto* entry = std::get_if<TraceEntry>(&read)) {
+                explanation.Take(*entry);
+                continue;
+            }
+            const auto& problem = std::get<map27::TraceProblem>(read);
+            if (!file.IsCutOff())
+                file.Raise(problem.column, QString::fromStdString(problem.reason));
+            Console::PrintError(QStringLiteral("veltorkynctl: the last line of %1 is cut off").arg(path));
+        }
+    }
+    explanation.Sum();
+    return exitOk;
+}
+
+constexpr auto Help =
+    R"(Puts a trace of the wire between console and radio into words, a line for each frame:
+  TIME > WORDS      from the console to the radio
+  TIME < WORDS      from the radio to the console
+  TIME - WORDS      neither: the line was opened, or the simulated radio was told something
+and below it what strikes about it:
+  !! WHOSE, KIND: a breach of the standard (MAP27 version 1.5)
+  .. WHOSE, KIND: allowed, or the line's fault, but worth a look
+KIND is one word that stays the same from version to version. The last line counts everything.
+Texts of messages are shown as they are.
+
+FILE is what the console keeps of the last hour, wire-trace.jsonl and the older
+wire-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
+radio check --trace have written. Several are taken as one, so the older one goes first. "-" is
+standard input. Files may be of any length. A last line that was cut off is left out, with a word
+on standard error; any other line that is no part of a trace ends the command, with its number.
+
+Example:
+  veltorkynctl trace explain --findings wire-trace.1.jsonl wire-trace.jsonl)";
+
+} // namespace
+
+Command TraceExplainCommand()
+{
+    return {.words = "trace explain",
+            .synopsis = "[--findings] [--hex] FILE...",
+            .summary = "put a trace of the radio's line into words",
+            .help = Help,
+            .options = {QCommandLineOption("findings", "only what strikes"),
+                        QCommandLineOption("hex", "the octets of each frame, too")},
+            .fewestArguments = 1,
+            .mostArguments = -1,
+            .run = Run};
+}

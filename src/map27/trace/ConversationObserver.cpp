@@ -1,0 +1,143 @@
+#include "map27/trace/ConversationObserver.h"
+
+#include "map27/codec/Causes.h"
+
+#include <utility>
+
+namespace map27 {
+
+namespace {
+
+bool IsGateway(Address address)
+{
+    return address.ident == Ident::Pstn || address.ident == Ident::Pabx;
+}
+
+} // namespace
+
+Findings ConversationObserver::Take(OctetSpan message, Direction direction)
+{
+    if (direction == Direction::ToRadio) {
+        const auto decoded = DecodeToRadio(message);
+        if (const auto* known = std::get_if<ToRadio>(&decoded))
+            TakeToRadio(*known);
+    } else {
+        const auto decoded = DecodeFromRadio(message);
+        if (const auto* known = std::get_if<FromRadio>(&decoded))
+            TakeFromRadio(*known);
+    }
+    return std::exchange(m_findings, {});
+}
+
+void ConversationObserver::Forget()
+{
+    m_request.reset();
+    m_incoming = Incoming::None;
+    m_inCall = false;
+}
+
+void ConversationObserver::TakeToRadio(const ToRadio& message)
+{
+    if (const auto* status = std::get_if<StatusMessage>(&message)) {
+        Begin(AckSubject::Message, status->party.address);
+    } else if (const auto* data = std::get_if<ShortDataMessage>(&message)) {
+        Begin(AckSubject::Message, data->party.address);
+    } else if (const auto* call = std::get_if<CallMessage>(&message)) {
+        Begin(AckSubject::Setup, call->party.address);
+    } else if (std::holds_alternative<ClearMessage>(message)) {
+        if (m_request)
+            m_request->isCancelled = true;
+        m_inCall = false;
+    } else if (const auto* control = std::get_if<RadioControlMessage>(&message)) {
+        if (!control->offHook) {
+            m_inCall = false;
+            m_incoming = Incoming::None;
+        }
+    }
+}
+
+void ConversationObserver::Begin(AckSubject subject, Address called)
+{
+    const bool isOpen = m_request && !m_request->isCancelled;
+    if (isOpen || (m_inCall && subject == AckSubject::Message))
+        m_findings.push_back({Finding::Weight::Breach, "second-request", Direction::ToRadio,
+                              "A request while another one, or a call, is in progress."});
+    m_request = Request{subject, called};
+}
+
+void ConversationObserver::TakeFromRadio(const FromRadio& message)
+{
+    if (const auto* answer = std::get_if<AcknowledgementMessage>(&message)) {
+        if (answer->subject == AckSubject::Receive)
+            TakeReceiveProgress(*answer);
+        else if (answer->subject != AckSubject::Diversion)
+            TakeAnswer(*answer);
+    } else if (std::holds_alternative<ClearMessage>(message)) {
+        Forget();
+    } else if (const auto* call = std::get_if<CallMessage>(&message)) {
+        m_request.reset();
+        m_incoming = call->details.OffHookNeeded() ? Incoming::Ringing : Incoming::Connected;
+        m_inCall = m_incoming == Incoming::Connected;
+    } else if (std::holds_alternative<ProtocolInfoMessage>(message)) {
+        m_request.reset();
+    } else if (const auto* personality = std::get_if<PersonalityMessage>(&message)) {
+        m_ownPrefix = personality->radio.prefix;
+    } else if (const auto* numbering = std::get_if<NumberingMessage>(&message)) {
+        m_ownPrefix = numbering->radio.prefix;
+    }
+}
+
+void ConversationObserver::TakeAnswer(const AcknowledgementMessage& answer)
+{
+    if (!m_request || m_request->subject != answer.subject) {
+        // A radio used locally may say that it has a call.
+        const bool isLocalCall = answer.subject == AckSubject::Setup && !m_request;
+        m_findings.push_back({isLocalCall ? Finding::Weight::Remark : Finding::Weight::Breach,
+                              "unasked-answer", Direction::FromRadio,
+                              "An answer to something that was not asked for."});
+    } else if (!m_request->isCancelled) {
+        JudgeParty(answer.party);
+    }
+    if (answer.outcome == AckOutcome::Queued)
+        return;
+    m_inCall = m_inCall || (answer.subject == AckSubject::Setup && answer.outcome == AckOutcome::Positive);
+    m_request.reset();
+}
+
+void ConversationObserver::TakeReceiveProgress(const AcknowledgementMessage& progress)
+{
+    const auto add = [this](Finding::Weight weight, std::string_view kind, std::string text) {
+        m_findings.push_back({weight, kind, Direction::FromRadio, std::move(text)});
+    };
+    if (m_incoming == Incoming::None && !m_inCall)
+        add(Finding::Weight::Breach, "unasked-answer", "Progress of a call that did not come in.");
+    if (progress.outcome == AckOutcome::Positive && m_incoming == Incoming::Connected)
+        add(Finding::Weight::Remark, "connected-twice", "The call came in connected already.");
+    if (progress.outcome == AckOutcome::Positive) {
+        m_incoming = Incoming::Connected;
+        m_inCall = true;
+    } else if (progress.outcome == AckOutcome::Negative) {
+        m_incoming = Incoming::None;
+        m_inCall = false;
+    }
+}
+
+// Across prefixes it is nobody, behind a gateway it has our own prefix.
+void ConversationObserver::JudgeParty(const Party& party)
+{
+    const Address called = m_request->called;
+    const bool isOwn = m_ownPrefix && called.prefix == *m_ownPrefix;
+    if (party.address.IsDummy()) {
+        if (isOwn && !IsGateway(called))
+            m_findings.push_back({Finding::Weight::Breach, "unnamed-answer", Direction::FromRadio,
+                                  "The answer does not name the called radio, which has our own prefix."});
+        return;
+    }
+    const bool isCalled = IsGateway(called) ? party.address.ident == called.ident : party.address == called;
+    if (!isCalled)
+        m_findings.push_back({Finding::Weight::Breach, "other-answer", Direction::FromRadio,
+                              "The answer names " + ToText(party.address) + ", not " + ToText(called) +
+                                  ", which was called."});
+}
+
+} // namespace map27

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "map27/codec/Messages.h"
+#include "map27/trace/Finding.h"
+
+#include <optional>
+
+namespace map27 {
+
+// Follows requests and their answers from the side (MAP27 v1.5, 5.3 and 5.4): one message or call at a time,
+// and no answer to what nobody asked. Messages are given once each, without repetitions.
+class ConversationObserver {
+public:
+    Findings Take(OctetSpan message, Direction direction);
+    // The link was set up anew.
+    void Forget();
+
+private:
+    // What the terminal waits for, or has given up a moment ago.
+    struct Request {
+        AckSubject subject;
+        Address called;
+        bool isCancelled = false;
+    };
+
+    void TakeToRadio(const ToRadio& message);
+    void TakeFromRadio(const FromRadio& message);
+    void TakeAnswer(const AcknowledgementMessage& answer);
+    void TakeReceiveProgress(const AcknowledgementMessage& progress);
+    void JudgeParty(const Party& party);
+    void Begin(AckSubject subject, Address called);
+
+    std::optional<Request> m_request;
+    enum class Incoming { None, Ringing, Connected } m_incoming = Incoming::None;
+    bool m_inCall = false;
+    std::optional<std::uint8_t> m_ownPrefix;
+    Findings m_findings;
+};
+
+} // namespace map27

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "map27/codec/Direction.h"
+#include "map27/codec/Octets.h"
+#include "map27/link/Time.h"
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace map27 {
+
+// One line of a trace of the wire, a JSON object. "ms" counts from an origin that the writer chooses.
+struct TraceEntry {
+    enum class Kind {
+        Frame,   // "dir", "frame": one frame with flags and FCS, right or wrong; "fault" when it was spoiled
+        Noise,   // "dir", "noise": octets between frames
+        Opened,  // "event":"opened", "time", "port", "speed": the line begins
+        Closed,  // "event":"closed"
+        Lost,    // "event":"lost", "count": so many entries could not be written
+        Command, // "command", "answer": what the simulated radio was told
+    };
+
+    Kind kind = Kind::Frame;
+    TimePoint at{};
+    Direction direction = Direction::ToRadio; // Frame, Noise
+    Octets octets{};                          // likewise
+    std::string fault{};                      // Frame; empty: none
+    std::string time{};                       // Opened: the wall clock, ISO 8601
+    std::string port{};                       // Opened
+    std::int64_t number = 0;                  // Opened: bits per second; Lost: how many
+    std::string command{};                    // Command
+    std::string answer{};                     // likewise
+
+    bool operator==(const TraceEntry&) const = default;
+};
+
+// What is wrong with a line of a trace.
+struct TraceProblem {
+    std::size_t column; // in octets, from 1
+    std::string reason; // in plain words
+};
+
+// Without the line end.
+std::string WriteTraceEntry(const TraceEntry& entry);
+// Names that it does not know are ignored.
+std::variant<TraceEntry, TraceProblem> ReadTraceEntry(std::string_view line);
+
+// "> " for to the radio, "< " for from it, as in traces and reports.
+constexpr const char* ArrowOf(Direction direction)
+{
+    return direction == Direction::ToRadio ? ">" : "<";
+}
+
+} // namespace map27

@@ -1,0 +1,115 @@
+#include "map27/trace/TraceObserver.h"
+
+#include "map27/trace/FrameParts.h"
+#include "map27/trace/MessageObserver.h"
+#include "map27/trace/MessageWords.h"
+
+#include <algorithm>
+
+namespace map27 {
+
+namespace {
+
+std::string FcsWords(std::uint16_t fcs)
+{
+    const Octets octets{static_cast<std::uint8_t>(fcs & 0xFF), static_cast<std::uint8_t>(fcs >> 8)};
+    return ToHex(octets);
+}
+
+std::string OpenedWords(const TraceEntry& entry)
+{
+    std::string words = "line opened";
+    if (!entry.port.empty())
+        words += ": " + entry.port;
+    if (entry.number > 0)
+        words += ", " + std::to_string(entry.number) + " bit/s";
+    return entry.time.empty() ? words : words + ", " + entry.time;
+}
+
+} // namespace
+
+TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
+{
+    // A trace that was continued by another run begins anew.
+    if (entry.at < m_last || entry.kind == TraceEntry::Kind::Opened)
+        Begin();
+    m_last = entry.at;
+    Seen seen;
+    switch (entry.kind) {
+    case TraceEntry::Kind::Frame:
+        seen = TakeFrame(entry);
+        break;
+    case TraceEntry::Kind::Noise:
+        seen.words = "no frame: " + ToHex(entry.octets);
+        seen.findings.push_back({Finding::Weight::Remark, "noise", entry.direction,
+                                 std::to_string(entry.octets.size()) + " octets outside of frames."});
+        break;
+    case TraceEntry::Kind::Opened:
+        seen.words = OpenedWords(entry);
+        break;
+    case TraceEntry::Kind::Closed:
+        Begin();
+        seen.words = "line closed";
+        break;
+    case TraceEntry::Kind::Lost:
+        Begin();
+        seen.words = std::to_string(entry.number) + " lines of the trace are missing here";
+        break;
+    case TraceEntry::Kind::Command:
+        seen.words = "the simulated radio was told \"" + entry.command + "\": " + entry.answer;
+        break;
+    }
+    for (const Finding& finding : seen.findings)
+        ++(finding.weight == Finding::Weight::Breach ? m_totals.breaches : m_totals.remarks);
+    return seen;
+}
+
+TraceObserver::Seen TraceObserver::TakeFrame(const TraceEntry& entry)
+{
+    ++m_totals.frames;
+    const std::string onPurpose =
+        entry.fault.empty() ? std::string{} : " [spoiled on purpose: " + entry.fault + ']';
+    const auto parts = TakeApart(entry.octets);
+    if (parts && parts->IsGood()) {
+        Seen seen = TakeBody(parts->body, entry.direction, entry.at);
+        seen.words += onPurpose;
+        return seen;
+    }
+    ++m_totals.damaged;
+    Seen seen{.words = "damaged frame" + onPurpose};
+    if (parts)
+        seen.findings.push_back(
+            {Finding::Weight::Breach, "fcs", entry.direction,
+             "Check sequence " + FcsWords(parts->fcs) + " where " + FcsWords(parts->rightFcs) + " belongs."});
+    else
+        seen.findings.push_back({Finding::Weight::Breach, "no-frame", entry.direction,
+                                 "Not one frame from start flag to check sequence."});
+    return seen;
+}
+
+TraceObserver::Seen TraceObserver::TakeBody(OctetSpan body, Direction direction, TimePoint at)
+{
+    LinkObserver::Seen link = m_link.Take(body, direction, at);
+    Seen seen{.words = std::move(link.words), .findings = std::move(link.findings)};
+    if (link.isRequest)
+        m_conversation.Forget();
+    if (link.message.empty())
+        return seen;
+    seen.words += "  " + MessageWords(link.message, direction);
+    if (link.isRepeated)
+        return seen;
+    ++m_totals.messages;
+    seen.message.assign(link.message.begin(), link.message.end());
+    for (const Findings& more :
+         {JudgeMessage(link.message, direction), m_conversation.Take(link.message, direction)})
+        seen.findings.insert(seen.findings.end(), more.begin(), more.end());
+    return seen;
+}
+
+void TraceObserver::Begin()
+{
+    m_link.Forget();
+    m_conversation.Forget();
+}
+
+} // namespace map27
