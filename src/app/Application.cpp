@@ -4,6 +4,7 @@
 #include "app/ConsoleWindows.h"
 #include "core/base/AppPaths.h"
 #include "core/base/Clock.h"
+#include "core/base/ProgramLog.h"
 #include "core/desktop/HeldKeys.h"
 #include "core/desktop/ModalFocus.h"
 #include "core/desktop/Prompt.h"
@@ -17,8 +18,11 @@
 #include "radio/facade/Map27Executive.h"
 #include "radio/line/SerialMap27Control.h"
 #include "radio/line/SystemSerialPorts.h"
+#include "radio/trace/TracedPort.h"
+#include "radio/trace/WireTrace.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 // In the order of their creation; released in reverse.
 struct Application::Objects {
@@ -31,10 +35,20 @@ struct Application::Objects {
     std::unique_ptr<Settings> settings;
     std::unique_ptr<Prompt> prompt;
     std::unique_ptr<DbSession> session;
+    std::unique_ptr<WireTrace> wireTrace; // the line's, too
     std::unique_ptr<Console> console;
     std::unique_ptr<ConsoleWindows> windows;
     std::unique_ptr<winMain> mainWindow;
 };
+
+// The ports of this computer and network, each frame of which is traced.
+static SerialMap27Control::PortFactory TracedPorts(WireTrace& trace, const Clock& clock)
+{
+    return [&trace, &clock](const QString& name, int bitsPerSecond) {
+        return std::make_unique<TracedPort>(MakeRadioPort(name, bitsPerSecond), name, bitsPerSecond, trace,
+                                            clock);
+    };
+}
 
 Application::Application(const IStringSource& strings) : m_strings(strings) {}
 
@@ -56,8 +70,11 @@ void Application::StartUp(const QString& settingsFile)
     QObject::connect(o.waiting.get(), &Waiting::WaitingChanged, &o.session->Changes(),
                      &DatabaseChanges::SetBusy);
     QObject::connect(&o.session->Changes(), &DatabaseChanges::Telling, o.waiting.get(), &Waiting::SetUnasked);
-    auto control =
-        std::make_unique<SerialMap27Control>(m_strings, o.clock, SerialMap27Control::Place::OwnThread);
+    // Beside the program's log.
+    o.wireTrace =
+        std::make_unique<WireTrace>(QFileInfo(ProgramLog::FileName()).path(), o.clock, Lane::Kind::OwnThread);
+    auto control = std::make_unique<SerialMap27Control>(
+        m_strings, o.clock, SerialMap27Control::Place::OwnThread, TracedPorts(*o.wireTrace, o.clock));
     control->SetWaitSign([&o](const QString& port, std::function<void()> giveUp) {
         return o.waiting->ShowFor(port, std::move(giveUp));
     });

@@ -43,6 +43,7 @@ WINGS = {
     "radio": {
         "base": set(),
         "line": {"base"},
+        "trace": {"base", "line"},
         "window": {"base"},
         "agent": {"base", "line", "window"},
         "facade": {"base", "line", "window", "agent"},

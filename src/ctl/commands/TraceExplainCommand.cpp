@@ -3,21 +3,38 @@
 #include "ctl/program/Console.h"
 #include "map27/trace/TraceObserver.h"
 
+#include <QDateTime>
+
 namespace {
 
 using map27::Finding;
 using map27::TraceEntry;
 
-// "1:02:03.456"; the milliseconds of a trace as a person counts.
-QString TimeOf(map27::TimePoint at)
-{
-    const qint64 ms = at.time_since_epoch().count();
-    return QStringLiteral("%1:%2:%3.%4")
-        .arg(ms / 3'600'000)
-        .arg(ms / 60'000 % 60, 2, 10, QLatin1Char('0'))
-        .arg(ms / 1000 % 60, 2, 10, QLatin1Char('0'))
-        .arg(ms % 1000, 3, 10, QLatin1Char('0'));
-}
+// The time of day once an entry has told it, else since the origin of the trace.
+class TraceTime {
+public:
+    void Take(const TraceEntry& entry)
+    {
+        const QDateTime time = QDateTime::fromString(QString::fromStdString(entry.time), Qt::ISODateWithMs);
+        if (time.isValid())
+            m_offset = time.time().msecsSinceStartOfDay() - entry.at.time_since_epoch().count();
+    }
+
+    QString Text(map27::TimePoint at) const
+    {
+        constexpr qint64 day = 86'400'000;
+        const qint64 since = at.time_since_epoch().count() + m_offset.value_or(0);
+        const qint64 ms = m_offset ? (since % day + day) % day : since;
+        return QStringLiteral("%1:%2:%3.%4")
+            .arg(ms / 3'600'000, 2, 10, QLatin1Char('0'))
+            .arg(ms / 60'000 % 60, 2, 10, QLatin1Char('0'))
+            .arg(ms / 1000 % 60, 2, 10, QLatin1Char('0'))
+            .arg(ms % 1000, 3, 10, QLatin1Char('0'));
+    }
+
+private:
+    std::optional<qint64> m_offset; // ms
+};
 
 const char* MarkOf(const Finding& finding)
 {
@@ -40,11 +57,12 @@ public:
     void Take(const TraceEntry& entry)
     {
         const map27::TraceObserver::Seen seen = m_observer.Take(entry);
+        m_time.Take(entry);
         if (m_findingsOnly && seen.findings.empty())
             return;
         const bool onWire = entry.kind == TraceEntry::Kind::Frame || entry.kind == TraceEntry::Kind::Noise;
         Console::Print(QStringLiteral("%1 %2 %3")
-                           .arg(TimeOf(entry.at), 12)
+                           .arg(m_time.Text(entry.at), 12)
                            .arg(QLatin1String(onWire ? map27::ArrowOf(entry.direction) : "-"),
                                 QString::fromStdString(seen.words)));
         if (m_withOctets && onWire)
@@ -75,6 +93,7 @@ private:
     }
 
     map27::TraceObserver m_observer;
+    TraceTime m_time;
     bool m_withOctets;
     bool m_findingsOnly;
 };
@@ -111,8 +130,9 @@ constexpr auto Help =
 and below it what strikes about it:
   !! WHOSE, KIND: a breach of the standard (MAP27 version 1.5)
   .. WHOSE, KIND: allowed, or the line's fault, but worth a look
-KIND is one word that stays the same from version to version. The last line counts everything.
-Texts of messages are shown as they are.
+TIME is that of the day where the trace tells it, else since its beginning. KIND is one word that
+stays the same from version to version. The last line counts everything. Texts of messages are
+shown as they are.
 
 FILE is what the console keeps of the last hour, wire-trace.jsonl and the older
 wire-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl

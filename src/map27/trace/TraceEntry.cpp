@@ -57,12 +57,15 @@ private:
             entry.number = m_object.Find("speed") != nullptr ? NumberOf("speed") : 0;
         } else if (event == "closed") {
             entry.kind = TraceEntry::Kind::Closed;
+        } else if (event == "time") {
+            entry.kind = TraceEntry::Kind::Time;
+            entry.time = TextOf("time");
         } else if (event == "lost") {
             entry.kind = TraceEntry::Kind::Lost;
             entry.number = NumberOf("count");
         } else {
             throw TraceProblem{m_object.Find("event")->column,
-                               '"' + event + "\" is none of opened, closed and lost"};
+                               '"' + event + "\" is none of opened, closed, time and lost"};
         }
     }
 
@@ -150,6 +153,9 @@ std::string WriteTraceEntry(const TraceEntry& entry)
         break;
     case TraceEntry::Kind::Closed:
         line += Member("event", "closed");
+        break;
+    case TraceEntry::Kind::Time:
+        line += Member("event", "time") + Member("time", entry.time);
         break;
     case TraceEntry::Kind::Lost:
         line += Member("event", "lost") + ",\"count\":" + std::to_string(entry.number);

@@ -17,6 +17,7 @@ struct TraceEntry {
         Noise,   // "dir", "noise": octets between frames
         Opened,  // "event":"opened", "time", "port", "speed": the line begins
         Closed,  // "event":"closed"
+        Time,    // "event":"time", "time": what the wall clock shows
         Lost,    // "event":"lost", "count": so many entries could not be written
         Command, // "command", "answer": what the simulated radio was told
     };
@@ -26,7 +27,7 @@ struct TraceEntry {
     Direction direction = Direction::ToRadio; // Frame, Noise
     Octets octets{};                          // likewise
     std::string fault{};                      // Frame; empty: none
-    std::string time{};                       // Opened: the wall clock, ISO 8601
+    std::string time{};                       // Opened, Time: the wall clock, ISO 8601
     std::string port{};                       // Opened
     std::int64_t number = 0;                  // Opened: bits per second; Lost: how many
     std::string command{};                    // Command

@@ -51,6 +51,9 @@ TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
         Begin();
         seen.words = "line closed";
         break;
+    case TraceEntry::Kind::Time:
+        seen.words = "the clock shows " + entry.time;
+        break;
     case TraceEntry::Kind::Lost:
         Begin();
         seen.words = std::to_string(entry.number) + " lines of the trace are missing here";
