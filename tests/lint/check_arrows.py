@@ -29,7 +29,7 @@ ROOMS = {
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
-    "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}, "trace": {"codec", "link"}},
+    "map27": {"codec": set(), "link": {"codec"}, "terminal": {"codec", "link"}, "trace": {"codec", "link"}, "check": {"codec", "link", "trace"}},
     "core": {
         "base": set(),
         "texts": {"base"},

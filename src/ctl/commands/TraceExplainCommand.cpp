@@ -134,14 +134,14 @@ TIME is that of the day where the trace tells it, else since its beginning. KIND
 stays the same from version to version. The last line counts everything. Texts of messages are
 shown as they are.
 
-FILE is what the console keeps of the last hour, wire-trace.jsonl and the older
-wire-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
+FILE is what the console keeps of the last hour, line-trace.jsonl and the older
+line-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
 radio check --trace have written. Several are taken as one, so the older one goes first. "-" is
 standard input. Files may be of any length. A last line that was cut off is left out, with a word
 on standard error; any other line that is no part of a trace ends the command, with its number.
 
 Example:
-  veltorkynctl trace explain --findings wire-trace.1.jsonl wire-trace.jsonl)";
+  veltorkynctl trace explain --findings line-trace.1.jsonl line-trace.jsonl)";
 
 } // namespace
 

@@ -18,7 +18,7 @@ QList<Command> AllCommands()
             FleetImportCommand(),     DirectoryExportCommand(),
             DirectoryImportCommand(), StatusExportCommand(),
             StatusImportCommand(),    DialCommand(),
-            TraceExplainCommand()};
+            TraceExplainCommand(),    RadioCheckCommand()};
 }
 
 QString Version()

@@ -27,7 +27,7 @@ public:
     // Writes what waits. False when that takes longer.
     bool Finish(std::chrono::milliseconds limit) { return m_lane.Finish(limit); }
 
-    static constexpr auto FileName = "wire-trace"; // with ".jsonl" or ".1.jsonl"
+    static constexpr auto FileName = "line-trace"; // with ".jsonl" or ".1.jsonl"
     static constexpr qint64 LargestFile = qint64{32} * 1024 * 1024;
     static constexpr std::chrono::hours LongestFile{1};
     // Entries that may wait for the disk.

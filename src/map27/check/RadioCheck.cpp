@@ -1,0 +1,348 @@
+#include "map27/check/RadioCheck.h"
+
+#include "map27/link/Framing.h"
+#include "map27/trace/FrameParts.h"
+
+#include <algorithm>
+
+namespace map27 {
+
+namespace {
+
+using Verdict = CheckReport::Verdict;
+using Way = CheckStep::Way;
+
+constexpr Milliseconds UntilLink{20000};
+constexpr int MostLinksLost = 20;
+
+// Octets after a message's end that give its frame a check sequence of flags.
+Octets WithFlagFcs(const Octets& body)
+{
+    const auto isFlag = [](unsigned octet) {
+        return octet == Syn || octet == Dle || octet == Stx || octet == Etx;
+    };
+    Octets longer = body;
+    longer.insert(longer.end(), {0, 0});
+    for (unsigned value = 0; value < 0x10000; ++value) {
+        longer[body.size()] = static_cast<std::uint8_t>(value >> 8);
+        longer[body.size() + 1] = static_cast<std::uint8_t>(value & 0xFF);
+        const Octets frame = EncodeFrame(longer);
+        if (isFlag(frame[frame.size() - 2]) && isFlag(frame.back()))
+            return longer;
+    }
+    return body;
+}
+
+std::string ProposalText(const LinkObserver::Proposal& proposal)
+{
+    return "N1=" + std::to_string(proposal.n1) + " k=" + std::to_string(proposal.k) + " version " +
+           std::to_string(proposal.version);
+}
+
+} // namespace
+
+RadioCheck::RadioCheck(const CheckSettings& settings)
+    : m_settings(settings),
+      m_link(LinkParameters::ForBitRate(settings.bitsPerSecond))
+{
+    for (CheckStep& step : CheckStepsFor(settings))
+        m_steps.push_back(std::move(step));
+}
+
+CheckOutput RadioCheck::Start(TimePoint now)
+{
+    m_startedAt = m_begunAt = now;
+    m_limit = now + UntilLink;
+    Take(m_link.Start(now), now);
+    return TakeOutput();
+}
+
+CheckOutput RadioCheck::Feed(OctetSpan octets, TimePoint now)
+{
+    if (m_over)
+        return {};
+    for (LinePiece& piece : m_splitter.Feed(octets)) {
+        ++m_heard;
+        Note({.kind = piece.isFrame ? TraceEntry::Kind::Frame : TraceEntry::Kind::Noise,
+              .at = now,
+              .direction = Direction::FromRadio,
+              .octets = std::move(piece.octets)});
+    }
+    Take(m_link.Feed(octets, now), now);
+    return TakeOutput();
+}
+
+CheckOutput RadioCheck::OnTime(TimePoint now)
+{
+    if (m_over)
+        return {};
+    Take(m_link.OnTime(now), now);
+    if (!m_over && m_limit && now >= *m_limit)
+        OnLimit(now);
+    return TakeOutput();
+}
+
+Deadline RadioCheck::NextDeadline() const
+{
+    return m_over ? Deadline{} : Earlier(m_link.NextDeadline(), m_limit);
+}
+
+void RadioCheck::Take(LinkOutput output, TimePoint now)
+{
+    for (Octets& frame : output.frames)
+        Send(std::move(frame), now);
+    m_events.insert(m_events.end(), output.events.begin(), output.events.end());
+    if (!m_takingEvents)
+        TakeEvents(now);
+}
+
+// What an event brings about may bring events of its own, which follow it.
+void RadioCheck::TakeEvents(TimePoint now)
+{
+    m_takingEvents = true;
+    while (!m_events.empty() && !m_over) {
+        const LinkEvent event = std::move(m_events.front());
+        m_events.pop_front();
+        if (const auto* received = std::get_if<MessageReceived>(&event)) {
+            TakeMessage(received->message, now);
+        } else if (std::holds_alternative<LinkReady>(event)) {
+            OnReady(now);
+        } else {
+            ++m_report.linksLost;
+            m_limit = now + UntilLink;
+            m_running = false; // tried again on the next link
+            if (m_report.linksLost > MostLinksLost)
+                GiveUp(now);
+        }
+    }
+    m_takingEvents = false;
+}
+
+void RadioCheck::Send(Octets frame, TimePoint now)
+{
+    const auto parts = TakeApart(frame);
+    if (parts && parts->IsGood() && parts->body[0] == packet::LinkTransfer) {
+        if (frame != m_lastTransfer)
+            m_unconfirmed = now;
+        m_lastTransfer = frame;
+        m_nextNumber = static_cast<std::uint8_t>(parts->body[1] + 1);
+    }
+    Note({.at = now, .direction = Direction::ToRadio, .octets = frame});
+    m_output.frames.push_back(std::move(frame));
+}
+
+void RadioCheck::Note(TraceEntry entry)
+{
+    const TraceObserver::Seen seen = m_observer.Take(entry);
+    // What this end does wrong on purpose is not of interest.
+    for (const Finding& finding : seen.findings)
+        if (finding.by == Direction::FromRadio)
+            m_report.Add(finding);
+    if (entry.kind == TraceEntry::Kind::Frame && entry.direction == Direction::FromRadio)
+        NoteAcknowledgement(entry);
+    m_output.traced.push_back(std::move(entry));
+}
+
+void RadioCheck::NoteAcknowledgement(const TraceEntry& entry)
+{
+    const auto parts = TakeApart(entry.octets);
+    const bool isAcknowledgement = parts && parts->IsGood() && parts->body.size() >= packet::HeaderOctets &&
+                                   parts->body[0] == packet::LinkAcknowledgement;
+    if (!isAcknowledgement)
+        return;
+    ++m_acknowledgementsHere;
+    if (m_unconfirmed && parts->body[1] == m_nextNumber) {
+        m_report.acknowledgements.Add(entry.at - *m_unconfirmed);
+        m_unconfirmed.reset();
+    }
+}
+
+void RadioCheck::OnReady(TimePoint now)
+{
+    m_nextNumber = 1;
+    m_lastTransfer.clear();
+    m_unconfirmed.reset();
+    const auto agreed = m_observer.Link().Agreed();
+    if (!m_report.linkCameUp) {
+        m_report.linkCameUp = true;
+        const auto asked = m_observer.Link().FirstProposal(Direction::FromRadio);
+        m_report.Add("link", Verdict::Good,
+                     "up; the radio asked for " + (asked ? ProposalText(*asked) : "nothing") +
+                         ", agreed are " + (agreed ? ProposalText(*agreed) : "unknown values"),
+                     now - m_startedAt);
+    } else if (m_asked && !m_steps.empty()) {
+        m_asked = false;
+        m_report.Add(m_steps.front().name, Verdict::Good, "the radio agrees to a new link", now - m_begunAt);
+        m_steps.pop_front();
+    }
+    Begin(now);
+}
+
+// The step at the front, as soon as there is a link.
+void RadioCheck::Begin(TimePoint now)
+{
+    if (m_steps.empty())
+        return Finish();
+    const CheckStep& step = m_steps.front();
+    m_running = true;
+    m_begunAt = now;
+    m_limit = now + step.limit;
+    m_acknowledgementsHere = m_answersHere = 0;
+    switch (step.way) {
+    case Way::Message:
+        return BeginMessage(step.message, now);
+    case Way::FlagFcs: {
+        const Octets body = NextTransfer(step.message);
+        const Octets longer = WithFlagFcs(body);
+        return BeginMessage({longer.begin() + packet::HeaderOctets, longer.end()}, now);
+    }
+    case Way::Damaged: {
+        Octets frame = EncodeFrame(NextTransfer(step.message));
+        frame.back() ^= 0x55;
+        return Send(std::move(frame), now);
+    }
+    case Way::Repeated:
+        if (!m_lastTransfer.empty())
+            return Send(m_lastTransfer, now);
+        m_report.Add(step.name, Verdict::LeftOut,
+                     "the link is a new one, so that there is nothing to repeat");
+        return EndStep(now);
+    case Way::NewLink:
+        m_asked = true;
+        m_running = false;
+        return Take(m_link.Reset(now, Milliseconds{0}), now);
+    case Way::Rest:
+        break;
+    }
+}
+
+void RadioCheck::BeginMessage(const Octets& message, TimePoint now)
+{
+    auto [result, output] = m_link.Send(message, now);
+    if (result == SendResult::TooLong) {
+        m_report.Add(m_steps.front().name, Verdict::LeftOut, "longer than the agreed N1 allows");
+        return EndStep(now);
+    }
+    Take(std::move(output), now);
+}
+
+Octets RadioCheck::NextTransfer(const Octets& message) const
+{
+    Octets body{packet::LinkTransfer, m_nextNumber, 1, 0};
+    body.insert(body.end(), message.begin(), message.end());
+    return body;
+}
+
+void RadioCheck::TakeMessage(OctetSpan message, TimePoint now)
+{
+    if (!m_running || m_steps.empty())
+        return;
+    const CheckStep& step = m_steps.front();
+    const bool mayAnswer = step.isAnswer != nullptr && step.isAnswer(message);
+    // What would answer the message that the radio must not take.
+    if (step.way == Way::Damaged || step.way == Way::Repeated)
+        m_answersHere += message[0] == Type::OperatingCondition ? 1 : 0;
+    if (mayAnswer)
+        OnAnswer(message, now);
+}
+
+void RadioCheck::OnAnswer(OctetSpan answer, TimePoint now)
+{
+    const CheckStep& step = m_steps.front();
+    const Milliseconds took = now - m_begunAt;
+    if (step.isQuestion)
+        m_report.answers.Add(took);
+    if (step.judge)
+        step.judge(m_report, answer, took);
+    else
+        m_report.Add(step.name, Verdict::Good, step.answered, took);
+    EndStep(now);
+}
+
+void RadioCheck::EndStep(TimePoint now)
+{
+    const std::string_view name = m_steps.front().name;
+    m_steps.pop_front();
+    m_running = false;
+    if (name == "quick-questions" && Current() != name)
+        JudgeQuickQuestions();
+    if (m_link.IsReady())
+        Begin(now);
+}
+
+void RadioCheck::JudgeQuickQuestions()
+{
+    m_report.Add("quick-questions", m_allQuick ? Verdict::Good : Verdict::NoAnswer,
+                 "asked one after the other, past number 16; all answers so far within " +
+                     std::to_string(m_report.answers.Quantile(100).count()) + " ms");
+}
+
+void RadioCheck::OnLimit(TimePoint now)
+{
+    if (!m_link.IsReady() || !m_running)
+        return GiveUp(now);
+    const CheckStep& step = m_steps.front();
+    if (step.way == Way::Damaged) {
+        if (m_answersHere > 0 || m_acknowledgementsHere > 0)
+            m_report.Add(step.name, Verdict::Deviates, "the radio took a frame with a wrong check sequence");
+        else
+            m_report.Add(step.name, Verdict::Good, "dropped without a word");
+    } else if (step.way == Way::Repeated) {
+        if (m_answersHere > 0)
+            m_report.Add(step.name, Verdict::Deviates, "the radio took the same message twice");
+        else if (m_acknowledgementsHere == 0)
+            m_report.Add(step.name, Verdict::Deviates, "the radio did not acknowledge the repetition");
+        else
+            m_report.Add(step.name, Verdict::Good, "acknowledged and not taken twice");
+    } else if (step.way == Way::Rest) {
+        JudgeRest();
+    } else if (step.name == "quick-questions") {
+        m_allQuick = false;
+    } else {
+        m_report.Add(step.name, Verdict::NoAnswer,
+                     "nothing within " + std::to_string(step.limit.count()) + " ms");
+    }
+    EndStep(now);
+}
+
+void RadioCheck::JudgeRest()
+{
+    const std::string time = std::to_string(m_settings.watch.count() / 1000) + " s";
+    if (m_acknowledgementsHere > 0)
+        m_report.Add("keep-alive", Verdict::Good,
+                     std::to_string(m_acknowledgementsHere) + " acknowledgements at rest within " + time);
+    else if (m_settings.watch > Milliseconds{15000})
+        m_report.Add("keep-alive", Verdict::Deviates, "no acknowledgement at rest within " + time);
+    else
+        m_report.Add("keep-alive", Verdict::Noted,
+                     "none within " + time + "; the standard wants one every 15 s");
+}
+
+void RadioCheck::GiveUp(TimePoint now)
+{
+    if (!m_report.linkCameUp)
+        m_report.Add("link", Verdict::NoAnswer,
+                     m_heard == 0 ? "nothing comes from the radio"
+                                  : "something comes, but no link within " +
+                                        std::to_string((now - m_startedAt).count() / 1000) + " s");
+    else
+        m_report.Add(Current(), Verdict::NoAnswer, "the link was lost and did not come up for long enough");
+    if (!m_steps.empty() && m_report.linkCameUp)
+        m_steps.pop_front();
+    // Each name once: some are tried several times.
+    std::string_view last;
+    for (const CheckStep& step : m_steps)
+        if (std::exchange(last, step.name) != step.name)
+            m_report.Add(step.name, Verdict::LeftOut, "not tried");
+    m_steps.clear();
+    Finish();
+}
+
+void RadioCheck::Finish()
+{
+    m_over = true;
+    m_limit.reset();
+    m_link.Stop();
+}
+
+} // namespace map27

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "map27/check/CheckSteps.h"
+#include "map27/link/Link.h"
+#include "map27/trace/FrameSplitter.h"
+#include "map27/trace/TraceObserver.h"
+
+#include <deque>
+
+namespace map27 {
+
+// What one call brought about.
+struct CheckOutput {
+    std::vector<Octets> frames;     // to transmit, in order
+    std::vector<TraceEntry> traced; // what went over the line, both ways
+};
+
+// Walks through a connected radio as a console would, step by step, and watches every frame meanwhile. Has
+// neither port nor clock and is used like Link.
+class RadioCheck {
+public:
+    explicit RadioCheck(const CheckSettings& settings);
+
+    CheckOutput Start(TimePoint now);
+    CheckOutput Feed(OctetSpan octets, TimePoint now);
+    CheckOutput OnTime(TimePoint now);
+    Deadline NextDeadline() const;
+
+    bool IsOver() const { return m_over; }
+    const CheckReport& Report() const { return m_report; }
+    // What is being tried, for whoever waits.
+    std::string_view Current() const { return m_steps.empty() ? "" : m_steps.front().name; }
+
+private:
+    void Take(LinkOutput output, TimePoint now);
+    void TakeEvents(TimePoint now);
+    void TakeMessage(OctetSpan message, TimePoint now);
+    void Send(Octets frame, TimePoint now);
+    void Note(TraceEntry entry);
+    void NoteAcknowledgement(const TraceEntry& entry);
+    void OnReady(TimePoint now);
+    void Begin(TimePoint now);
+    void BeginMessage(const Octets& message, TimePoint now);
+    void EndStep(TimePoint now);
+    void OnLimit(TimePoint now);
+    void OnAnswer(OctetSpan answer, TimePoint now);
+    void JudgeRest();
+    void JudgeQuickQuestions();
+    void GiveUp(TimePoint now);
+    void Finish();
+    Octets NextTransfer(const Octets& message) const;
+    CheckOutput TakeOutput() { return std::exchange(m_output, {}); }
+
+    CheckSettings m_settings;
+    Link m_link;
+    FrameSplitter m_splitter;
+    TraceObserver m_observer;
+    CheckReport m_report;
+    std::deque<CheckStep> m_steps;
+    std::deque<LinkEvent> m_events; // not dealt with yet
+    CheckOutput m_output;
+
+    TimePoint m_startedAt{};
+    bool m_over = false;
+    bool m_running = false; // the step at the front has begun
+    bool m_asked = false;   // for the new link that is being set up
+    bool m_takingEvents = false;
+    TimePoint m_begunAt{};
+    Deadline m_limit;
+    Octets m_lastTransfer;                  // our last LT, as a frame
+    std::uint8_t m_nextNumber = 1;          // of our next LT
+    std::optional<TimePoint> m_unconfirmed; // when our last LT went out first
+    int m_acknowledgementsHere = 0;         // of the radio since the step began
+    int m_answersHere = 0;                  // messages likewise
+    int m_heard = 0;                        // frames, good or bad, and noise
+    bool m_allQuick = true;                 // every quick question was answered
+};
+
+} // namespace map27
