@@ -176,13 +176,16 @@ void LinkObserver::JudgeRepetition(std::uint8_t number, Direction direction, Tim
     m_seen.words += ", repeated";
     const Milliseconds since = own.sentAt ? at - *own.sentAt : Milliseconds{0};
     const auto told = End(Other(direction)).told;
-    if (told && packet::Distance(number, *told) > 0 && packet::Distance(number, *told) < HalfTheNumbers)
-        Remark("repeats-acknowledged", direction, "It was acknowledged before; that may have got lost.");
-    else if (own.acknowledgementsSince == 0 && since < ShortestT1)
+    const bool isAsked = own.acknowledgementsSince > 0 && told == number;
+    const bool isAcknowledged =
+        told && packet::Distance(number, *told) > 0 && packet::Distance(number, *told) < HalfTheNumbers;
+    if (!isAsked && since < ShortestT1)
         Breach("early-repetition", direction,
                "Repeated after " + std::to_string(since.count()) +
                    " ms without having been asked; T1 is longer at any usual speed.");
-    else if (own.acknowledgementsSince == 0)
+    else if (isAcknowledged)
+        Remark("repeats-acknowledged", direction, "It was acknowledged before; that may have got lost.");
+    else if (!isAsked)
         Remark("unacknowledged", Other(direction),
                "No acknowledgement came for " + std::to_string(since.count()) + " ms.");
 }

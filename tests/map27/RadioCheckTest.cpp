@@ -1,0 +1,134 @@
+#include "map27/check/RadioCheck.h"
+#include "simulator/program/Simulation.h"
+#include "simulator/script/ScenarioReader.h"
+
+#include <gtest/gtest.h>
+
+using map27::CheckReport;
+using map27::Milliseconds;
+
+namespace {
+
+// The check at one end of a line of 9600 bit/s and the simulated radio at the other, in virtual time.
+class CheckBench {
+public:
+    CheckBench(const std::string& faults, bool transmits, bool connected = true)
+        : m_check({.transmitTo = transmits ? std::optional(map27::Address{0, 2}) : std::nullopt}),
+          m_radio(sim::LoadScenario("tour"), SettingsWith(faults))
+    {
+        Deliver(m_check.Start(m_now));
+        if (connected)
+            Deliver(m_radio.ConsoleCame(m_now));
+        while (!m_check.IsOver() && m_now < map27::TimePoint{Milliseconds{600000}}) {
+            m_now = std::max(m_now, *map27::Earlier(m_check.NextDeadline(), m_radio.NextDeadline()));
+            Deliver(m_radio.OnTime(m_now));
+            Deliver(m_check.OnTime(m_now));
+        }
+    }
+
+    const CheckReport& Report() const { return m_check.Report(); }
+    bool IsOver() const { return m_check.IsOver(); }
+    std::string Text() const { return CheckReportText(Report(), {"test", "now", "line", 9600}); }
+    const std::vector<std::string>& Requests() const { return m_requests; }
+
+private:
+    static sim::SimulationSettings SettingsWith(const std::string& faults)
+    {
+        sim::SimulationSettings settings;
+        std::string problem;
+        const std::size_t equals = faults.find('=');
+        if (equals != std::string::npos) {
+            const auto choice =
+                sim::ChooseFault(faults.substr(0, equals), faults.substr(equals + 1), problem);
+            EXPECT_TRUE(choice) << problem;
+            settings.faults.Set(choice->kind, choice->value);
+        }
+        return settings;
+    }
+
+    void Deliver(const map27::CheckOutput& output)
+    {
+        for (const map27::Octets& frame : output.frames)
+            Deliver(m_radio.Feed(frame, m_now));
+        const std::string& last = m_radio.SimulatedRadio().LastRequest();
+        if (!last.empty() && (m_requests.empty() || m_requests.back() != last))
+            m_requests.push_back(last);
+    }
+
+    void Deliver(const sim::SimulationOutput& output)
+    {
+        if (!output.toConsole.empty())
+            Deliver(m_check.Feed(output.toConsole, m_now));
+    }
+
+    map27::TimePoint m_now{};
+    map27::RadioCheck m_check;
+    sim::Simulation m_radio;
+    std::vector<std::string> m_requests;
+};
+
+bool HasDeviation(const CheckReport& report, std::string_view name)
+{
+    for (const CheckReport::Item& item : report.items)
+        if (item.name == name && item.verdict >= CheckReport::Verdict::Deviates)
+            return true;
+    for (const CheckReport::Struck& one : report.struck)
+        if (one.first.kind == name)
+            return true;
+    return false;
+}
+
+TEST(RadioCheck, ASoundRadioHasNothingToShow)
+{
+    const CheckBench bench("", true);
+    EXPECT_EQ(bench.Report().Deviations(), 0) << bench.Text();
+    EXPECT_TRUE(bench.Report().struck.empty()) << bench.Text();
+    EXPECT_EQ(bench.Report().linksLost, 0);
+    EXPECT_GT(bench.Report().answers.all.size(), 20U);
+    EXPECT_FALSE(bench.Requests().empty());
+}
+
+TEST(RadioCheck, NothingGoesOverTheAirUnlessARadioIsNamed)
+{
+    EXPECT_TRUE(CheckBench("", false).Requests().empty());
+}
+
+// Each fault of the simulated radio by what the check says of it.
+TEST(RadioCheck, EveryFaultIsFound)
+{
+    struct Row {
+        const char* fault;
+        const char* found;
+        bool transmits = false;
+    };
+    constexpr Row rows[] = {
+        {"wrong-fcs=0.2", "fcs"},
+        {"lost-la=0.3", "unacknowledged"},
+        {"duplicate-lt=0.3", "early-repetition"},
+        {"noise=0.3", "noise"},
+        {"no-credit=0.2", "no-credit"},
+        {"stray-lr=0.05", "new-link"},
+        {"extra-octets=1", "extra-octets"},
+        {"unknown-types=0.5", "reserved-type"},
+        {"short-settings=1", "short-settings"},
+        {"high-network-bits=1", "network-bits"},
+        {"high-network-bits=1", "network"},
+        {"no-ident=1", "unnamed-answer", true},
+        {"drop-frames=1", "link"},
+    };
+    for (const Row& row : rows) {
+        const CheckBench bench(row.fault, row.transmits);
+        EXPECT_TRUE(bench.IsOver()) << row.fault;
+        EXPECT_TRUE(HasDeviation(bench.Report(), row.found)) << row.fault << '\n' << bench.Text();
+    }
+}
+
+TEST(RadioCheck, ADeadLineEndsTheCheck)
+{
+    const CheckBench bench("", true, false);
+    ASSERT_TRUE(bench.IsOver());
+    EXPECT_TRUE(HasDeviation(bench.Report(), "link"));
+    EXPECT_NE(CheckReportJson(bench.Report(), {}).find("\"no answer\""), std::string::npos);
+}
+
+} // namespace
