@@ -28,6 +28,8 @@ class Trace:
                 entry = json.loads(line)
             except ValueError:
                 continue  # still being written
+            if "frame" not in entry:
+                continue
             frame = bytes.fromhex(entry["frame"].replace(" ", ""))
             body = _body(frame)
             self.frames.append((entry["ms"], len(frame)))

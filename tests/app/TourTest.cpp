@@ -29,6 +29,8 @@ public:
     void Check(const QByteArray& line, int number)
     {
         const QJsonObject entry = QJsonDocument::fromJson(line).object();
+        if (!entry.contains(QStringLiteral("frame")))
+            return; // what the radio was told, and when the console came
         const bool toRadio = entry.value(QStringLiteral("dir")).toString() == QLatin1String("D>R");
         const QByteArray octets =
             QByteArray::fromHex(entry.value(QStringLiteral("frame")).toString().toLatin1());

@@ -71,6 +71,8 @@ class Radio:
                 entry = json.loads(line)
             except ValueError:
                 continue  # still being written
+            if "frame" not in entry:
+                continue
             body = _body(bytes.fromhex(entry["frame"].replace(" ", "")))
             if body[:1] == b"\x01":
                 last = None

@@ -75,7 +75,8 @@ WINGS = {
         "line": {"base"},
         "network": {"base"},
         "script": {"base"},
-        "program": {"base", "line", "network", "script"},
+        "replay": {"base"},
+        "program": {"base", "line", "network", "script", "replay"},
         "main": {"program"},
     },
 }

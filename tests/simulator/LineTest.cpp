@@ -1,7 +1,6 @@
 #include "Bench.h"
 
 #include "map27/link/Framing.h"
-#include "simulator/program/Program.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -114,7 +113,7 @@ TEST(Line, TheSameSeedGivesTheSameRun)
         bench.RunFor(std::chrono::minutes(10));
         std::string trace;
         for (const sim::TracedFrame& one : bench.traced)
-            trace += sim::TraceLine(one) + '\n';
+            trace += map27::WriteTraceEntry(sim::EntryOf(one)) + '\n';
         return trace;
     };
     EXPECT_EQ(run(5), run(5));
@@ -142,7 +141,8 @@ TEST(Trace, LinesAreJsonWithTheFrameAsOnTheWire)
     ASSERT_FALSE(bench.traced.empty());
     const sim::TracedFrame& sent = bench.traced.front();
     const QJsonObject line =
-        QJsonDocument::fromJson(QByteArray::fromStdString(sim::TraceLine(sent))).object();
+        QJsonDocument::fromJson(QByteArray::fromStdString(map27::WriteTraceEntry(sim::EntryOf(sent))))
+            .object();
     EXPECT_EQ(line.keys(), (QStringList{"dir", "frame", "ms"}));
     EXPECT_EQ(line["ms"].toInteger(), sent.at.time_since_epoch().count());
     EXPECT_EQ(line["dir"].toString(), "D>R");
@@ -150,5 +150,6 @@ TEST(Trace, LinesAreJsonWithTheFrameAsOnTheWire)
     EXPECT_TRUE(line["frame"].toString().contains("80 00 00 10 10 00 10 10 10 03 "));
 
     const sim::TracedFrame lost{At(1), map27::Direction::FromRadio, {0x16}, "lost-la"};
-    EXPECT_EQ(sim::TraceLine(lost), R"({"ms":1,"dir":"R>D","frame":"16","fault":"lost-la"})");
+    EXPECT_EQ(map27::WriteTraceEntry(sim::EntryOf(lost)),
+              R"({"ms":1,"dir":"R>D","frame":"16","fault":"lost-la"})");
 }

@@ -208,6 +208,8 @@ TEST(Program, TraceLinesDecodeToTheFramesOnTheWire)
         const QJsonObject line = QJsonDocument::fromJson(trace.readLine()).object();
         EXPECT_GE(line["ms"].toInteger(), last);
         last = line["ms"].toInteger();
+        if (!line.contains("frame"))
+            continue;
         const QByteArray wire = QByteArray::fromHex(line["frame"].toString().toLatin1());
         map27::FrameDecoder decoder;
         const auto bodies = decoder.Feed(map27::Octets(wire.begin(), wire.end()));

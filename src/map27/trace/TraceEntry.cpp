@@ -148,8 +148,11 @@ std::string WriteTraceEntry(const TraceEntry& entry)
             line += Member("fault", entry.fault);
         break;
     case TraceEntry::Kind::Opened:
-        line += Member("event", "opened") + Member("time", entry.time) + Member("port", entry.port) +
-                ",\"speed\":" + std::to_string(entry.number);
+        line += Member("event", "opened");
+        if (!entry.time.empty())
+            line += Member("time", entry.time);
+        if (!entry.port.empty())
+            line += Member("port", entry.port) + ",\"speed\":" + std::to_string(entry.number);
         break;
     case TraceEntry::Kind::Closed:
         line += Member("event", "closed");

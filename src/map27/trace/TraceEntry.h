@@ -36,6 +36,13 @@ struct TraceEntry {
     bool operator==(const TraceEntry&) const = default;
 };
 
+// Whether an entry at `at`, behind one at `last`, was written by another run, whose time begins anew. What
+// was on its way may be written a little late.
+constexpr bool IsAnotherRun(TimePoint last, TimePoint at)
+{
+    return last - at > Milliseconds{1000};
+}
+
 // What is wrong with a line of a trace.
 struct TraceProblem {
     std::size_t column; // in octets, from 1

@@ -31,7 +31,7 @@ std::string OpenedWords(const TraceEntry& entry)
 TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
 {
     // A trace that was continued by another run begins anew.
-    if (entry.at < m_last || entry.kind == TraceEntry::Kind::Opened)
+    if (IsAnotherRun(m_last, entry.at) || entry.kind == TraceEntry::Kind::Opened)
         Begin();
     m_last = entry.at;
     Seen seen;

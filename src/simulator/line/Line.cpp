@@ -5,6 +5,14 @@
 
 namespace sim {
 
+map27::TraceEntry EntryOf(const TracedFrame& frame)
+{
+    return {.at = frame.at,
+            .direction = frame.direction,
+            .octets = frame.frame,
+            .fault = std::string(frame.fault)};
+}
+
 Line::Line(unsigned bitsPerSecond, const FaultSettings& faults, std::uint64_t seed)
     : m_faults(faults, seed),
       m_fromConsole(bitsPerSecond),

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/trace/FrameSplitter.h"
+#include "map27/trace/TraceEntry.h"
 #include "simulator/line/Faults.h"
 #include "simulator/line/Pacer.h"
 
@@ -16,6 +17,9 @@ struct TracedFrame {
     map27::Octets frame;
     std::string_view fault; // a fault's word or "silent"; empty: none
 };
+
+// As a line of a trace.
+map27::TraceEntry EntryOf(const TracedFrame& frame);
 
 // What arrives at the two ends.
 struct LineOutput {

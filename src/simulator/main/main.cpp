@@ -1,5 +1,6 @@
 #include "simulator/main/SignalWatch.h"
 #include "simulator/program/Program.h"
+#include "simulator/program/ReplayProgram.h"
 
 #include <QCoreApplication>
 
@@ -29,10 +30,28 @@ std::string VersionText()
            std::to_string(VELTORKYN_VERSION_MINOR) + '.' + std::to_string(VELTORKYN_VERSION_PATCH) + '\n';
 }
 
+int RunReplay(const sim::Options& options, const sim::SignalWatch& signalWatch)
+{
+    QObject::connect(&signalWatch, &sim::SignalWatch::Ended, qApp, [] {
+        PrintLog("ended before the trace was");
+        QCoreApplication::exit(Failed);
+    });
+    sim::ReplayProgram program(options, {PrintOut, PrintLog});
+    // Queued: the end may come before the event loop has begun.
+    QObject::connect(
+        &program, &sim::ReplayProgram::Ended, qApp,
+        [](bool isFaithful) { QCoreApplication::exit(isFaithful ? 0 : Failed); }, Qt::QueuedConnection);
+    PrintOut("ready: " + program.PortName().toStdString() + '\n');
+    program.ReadCommands(STDIN_FILENO);
+    return QCoreApplication::exec();
+}
+
 int Run(const sim::Options& options)
 {
     try {
         sim::SignalWatch signalWatch;
+        if (!options.replay.isEmpty())
+            return RunReplay(options, signalWatch);
         QObject::connect(&signalWatch, &sim::SignalWatch::Ended, qApp, &QCoreApplication::quit);
         sim::Program program(options, {PrintOut, PrintLog});
         PrintOut("ready: " + program.PortName().toStdString() + '\n');

@@ -27,6 +27,16 @@ What it does:
                       that is there already is continued
   --seed N            seed of everything that happens by chance (default 1)
 
+Instead of a simulation:
+  --replay FILE       play the radio's side of a trace, and compare what the
+                      console does with what it did then; ends with 0 at the
+                      trace's end, and with 1 where the console does something
+                      else, which it names
+  --fast              as fast as the console answers; else at the trace's times
+  --with-commands     wait for the commands of the trace on standard input, and
+                      answer each as it was answered then; else they are left out
+  --patience S        seconds to wait for the console (default 60; 0: for ever)
+
 Faults on purpose:
   --fault NAME[=VALUE]  see docs/scenarios.md; may be given several times
   --silent-after S    fall silent S seconds after the link came up first
@@ -101,6 +111,7 @@ struct Switch {
 };
 
 constexpr double LongestSilence = 30.0 * 86400; // seconds
+constexpr double LongestPatience = 86400;       // seconds
 
 constexpr std::array Switches{
     Switch{"pty", [](const QString&, const QString& value, Options& o) { o.ptyLink = value; }},
@@ -109,6 +120,12 @@ constexpr std::array Switches{
     Switch{"speed", ParseSpeed},
     Switch{"trace", [](const QString&, const QString& value, Options& o) { o.trace = value; }},
     Switch{"seed", ParseSeed},
+    Switch{"replay", [](const QString&, const QString& value, Options& o) { o.replay = value; }},
+    Switch{"patience",
+           [](const QString& name, const QString& value, Options& o) {
+               o.replaySettings.patience =
+                   Milliseconds(std::llround(ParseReal(name, value, LongestPatience) * 1000));
+           }},
     Switch{"fault", ParseFault},
     Switch{"silent-after",
            [](const QString& name, const QString& value, Options& o) {
@@ -116,6 +133,21 @@ constexpr std::array Switches{
                    Milliseconds(std::llround(ParseReal(name, value, LongestSilence) * 1000));
            }},
 };
+
+// What a simulation alone needs, and what a replay alone needs.
+void CheckReplay(const QCommandLineParser& parser, Options& options)
+{
+    const auto refuse = [&](std::initializer_list<const char*> names, const char* why) {
+        for (const char* name : names)
+            if (parser.isSet(QLatin1String(name)))
+                throw OptionsProblem{std::string("--") + name + why};
+    };
+    if (options.replay.isEmpty())
+        return refuse({"fast", "with-commands", "patience"}, " is for --replay only");
+    refuse({"scenario", "speed", "seed", "fault", "silent-after"}, " does not go with --replay");
+    options.replaySettings.fast = parser.isSet(QStringLiteral("fast"));
+    options.replaySettings.withCommands = parser.isSet(QStringLiteral("with-commands"));
+}
 
 Options TakeSwitches(const QCommandLineParser& parser)
 {
@@ -130,6 +162,7 @@ Options TakeSwitches(const QCommandLineParser& parser)
     }
     if (options.ptyLink.isEmpty() == options.listenHost.isEmpty())
         throw OptionsProblem{"one of --pty and --listen is needed; --help explains them"};
+    CheckReplay(parser, options);
     return options;
 }
 
@@ -138,7 +171,8 @@ Options TakeSwitches(const QCommandLineParser& parser)
 std::variant<Options, HelpWanted, VersionWanted, OptionsProblem> ParseOptions(const QStringList& arguments)
 {
     QCommandLineParser parser;
-    parser.addOptions({QCommandLineOption(QStringList{"help", "h"}), QCommandLineOption("version")});
+    parser.addOptions({QCommandLineOption(QStringList{"help", "h"}), QCommandLineOption("version"),
+                       QCommandLineOption("fast"), QCommandLineOption("with-commands")});
     for (const Switch& known : Switches)
         parser.addOption(QCommandLineOption(QLatin1String(known.name), {}, QStringLiteral("value")));
     // The parser takes the first argument for the program's name.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulator/program/Simulation.h"
+#include "simulator/replay/Replay.h"
 
 #include <QStringList>
 
@@ -14,7 +15,9 @@ struct Options {
     QString listenHost;
     quint16 listenPort = 0;
     QString scenario = QStringLiteral("busy-day");
-    QString trace; // empty: none
+    QString trace;  // empty: none
+    QString replay; // a trace; empty: the simulation runs
+    ReplaySettings replaySettings;
     SimulationSettings simulation;
 };
 

@@ -4,9 +4,9 @@
 #include "simulator/program/Options.h"
 #include "simulator/program/Port.h"
 #include "simulator/program/Simulation.h"
+#include "simulator/program/TraceWriter.h"
 
 #include <QElapsedTimer>
-#include <QFile>
 #include <QTimer>
 
 #include <functional>
@@ -14,10 +14,6 @@
 #include <string>
 
 namespace sim {
-
-// One line of a trace file, without line end: {"ms":1234,"dir":"D>R","frame":"16 10 02 ..."}, and "fault"
-// when the frame was spoiled on purpose. Milliseconds count from the epoch of the caller's time line.
-std::string TraceLine(const TracedFrame& frame);
 
 // The simulation on a real port, with the system's clock, a trace file, and commands from a file descriptor.
 class Program : public QObject {
@@ -41,7 +37,6 @@ public:
 private:
     TimePoint Now() const;
     void Take(const SimulationOutput& output);
-    void WriteTrace(const std::vector<TracedFrame>& frames);
     void Plan();
     void Execute(const QByteArray& line);
 
@@ -49,7 +44,7 @@ private:
     Simulation m_simulation;
     QElapsedTimer m_clock;
     QTimer m_timer;
-    QFile m_trace;
+    TraceWriter m_trace;
     std::unique_ptr<Port> m_port;
     std::unique_ptr<LineReader> m_commands;
 };

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "map27/trace/TraceEntry.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace sim {
+
+using map27::TraceEntry;
+
+// An entry of a trace as it is to be played.
+struct ReplayEntry {
+    TraceEntry entry;
+    int line = 0; // of the file
+    // A frame of the console that only repeats what it said before, which it need not do again.
+    bool mayBeMissing = false;
+};
+
+// A trace as it is to be played: without what nobody did. Times never run backwards: where the trace was
+// continued by another run they go on. Throws std::runtime_error that names file, line and column.
+std::vector<ReplayEntry> LoadReplay(const QString& file);
+std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries);
+
+// What went over the wire from the radio, whatever was done to it on purpose.
+map27::Octets PlayedOctets(const TraceEntry& entry);
+
+} // namespace sim
