@@ -164,7 +164,7 @@ void Replay::TakePiece(map27::LinePiece piece, TimePoint now)
     if (!awaited) {
         if (IsRepetition(piece.octets))
             return;
-        const std::size_t next = NextOfConsole(m_next);
+        const std::size_t next = NextOfConsole(m_next, PacketOf(piece.octets));
         const bool isOver = next == m_entries.size();
         Deviate((isOver ? std::string("after the trace's end") : PlaceOf(m_entries[next])) +
                 ": the console sends " + WordsOf(piece.octets) +
@@ -173,7 +173,7 @@ void Replay::TakePiece(map27::LinePiece piece, TimePoint now)
     }
     // What only repeated something before it was left out.
     for (std::size_t index = m_next; index < *awaited; ++index)
-        if (IsOfConsole(m_entries[index]))
+        if (IsOfConsole(m_entries[index]) && m_entries[index].packet == m_entries[*awaited].packet)
             m_done[index] = true;
     m_done[*awaited] = true;
     m_shift = m_settings.fast ? now - m_entries[*awaited].entry.at
@@ -185,11 +185,12 @@ void Replay::TakePiece(map27::LinePiece piece, TimePoint now)
         m_heard.pop_front();
 }
 
-// The console's next frame, or one behind others that may be missing.
+// The console's next frame of the same packet, or one behind others that may be missing.
 std::optional<std::size_t> Replay::Awaited(const map27::Octets& frame) const
 {
-    for (std::size_t index = NextOfConsole(m_next); index < m_entries.size();
-         index = NextOfConsole(index + 1)) {
+    const std::uint8_t packet = PacketOf(frame);
+    for (std::size_t index = NextOfConsole(m_next, packet); index < m_entries.size();
+         index = NextOfConsole(index + 1, packet)) {
         if (m_entries[index].entry.octets == frame)
             return index;
         if (!m_entries[index].mayBeMissing)
@@ -198,9 +199,10 @@ std::optional<std::size_t> Replay::Awaited(const map27::Octets& frame) const
     return std::nullopt;
 }
 
-std::size_t Replay::NextOfConsole(std::size_t from) const
+std::size_t Replay::NextOfConsole(std::size_t from, std::uint8_t packet) const
 {
-    while (from < m_entries.size() && (IsDone(from) || !IsOfConsole(m_entries[from])))
+    while (from < m_entries.size() &&
+           (IsDone(from) || !IsOfConsole(m_entries[from]) || m_entries[from].packet != packet))
         ++from;
     return from;
 }

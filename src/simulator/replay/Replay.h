@@ -24,9 +24,10 @@ struct ReplayOutput {
 
 // Plays the radio's side of a trace, and compares what the console does with what it did then. A frame of the
 // radio goes out when its time has come, and everything that the console had said before has been said again.
-// What the console says has to be the same, octet by octet and in the same order; only repetitions of what it
-// said before may be more or fewer, since they hang on moments. It has no clock of its own and is used like
-// map27::Link.
+// What the console says has to be the same, octet by octet, and in the same order each of its link requests,
+// its acknowledgements and its messages: what of them comes first where they cross with frames of the radio
+// hangs on moments, and so does how often it repeats what it said before. It has no clock of its own and is
+// used like map27::Link.
 class Replay {
 public:
     Replay(std::vector<ReplayEntry> entries, const ReplaySettings& settings);
@@ -55,7 +56,7 @@ private:
     void Play(std::size_t index, TimePoint now);
     void TakePiece(map27::LinePiece piece, TimePoint now);
     std::optional<std::size_t> Awaited(const map27::Octets& frame) const;
-    std::size_t NextOfConsole(std::size_t from) const;
+    std::size_t NextOfConsole(std::size_t from, std::uint8_t packet) const;
     bool IsRepetition(const map27::Octets& frame) const;
     void Deviate(const std::string& text) { m_end = End{false, text}; }
     void Trace(TraceEntry entry) { m_output.traced.push_back(std::move(entry)); }

@@ -26,12 +26,6 @@ bool IsFrameOf(const TraceEntry& entry, map27::Direction direction)
     return entry.kind == TraceEntry::Kind::Frame && entry.direction == direction;
 }
 
-bool IsAcknowledgement(const map27::Octets& frame)
-{
-    const auto parts = map27::TakeApart(frame);
-    return parts && !parts->body.empty() && parts->body[0] == map27::packet::LinkAcknowledgement;
-}
-
 // Marks the console's repetitions: of an acknowledgement at rest, and of anything that got no answer.
 class Repetitions {
 public:
@@ -43,7 +37,7 @@ public:
         }
         if (!IsFrameOf(entry, map27::Direction::ToRadio))
             return false;
-        if (IsAcknowledgement(entry.octets)) {
+        if (PacketOf(entry.octets) == map27::packet::LinkAcknowledgement) {
             const bool isSame = entry.octets == m_acknowledgement;
             m_acknowledgement = entry.octets;
             return isSame;
@@ -73,7 +67,8 @@ public:
         if (!isOfUse)
             return;
         const bool mayBeMissing = m_repetitions.Take(entry);
-        m_entries.push_back({std::move(entry), line, mayBeMissing});
+        const std::uint8_t packet = PacketOf(entry.octets);
+        m_entries.push_back({std::move(entry), line, packet, mayBeMissing});
     }
 
     std::vector<ReplayEntry> TakeEntries() { return std::move(m_entries); }
@@ -125,6 +120,12 @@ std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries)
     for (const TraceEntry& entry : entries)
         loader.Take(entry, ++number);
     return loader.TakeEntries();
+}
+
+std::uint8_t PacketOf(map27::OctetSpan frame)
+{
+    const auto parts = map27::TakeApart(frame);
+    return parts && parts->IsGood() && !parts->body.empty() ? parts->body[0] : 0;
 }
 
 map27::Octets PlayedOctets(const TraceEntry& entry)

@@ -13,7 +13,8 @@ using map27::TraceEntry;
 // An entry of a trace as it is to be played.
 struct ReplayEntry {
     TraceEntry entry;
-    int line = 0; // of the file
+    int line = 0;            // of the file
+    std::uint8_t packet = 0; // of a frame: LR, LA or LT; 0: damaged
     // A frame of the console that only repeats what it said before, which it need not do again.
     bool mayBeMissing = false;
 };
@@ -22,6 +23,9 @@ struct ReplayEntry {
 // continued by another run they go on. Throws std::runtime_error that names file, line and column.
 std::vector<ReplayEntry> LoadReplay(const QString& file);
 std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries);
+
+// LR, LA or LT; 0 for what is no good frame.
+std::uint8_t PacketOf(map27::OctetSpan frame);
 
 // What went over the wire from the radio, whatever was done to it on purpose.
 map27::Octets PlayedOctets(const TraceEntry& entry);
