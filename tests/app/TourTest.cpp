@@ -2,6 +2,7 @@
 
 #include "map27/codec/Messages.h"
 #include "map27/link/Framing.h"
+#include "support/TraceConsole.h"
 
 #include <QDir>
 #include <QFile>
@@ -129,6 +130,10 @@ TEST(Tour, EveryStepSucceedsAndTheWireIsSound)
         }
     }
     EXPECT_GT(checker.messages, 50);
+    // What was recorded at either end can be played again.
+    for (const QString& name :
+         files.entryList({QStringLiteral("wire*.jsonl"), QStringLiteral("line-trace.jsonl")}, QDir::Files))
+        ExpectToComeAgain(files.filePath(name));
 }
 
 } // namespace

@@ -18,7 +18,7 @@ TEST(Usage, HelpNamesServersWhereverATargetMayBeOne)
 // Arguments, exit code, what standard output and standard error contain; empty: they are empty.
 TEST(Usage, HelpAndWrongArguments)
 {
-    for (const TableRow& row : ReadTable("ctl.tsv", "Usage", 25)) {
+    for (const TableRow& row : ReadTable("ctl.tsv", "Usage", 33)) {
         const QString arguments = QString::fromStdString(row.at(0));
         const CtlRun run = RunCtl(arguments.isEmpty() ? QStringList() : arguments.split(' '));
         EXPECT_EQ(run.code, std::stoi(row.at(1))) << row.at(0);

@@ -27,7 +27,8 @@ Replay::Replay(std::vector<ReplayEntry> entries, const ReplaySettings& settings)
 {
     // What nobody gives is as good as given.
     for (std::size_t index = 0; index < m_entries.size(); ++index)
-        m_done[index] = m_entries[index].entry.kind == TraceEntry::Kind::Command && !settings.withCommands;
+        m_done[index] = m_entries[index].entry.kind == TraceEntry::Kind::Opened ||
+                        (m_entries[index].entry.kind == TraceEntry::Kind::Command && !settings.withCommands);
 }
 
 ReplayOutput Replay::ConsoleCame(TimePoint now)

@@ -61,9 +61,11 @@ public:
         m_last = entry.at;
         m_lastPlayed = std::max(m_lastPlayed, entry.at + m_shift);
         entry.at = m_lastPlayed;
+        const TraceEntry::Kind kind = entry.kind;
         const bool isOfUse =
-            entry.kind == TraceEntry::Kind::Frame || entry.kind == TraceEntry::Kind::Command ||
-            (entry.kind == TraceEntry::Kind::Noise && entry.direction == map27::Direction::FromRadio);
+            kind == TraceEntry::Kind::Frame || kind == TraceEntry::Kind::Command ||
+            kind == TraceEntry::Kind::Opened ||
+            (kind == TraceEntry::Kind::Noise && entry.direction == map27::Direction::FromRadio);
         if (!isOfUse)
             return;
         const bool mayBeMissing = m_repetitions.Take(entry);
@@ -108,7 +110,8 @@ std::vector<ReplayEntry> LoadReplay(const QString& file)
     if (source.error() != QFileDevice::NoError)
         throw std::runtime_error(file.toStdString() + ": " + source.errorString().toStdString());
     std::vector<ReplayEntry> entries = loader.TakeEntries();
-    if (entries.empty())
+    if (std::ranges::none_of(
+            entries, [](const ReplayEntry& one) { return one.entry.kind == TraceEntry::Kind::Frame; }))
         throw std::runtime_error(file.toStdString() + ": there is no frame in it");
     return entries;
 }

@@ -19,8 +19,9 @@ struct ReplayEntry {
     bool mayBeMissing = false;
 };
 
-// A trace as it is to be played: without what nobody did. Times never run backwards: where the trace was
-// continued by another run they go on. Throws std::runtime_error that names file, line and column.
+// A trace as it is to be played: frames, commands, and where the console opened its port. Times never run
+// backwards: where the trace was continued by another run they go on. Throws std::runtime_error that names
+// file, line and column.
 std::vector<ReplayEntry> LoadReplay(const QString& file);
 std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries);
 

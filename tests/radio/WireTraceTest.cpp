@@ -1,0 +1,114 @@
+// What the console keeps of the line's last hour.
+
+#include "radio/trace/WireTrace.h"
+#include "radio/trace/TraceFile.h"
+#include "radio/trace/TracedPort.h"
+#include "support/FakeClock.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QTemporaryDir>
+#include <gtest/gtest.h>
+
+using map27::TraceEntry;
+
+namespace {
+
+std::vector<TraceEntry> EntriesOf(const QString& path)
+{
+    QFile file(path);
+    std::vector<TraceEntry> entries;
+    if (!file.open(QIODevice::ReadOnly))
+        return entries;
+    for (const QByteArray& line : file.readAll().split('\n')) {
+        const auto read = map27::ReadTraceEntry(line.toStdString());
+        if (!line.isEmpty() && std::holds_alternative<TraceEntry>(read))
+            entries.push_back(std::get<TraceEntry>(read));
+        else
+            EXPECT_TRUE(line.isEmpty()) << line.toStdString();
+    }
+    return entries;
+}
+
+class FakePort : public RadioPort {
+public:
+    void Open() override { Q_EMIT Opened(); }
+    void Close() override {}
+    bool IsOpen() const override { return true; }
+    void Write(const QByteArray& octets) override { written += octets; }
+    void Bring(const char* hex) { Q_EMIT Received(QByteArray::fromHex(hex)); }
+
+    QByteArray written;
+};
+
+TEST(WireTrace, FramesNoiseAndOpeningsAreKeptForTheOwnerAlone)
+{
+    const QTemporaryDir folder;
+    FakeClock clock;
+    WireTrace trace(folder.filePath("data"), clock, Lane::Kind::Callers);
+    WireTrace second(folder.filePath("data"), clock, Lane::Kind::Callers);
+    auto made = std::make_unique<FakePort>();
+    FakePort& inner = *made;
+    TracedPort port(std::move(made), "COM1", 9600, trace, clock);
+    QByteArray received;
+    QObject::connect(&port, &RadioPort::Received, [&](const QByteArray& octets) { received += octets; });
+    port.Open();
+    port.Write(QByteArray::fromHex("1610020201010010038FFB"));
+    clock.Step(std::chrono::milliseconds(50));
+    for (const char* piece : {"FF161002", "010E01011003", "8A09", "1610"})
+        inner.Bring(piece);
+    port.Close();
+    second.Add({.kind = TraceEntry::Kind::Closed});
+
+    EXPECT_EQ(inner.written.size(), 11);
+    EXPECT_EQ(received.toHex(), "ff161002010e010110038a091610");
+    const QString name = folder.filePath("data/line-trace.jsonl");
+    const auto entries = EntriesOf(name);
+    ASSERT_EQ(entries.size(), 7U);
+    EXPECT_EQ(entries[0].kind, TraceEntry::Kind::Time);
+    EXPECT_EQ(entries[0].time.substr(0, 23), "2024-03-01T10:00:00.000");
+    EXPECT_EQ(entries[1].port, "COM1");
+    EXPECT_EQ(map27::WriteTraceEntry(entries[2]),
+              R"({"ms":1000000,"dir":"D>R","frame":"16 10 02 02 01 01 00 10 03 8F FB"})");
+    EXPECT_EQ(map27::WriteTraceEntry(entries[3]), R"({"ms":1000050,"dir":"R>D","noise":"FF"})");
+    EXPECT_EQ(map27::WriteTraceEntry(entries[4]),
+              R"({"ms":1000050,"dir":"R>D","frame":"16 10 02 01 0E 01 01 10 03 8A 09"})");
+    EXPECT_EQ(map27::WriteTraceEntry(entries[5]), R"({"ms":1000050,"dir":"R>D","noise":"16 10"})");
+    EXPECT_EQ(entries[6].kind, TraceEntry::Kind::Closed);
+    EXPECT_EQ(EntriesOf(folder.filePath("data/line-trace-2.jsonl")).size(), 2U);
+    EXPECT_EQ(QFile::permissions(name) & (QFileDevice::ReadGroup | QFileDevice::ReadOther),
+              QFileDevice::Permissions());
+}
+
+TEST(WireTrace, TheOlderFileMakesRoomByAgeAndBySize)
+{
+    for (const TraceFile::Bounds bounds :
+         {TraceFile::Bounds{1000000, 3600000}, TraceFile::Bounds{300, 36000000}}) {
+        const QTemporaryDir folder;
+        TraceFile file(folder.filePath("line-trace"), bounds);
+        QDateTime now(QDate(2024, 3, 1), QTime(10, 0));
+        for (int number = 0; number < 100; ++number) {
+            const map27::TimePoint at{std::chrono::minutes(10 * number)};
+            file.Write({{.at = at, .octets = map27::Octets(20, 0x16)}}, now, at);
+            now = now.addSecs(600);
+        }
+        const auto newer = EntriesOf(folder.filePath("line-trace.jsonl"));
+        const auto older = EntriesOf(folder.filePath("line-trace.1.jsonl"));
+        ASSERT_FALSE(newer.empty() || older.empty());
+        EXPECT_EQ(newer.front().kind, TraceEntry::Kind::Time);
+        EXPECT_EQ(older.front().kind, TraceEntry::Kind::Time);
+        EXPECT_LE(newer.size() + older.size(), 16U);
+        EXPECT_EQ(newer.back().at, map27::TimePoint{std::chrono::minutes(990)});
+        EXPECT_EQ(newer[1].at - older.back().at, std::chrono::minutes(10)) << "nothing is lost between";
+        EXPECT_EQ(QDir(folder.path()).entryList({"*.jsonl"}).size(), 2);
+    }
+}
+
+TEST(WireTrace, AFolderThatCannotBeWrittenCostsNothingElse)
+{
+    FakeClock clock;
+    WireTrace trace("/proc/none", clock, Lane::Kind::Callers);
+    trace.Add({.kind = TraceEntry::Kind::Closed});
+}
+
+} // namespace
