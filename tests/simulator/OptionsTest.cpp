@@ -20,3 +20,17 @@ TEST(Options, AllOfThem)
     EXPECT_EQ(options->simulation.silentAfter, map27::Milliseconds(2500));
     EXPECT_TRUE(std::holds_alternative<sim::HelpWanted>(sim::ParseOptions({"--pty", "x", "--help"})));
 }
+
+TEST(Options, AReplayTakesOthersThanASimulation)
+{
+    const auto parsed = sim::ParseOptions({"--pty", "x", "--replay", "t", "--fast", "--patience", "2.5"});
+    const auto* options = std::get_if<sim::Options>(&parsed);
+    ASSERT_TRUE(options);
+    EXPECT_EQ(options->replay, "t");
+    EXPECT_TRUE(options->replaySettings.fast && !options->replaySettings.withCommands);
+    EXPECT_EQ(options->replaySettings.patience, map27::Milliseconds(2500));
+    for (const QStringList& wrong : {QStringList{"--fast"}, QStringList{"--replay", "t", "--seed", "1"},
+                                     QStringList{"--replay", "t", "--patience", "-1"}})
+        EXPECT_TRUE(std::holds_alternative<sim::OptionsProblem>(
+            sim::ParseOptions(QStringList{"--pty", "x"} + wrong)));
+}

@@ -66,7 +66,7 @@ template <std::uint8_t Wanted> CheckStep Ask(std::string_view name, RadioInfo in
             .isQuestion = true};
 }
 
-CheckStep Refused(std::string_view name, Octets message, Milliseconds limit = Milliseconds{3000})
+CheckStep Refused(std::string_view name, Octets message, Milliseconds limit = Milliseconds{10000})
 {
     return {.name = name,
             .message = std::move(message),
@@ -108,10 +108,16 @@ void AddLinkSteps(std::vector<CheckStep>& steps)
                      .message = condition,
                      .isAnswer = isCondition,
                      .answered = "a check sequence of flags is understood"});
-    steps.push_back({.name = "damaged-frame", .way = Way::Damaged, .message = condition, .limit = Silence});
+    // The condition may come unasked, the personality does not.
+    const Octets personality = Question(RadioInfo::Personality);
+    steps.push_back({.name = "damaged-frame", .way = Way::Damaged, .message = personality, .limit = Silence});
     steps.push_back({.name = "after-damage",
-                     .message = condition,
-                     .isAnswer = isCondition,
+                     .message = personality,
+                     .isAnswer =
+                         [](OctetSpan message) {
+                             return IsOfType<Type::Personality>(message) ||
+                                    IsOfType<Type::ProtocolInfo>(message);
+                         },
                      .answered = "the number of the damaged frame is free"});
     steps.push_back({.name = "repeated-frame", .way = Way::Repeated, .limit = Silence});
     for (int count = 0; count < QuickQuestions; ++count)

@@ -32,7 +32,7 @@ struct CheckStep {
     Way way = Way::Message;
     Octets message{};
     IsAnswer isAnswer = nullptr; // null: none is wanted
-    Milliseconds limit{3000};    // to wait; when no answer is wanted, all of it
+    Milliseconds limit{10000};   // to wait; when no answer is wanted, all of it
     Judge judge{};               // of the answer; without one that there was one is enough
     std::string answered{};      // what the report says then
     bool isQuestion = false;     // its answer's time counts

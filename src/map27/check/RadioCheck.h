@@ -40,6 +40,7 @@ private:
     void NoteAcknowledgement(const TraceEntry& entry);
     void OnReady(TimePoint now);
     void Begin(TimePoint now);
+    Milliseconds LimitOf(const CheckStep& step) const;
     void BeginMessage(const Octets& message, TimePoint now);
     void EndStep(TimePoint now);
     void OnLimit(TimePoint now);
@@ -70,6 +71,7 @@ private:
     Octets m_lastTransfer;                  // our last LT, as a frame
     std::uint8_t m_nextNumber = 1;          // of our next LT
     std::optional<TimePoint> m_unconfirmed; // when our last LT went out first
+    int m_takenHere = 0;                    // of those, for a message that it must not take
     int m_acknowledgementsHere = 0;         // of the radio since the step began
     int m_answersHere = 0;                  // messages likewise
     int m_heard = 0;                        // frames, good or bad, and noise
