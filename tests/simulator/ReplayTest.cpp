@@ -1,5 +1,6 @@
 #include "Bench.h"
 
+#include "simulator/replay/MessageReplay.h"
 #include "simulator/replay/Replay.h"
 
 #include <QFile>
@@ -28,7 +29,7 @@ std::vector<TraceEntry> EntriesOf(const sim::ReplayOutput& output)
 // A console that sends a status, a text and a call at fixed times, and its radio's side, in virtual time.
 template <typename RadioSide> class Conversation {
 public:
-    explicit Conversation(RadioSide& radioSide, bool sendsAnother = false)
+    explicit Conversation(RadioSide& radioSide, bool sendsAnother = false, int late = 0)
         : m_radio(radioSide),
           m_another(sendsAnother)
     {
@@ -36,9 +37,9 @@ public:
         Deliver(m_radio.ConsoleCame(m_now));
         RunUntil(1000);
         Deliver(m_console.SendStatus({0, 2}, m_another ? 6 : 5, m_now).output);
-        RunUntil(20000);
+        RunUntil(20000 + late);
         Deliver(m_console.SendText({0, 16}, "sixteen", map27::TextCoding::SevenBit, m_now).output);
-        RunUntil(40000);
+        RunUntil(40000 + 2 * late);
         Tell("status Unit20 17");
         RunUntil(60000);
         Deliver(m_console.MakeCall({0, 2}, false, false, true, m_now).output);
@@ -137,6 +138,29 @@ TEST(Replay, FastOrWithoutCommandsItComesAgain)
         ASSERT_TRUE(replay.TheEnd());
         EXPECT_TRUE(replay.TheEnd()->isFaithful) << replay.TheEnd()->text;
     }
+}
+
+// The console is up to 14 s later than then, so that it asks at other places and its numbers are others.
+TEST(Replay, MessagesComeAgainWhenTheConsoleIsLater)
+{
+    sim::Replay literally = ReplayOf({.withCommands = true});
+    const Conversation one(literally, false, 7000);
+    EXPECT_FALSE(literally.TheEnd() && literally.TheEnd()->isFaithful);
+
+    for (const bool isFast : {false, true}) {
+        sim::MessageReplay replay(sim::ToReplay(Recorded()), {.fast = isFast, .withCommands = true});
+        const Conversation again(replay, false, 7000);
+        ASSERT_TRUE(replay.TheEnd());
+        EXPECT_TRUE(replay.TheEnd()->isFaithful) << replay.TheEnd()->text;
+    }
+    sim::MessageReplay replay(sim::ToReplay(Recorded()), {});
+    const Conversation other(replay, true, 7000);
+    ASSERT_TRUE(replay.TheEnd());
+    EXPECT_NE(replay.TheEnd()->text.find(
+                  "the console sends SEND STATUS to 0/2: 6 [80 00 00 02 00 06] where it then "
+                  "sent SEND STATUS to 0/2: 5 ["),
+              std::string::npos)
+        << replay.TheEnd()->text;
 }
 
 TEST(Replay, TheFirstDeviationEndsItWithBothFrames)

@@ -32,11 +32,13 @@ std::string VersionText()
 
 int RunReplay(const sim::Options& options, const sim::SignalWatch& signalWatch)
 {
-    QObject::connect(&signalWatch, &sim::SignalWatch::Ended, qApp, [] {
-        PrintLog("ended before the trace was");
-        QCoreApplication::exit(Failed);
-    });
     sim::ReplayProgram program(options, {PrintOut, PrintLog});
+    QObject::connect(&signalWatch, &sim::SignalWatch::Ended, &program, [&program] {
+        const auto& end = program.TheEnd();
+        if (!end)
+            PrintLog("ended before the trace was");
+        QCoreApplication::exit(end && end->isFaithful ? 0 : Failed);
+    });
     // Queued: the end may come before the event loop has begun.
     QObject::connect(
         &program, &sim::ReplayProgram::Ended, qApp,

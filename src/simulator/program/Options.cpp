@@ -32,6 +32,9 @@ Instead of a simulation:
                       console does with what it did then; ends with 0 at the
                       trace's end, and with 1 where the console does something
                       else, which it names
+  --messages          play the messages only, over a link of its own: then
+                      neither the console's questions nor the link's numbers
+                      and moments have to be the same
   --fast              as fast as the console answers; else at the trace's times
   --with-commands     wait for the commands of the trace on standard input, and
                       answer each as it was answered then; else they are left out
@@ -143,9 +146,10 @@ void CheckReplay(const QCommandLineParser& parser, Options& options)
                 throw OptionsProblem{std::string("--") + name + why};
     };
     if (options.replay.isEmpty())
-        return refuse({"fast", "with-commands", "patience"}, " is for --replay only");
+        return refuse({"fast", "messages", "with-commands", "patience"}, " is for --replay only");
     refuse({"scenario", "speed", "seed", "fault", "silent-after"}, " does not go with --replay");
     options.replaySettings.fast = parser.isSet(QStringLiteral("fast"));
+    options.replaysMessages = parser.isSet(QStringLiteral("messages"));
     options.replaySettings.withCommands = parser.isSet(QStringLiteral("with-commands"));
 }
 
@@ -172,7 +176,8 @@ std::variant<Options, HelpWanted, VersionWanted, OptionsProblem> ParseOptions(co
 {
     QCommandLineParser parser;
     parser.addOptions({QCommandLineOption(QStringList{"help", "h"}), QCommandLineOption("version"),
-                       QCommandLineOption("fast"), QCommandLineOption("with-commands")});
+                       QCommandLineOption("fast"), QCommandLineOption("messages"),
+                       QCommandLineOption("with-commands")});
     for (const Switch& known : Switches)
         parser.addOption(QCommandLineOption(QLatin1String(known.name), {}, QStringLiteral("value")));
     // The parser takes the first argument for the program's name.

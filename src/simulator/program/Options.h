@@ -1,7 +1,7 @@
 #pragma once
 
 #include "simulator/program/Simulation.h"
-#include "simulator/replay/Replay.h"
+#include "simulator/replay/Player.h"
 
 #include <QStringList>
 
@@ -18,6 +18,7 @@ struct Options {
     QString trace;  // empty: none
     QString replay; // a trace; empty: the simulation runs
     ReplaySettings replaySettings;
+    bool replaysMessages = false; // over a link of its own
     SimulationSettings simulation;
 };
 

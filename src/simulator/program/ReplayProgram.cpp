@@ -1,34 +1,51 @@
 #include "simulator/program/ReplayProgram.h"
 
 #include "simulator/program/MakePort.h"
+#include "simulator/replay/MessageReplay.h"
+#include "simulator/replay/Replay.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace sim {
 
+namespace {
+
+constexpr Milliseconds LastWords{300};
+
+std::unique_ptr<Player> MakePlayer(const Options& options)
+{
+    std::vector<ReplayEntry> entries = LoadReplay(options.replay);
+    if (options.replaysMessages)
+        return std::make_unique<MessageReplay>(entries, options.replaySettings);
+    return std::make_unique<Replay>(std::move(entries), options.replaySettings);
+}
+
+} // namespace
+
 ReplayProgram::ReplayProgram(const Options& options, Program::Console console)
     : m_console(std::move(console)),
-      m_replay(LoadReplay(options.replay), options.replaySettings),
+      m_replay(MakePlayer(options)),
       m_trace(options.trace, m_console.log)
 {
     m_clock.start();
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::PreciseTimer);
-    connect(&m_timer, &QTimer::timeout, this, [this] { Take(m_replay.OnTime(Now())); });
+    connect(&m_timer, &QTimer::timeout, this, [this] { Take(m_replay->OnTime(Now())); });
     m_port = MakePort(options);
     connect(m_port.get(), &Port::Came, this, [this] {
         m_console.log("console connected");
-        m_trace.Write({.kind = TraceEntry::Kind::Opened, .at = Now()});
-        Take(m_replay.ConsoleCame(Now()));
+        m_trace.Write({.kind = map27::TraceEntry::Kind::Opened, .at = Now()});
+        Take(m_replay->ConsoleCame(Now()));
     });
     connect(m_port.get(), &Port::Went, this, [this] {
         m_console.log("console gone");
-        m_trace.Write({.kind = TraceEntry::Kind::Closed, .at = Now()});
+        m_trace.Write({.kind = map27::TraceEntry::Kind::Closed, .at = Now()});
+        Take(m_replay->ConsoleWent(Now()));
     });
     connect(m_port.get(), &Port::Received, this, [this](const QByteArray& octets) {
         const auto* first = reinterpret_cast<const std::uint8_t*>(octets.constData());
-        Take(m_replay.Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
+        Take(m_replay->Feed({first, static_cast<std::size_t>(octets.size())}, Now()));
     });
 }
 
@@ -45,15 +62,17 @@ void ReplayProgram::Take(const ReplayOutput& output)
     if (!output.toConsole.empty())
         m_port->Send(QByteArray(reinterpret_cast<const char*>(output.toConsole.data()),
                                 static_cast<qsizetype>(output.toConsole.size())));
-    for (const TraceEntry& entry : output.traced)
+    for (const map27::TraceEntry& entry : output.traced)
         m_trace.Write(entry);
     for (const std::string& note : output.notes)
         m_console.log(note);
-    if (const auto& end = m_replay.TheEnd(); end && !std::exchange(m_ended, true)) {
+    if (const auto& end = m_replay->TheEnd(); end && !std::exchange(m_ended, true)) {
         m_console.log(end->text);
-        Q_EMIT Ended(end->isFaithful);
+        // The last octets are still on their way.
+        QTimer::singleShot(LastWords, this,
+                           [this, isFaithful = end->isFaithful] { Q_EMIT Ended(isFaithful); });
     }
-    if (const Deadline next = m_replay.NextDeadline())
+    if (const Deadline next = m_replay->NextDeadline())
         m_timer.start(std::max(*next - Now(), Milliseconds(0)));
     else
         m_timer.stop();
@@ -64,7 +83,7 @@ void ReplayProgram::Execute(const QByteArray& line)
     const QByteArray command = line.trimmed();
     if (command.isEmpty() || command.startsWith('#'))
         return;
-    const auto [text, output] = m_replay.Execute(command.toStdString(), Now());
+    const auto [text, output] = m_replay->Execute(command.toStdString(), Now());
     m_console.print(text + '\n');
     Take(output);
 }

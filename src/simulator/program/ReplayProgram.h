@@ -5,7 +5,7 @@
 #include "simulator/program/Port.h"
 #include "simulator/program/Program.h"
 #include "simulator/program/TraceWriter.h"
-#include "simulator/replay/Replay.h"
+#include "simulator/replay/Player.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -27,6 +27,9 @@ public:
     // Starts to read commands. The caller keeps the descriptor.
     void ReadCommands(int descriptor);
 
+    // Empty until the replay has ended.
+    const std::optional<Player::End>& TheEnd() const { return m_replay->TheEnd(); }
+
 Q_SIGNALS:
     // The console has been told everything, or has deviated; the reason was logged.
     void Ended(bool isFaithful);
@@ -37,7 +40,7 @@ private:
     void Execute(const QByteArray& line);
 
     Program::Console m_console;
-    Replay m_replay;
+    std::unique_ptr<Player> m_replay;
     TraceWriter m_trace;
     QElapsedTimer m_clock;
     QTimer m_timer;

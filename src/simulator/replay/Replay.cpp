@@ -86,7 +86,7 @@ Replay::Answer Replay::Execute(const std::string& command, TimePoint now)
         return {"error the trace has " + then + " here", TakeOutput()};
     }
     m_done[static_cast<std::size_t>(awaited - m_entries.begin())] = true;
-    m_shift = std::max(m_shift, now - awaited->entry.at);
+    m_shift = now - awaited->entry.at;
     TraceEntry entry = awaited->entry;
     entry.at = now;
     Trace(entry);
@@ -177,8 +177,7 @@ void Replay::TakePiece(map27::LinePiece piece, TimePoint now)
         if (IsOfConsole(m_entries[index]) && m_entries[index].packet == m_entries[*awaited].packet)
             m_done[index] = true;
     m_done[*awaited] = true;
-    m_shift = m_settings.fast ? now - m_entries[*awaited].entry.at
-                              : std::max(m_shift, now - m_entries[*awaited].entry.at);
+    m_shift = now - m_entries[*awaited].entry.at;
     m_patienceEnds.reset();
     m_noted = false;
     m_heard.push_back(std::move(piece.octets));

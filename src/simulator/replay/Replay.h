@@ -1,26 +1,12 @@
 #pragma once
 
 #include "map27/trace/FrameSplitter.h"
-#include "simulator/base/Schedule.h"
+#include "simulator/replay/Player.h"
 #include "simulator/replay/ReplayTrace.h"
 
 #include <deque>
-#include <optional>
-#include <string>
 
 namespace sim {
-
-struct ReplaySettings {
-    bool fast = false;            // as fast as the console answers, not at the times of the trace
-    bool withCommands = false;    // the trace's commands have to be given again, each at its place
-    Milliseconds patience{60000}; // for a frame of the console; 0: for ever
-};
-
-struct ReplayOutput {
-    map27::Octets toConsole;
-    std::vector<TraceEntry> traced;
-    std::vector<std::string> notes; // for a log, in English
-};
 
 // Plays the radio's side of a trace, and compares what the console does with what it did then. A frame of the
 // radio goes out when its time has come, and everything that the console had said before has been said again.
@@ -28,26 +14,17 @@ struct ReplayOutput {
 // its acknowledgements and its messages: what of them comes first where they cross with frames of the radio
 // hangs on moments, and so does how often it repeats what it said before. It has no clock of its own and is
 // used like map27::Link.
-class Replay {
+class Replay : public Player {
 public:
     Replay(std::vector<ReplayEntry> entries, const ReplaySettings& settings);
 
-    ReplayOutput ConsoleCame(TimePoint now);
-    ReplayOutput Feed(map27::OctetSpan octets, TimePoint now);
-    ReplayOutput OnTime(TimePoint now);
-    Deadline NextDeadline() const;
-
-    struct Answer {
-        std::string text; // lines, the last one "ok ..." or "error ...", without its line end
-        ReplayOutput output;
-    };
-    Answer Execute(const std::string& command, TimePoint now);
-
-    struct End {
-        bool isFaithful;  // the console did all that it did then, and nothing else
-        std::string text; // for a person
-    };
-    const std::optional<End>& TheEnd() const { return m_end; }
+    ReplayOutput ConsoleCame(TimePoint now) override;
+    ReplayOutput ConsoleWent(TimePoint) override { return {}; }
+    ReplayOutput Feed(map27::OctetSpan octets, TimePoint now) override;
+    ReplayOutput OnTime(TimePoint now) override;
+    Deadline NextDeadline() const override;
+    Answer Execute(const std::string& command, TimePoint now) override;
+    const std::optional<End>& TheEnd() const override { return m_end; }
 
 private:
     void Advance(TimePoint now);
