@@ -28,7 +28,7 @@ public:
             return LookAt(*error);
         const Message& message = std::get<Message>(decoded);
         LookAtUnusedBits(message);
-        std::visit([this](const auto& known) { LookAt(known); }, message);
+        std::visit([this](const auto& known) { this->LookAt(known); }, message);
     }
 
 private:
