@@ -1,10 +1,9 @@
 #pragma once
 
+#include "map27/codec/Messages.h"
 #include "map27/link/Link.h"
-#include "map27/link/LinkPackets.h"
-#include "map27/trace/FrameParts.h"
-#include "map27/trace/TraceEntry.h"
-#include "simulator/replay/Replay.h"
+#include "map27/trace/TraceObserver.h"
+#include "simulator/replay/MessageReplay.h"
 
 #include <gtest/gtest.h>
 
@@ -12,33 +11,25 @@
 #include <string>
 #include <vector>
 
-// The trace of a session played again, in virtual time: a replay of the radio's side, and at the other end
-// the console's link, which is given the console's messages at the times of the trace. What the link makes of
-// them is its own: requests, numbers, acknowledgements, and what it repeats.
+// The trace of a session played again, in virtual time: the radio's messages by a replay, the console's at
+// the times of the trace, each over a link of its own, so that it does not matter how fast the computer was
+// then.
 class TraceConsole {
 public:
     explicit TraceConsole(const QString& file) : m_entries(sim::LoadReplay(file)), m_replay(m_entries, {})
     {
+        map27::TraceObserver observer;
         m_now = m_entries.front().entry.at;
-        Deliver(m_link.Start(m_now));
-        Deliver(m_replay.ConsoleCame(m_now));
-        map27::Octets last;
+        Connect();
         for (const sim::ReplayEntry& one : m_entries) {
             RunUntil(one.entry.at);
-            // The console has come back with a link of its own.
-            if (one.entry.kind == map27::TraceEntry::Kind::Opened && &one != &m_entries.front()) {
-                m_link.Stop();
-                Deliver(m_link.Start(m_now));
-            }
-            const bool isSent = one.packet == map27::packet::LinkTransfer &&
-                                one.entry.direction == map27::Direction::ToRadio && one.entry.octets != last;
-            if (!isSent)
-                continue;
-            last = one.entry.octets;
-            const map27::Octets body = map27::TakeApart(last)->body;
-            Deliver(m_link.Send(map27::OctetSpan(body).subspan(map27::packet::HeaderOctets), m_now).output);
+            if (one.entry.kind == map27::TraceEntry::Kind::Opened)
+                Connect();
+            const map27::Octets message = observer.Take(one.entry).message;
+            if (!message.empty() && one.entry.direction == map27::Direction::ToRadio)
+                Deliver(m_link.Send(message, m_now).output);
         }
-        RunUntil(m_now + map27::Milliseconds(90000));
+        RunUntil(m_now + map27::Milliseconds(5000));
     }
 
     // Empty: as then.
@@ -49,34 +40,46 @@ public:
         return m_replay.TheEnd()->isFaithful ? std::string() : m_replay.TheEnd()->text;
     }
 
-    // Frames in one direction of one kind of packet, in order, without repetitions in a row: of the trace,
-    // and of what was played.
-    using Stream = std::vector<std::string>;
-    Stream Then(map27::Direction direction, std::uint8_t packet) const
+    // The messages in one direction, in order, without what the radio is asked and says of itself: of the
+    // trace, and of what was played.
+    using Messages = std::vector<std::string>;
+    Messages Then(map27::Direction direction) const
     {
         std::vector<map27::TraceEntry> entries;
         for (const sim::ReplayEntry& one : m_entries)
             entries.push_back(one.entry);
-        return StreamOf(entries, direction, packet);
+        return MessagesOf(entries, direction);
     }
-    Stream Again(map27::Direction direction, std::uint8_t packet) const
-    {
-        return StreamOf(m_traced, direction, packet);
-    }
+    Messages Again(map27::Direction direction) const { return MessagesOf(m_traced, direction); }
 
 private:
-    static Stream StreamOf(const std::vector<map27::TraceEntry>& entries, map27::Direction direction,
-                           std::uint8_t packet)
+    static Messages MessagesOf(const std::vector<map27::TraceEntry>& entries, map27::Direction direction)
     {
-        Stream stream;
+        Messages messages;
+        map27::TraceObserver observer;
         for (const map27::TraceEntry& entry : entries) {
-            const bool isOne = entry.kind == map27::TraceEntry::Kind::Frame && entry.direction == direction &&
-                               sim::PacketOf(entry.octets) == packet;
-            if (const std::string frame = map27::ToHex(entry.octets);
-                isOne && (stream.empty() || stream.back() != frame))
-                stream.push_back(frame);
+            const map27::Octets message = observer.Take(entry).message;
+            const bool aboutRadio =
+                !message.empty() && message[0] >= map27::Type::Personality &&
+                message[0] <= map27::Type::NetworkInfo &&
+                (direction == map27::Direction::FromRadio || message[0] == map27::Type::Personality);
+            if (!message.empty() && !aboutRadio && entry.direction == direction)
+                messages.push_back(map27::ToHex(message));
         }
-        return stream;
+        return messages;
+    }
+
+    // The console comes, with a link of its own.
+    void Connect()
+    {
+        Deliver(m_replay.ConsoleWent(m_now));
+        m_link.Stop();
+        Deliver(m_link.Start(m_now));
+        Deliver(m_replay.ConsoleCame(m_now));
+        m_traced.push_back({.kind = map27::TraceEntry::Kind::Opened, .at = m_now});
+        for (int tries = 0; tries < 100 && !m_link.IsReady(); ++tries)
+            RunUntil(m_now + map27::Milliseconds(10));
+        EXPECT_TRUE(m_link.IsReady());
     }
 
     void RunUntil(map27::TimePoint end)
@@ -106,20 +109,21 @@ private:
     }
 
     std::vector<sim::ReplayEntry> m_entries;
-    sim::Replay m_replay;
+    sim::MessageReplay m_replay;
     map27::Link m_link;
     map27::TimePoint m_now{};
     std::vector<map27::TraceEntry> m_traced;
 };
 
-// That a trace, played again, becomes the same trace.
-inline void ExpectToComeAgain(const QString& file)
+// That a trace, played again, becomes the same trace; how many messages that were.
+inline std::size_t ExpectToComeAgain(const QString& file)
 {
     const TraceConsole again(file);
     EXPECT_EQ(again.Deviation(), "") << file.toStdString();
-    for (const map27::Direction direction : {map27::Direction::ToRadio, map27::Direction::FromRadio})
-        for (const std::uint8_t packet :
-             {map27::packet::LinkRequest, map27::packet::LinkAcknowledgement, map27::packet::LinkTransfer})
-            EXPECT_EQ(again.Again(direction, packet), again.Then(direction, packet))
-                << file.toStdString() << ", packet " << int(packet);
+    std::size_t messages = 0;
+    for (const map27::Direction direction : {map27::Direction::ToRadio, map27::Direction::FromRadio}) {
+        EXPECT_EQ(again.Again(direction), again.Then(direction)) << file.toStdString();
+        messages += again.Again(direction).size();
+    }
+    return messages;
 }
