@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-class QThread;
+class QSocketNotifier;
 
 // Jobs that may take long, done one after the other beside the window, on a thread of their own. What a job
 // returns, its answer, is called on the thread that made the lane, from its event loop, in the same order.
@@ -20,7 +20,8 @@ public:
     explicit Lane(Kind kind);
     Lane(const Lane&) = delete;
     Lane& operator=(const Lane&) = delete;
-    // Waits a moment for the job at hand; one that hangs for longer is left alone, and answers nobody.
+    // Answers nobody any more. Waits a moment for the jobs; one that hangs for longer is left alone, and
+    // those behind it are not done.
     ~Lane();
 
     void Do(Job job);
@@ -28,8 +29,8 @@ public:
     bool Finish(std::chrono::milliseconds limit);
 
 private:
-    struct Answers;
+    struct Shared;
 
-    std::shared_ptr<Answers> m_answers;
-    QThread* m_thread = nullptr; // null: the caller's
+    std::shared_ptr<Shared> m_shared; // null: the caller's
+    std::unique_ptr<QSocketNotifier> m_notifier;
 };
