@@ -124,7 +124,7 @@ LinkParameters ParametersOf(const Conversation& conversation)
 
 TEST(Link, Conversations)
 {
-    for (const Conversation& conversation : ReadConversations("map27-link.txt", 44)) {
+    for (const Conversation& conversation : ReadConversations("map27-link.txt", 51)) {
         SCOPED_TRACE(conversation.title);
         LinkBench bench(ParametersOf(conversation));
         RunScript(conversation.script, std::ref(bench));

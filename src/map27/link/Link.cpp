@@ -9,11 +9,6 @@ namespace map27 {
 
 namespace {
 
-// With one LR too many under way, two ends can answer LR with LR and LA with LA for ever. After this many
-// answers an end waits for a quiet line, but no longer than this many T0.
-constexpr int AnswersBeforeQuiet = 6;
-constexpr int LongestQuietWait = 5;
-
 bool IsDue(const Deadline& deadline, TimePoint now)
 {
     return deadline && *deadline <= now;
@@ -25,27 +20,29 @@ Link::Link(LinkParameters parameters)
     : m_own(parameters),
       m_agreed(parameters),
       m_sender(parameters.bitRate),
-      m_transfers(m_own, m_agreed, m_sender, m_counters)
+      m_outgoing(m_own, m_agreed, m_sender, m_roundTrip, m_counters),
+      m_incoming(m_own, m_agreed, m_sender, m_roundTrip, m_counters),
+      m_setUp(m_own, m_roundTrip)
 {
 }
 
 LinkOutput Link::Start(TimePoint now)
 {
     m_decoder.Reset();
-    m_counters.messagesLost += m_transfers.Forget();
-    m_answersInARow = 0;
+    m_counters.messagesLost += m_outgoing.Forget();
+    m_setUp.ForgetFailures();
     AskForLink(now);
     return TakeOutput();
 }
 
 void Link::Stop()
 {
-    m_counters.messagesLost += m_transfers.Forget();
+    m_counters.messagesLost += m_outgoing.Forget();
     StopTimers();
     m_decoder.Reset();
     m_state = LinkState::Stopped;
+    m_isKept = false;
     m_pausing = false;
-    m_waitingForQuiet = false;
 }
 
 LinkOutput Link::Reset(TimePoint now, Milliseconds pause)
@@ -53,14 +50,14 @@ LinkOutput Link::Reset(TimePoint now, Milliseconds pause)
     if (m_state == LinkState::Stopped)
         return {};
     ++m_counters.resets;
-    m_counters.messagesLost += m_transfers.Forget();
-    m_answersInARow = 0;
+    m_counters.messagesLost += m_outgoing.Forget();
+    m_setUp.ForgetFailures();
     StopTimers();
+    m_isKept = false;
     m_state = LinkState::ResetWait;
     m_agreed = m_own;
-    m_waitingForQuiet = false;
     m_pausing = true;
-    m_t0 = now + std::max(pause, Milliseconds(0));
+    m_setUp.WaitUntil(now + std::max(pause, Milliseconds(0)));
     if (pause <= Milliseconds(0))
         OnT0(now);
     return TakeOutput();
@@ -70,8 +67,6 @@ LinkOutput Link::Feed(OctetSpan octets, TimePoint now)
 {
     if (m_state == LinkState::Stopped || octets.empty())
         return {};
-    if (m_waitingForQuiet)
-        m_t0 = std::min(now + m_own.t0First, m_quietLimit);
     for (const std::uint8_t octet : octets)
         if (const auto body = m_decoder.Feed(octet))
             HandleBody(*body, now);
@@ -82,20 +77,21 @@ LinkOutput Link::OnTime(TimePoint now)
 {
     if (IsDue(m_t4, now))
         Fail(LinkFailure::Silent, now);
-    if (IsDue(m_transfers.NextDeadline(), now)) {
-        if (const auto failure = m_transfers.OnT1(now))
+    if (IsDue(m_outgoing.NextDeadline(), now)) {
+        if (const auto failure = m_outgoing.OnT1(now))
             Fail(*failure, now);
     }
-    if (IsDue(m_t2, now) || IsDue(m_t3, now))
-        SendAcknowledgement(now);
-    if (IsDue(m_t0, now))
+    if (IsDue(m_incoming.NextDeadline(), now))
+        m_incoming.Acknowledge(now);
+    if (IsDue(m_setUp.NextT0(), now))
         OnT0(now);
     return TakeOutput();
 }
 
 Deadline Link::NextDeadline() const
 {
-    return Earlier(Earlier(Earlier(m_t0, m_transfers.NextDeadline()), Earlier(m_t2, m_t3)), m_t4);
+    return Earlier(Earlier(Earlier(m_setUp.NextT0(), m_outgoing.NextDeadline()), m_incoming.NextDeadline()),
+                   m_t4);
 }
 
 SendOutcome Link::Send(OctetSpan message, TimePoint now)
@@ -106,19 +102,24 @@ SendOutcome Link::Send(OctetSpan message, TimePoint now)
         return {SendResult::Empty, {}};
     if (message.size() > LongestMessage())
         return {SendResult::TooLong, {}};
-    if (m_transfers.IsFull())
+    if (m_outgoing.IsFull())
         return {SendResult::QueueFull, {}};
-    m_transfers.Send(message, now);
+    m_outgoing.Send(message, now);
     return {SendResult::Accepted, TakeOutput()};
 }
 
 LinkOutput Link::HoldReceiving(bool hold, TimePoint now)
 {
-    const bool released = m_holdReceiving && !hold;
-    m_holdReceiving = hold;
-    if (released && IsReady())
-        SendAcknowledgement(now);
+    const bool released = m_incoming.IsHeld() && !hold;
+    m_incoming.Hold(hold);
+    if (released && m_state == LinkState::Ready)
+        m_incoming.Acknowledge(now);
     return TakeOutput();
+}
+
+Milliseconds Link::RoundTripTime() const
+{
+    return m_roundTrip.Usual() > m_own.t0First ? m_roundTrip.Usual() : Milliseconds(0);
 }
 
 LinkCounters Link::Counters() const
@@ -134,25 +135,26 @@ LinkCounters Link::Counters() const
 void Link::SendLinkRequest(TimePoint now)
 {
     m_sender.Send({packet::LinkRequest, m_agreed.n1, m_agreed.k, m_agreed.version}, now);
-    m_t0 = now + m_t0Interval;
+    m_setUp.Requested(now);
 }
 
-void Link::SendAcknowledgement(TimePoint now)
+void Link::SendRequestAndAcknowledgement(TimePoint now)
 {
-    m_t2.reset();
-    m_t3 = now + m_own.t3;
-    m_lastNumberTold = m_nextExpected;
-    if (!m_holdReceiving)
-        m_firstWithoutCredit = static_cast<std::uint8_t>(m_nextExpected + m_agreed.k);
-    m_lastCreditTold = packet::Distance(m_nextExpected, m_firstWithoutCredit);
-    m_sender.Send({packet::LinkAcknowledgement, m_lastNumberTold, m_lastCreditTold, 0}, now);
+    m_sender.Send({packet::LinkRequest, m_agreed.n1, m_agreed.k, m_agreed.version}, now);
+    m_sender.Send({packet::LinkAcknowledgement, 1, 0, 0}, now);
+    m_setUp.RequestedAndAcknowledged(now);
+}
+
+void Link::GiveCredit(TimePoint now)
+{
+    m_incoming.Begin(now);
+    m_setUp.GaveCredit(now);
 }
 
 void Link::StopTimers()
 {
-    m_t0.reset();
-    m_t2.reset();
-    m_t3.reset();
+    m_setUp.Stop();
+    m_incoming.Stop();
     m_t4.reset();
 }
 
@@ -166,7 +168,7 @@ LinkOutput Link::TakeOutput()
 void Link::HandleBody(const Octets& body, TimePoint now)
 {
     ++m_counters.framesIn;
-    if (m_pausing || m_waitingForQuiet)
+    if (m_pausing)
         return;
     if (body.size() < packet::HeaderOctets) {
         ++m_counters.malformed;
@@ -174,103 +176,118 @@ void Link::HandleBody(const Octets& body, TimePoint now)
     }
     switch (body[0]) {
     case packet::LinkRequest:
-        HandleLinkRequest(body, now);
-        break;
+        return HandleLinkRequest(body, now);
     case packet::LinkAcknowledgement:
-        HandleAcknowledgement(body, now);
-        break;
+        return HandleAcknowledgement(body, now);
     case packet::LinkTransfer:
-        HandleTransfer(body, now);
-        break;
+        return HandleTransfer(body, now);
     default:
         ++m_counters.unknownPackets;
-        break;
     }
 }
 
 void Link::HandleLinkRequest(const Octets& body, TimePoint now)
 {
-    if (m_state == LinkState::LinkWait && IsAcceptable(body)) {
-        TakeMinima(body);
-        EnterReady(now);
-        SendAcknowledgement(now);
+    if (m_state == LinkState::Ready) {
+        if (MaySettleAgain(now)) {
+            SettleAgain(now);
+        } else {
+            LeaveReady(LinkFailure::PeerReset, now);
+            m_setUp.BeginAgain();
+            m_state = LinkState::ResetWait;
+            m_agreed = m_own;
+        }
+    }
+    m_setUp.Hear(now);
+    m_setUp.HearRequest(now);
+    if (m_setUp.IsLate()) {
+        m_agreed = m_own;
+        m_agreed.TakeMinima(body);
+        m_state = LinkState::LinkWait;
+        if (!m_setUp.HasAnswered())
+            SendRequestAndAcknowledgement(now);
         return;
     }
-    if (IsReady()) {
-        LeaveReady(LinkFailure::PeerReset, now);
-        m_agreed = m_own;
-    }
-    TakeMinima(body);
-    AnswerByLinkRequest(LinkState::LinkWait, now);
+    const bool answered = m_state == LinkState::LinkWait && m_agreed.Accept(body);
+    m_agreed.TakeMinima(body);
+    m_state = LinkState::LinkWait;
+    if (!answered)
+        SendLinkRequest(now);
+    else if (!m_setUp.HasGivenCredit())
+        GiveCredit(now);
 }
 
 void Link::HandleAcknowledgement(const Octets& body, TimePoint now)
 {
     const std::uint8_t number = body[1];
     const int credit = std::min(body[2], m_agreed.k);
-    if (m_state == LinkState::ResetWait) {
-        AnswerByLinkRequest(LinkState::ResetWait, now);
+    if (m_state != LinkState::Ready) {
+        HandleAcknowledgementInSetUp(number, credit, now);
         return;
     }
-    if (m_state == LinkState::LinkWait) {
-        // Any other number belongs to the previous link: the peer has not seen our request yet.
-        if (number != 1) {
-            ++m_counters.crossingAcknowledgements;
-            return;
-        }
-        EnterReady(now);
-        m_transfers.SetCredit(credit);
-        SendAcknowledgement(now);
-        return;
-    }
-
     m_t4 = now + m_own.t4;
-    if (const auto failure = m_transfers.TakeAcknowledgement(number, credit, now))
+    if (m_setUp.NextT0()) {
+        m_creditHeldBack = credit;
+        return;
+    }
+    if (const auto failure = m_outgoing.TakeAcknowledgement(number, credit, now))
         Fail(*failure, now);
+}
+
+void Link::HandleAcknowledgementInSetUp(std::uint8_t number, int credit, TimePoint now)
+{
+    const bool first = m_setUp.Hear(now);
+    if (m_state == LinkState::ResetWait) {
+        if (first && !m_setUp.HasAsked(now))
+            SendLinkRequest(now);
+        return;
+    }
+    if (number != 1) {
+        // It belongs to the previous link: the peer has not seen our request yet.
+        ++m_counters.crossingAcknowledgements;
+        return;
+    }
+    // Only an end that knows the line to be late gives no credit with its first LA; or one that has no room.
+    if (credit == 0)
+        m_setUp.BeLate();
+    m_setUp.HearAcknowledgement(credit, now);
+    if (m_setUp.IsLate()) {
+        m_roundTrip.TakeLimit(m_setUp.LongestRoundTrip());
+        if (!m_setUp.HasGivenCredit())
+            GiveCredit(now);
+    }
+    if (!m_setUp.IsLate() || m_setUp.IsSettled())
+        EnterReady(credit, now);
+}
+
+// The peer has our credit, so it has seen all that was sent before: nothing older is under way.
+void Link::HandleTransferInSetUp(const Octets& body, TimePoint now)
+{
+    const bool first = m_setUp.Hear(now);
+    if (m_state == LinkState::LinkWait && m_setUp.HasGivenCredit() && body[1] == 1) {
+        EnterReady(m_setUp.Credit(), now);
+        HandleTransfer(body, now);
+    } else if (first && !m_setUp.HasAsked(now)) {
+        SendLinkRequest(now);
+    }
 }
 
 void Link::HandleTransfer(const Octets& body, TimePoint now)
 {
-    if (!IsReady()) {
-        m_agreed = m_own;
-        AnswerByLinkRequest(LinkState::ResetWait, now);
+    if (m_state != LinkState::Ready) {
+        HandleTransferInSetUp(body, now);
         return;
     }
     const std::uint8_t number = body[1];
-    if (m_own.checkWindow) {
-        const auto lowest = static_cast<std::uint8_t>(m_lastNumberTold - m_agreed.k);
-        if (packet::Distance(lowest, number) >= m_agreed.k + m_lastCreditTold) {
-            Fail(LinkFailure::OutsideWindow, now);
-            return;
-        }
-    }
-    m_t4 = now + m_own.t4;
-    if (number != m_nextExpected) {
-        const bool seenBefore = packet::Distance(number, m_nextExpected) <= m_agreed.k;
-        ++(seenBefore ? m_counters.duplicates : m_counters.sequenceErrors);
-        SendAcknowledgement(now);
-    } else if (m_holdReceiving && number == m_firstWithoutCredit) {
-        ++m_counters.noBuffer;
-        SendAcknowledgement(now);
-    } else {
-        TakeTransfer(body, now);
-    }
-}
-
-void Link::TakeTransfer(const Octets& body, TimePoint now)
-{
-    const bool acknowledgeAtOnce = body[2] != 0;
-    ++m_nextExpected;
-    if (acknowledgeAtOnce || m_own.t2 == Milliseconds(0))
-        SendAcknowledgement(now);
-    else
-        m_t2 = now + m_own.t2;
-    if (body.size() == packet::HeaderOctets) {
-        ++m_counters.malformed;
+    if (m_incoming.IsOutsideWindow(number)) {
+        Fail(LinkFailure::OutsideWindow, now);
         return;
     }
-    ++m_counters.messagesIn;
-    m_events.push_back(MessageReceived{Octets(body.begin() + packet::HeaderOctets, body.end())});
+    m_t4 = now + m_own.t4;
+    if (m_setUp.NextT0() && m_incoming.IsWanted(number))
+        TakeCredit(now); // the peer has seen all that we sent before
+    if (m_incoming.Take(body, now))
+        m_events.push_back(MessageReceived{Octets(body.begin() + packet::HeaderOctets, body.end())});
 }
 
 // Changes of state.
@@ -282,52 +299,63 @@ void Link::AskForLink(TimePoint now)
     m_state = LinkState::ResetWait;
     m_agreed = m_own;
     m_pausing = false;
-    m_waitingForQuiet = false;
-    m_t0Interval = m_own.t0First;
+    m_setUp.Begin();
     SendLinkRequest(now);
 }
 
-// The peer is there, so T0 starts small again.
-void Link::AnswerByLinkRequest(LinkState next, TimePoint now)
+// Whether the request may be older than what we have said since we were ready, and nothing can arrive twice:
+// a message that was sent may be there already, so that no new request may follow it.
+bool Link::MaySettleAgain(TimePoint now) const
 {
-    if (++m_answersInARow > AnswersBeforeQuiet) {
-        WaitForQuietLine(now);
-        return;
-    }
-    m_state = next;
-    m_t0Interval = m_own.t0First;
-    SendLinkRequest(now);
+    return m_setUp.MayRequestBeOld(now) && !m_incoming.HasReceived() && !m_outgoing.IsAcknowledged() &&
+           (!m_outgoing.HasSent() || m_setUp.HasAnswered());
 }
 
-void Link::WaitForQuietLine(TimePoint now)
-{
-    ++m_counters.quietWaits;
-    StopTimers();
-    m_state = LinkState::ResetWait;
-    m_agreed = m_own;
-    m_waitingForQuiet = true;
-    m_quietLimit = now + m_own.t0First * LongestQuietWait;
-    m_t0 = now + m_own.t0First;
-}
-
-void Link::EnterReady(TimePoint now)
+void Link::SettleAgain(TimePoint now)
 {
     StopTimers();
-    m_transfers.Begin();
-    m_state = LinkState::Ready;
-    m_readySince = now;
-    m_nextExpected = 1;
-    m_firstWithoutCredit = 1;
+    m_outgoing.Recall();
+    m_state = LinkState::LinkWait;
+    m_isKept = true;
+    m_keptSince = now;
+    m_setUp.BeLate();
     m_t4 = now + m_own.t4;
-    m_events.push_back(LinkReady{m_agreed.n1, m_agreed.k, m_agreed.version});
+}
+
+void Link::EnterReady(int credit, TimePoint now)
+{
+    if (!m_setUp.HasGivenCredit())
+        GiveCredit(now);
+    m_setUp.Stop();
+    m_state = LinkState::Ready;
+    m_incoming.RestartT3(now);
+    m_t4 = now + m_own.t4;
+    if (!m_isKept) {
+        m_outgoing.Begin();
+        m_readySince = now;
+        m_events.push_back(LinkReady{m_agreed.n1, m_agreed.k, m_agreed.version});
+    }
+    m_isKept = false;
+    // Should another request of ours be answered yet, nothing must have been sent.
+    m_creditHeldBack = credit;
+    if (m_setUp.CertainAt() > now)
+        m_setUp.WaitUntil(m_setUp.CertainAt());
+    else
+        TakeCredit(now);
+}
+
+void Link::TakeCredit(TimePoint now)
+{
+    m_setUp.Stop();
+    m_outgoing.TakeCredit(std::exchange(m_creditHeldBack, 0), now);
 }
 
 void Link::LeaveReady(LinkFailure reason, TimePoint now)
 {
     StopTimers();
-    if (now - m_readySince > m_own.t1)
-        m_answersInARow = 0;
-    const std::size_t lost = m_transfers.Forget();
+    m_isKept = false;
+    m_setUp.LinkFailed(m_readySince, now);
+    const std::size_t lost = m_outgoing.Forget();
     m_counters.messagesLost += lost;
     ++m_counters.resets;
     m_events.push_back(LinkFailed{reason, lost});
@@ -343,32 +371,27 @@ void Link::Fail(LinkFailure reason, TimePoint now)
     AskForLink(now);
 }
 
-void Link::TakeMinima(const Octets& linkRequest)
-{
-    m_agreed.n1 = std::min(m_agreed.n1, linkRequest[1]);
-    // With a window of 0 the link would carry nothing.
-    m_agreed.k = std::max<std::uint8_t>(1, std::min(m_agreed.k, linkRequest[2]));
-    m_agreed.version = std::min(m_agreed.version, linkRequest[3]);
-}
-
-bool Link::IsAcceptable(const Octets& linkRequest) const
-{
-    return linkRequest[1] <= m_agreed.n1 && linkRequest[2] <= m_agreed.k &&
-           linkRequest[3] <= m_agreed.version;
-}
-
 void Link::OnT0(TimePoint now)
 {
-    // Nothing has come for a while, so nothing goes round in circles.
-    m_answersInARow = 0;
-    if (m_pausing || m_waitingForQuiet) {
+    if (m_pausing) {
         AskForLink(now);
-        return;
+    } else if (m_state == LinkState::Ready) {
+        TakeCredit(now);
+    } else if (m_isKept && (m_setUp.IsPeerGone(now) || (m_outgoing.HasSent() && !m_setUp.PeerIsReady()))) {
+        Fail(LinkFailure::PeerReset, now);
+    } else if (m_setUp.IsPeerGone(now)) {
+        AskForLink(now);
+    } else if (m_state == LinkState::LinkWait && m_setUp.PeerIsReady()) {
+        EnterReady(m_setUp.Credit(), now);
+    } else {
+        m_setUp.Lengthen();
+        if (m_state == LinkState::LinkWait) {
+            m_setUp.BeLate();
+            SendRequestAndAcknowledgement(now);
+        } else {
+            SendLinkRequest(now);
+        }
     }
-    m_state = LinkState::ResetWait;
-    m_agreed = m_own;
-    m_t0Interval = std::min(m_t0Interval * 2, m_own.t0Longest);
-    SendLinkRequest(now);
 }
 
 } // namespace map27

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "map27/link/IncomingTransfers.h"
+#include "map27/link/LinkSetUp.h"
 #include "map27/link/OutgoingTransfers.h"
 
 namespace map27 {
@@ -32,13 +34,19 @@ public:
     // long it is held; an LT without credit is dropped.
     LinkOutput HoldReceiving(bool hold, TimePoint now);
 
-    LinkState State() const { return m_state; }
-    bool IsReady() const { return m_state == LinkState::Ready; }
+    LinkState State() const { return m_isKept ? LinkState::Ready : m_state; }
+    bool IsReady() const { return State() == LinkState::Ready; }
     std::size_t LongestMessage() const { return m_agreed.LongestMessage(); }
     // Messages waiting for credit or acknowledgement.
-    std::size_t Backlog() const { return m_transfers.Backlog(); }
+    std::size_t Backlog() const { return m_outgoing.Backlog(); }
     // When the oldest message that still waits for its acknowledgement was sent first; empty when none does.
-    Deadline UnacknowledgedSince() const { return m_transfers.UnacknowledgedSince(); }
+    // While the link settles again: since when messages are kept.
+    Deadline UnacknowledgedSince() const
+    {
+        return m_isKept && Backlog() > 0 ? Deadline{m_keptSince} : m_outgoing.UnacknowledgedSince();
+    }
+    // How late the line is; 0 as long as nothing is known, and on a cable.
+    Milliseconds RoundTripTime() const;
     LinkCounters Counters() const;
     const LinkParameters& OwnParameters() const { return m_own; }
 
@@ -48,21 +56,27 @@ private:
     void HandleLinkRequest(const Octets& body, TimePoint now);
     void HandleAcknowledgement(const Octets& body, TimePoint now);
     void HandleTransfer(const Octets& body, TimePoint now);
-    void TakeTransfer(const Octets& body, TimePoint now);
+
+    // While the link is set up.
+    void HandleAcknowledgementInSetUp(std::uint8_t number, int credit, TimePoint now);
+    void HandleTransferInSetUp(const Octets& body, TimePoint now);
 
     // Changes of state.
     void AskForLink(TimePoint now);
-    void AnswerByLinkRequest(LinkState next, TimePoint now);
-    void WaitForQuietLine(TimePoint now);
-    void EnterReady(TimePoint now);
+    void AnswerRequest(TimePoint now);
+    bool MaySettleAgain(TimePoint now) const;
+    void SettleAgain(TimePoint now);
+    void EnterReady(int credit, TimePoint now);
+    void TakeCredit(TimePoint now);
     void LeaveReady(LinkFailure reason, TimePoint now);
     void Fail(LinkFailure reason, TimePoint now);
-    void TakeMinima(const Octets& linkRequest);
-    bool IsAcceptable(const Octets& linkRequest) const;
     void OnT0(TimePoint now);
 
     void SendLinkRequest(TimePoint now);
-    void SendAcknowledgement(TimePoint now);
+    // With the LA that would follow it.
+    void SendRequestAndAcknowledgement(TimePoint now);
+    // By the LA that ends the set-up as far as this end is concerned.
+    void GiveCredit(TimePoint now);
     void StopTimers();
     LinkOutput TakeOutput();
 
@@ -73,28 +87,20 @@ private:
     std::vector<LinkEvent> m_events;
     LinkCounters m_counters;
     FrameSender m_sender;
-    OutgoingTransfers m_transfers;
+    RoundTrip m_roundTrip;
+    OutgoingTransfers m_outgoing;
+    IncomingTransfers m_incoming;
 
     // Setting up.
-    bool m_pausing = false;         // Reset's pause: nothing is answered
-    bool m_waitingForQuiet = false; // likewise, until the line has been quiet
-    TimePoint m_quietLimit{};       // then the request goes out however noisy the line is
-    Milliseconds m_t0Interval{};
-    int m_answersInARow =
-        0; // LRs sent in answer to something, without a stable link or a quiet line in between
+    bool m_pausing = false; // Reset's pause: nothing is answered
+    LinkSetUp m_setUp;
     TimePoint m_readySince{};
+    // Ready for the owner, though an old request has come and the link is settling again: no message has
+    // arrived in either direction yet, so those that wait are kept.
+    bool m_isKept = false;
+    TimePoint m_keptSince{};
+    int m_creditHeldBack = 0; // until no old answer can come any more
 
-    // Ready; the standard's names in brackets.
-    std::uint8_t m_nextExpected = 1;   // V(R)
-    std::uint8_t m_lastNumberTold = 1; // N(R) and N(k) of the last LA sent
-    std::uint8_t m_lastCreditTold = 0;
-    std::uint8_t m_firstWithoutCredit =
-        1; // the peer's first LT beyond all credit it was told; R(k) with V(R)
-    bool m_holdReceiving = false;
-
-    Deadline m_t0;
-    Deadline m_t2;
-    Deadline m_t3;
     Deadline m_t4;
 };
 

@@ -79,8 +79,7 @@ struct LinkCounters {
     std::uint64_t resets = 0;        // link failures and Reset, together
     std::uint64_t silences = 0;      // T4 failures
     std::uint64_t retryFailures = 0; // N2 failures
-    std::uint64_t quietWaits = 0;   // set-ups that went round in circles and were broken off for a quiet line
-    std::uint64_t messagesLost = 0; // queued or unacknowledged when a link ended
+    std::uint64_t messagesLost = 0;  // queued or unacknowledged when a link ended
     FramingCounters framing;
 };
 

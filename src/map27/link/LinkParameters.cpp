@@ -21,4 +21,17 @@ LinkParameters LinkParameters::ForBitRate(unsigned bitsPerSecond)
     return parameters;
 }
 
+void LinkParameters::TakeMinima(const Octets& linkRequest)
+{
+    n1 = std::min(n1, linkRequest[1]);
+    // With a window of 0 the link would carry nothing.
+    k = std::max<std::uint8_t>(1, std::min(k, linkRequest[2]));
+    version = std::min(version, linkRequest[3]);
+}
+
+bool LinkParameters::Accept(const Octets& linkRequest) const
+{
+    return linkRequest[1] <= n1 && linkRequest[2] <= k && linkRequest[3] <= version;
+}
+
 } // namespace map27

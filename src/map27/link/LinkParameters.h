@@ -1,5 +1,6 @@
 #pragma once
 
+#include "map27/codec/Octets.h"
 #include "map27/link/Time.h"
 
 #include <cstddef>
@@ -31,6 +32,10 @@ struct LinkParameters {
     std::size_t queueLimit = 256; // how many messages may wait for credit before Send refuses more
 
     std::size_t LongestMessage() const { return 16 * (std::size_t{n1} + 1); }
+
+    // N1, k and the version of a body that is an LR.
+    void TakeMinima(const Octets& linkRequest);
+    bool Accept(const Octets& linkRequest) const;
 
     // T0 and T1 suit 9600 bit/s; this scales them for another line. 0: an unpaced line, times as for 9600.
     static LinkParameters ForBitRate(unsigned bitsPerSecond);

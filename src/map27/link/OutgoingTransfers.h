@@ -3,6 +3,7 @@
 #include "map27/link/FrameSender.h"
 #include "map27/link/LinkEvents.h"
 #include "map27/link/LinkParameters.h"
+#include "map27/link/RoundTrip.h"
 
 #include <deque>
 #include <optional>
@@ -15,7 +16,7 @@ class OutgoingTransfers {
 public:
     // `agreed`: N1 and k as negotiated so far; all belong to the link.
     OutgoingTransfers(const LinkParameters& own, const LinkParameters& agreed, FrameSender& sender,
-                      LinkCounters& counters);
+                      RoundTrip& roundTrip, LinkCounters& counters);
 
     // A new link: numbered from 1, without credit, with nothing to send.
     void Begin();
@@ -25,7 +26,13 @@ public:
     bool IsFull() const { return m_queue.size() >= m_own.queueLimit; }
     // Sends at once or as soon as there is credit, in order.
     void Send(OctetSpan message, TimePoint now);
-    void SetCredit(int credit) { m_credit = credit; }
+    void TakeCredit(int credit, TimePoint now);
+    // The same messages on the same link set up once more: numbered from 1, without credit.
+    void Recall();
+    // Something has been sent since the link was ready first.
+    bool HasSent() const { return m_hasSent; }
+    bool IsAcknowledged() const { return m_lastAcknowledged != 1; }
+
     // An LA on the link that is up: N(R) and N(k). Why the link has failed with it; empty: it has not.
     std::optional<LinkFailure> TakeAcknowledgement(std::uint8_t number, int credit, TimePoint now);
 
@@ -41,25 +48,35 @@ private:
         std::uint8_t number;
         Octets message;
         TimePoint since;
+        int copies;
+        TimePoint lastCopy;
+        TimePoint copyBefore;
     };
 
+    void StartNumbering();
     std::optional<LinkFailure> TakeRepeatedAcknowledgement(int credit, TimePoint now);
     void SendQueued(TimePoint now);
-    void Transmit(const Sent& sent, bool acknowledgeAtOnce, TimePoint now);
+    void Transmit(Sent& sent, bool acknowledgeAtOnce, TimePoint now);
+    void Measure(std::size_t acknowledged, TimePoint now);
+    Milliseconds RepetitionTime() const { return std::max(m_own.t1, m_roundTrip.AtMost() + m_own.t0First); }
     void GoBack(TimePoint now);
 
     const LinkParameters& m_own;
     const LinkParameters& m_agreed;
     FrameSender& m_sender;
+    RoundTrip& m_roundTrip;
     LinkCounters& m_counters;
 
     std::uint8_t m_nextToSend = 1;       // V(S)
     std::uint8_t m_lastAcknowledged = 1; // last N(R) received
     int m_credit = 0;                    // S(k)
-    int m_triesLeft = 0;                 // C1
-    std::deque<Octets> m_queue;          // not sent yet
-    std::deque<Sent> m_outstanding;      // sent, not acknowledged
-    TimePoint m_mayBeAnsweredFrom{};     // no LA that answers the last LT can be here before
+    bool m_hasSent = false;
+    int m_triesLeft = 0;             // C1
+    std::deque<Octets> m_queue;      // not sent yet
+    std::deque<Sent> m_outstanding;  // sent, not acknowledged
+    TimePoint m_mayBeAnsweredFrom{}; // no LA that answers the last LT can be here before
+    int m_echoesDue = 0;             // LAs that answer the copies of what the last new one acknowledged
+    TimePoint m_echoesUntil{};
     Deadline m_t1;
 };
 

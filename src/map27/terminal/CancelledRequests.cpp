@@ -15,14 +15,14 @@ bool IsPast(const Deadline& deadline, TimePoint now)
 
 void CancelledRequests::AddMessage(TimePoint now)
 {
-    m_messageEnd = now + m_wait;
-    m_mismatch = now + m_wait;
+    m_messageEnd = now + m_wait + m_delay;
+    m_mismatch = now + m_wait + m_delay;
 }
 
 void CancelledRequests::AddCall(Address party, TimePoint now)
 {
-    m_mismatch = now + m_wait;
-    m_call = now + m_wait;
+    m_mismatch = now + m_wait + m_delay;
+    m_call = now + m_wait + m_delay;
     m_calledParty = party;
 }
 

@@ -11,11 +11,14 @@ public:
     // `wait`: how long such answers are expected at most.
     CancelledRequests(Outbox& outbox, Milliseconds wait) : m_outbox(outbox), m_wait(wait) {}
 
+    // What the line adds to that.
+    void SetDelay(Milliseconds delay) { m_delay = delay; }
+
     void AddMessage(TimePoint now);
     // A call that was being set up, or was hung up.
     void AddCall(Address party, TimePoint now);
     // The radio was put on hook, or its transmitter released, whatever it was doing.
-    void AddControl(TimePoint now) { m_mismatch = now + m_wait; }
+    void AddControl(TimePoint now) { m_mismatch = now + m_wait + m_delay; }
     void Forget();
 
     // Until then the next message waits for the end of the cancelled one; empty: none does.
@@ -39,6 +42,7 @@ public:
 private:
     Outbox& m_outbox;
     Milliseconds m_wait;
+    Milliseconds m_delay{0};
     Deadline m_messageEnd; // C0, E0 or A6 of a message is still to come
     Deadline m_mismatch;   // "state mismatch" would answer our cancelling
     Deadline m_call;       // progress of this call set-up, or the confirmation of its end, may come

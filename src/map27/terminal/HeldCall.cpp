@@ -46,7 +46,7 @@ bool HeldCall::LinkIsUp(TimePoint now)
 {
     m_firstWord = true;
     if (m_lost)
-        m_until = now + m_wait;
+        m_until = now + m_wait + m_delay;
     if (const auto party = std::exchange(m_setUp, std::nullopt)) {
         m_transmit(ClearMessage{true, *party, ClearCause::CancelAttempt}, now);
         m_cancelled.AddCall(*party, now);

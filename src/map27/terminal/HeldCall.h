@@ -20,6 +20,9 @@ public:
     HeldCall(Outbox& outbox, Transaction& transaction, CancelledRequests& cancelled, Milliseconds wait,
              Transmit transmit);
 
+    // What the line adds to the wait.
+    void SetDelay(Milliseconds delay) { m_delay = delay; }
+
     // A call is being hung up or given up; its end may be lost with the link.
     void HangingUp(Address party) { m_hangingUp = party; }
     // The radio has acknowledged everything.
@@ -48,6 +51,7 @@ private:
     Transaction& m_transaction;
     CancelledRequests& m_cancelled;
     const Milliseconds m_wait;
+    Milliseconds m_delay{0};
     Transmit m_transmit;
     std::optional<Address> m_hangingUp;
     std::optional<Lost> m_lost;

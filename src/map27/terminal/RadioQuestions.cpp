@@ -70,7 +70,7 @@ std::optional<Refusal> RadioQuestions::Ask(RadioInfo kind, bool byOperator, Open
 {
     if (auto refusal = m_transmit(InterrogationMessage{static_cast<std::uint8_t>(kind)}, now))
         return refusal;
-    m_open.push_back({kind, byOperator, request != OpenRequest::None, now + m_wait});
+    m_open.push_back({kind, byOperator, request != OpenRequest::None, now + m_wait + m_delay});
     return std::nullopt;
 }
 

@@ -22,6 +22,9 @@ public:
     // `wait`: then a question counts as unanswered, and the next one is asked.
     RadioQuestions(Outbox& outbox, Milliseconds wait, Transmit transmit);
 
+    // What the line adds to the wait.
+    void SetDelay(Milliseconds delay) { m_delay = delay; }
+
     // The link came up. `conditionFirst`: the operating condition is asked for before all else.
     void Begin(bool conditionFirst);
     // Nothing is asked any more, and nothing is expected.
@@ -78,6 +81,7 @@ private:
 
     Outbox& m_outbox;
     Milliseconds m_wait;
+    Milliseconds m_delay{0};
     Transmit m_transmit;
     std::deque<RadioInfo> m_own; // still to be asked
     std::vector<Question> m_open;

@@ -92,6 +92,11 @@ void Terminal::Take(LinkOutput output, TimePoint now)
 {
     for (Octets& frame : output.frames)
         m_outbox.Transmit(std::move(frame));
+    // What is asked goes over the line, and so does what comes of it; each after what was under way.
+    const Milliseconds delay = 2 * m_link.RoundTripTime();
+    m_cancelled.SetDelay(delay);
+    m_questions.SetDelay(delay);
+    m_held.SetDelay(delay);
     for (const LinkEvent& event : output.events) {
         if (const auto* received = std::get_if<MessageReceived>(&event)) {
             OnMessage(received->message, now);

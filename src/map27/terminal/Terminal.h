@@ -78,6 +78,9 @@ public:
     // When the oldest message that the radio has not acknowledged was sent; empty when it owes none.
     Deadline UnacknowledgedSince() const { return m_link.UnacknowledgedSince(); }
 
+    // How late the line is; 0 on a cable.
+    Milliseconds RoundTripTime() const { return m_link.RoundTripTime(); }
+
     bool IsLinkReady() const { return m_link.IsReady(); }
     TerminalState State() const { return m_transaction.State(); }
     bool IsTransmitting() const { return m_transaction.IsTransmitting(); }

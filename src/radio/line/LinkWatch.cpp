@@ -31,9 +31,9 @@ void LinkWatch::Begin(TimePoint now, const map27::Terminal& terminal)
     m_question.clear();
 }
 
-void LinkWatch::LinkIsReady(TimePoint now)
+void LinkWatch::LinkIsReady(TimePoint now, const map27::Terminal& terminal)
 {
-    m_probeAt = now + ProbeInterval;
+    m_probeAt = now + ProbeInterval + terminal.RoundTripTime();
     m_heard.clear();
 }
 
@@ -58,9 +58,14 @@ LinkWatch::Finding LinkWatch::Look(const map27::Terminal& terminal, TimePoint no
     if (!m_question.isEmpty() && m_heard.contains(m_question))
         return Finding::Echo;
     if (!terminal.IsLinkReady())
-        return now - m_begin >= AnswerLimit ? WhatIsHeard(terminal) : Finding::None;
+        return now - m_begin >= AnswerLimitOf(terminal) ? WhatIsHeard(terminal) : Finding::None;
     const map27::Deadline since = terminal.UnacknowledgedSince();
-    return since && now - *since >= AnswerLimit ? Finding::Owes : Finding::None;
+    return since && now - *since >= AnswerLimitOf(terminal) ? Finding::Owes : Finding::None;
+}
+
+map27::Milliseconds LinkWatch::AnswerLimitOf(const map27::Terminal& terminal)
+{
+    return AnswerLimit + terminal.RoundTripTime();
 }
 
 LinkWatch::Finding LinkWatch::WhatIsHeard(const map27::Terminal& terminal) const
@@ -85,7 +90,7 @@ bool LinkWatch::TakeProbe(const map27::Terminal& terminal, TimePoint now)
 {
     if (!terminal.IsLinkReady() || now < m_probeAt)
         return false;
-    m_probeAt = now + ProbeInterval;
+    m_probeAt = now + ProbeInterval + terminal.RoundTripTime();
     return true;
 }
 
@@ -97,10 +102,10 @@ bool LinkWatch::ReopenIsDue(const map27::Terminal& terminal, TimePoint now) cons
 map27::Deadline LinkWatch::NextLook(const map27::Terminal& terminal) const
 {
     if (!terminal.IsLinkReady())
-        return std::max(m_begin + AnswerLimit, m_lastLook + LookInterval);
+        return std::max(m_begin + AnswerLimitOf(terminal), m_lastLook + LookInterval);
     const map27::Deadline since = terminal.UnacknowledgedSince();
-    const bool toldLater = since && *since + AnswerLimit > m_lastLook;
-    return toldLater ? std::min(*since + AnswerLimit, m_probeAt) : m_probeAt;
+    const bool toldLater = since && *since + AnswerLimitOf(terminal) > m_lastLook;
+    return toldLater ? std::min(*since + AnswerLimitOf(terminal), m_probeAt) : m_probeAt;
 }
 
 QString LinkWatch::HeardInstead() const

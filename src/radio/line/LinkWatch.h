@@ -22,6 +22,7 @@ public:
         LinkSlow, // no link, though good frames come
     };
 
+    // On a line that is late both are longer by its round trip.
     static constexpr map27::Milliseconds ProbeInterval{8000};
     static constexpr map27::Milliseconds AnswerLimit{4000};
     // A line that has had no link for this long is opened anew: a dead network connection or a stuck adapter
@@ -30,7 +31,7 @@ public:
 
     // The line was opened, or its link was lost.
     void Begin(map27::TimePoint now, const map27::Terminal& terminal);
-    void LinkIsReady(map27::TimePoint now);
+    void LinkIsReady(map27::TimePoint now, const map27::Terminal& terminal);
     void Hear(map27::OctetSpan octets);
     void Send(const map27::Octets& frame);
 
@@ -45,6 +46,7 @@ public:
     QString HeardInstead() const;
 
 private:
+    static map27::Milliseconds AnswerLimitOf(const map27::Terminal& terminal);
     Finding WhatIsHeard(const map27::Terminal& terminal) const;
     bool IsText() const;
 

@@ -141,7 +141,7 @@ void RadioLine::OnLinkReady()
     if (!m_terminal->IsLinkReady())
         return; // lost again before this was delivered
     m_retryPause = FirstRetry;
-    m_watch.LinkIsReady(Now());
+    m_watch.LinkIsReady(Now(), *m_terminal);
     Tell({LineCondition::Kind::Ready});
 }
 
