@@ -4,6 +4,7 @@
 #include "radio/trace/TraceFile.h"
 #include "radio/trace/TracedPort.h"
 #include "support/FakeClock.h"
+#include "support/Files.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -102,6 +103,28 @@ TEST(WireTrace, TheOlderFileMakesRoomByAgeAndBySize)
         EXPECT_EQ(newer[1].at - older.back().at, std::chrono::minutes(10)) << "nothing is lost between";
         EXPECT_EQ(QDir(folder.path()).entryList({"*.jsonl"}).size(), 2);
     }
+}
+
+// Half a line that was left, and an older file that cannot be put aside for a while.
+TEST(WireTrace, WhatCannotBeWrittenIsCountedAndSpoilsNothing)
+{
+    const QTemporaryDir folder;
+    const QString name = folder.filePath("line-trace");
+    const TraceEntry entry{.octets = map27::Octets(20, 0x16)};
+    WriteFile(name + ".jsonl", QByteArray::fromStdString(map27::WriteTraceEntry(entry)) + "\n{\"ms\":12");
+    QDir(folder.path()).mkdir("line-trace.1.jsonl");
+    TraceFile file(name, {200, 36000000});
+    const QDateTime now(QDate(2024, 3, 1), QTime(10, 0));
+    file.Write({entry}, now, {});
+    for (int number = 0; number < 3; ++number)
+        file.Write({entry, entry}, now, {});
+    EXPECT_EQ(EntriesOf(name + ".jsonl").size(), 3U) << "the two frames and a time";
+    QDir(folder.path()).rmdir("line-trace.1.jsonl");
+    file.Write({entry}, now, {});
+    const auto entries = EntriesOf(name + ".jsonl");
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[1].kind, TraceEntry::Kind::Lost);
+    EXPECT_EQ(entries[1].number, 6);
 }
 
 TEST(WireTrace, AFolderThatCannotBeWrittenCostsNothingElse)

@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <algorithm>
 
 namespace {
 
@@ -19,25 +20,29 @@ void TraceFile::Write(const std::vector<map27::TraceEntry>& entries, const QDate
 {
     const bool isNew = !m_file.isOpen();
     if (isNew && !Open())
-        return Fail();
+        return Fail(entries.size());
     const bool isFull = m_file.size() >= m_bounds.size || m_since.msecsTo(now) >= m_bounds.age;
-    if (isFull) {
-        Rotate();
-        if (!Open())
-            return Fail();
-    }
-    bool written = true;
+    if (isFull && (!Rotate() || !Open()))
+        return Fail(entries.size());
+    QByteArray lines;
     const map27::TimePoint first = entries.front().at;
     if (isNew || isFull)
-        written = WriteLine({.kind = map27::TraceEntry::Kind::Time,
-                             .at = first,
-                             .time = TimeText(now.addMSecs((first - at).count())).toStdString()});
+        lines += LineOf({.kind = map27::TraceEntry::Kind::Time,
+                         .at = first,
+                         .time = TimeText(now.addMSecs((first - at).count())).toStdString()});
+    if (m_missing > 0)
+        lines += LineOf({.kind = map27::TraceEntry::Kind::Lost, .at = first, .number = m_missing});
+    for (const map27::TraceEntry& entry : entries)
+        lines += LineOf(entry);
+    const qint64 end = m_file.size();
+    if (m_file.write(lines) != lines.size()) {
+        Fail(entries.size());
+        QFile::resize(m_name + QLatin1String(Suffix), end); // all of them or none
+        return;
+    }
     if (m_since.isNull())
         m_since = now;
-    for (const map27::TraceEntry& entry : entries)
-        written = written && WriteLine(entry);
-    if (!written || !m_file.flush())
-        return Fail();
+    m_missing = 0;
     m_failed = false;
 }
 
@@ -53,10 +58,22 @@ bool TraceFile::Open()
     m_file.setFileName(m_name + QLatin1String(Suffix));
     const QFileInfo before(m_file.fileName());
     m_since = before.exists() && before.size() > 0 ? before.birthTime() : QDateTime();
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append, dao::OwnerOnly))
+    if (!m_file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered, dao::OwnerOnly))
         return false;
     m_file.setPermissions(dao::OwnerOnly);
+    EndAtALine();
     return true;
+}
+
+// The computer may have stopped in the middle of one.
+void TraceFile::EndAtALine()
+{
+    constexpr qint64 longest = 65536;
+    const qint64 begin = std::max<qint64>(0, m_file.size() - longest);
+    m_file.seek(begin);
+    const QByteArray end = m_file.read(longest);
+    if (!end.isEmpty() && !end.endsWith('\n'))
+        m_file.resize(begin + end.lastIndexOf('\n') + 1);
 }
 
 bool TraceFile::TakePlace()
@@ -77,22 +94,22 @@ bool TraceFile::TakePlace()
     return false;
 }
 
-void TraceFile::Rotate()
+bool TraceFile::Rotate()
 {
     m_file.close();
     const QString older = m_name + QLatin1String(OlderSuffix);
     QFile::remove(older);
-    QFile::rename(m_file.fileName(), older);
+    return m_file.rename(older);
 }
 
-bool TraceFile::WriteLine(const map27::TraceEntry& entry)
+QByteArray TraceFile::LineOf(const map27::TraceEntry& entry)
 {
-    const QByteArray line = QByteArray::fromStdString(map27::WriteTraceEntry(entry)) + '\n';
-    return m_file.write(line) == line.size();
+    return QByteArray::fromStdString(map27::WriteTraceEntry(entry)) + '\n';
 }
 
-void TraceFile::Fail()
+void TraceFile::Fail(std::size_t entries)
 {
+    m_missing += static_cast<qint64>(entries);
     if (!m_failed)
         ProgramLog::Write(QStringLiteral("The trace of the radio's line is not kept: %1: %2")
                               .arg(m_name + QLatin1String(Suffix), m_file.errorString()));
