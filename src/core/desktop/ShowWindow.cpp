@@ -32,7 +32,8 @@ void MoveOntoScreen(QWidget& window)
 void MarkUrgent(QWidget& window)
 {
     Display* display = XDisplay();
-    if (!display) {
+    const QWindow* handle = window.windowHandle();
+    if (!display || !handle) {
         QApplication::alert(&window);
         return;
     }
@@ -40,7 +41,7 @@ void MarkUrgent(QWidget& window)
     constexpr long Application = 1; // the source of the request
     XEvent event = {};
     event.xclient.type = ClientMessage;
-    event.xclient.window = window.winId();
+    event.xclient.window = handle->winId(); // not QWidget::winId, which may be that of an earlier showing
     event.xclient.message_type = XInternAtom(display, "_NET_WM_STATE", False);
     event.xclient.format = 32;
     event.xclient.data.l[0] = Add;

@@ -177,11 +177,11 @@ bool GroupsPane::Reload(bool withStatic, const QString& lookfor, ReloadCause cau
 
 void GroupsPane::Load(bool withStatic, const QString& lookfor, ReloadCause cause)
 {
-    if (withStatic) {
-        m_lookfor = lookfor;
+    if (withStatic)
         m_loader.LoadStatic(lookfor, cause);
-    }
     m_loader.LoadDynamic(lookfor, cause);
+    if (withStatic)
+        m_lookfor = lookfor; // not what was given up
     m_commands.MarkPending();
 }
 

@@ -25,12 +25,15 @@ void StayOnTop(const QWidget& window, bool on)
 void KeepAbove(const QWidget& window, const QWidget* other)
 {
     Display* display = XDisplay();
-    if (!display || !window.windowHandle())
+    const QWindow* handle = window.windowHandle();
+    const QWindow* below = other ? other->windowHandle() : nullptr;
+    if (!display || !handle || (other && !below))
         return;
-    if (other)
-        XSetTransientForHint(display, window.winId(), other->winId());
+    // A window that is shown again is a new one of the display's, of which QWidget::winId knows nothing.
+    if (below)
+        XSetTransientForHint(display, handle->winId(), below->winId());
     else
-        XDeleteProperty(display, window.winId(), XA_WM_TRANSIENT_FOR);
+        XDeleteProperty(display, handle->winId(), XA_WM_TRANSIENT_FOR);
     XFlush(display);
 }
 
