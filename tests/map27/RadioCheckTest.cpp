@@ -10,11 +10,17 @@ using map27::Milliseconds;
 
 namespace {
 
+// What the simulated radio is told, and when.
+struct Told {
+    int ms;
+    const char* command;
+};
+
 // The check at one end of a line of 9600 bit/s and a radio at the other, in virtual time.
 template <typename RadioSide> class Bench {
 public:
     template <typename... Arguments>
-    Bench(bool transmits, bool connected, Arguments&&... arguments)
+    Bench(bool transmits, bool connected, std::vector<Told> told, Arguments&&... arguments)
         : m_check({.transmitTo = transmits ? std::optional(map27::Address{0, 2}) : std::nullopt}),
           m_radio(std::forward<Arguments>(arguments)...)
     {
@@ -22,7 +28,16 @@ public:
         if (connected)
             Deliver(m_radio.ConsoleCame(m_now));
         while (!m_check.IsOver() && m_now < map27::TimePoint{Milliseconds{600000}}) {
-            m_now = std::max(m_now, *map27::Earlier(m_check.NextDeadline(), m_radio.NextDeadline()));
+            map27::Deadline next = map27::Earlier(m_check.NextDeadline(), m_radio.NextDeadline());
+            if (!told.empty())
+                next = map27::Earlier(next, map27::TimePoint{Milliseconds{told.front().ms}});
+            m_now = std::max(m_now, *next);
+            if (!told.empty() && m_now >= map27::TimePoint{Milliseconds{told.front().ms}}) {
+                const auto answer = m_radio.Execute(told.front().command, m_now);
+                EXPECT_TRUE(answer.text.starts_with("ok")) << answer.text;
+                Deliver(answer.output);
+                told.erase(told.begin());
+            }
             Deliver(m_radio.OnTime(m_now));
             Deliver(m_check.OnTime(m_now));
         }
@@ -78,8 +93,8 @@ sim::SimulationSettings SettingsWith(const std::string& fault)
 // Against the simulated radio.
 class CheckBench : public Bench<sim::Simulation> {
 public:
-    CheckBench(const std::string& fault, bool transmits, bool connected = true)
-        : Bench(transmits, connected, sim::LoadScenario("tour"), SettingsWith(fault))
+    CheckBench(const std::string& fault, bool transmits, bool connected = true, std::vector<Told> told = {})
+        : Bench(transmits, connected, std::move(told), sim::LoadScenario("tour"), SettingsWith(fault))
     {
     }
 };
@@ -141,10 +156,35 @@ TEST(RadioCheck, EveryFaultIsFound)
         // Its trace, played again, shows the same fault to another check, frame by frame.
         if (std::string(row.fault).starts_with("drop-frames"))
             continue;
-        Bench<sim::Replay> again(row.transmits, true, sim::ToReplay(bench.Traced()), sim::ReplaySettings{});
+        Bench<sim::Replay> again(row.transmits, true, {}, sim::ToReplay(bench.Traced()),
+                                 sim::ReplaySettings{});
         EXPECT_TRUE(again.Radio().TheEnd() && again.Radio().TheEnd()->isFaithful)
             << row.fault << ": " << (again.Radio().TheEnd() ? again.Radio().TheEnd()->text : "no end");
         EXPECT_EQ(again.Text(), bench.Text()) << row.fault;
+    }
+}
+
+// Nobody but the check's user can learn of it.
+TEST(RadioCheck, WhatComesInIsShown)
+{
+    struct Row {
+        Told told;
+        const char* words;
+        bool isEmergency = false;
+    };
+    constexpr Row rows[] = {
+        {{200, "status Unit20 5"}, "RECEIVE STATUS from 0/2: 5"},
+        {{6000, "text 0/21 HELP ME"}, "\"HELP ME\""},
+        {{6000, "call 0/20"}, "INCOMING CALL from 0/20: to be answered"},
+        {{6000, "call 0/20 connected emergency"}, "INCOMING EMERGENCY CALL from 0/20: connected", true},
+    };
+    for (const Row& row : rows) {
+        const CheckBench bench("", false, true, {row.told});
+        ASSERT_EQ(bench.Report().received.size(), 1U) << row.words;
+        EXPECT_NE(bench.Text().find(row.words), std::string::npos) << bench.Text();
+        EXPECT_EQ(bench.Report().HasEmergency(), row.isEmergency);
+        EXPECT_EQ(bench.Report().items.back().verdict == CheckReport::Verdict::LeftOut, row.isEmergency)
+            << bench.Text();
     }
 }
 

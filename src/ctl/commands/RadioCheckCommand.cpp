@@ -110,12 +110,22 @@ private:
                                      static_cast<qsizetype>(frame.size())));
         for (const map27::TraceEntry& entry : output.traced)
             WriteTrace(entry);
+        ShowArrivals();
         if (m_check.IsOver())
             return m_loop.quit();
         if (const map27::Deadline next = m_check.NextDeadline())
             m_timer.start(std::max(*next - Now(), map27::Milliseconds{0}));
         else
             m_timer.stop();
+    }
+
+    // At once: whoever is at the radio must not wait for the report.
+    void ShowArrivals()
+    {
+        const auto& received = m_check.Report().received;
+        for (; m_shown < received.size(); ++m_shown)
+            Console::PrintError(
+                QStringLiteral("veltorkynctl: %1").arg(QString::fromStdString(received[m_shown].text)));
     }
 
     void WriteTrace(const map27::TraceEntry& entry)
@@ -132,6 +142,7 @@ private:
 
     SystemClock m_clock;
     map27::RadioCheck m_check;
+    std::size_t m_shown = 0; // of what came in
     QFile m_trace;
     QEventLoop m_loop;
     QTimer m_timer;
@@ -161,6 +172,14 @@ int Run(const Request& request)
     Console::Print(QString::fromStdString(text).trimmed());
     if (!report.linkCameUp)
         throw Error(ErrorCode::General, QStringLiteral("%1: no link to a radio").arg(port));
+    if (report.HasEmergency())
+        throw Error(
+            ErrorCode::General,
+            QStringLiteral("%1: an emergency call came in and ended the check; start the console at once")
+                .arg(port));
+    if (!report.received.empty())
+        throw Error(ErrorCode::General,
+                    QStringLiteral("%1: messages or calls came in, which are shown here only").arg(port));
     if (report.Deviations() > 0)
         throw Error(
             ErrorCode::General,
@@ -179,14 +198,18 @@ Nothing is sent over the air, and no setting of the radio is changed, unless --t
 radio: it gets a status, a short text, and some messages that have to be refused. Take one whose
 user knows.
 
+What comes in while the check has the radio, a status, a text or a call, is shown at once on
+standard error and in the report, and nowhere else: no console will show it. An emergency call ends
+the check; start the console then. A call is not answered.
+
 PORT is a serial port (ttyUSB0, /dev/ttyS0, COM1) or tcp://HOST:PORT. The console must not have it
 open. The check takes about 20 seconds.
 
 A line of the report is a verdict, a word that stays the same from version to version, and what
 was seen: ok; note: allowed, but worth knowing; deviates: from the standard; no answer; left out.
 
-Exit codes: 0 when nothing deviates; 1 when something does (after the report), or when there is no
-link or no port; 2 wrong arguments.)";
+Exit codes: 0 when nothing deviates; 1 when something does or something came in (both after the
+report), or when there is no link or no port; 2 wrong arguments.)";
 
 } // namespace
 

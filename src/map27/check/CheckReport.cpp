@@ -104,6 +104,12 @@ void CheckReport::Add(const Finding& finding)
         ++same->count;
 }
 
+bool CheckReport::HasEmergency() const
+{
+    return std::ranges::any_of(
+        received, [](const Arrival& one) { return one.isEmergency; });
+}
+
 int CheckReport::Deviations() const
 {
     const auto items_ = std::ranges::count_if(
@@ -123,6 +129,10 @@ std::string CheckReportText(const CheckReport& report, const CheckFrame& frame)
     for (const CheckReport::Item& item : report.items)
         text += Row(WordOf(item.verdict), item.name,
                     item.text + (item.took ? " (" + MsText(*item.took) + ')' : ""));
+    if (!report.received.empty())
+        text += "\nWhat came in meanwhile, and is shown here only:\n";
+    for (const CheckReport::Arrival& one : report.received)
+        text += Row(one.isEmergency ? "EMERGENCY" : "message", "after " + MsText(one.at), one.text);
     text += "\nWhat struck about the radio's frames:\n";
     for (const CheckReport::Struck& one : report.struck)
         text += Row(WordOf(one.first.weight), one.first.kind,
@@ -146,10 +156,16 @@ std::string CheckReportJson(const CheckReport& report, const CheckFrame& frame)
         return Member("name", one.first.kind) + ", " + Member("verdict", WordOf(one.first.weight)) +
                ", \"count\": " + std::to_string(one.count) + ", " + Member("text", one.first.text);
     };
+    const auto received = [](const CheckReport::Arrival& one) {
+        return "\"ms\": " + std::to_string(one.at.count()) +
+               ", \"emergency\": " + (one.isEmergency ? "true" : "false") + ", " + Member("text", one.text);
+    };
     return "{\n  " + Member("program", frame.program) + ",\n  " + Member("time", frame.time) + ",\n  " +
            Member("port", frame.port) + ",\n  \"speed\": " + std::to_string(frame.bitsPerSecond) +
-           ",\n  \"items\": " + List(report.items, item) + ",\n  \"struck\": " + List(report.struck, struck) +
-           ",\n  " + TimesJson("acknowledgements", report.acknowledgements) + ",\n  " +
+           ",\n  \"items\": " + List(report.items, item) +
+           ",\n  \"received\": " + List(report.received, received) +
+           ",\n  \"struck\": " + List(report.struck, struck) + ",\n  " +
+           TimesJson("acknowledgements", report.acknowledgements) + ",\n  " +
            TimesJson("answers", report.answers) + ",\n  \"links_lost\": " + std::to_string(report.linksLost) +
            ",\n  \"deviations\": " + std::to_string(report.Deviations()) + "\n}\n";
 }

@@ -42,7 +42,15 @@ struct CheckReport {
         Milliseconds Quantile(int percent) const;
     };
 
+    // What the radio brought meanwhile: nobody but the reader of the report learns of it.
+    struct Arrival {
+        Milliseconds at; // since the check began
+        bool isEmergency;
+        std::string text; // in English
+    };
+
     std::vector<Item> items;
+    std::vector<Arrival> received;
     std::vector<Struck> struck;
     Times acknowledgements; // of the link
     Times answers;          // to questions
@@ -53,6 +61,7 @@ struct CheckReport {
              std::optional<Milliseconds> took = std::nullopt);
     void Add(const Finding& finding);
 
+    bool HasEmergency() const;
     // Items and kinds of findings that deviate from the standard, or were not answered.
     int Deviations() const;
 };

@@ -2,6 +2,7 @@
 
 #include "map27/link/Framing.h"
 #include "map27/trace/FrameParts.h"
+#include "map27/trace/MessageWords.h"
 
 #include <algorithm>
 
@@ -31,6 +32,23 @@ Octets WithFlagFcs(const Octets& body)
             return longer;
     }
     return body;
+}
+
+// What somebody wants of the operator, and what the radio does not say again.
+bool IsArrival(OctetSpan message)
+{
+    switch (message[0]) {
+    case Type::Status:
+    case Type::Sst:
+    case Type::Mst:
+    case Type::ModemData:
+    case Type::Call:
+    case Type::EmergencyCall:
+    case Type::ReceiveNegative: // who has called
+        return true;
+    default:
+        return false;
+    }
 }
 
 std::string ProposalText(const LinkObserver::Proposal& proposal)
@@ -100,11 +118,13 @@ void RadioCheck::Take(LinkOutput output, TimePoint now)
 void RadioCheck::TakeEvents(TimePoint now)
 {
     m_takingEvents = true;
-    while (!m_events.empty() && !m_over) {
+    while (!m_events.empty()) {
         const LinkEvent event = std::move(m_events.front());
         m_events.pop_front();
         if (const auto* received = std::get_if<MessageReceived>(&event)) {
             TakeMessage(received->message, now);
+        } else if (m_over) {
+            continue;
         } else if (std::holds_alternative<LinkReady>(event)) {
             OnReady(now);
         } else {
@@ -245,6 +265,8 @@ Octets RadioCheck::NextTransfer(const Octets& message) const
 
 void RadioCheck::TakeMessage(OctetSpan message, TimePoint now)
 {
+    if (IsArrival(message))
+        return TakeArrival(message, now);
     if (!m_running || m_steps.empty())
         return;
     const CheckStep& step = m_steps.front();
@@ -254,6 +276,18 @@ void RadioCheck::TakeMessage(OctetSpan message, TimePoint now)
         m_answersHere += message[0] == Type::Personality || message[0] == Type::ProtocolInfo ? 1 : 0;
     if (mayAnswer)
         OnAnswer(message, now);
+}
+
+// An emergency ends the check, so that the console can take the radio over.
+void RadioCheck::TakeArrival(OctetSpan message, TimePoint now)
+{
+    const bool isEmergency = message[0] == Type::EmergencyCall;
+    m_report.received.push_back(
+        {now - m_startedAt, isEmergency, MessageWords(message, Direction::FromRadio)});
+    if (!isEmergency || m_over)
+        return;
+    LeaveOutTheRest();
+    Finish();
 }
 
 void RadioCheck::OnAnswer(OctetSpan answer, TimePoint now)
@@ -342,13 +376,18 @@ void RadioCheck::GiveUp(TimePoint now)
         m_report.Add(Current(), Verdict::NoAnswer, "the link was lost and did not come up for long enough");
     if (!m_steps.empty() && m_report.linkCameUp)
         m_steps.pop_front();
-    // Each name once: some are tried several times.
+    LeaveOutTheRest();
+    Finish();
+}
+
+// Each name once: some are tried several times.
+void RadioCheck::LeaveOutTheRest()
+{
     std::string_view last;
     for (const CheckStep& step : m_steps)
         if (std::exchange(last, step.name) != step.name)
             m_report.Add(step.name, Verdict::LeftOut, "not tried");
     m_steps.clear();
-    Finish();
 }
 
 void RadioCheck::Finish()

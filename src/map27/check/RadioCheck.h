@@ -35,6 +35,7 @@ private:
     void Take(LinkOutput output, TimePoint now);
     void TakeEvents(TimePoint now);
     void TakeMessage(OctetSpan message, TimePoint now);
+    void TakeArrival(OctetSpan message, TimePoint now);
     void Send(Octets frame, TimePoint now);
     void Note(TraceEntry entry);
     void NoteAcknowledgement(const TraceEntry& entry);
@@ -48,6 +49,7 @@ private:
     void JudgeRest();
     void JudgeQuickQuestions();
     void GiveUp(TimePoint now);
+    void LeaveOutTheRest();
     void Finish();
     Octets NextTransfer(const Octets& message) const;
     CheckOutput TakeOutput() { return std::exchange(m_output, {}); }
