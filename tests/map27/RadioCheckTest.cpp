@@ -164,6 +164,26 @@ TEST(RadioCheck, EveryFaultIsFound)
     }
 }
 
+// Only what the radio has looked at and does not want is refused.
+TEST(RadioCheck, NothingIsTakenForARefusal)
+{
+    struct Row {
+        const char* behaviour;
+        const char* status;
+        const char* refused; // the first that has to be, and is by any radio
+    };
+    constexpr Row rows[] = {
+        {"behave Unit20 silent", "  no answer status", "  ok        reserved-ident"},
+        {"behave Unit20 out-of-reach", "  note      status", "  ok        reserved-ident"},
+    };
+    for (const Row& row : rows) {
+        const CheckBench bench("", true, true, {{200, row.behaviour}});
+        EXPECT_NE(bench.Text().find(row.status), std::string::npos) << bench.Text();
+        EXPECT_NE(bench.Text().find(row.refused), std::string::npos) << bench.Text();
+        EXPECT_EQ(bench.Text().find("present state"), std::string::npos) << bench.Text();
+    }
+}
+
 // Nobody but the check's user can learn of it.
 TEST(RadioCheck, WhatComesInIsShown)
 {

@@ -13,6 +13,7 @@ using Verdict = CheckReport::Verdict;
 using Way = CheckStep::Way;
 
 constexpr Milliseconds UntilDelivered{30000};
+constexpr Milliseconds UntilCancelled{2000};
 constexpr Milliseconds Silence{1000};
 constexpr int QuickQuestions = 20; // so that the numbers pass 16, which is doubled on the line
 
@@ -21,15 +22,53 @@ template <std::uint8_t Wanted> bool IsOfType(OctetSpan message)
     return !message.empty() && message[0] == Wanted;
 }
 
-bool IsRefusal(OctetSpan message)
+// Of something that the radio was sent; the others it tells unasked.
+bool IsProtocolAnswer(OctetSpan message)
 {
-    return !message.empty() && (message[0] == Type::ProtocolInfo || message[0] == Type::Cancel ||
-                                message[0] == Type::MessageNegative);
+    return message.size() > 1 && message[0] == Type::ProtocolInfo && message[1] < 0x80 &&
+           message[1] != ProtocolReason::ReadyForRemote;
+}
+
+std::optional<std::uint8_t> CauseOf(OctetSpan message)
+{
+    const auto decoded = DecodeFromRadio(message);
+    const auto* known = std::get_if<FromRadio>(&decoded);
+    if (known == nullptr)
+        return std::nullopt;
+    if (const auto* answer = std::get_if<AcknowledgementMessage>(known))
+        return answer->cause;
+    if (const auto* clear = std::get_if<ClearMessage>(known))
+        return clear->cause;
+    return std::nullopt;
+}
+
+// Of this message, or of one that was cancelled.
+bool IsEnd(OctetSpan message)
+{
+    return IsProtocolAnswer(message) || IsOfType<Type::Cancel>(message) ||
+           IsOfType<Type::MessageNegative>(message) || IsOfType<Type::MessagePositive>(message);
 }
 
 bool IsOutcome(OctetSpan message)
 {
-    return IsRefusal(message) || IsOfType<Type::MessagePositive>(message);
+    const bool isOfCancelled = IsOfType<Type::MessageNegative>(message) && CauseOf(message) == Cause::Aborted;
+    return IsEnd(message) && !isOfCancelled;
+}
+
+// The radio looked at the message and did not want it. What failed otherwise may have gone out.
+bool IsRefusal(OctetSpan message)
+{
+    switch (message[0]) {
+    case Type::ProtocolInfo:
+        return message[1] == ProtocolReason::Unrecognised || message[1] == ProtocolReason::NotSupported ||
+               message[1] == ProtocolReason::CodingNotSupported;
+    case Type::Cancel:
+        return CauseOf(message) == ClearCause::CodingImpossible;
+    case Type::MessageNegative:
+        return CauseOf(message) == Cause::Invalid;
+    default:
+        return false;
+    }
 }
 
 Octets Question(RadioInfo info)
@@ -45,25 +84,23 @@ std::string WordsOf(OctetSpan answer)
 // What a question was answered with; what is wrong with it strikes by itself.
 template <std::uint8_t Wanted> CheckStep Ask(std::string_view name, RadioInfo info)
 {
-    return {.name = name,
-            .message = Question(info),
-            .isAnswer =
-                [](OctetSpan message) {
-                    return IsOfType<Wanted>(message) || IsOfType<Type::ProtocolInfo>(message);
-                },
-            .judge =
-                [name](CheckReport& report, OctetSpan answer, Milliseconds took) {
-                    const bool known = answer[0] == Wanted;
-                    bool isSound = known;
-                    for (const Finding& finding : JudgeMessage(answer, Direction::FromRadio))
-                        isSound = isSound && finding.weight != Finding::Weight::Breach;
-                    report.Add(name,
-                               isSound ? Verdict::Good
-                               : known ? Verdict::Deviates
-                                       : Verdict::Noted,
-                               WordsOf(answer), took);
-                },
-            .isQuestion = true};
+    return {
+        .name = name,
+        .message = Question(info),
+        .isAnswer = [](OctetSpan message) { return IsOfType<Wanted>(message) || IsProtocolAnswer(message); },
+        .judge =
+            [name](CheckReport& report, OctetSpan answer, Milliseconds took) {
+                const bool known = answer[0] == Wanted;
+                bool isSound = known;
+                for (const Finding& finding : JudgeMessage(answer, Direction::FromRadio))
+                    isSound = isSound && finding.weight != Finding::Weight::Breach;
+                report.Add(name,
+                           isSound ? Verdict::Good
+                           : known ? Verdict::Deviates
+                                   : Verdict::Noted,
+                           WordsOf(answer), took);
+            },
+        .isQuestion = true};
 }
 
 CheckStep Refused(std::string_view name, Octets message, Milliseconds limit = Milliseconds{10000})
@@ -74,8 +111,12 @@ CheckStep Refused(std::string_view name, Octets message, Milliseconds limit = Mi
             .limit = limit,
             .judge =
                 [name](CheckReport& report, OctetSpan answer, Milliseconds took) {
-                    report.Add(name, IsRefusal(answer) ? Verdict::Good : Verdict::Deviates, WordsOf(answer),
-                               took);
+                    if (IsRefusal(answer))
+                        report.Add(name, Verdict::Good, WordsOf(answer), took);
+                    else if (IsOfType<Type::MessagePositive>(answer))
+                        report.Add(name, Verdict::Deviates, WordsOf(answer), took);
+                    else
+                        report.Add(name, Verdict::Noted, "not decided: " + WordsOf(answer), took);
                 }};
 }
 
@@ -87,8 +128,8 @@ CheckStep Sent(std::string_view name, Octets message)
             .limit = UntilDelivered,
             .judge =
                 [name](CheckReport& report, OctetSpan answer, Milliseconds took) {
-                    report.Add(name, IsRefusal(answer) ? Verdict::Noted : Verdict::Good, WordsOf(answer),
-                               took);
+                    const bool isDelivered = IsOfType<Type::MessagePositive>(answer);
+                    report.Add(name, isDelivered ? Verdict::Good : Verdict::Noted, WordsOf(answer), took);
                 }};
 }
 
@@ -115,8 +156,7 @@ void AddLinkSteps(std::vector<CheckStep>& steps)
                      .message = personality,
                      .isAnswer =
                          [](OctetSpan message) {
-                             return IsOfType<Type::Personality>(message) ||
-                                    IsOfType<Type::ProtocolInfo>(message);
+                             return IsOfType<Type::Personality>(message) || IsProtocolAnswer(message);
                          },
                      .answered = "the number of the damaged frame is free"});
     steps.push_back({.name = "repeated-frame", .way = Way::Repeated, .limit = Silence});
@@ -156,6 +196,22 @@ void AddTransmittingSteps(std::vector<CheckStep>& steps, Address to, std::uint8_
 }
 
 } // namespace
+
+bool CheckStep::GoesOut() const
+{
+    return way == Way::Message && !message.empty() &&
+           (message[0] == Type::Status || message[0] == Type::Sst || message[0] == Type::Mst);
+}
+
+CheckStep CancelOf(const CheckStep& step)
+{
+    return {.name = "cancel",
+            .message = {Type::Cancel, step.message[1], step.message[2], step.message[3],
+                        ClearCause::CancelAttempt},
+            .isAnswer = IsEnd,
+            .limit = UntilCancelled,
+            .judge = [](CheckReport&, OctetSpan, Milliseconds) {}};
+}
 
 std::vector<CheckStep> CheckStepsFor(const CheckSettings& settings)
 {

@@ -36,7 +36,13 @@ struct CheckStep {
     Judge judge{};               // of the answer; without one that there was one is enough
     std::string answered{};      // what the report says then
     bool isQuestion = false;     // its answer's time counts
+
+    // It may be under way over the air as long as nothing is heard of it.
+    bool GoesOut() const;
 };
+
+// Ends a step that goes out and was not answered.
+CheckStep CancelOf(const CheckStep& step);
 
 std::vector<CheckStep> CheckStepsFor(const CheckSettings& settings);
 

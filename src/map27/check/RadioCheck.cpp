@@ -286,6 +286,8 @@ void RadioCheck::TakeArrival(OctetSpan message, TimePoint now)
         {now - m_startedAt, isEmergency, MessageWords(message, Direction::FromRadio)});
     if (!isEmergency || m_over)
         return;
+    if (m_running && !m_steps.empty() && m_steps.front().GoesOut())
+        BeginMessage(CancelOf(m_steps.front()).message, now);
     LeaveOutTheRest();
     Finish();
 }
@@ -348,8 +350,21 @@ void RadioCheck::OnLimit(TimePoint now)
     } else {
         m_report.Add(step.name, Verdict::NoAnswer,
                      "nothing within " + std::to_string(step.limit.count()) + " ms");
+        if (step.GoesOut())
+            m_steps.insert(m_steps.begin() + 1, CancelOf(step));
+        else if (step.message[0] == Type::Cancel)
+            LeaveOutMessages();
     }
     EndStep(now);
+}
+
+// As long as one is under way, what the radio says of the next one tells nothing.
+void RadioCheck::LeaveOutMessages()
+{
+    for (const CheckStep& step : m_steps)
+        if (step.GoesOut())
+            m_report.Add(step.name, Verdict::LeftOut, "an earlier message has not come to its end");
+    std::erase_if(m_steps, [](const CheckStep& step) { return step.GoesOut(); });
 }
 
 void RadioCheck::JudgeRest()

@@ -49,6 +49,7 @@ private:
     void JudgeRest();
     void JudgeQuickQuestions();
     void GiveUp(TimePoint now);
+    void LeaveOutMessages();
     void LeaveOutTheRest();
     void Finish();
     Octets NextTransfer(const Octets& message) const;
