@@ -37,6 +37,8 @@ struct CheckStep {
     std::string answered{};      // what the report says then
     bool isQuestion = false;     // its answer's time counts
 
+    // Something is sent over the link for it.
+    bool IsSent() const { return way != Way::NewLink && way != Way::Rest; }
     // It may be under way over the air as long as nothing is heard of it.
     bool GoesOut() const;
 };

@@ -14,6 +14,7 @@ using Verdict = CheckReport::Verdict;
 using Way = CheckStep::Way;
 
 constexpr Milliseconds UntilLink{20000};
+constexpr Milliseconds UntilCredit{60000}; // several times what a radio is silent at rest
 constexpr int MostLinksLost = 20;
 
 // Octets after a message's end that give its frame a check sequence of flags.
@@ -110,8 +111,13 @@ void RadioCheck::Take(LinkOutput output, TimePoint now)
     for (Octets& frame : output.frames)
         Send(std::move(frame), now);
     m_events.insert(m_events.end(), output.events.begin(), output.events.end());
-    if (!m_takingEvents)
-        TakeEvents(now);
+    if (m_takingEvents)
+        return;
+    TakeEvents(now);
+    while (m_waiting && !m_over && m_link.IsFree()) {
+        m_waiting = false;
+        Begin(now);
+    }
 }
 
 // What an event brings about may bring events of its own, which follow it.
@@ -130,7 +136,7 @@ void RadioCheck::TakeEvents(TimePoint now)
         } else {
             ++m_report.linksLost;
             m_limit = now + UntilLink;
-            m_running = false; // tried again on the next link
+            m_running = m_waiting = false; // tried again on the next link
             if (m_report.linksLost > MostLinksLost)
                 GiveUp(now);
         }
@@ -197,14 +203,26 @@ void RadioCheck::OnReady(TimePoint now)
         m_report.Add(m_steps.front().name, Verdict::Good, "the radio agrees to a new link", now - m_begunAt);
         m_steps.pop_front();
     }
-    Begin(now);
+    Await(now);
 }
 
-// The step at the front, as soon as there is a link.
-void RadioCheck::Begin(TimePoint now)
+// A radio may give no credit for a while; what a step sends would wait for it, and its time run out.
+void RadioCheck::Await(TimePoint now)
 {
     if (m_steps.empty())
         return Finish();
+    m_running = false;
+    m_waiting = true;
+    m_limit = now + UntilCredit;
+    if (!m_steps.front().IsSent() || (m_link.IsFree() && !m_takingEvents)) {
+        m_waiting = false;
+        Begin(now);
+    }
+}
+
+// The step at the front.
+void RadioCheck::Begin(TimePoint now)
+{
     const CheckStep& step = m_steps.front();
     m_running = true;
     m_begunAt = now;
@@ -224,10 +242,11 @@ void RadioCheck::Begin(TimePoint now)
         return Send(std::move(frame), now);
     }
     case Way::Repeated:
-        if (!m_lastTransfer.empty())
+        if (!m_lastTransfer.empty() && m_wasAnswered)
             return Send(m_lastTransfer, now);
         m_report.Add(step.name, Verdict::LeftOut,
-                     "the link is a new one, so that there is nothing to repeat");
+                     m_lastTransfer.empty() ? "the link is a new one, so that there is nothing to repeat"
+                                            : "the message before was not answered");
         return EndStep(now);
     case Way::NewLink:
         m_asked = true;
@@ -296,6 +315,7 @@ void RadioCheck::OnAnswer(OctetSpan answer, TimePoint now)
 {
     const CheckStep& step = m_steps.front();
     const Milliseconds took = now - m_begunAt;
+    m_wasAnswered = true;
     if (step.isQuestion)
         m_report.answers.Add(took);
     if (step.judge)
@@ -313,7 +333,7 @@ void RadioCheck::EndStep(TimePoint now)
     if (name == "quick-questions" && Current() != name)
         JudgeQuickQuestions();
     if (m_link.IsReady())
-        Begin(now);
+        Await(now);
 }
 
 void RadioCheck::JudgeQuickQuestions()
@@ -325,8 +345,11 @@ void RadioCheck::JudgeQuickQuestions()
 
 void RadioCheck::OnLimit(TimePoint now)
 {
+    if (m_waiting)
+        return GiveUp(now, "the radio gives no credit to send it");
     if (!m_link.IsReady() || !m_running)
         return GiveUp(now);
+    m_wasAnswered = false;
     const CheckStep& step = m_steps.front();
     if (step.way == Way::Damaged) {
         if (m_answersHere > 0 || m_takenHere > 0)
@@ -380,7 +403,7 @@ void RadioCheck::JudgeRest()
                      "none within " + time + "; the standard wants one every 15 s");
 }
 
-void RadioCheck::GiveUp(TimePoint now)
+void RadioCheck::GiveUp(TimePoint now, const char* why)
 {
     if (!m_report.linkCameUp)
         m_report.Add("link", Verdict::NoAnswer,
@@ -388,7 +411,7 @@ void RadioCheck::GiveUp(TimePoint now)
                                   : "something comes, but no link within " +
                                         std::to_string((now - m_startedAt).count() / 1000) + " s");
     else
-        m_report.Add(Current(), Verdict::NoAnswer, "the link was lost and did not come up for long enough");
+        m_report.Add(Current(), Verdict::NoAnswer, why);
     if (!m_steps.empty() && m_report.linkCameUp)
         m_steps.pop_front();
     LeaveOutTheRest();
@@ -398,7 +421,7 @@ void RadioCheck::GiveUp(TimePoint now)
 // Each name once: some are tried several times.
 void RadioCheck::LeaveOutTheRest()
 {
-    std::string_view last;
+    std::string_view last = m_report.items.empty() ? "" : m_report.items.back().name;
     for (const CheckStep& step : m_steps)
         if (std::exchange(last, step.name) != step.name)
             m_report.Add(step.name, Verdict::LeftOut, "not tried");

@@ -40,6 +40,7 @@ private:
     void Note(TraceEntry entry);
     void NoteAcknowledgement(const TraceEntry& entry);
     void OnReady(TimePoint now);
+    void Await(TimePoint now);
     void Begin(TimePoint now);
     Milliseconds LimitOf(const CheckStep& step) const;
     void BeginMessage(const Octets& message, TimePoint now);
@@ -48,7 +49,7 @@ private:
     void OnAnswer(OctetSpan answer, TimePoint now);
     void JudgeRest();
     void JudgeQuickQuestions();
-    void GiveUp(TimePoint now);
+    void GiveUp(TimePoint now, const char* why = "the link was lost and did not come up for long enough");
     void LeaveOutMessages();
     void LeaveOutTheRest();
     void Finish();
@@ -66,8 +67,10 @@ private:
 
     TimePoint m_startedAt{};
     bool m_over = false;
-    bool m_running = false; // the step at the front has begun
-    bool m_asked = false;   // for the new link that is being set up
+    bool m_running = false;     // the step at the front has begun
+    bool m_waiting = false;     // it will when the link is free
+    bool m_wasAnswered = false; // the step before it was
+    bool m_asked = false;       // for the new link that is being set up
     bool m_takingEvents = false;
     TimePoint m_begunAt{};
     Deadline m_limit;

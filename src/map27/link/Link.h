@@ -39,6 +39,8 @@ public:
     std::size_t LongestMessage() const { return m_agreed.LongestMessage(); }
     // Messages waiting for credit or acknowledgement.
     std::size_t Backlog() const { return m_outgoing.Backlog(); }
+    // A message would go out at once, and none waits for credit or acknowledgement.
+    bool IsFree() const { return m_state == LinkState::Ready && m_outgoing.IsFree(); }
     // When the oldest message that still waits for its acknowledgement was sent first; empty when none does.
     // While the link settles again: since when messages are kept.
     Deadline UnacknowledgedSince() const

@@ -40,6 +40,8 @@ public:
     Deadline NextDeadline() const { return m_t1; }
     std::optional<LinkFailure> OnT1(TimePoint now);
 
+    // A message would go out at once, and nothing waits for its acknowledgement.
+    bool IsFree() const { return Backlog() == 0 && m_credit > 0; }
     std::size_t Backlog() const { return m_queue.size() + m_outstanding.size(); }
     Deadline UnacknowledgedSince() const;
 
