@@ -135,7 +135,7 @@ TEST(RadioCheck, EveryFaultIsFound)
         bool isAllowed = false;
     };
     constexpr Row rows[] = {
-        {"wrong-fcs=0.2", "fcs"},
+        {"wrong-fcs=0.2", "fcs", false, true},
         {"lost-la=0.3", "unacknowledged"},
         {"duplicate-lt=0.3", "early-repetition"},
         {"noise=0.3", "noise"},

@@ -82,7 +82,7 @@ struct Row {
 
 constexpr Row LinkRows[] = {
     {"> B0 03; < B2 04 9E FF", ""},
-    {"x<L 02 02 01 00", "radio fcs!"},
+    {"x<L 02 02 01 00", "radio fcs"},
     {"<L 02 02", "radio short-packet!"},
     {"<L 08 02 01 00", "radio unknown-packet!"},
     {"<L 04 02 01 00", "radio empty-transfer!"},

@@ -80,12 +80,13 @@ TraceObserver::Seen TraceObserver::TakeFrame(const TraceEntry& entry)
     }
     ++m_totals.damaged;
     Seen seen{.words = "damaged frame" + onPurpose};
+    // It is the line's fault more often than that of an end.
     if (parts)
         seen.findings.push_back(
-            {Finding::Weight::Breach, "fcs", entry.direction,
+            {Finding::Weight::Remark, "fcs", entry.direction,
              "Check sequence " + FcsWords(parts->fcs) + " where " + FcsWords(parts->rightFcs) + " belongs."});
     else
-        seen.findings.push_back({Finding::Weight::Breach, "no-frame", entry.direction,
+        seen.findings.push_back({Finding::Weight::Remark, "no-frame", entry.direction,
                                  "Not one frame from start flag to check sequence."});
     return seen;
 }
