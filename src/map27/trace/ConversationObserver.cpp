@@ -34,6 +34,7 @@ void ConversationObserver::Forget()
     m_request.reset();
     m_incoming = Incoming::None;
     m_inCall = false;
+    m_wasCancelled = false;
 }
 
 void ConversationObserver::TakeToRadio(const ToRadio& message)
@@ -47,13 +48,18 @@ void ConversationObserver::TakeToRadio(const ToRadio& message)
     } else if (std::holds_alternative<ClearMessage>(message)) {
         if (m_request)
             m_request->isCancelled = true;
-        m_inCall = false;
+        GiveUpCall();
     } else if (const auto* control = std::get_if<RadioControlMessage>(&message)) {
-        if (!control->offHook) {
-            m_inCall = false;
-            m_incoming = Incoming::None;
-        }
+        if (!control->offHook)
+            GiveUpCall();
     }
+}
+
+void ConversationObserver::GiveUpCall()
+{
+    if (m_inCall || m_incoming != Incoming::None)
+        m_incoming = Incoming::GivenUp;
+    m_inCall = false;
 }
 
 void ConversationObserver::Begin(AckSubject subject, Address called)
@@ -63,6 +69,7 @@ void ConversationObserver::Begin(AckSubject subject, Address called)
         m_findings.push_back({Finding::Weight::Breach, "second-request", Direction::ToRadio,
                               "A request while another one, or a call, is in progress."});
     m_request = Request{subject, called};
+    m_wasCancelled = false;
 }
 
 void ConversationObserver::TakeFromRadio(const FromRadio& message)
@@ -73,7 +80,11 @@ void ConversationObserver::TakeFromRadio(const FromRadio& message)
         else if (answer->subject != AckSubject::Diversion)
             TakeAnswer(*answer);
     } else if (std::holds_alternative<ClearMessage>(message)) {
+        const bool wasCancelled = m_request && m_request->isCancelled;
+        const bool wasGivenUp = m_incoming == Incoming::GivenUp;
         Forget();
+        m_wasCancelled = wasCancelled;
+        m_incoming = wasGivenUp ? Incoming::GivenUp : Incoming::None;
     } else if (const auto* call = std::get_if<CallMessage>(&message)) {
         m_request.reset();
         m_incoming = call->details.OffHookNeeded() ? Incoming::Ringing : Incoming::Connected;
@@ -92,9 +103,11 @@ void ConversationObserver::TakeAnswer(const AcknowledgementMessage& answer)
     if (!m_request || m_request->subject != answer.subject) {
         // A radio used locally may say that it has a call.
         const bool isLocalCall = answer.subject == AckSubject::Setup && !m_request;
-        m_findings.push_back({isLocalCall ? Finding::Weight::Remark : Finding::Weight::Breach,
-                              "unasked-answer", Direction::FromRadio,
-                              "An answer to something that was not asked for."});
+        const bool isOfCancelled =
+            m_wasCancelled && answer.outcome == AckOutcome::Negative && answer.cause == Cause::Aborted;
+        m_findings.push_back(
+            {isLocalCall || isOfCancelled ? Finding::Weight::Remark : Finding::Weight::Breach,
+             "unasked-answer", Direction::FromRadio, "An answer to something that was not asked for."});
     } else if (!m_request->isCancelled) {
         JudgeParty(answer.party);
     }
@@ -109,11 +122,15 @@ void ConversationObserver::TakeReceiveProgress(const AcknowledgementMessage& pro
     const auto add = [this](Finding::Weight weight, std::string_view kind, std::string text) {
         m_findings.push_back({weight, kind, Direction::FromRadio, std::move(text)});
     };
-    if (m_incoming == Incoming::None && !m_inCall)
+    const bool isNoted =
+        progress.outcome == AckOutcome::Negative && progress.cause == Cause::NotedForCallBack;
+    if (m_incoming == Incoming::None && !m_inCall && !isNoted)
         add(Finding::Weight::Breach, "unasked-answer", "Progress of a call that did not come in.");
     if (progress.outcome == AckOutcome::Positive && m_incoming == Incoming::Connected)
         add(Finding::Weight::Remark, "connected-twice", "The call came in connected already.");
-    if (progress.outcome == AckOutcome::Positive) {
+    if (m_incoming == Incoming::GivenUp) {
+        m_incoming = Incoming::None;
+    } else if (progress.outcome == AckOutcome::Positive) {
         m_incoming = Incoming::Connected;
         m_inCall = true;
     } else if (progress.outcome == AckOutcome::Negative) {

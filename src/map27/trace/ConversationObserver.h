@@ -28,11 +28,14 @@ private:
     void TakeAnswer(const AcknowledgementMessage& answer);
     void TakeReceiveProgress(const AcknowledgementMessage& progress);
     void JudgeParty(const Party& party);
+    void GiveUpCall();
     void Begin(AckSubject subject, Address called);
 
     std::optional<Request> m_request;
-    enum class Incoming { None, Ringing, Connected } m_incoming = Incoming::None;
+    // GivenUp by this end, so that what the radio says of it may cross with that.
+    enum class Incoming { None, GivenUp, Ringing, Connected } m_incoming = Incoming::None;
     bool m_inCall = false;
+    bool m_wasCancelled = false; // the last request, which the radio has ended since
     std::optional<std::uint8_t> m_ownPrefix;
     Findings m_findings;
 };
