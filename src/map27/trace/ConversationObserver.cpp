@@ -2,6 +2,7 @@
 
 #include "map27/codec/Causes.h"
 
+#include <iterator>
 #include <utility>
 
 namespace map27 {
@@ -13,6 +14,14 @@ bool IsGateway(Address address)
     return address.ident == Ident::Pstn || address.ident == Ident::Pabx;
 }
 
+// To a question by its reason.
+std::uint8_t AnswerTo(std::uint8_t reason)
+{
+    constexpr std::uint8_t Answers[] = {Type::Personality, Type::Numbering, Type::Settings,
+                                        Type::OperatingCondition, Type::NetworkInfo};
+    return reason < std::size(Answers) ? Answers[reason] : 0;
+}
+
 } // namespace
 
 Findings ConversationObserver::Take(OctetSpan message, Direction direction)
@@ -22,6 +31,8 @@ Findings ConversationObserver::Take(OctetSpan message, Direction direction)
         if (const auto* known = std::get_if<ToRadio>(&decoded))
             TakeToRadio(*known);
     } else {
+        if (!message.empty())
+            m_awaited.erase(message[0]);
         const auto decoded = DecodeFromRadio(message);
         if (const auto* known = std::get_if<FromRadio>(&decoded))
             TakeFromRadio(*known);
@@ -35,6 +46,7 @@ void ConversationObserver::Forget()
     m_incoming = Incoming::None;
     m_inCall = false;
     m_wasCancelled = false;
+    m_awaited.clear();
 }
 
 void ConversationObserver::TakeToRadio(const ToRadio& message)
@@ -52,6 +64,13 @@ void ConversationObserver::TakeToRadio(const ToRadio& message)
     } else if (const auto* control = std::get_if<RadioControlMessage>(&message)) {
         if (!control->offHook)
             GiveUpCall();
+    } else if (const auto* question = std::get_if<InterrogationMessage>(&message)) {
+        m_awaited.insert(AnswerTo(question->reason));
+    } else if (std::holds_alternative<SettingsMessage>(message)) {
+        m_awaited.insert(Type::Settings);
+    } else if (std::holds_alternative<VolumeMessage>(message) ||
+               std::holds_alternative<DialledStringMessage>(message)) {
+        m_awaited.insert(std::uint8_t{0});
     }
 }
 
@@ -64,7 +83,7 @@ void ConversationObserver::GiveUpCall()
 
 void ConversationObserver::Begin(AckSubject subject, Address called)
 {
-    const bool isOpen = m_request && !m_request->isCancelled;
+    const bool isOpen = m_request && !m_request->isCancelled && !m_request->mayBeRefused;
     if (isOpen || (m_inCall && subject == AckSubject::Message))
         m_findings.push_back({Finding::Weight::Breach, "second-request", Direction::ToRadio,
                               "A request while another one, or a call, is in progress."});
@@ -89,13 +108,26 @@ void ConversationObserver::TakeFromRadio(const FromRadio& message)
         m_request.reset();
         m_incoming = call->details.OffHookNeeded() ? Incoming::Ringing : Incoming::Connected;
         m_inCall = m_incoming == Incoming::Connected;
-    } else if (std::holds_alternative<ProtocolInfoMessage>(message)) {
-        m_request.reset();
+    } else if (const auto* info = std::get_if<ProtocolInfoMessage>(&message)) {
+        TakeProtocolInfo(info->reason);
     } else if (const auto* personality = std::get_if<PersonalityMessage>(&message)) {
         m_ownPrefix = personality->radio.prefix;
     } else if (const auto* numbering = std::get_if<NumberingMessage>(&message)) {
         m_ownPrefix = numbering->radio.prefix;
     }
+}
+
+// It does not say what it answers.
+void ConversationObserver::TakeProtocolInfo(std::uint8_t reason)
+{
+    const bool isAnswer = reason >= ProtocolReason::Unrecognised && reason <= ProtocolReason::BusyLocally;
+    if (!isAnswer)
+        return;
+    if (m_awaited.empty())
+        return m_request.reset();
+    m_awaited.clear();
+    if (m_request)
+        m_request->mayBeRefused = true;
 }
 
 void ConversationObserver::TakeAnswer(const AcknowledgementMessage& answer)

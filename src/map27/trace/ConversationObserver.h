@@ -4,6 +4,7 @@
 #include "map27/trace/Finding.h"
 
 #include <optional>
+#include <set>
 
 namespace map27 {
 
@@ -21,6 +22,7 @@ private:
         AckSubject subject;
         Address called;
         bool isCancelled = false;
+        bool mayBeRefused = false; // or a question was
     };
 
     void TakeToRadio(const ToRadio& message);
@@ -28,6 +30,7 @@ private:
     void TakeAnswer(const AcknowledgementMessage& answer);
     void TakeReceiveProgress(const AcknowledgementMessage& progress);
     void JudgeParty(const Party& party);
+    void TakeProtocolInfo(std::uint8_t reason);
     void GiveUpCall();
     void Begin(AckSubject subject, Address called);
 
@@ -35,7 +38,8 @@ private:
     // GivenUp by this end, so that what the radio says of it may cross with that.
     enum class Incoming { None, GivenUp, Ringing, Connected } m_incoming = Incoming::None;
     bool m_inCall = false;
-    bool m_wasCancelled = false; // the last request, which the radio has ended since
+    std::set<std::uint8_t> m_awaited; // types of the answers to questions; 0: of one that may have none
+    bool m_wasCancelled = false;      // the last request, which the radio has ended since
     std::optional<std::uint8_t> m_ownPrefix;
     Findings m_findings;
 };
