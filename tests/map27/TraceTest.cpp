@@ -114,7 +114,7 @@ constexpr Row MessageRows[] = {
     {"< 81 00 00 02 00 97 01 02 03 04 05 06 07 08 09 0A", "radio reserved-digit!"},
     {"< 81 00 00 02 00 B7 41 42", "radio codewords"},
     {"< 81 00 00 02 00 B7 41 42 43 44 45", ""},
-    {"< 80 00 00 02 31 AA 05", "radio unused-bits!"},
+    {"< 80 00 00 02 31 AA 05", ""},
     {"> 80 00 1F F9 00 05; < B4 02", "console reserved-ident!"},
     {"> B0 7F; < B4 02", "console question!"},
     {"> B2 01; < B4 03", "console hook!"},

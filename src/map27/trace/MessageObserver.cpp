@@ -44,6 +44,22 @@ private:
     static Octets Encode(const ToRadio& message) { return EncodeToRadio(message); }
     static Octets Encode(const FromRadio& message) { return EncodeFromRadio(message); }
 
+    // The second half of the octet with the number of a PABX.
+    template <typename Message> void IgnoreUnspecified(const Message& message, Octets& again) const
+    {
+        constexpr std::size_t At = 5;
+        const bool isExtension = std::visit(
+            [](const auto& known) {
+                if constexpr (requires { known.party; })
+                    return known.party.description.kind == DescriptionKind::PabxExtension;
+                else
+                    return false;
+            },
+            message);
+        if (isExtension && again.size() > At && m_message.size() > At)
+            again[At] = static_cast<std::uint8_t>((again[At] & 0xF0) | (m_message[At] & 0x0F));
+    }
+
     // What was masked on receipt shows when the message is written again.
     template <typename Message> void LookAtUnusedBits(const Message& message)
     {
@@ -53,6 +69,7 @@ private:
         } catch (const std::invalid_argument&) {
             return; // kept raw, and judged by its own fields
         }
+        IgnoreUnspecified(message, again);
         const std::size_t common = std::min(again.size(), m_message.size());
         if (!std::equal(again.begin(), again.begin() + static_cast<std::ptrdiff_t>(common),
                         m_message.begin()))
