@@ -9,9 +9,24 @@ namespace map27 {
 
 namespace {
 
-bool IsGateway(Address address)
+constexpr std::uint16_t HighestRadio = 8100; // above are gateways, and what the network itself is
+
+// No radio, which has no prefix of its own.
+bool IsGateway(const Party& called)
 {
-    return address.ident == Ident::Pstn || address.ident == Ident::Pabx;
+    return called.address.ident > HighestRadio || called.description.kind == DescriptionKind::PabxExtension;
+}
+
+// An answer names a gateway alone, without what is behind it.
+bool IsCalled(Address named, const Party& called)
+{
+    if (named == called.address)
+        return true;
+    if (called.description.kind == DescriptionKind::PabxExtension)
+        return named.ident == Ident::Pabx;
+    const std::uint16_t ident = called.address.ident;
+    const bool isStored = ident >= Ident::FirstStoredPstn && ident <= Ident::LastStoredPstn;
+    return IsGateway(called) && (named.ident == ident || (isStored && named.ident == Ident::Pstn));
 }
 
 // To a question by its reason.
@@ -52,11 +67,11 @@ void ConversationObserver::Forget()
 void ConversationObserver::TakeToRadio(const ToRadio& message)
 {
     if (const auto* status = std::get_if<StatusMessage>(&message)) {
-        Begin(AckSubject::Message, status->party.address);
+        Begin(AckSubject::Message, status->party);
     } else if (const auto* data = std::get_if<ShortDataMessage>(&message)) {
-        Begin(AckSubject::Message, data->party.address);
+        Begin(AckSubject::Message, data->party);
     } else if (const auto* call = std::get_if<CallMessage>(&message)) {
-        Begin(AckSubject::Setup, call->party.address);
+        Begin(AckSubject::Setup, call->party);
     } else if (std::holds_alternative<ClearMessage>(message)) {
         if (m_request)
             m_request->isCancelled = true;
@@ -81,7 +96,7 @@ void ConversationObserver::GiveUpCall()
     m_inCall = false;
 }
 
-void ConversationObserver::Begin(AckSubject subject, Address called)
+void ConversationObserver::Begin(AckSubject subject, const Party& called)
 {
     const bool isOpen = m_request && !m_request->isCancelled && !m_request->mayBeRefused;
     if (isOpen || (m_inCall && subject == AckSubject::Message))
@@ -174,19 +189,20 @@ void ConversationObserver::TakeReceiveProgress(const AcknowledgementMessage& pro
 // Across prefixes it is nobody, behind a gateway it has our own prefix.
 void ConversationObserver::JudgeParty(const Party& party)
 {
-    const Address called = m_request->called;
-    const bool isOwn = m_ownPrefix && called.prefix == *m_ownPrefix;
+    const Party& called = m_request->called;
+    if (called.address.ident == 0)
+        return; // dialled by the user: the radio knows who it is
+    const bool isOwn = m_ownPrefix && called.address.prefix == *m_ownPrefix;
     if (party.address.IsDummy()) {
         if (isOwn && !IsGateway(called))
             m_findings.push_back({Finding::Weight::Breach, "unnamed-answer", Direction::FromRadio,
                                   "The answer does not name the called radio, which has our own prefix."});
         return;
     }
-    const bool isCalled = IsGateway(called) ? party.address.ident == called.ident : party.address == called;
-    if (!isCalled)
+    if (!IsCalled(party.address, called))
         m_findings.push_back({Finding::Weight::Breach, "other-answer", Direction::FromRadio,
-                              "The answer names " + ToText(party.address) + ", not " + ToText(called) +
-                                  ", which was called."});
+                              "The answer names " + ToText(party.address) + ", not " +
+                                  ToText(called.address) + ", which was called."});
 }
 
 } // namespace map27

@@ -20,7 +20,7 @@ private:
     // What the terminal waits for, or has given up a moment ago.
     struct Request {
         AckSubject subject;
-        Address called;
+        Party called;
         bool isCancelled = false;
         bool mayBeRefused = false; // or a question was
     };
@@ -32,7 +32,7 @@ private:
     void JudgeParty(const Party& party);
     void TakeProtocolInfo(std::uint8_t reason);
     void GiveUpCall();
-    void Begin(AckSubject subject, Address called);
+    void Begin(AckSubject subject, const Party& called);
 
     std::optional<Request> m_request;
     // GivenUp by this end, so that what the radio says of it may cross with that.
