@@ -169,6 +169,8 @@ TEST(TraceObserver, SaysWhatAFrameDoes)
         {"<L 04 02 01 00 80 02 00 1F 00 05", "LT 2  RECEIVE STATUS from 2/31: 5"},
         {"<L 04 02 01 00 81 02 00 1F 00 B7 48 69 00 00 00",
          "LT 2  RECEIVE SST from 2/31 (7-bit characters): \"Hi\""},
+        {"<L 04 02 01 00 81 02 00 1F 00 B7 1B 5B 33 0A 07",
+         "LT 2  RECEIVE SST from 2/31 (7-bit characters): \"<1B>[3<0A><07>\""},
         {">L 04 02 01 00 A4 00 1F A5 13 01 22 3F 00", "LT 2  SETUP CALL to PSTN 01223: high priority"},
         {"<L 04 02 01 00 A4 00 10 E1 31 20 28",
          "LT 2  INCOMING CALL from extension 4321 of exchange 2: group, to be answered"},

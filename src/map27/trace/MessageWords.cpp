@@ -86,7 +86,7 @@ public:
     }
     std::string operator()(const ShortDataMessage& message) const
     {
-        const std::string text = DecodeText(message.data);
+        const std::string text = WithoutControls(DecodeText(message.data));
         return m_link + PartyWords(message.party) + " (" +
                CodingName(static_cast<unsigned>(message.data.coding)) +
                "): " + (IsCharacterCoding(message.data.coding) ? '"' + text + '"' : text);
@@ -222,6 +222,29 @@ std::string PartyWords(const Party& party)
         return "dialled " + more.digits;
     }
     return ToText(party.address);
+}
+
+std::string WithoutControls(std::string_view text)
+{
+    const auto shown = [](unsigned code) {
+        const std::uint8_t octet = static_cast<std::uint8_t>(code);
+        return '<' + ToHex(OctetSpan(&octet, 1)) + '>';
+    };
+    std::string safe;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const unsigned code = static_cast<unsigned char>(text[at]);
+        // U+0080 to U+009F are C2 80 to C2 9F.
+        const unsigned next = at + 1 < text.size() ? static_cast<unsigned char>(text[at + 1]) : 0;
+        if (code < 0x20 || code == 0x7F) {
+            safe += shown(code);
+        } else if (code == 0xC2 && next >= 0x80 && next < 0xA0) {
+            safe += shown(next);
+            ++at;
+        } else {
+            safe += text[at];
+        }
+    }
+    return safe;
 }
 
 std::string FacilityWords(std::uint8_t facilitiesA)

@@ -4,6 +4,7 @@
 #include "map27/codec/Direction.h"
 
 #include <string>
+#include <string_view>
 
 namespace map27 {
 
@@ -12,6 +13,8 @@ std::string MessageWords(OctetSpan message, Direction direction);
 
 // "2/31", "PSTN 01223", "nobody".
 std::string PartyWords(const Party& party);
+// UTF-8 with control characters as "<1B>": what came over the air must not steer a terminal.
+std::string WithoutControls(std::string_view text);
 
 // What bits of facilities a, or of the codings octet, stand for: "voice, status".
 std::string FacilityWords(std::uint8_t facilitiesA);

@@ -20,10 +20,10 @@ std::string OpenedWords(const TraceEntry& entry)
 {
     std::string words = "line opened";
     if (!entry.port.empty())
-        words += ": " + entry.port;
+        words += ": " + WithoutControls(entry.port);
     if (entry.number > 0)
         words += ", " + std::to_string(entry.number) + " bit/s";
-    return entry.time.empty() ? words : words + ", " + entry.time;
+    return entry.time.empty() ? words : words + ", " + WithoutControls(entry.time);
 }
 
 } // namespace
@@ -52,14 +52,15 @@ TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
         seen.words = "line closed";
         break;
     case TraceEntry::Kind::Time:
-        seen.words = "the clock shows " + entry.time;
+        seen.words = "the clock shows " + WithoutControls(entry.time);
         break;
     case TraceEntry::Kind::Lost:
         Begin();
         seen.words = std::to_string(entry.number) + " lines of the trace are missing here";
         break;
     case TraceEntry::Kind::Command:
-        seen.words = "the simulated radio was told \"" + entry.command + "\": " + entry.answer;
+        seen.words = "the simulated radio was told \"" + WithoutControls(entry.command) +
+                     "\": " + WithoutControls(entry.answer);
         break;
     }
     for (const Finding& finding : seen.findings)
@@ -71,7 +72,7 @@ TraceObserver::Seen TraceObserver::TakeFrame(const TraceEntry& entry)
 {
     ++m_totals.frames;
     const std::string onPurpose =
-        entry.fault.empty() ? std::string{} : " [spoiled on purpose: " + entry.fault + ']';
+        entry.fault.empty() ? std::string{} : " [spoiled on purpose: " + WithoutControls(entry.fault) + ']';
     const auto parts = TakeApart(entry.octets);
     if (parts && parts->IsGood()) {
         Seen seen = TakeBody(parts->body, entry.direction, entry.at);
