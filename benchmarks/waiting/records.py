@@ -4,16 +4,13 @@ import bisect
 import json
 from collections import Counter
 
+from wire import frames
+
 STATUS, TEXT, CALL = 1, 2, 3  # types of records
 STATUS_MESSAGE, MESSAGES, EMERGENCY_CALL = 0x80, (0x80, 0x81, 0x82), 0xA5
 ON_DUTY, OFF_DUTY = "1", "2"  # of the demonstration's settings
 _LINK_REQUEST, _TRANSFER = 1, 4
 _PAUSE = 2000  # ms between two link requests that are not tries of the same
-
-
-def _body(frame):
-    begin = frame.find(b"\x16\x10\x02")
-    return (frame[begin + 3:-4] if begin >= 0 else b"").replace(b"\x10\x10", b"\x10")
 
 
 class Trace:
@@ -23,15 +20,7 @@ class Trace:
         self.messages, self.frames = [], []
         self.links = 0  # set up, tries counted as one
         requested, numbers, before = -_PAUSE - 1, [], []
-        for line in path.read_text().splitlines():
-            try:
-                entry = json.loads(line)
-            except ValueError:
-                continue  # still being written
-            if "frame" not in entry:
-                continue
-            frame = bytes.fromhex(entry["frame"].replace(" ", ""))
-            body = _body(frame)
+        for entry, frame, body in frames(path):
             self.frames.append((entry["ms"], len(frame)))
             if body[:1] == bytes([_LINK_REQUEST]):
                 if entry["ms"] - requested > _PAUSE:

@@ -7,6 +7,7 @@ import tempfile
 from pathlib import Path
 
 sys.dont_write_bytecode = True
+sys.path.append(str(Path(__file__).resolve().parents[2] / "tests/desktop"))
 
 import records  # noqa: E402
 

@@ -66,14 +66,7 @@ class Radio:
         """Every message to the radio once, also when the link had to repeat it."""
         found = []
         last = None
-        for line in self._trace.read_text().splitlines() if self._trace.exists() else []:
-            try:
-                entry = json.loads(line)
-            except ValueError:
-                continue  # still being written
-            if "frame" not in entry:
-                continue
-            body = _body(bytes.fromhex(entry["frame"].replace(" ", "")))
+        for entry, _, body in frames(self._trace) if self._trace.exists() else []:
             if body[:1] == b"\x01":
                 last = None
             if entry["dir"] != "D>R" or body[:1] != b"\x04" or body[1:2] == last:
@@ -81,6 +74,18 @@ class Radio:
             last = body[1:2]
             found.append(body[4:].hex(" ").upper())
         return found
+
+
+def frames(trace):
+    """Of each line with a frame: the entry, the frame's octets, and what they carry."""
+    for line in trace.read_text().splitlines():
+        try:
+            entry = json.loads(line)
+        except ValueError:
+            continue  # still being written
+        if "frame" in entry:
+            octets = bytes.fromhex(entry["frame"].replace(" ", ""))
+            yield entry, octets, _body(octets)
 
 
 def _body(frame):
