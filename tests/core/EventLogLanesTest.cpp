@@ -112,13 +112,14 @@ TEST_F(EventLogLanes, WhatWaitedAtTheEndIsStoredAtTheNextLogon)
     if (TestServer::IsWanted())
         GTEST_SKIP() << "files only";
     ASSERT_TRUE(QFile::rename(File(), File() + ".away"));
-    {
-        EventLog log(session, strings, folder.path(), Lane::Kind::OwnThread);
-        Append(log, 1, 3);
-    }
-    ASSERT_TRUE(QFile::rename(File() + ".away", File()));
     EventLog log(session, strings, folder.path(), Lane::Kind::OwnThread);
+    Append(log, 1, 3);
+    session.Logoff();
+    EXPECT_EQ(log.Left(), 3);
+    ASSERT_TRUE(QFile::rename(File() + ".away", File()));
+    session.Logon(true, true);
     log.WriteWaiting();
+    EXPECT_EQ(log.Left(), 0);
     const QStringList ids = Append(log, 4, 4);
     EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids) && log.Waiting() == 0; }, 10000));
     EXPECT_EQ(Stored(), Numbers(4));

@@ -5,11 +5,14 @@
 #include "core/session/Registry.h"
 #include "dao/records/Database.h"
 #include "mainwindow/bars/StatusBar.h"
+#include "mainwindow/base/TextIds.h"
+#include "map27/codec/Messages.h"
 
 #include <QAction>
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QTimer>
 #include <QToolButton>
 
 namespace {
@@ -230,6 +233,37 @@ TEST(Logon, AProgramToldToEndHangsUpAndAsksNothing)
         ASSERT_TRUE(QTest::qWaitFor([&] { return stack.Window().LoggedOn(); }));
         EXPECT_FALSE(IsOnDuty(stack, "Dispatch")) << "put right before the radio reports";
     }
+}
+
+// Whoever confirmed knew nothing of it.
+TEST(Logon, ACallThatComesWhileTheDatabaseIsWaitedForIsNotCut)
+{
+    for (const bool exit : {false, true})
+        for (const qint16 flags : {0, 8}) { // talking, ringing
+            SCOPED_TRACE(testing::Message() << "exit " << exit << ", flags " << flags);
+            LoggedOnStack stack;
+            QStringList during;
+            bool comes = true;
+            stack.session.onUse = [&] {
+                if (!std::exchange(comes, false))
+                    return;
+                stack.control->TakeOperations();
+                Q_EMIT stack.control->IncomingCall(static_cast<qint16>(map27::Type::EmergencyCall), flags, 0,
+                                                   2);
+                QTimer::singleShot(0, &stack.Window(), [&] {
+                    during = stack.control->TakeOperations();
+                    EXPECT_EQ(stack.Panel("main"), stack.Text(MainText::EndsAfterCall));
+                    Q_EMIT stack.control->TransactionCleared(0, 0);
+                });
+            };
+            stack.prompt.ExpectConfirmation(stack.Text(exit ? 2020 : 2027), true);
+            stack.Trigger(exit ? "mbExit" : "miLogOnLogOff");
+            stack.session.onUse = nullptr;
+            EXPECT_FALSE(comes);
+            EXPECT_FALSE(during.contains(QStringLiteral("ClearCall"))) << during.join(u' ').toStdString();
+            EXPECT_TRUE(stack.control->operations.contains(QStringLiteral("CloseLink")));
+            EXPECT_FALSE(stack.Window().LoggedOn());
+        }
 }
 
 // Somebody else's session that was cut short at this console is ended by the next one who may do it.

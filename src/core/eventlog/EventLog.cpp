@@ -10,10 +10,12 @@
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/Workspace.h"
+#include "dao/base/Error.h"
 #include "dao/tables/AddressTable.h"
 #include "dao/tables/RegroupTable.h"
 
 #include <QUuid>
+#include <algorithm>
 #include <utility>
 
 namespace {
@@ -22,6 +24,15 @@ constexpr std::chrono::milliseconds AttemptPause{1000};
 constexpr std::chrono::milliseconds Patience{500}; // then what is being stored is spooled, too
 constexpr std::chrono::milliseconds LastWait{2000};
 constexpr qsizetype MostAtOnce = 256;
+
+// Nobody has to try again what waits here.
+QString DescribeCause(const std::exception& failure, const IStringSource& strings)
+{
+    const auto* error = dynamic_cast<const dao::Error*>(&failure);
+    if (error != nullptr && error->kind == dao::Kind::Locked)
+        return FormatMessage(strings, CoreText::RecordsLocked, error->values);
+    return DescribeError(failure, strings);
+}
 
 } // namespace
 
@@ -167,10 +178,11 @@ bool EventLog::Open()
             m_store = std::make_shared<RecordStore>(
                 RecordStore::Opener(), [this]() -> dao::Workspace& { return m_session.Workspace(); }, id);
     } catch (const std::exception& failure) {
-        Fail(DescribeError(failure, m_strings));
+        Fail(DescribeCause(failure, m_strings));
         return false;
     }
     m_open = true;
+    m_left = 0;
     m_follow = m_onServer;
     m_storeLane = std::make_unique<Lane>(m_lanes);
     m_spoolLane = std::make_unique<Lane>(m_lanes);
@@ -211,6 +223,8 @@ void EventLog::Close()
     m_spooling = false;
     SpoolWaiting();
     m_spoolLane->Finish(LastWait);
+    m_left = static_cast<int>(
+        std::count_if(m_queue.begin(), m_queue.end(), [](const Entry& entry) { return entry.spooled; }));
     for (const Entry& entry : m_queue)
         if (!entry.spooled)
             ProgramLog::Write(
@@ -313,7 +327,7 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
         try {
             std::rethrow_exception(outcome.failure);
         } catch (const std::exception& failure) {
-            Fail(DescribeError(failure, m_strings));
+            Fail(DescribeCause(failure, m_strings));
         }
         return;
     }

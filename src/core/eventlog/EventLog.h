@@ -49,6 +49,8 @@ public:
     void WriteWaiting();
     // How many records wait for longer than they should.
     int Waiting() const { return m_late ? static_cast<int>(m_queue.size()) : 0; }
+    // How many the last logoff has left in the spool file, for the next logon.
+    int Left() const { return m_left; }
     // What the database does not have yet, oldest first.
     QList<LogRecord> WaitingRecords() const;
     // Waits at most so long for what is just being stored.
@@ -102,6 +104,7 @@ private:
     bool m_storing = false;
     bool m_spooling = false;
     bool m_late = false;
+    int m_left = 0;
     bool m_onServer = false;
     bool m_follow = false; // to be looked for what is missing on the server, with records or without
     std::deque<Entry> m_queue;

@@ -78,5 +78,6 @@ constexpr int WaitForLock = 5959;
 constexpr int WaitMayBeGivenUp = 5960;
 constexpr int WaitMayNotBeGivenUp = 5961;
 constexpr int GiveUpWaiting = 5962;
+constexpr int RecordsLocked = 6182;
 
 } // namespace CoreText

@@ -118,5 +118,7 @@ constexpr int ScadaNoUnit = 5872;
 constexpr int MayNotRegroup = 5850;
 constexpr int HangUpRadio = 6008;
 constexpr int FailedAndMore = 6009;
+constexpr int EndsAfterCall = 6180;
+constexpr int RecordsLeft = 6181;
 
 } // namespace MainText

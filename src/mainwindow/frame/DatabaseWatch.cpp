@@ -62,7 +62,10 @@ DatabaseWatch::DatabaseWatch(const Services& services, const SessionState& sessi
 void DatabaseWatch::ShowState()
 {
     const EventLog& log = m_services.eventLog;
-    m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log.Waiting(), log.Cause());
+    if (log.Left() > 0)
+        m_strip.ShowRecordsLeft(log.Left());
+    else
+        m_strip.ShowDatabase(m_services.session.Changes().IsAway(), log.Waiting(), log.Cause());
 }
 
 void DatabaseWatch::LookNow()

@@ -15,6 +15,7 @@
 #include "mainwindow/frame/Services.h"
 #include "radio/facade/Map27Executive.h"
 
+#include <QCoreApplication>
 #include <QScopedValueRollback>
 
 LogonCommand::LogonCommand(const Services& services, SessionState& state, ILogonView& view)
@@ -139,6 +140,10 @@ void LogonCommand::EndSession()
 {
     if (!m_ending)
         m_session.callsign = m_services.executive.MyCallsign();
+    // Whoever was asked knew of a call that was up then. One that comes while the database is waited for is
+    // nobody's to cut.
+    if (m_services.executive.IsInCall())
+        Attempt([this] { m_services.executive.Disconnect(); });
     // What is left to do is written down first: the rest may take too long.
     Attempt([this] { m_openSessions.Keep(m_session); });
     Attempt([this] { m_services.executive.UpdateDutyStatus(m_session.callsign, false); });
@@ -147,7 +152,17 @@ void LogonCommand::EndSession()
     Attempt([&] { cleared = m_services.profile.ClearLoggedOnFlag(onFailure); });
     if (cleared)
         Attempt([this] { m_openSessions.Forget(m_session); });
+    AwaitEndOfCall();
     Attempt([this] { m_services.executive.Disconnect(); });
+}
+
+void LogonCommand::AwaitEndOfCall()
+{
+    if (m_ending || !m_services.executive.IsInCall())
+        return;
+    m_view.SbrMessageFirst(Text(MainText::EndsAfterCall));
+    while (!m_ending && m_services.executive.IsInCall())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void LogonCommand::KeepSession()

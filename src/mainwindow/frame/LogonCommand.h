@@ -38,7 +38,7 @@ public:
 
     void Run();
     // What remains of the session when the program ends: this console's radio off duty, profile unmarked,
-    // link closed.
+    // link closed. A call that has come in meanwhile is waited for in the event loop, with the window open.
     void EndSession();
     // The program has been told to end at once: the radio hangs up, and from now on nobody can log on and
     // nothing is asked.
@@ -50,6 +50,7 @@ private:
     void EndLeftSessions();
     bool EndLeft(OpenSessions::Session& session);
     void KeepSession();
+    void AwaitEndOfCall();
     bool ReadRights();
     bool ConnectRadio();
     void Logoff();

@@ -172,6 +172,11 @@ void LinkStrip::ShowDatabase(bool away, int waiting, const QString& cause)
     Say(*m_databaseRow, texts.join(u' '));
 }
 
+void LinkStrip::ShowRecordsLeft(int records)
+{
+    Say(*m_databaseRow, FormatMessage(m_strings, MainText::RecordsLeft, {QString::number(records)}));
+}
+
 int LinkStrip::HeightAt(int width) const
 {
     int height = 0;

@@ -43,6 +43,8 @@ public:
 
     // A database server that does not answer; how many log records wait, and why in words.
     void ShowDatabase(bool away, int waiting, const QString& cause);
+    // In its place: how many wait on the disk for the next logon.
+    void ShowRecordsLeft(int records);
 
     // Height that its content needs at a given width; 0 without content.
     int HeightAt(int width) const;

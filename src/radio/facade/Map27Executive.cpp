@@ -64,6 +64,13 @@ void Map27Executive::SetViews(const RadioViews& views)
     m_agent->SetViews(views);
 }
 
+bool Map27Executive::IsInCall() const
+{
+    const enum TransactionKind kind = m_transaction.Kind();
+    return kind == TransactionKind::CallSetUp || kind == TransactionKind::CallRinging ||
+           kind == TransactionKind::CallConnected;
+}
+
 void Map27Executive::Connect()
 {
     const QString code = m_services.session.Memory().Setting(QStringLiteral("subscriber_numbering"),

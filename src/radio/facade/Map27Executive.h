@@ -32,6 +32,8 @@ public:
     // Number of the transaction that a send operation started last, by which whoever started one can tell
     // whether an outcome belongs to it.
     unsigned LastTransaction() const { return m_transaction.Number(); }
+    // A call is being set up, rings, or is connected, whoever began it.
+    bool IsInCall() const;
     const OutgoingMessage& Outgoing() const { return m_transaction.outgoing; }
     class Map27Control& Map27Control() { return *m_control; }
 
