@@ -167,7 +167,7 @@ TEST_F(EventLogTest, WhatCannotBeStoredWaitsAndIsToldOnce)
     const QString second = log.AppendLogRecord(time, EventType::Call, "2", "Car 1", "200");
     EXPECT_EQ(told,
               QStringList(
-                  "the file is locked by another program or workstation. Please try again. Nothing is lost "
+                  "the file is locked by another program or workstation. Nothing is lost "
                   "and nothing has to be repeated: log records are kept on this computer and stored as soon "
                   "as the cause is gone."));
     EXPECT_EQ(log.Waiting(), 2);
