@@ -143,7 +143,7 @@ QVariant Connection::Value(const QString& sql, const QVariantList& values)
 void Connection::Execute(const QString& script)
 {
     Live();
-    m_ahead.answers.clear();
+    m_ahead.Drop();
     m_tables.clear();
     const Result result = SendScript(script.toUtf8());
     if (!result.IsSuccess())
@@ -195,7 +195,7 @@ Result Connection::Read(const QString& sql, const QVariantList& values, bool kee
 std::vector<Result> Connection::Ask(const QList<Request>& requests, bool changes, bool keep)
 {
     if (changes)
-        DropAhead(requests.front().sql);
+        m_ahead.DropWhatReads(requests.front().sql);
     for (int attempt = 1;; ++attempt) {
         bool sent = false;
         try {
@@ -331,8 +331,7 @@ void Connection::ReadAhead(const QList<Request>& requests, bool listening)
     try {
         Live();
         ServerLink& link = Link();
-        if (m_ahead.generation != link.Generation() || m_ahead.notices != link.Notices())
-            m_ahead = {{}, link.Generation(), link.Notices()};
+        m_ahead.Follow(link);
         Batch batch(link.Generation());
         if (listening && !link.IsListening())
             batch.Say(ServerLink::AskForNotices);
@@ -341,8 +340,8 @@ void Connection::ReadAhead(const QList<Request>& requests, bool listening)
         for (const auto& [sql, values] : requests) {
             const StatementPtr statement = Known(sql);
             const std::vector<QByteArray> texts = Texts(statement->text, values);
-            QByteArray key = AheadKey(sql, texts);
-            if (m_ahead.answers.contains(key))
+            QByteArray key = AnswersAhead::Key(sql, texts);
+            if (m_ahead.Has(key))
                 continue;
             batch.Run(statement, texts, static_cast<int>(keys.size()));
             batch.Divide();
@@ -358,8 +357,7 @@ void Connection::ReadAhead(const QList<Request>& requests, bool listening)
             if (step.kind == Batch::Kind::Command)
                 link.SetListening();
             if (step.kind == Batch::Kind::Run)
-                m_ahead.answers.insert_or_assign(keys[static_cast<std::size_t>(step.owner)],
-                                                 std::move(batch.Answers()[i]));
+                m_ahead.Keep(keys[static_cast<std::size_t>(step.owner)], std::move(batch.Answers()[i]));
         }
         link.Collect();
     } catch (const Error& error) {
@@ -368,32 +366,13 @@ void Connection::ReadAhead(const QList<Request>& requests, bool listening)
     }
 }
 
-// Good for as long as nobody has changed anything.
 std::optional<Result> Connection::TakeAhead(const QString& sql, const QVariantList& values)
 {
-    if (m_ahead.answers.empty() || m_inTransaction)
+    if (m_ahead.IsEmpty() || m_inTransaction)
         return {};
     Live();
-    if (m_ahead.generation != Link().Generation() || m_ahead.notices != Link().Notices())
-        m_ahead.answers.clear();
-    auto kept = m_ahead.answers.extract(AheadKey(sql, Texts(Known(sql)->text, values)));
-    return kept ? std::optional(std::move(kept.mapped())) : std::nullopt;
-}
-
-// The update of a table changes what is read of this table and nothing else; other statements may do more.
-void Connection::DropAhead(const QString& change)
-{
-    static const QRegularExpression update("^UPDATE \"(\\w+)\" SET ");
-    const QByteArray table = update.match(change).captured(1).toUtf8();
-    std::erase_if(m_ahead.answers, [&](const auto& kept) { return kept.first.contains(table); });
-}
-
-QByteArray Connection::AheadKey(const QString& sql, const std::vector<QByteArray>& texts)
-{
-    QByteArray key = sql.toUtf8();
-    for (const QByteArray& text : texts)
-        key += '\0' + (text.isNull() ? QByteArray("n") : 't' + text);
-    return key;
+    m_ahead.Follow(Link());
+    return m_ahead.Take(AnswersAhead::Key(sql, Texts(Known(sql)->text, values)));
 }
 
 void Connection::Begin()
@@ -401,7 +380,7 @@ void Connection::Begin()
     Live();
     if (m_inTransaction)
         throw Error(Kind::InTransaction);
-    m_ahead.answers.clear();
+    m_ahead.Drop();
     Batch batch(Link().Generation());
     batch.Say("BEGIN");
     batch.Say(LockChanges);
@@ -420,7 +399,7 @@ void Connection::BeginTogether()
     Live();
     if (m_inTransaction)
         throw Error(Kind::InTransaction);
-    m_ahead.answers.clear();
+    m_ahead.Drop();
     m_inTransaction = true;
     m_isTogether = true;
     m_isBegun = false;

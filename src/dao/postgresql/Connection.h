@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dao/base/Error.h"
+#include "dao/postgresql/AnswersAhead.h"
 #include "dao/postgresql/Batch.h"
 #include "dao/postgresql/Result.h"
 #include "dao/postgresql/ServerLink.h"
@@ -10,7 +11,6 @@
 #include <QHash>
 #include <exception>
 #include <functional>
-#include <map>
 
 namespace dao::postgresql {
 
@@ -70,12 +70,6 @@ private:
         std::vector<QByteArray> texts;
         Explain explain;
     };
-    // Answers read ahead, by statement and values.
-    struct Ahead {
-        std::map<QByteArray, Result> answers;
-        int generation = 0;
-        int notices = 0;
-    };
 
     explicit Connection(Now now) : m_now(std::move(now)) {}
     PGconn* Live();
@@ -92,8 +86,6 @@ private:
     [[noreturn]] void RaiseLost(const QString& text);
     void EndTogether();
     std::optional<Result> TakeAhead(const QString& sql, const QVariantList& values);
-    void DropAhead(const QString& change);
-    static QByteArray AheadKey(const QString& sql, const std::vector<QByteArray>& texts);
     Result SendScript(const char* script) const;
     void RestoreTransaction();
 
@@ -101,7 +93,7 @@ private:
     std::unique_ptr<ServerLink> m_link;
     QHash<QString, StatementPtr> m_statements;
     int m_names = 0;
-    Ahead m_ahead;
+    AnswersAhead m_ahead;
     TableShapes m_tables;
     bool m_inTransaction = false;
     int m_transactionGeneration = 0; // of the connection that it was begun on
