@@ -2,6 +2,8 @@
 
 #include "map27/TableEnd.h"
 #include "map27/link/Link.h"
+#include "map27/trace/FrameParts.h"
+#include "map27/trace/LinkObserver.h"
 
 #include <functional>
 #include <random>
@@ -28,6 +30,7 @@ struct LateResult {
     int flaps = 0;                    // times that it was lost again
     int requestsAfter = 0;            // in the ten minutes that follow
     int wrong = 0;                    // messages lost, twice or out of order, both directions
+    std::string breaches;             // of the standard, as seen at our end
     double use = 0;                   // of what the window allows, sending from our end
     map27::Milliseconds roundTrip{0}; // the longest that the case allows
 };
@@ -43,6 +46,7 @@ public:
                                                     : TableEnd::T0::None),
           m_random(test.seed)
     {
+        m_observer.Open(9600);
     }
 
     LateResult Run()
@@ -83,6 +87,7 @@ public:
         result.flaps = m_failures;
         result.requestsAfter = m_requests - requests;
         result.wrong = m_wrong;
+        result.breaches = m_breaches;
         return result;
     }
 
@@ -144,6 +149,8 @@ private:
                     const map27::Octets frame = std::move(flying.front().frame);
                     flying.pop_front();
                     m_heard = m_heard || (to == 0 && m_started[1]);
+                    if (to == 0 && m_started[0])
+                        Observe(frame, map27::Direction::FromRadio);
                     if (m_started[to])
                         AtEnd(to, [&](auto& link) { return link.Feed(frame, m_now); });
                 }
@@ -154,10 +161,20 @@ private:
         return true;
     }
 
+    void Observe(const map27::Octets& frame, map27::Direction direction)
+    {
+        for (const map27::Finding& one :
+             m_observer.Take(map27::TakeApart(frame)->body, direction, m_now).findings)
+            if (one.weight == map27::Finding::Weight::Breach)
+                m_breaches += std::string(one.kind) + ": " + one.text + '\n';
+    }
+
     void Take(int end, const map27::LinkOutput& output)
     {
         for (const map27::Octets& frame : output.frames) {
             const std::uint8_t type = frame[3];
+            if (end == 0)
+                Observe(frame, map27::Direction::ToRadio);
             m_requests += end == 0 && type == map27::packet::LinkRequest ? 1 : 0;
             const auto lineTime = map27::Milliseconds((frame.size() * 10 * 1000 + 9599) / 9600);
             m_free[end] = std::max(m_free[end], m_now) + lineTime;
@@ -280,6 +297,8 @@ private:
     int m_failures = 0;
     int m_lost[2]{};
     int m_wrong = 0;
+    map27::LinkObserver m_observer;
+    std::string m_breaches;
     int m_last[2]{};
     int m_next[2]{};
 };

@@ -5,7 +5,7 @@
 using map27::Milliseconds;
 
 // Every kind of end, delay and variation: up in time and with few requests, never lost again, every message
-// once and in order, and the line used.
+// once and in order, the line used, and nothing that the trace's observer takes for a breach.
 TEST(LateLine, SettlesAndStays)
 {
     static const char* const peers[] = {"our own", "table, T0 stays", "table, T0 grows",
@@ -45,6 +45,7 @@ TEST(LateLine, SettlesAndStays)
                         EXPECT_EQ(result.flaps, 0);
                         EXPECT_EQ(result.requestsAfter, 0);
                         EXPECT_EQ(result.wrong, 0);
+                        EXPECT_EQ(result.breaches, "");
                         EXPECT_GE(result.use, 0.8);
                         ++cases;
                     }

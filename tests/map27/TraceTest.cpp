@@ -15,15 +15,18 @@ namespace {
 
 // "> 80 ..." a message to the radio in the next LT and its LA, "< ..." one from it; ">L ..." the body of a
 // frame as it is; "x" before it: damaged; "+ 16000" lets time pass. What strikes, as "console kind" or "radio
-// kind", breaches with '!'.
+// kind", breaches with '!'; "opened 9600" the line, at that speed.
 class Wire {
 public:
-    Wire()
+    // At 9600 bit/s, with the link set up and the radio's prefix known.
+    static Wire Ready()
     {
-        for (const char* body : {">L 01 0E 01 01", "<L 01 0E 01 01", ">L 02 01 01 00", "<L 02 01 01 00",
-                                 "> B0 00", "< B0 00 00 03 00 00 00 00 B8 00 80 FE"})
-            Do(body);
-        EXPECT_EQ(struck, "") << "setting up";
+        Wire wire;
+        for (const char* body : {"opened 9600", ">L 01 0E 01 01", "<L 01 0E 01 01", ">L 02 01 01 00",
+                                 "<L 02 01 01 00", "> B0 00", "< B0 00 00 03 00 00 00 00 B8 00 80 FE"})
+            wire.Do(body);
+        EXPECT_EQ(wire.struck, "") << "setting up";
+        return wire;
     }
 
     void Do(const std::string& step)
@@ -33,6 +36,10 @@ public:
         const std::string rest = step.substr(blank + 1);
         if (how == "+") {
             m_now += Milliseconds(std::stoi(rest));
+            return;
+        }
+        if (how == "opened") {
+            m_observer.Take({.kind = TraceEntry::Kind::Opened, .at = m_now, .number = std::stoi(rest)});
             return;
         }
         const bool toRadio = how.find('>') != std::string::npos;
@@ -65,12 +72,20 @@ private:
         const auto seen = m_observer.Take(std::get<TraceEntry>(read));
         words = seen.words;
         for (const map27::Finding& finding : seen.findings)
-            struck += std::string(struck.empty() ? "" : ", ") +
-                      (finding.by == Direction::ToRadio ? "console " : "radio ") + std::string(finding.kind) +
-                      (finding.weight == map27::Finding::Weight::Breach ? "!" : "");
+            Strike((finding.by == Direction::ToRadio ? "console " : "radio ") + std::string(finding.kind) +
+                   (finding.weight == map27::Finding::Weight::Breach ? "!" : ""));
+    }
+
+    // What goes on is noted once.
+    void Strike(const std::string& kind)
+    {
+        if (kind != m_lastStruck)
+            struck += (struck.empty() ? "" : ", ") + kind;
+        m_lastStruck = kind;
     }
 
     map27::TraceObserver m_observer;
+    std::string m_lastStruck;
     map27::TimePoint m_now{};
     std::uint8_t m_numbers[2] = {0, 0};
 };
@@ -78,6 +93,27 @@ private:
 struct Row {
     const char* steps; // with ';' between them
     const char* struck;
+    int times = 1; // that the steps are done
+};
+
+// From a port that was not open.
+constexpr Row SetUpRows[] = {
+    {"opened 9600; >L 01 0E 01 01; <L 02 01 01 00", "radio straight-answer"},
+    {"opened 9600; >L 01 0E 01 01; <L 02 01 01 00; >L 01 0E 01 01; <L 02 01 01 00",
+     "radio straight-answer, radio straight-answer!"},
+    {">L 01 0E 01 01; <L 02 01 01 00", "", 2},
+    {"opened 9600; >L 01 0E 01 01; x<L 01 0E 01 01; <L 02 01 01 00; >L 01 0E 01 01; <L 02 01 01 00",
+     "radio fcs, radio straight-answer"},
+    {"opened 9600; <L 01 0A 01 01; >L 01 0E 01 01; <L 02 01 01 00", "radio unfit-answer!"},
+    {"opened 9600; <L 01 0A 01 01; >L 01 0E 01 01; <L 02 01 00 00", "radio unfit-answer, radio no-credit"},
+    {"opened 9600; <L 01 0A 01 01; >L 01 0E 01 01; >L 01 0A 01 01; <L 02 01 01 00; >L 02 01 01 00", ""},
+    {"opened 9600; <L 01 0A 01 01; >L 01 0E 01 01; >L 02 01 01 00; <L 02 01 01 00", ""},
+    {"opened 19200; >L 01 0E 01 01; <L 01 0E 01 01; >L 02 01 01 00; <L 02 01 01 00; <L 04 01 01 00 B2 04 9E "
+     "FF; + 100; <L 04 01 01 00 B2 04 9E FF",
+     "console unacknowledged"},
+    {"opened 9600; >L 01 00 01 01; <L 01 00 01 01; >L 02 01 01 00; <L 02 01 01 00; <L 04 01 01 00 B2 04 9E "
+     "FF; + -100; <L 04 01 01 00 B2 04 9E FF",
+     "console unacknowledged"},
 };
 
 constexpr Row LinkRows[] = {
@@ -89,8 +125,19 @@ constexpr Row LinkRows[] = {
     {"<L 04 02 03 00 B2 04 9E FF", "radio transfer-header!"},
     {"<L 04 03 01 00 B2 04 9E FF", "radio credit!, radio sequence!"},
     {"<L 04 02 01 00 B2 04 9E FF; <L 04 03 01 00 B2 04 9E FF", "radio credit!"},
-    {"<L 04 02 01 00 B2 04 9E FF; <L 04 02 01 00 B2 04 9E FF", "console unacknowledged"},
-    {"<L 04 02 01 00 B2 04 9E FF; + -190; <L 04 02 01 00 B2 04 9E FF", "radio early-repetition!"},
+    {"<L 04 02 01 00 B2 04 9E FF; + 400; <L 04 02 01 00 B2 04 9E FF", "console unacknowledged"},
+    {"<L 04 02 01 00 B2 04 9E FF; + 300; <L 04 02 01 00 B2 04 9E FF", "radio early-repetition!"},
+    {"<L 04 02 01 00 B2 04 9E FF; + 400; <L 04 02 01 00 B2 04 9E FE",
+     "radio changed-repetition!, console unacknowledged"},
+    {"<L 02 02 04 00", "radio credit-beyond!"},
+    {">L 02 02 00 00; <L 04 02 01 00 B2 04 9E FF", "console no-credit, radio withdrawn-credit"},
+    {">L 02 02 00 00; + 2000; <L 04 02 01 00 B2 04 9E FF", "console no-credit, radio credit!"},
+    {">L 04 02 01 00 B0 03; + 400", "radio unacknowledged", 11},
+    {">L 04 02 01 00 B0 03; + 400", "radio unacknowledged, console many-repetitions!, radio unacknowledged",
+     12},
+    {"<L 02 02 01 00; + -100", "", 7},
+    {"<L 02 02 01 00; + -100", "radio endless!", 8},
+    {"x>L 04 02 01 00 B0 03; <L 02 02 01 00; + -300", "console fcs", 8},
     {"<L 02 04 01 00", "radio acknowledges-ahead!"},
     {"<L 02 01 01 00", "radio acknowledges-back!"},
     {"<L 02 02 00 00", "radio no-credit"},
@@ -112,6 +159,9 @@ constexpr Row MessageRows[] = {
     {"< 82 00 00 02 00 07 41", "radio coding!"},
     {"< 81 00 00 02 00 B7", "radio empty-text!"},
     {"< 81 00 00 02 00 97 01 02 03 04 05 06 07 08 09 0A", "radio reserved-digit!"},
+    {"< 81 00 00 02 00 97 01 02 03 04 05 06 07 08 09 30", "radio unused-bits!"},
+    {"< 81 00 00 02 00 B7 41 42 43 44 C5", "radio unused-bits!"},
+    {"< 81 00 00 02 00 F7 41 42 43 44 C5", ""},
     {"< 81 00 00 02 00 B7 41 42", "radio codewords"},
     {"< 81 00 00 02 00 B7 41 42 43 44 45", ""},
     {"< 80 00 00 02 31 AA 05", ""},
@@ -119,6 +169,7 @@ constexpr Row MessageRows[] = {
     {"> B0 7F; < B4 02", "console question!"},
     {"> B2 01; < B4 03", "console hook!"},
     {"< B1 00 00 03 00 47 00 02 1B 58 1B 61", "radio numbering!"},
+    {"< B1 00 00 03 00 02 00 47 1B 58 1B 61 00", "radio cut-group!"},
     {"< B1 00 00 00 00 00 00 00 00 00 00 00", "radio own-number!, radio no-fleet"},
     {"< B2 04 9E 00", "radio call-time!"},
     {"< B3 B8 00 00", "radio short-settings"},
@@ -127,6 +178,10 @@ constexpr Row MessageRows[] = {
     {"> 80 00 00 02 00 05; < E0 00 00 02 00 07", "radio unknown-cause"},
     {"> 80 00 00 02 00 05; < C0 00 00 00 00 00", "radio unnamed-answer!"},
     {"> 80 05 00 02 00 05; < C0 00 00 00 00 00", ""},
+    {"> 80 05 00 02 00 05; < C0 05 00 02 00 00", "radio named-answer!"},
+    {"< A4 05 00 02 00 20", "radio named-group!"},
+    {"< A4 00 00 00 00 20", ""},
+    {"< A4 05 00 02 00 00", ""},
     {"> 80 00 00 02 00 05; < C0 00 00 03 00 00", "radio other-answer!"},
     {"< C0 00 00 02 00 00", "radio unasked-answer!"},
     {"> 80 00 00 02 00 05; > 80 00 00 03 00 05", "console second-request!"},
@@ -151,12 +206,15 @@ constexpr Row MessageRows[] = {
 
 TEST(TraceObserver, EveryBreachStrikesAndNothingElse)
 {
-    for (const auto& rows : {std::span<const Row>(LinkRows), std::span<const Row>(MessageRows)})
+    for (const auto& rows :
+         {std::span<const Row>(SetUpRows), std::span<const Row>(LinkRows), std::span<const Row>(MessageRows)})
         for (const Row& row : rows) {
-            Wire wire;
-            std::stringstream steps(row.steps);
-            for (std::string step; std::getline(steps >> std::ws, step, ';');)
-                wire.Do(step);
+            Wire wire = rows.data() == SetUpRows ? Wire{} : Wire::Ready();
+            for (int time = 0; time < row.times; ++time) {
+                std::stringstream steps(row.steps);
+                for (std::string step; std::getline(steps >> std::ws, step, ';');)
+                    wire.Do(step);
+            }
             EXPECT_EQ(wire.struck, row.struck) << row.steps;
         }
 }
@@ -179,7 +237,7 @@ TEST(TraceObserver, SaysWhatAFrameDoes)
         {">L 04 02 01 00 B2 03", "LT 2  RADIO CONTROL: off-hook, transmit"},
     };
     for (const auto& [step, words] : rows) {
-        Wire wire;
+        Wire wire = Wire::Ready();
         wire.Do(step);
         EXPECT_EQ(wire.words, words);
     }

@@ -52,7 +52,7 @@ bool IsArrival(OctetSpan message)
     }
 }
 
-std::string ProposalText(const LinkObserver::Proposal& proposal)
+std::string ProposalText(const LinkProposal& proposal)
 {
     return "N1=" + std::to_string(proposal.n1) + " k=" + std::to_string(proposal.k) + " version " +
            std::to_string(proposal.version);
@@ -72,6 +72,7 @@ CheckOutput RadioCheck::Start(TimePoint now)
 {
     m_startedAt = m_begunAt = now;
     m_limit = now + UntilLink;
+    Note({.kind = TraceEntry::Kind::Opened, .at = now, .number = m_settings.bitsPerSecond});
     Take(m_link.Start(now), now);
     return TakeOutput();
 }
@@ -190,10 +191,10 @@ void RadioCheck::OnReady(TimePoint now)
     m_nextNumber = 1;
     m_lastTransfer.clear();
     m_unconfirmed.reset();
-    const auto agreed = m_observer.Link().Agreed();
+    const auto agreed = m_observer.Link().SetUp().Agreed();
     if (!m_report.linkCameUp) {
         m_report.linkCameUp = true;
-        const auto asked = m_observer.Link().FirstProposal(Direction::FromRadio);
+        const auto asked = m_observer.Link().SetUp().First(Direction::FromRadio);
         m_report.Add("link", Verdict::Good,
                      "up; the radio asked for " + (asked ? ProposalText(*asked) : "nothing") +
                          ", agreed are " + (agreed ? ProposalText(*agreed) : "unknown values"),

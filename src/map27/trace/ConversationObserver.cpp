@@ -121,6 +121,12 @@ void ConversationObserver::TakeFromRadio(const FromRadio& message)
         m_incoming = wasGivenUp ? Incoming::GivenUp : Incoming::None;
     } else if (const auto* call = std::get_if<CallMessage>(&message)) {
         m_request.reset();
+        const Address caller = call->party.address;
+        if (call->details.Group() && m_ownPrefix && !caller.IsDummy() && caller.prefix != *m_ownPrefix &&
+            !IsGateway(call->party))
+            m_findings.push_back(
+                {Finding::Weight::Breach, "named-group", Direction::FromRadio,
+                 "A call to a group names a radio of another prefix; such a call names nobody."});
         m_incoming = call->details.OffHookNeeded() ? Incoming::Ringing : Incoming::Connected;
         m_inCall = m_incoming == Incoming::Connected;
     } else if (const auto* info = std::get_if<ProtocolInfoMessage>(&message)) {
@@ -203,6 +209,9 @@ void ConversationObserver::JudgeParty(const Party& party)
         m_findings.push_back({Finding::Weight::Breach, "other-answer", Direction::FromRadio,
                               "The answer names " + ToText(party.address) + ", not " +
                                   ToText(called.address) + ", which was called."});
+    else if (m_ownPrefix && !isOwn && !IsGateway(called))
+        m_findings.push_back({Finding::Weight::Breach, "named-answer", Direction::FromRadio,
+                              "The answer names a radio of another prefix; such an answer names nobody."});
 }
 
 } // namespace map27

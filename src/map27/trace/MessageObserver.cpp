@@ -15,6 +15,23 @@ constexpr std::uint8_t ReservedCodingBit = 0x01;
 constexpr std::uint8_t FirstCustomReason = 0x80;
 constexpr std::uint16_t ChannelBits = 0x03FF;
 
+// Of an octet that is one character.
+std::uint8_t UsedBits(Coding coding)
+{
+    switch (coding) {
+    case Coding::BcdAscii:
+    case Coding::TelexAscii:
+    case Coding::Ccitt5:
+        return 0x7F;
+    case Coding::Bcd:
+        return 0x0F;
+    case Coding::Telex:
+        return 0x1F;
+    default:
+        return 0xFF;
+    }
+}
+
 // One message at a time.
 class Judge {
 public:
@@ -75,7 +92,9 @@ private:
                         m_message.begin()))
             Breach("unused-bits", "Bits are set that the standard wants to be 0; the message is written " +
                                       ToHex(again) + '.');
-        if (m_message.size() > again.size())
+        if (m_message.size() > again.size() && m_message[0] == Type::Numbering)
+            Breach("cut-group", "The list of groups ends in the middle of one.");
+        else if (m_message.size() > again.size())
             Remark("extra-octets", std::to_string(m_message.size() - again.size()) +
                                        " octets follow the end of the message, which are ignored.");
     }
@@ -140,10 +159,14 @@ private:
         if (data.octets.empty())
             Breach("empty-text", "The message is empty.");
         constexpr auto reserved = [](std::uint8_t digit) {
-            return digit == 0x0A || digit == 0x0D || digit == 0x0E || digit > 0x0F;
+            return digit == 0x0A || digit == 0x0D || digit == 0x0E;
         };
         if (data.coding == Coding::Bcd && std::ranges::any_of(data.octets, reserved))
             Breach("reserved-digit", "A digit is neither 0 to 9, * (Bh), # (Ch) nor the filler (Fh).");
+        if (std::ranges::any_of(data.octets, [used = UsedBits(data.coding)](std::uint8_t octet) {
+                return (octet & ~used) != 0;
+            }))
+            Breach("unused-bits", "A character has bits set that its coding wants to be 0.");
         if (m_direction == Direction::FromRadio && IsKnown(data.coding) && Fits(data, message.size) &&
             !data.octets.empty() && PadToCodewords(data, message.size, PadStyle::Nul) != data)
             Remark("codewords", "The length is not that of whole codewords, as it comes from the air.");

@@ -134,6 +134,11 @@ std::string Member(const char* name, std::string_view text)
     return std::string(",\"") + name + "\":" + JsonQuoted(text);
 }
 
+std::string Number(const char* name, std::int64_t number)
+{
+    return std::string(",\"") + name + "\":" + std::to_string(number);
+}
+
 } // namespace
 
 std::string WriteTraceEntry(const TraceEntry& entry)
@@ -152,7 +157,9 @@ std::string WriteTraceEntry(const TraceEntry& entry)
         if (!entry.time.empty())
             line += Member("time", entry.time);
         if (!entry.port.empty())
-            line += Member("port", entry.port) + ",\"speed\":" + std::to_string(entry.number);
+            line += Member("port", entry.port);
+        if (entry.number > 0)
+            line += Number("speed", entry.number);
         break;
     case TraceEntry::Kind::Closed:
         line += Member("event", "closed");
@@ -161,7 +168,7 @@ std::string WriteTraceEntry(const TraceEntry& entry)
         line += Member("event", "time") + Member("time", entry.time);
         break;
     case TraceEntry::Kind::Lost:
-        line += Member("event", "lost") + ",\"count\":" + std::to_string(entry.number);
+        line += Member("event", "lost") + Number("count", entry.number);
         break;
     case TraceEntry::Kind::Command:
         line += Member("command", entry.command) + Member("answer", entry.answer);

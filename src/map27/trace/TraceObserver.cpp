@@ -10,6 +10,8 @@ namespace map27 {
 
 namespace {
 
+constexpr std::int64_t FastestLine = 100'000'000; // bits per second
+
 std::string FcsWords(std::uint16_t fcs)
 {
     const Octets octets{static_cast<std::uint8_t>(fcs & 0xFF), static_cast<std::uint8_t>(fcs >> 8)};
@@ -40,11 +42,13 @@ TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
         seen = TakeFrame(entry);
         break;
     case TraceEntry::Kind::Noise:
+        m_link.TakeDamage(entry.direction);
         seen.words = "no frame: " + ToHex(entry.octets);
         seen.findings.push_back({Finding::Weight::Remark, "noise", entry.direction,
                                  std::to_string(entry.octets.size()) + " octets outside of frames."});
         break;
     case TraceEntry::Kind::Opened:
+        m_link.Open(static_cast<unsigned>(std::min<std::int64_t>(entry.number, FastestLine)));
         seen.words = OpenedWords(entry);
         break;
     case TraceEntry::Kind::Closed:
@@ -80,6 +84,7 @@ TraceObserver::Seen TraceObserver::TakeFrame(const TraceEntry& entry)
         return seen;
     }
     ++m_totals.damaged;
+    m_link.TakeDamage(entry.direction);
     Seen seen{.words = "damaged frame" + onPurpose};
     // It is the line's fault more often than that of an end.
     if (parts)

@@ -19,6 +19,7 @@ map27::OctetSpan Octets(const QByteArray& bytes)
 Program::Program(const Options& options, Console console)
     : m_console(std::move(console)),
       m_simulation(LoadScenario(options.scenario), options.simulation),
+      m_bitsPerSecond(options.simulation.bitsPerSecond),
       m_trace(options.trace, m_console.log)
 {
     m_clock.start();
@@ -29,7 +30,7 @@ Program::Program(const Options& options, Console console)
     m_port = MakePort(options);
     connect(m_port.get(), &Port::Came, this, [this] {
         m_console.log("console connected");
-        m_trace.Write({.kind = map27::TraceEntry::Kind::Opened, .at = Now()});
+        m_trace.Write({.kind = map27::TraceEntry::Kind::Opened, .at = Now(), .number = m_bitsPerSecond});
         Take(m_simulation.ConsoleCame(Now()));
     });
     connect(

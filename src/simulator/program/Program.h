@@ -44,6 +44,7 @@ private:
     Simulation m_simulation;
     QElapsedTimer m_clock;
     QTimer m_timer;
+    unsigned m_bitsPerSecond; // 0: unpaced
     TraceWriter m_trace;
     std::unique_ptr<Port> m_port;
     std::unique_ptr<LineReader> m_commands;
