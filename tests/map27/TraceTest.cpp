@@ -42,6 +42,12 @@ public:
             m_observer.Take({.kind = TraceEntry::Kind::Opened, .at = m_now, .number = std::stoi(rest)});
             return;
         }
+        if (how == "said" || how == "continued") {
+            const std::string line = how == "said" ? R"("said","message":")" + rest + "\"}"
+                                                   : R"("continued","speed":9600,)" + rest + '}';
+            m_observer.Take(std::get<TraceEntry>(map27::ReadTraceEntry("{\"ms\":0,\"event\":" + line)));
+            return;
+        }
         const bool toRadio = how.find('>') != std::string::npos;
         const Direction direction = toRadio ? Direction::ToRadio : Direction::FromRadio;
         map27::Octets body = FromHex(rest);
@@ -96,8 +102,19 @@ struct Row {
     int times = 1; // that the steps are done
 };
 
-// From a port that was not open.
+constexpr auto GoesOn =
+    R"(continued "n1":0,"k":1,"version":1,"next_to_radio":9,"next_from_radio":5; said B0 00 00 03 00 00 00 00 B8 00 80 FE; )";
+
+// From a port that was not open. "~" is GoesOn.
 constexpr Row SetUpRows[] = {
+    {"~ <L 04 05 01 00 80 00 00 02 00 05", ""},
+    {"~ <L 04 06 01 00 80 00 00 02 00 05", "radio sequence!"},
+    {"~ >L 04 08 01 00 B0 03", ""},
+    {"~ <L 04 05 01 00 80 00 00 02 20 11 22 33 44 55 66 77 88 99 00 11 05",
+     "radio too-long!, radio extra-octets"},
+    {"~ >L 04 09 01 00 80 05 00 02 00 05; <L 02 0A 01 00; <L 04 05 01 00 C0 05 00 02 00 00",
+     "radio named-answer!"},
+    {"<L 04 06 01 00 80 00 00 02 00 05; ~ <L 04 08 01 00 80 00 00 02 00 05", "radio sequence!"},
     {"opened 9600; >L 01 0E 01 01; <L 02 01 01 00", "radio straight-answer"},
     {"opened 9600; >L 01 0E 01 01; <L 02 01 01 00; >L 01 0E 01 01; <L 02 01 01 00",
      "radio straight-answer, radio straight-answer!"},
@@ -211,7 +228,10 @@ TEST(TraceObserver, EveryBreachStrikesAndNothingElse)
         for (const Row& row : rows) {
             Wire wire = rows.data() == SetUpRows ? Wire{} : Wire::Ready();
             for (int time = 0; time < row.times; ++time) {
-                std::stringstream steps(row.steps);
+                std::string written = row.steps;
+                if (const std::size_t at = written.find('~'); at != std::string::npos)
+                    written.replace(at, 1, GoesOn);
+                std::stringstream steps(written);
                 for (std::string step; std::getline(steps >> std::ws, step, ';');)
                     wire.Do(step);
             }

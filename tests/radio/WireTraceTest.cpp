@@ -1,6 +1,8 @@
 // What the console keeps of the line's last hour.
 
 #include "radio/trace/WireTrace.h"
+#include "map27/codec/Messages.h"
+#include "map27/link/Framing.h"
 #include "radio/trace/TraceFile.h"
 #include "radio/trace/TracedPort.h"
 #include "support/FakeClock.h"
@@ -103,6 +105,48 @@ TEST(WireTrace, TheOlderFileMakesRoomByAgeAndBySize)
         EXPECT_EQ(newer[1].at - older.back().at, std::chrono::minutes(10)) << "nothing is lost between";
         EXPECT_EQ(QDir(folder.path()).entryList({"*.jsonl"}).size(), 2);
     }
+}
+
+// The newer file alone tells where the line stands: port, speed, link, and what the radio said of itself.
+TEST(WireTrace, ANewFileSaysWhereTheLineStands)
+{
+    const QTemporaryDir folder;
+    TraceFile file(folder.filePath("line-trace"), {1000000, 3600000});
+    const QDateTime start(QDate(2024, 3, 1), QTime(10, 0));
+    const auto write = [&](int seconds, const char* line) {
+        const auto read = map27::ReadTraceEntry(line);
+        ASSERT_TRUE(std::holds_alternative<TraceEntry>(read)) << line;
+        TraceEntry entry = std::get<TraceEntry>(read);
+        entry.at = map27::TimePoint{std::chrono::seconds(seconds)};
+        file.Write({entry}, start.addSecs(seconds), entry.at);
+    };
+    for (const char* line : {R"({"ms":0,"event":"opened","port":"ttyUSB0","speed":19200})",
+                             R"({"ms":0,"dir":"D>R","frame":"16 10 02 01 0E 01 01 10 03 8A 09"})",
+                             R"({"ms":0,"dir":"R>D","frame":"16 10 02 01 06 01 01 10 03 6B C8"})",
+                             R"({"ms":0,"dir":"D>R","frame":"16 10 02 01 06 01 01 10 03 6B C8"})",
+                             R"({"ms":0,"dir":"R>D","frame":"16 10 02 02 01 01 00 10 03 8F FB"})",
+                             R"({"ms":0,"dir":"D>R","frame":"16 10 02 02 01 01 00 10 03 8F FB"})",
+                             R"({"ms":0,"dir":"D>R","frame":"16 10 02 04 01 01 00 B0 03 10 03 34 17"})",
+                             R"({"ms":0,"dir":"R>D","frame":"16 10 02 02 02 01 00 10 03 CB FB"})"})
+        write(1, line);
+    const auto read = map27::Octets{4, 1, 1, 0, map27::Type::OperatingCondition, 4, 0x9E, 0xFF};
+    const TraceEntry condition{.direction = map27::Direction::FromRadio, .octets = map27::EncodeFrame(read)};
+    write(2, map27::WriteTraceEntry(condition).c_str());
+    write(4000, R"({"ms":0,"dir":"D>R","frame":"16 10 02 02 02 01 00 10 03 CB FB"})");
+
+    const auto newer = EntriesOf(folder.filePath("line-trace.jsonl"));
+    ASSERT_EQ(newer.size(), 4U);
+    EXPECT_EQ(map27::WriteTraceEntry(newer[1]),
+              R"({"ms":4000000,"event":"continued","port":"ttyUSB0","speed":19200,"n1":6,"k":1,"version":1,)"
+              R"("next_to_radio":2,"next_from_radio":2})");
+    EXPECT_EQ(map27::WriteTraceEntry(newer[2]), R"({"ms":4000000,"event":"said","message":"B2 04 9E FF"})");
+    map27::TraceObserver observer;
+    observer.Take(newer[1]);
+    EXPECT_EQ(observer.Link().Standing(), newer[1].link);
+
+    write(4001, R"({"ms":0,"event":"closed"})");
+    write(9000, R"({"ms":0,"event":"opened","port":"ttyUSB0","speed":19200})");
+    EXPECT_EQ(EntriesOf(folder.filePath("line-trace.jsonl")).size(), 2U) << "nothing goes on";
 }
 
 // Half a line that was left, and an older file that cannot be put aside for a while.

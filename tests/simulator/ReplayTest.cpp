@@ -189,6 +189,29 @@ TEST(Replay, AConsoleThatSaysNothingIsWaitedForSoLong)
     EXPECT_EQ(notes.size(), 1U);
 }
 
+// Those of the middle of a link have numbers that no new link has.
+TEST(Replay, WhyAllFramesCannotBePlayedIsSaidBefore)
+{
+    const auto why = [](std::vector<TraceEntry> entries) {
+        return sim::WhyNotAllFrames(sim::ToReplay(entries)).value_or("");
+    };
+    const std::vector<TraceEntry>& all = Recorded();
+    const std::vector<TraceEntry> half(all.begin() + 30, all.end());
+    std::vector<TraceEntry> openedLater = half;
+    openedLater.push_back({.kind = TraceEntry::Kind::Opened, .at = half.back().at});
+    std::vector<TraceEntry> withGap = all;
+    withGap.insert(withGap.begin() + 30, {.kind = TraceEntry::Kind::Lost, .at = all[30].at, .number = 12});
+    std::vector<TraceEntry> openedBefore = half;
+    openedBefore.insert(openedBefore.begin(), {.kind = TraceEntry::Kind::Opened, .at = half.front().at});
+    EXPECT_EQ(why(all), "");
+    EXPECT_EQ(why(openedBefore), "");
+    EXPECT_EQ(why(half), "line 1: the trace begins in the middle of a link, and no new link can go on there");
+    EXPECT_EQ(why(openedLater), why(half) + "; the line is opened in line " +
+                                    std::to_string(openedLater.size()) +
+                                    ", so that what follows can be played by itself");
+    EXPECT_EQ(why(withGap), "line 31: 12 lines of the trace are missing there");
+}
+
 TEST(Replay, FilesThatAreNoTraceSayWhere)
 {
     struct Row {

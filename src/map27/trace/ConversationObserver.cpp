@@ -55,6 +55,13 @@ Findings ConversationObserver::Take(OctetSpan message, Direction direction)
     return std::exchange(m_findings, {});
 }
 
+void ConversationObserver::TakeSaid(OctetSpan message)
+{
+    const auto decoded = DecodeFromRadio(message);
+    if (const auto* known = std::get_if<FromRadio>(&decoded))
+        TakeOwnNumber(*known);
+}
+
 void ConversationObserver::Forget()
 {
     m_request.reset();
@@ -131,11 +138,17 @@ void ConversationObserver::TakeFromRadio(const FromRadio& message)
         m_inCall = m_incoming == Incoming::Connected;
     } else if (const auto* info = std::get_if<ProtocolInfoMessage>(&message)) {
         TakeProtocolInfo(info->reason);
-    } else if (const auto* personality = std::get_if<PersonalityMessage>(&message)) {
-        m_ownPrefix = personality->radio.prefix;
-    } else if (const auto* numbering = std::get_if<NumberingMessage>(&message)) {
-        m_ownPrefix = numbering->radio.prefix;
+    } else {
+        TakeOwnNumber(message);
     }
+}
+
+void ConversationObserver::TakeOwnNumber(const FromRadio& message)
+{
+    if (const auto* personality = std::get_if<PersonalityMessage>(&message))
+        m_ownPrefix = personality->radio.prefix;
+    else if (const auto* numbering = std::get_if<NumberingMessage>(&message))
+        m_ownPrefix = numbering->radio.prefix;
 }
 
 // It does not say what it answers.

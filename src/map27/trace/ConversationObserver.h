@@ -13,6 +13,8 @@ namespace map27 {
 class ConversationObserver {
 public:
     Findings Take(OctetSpan message, Direction direction);
+    // What the radio said of itself before.
+    void TakeSaid(OctetSpan message);
     // The link was set up anew.
     void Forget();
 
@@ -27,6 +29,7 @@ private:
 
     void TakeToRadio(const ToRadio& message);
     void TakeFromRadio(const FromRadio& message);
+    void TakeOwnNumber(const FromRadio& message);
     void TakeAnswer(const AcknowledgementMessage& answer);
     void TakeReceiveProgress(const AcknowledgementMessage& progress);
     void JudgeParty(const Party& party);

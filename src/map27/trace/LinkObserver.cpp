@@ -52,6 +52,32 @@ void LinkObserver::Open(unsigned bitsPerSecond)
     m_speed = bitsPerSecond > 0 ? std::optional(bitsPerSecond) : std::nullopt;
 }
 
+void LinkObserver::Continue(const std::optional<LinkStanding>& standing, unsigned bitsPerSecond)
+{
+    if (!m_speed && bitsPerSecond > 0)
+        m_speed = bitsPerSecond;
+    if (m_fromTheStart || !standing)
+        return;
+    for (const Direction direction : {Direction::ToRadio, Direction::FromRadio}) {
+        const bool toRadio = direction == Direction::ToRadio;
+        const std::uint8_t next = toRadio ? standing->nextToRadio : standing->nextFromRadio;
+        m_setUp.TakeRequest(standing->agreed, direction);
+        End(direction) = {.agreed = true, .highest = static_cast<std::uint8_t>(next - 1)};
+    }
+    m_fromTheStart = true;
+}
+
+std::optional<LinkStanding> LinkObserver::Standing() const
+{
+    const auto agreed = m_setUp.Agreed();
+    if (!IsUp() || !agreed)
+        return std::nullopt;
+    const auto next = [this](Direction of) {
+        return static_cast<std::uint8_t>(End(of).highest.value_or(0) + 1);
+    };
+    return LinkStanding{*agreed, next(Direction::ToRadio), next(Direction::FromRadio)};
+}
+
 LinkObserver::Seen LinkObserver::Take(OctetSpan body, Direction direction, TimePoint at)
 {
     m_seen = {};
@@ -261,7 +287,9 @@ void LinkObserver::JudgeRepetition(std::uint8_t number, Direction direction, Tim
     m_seen.isRepeated = true;
     m_seen.words += ", repeated";
     JudgeContent(number, direction);
-    const Milliseconds since = own.sentAt ? at - *own.sentAt : Milliseconds{0};
+    if (!own.sentAt)
+        return; // before the trace
+    const Milliseconds since = at - *own.sentAt;
     const auto told = End(Other(direction)).told;
     // What asks may have been sent before the LT was there.
     const auto& asked = End(Other(direction)).asked;

@@ -34,6 +34,10 @@ public:
     void Forget();
     // The port is opened, so that all of the next link will be seen. 0: the speed is not known.
     void Open(unsigned bitsPerSecond);
+    // The trace goes on where another has ended. Without effect on what is known already.
+    void Continue(const std::optional<LinkStanding>& standing, unsigned bitsPerSecond);
+    // Empty while the link is not up, or not known.
+    std::optional<LinkStanding> Standing() const;
 
     // How the link was set up that is up, or is about to be.
     const SetUpObserver& SetUp() const { return m_setUp; }

@@ -16,6 +16,14 @@ struct LinkProposal {
     bool operator==(const LinkProposal&) const = default;
 };
 
+// Where a link stands that is up: what was agreed, and the numbers of the next LTs.
+struct LinkStanding {
+    LinkProposal agreed;
+    std::uint8_t nextToRadio = 1;
+    std::uint8_t nextFromRadio = 1;
+    bool operator==(const LinkStanding&) const = default;
+};
+
 // Follows from the side how a link is set up: what each end asks for, and whether what it agrees to fits
 // (MAP27 v1.5, 4.4.1).
 class SetUpObserver {

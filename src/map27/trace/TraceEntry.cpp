@@ -63,10 +63,27 @@ private:
         } else if (event == "lost") {
             entry.kind = TraceEntry::Kind::Lost;
             entry.number = NumberOf("count");
+        } else if (event == "continued") {
+            ReadContinued(entry);
+        } else if (event == "said") {
+            entry.kind = TraceEntry::Kind::Said;
+            entry.direction = Direction::FromRadio;
+            TakeHex(TextOf("message"), m_object.Find("message")->column, entry.octets);
         } else {
             throw TraceProblem{m_object.Find("event")->column,
-                               '"' + event + "\" is none of opened, closed, time and lost"};
+                               '"' + event + "\" is none of opened, continued, said, closed, time and lost"};
         }
+    }
+
+    void ReadContinued(TraceEntry& entry) const
+    {
+        entry.kind = TraceEntry::Kind::Continued;
+        entry.port = OptionalText("port");
+        entry.number = m_object.Find("speed") != nullptr ? NumberOf("speed") : 0;
+        if (m_object.Find("n1") != nullptr)
+            entry.link = LinkStanding{{OctetOf("n1"), OctetOf("k"), OctetOf("version")},
+                                      OctetOf("next_to_radio"),
+                                      OctetOf("next_from_radio")};
     }
 
     void ReadOctets(TraceEntry& entry, const FlatJson::Value& value, TraceEntry::Kind kind) const
@@ -111,6 +128,14 @@ private:
         return *value->Number();
     }
 
+    std::uint8_t OctetOf(const char* name) const
+    {
+        const std::int64_t number = NumberOf(name);
+        if (number > 0xFF)
+            throw TraceProblem{m_object.Find(name)->column, '"' + std::string(name) + "\" is above 255"};
+        return static_cast<std::uint8_t>(number);
+    }
+
     std::string TextOf(const char* name) const
     {
         const FlatJson::Value* value = m_object.Find(name);
@@ -139,6 +164,12 @@ std::string Number(const char* name, std::int64_t number)
     return std::string(",\"") + name + "\":" + std::to_string(number);
 }
 
+std::string PortMembers(const TraceEntry& entry)
+{
+    return (entry.port.empty() ? "" : Member("port", entry.port)) +
+           (entry.number > 0 ? Number("speed", entry.number) : "");
+}
+
 } // namespace
 
 std::string WriteTraceEntry(const TraceEntry& entry)
@@ -156,10 +187,18 @@ std::string WriteTraceEntry(const TraceEntry& entry)
         line += Member("event", "opened");
         if (!entry.time.empty())
             line += Member("time", entry.time);
-        if (!entry.port.empty())
-            line += Member("port", entry.port);
-        if (entry.number > 0)
-            line += Number("speed", entry.number);
+        line += PortMembers(entry);
+        break;
+    case TraceEntry::Kind::Continued:
+        line += Member("event", "continued") + PortMembers(entry);
+        if (entry.link)
+            line += Number("n1", entry.link->agreed.n1) + Number("k", entry.link->agreed.k) +
+                    Number("version", entry.link->agreed.version) +
+                    Number("next_to_radio", entry.link->nextToRadio) +
+                    Number("next_from_radio", entry.link->nextFromRadio);
+        break;
+    case TraceEntry::Kind::Said:
+        line += Member("event", "said") + Member("message", ToHex(entry.octets));
         break;
     case TraceEntry::Kind::Closed:
         line += Member("event", "closed");

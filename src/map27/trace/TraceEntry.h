@@ -3,6 +3,7 @@
 #include "map27/codec/Direction.h"
 #include "map27/codec/Octets.h"
 #include "map27/link/Time.h"
+#include "map27/trace/SetUpObserver.h"
 
 #include <string>
 #include <string_view>
@@ -13,23 +14,28 @@ namespace map27 {
 // One line of a trace of the wire, a JSON object. "ms" counts from an origin that the writer chooses.
 struct TraceEntry {
     enum class Kind {
-        Frame,   // "dir", "frame": one frame with flags and FCS, right or wrong; "fault" when it was spoiled
-        Noise,   // "dir", "noise": octets between frames
-        Opened,  // "event":"opened", "time", "port", "speed": the line begins
-        Closed,  // "event":"closed"
-        Time,    // "event":"time", "time": what the wall clock shows
-        Lost,    // "event":"lost", "count": so many entries could not be written
+        Frame,  // "dir", "frame": one frame with flags and FCS, right or wrong; "fault" when it was spoiled
+        Noise,  // "dir", "noise": octets between frames
+        Opened, // "event":"opened", "time", "port", "speed": the line begins
+        Closed, // "event":"closed"
+        Time,   // "event":"time", "time": what the wall clock shows
+        Lost,   // "event":"lost", "count": so many entries could not be written
+        // "event":"continued", "port", "speed"; "n1", "k", "version", "next_to_radio", "next_from_radio"
+        // while the link is up: what went before may be gone
+        Continued,
+        Said,    // "event":"said", "message": what the radio said of itself before
         Command, // "command", "answer": what the simulated radio was told
     };
 
     Kind kind = Kind::Frame;
     TimePoint at{};
     Direction direction = Direction::ToRadio; // Frame, Noise
-    Octets octets{};                          // likewise
+    Octets octets{};                          // likewise; Said: the message
     std::string fault{};                      // Frame; empty: none
     std::string time{};                       // Opened, Time: the wall clock, ISO 8601
-    std::string port{};                       // Opened
-    std::int64_t number = 0;                  // Opened: bits per second; Lost: how many
+    std::string port{};                       // Opened, Continued
+    std::int64_t number = 0;                  // likewise: bits per second; Lost: how many
+    std::optional<LinkStanding> link{};       // Continued
     std::string command{};                    // Command
     std::string answer{};                     // likewise
 

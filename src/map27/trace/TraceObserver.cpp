@@ -18,14 +18,29 @@ std::string FcsWords(std::uint16_t fcs)
     return ToHex(octets);
 }
 
-std::string OpenedWords(const TraceEntry& entry)
+std::string PortWords(const TraceEntry& entry)
 {
-    std::string words = "line opened";
+    std::string words;
     if (!entry.port.empty())
         words += ": " + WithoutControls(entry.port);
     if (entry.number > 0)
         words += ", " + std::to_string(entry.number) + " bit/s";
-    return entry.time.empty() ? words : words + ", " + WithoutControls(entry.time);
+    return words;
+}
+
+std::string ContinuedWords(const TraceEntry& entry)
+{
+    const std::string words = "goes on from an earlier file" + PortWords(entry);
+    if (!entry.link)
+        return words + ", no link";
+    const LinkProposal& agreed = entry.link->agreed;
+    return words + ", link up with N1=" + std::to_string(agreed.n1) + " k=" + std::to_string(agreed.k) +
+           " version " + std::to_string(agreed.version);
+}
+
+unsigned SpeedOf(const TraceEntry& entry)
+{
+    return static_cast<unsigned>(std::min(entry.number, FastestLine));
 }
 
 } // namespace
@@ -48,8 +63,18 @@ TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
                                  std::to_string(entry.octets.size()) + " octets outside of frames."});
         break;
     case TraceEntry::Kind::Opened:
-        m_link.Open(static_cast<unsigned>(std::min<std::int64_t>(entry.number, FastestLine)));
-        seen.words = OpenedWords(entry);
+        m_link.Open(SpeedOf(entry));
+        seen.words = "line opened" + PortWords(entry);
+        if (!entry.time.empty())
+            seen.words += ", " + WithoutControls(entry.time);
+        break;
+    case TraceEntry::Kind::Continued:
+        m_link.Continue(entry.link, SpeedOf(entry));
+        seen.words = ContinuedWords(entry);
+        break;
+    case TraceEntry::Kind::Said:
+        m_conversation.TakeSaid(entry.octets);
+        seen.words = "the radio said before: " + MessageWords(entry.octets, Direction::FromRadio);
         break;
     case TraceEntry::Kind::Closed:
         Begin();
@@ -60,7 +85,9 @@ TraceObserver::Seen TraceObserver::Take(const TraceEntry& entry)
         break;
     case TraceEntry::Kind::Lost:
         Begin();
-        seen.words = std::to_string(entry.number) + " lines of the trace are missing here";
+        seen.words = entry.number == 1
+                         ? "a line of the trace is missing here"
+                         : std::to_string(entry.number) + " lines of the trace are missing here";
         break;
     case TraceEntry::Kind::Command:
         seen.words = "the simulated radio was told \"" + WithoutControls(entry.command) +

@@ -18,6 +18,14 @@ constexpr auto OlderSuffix = ".1.jsonl";
 void TraceFile::Write(const std::vector<map27::TraceEntry>& entries, const QDateTime& now,
                       map27::TimePoint at)
 {
+    Append(entries, now, at);
+    for (const map27::TraceEntry& entry : entries)
+        m_head.Take(entry);
+}
+
+void TraceFile::Append(const std::vector<map27::TraceEntry>& entries, const QDateTime& now,
+                       map27::TimePoint at)
+{
     const bool isNew = !m_file.isOpen();
     if (isNew && !Open())
         return Fail(entries.size());
@@ -32,6 +40,9 @@ void TraceFile::Write(const std::vector<map27::TraceEntry>& entries, const QDate
                          .time = TimeText(now.addMSecs((first - at).count())).toStdString()});
     if (m_missing > 0)
         lines += LineOf({.kind = map27::TraceEntry::Kind::Lost, .at = first, .number = m_missing});
+    if (isNew || isFull)
+        for (const map27::TraceEntry& entry : m_head.Lines(first))
+            lines += LineOf(entry);
     for (const map27::TraceEntry& entry : entries)
         lines += LineOf(entry);
     const qint64 end = m_file.size();

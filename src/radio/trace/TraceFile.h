@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/base/FileLock.h"
-#include "map27/trace/TraceEntry.h"
+#include "map27/trace/TraceHead.h"
 
 #include <QFile>
 #include <memory>
@@ -25,6 +25,7 @@ public:
     static QString TimeText(const QDateTime& time);
 
 private:
+    void Append(const std::vector<map27::TraceEntry>& entries, const QDateTime& now, map27::TimePoint at);
     bool Open();
     bool TakePlace();
     void EndAtALine();
@@ -32,6 +33,7 @@ private:
     static QByteArray LineOf(const map27::TraceEntry& entry);
     void Fail(std::size_t entries);
 
+    map27::TraceHead m_head;
     QString m_name;
     Bounds m_bounds;
     std::unique_ptr<FileLock> m_place; // among the consoles of the same user

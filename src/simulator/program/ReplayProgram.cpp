@@ -5,6 +5,7 @@
 #include "simulator/replay/Replay.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace sim {
@@ -13,11 +14,20 @@ namespace {
 
 constexpr Milliseconds LastWords{300};
 
-std::unique_ptr<Player> MakePlayer(const Options& options)
+// Throws std::runtime_error when the trace cannot be played so.
+std::unique_ptr<Player> MakePlayer(const Options& options,
+                                   const std::function<void(const std::string& line)>& log)
 {
     std::vector<ReplayEntry> entries = LoadReplay(options.replay);
-    if (options.replaysMessages)
+    const auto why = WhyNotAllFrames(entries);
+    if (options.replaysMessages) {
+        if (why)
+            log(*why + "; its messages are played as far as they are there");
         return std::make_unique<MessageReplay>(entries, options.replaySettings);
+    }
+    if (why)
+        throw std::runtime_error(options.replay.toStdString() + ", " + *why +
+                                 "; --messages plays the messages alone, over a link of its own");
     return std::make_unique<Replay>(std::move(entries), options.replaySettings);
 }
 
@@ -25,7 +35,7 @@ std::unique_ptr<Player> MakePlayer(const Options& options)
 
 ReplayProgram::ReplayProgram(const Options& options, Program::Console console)
     : m_console(std::move(console)),
-      m_replay(MakePlayer(options)),
+      m_replay(MakePlayer(options, m_console.log)),
       m_trace(options.trace, m_console.log)
 {
     m_clock.start();

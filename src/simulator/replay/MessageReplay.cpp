@@ -35,6 +35,8 @@ MessageReplay::MessageReplay(const std::vector<ReplayEntry>& entries, const Repl
 {
     map27::TraceObserver observer;
     for (const ReplayEntry& one : entries) {
+        if (one.entry.kind == TraceEntry::Kind::Said)
+            m_said[one.entry.octets[0]].push_back({m_steps.size(), one.entry.octets});
         const map27::Octets message = observer.Take(one.entry).message;
         const bool isCommand = one.entry.kind == TraceEntry::Kind::Command && settings.withCommands;
         if (!message.empty() || isCommand)

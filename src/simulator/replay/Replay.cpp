@@ -26,9 +26,11 @@ Replay::Replay(std::vector<ReplayEntry> entries, const ReplaySettings& settings)
       m_settings(settings)
 {
     // What nobody gives is as good as given.
-    for (std::size_t index = 0; index < m_entries.size(); ++index)
-        m_done[index] = m_entries[index].entry.kind == TraceEntry::Kind::Opened ||
-                        (m_entries[index].entry.kind == TraceEntry::Kind::Command && !settings.withCommands);
+    for (std::size_t index = 0; index < m_entries.size(); ++index) {
+        const TraceEntry::Kind kind = m_entries[index].entry.kind;
+        const bool isPlayed = kind == TraceEntry::Kind::Frame || kind == TraceEntry::Kind::Noise;
+        m_done[index] = !isPlayed && !(kind == TraceEntry::Kind::Command && settings.withCommands);
+    }
 }
 
 ReplayOutput Replay::ConsoleCame(TimePoint now)

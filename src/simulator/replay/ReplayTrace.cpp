@@ -64,7 +64,8 @@ public:
         const TraceEntry::Kind kind = entry.kind;
         const bool isOfUse =
             kind == TraceEntry::Kind::Frame || kind == TraceEntry::Kind::Command ||
-            kind == TraceEntry::Kind::Opened ||
+            kind == TraceEntry::Kind::Opened || kind == TraceEntry::Kind::Said ||
+            kind == TraceEntry::Kind::Lost ||
             (kind == TraceEntry::Kind::Noise && entry.direction == map27::Direction::FromRadio);
         if (!isOfUse)
             return;
@@ -123,6 +124,26 @@ std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries)
     for (const TraceEntry& entry : entries)
         loader.Take(entry, ++number);
     return loader.TakeEntries();
+}
+
+std::optional<std::string> WhyNotAllFrames(const std::vector<ReplayEntry>& entries)
+{
+    const auto isA = [](TraceEntry::Kind kind) {
+        return [kind](const ReplayEntry& one) { return one.entry.kind == kind; };
+    };
+    const auto line = [](const ReplayEntry& one) { return "line " + std::to_string(one.line); };
+    const auto opened = std::ranges::find_if(entries, isA(TraceEntry::Kind::Opened));
+    const auto first = std::ranges::find_if(entries, [](const ReplayEntry& one) { return one.packet != 0; });
+    if (first != entries.end() && first < opened && first->packet != map27::packet::LinkRequest)
+        return line(*first) + ": the trace begins in the middle of a link, and no new link can go on there" +
+               (opened == entries.end() ? std::string{}
+                                        : "; the line is opened in " + line(*opened) +
+                                              ", so that what follows can be played by itself");
+    const auto lost = std::ranges::find_if(entries, isA(TraceEntry::Kind::Lost));
+    if (lost != entries.end())
+        return line(*lost) + ": " + std::to_string(lost->entry.number) +
+               " lines of the trace are missing there";
+    return std::nullopt;
 }
 
 std::uint8_t PacketOf(map27::OctetSpan frame)

@@ -19,11 +19,15 @@ struct ReplayEntry {
     bool mayBeMissing = false;
 };
 
-// A trace as it is to be played: frames, commands, and where the console opened its port. Times never run
-// backwards: where the trace was continued by another run they go on. Throws std::runtime_error that names
-// file, line and column.
+// A trace as it is to be played: frames, commands, where the console opened its port, where lines are
+// missing, and what the radio had said before. Times never run backwards: where the trace was continued by
+// another run they go on. Throws std::runtime_error that names file, line and column.
 std::vector<ReplayEntry> LoadReplay(const QString& file);
 std::vector<ReplayEntry> ToReplay(const std::vector<TraceEntry>& entries);
+
+// Why the frames that a console sends now cannot be those of the trace, in words: it begins in the middle of
+// a link, whose numbers no new link has, or lines of it are missing. Empty: they can.
+std::optional<std::string> WhyNotAllFrames(const std::vector<ReplayEntry>& entries);
 
 // LR, LA or LT; 0 for what is no good frame.
 std::uint8_t PacketOf(map27::OctetSpan frame);
