@@ -56,30 +56,39 @@ TEST(RadioCommands, ACheckFindsAFaultAndItsTraceShowsIt)
     ExpectFailure(RunCtl({"radio", "check", "--trace", trace, port}), "trace.jsonl");
 }
 
-// One frame, and what comes behind it in the file, with what is said on standard error.
-TEST(RadioCommands, ATraceIsReadToItsFirstBadLine)
+// One frame, what comes behind it in the file, and another frame; with what is said on standard error.
+TEST(RadioCommands, ATraceIsReadBeyondItsBadLines)
 {
     const QByteArray good = R"({"ms":61001,"dir":"R>D","frame":"16 10 02 01 0E 01 01 10 03 8A 09"})";
     struct Row {
         QByteArray more;
         int code;
         QByteArray said;
+        bool goesOn = true;
     };
     const Row rows[] = {
         {"\n", 0, ""},
-        {"\n{\"ms\":2,\"di", 0, "the last line of - is cut off"},
+        {"\r\n\r\n", 0, ""},
+        {"\n{\"ms\":2,\"di", 0, "the last line of - is cut off", false},
+        {"\n{\"ms\":2,\"event\":\"said\"}\n", 1, "line 2, column 1: \"message\" is missing"},
         {"\n{\"ms\":2,\"di\n", 1, "standard input, line 2, column 12: the line ends within a text"},
         {"\n\n[]\n", 1, "standard input, line 3, column 1: "},
         {"\n{\"ms\":2,\"dir\":\"R>D\",\"frame\":\"16 G0\"}\n", 1, "line 2, column 33: not a pair"},
-        {"\n" + QByteArray(300000, ' ') + "\n", 1, "line 2, column "},
+        {"\n" + QByteArray(300000, ' ') + "\n", 1,
+         "line 2, column 1: the line is longer than any of a trace"},
     };
     for (const Row& row : rows) {
-        const CtlRun run = RunCtl({"trace", "explain", "-"}, good + row.more);
+        const CtlRun run =
+            RunCtl({"trace", "explain", "-"}, good + row.more + (row.goesOn ? good + '\n' : ""));
         EXPECT_EQ(run.code, row.code) << row.said.toStdString();
         EXPECT_TRUE(row.said.isEmpty() ? run.err.isEmpty() : run.err.contains(row.said))
             << run.err.toStdString() << " lacks " << row.said.toStdString();
-        EXPECT_TRUE(run.out.startsWith("00:01:01.001 < LR N1=14 k=1 version 1")) << run.out.toStdString();
+        EXPECT_EQ(run.out.count("00:01:01.001 < LR N1=14 k=1 version 1"), row.goesOn ? 2 : 1)
+            << run.out.toStdString();
+        EXPECT_TRUE(row.code == 0 || run.err.contains("one line is no part of a trace"))
+            << run.err.toStdString();
     }
+    ExpectFailure(RunCtl({"trace", "explain", "-"}, "\n"), "there is no line of a trace");
 }
 
 } // namespace

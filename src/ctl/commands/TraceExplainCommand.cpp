@@ -1,3 +1,4 @@
+#include "core/texts/Errors.h"
 #include "ctl/files/LineFile.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
@@ -46,6 +47,9 @@ const char* EndOf(map27::Direction direction)
     return direction == map27::Direction::ToRadio ? "console" : "radio";
 }
 
+// Of lines that are no part of a trace; a file that is something else has many.
+constexpr int MostShown = 20;
+
 class Explanation {
 public:
     explicit Explanation(const Request& request)
@@ -56,6 +60,8 @@ public:
 
     void Take(const TraceEntry& entry)
     {
+        m_any = true;
+        m_last = entry.at;
         const map27::TraceObserver::Seen seen = m_observer.Take(entry);
         m_time.Take(entry);
         if (m_findingsOnly && seen.findings.empty())
@@ -72,8 +78,19 @@ public:
                                                          std::string(finding.kind) + ": " + finding.text));
     }
 
+    // A line that is no part of a trace: what it was, nobody knows.
+    void TakeBroken(const QString& problem)
+    {
+        if (++m_broken <= MostShown)
+            Console::PrintError(QStringLiteral("veltorkynctl: %1").arg(problem));
+        Take({.kind = TraceEntry::Kind::Lost, .at = m_last, .number = 1});
+    }
+
+    // Raises Error when not all of it could be read.
     void Sum() const
     {
+        if (!m_any)
+            throw Error(ErrorCode::General, QStringLiteral("there is no line of a trace"));
         const map27::TraceObserver::Totals& totals = m_observer.Counted();
         Console::Print(QStringLiteral("%1 frames, %2 of them damaged; %3 messages; %4 breaches of the "
                                       "standard, %5 remarks")
@@ -82,6 +99,12 @@ public:
                            .arg(totals.messages)
                            .arg(totals.breaches)
                            .arg(totals.remarks));
+        if (m_broken > 0)
+            throw Error(ErrorCode::General,
+                        m_broken == 1
+                            ? QStringLiteral("one line is no part of a trace; all others are explained")
+                            : QStringLiteral("%1 lines are no part of a trace; all others are explained")
+                                  .arg(m_broken));
     }
 
 private:
@@ -94,6 +117,9 @@ private:
 
     map27::TraceObserver m_observer;
     TraceTime m_time;
+    map27::TimePoint m_last{};
+    bool m_any = false;
+    int m_broken = 0; // lines
     bool m_withOctets;
     bool m_findingsOnly;
 };
@@ -104,18 +130,23 @@ int Run(const Request& request)
     for (const QString& path : request.arguments) {
         LineFile file(path);
         while (const auto line = file.Next()) {
-            if (line->trimmed().isEmpty())
+            if (line->trimmed().isEmpty() && !file.IsTooLong())
                 continue;
+            if (file.IsTooLong()) {
+                explanation.TakeBroken(
+                    file.About(1, QStringLiteral("the line is longer than any of a trace")));
+                continue;
+            }
             const auto read =
                 map27::ReadTraceEntry({line->constData(), static_cast<std::size_t>(line->size())});
             if (const auto* entry = std::get_if<TraceEntry>(&read)) {
                 explanation.Take(*entry);
-                continue;
+            } else if (file.IsCutOff()) {
+                Console::PrintError(QStringLiteral("veltorkynctl: the last line of %1 is cut off").arg(path));
+            } else {
+                const auto& problem = std::get<map27::TraceProblem>(read);
+                explanation.TakeBroken(file.About(problem.column, QString::fromStdString(problem.reason)));
             }
-            const auto& problem = std::get<map27::TraceProblem>(read);
-            if (!file.IsCutOff())
-                file.Raise(problem.column, QString::fromStdString(problem.reason));
-            Console::PrintError(QStringLiteral("veltorkynctl: the last line of %1 is cut off").arg(path));
         }
     }
     explanation.Sum();
@@ -138,7 +169,8 @@ FILE is what the console keeps of the last hour, line-trace.jsonl and the older
 line-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
 radio check --trace have written. Several are taken as one, so the older one goes first. "-" is
 standard input. Files may be of any length. A last line that was cut off is left out, with a word
-on standard error; any other line that is no part of a trace ends the command, with its number.
+on standard error. Of any other line that is no part of a trace standard error has the place and
+what is wrong with it; the rest is explained all the same, and the exit code is 1.
 
 Example:
   veltorkynctl trace explain --findings line-trace.1.jsonl line-trace.jsonl)";

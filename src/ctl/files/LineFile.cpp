@@ -22,23 +22,28 @@ LineFile::LineFile(const QString& path)
 
 std::optional<QByteArray> LineFile::Next()
 {
-    QByteArray line = m_file.readLine(LongestLine + 1);
-    if (m_file.error() != QFileDevice::NoError)
-        throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(m_name, m_file.errorString()));
+    QByteArray line = Read();
     if (line.isEmpty())
         return std::nullopt;
     ++m_number;
-    if (line.size() > LongestLine - 1)
-        Raise(LongestLine, QStringLiteral("the line is longer than any of a trace"));
+    m_tooLong = line.size() > LongestLine - 1;
     m_cutOff = !line.endsWith('\n');
-    if (!m_cutOff)
+    for (QByteArray rest = line; m_cutOff && !rest.isEmpty(); m_cutOff = !rest.endsWith('\n'))
+        rest = Read();
+    if (line.endsWith('\n'))
         line.chop(1);
     return line;
 }
 
-void LineFile::Raise(std::size_t column, const QString& reason) const
+QByteArray LineFile::Read()
 {
-    throw Error(
-        ErrorCode::General,
-        QStringLiteral("%1, line %2, column %3: %4").arg(m_name).arg(m_number).arg(column).arg(reason));
+    QByteArray piece = m_file.readLine(LongestLine + 1);
+    if (m_file.error() != QFileDevice::NoError)
+        throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(m_name, m_file.errorString()));
+    return piece;
+}
+
+QString LineFile::About(std::size_t column, const QString& reason) const
+{
+    return QStringLiteral("%1, line %2, column %3: %4").arg(m_name).arg(m_number).arg(column).arg(reason);
 }

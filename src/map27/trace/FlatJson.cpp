@@ -72,6 +72,8 @@ private:
         std::int64_t number = 0;
         const auto [end, error] =
             std::from_chars(m_line.data() + begin, m_line.data() + m_line.size(), number);
+        if (error == std::errc::result_out_of_range)
+            Fail("the number is too large");
         if (error != std::errc{})
             Fail("a text in quotes or a whole number is missing here");
         m_at = static_cast<std::size_t>(end - m_line.data());

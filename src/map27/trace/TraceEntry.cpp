@@ -68,7 +68,8 @@ private:
         } else if (event == "said") {
             entry.kind = TraceEntry::Kind::Said;
             entry.direction = Direction::FromRadio;
-            TakeHex(TextOf("message"), m_object.Find("message")->column, entry.octets);
+            const std::string message = TextOf("message");
+            TakeHex(message, m_object.Find("message")->column, entry.octets);
         } else {
             throw TraceProblem{m_object.Find("event")->column,
                                '"' + event + "\" is none of opened, continued, said, closed, time and lost"};
