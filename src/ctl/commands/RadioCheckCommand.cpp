@@ -203,7 +203,7 @@ standard error and in the report, and nowhere else: no console will show it. An 
 the check; start the console then. A call is not answered.
 
 PORT is a serial port (ttyUSB0, /dev/ttyS0, COM1) or tcp://HOST:PORT. The console must not have it
-open. The check takes about 20 seconds.
+open. The check takes about 20 seconds, on a line that is late by seconds some minutes.
 
 A line of the report is a verdict, a word that stays the same from version to version, and what
 was seen: ok; note: allowed, but worth knowing; deviates: from the standard; no answer; left out.

@@ -159,6 +159,8 @@ void AddLinkSteps(std::vector<CheckStep>& steps)
                              return IsOfType<Type::Personality>(message) || IsProtocolAnswer(message);
                          },
                      .answered = "the number of the damaged frame is free"});
+    // What comes too soon to have been asked for may be passed over.
+    steps.push_back({.name = "repeated-frame", .way = Way::Pause});
     steps.push_back({.name = "repeated-frame", .way = Way::Repeated, .limit = Silence});
     for (int count = 0; count < QuickQuestions; ++count)
         steps.push_back({.name = "quick-questions",

@@ -23,6 +23,7 @@ struct CheckStep {
         Repeated, // the last message is sent again with its old number, which the radio must not take
         FlagFcs,  // octets after the message's end make its check sequence one of flags
         NewLink,  // the link is set up anew
+        Pause,    // nothing, for as long as an acknowledgement of before may be under way on a late line
         Rest,     // nothing
     };
     using IsAnswer = bool (*)(OctetSpan message);
@@ -38,7 +39,7 @@ struct CheckStep {
     bool isQuestion = false;     // its answer's time counts
 
     // Something is sent over the link for it.
-    bool IsSent() const { return way != Way::NewLink && way != Way::Rest; }
+    bool IsSent() const { return way != Way::NewLink && way != Way::Pause && way != Way::Rest; }
     // It may be under way over the air as long as nothing is heard of it.
     bool GoesOut() const;
 };

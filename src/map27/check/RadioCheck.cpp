@@ -15,25 +15,8 @@ using Way = CheckStep::Way;
 
 constexpr Milliseconds UntilLink{20000};
 constexpr Milliseconds UntilCredit{60000}; // several times what a radio is silent at rest
+constexpr Milliseconds LateLine{100};      // acknowledgements that take longer
 constexpr int MostLinksLost = 20;
-
-// Octets after a message's end that give its frame a check sequence of flags.
-Octets WithFlagFcs(const Octets& body)
-{
-    const auto isFlag = [](unsigned octet) {
-        return octet == Syn || octet == Dle || octet == Stx || octet == Etx;
-    };
-    Octets longer = body;
-    longer.insert(longer.end(), {0, 0});
-    for (unsigned value = 0; value < 0x10000; ++value) {
-        longer[body.size()] = static_cast<std::uint8_t>(value >> 8);
-        longer[body.size() + 1] = static_cast<std::uint8_t>(value & 0xFF);
-        const Octets frame = EncodeFrame(longer);
-        if (isFlag(frame[frame.size() - 2]) && isFlag(frame.back()))
-            return longer;
-    }
-    return body;
-}
 
 // What somebody wants of the operator, and what the radio does not say again.
 bool IsArrival(OctetSpan message)
@@ -148,12 +131,8 @@ void RadioCheck::TakeEvents(TimePoint now)
 void RadioCheck::Send(Octets frame, TimePoint now)
 {
     const auto parts = TakeApart(frame);
-    if (parts && parts->IsGood() && parts->body[0] == packet::LinkTransfer) {
-        if (frame != m_lastTransfer)
-            m_unconfirmed = now;
-        m_lastTransfer = frame;
-        m_nextNumber = static_cast<std::uint8_t>(parts->body[1] + 1);
-    }
+    if (parts && parts->IsGood() && parts->body[0] == packet::LinkTransfer)
+        m_transfers.Take(frame, parts->body[1], now);
     Note({.at = now, .direction = Direction::ToRadio, .octets = frame});
     m_output.frames.push_back(std::move(frame));
 }
@@ -177,20 +156,15 @@ void RadioCheck::NoteAcknowledgement(const TraceEntry& entry)
                                    parts->body[0] == packet::LinkAcknowledgement;
     if (!isAcknowledgement)
         return;
-    ++m_acknowledgementsHere;
-    if (parts->body[1] == static_cast<std::uint8_t>(m_nextNumber + 1))
-        ++m_takenHere;
-    if (m_unconfirmed && parts->body[1] == m_nextNumber) {
-        m_report.acknowledgements.Add(entry.at - *m_unconfirmed);
-        m_unconfirmed.reset();
-    }
+    const std::uint8_t number = parts->body[1];
+    m_watch.TakeAcknowledgement(m_transfers.IsBeyond(number));
+    if (const auto took = m_transfers.TakeAcknowledgement(number, entry.at))
+        m_report.acknowledgements.Add(*took);
 }
 
 void RadioCheck::OnReady(TimePoint now)
 {
-    m_nextNumber = 1;
-    m_lastTransfer.clear();
-    m_unconfirmed.reset();
+    m_transfers.Begin();
     const auto agreed = m_observer.Link().SetUp().Agreed();
     if (!m_report.linkCameUp) {
         m_report.linkCameUp = true;
@@ -228,42 +202,50 @@ void RadioCheck::Begin(TimePoint now)
     m_running = true;
     m_begunAt = now;
     m_limit = now + LimitOf(step);
-    m_acknowledgementsHere = m_takenHere = m_answersHere = 0;
+    m_watch.Begin();
     switch (step.way) {
     case Way::Message:
         return BeginMessage(step.message, now);
-    case Way::FlagFcs: {
-        const Octets body = NextTransfer(step.message);
-        const Octets longer = WithFlagFcs(body);
-        return BeginMessage({longer.begin() + packet::HeaderOctets, longer.end()}, now);
-    }
+    case Way::FlagFcs:
+        return BeginMessage(m_transfers.WithFlagFcs(step.message), now);
     case Way::Damaged: {
-        Octets frame = EncodeFrame(NextTransfer(step.message));
+        Octets frame = EncodeFrame(m_transfers.Next(step.message));
         frame.back() ^= 0x55;
         return Send(std::move(frame), now);
     }
     case Way::Repeated:
-        if (!m_lastTransfer.empty() && m_wasAnswered)
-            return Send(m_lastTransfer, now);
+        if (!m_transfers.Last().empty() && m_wasAnswered)
+            return Send(m_transfers.Last(), now);
         m_report.Add(step.name, Verdict::LeftOut,
-                     m_lastTransfer.empty() ? "the link is a new one, so that there is nothing to repeat"
-                                            : "the message before was not answered");
+                     m_transfers.Last().empty() ? "the link is a new one, so that there is nothing to repeat"
+                                                : "the message before was not answered");
         return EndStep(now);
     case Way::NewLink:
         m_asked = true;
         m_running = false;
         return Take(m_link.Reset(now, Milliseconds{0}), now);
+    case Way::Pause:
     case Way::Rest:
         break;
     }
 }
 
-// A late line needs more time for what must not come, too.
+// A late line needs more time, for what must not come, too.
 Milliseconds RadioCheck::LimitOf(const CheckStep& step) const
 {
-    if (step.way != Way::Damaged && step.way != Way::Repeated)
+    const Milliseconds longest = m_report.acknowledgements.Quantile(100);
+    switch (step.way) {
+    case Way::Damaged:
+    case Way::Repeated:
+        return std::max(step.limit, 2 * longest);
+    case Way::Pause:
+        return longest > LateLine ? 2 * longest : Milliseconds{0};
+    case Way::Rest:
+    case Way::NewLink:
         return step.limit;
-    return std::max(step.limit, 2 * m_report.acknowledgements.Quantile(100));
+    default:
+        return step.limit + 2 * longest;
+    }
 }
 
 void RadioCheck::BeginMessage(const Octets& message, TimePoint now)
@@ -276,13 +258,6 @@ void RadioCheck::BeginMessage(const Octets& message, TimePoint now)
     Take(std::move(output), now);
 }
 
-Octets RadioCheck::NextTransfer(const Octets& message) const
-{
-    Octets body{packet::LinkTransfer, m_nextNumber, 1, 0};
-    body.insert(body.end(), message.begin(), message.end());
-    return body;
-}
-
 void RadioCheck::TakeMessage(OctetSpan message, TimePoint now)
 {
     if (IsArrival(message))
@@ -291,9 +266,7 @@ void RadioCheck::TakeMessage(OctetSpan message, TimePoint now)
         return;
     const CheckStep& step = m_steps.front();
     const bool mayAnswer = step.isAnswer != nullptr && step.isAnswer(message);
-    // What would answer the message that the radio must not take.
-    if (step.way == Way::Damaged || step.way == Way::Repeated)
-        m_answersHere += message[0] == Type::Personality || message[0] == Type::ProtocolInfo ? 1 : 0;
+    m_watch.TakeMessage(message);
     if (mayAnswer)
         OnAnswer(message, now);
 }
@@ -304,7 +277,12 @@ void RadioCheck::TakeArrival(OctetSpan message, TimePoint now)
     const bool isEmergency = message[0] == Type::EmergencyCall;
     m_report.received.push_back(
         {now - m_startedAt, isEmergency, MessageWords(message, Direction::FromRadio)});
-    if (!isEmergency || m_over)
+    if (m_over)
+        return;
+    // An answer has had to wait behind it for a round trip.
+    if (m_running && m_limit && m_steps.front().isAnswer != nullptr)
+        *m_limit += m_report.acknowledgements.Quantile(100);
+    if (!isEmergency)
         return;
     if (m_running && !m_steps.empty() && m_steps.front().GoesOut())
         BeginMessage(CancelOf(m_steps.front()).message, now);
@@ -350,35 +328,22 @@ void RadioCheck::OnLimit(TimePoint now)
         return GiveUp(now, "the radio gives no credit to send it");
     if (!m_link.IsReady() || !m_running)
         return GiveUp(now);
-    m_wasAnswered = false;
     const CheckStep& step = m_steps.front();
-    if (step.way == Way::Damaged) {
-        if (m_answersHere > 0 || m_takenHere > 0)
-            m_report.Add(step.name, Verdict::Deviates, "the radio took a frame with a wrong check sequence");
-        else
-            m_report.Add(step.name, Verdict::Good, "dropped without a word");
-    } else if (step.way == Way::Repeated) {
-        if (m_answersHere > 0)
-            m_report.Add(step.name, Verdict::Deviates, "the radio took the same message twice");
-        else if (m_acknowledgementsHere == 0)
-            m_report.Add(step.name, Verdict::Deviates, "the radio did not acknowledge the repetition");
-        else
-            m_report.Add(step.name, Verdict::Good, "acknowledged and not taken twice");
-    } else if (step.way == Way::Rest) {
-        JudgeRest();
-    } else if (step.name == "quick-questions") {
+    if (step.way == Way::Pause)
+        return EndStep(now);
+    m_wasAnswered = false;
+    if (step.name == "quick-questions") {
         m_allQuick = false;
         // The others would not be answered either.
         while (m_steps.size() > 1 && m_steps[1].name == step.name)
             m_steps.erase(m_steps.begin() + 1);
-    } else {
-        m_report.Add(step.name, Verdict::NoAnswer,
-                     "nothing within " + std::to_string(step.limit.count()) + " ms");
-        if (step.GoesOut())
-            m_steps.insert(m_steps.begin() + 1, CancelOf(step));
-        else if (step.message[0] == Type::Cancel)
-            LeaveOutMessages();
+        return EndStep(now);
     }
+    m_report.items.push_back(m_watch.Judge(step, now - m_begunAt));
+    if (step.GoesOut())
+        m_steps.insert(m_steps.begin() + 1, CancelOf(step));
+    else if (step.way == Way::Message && step.message[0] == Type::Cancel)
+        LeaveOutMessages();
     EndStep(now);
 }
 
@@ -389,19 +354,6 @@ void RadioCheck::LeaveOutMessages()
         if (step.GoesOut())
             m_report.Add(step.name, Verdict::LeftOut, "an earlier message has not come to its end");
     std::erase_if(m_steps, [](const CheckStep& step) { return step.GoesOut(); });
-}
-
-void RadioCheck::JudgeRest()
-{
-    const std::string time = std::to_string(m_settings.watch.count() / 1000) + " s";
-    if (m_acknowledgementsHere > 0)
-        m_report.Add("keep-alive", Verdict::Good,
-                     std::to_string(m_acknowledgementsHere) + " acknowledgements at rest within " + time);
-    else if (m_settings.watch > Milliseconds{15000})
-        m_report.Add("keep-alive", Verdict::Deviates, "no acknowledgement at rest within " + time);
-    else
-        m_report.Add("keep-alive", Verdict::Noted,
-                     "none within " + time + "; the standard wants one every 15 s");
 }
 
 void RadioCheck::GiveUp(TimePoint now, const char* why)

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "map27/check/CheckSteps.h"
+#include "map27/check/OwnTransfers.h"
+#include "map27/check/StepWatch.h"
 #include "map27/link/Link.h"
 #include "map27/trace/FrameSplitter.h"
 #include "map27/trace/TraceObserver.h"
@@ -47,13 +48,11 @@ private:
     void EndStep(TimePoint now);
     void OnLimit(TimePoint now);
     void OnAnswer(OctetSpan answer, TimePoint now);
-    void JudgeRest();
     void JudgeQuickQuestions();
     void GiveUp(TimePoint now, const char* why = "the link was lost and did not come up for long enough");
     void LeaveOutMessages();
     void LeaveOutTheRest();
     void Finish();
-    Octets NextTransfer(const Octets& message) const;
     CheckOutput TakeOutput() { return std::exchange(m_output, {}); }
 
     CheckSettings m_settings;
@@ -74,14 +73,10 @@ private:
     bool m_takingEvents = false;
     TimePoint m_begunAt{};
     Deadline m_limit;
-    Octets m_lastTransfer;                  // our last LT, as a frame
-    std::uint8_t m_nextNumber = 1;          // of our next LT
-    std::optional<TimePoint> m_unconfirmed; // when our last LT went out first
-    int m_takenHere = 0;                    // of those, for a message that it must not take
-    int m_acknowledgementsHere = 0;         // of the radio since the step began
-    int m_answersHere = 0;                  // messages likewise
-    int m_heard = 0;                        // frames, good or bad, and noise
-    bool m_allQuick = true;                 // every quick question was answered
+    OwnTransfers m_transfers;
+    StepWatch m_watch;      // of the step that has begun
+    int m_heard = 0;        // frames, good or bad, and noise
+    bool m_allQuick = true; // every quick question was answered
 };
 
 } // namespace map27

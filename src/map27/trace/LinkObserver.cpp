@@ -118,7 +118,8 @@ void LinkObserver::TakeRequest(OctetSpan body, Direction direction)
     if (proposal.version >= SystemVersions)
         Remark("version", direction, "The version is one of those that systems define for themselves.");
     if (IsUp()) {
-        Remark("new-link", direction, "Asks for a new link while the old one is up.");
+        Remark("new-link", direction,
+               "Asks for a new link while the old one is up, unless a late line has held the request back.");
         m_setUp.Begin();
     }
     m_ends = {};
@@ -248,7 +249,8 @@ void LinkObserver::TakeTransfer(OctetSpan body, Direction direction, TimePoint a
     }
     // While requests for a link cross, an end may send for a moment on a link that the other has left.
     if (m_fromTheStart && !IsUp())
-        Remark("early-transfer", direction, "Sent before both ends had agreed to the link.");
+        Remark("early-transfer", direction,
+               "Sent before both ends had agreed to the link, or an older request for it was late.");
     else
         JudgeNumber(number, direction, at);
     OneEnd& own = End(direction);
