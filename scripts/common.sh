@@ -1,4 +1,4 @@
-# Shared by ./run and ./test: installs what the build needs, configures and builds. Sourced with the project's root
+# Shared by ./run, ./test and ./package: installs what the build needs, configures and builds. Sourced with the project's root
 # as working directory.
 
 PACKAGES="g++ cmake ninja-build ccache pkg-config python3
@@ -6,6 +6,9 @@ qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev qt6-multimedia-de
 libsodium-dev libsqlite3-dev libpq-dev libx11-dev fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev clang-format postgresql
 xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
+
+# What ./package needs besides: dpkg's tools, the icons' renderer, and what examines the packages.
+PACKAGING_PACKAGES="dpkg-dev librsvg2-bin lintian appstream desktop-file-utils man-db bash-completion"
 
 DESKTOP_PACKAGES="xfwm4 metacity mutter kwin-x11 xwayland qt6-wayland"
 

@@ -3,6 +3,7 @@
 #include "app/Application.h"
 #include "app/Demonstration.h"
 #include "app/TourStage.h"
+#include "core/base/AppPaths.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
 #include "tour/TourHand.h"
@@ -40,7 +41,7 @@ std::vector<TourStep> Steps(const IStringSource& strings, Demonstration& demonst
 
 QString DefaultTourScript()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/tour/console.tour");
+    return AppPaths::OwnFile(QStringLiteral("tour/console.tour"));
 }
 
 int RunConsoleTour(const IStringSource& strings, const QString& folder, const QString& script)

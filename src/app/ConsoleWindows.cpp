@@ -8,6 +8,7 @@
 #include "admin/frmStatusEditor.h"
 #include "admin/frmUserManager.h"
 #include "app/HelpKey.h"
+#include "core/base/AppPaths.h"
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
 #include "core/desktop/ShowWindow.h"
@@ -22,8 +23,6 @@
 #include "numbering/frmSelectNumbering.h"
 #include "radio/facade/Map27Executive.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QWindow>
 
 ConsoleWindows::ConsoleWindows(const Services& services)
@@ -115,8 +114,7 @@ void ConsoleWindows::ShowHelp(const QString& page)
     try {
         if (!m_help) {
             const QString file = m_services.strings.LoadString(AdminText::HelpFile);
-            m_guide = std::make_unique<HelpGuide>(QDir(QCoreApplication::applicationDirPath()).filePath(file),
-                                                  m_services.strings);
+            m_guide = std::make_unique<HelpGuide>(AppPaths::OwnFile(file), m_services.strings);
             m_help = std::make_unique<frmHelp>(*m_guide, m_services.strings);
         }
         m_help->ShowPage(page);

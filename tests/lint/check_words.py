@@ -9,7 +9,7 @@ import lintlib
 FORBIDDEN = re.compile("|".join((
     r"\bspeci" + r"fication\b", r"\bthe sp" + r"ec\b", r"\bsp" + r"ec\.md\b", r"\bPa" + r"rt [1-5]\.[0-9]",
     r"\biss" + r"ue #?[0-9]+\b", r"\bsub" + r"agent")), re.I)
-FOLDERS = ("src", "tests", "docs", "benchmarks")
+FOLDERS = ("src", "tests", "docs", "benchmarks", "packaging")
 BINARY = {".png"}
 
 SQL = re.compile(

@@ -40,10 +40,7 @@ void Print(const QString& text, FILE* stream = stdout)
 
 QString Version()
 {
-    return QStringLiteral("%1.%2.%3")
-        .arg(VELTORKYN_VERSION_MAJOR)
-        .arg(VELTORKYN_VERSION_MINOR)
-        .arg(VELTORKYN_VERSION_PATCH);
+    return QStringLiteral(VELTORKYN_VERSION);
 }
 
 // The console on one settings file, until its main window is closed.

@@ -1,5 +1,8 @@
 #include "core/base/AppPaths.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QStandardPaths>
 
 namespace {
@@ -19,4 +22,12 @@ QString AppPaths::DataFolder()
 QString AppPaths::DefaultSettingsFile()
 {
     return Inside(QStandardPaths::GenericConfigLocation) + u'/' + Title + ".ini";
+}
+
+QString AppPaths::OwnFile(const QString& name)
+{
+    const QDir programs(QCoreApplication::applicationDirPath());
+    const QString beside = programs.filePath(name);
+    return QFileInfo::exists(beside) ? beside
+                                     : QDir::cleanPath(programs.filePath("../share/veltorkyn/" + name));
 }

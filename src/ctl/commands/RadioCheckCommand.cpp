@@ -159,11 +159,7 @@ int Run(const Request& request)
     PortCheck check(port, settings, request.options.value("trace"));
     const map27::CheckReport& report = check.Run(request.strings);
 
-    const map27::CheckFrame frame{.program = QStringLiteral("veltorkynctl %1.%2.%3")
-                                                 .arg(VELTORKYN_VERSION_MAJOR)
-                                                 .arg(VELTORKYN_VERSION_MINOR)
-                                                 .arg(VELTORKYN_VERSION_PATCH)
-                                                 .toStdString(),
+    const map27::CheckFrame frame{.program = "veltorkynctl " VELTORKYN_VERSION,
                                   .time = QDateTime::currentDateTimeUtc().toString(Qt::ISODate).toStdString(),
                                   .port = port.toStdString(),
                                   .bitsPerSecond = settings.bitsPerSecond};

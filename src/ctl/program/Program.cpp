@@ -23,11 +23,7 @@ QList<Command> AllCommands()
 
 QString Version()
 {
-    return QStringLiteral("%1 %2.%3.%4")
-        .arg(QLatin1String(Name))
-        .arg(VELTORKYN_VERSION_MAJOR)
-        .arg(VELTORKYN_VERSION_MINOR)
-        .arg(VELTORKYN_VERSION_PATCH);
+    return QStringLiteral("%1 " VELTORKYN_VERSION).arg(QLatin1String(Name));
 }
 
 QString Overview(const QList<Command>& commands)

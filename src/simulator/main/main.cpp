@@ -24,11 +24,7 @@ void PrintLog(const std::string& line)
     std::fprintf(stderr, "veltorkyn-radio: %s\n", line.c_str());
 }
 
-std::string VersionText()
-{
-    return "veltorkyn-radio " + std::to_string(VELTORKYN_VERSION_MAJOR) + '.' +
-           std::to_string(VELTORKYN_VERSION_MINOR) + '.' + std::to_string(VELTORKYN_VERSION_PATCH) + '\n';
-}
+constexpr auto VersionText = "veltorkyn-radio " VELTORKYN_VERSION "\n";
 
 int RunReplay(const sim::Options& options, const sim::SignalWatch& signalWatch)
 {
@@ -77,7 +73,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if (std::holds_alternative<sim::VersionWanted>(parsed)) {
-        PrintOut(VersionText());
+        PrintOut(VersionText);
         return 0;
     }
     if (const auto* problem = std::get_if<sim::OptionsProblem>(&parsed)) {
