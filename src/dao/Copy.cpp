@@ -27,7 +27,11 @@ struct Account {
     QString name;
     QString pid;
     QStringList groups;
+    QString secret; // what stands in the place of the password; empty when it cannot be read
 };
+
+constexpr auto ServerSecret = "SCRAM-SHA-256$"; // how it begins on a server
+constexpr auto NoSecret = "none";               // no password has this hash
 
 struct Side {
     std::shared_ptr<Engine> engine;
@@ -176,12 +180,24 @@ CopyReport CopyRecords(const Side& from, const Side& to, const QString& target)
     return report;
 }
 
+// A server shows its passwords to superusers only.
+QString SecretColumn(const Side& from)
+{
+    if (!from.server)
+        return "password_hash";
+    const bool shown = from.engine->FirstRow("SELECT has_table_privilege('pg_catalog.pg_authid', 'SELECT')")
+                           ->first()
+                           .toBool();
+    return shown ? "(SELECT rolpassword FROM pg_catalog.pg_authid WHERE rolname = role_name)" : "NULL";
+}
+
 QList<Account> ReadAccounts(const Side& from)
 {
     QList<Account> accounts;
-    for (const QVariantList& row : from.engine->AllRows("SELECT user_name, pid, account_id FROM " +
-                                                        from.Accounts("account") + " ORDER BY account_id")) {
-        Account account{row[0].toString(), row[1].toString(), {}};
+    for (const QVariantList& row :
+         from.engine->AllRows("SELECT user_name, pid, account_id, " + SecretColumn(from) + " FROM " +
+                              from.Accounts("account") + " ORDER BY account_id")) {
+        Account account{row[0].toString(), row[1].toString(), {}, row[3].toString()};
         for (const QVariantList& group : from.engine->AllRows(
                  "SELECT group_name FROM " + from.Accounts("membership") + " WHERE account_id = ?", {row[2]}))
             account.groups.append(group.first().toString());
@@ -199,21 +215,24 @@ QStringList ReadGroups(const Side& side)
     return groups;
 }
 
-void AddToServer(postgresql::Connection& server, const QString& database, const Account& account,
-                 const QString& password)
+QString VerifierOf(postgresql::Connection& server, const QString& database, const Account& account,
+                   const QString& password)
 {
-    const QByteArray role = postgresql::RoleName(database, account.name);
-    server.FirstRow("SELECT kyn_add_account(?, ?, ?)",
-                    {account.name, account.pid,
-                     QString::fromLatin1(postgresql::PasswordVerifier(server.Link(), role, password))});
+    return QString::fromLatin1(
+        postgresql::PasswordVerifier(server.Link(), postgresql::RoleName(database, account.name), password));
+}
+
+void AddToServer(postgresql::Connection& server, const Account& account, const QString& verifier)
+{
+    server.FirstRow("SELECT kyn_add_account(?, ?, ?)", {account.name, account.pid, verifier});
     for (const QString& group : account.groups)
         server.FirstRow("SELECT kyn_join(?, ?)", {account.name, group});
 }
 
-void AddToFile(Engine& file, const Account& account, const QByteArray& hash)
+void AddToFile(Engine& file, const Account& account, const QString& hash)
 {
     file.Change("INSERT INTO workgroup.account (user_name, pid, password_hash) VALUES (?, ?, ?)",
-                {account.name, account.pid, QString::fromLatin1(hash)});
+                {account.name, account.pid, hash});
     for (const QString& group : account.groups)
         file.Change("INSERT INTO workgroup.membership (account_id, group_name) SELECT account_id, ? FROM "
                     "workgroup.account WHERE user_name = ?",
@@ -241,7 +260,12 @@ CopyReport CopyToServer(const Side& from, const postgresql::ServerAddress& to, c
                 server->FirstRow("SELECT kyn_add_group(?)", {group});
         for (const Account& account : ReadAccounts(from)) {
             const bool own = IsAdministrator(account, admin);
-            AddToServer(*server, to.Database(), account, own ? password : RandomText(40));
+            if (!own && account.secret.startsWith(QLatin1String(ServerSecret))) { // a backup of a server
+                AddToServer(*server, account, account.secret);
+                continue;
+            }
+            AddToServer(*server, account,
+                        VerifierOf(*server, to.Database(), account, own ? password : RandomText(40)));
             if (!own)
                 report.withoutPassword.append(account.name);
         }
@@ -269,12 +293,13 @@ CopyReport CopyToFile(const Side& from, const Location& to, const QString& admin
             connection->Change("INSERT OR IGNORE INTO workgroup.account_group (group_name) VALUES (?)",
                                {group});
         for (const Account& account : ReadAccounts(from)) {
-            const bool own = IsAdministrator(account, admin);
-            // No password has this hash.
-            AddToFile(*connection, account,
-                      own ? HashPassword(password, PasswordCost::Interactive()) : "none");
-            if (!own)
-                report.withoutPassword.append(account.name);
+            if (IsAdministrator(account, admin)) {
+                AddToFile(*connection, account,
+                          QString::fromLatin1(HashPassword(password, PasswordCost::Interactive())));
+                continue;
+            }
+            AddToFile(*connection, account, account.secret.isEmpty() ? QString(NoSecret) : account.secret);
+            (account.secret.isEmpty() ? report.withoutPassword : report.serverPassword).append(account.name);
         }
         connection->Change("UPDATE workgroup.file_info SET value = (SELECT value FROM main.file_info WHERE "
                            "name = 'database_id') WHERE name = 'database_id'");
@@ -306,6 +331,8 @@ CopyReport CopyDatabase(const Location& from, const Location& to, const QString&
     if (fromServer) {
         const auto server =
             postgresql::ConnectAsServerAdministrator(postgresql::ServerAddress::Parse(from.database));
+        // All of it as it is at one moment; consoles go on meanwhile.
+        server->Execute("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
         return CopyToFile({server, true}, to, name, password);
     }
     const Side source{sqlite::OpenFiles(from, {}), false};

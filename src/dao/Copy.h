@@ -17,12 +17,14 @@ struct CopyReport {
     // Passwords cannot be taken from one kind of place to the other: these accounts are let in only after an
     // administrator has reset theirs.
     QStringList withoutPassword;
+    // Likewise, but files keep what a server needs to let them in again: a superuser of it was asked.
+    QStringList serverPassword;
 };
 
 // Makes a new database at `to` with all records, accounts and groups of `from`; one of the two is on a
 // server. `admin` is an administrator of `from` and keeps the password. What was written is read back and
-// compared. Nobody may change `from` meanwhile; what is changed all the same is not carried over. On failure
-// there is nothing at `to`. Kind::WrongPassword, Kind::NotPermitted, the kinds of OpenWorkspace and
+// compared. What is changed in `from` meanwhile is not carried over; of files nobody may change any. On
+// failure there is nothing at `to`. Kind::WrongPassword, Kind::NotPermitted, the kinds of OpenWorkspace and
 // CreateDatabase; Kind::Damaged when the copy differs.
 CopyReport CopyDatabase(const Location& from, const Location& to, const QString& admin,
                         const QString& password);

@@ -19,14 +19,6 @@ QList<Finding> CheckDatabase(const Location& location)
     }
 }
 
-void BackupDatabase(const Location& from, const Location& to)
-{
-    for (const QString& target : {from.database, to.database})
-        if (IsServerTarget(target))
-            throw Error(Kind::FilesOnly, {ServerAddress::Parse(target).Shown()});
-    sqlite::BackupFiles(from, to);
-}
-
 MigrationReport MigrateDatabase(const Location& location, const MigrationProgress& told)
 {
     if (IsServerTarget(location.database))

@@ -12,10 +12,6 @@ namespace dao {
 // profiles and accounts in step. Empty when all is well. Never throws for what it finds.
 QList<Finding> CheckDatabase(const Location& location);
 
-// Copies both files as they are at one moment. Others can go on reading; who wants to write waits until it is
-// done. Kind::FileExists when a target exists; on failure no target is left.
-void BackupDatabase(const Location& from, const Location& to);
-
 // Brings both files to the schema of this program; opening a workspace does the same. Kind::MigrationFailed
 // leaves the files as they were; a process that is killed meanwhile leaves old or new, never half of it.
 MigrationReport MigrateDatabase(const Location& location, const MigrationProgress& told = {});

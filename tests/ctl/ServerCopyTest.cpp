@@ -1,6 +1,7 @@
 // A database that moves to a server and back.
 
 #include "ctl/CtlRun.h"
+#include "dao/Backup.h"
 #include "dao/Workspace.h"
 #include "dao/postgresql/ServerSetup.h"
 #include "support/QtPrinters.h"
@@ -108,6 +109,17 @@ protected:
         return RunWithPasswords({"db", "copy", from, to, "--as", "Ada"}, password);
     }
 
+    static bool BoCanLogOn(const QString& target, const QString& password)
+    {
+        try {
+            dao::OpenWorkspace(dao::LocationOf(target), "Bo", password);
+            return true;
+        } catch (const dao::Error& error) {
+            EXPECT_EQ(error.kind, dao::Kind::WrongPassword) << error.what();
+            return false;
+        }
+    }
+
     QTemporaryDir m_folder;
     const QString m_file = m_folder.filePath("site.kyndb");
     QString m_server;
@@ -126,19 +138,10 @@ TEST_F(ServerCopy, MovesEverythingToAServerAndBack)
     EXPECT_EQ(RunCtl({"db", "migrate", m_server}).code, 0);
 
     // Bo has no password until one is set.
-    const auto logon = [](const QString& target, const QString& password) {
-        try {
-            dao::OpenWorkspace(dao::LocationOf(target), "Bo", password);
-            return true;
-        } catch (const dao::Error& error) {
-            EXPECT_EQ(error.kind, dao::Kind::WrongPassword) << error.what();
-            return false;
-        }
-    };
-    EXPECT_FALSE(logon(m_server, "pw") || logon(m_server, ""));
+    EXPECT_FALSE(BoCanLogOn(m_server, "pw") || BoCanLogOn(m_server, ""));
     const QStringList password{"user", "password", m_server, "Bo", "--as", "Ada"};
     EXPECT_EQ(RunWithPasswords(password, "secret\nnew\n").code, 0);
-    EXPECT_TRUE(logon(m_server, "new"));
+    EXPECT_TRUE(BoCanLogOn(m_server, "new"));
     EXPECT_TRUE(RunWithPasswords({"user", "list", m_server, "--as", "Ada"})
                     .out.contains("Bo\tBo\tOperators,Users\tno\tno"));
 
@@ -147,7 +150,7 @@ TEST_F(ServerCopy, MovesEverythingToAServerAndBack)
     ASSERT_EQ(again.code, 0) << again.err.toStdString();
     EXPECT_TRUE(Contents(back) == contents);
     EXPECT_EQ(RunCtl({"db", "check", back}).code, 0);
-    EXPECT_FALSE(logon(back, "new") || logon(back, ""));
+    EXPECT_FALSE(BoCanLogOn(back, "new") || BoCanLogOn(back, ""));
     for (const QString& target : {m_server, back}) { // the dropped entry's id is not given again
         const auto workspace = dao::OpenWorkspace(dao::LocationOf(target), "Ada", "secret");
         const auto address = workspace->Database().OpenTable("address");
@@ -160,6 +163,39 @@ TEST_F(ServerCopy, MovesEverythingToAServerAndBack)
         address->Seek(QString("next"));
         EXPECT_EQ(address->Field("address_id").toInt(), 121);
     }
+}
+
+// A server is lost: what was backed up comes back on another, or in files.
+TEST_F(ServerCopy, IsBackedUpAndRestored)
+{
+    ASSERT_EQ(Copy(m_file, m_server).code, 0);
+    const QStringList password{"user", "password", m_server, "Bo", "--as", "Ada"};
+    ASSERT_EQ(RunWithPasswords(password, "secret\nnew\n").code, 0);
+    const QString contents = Contents(m_server);
+    const QString backups = m_folder.filePath("backups");
+    const CtlRun made = RunWithPasswords({"db", "backup", m_server, backups, "--as", "Ada"});
+    ASSERT_EQ(made.code, 0) << made.err.toStdString();
+    EXPECT_TRUE(made.out.contains("event\t4500\n") &&
+                made.out.contains("restore to a server brings back: Bo\n"))
+        << made.out.toStdString();
+    const QString backup = dao::GenerationsIn(backups, dao::LocationOf(m_server)).value(0).path;
+    dao::postgresql::DropServerDatabase(dao::postgresql::ServerAddress::Parse(m_server));
+
+    const auto restore = [&](const QString& to, const QByteArray& secret = "secret\n") {
+        return RunWithPasswords({"db", "restore", backup, to, "--as", "Ada"}, secret);
+    };
+    EXPECT_EQ(restore(m_server, "wrong\n").code, 1);
+    const CtlRun restored = restore(m_server);
+    ASSERT_EQ(restored.code, 0) << restored.err.toStdString();
+    EXPECT_TRUE(Contents(m_server) == contents);
+    EXPECT_TRUE(BoCanLogOn(m_server, "new"));
+    EXPECT_EQ(RunCtl({"db", "check", m_server}).code, 0);
+    ExpectFailure(restore(m_server), "already exists");
+
+    const QString file = m_folder.filePath("restored.kyndb");
+    ASSERT_EQ(restore(file).code, 0);
+    EXPECT_TRUE(Contents(file) == contents);
+    EXPECT_FALSE(BoCanLogOn(file, "new"));
 }
 
 TEST_F(ServerCopy, RefusedOnesLeaveNothing)

@@ -3,6 +3,7 @@
 #include "dao/Maintenance.h"
 #include "dao/base/FileAccess.h"
 #include "dao/base/TextIds.h"
+#include "dao/sqlite/FilesCopy.h"
 #include "dao/sqlite/Migrations.h"
 #include "dao/sqlite/Session.h"
 #include <QDir>
@@ -562,7 +563,7 @@ TEST_F(MaintenanceTest, FilesAreForTheirOwnerOrForAGroup)
         EXPECT_EQ(mode(location->database + "-journal"), right);
         workspace->Rollback();
         const Location copy{location->database + ".copy", location->workgroup + ".copy"};
-        BackupDatabase(*location, copy);
+        sqlite::CopyFiles(*location, copy);
         auto migrations = sqlite::MigrationsOf(sqlite::FileKind::Database);
         migrations.append({static_cast<int>(migrations.size()) + 1, "create table extra (a)"});
         const auto migrated =
@@ -581,21 +582,4 @@ TEST_F(MaintenanceTest, FilesAreForTheirOwnerOrForAGroup)
     EXPECT_EQ(mode(m_location.database), "644");
     EXPECT_EQ(Check(), QList<int>({DaoText::CheckOpenToAll, DaoText::CheckHalfShared}));
     chmod(m_folder.path().toUtf8(), 0700);
-}
-
-TEST_F(MaintenanceTest, BackupIsAWholeDatabase)
-{
-    m_workspace = Open();
-    Add("status", {"status_code"}, {{7}});
-    const Location copy = LocationOf(m_folder.filePath("copy.kyndb"));
-    BackupDatabase(m_location, copy);
-    EXPECT_EQ(KindOf([&] { BackupDatabase(m_location, copy); }), Kind::FileExists);
-    EXPECT_EQ(KindOf([&] { BackupDatabase(m_location, LocationOf("/no/folder/x.kyndb")); }),
-              Kind::CannotCreate);
-    Add("status", {"status_code"}, {{8}});
-    m_location = copy;
-    EXPECT_EQ(Check(), QList<int>());
-    m_workspace = Open();
-    EXPECT_EQ(Sql("status", "status_code"), QStringList({"7"}));
-    EXPECT_EQ(MigrateDatabase(m_location).copies, QStringList());
 }

@@ -1,6 +1,7 @@
 #include "ctl/commands/AccountOptions.h"
 
 #include "ctl/commands/PasswordReader.h"
+#include "ctl/program/Console.h"
 
 #include <QUrl>
 
@@ -52,4 +53,11 @@ std::unique_ptr<dao::Workspace> AccountOptions::OpenAs(const QString& account, c
 {
     const dao::Location location = TargetOf(request);
     return dao::OpenWorkspace(location, account, passwords.Existing(account));
+}
+
+void AccountOptions::TellWithoutPassword(const QStringList& accounts)
+{
+    if (!accounts.isEmpty())
+        Console::Print(QStringLiteral("Need a new password from an administrator: %1")
+                           .arg(accounts.join(QStringLiteral(", "))));
 }

@@ -32,4 +32,7 @@ QString ShownTarget(const Request& request);
 std::unique_ptr<dao::Workspace> OpenAs(const QString& account, const Request& request,
                                        PasswordReader& passwords);
 
+// Prints which accounts are let in only after an administrator has reset their passwords, if any.
+void TellWithoutPassword(const QStringList& accounts);
+
 } // namespace AccountOptions

@@ -18,9 +18,7 @@ int Run(const Request& request)
     for (const dao::CopyReport::Table& table : report.tables)
         Console::Print(QStringLiteral("%1\t%2").arg(table.name).arg(table.records));
     Console::Print(QStringLiteral("Copied and compared"));
-    if (!report.withoutPassword.isEmpty())
-        Console::Print(QStringLiteral("Need a new password from an administrator: %1")
-                           .arg(report.withoutPassword.join(QStringLiteral(", "))));
+    AccountOptions::TellWithoutPassword(report.withoutPassword + report.serverPassword);
     return exitOk;
 }
 

@@ -49,6 +49,8 @@ Command StatusExportCommand();
 Command StatusImportCommand();
 Command DbMigrateCommand();
 Command DbCopyCommand();
+Command DbBackupCommand();
+Command DbRestoreCommand();
 Command UserAddCommand();
 Command UserListCommand();
 Command UserPasswordCommand();

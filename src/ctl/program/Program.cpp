@@ -11,13 +11,10 @@ constexpr auto Name = "veltorkynctl";
 
 QList<Command> AllCommands()
 {
-    return {DbCreateCommand(),        DbCheckCommand(),
-            DbMigrateCommand(),       DbCopyCommand(),
-            UserAddCommand(),         UserListCommand(),
-            UserPasswordCommand(),    FleetExportCommand(),
-            FleetImportCommand(),     DirectoryExportCommand(),
-            DirectoryImportCommand(), StatusExportCommand(),
-            StatusImportCommand(),    DialCommand(),
+    return {DbCreateCommand(),        DbCheckCommand(),      DbMigrateCommand(),    DbCopyCommand(),
+            DbBackupCommand(),        DbRestoreCommand(),    UserAddCommand(),      UserListCommand(),
+            UserPasswordCommand(),    FleetExportCommand(),  FleetImportCommand(),  DirectoryExportCommand(),
+            DirectoryImportCommand(), StatusExportCommand(), StatusImportCommand(), DialCommand(),
             TraceExplainCommand(),    RadioCheckCommand()};
 }
 

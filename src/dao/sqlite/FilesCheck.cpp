@@ -192,24 +192,6 @@ QList<Finding> CheckFiles(const Location& location)
     return FilesCheck(location, AttachFiles(location, {})).Run();
 }
 
-void BackupFiles(const Location& from, const Location& to)
-{
-    const OpenOptions options;
-    const auto files = AttachFiles(from, options);
-    NewFile database(to.database);
-    NewFile workgroup(to.workgroup);
-    database.Make(AccessOfCopy(from.database));
-    workgroup.Make(AccessOfCopy(from.workgroup));
-    // Reading in one transaction keeps writers out, so that both copies are of the same moment.
-    files.connection->Execute("BEGIN; SELECT 1 FROM main.file_info; SELECT 1 FROM workgroup.file_info;");
-    CopyContents(from.database, database.TemporaryPath(), options.busyTimeout);
-    CopyContents(from.workgroup, workgroup.TemporaryPath(), options.busyTimeout);
-    workgroup.Publish();
-    database.Publish();
-    workgroup.Keep();
-    database.Keep();
-}
-
 MigrationReport MigrateFiles(const Location& location, const MigrationProgress& told)
 {
     const OpenOptions options;

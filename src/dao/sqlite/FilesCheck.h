@@ -9,7 +9,6 @@ namespace dao::sqlite {
 
 // The functions of dao/Maintenance.h on files.
 QList<Finding> CheckFiles(const Location& location);
-void BackupFiles(const Location& from, const Location& to);
 MigrationReport MigrateFiles(const Location& location, const MigrationProgress& told);
 
 } // namespace dao::sqlite
