@@ -132,10 +132,12 @@ TEST_F(LogonTest, AnOlderDatabaseIsMigratedWhileTheDialogSaysHowFarItIs)
         GTEST_SKIP() << "files only: a server is migrated by its owner";
     const auto file = dao::sqlite::Connection::Open(
         database.location.database, dao::sqlite::Connection::Mode::ReadWrite, std::chrono::seconds(1));
-    file->Execute("drop trigger event_once; drop index i_record_id; "
-                  "delete from index_def where index_name = 'i_record_id'; "
-                  "update file_info set value = '3' where name = 'schema_version'");
-    for (const char* field : {"record_id", "console", "operator", "console_number", "chain"})
+    file->Execute("drop table event_words; drop table event_block; "
+                  "delete from index_def where table_name = 'event_block'; "
+                  "delete from stored_query where name like '%event_%' or name like '%blocks%' "
+                  "or name = 'find_events' or name = 'index_events'; "
+                  "update file_info set value = '4' where name = 'schema_version'");
+    for (const char* field : {"from_number", "to_number", "direction"})
         file->Execute(QString("alter table event drop column ") + field);
     file->Close();
     UseDatabase(database.location);

@@ -79,6 +79,31 @@ TEST_F(RecordsTest, TheRightComesFromTheRowAndNotFromTheOperatorBefore)
     profile.ClearLoggedOnFlag();
 }
 
+// The directory may say something else when the record is read.
+TEST_F(RecordsTest, LogRecordsKeepNumberAndWay)
+{
+    const auto entry = session.Database().OpenTable("address");
+    entry->AddNew();
+    entry->SetField("callsign", "Unit20");
+    entry->SetField("IDENT", "2020");
+    entry->SetField("Type", 1);
+    entry->Update();
+    session.Memory().ReadAgain();
+    EventLog log(session, strings, {}, Lane::Kind::Callers);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    log.AppendLogRecord(now, EventType::Text, "in", "UNIT20", "2000", MessageWay::In);
+    log.AppendLogRecord(now, EventType::Text, "out", "2000", "Unit20", MessageWay::Out);
+    log.AppendLogRecord(now, EventType::Text, "other", "3000", "2000");
+    QStringList rows;
+    const auto events = session.Database().OpenSnapshot(
+        "select \"desc\", from_number, to_number, direction from event order by event_id");
+    for (; !events->Eof(); events->MoveNext())
+        rows.append(
+            QStringList{events->TextAt(0), events->TextAt(1), events->TextAt(2), events->TextAt(3)}.join(
+                '|'));
+    EXPECT_EQ(rows, QStringList({"in|2020||1", "out||2020|2", "other|||"}));
+}
+
 TEST_F(RecordsTest, ProfileOffersRetries)
 {
     UserProfile profile(session, prompt, strings);

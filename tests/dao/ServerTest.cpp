@@ -71,9 +71,15 @@ TEST_F(ServerTest, EachRoleDoesItsOwnWorkAndNothingElse)
     const Case cases[] = {
         {"SELECT * FROM address, status, fleet, dynamic_regroup, kyn_registry", done, done, done},
         {"SELECT * FROM event", done, done, done},
-        {"INSERT INTO event (time_stamp, event_type, record_id, console, operator, console_number, chain) "
-         "VALUES (now(), 1, gen_random_uuid(), 'desk 1', 'Olga', 1, 'ab')",
+        {"INSERT INTO event (time_stamp, event_type, record_id, console, operator, console_number, chain, "
+         "from_number, to_number, direction) "
+         "VALUES (now(), 1, gen_random_uuid(), 'desk 1', 'Olga', 1, 'ab', '2001', '2002', 1)",
          done, done, done},
+        {"SELECT * FROM event_block, event_mark", done, done, done},
+        {"UPDATE event_mark SET wanted = 128", done, done, done},
+        {"UPDATE event_mark SET safe_id = 0", denied, denied, denied},
+        {"INSERT INTO event_block VALUES (9, now(), now(), '')", denied, denied, denied},
+        {"DELETE FROM event_block", denied, denied, denied},
         {"UPDATE address SET on_duty = true WHERE callsign = 'Unit20'", done, done, done},
         {"INSERT INTO dynamic_regroup VALUES (2, 1, 3) ON CONFLICT DO NOTHING", done, refused, done},
         {"UPDATE dynamic_regroup SET pos = 4 WHERE group_id = 2", done, refused, done},
@@ -449,7 +455,7 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
          {DaoText::CheckNoProfile, DaoText::CheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
-         "UPDATE file_info SET value = '3' WHERE name = 'schema_version'",
+         "UPDATE file_info SET value = '4' WHERE name = 'schema_version'",
          {DaoText::CheckServerOlder}},
     };
     for (const Case& c : cases) {

@@ -70,12 +70,28 @@ EventLog::~EventLog()
 }
 
 QString EventLog::AppendLogRecord(const QDateTime& time, EventType type, const QString& desc,
-                                  const QString& from, const QString& to)
+                                  const QString& from, const QString& to, MessageWay way)
 {
-    const LogRecord record{
-        QUuid::createUuid().toString(QUuid::WithoutBraces), time, static_cast<int>(type), desc, from, to};
+    const LogRecord record{.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                           .time = time,
+                           .type = static_cast<int>(type),
+                           .desc = desc,
+                           .from = from,
+                           .to = to,
+                           .fromNumber = NumberOf(from),
+                           .toNumber = NumberOf(to),
+                           .way = way};
     Take(record);
     return record.id;
+}
+
+// What the directory says now: it may say something else when the record is read. Empty for a party without
+// an entry, which is its number already.
+QString EventLog::NumberOf(const QString& party) const
+{
+    if (!m_session.IsOpen())
+        return {};
+    return m_session.Memory().Addresses().IdentOf(party).value_or(QString());
 }
 
 void EventLog::AppendDuty(const QString& callsign, bool onDuty)

@@ -36,7 +36,7 @@ public:
     // Neither raises nor waits. Returns the record's id, which Safe names later; with lanes of the caller's
     // it may have named it before.
     QString AppendLogRecord(const QDateTime& time, EventType type, const QString& desc, const QString& from,
-                            const QString& to);
+                            const QString& to, MessageWay way = MessageWay::Unknown);
     // Take what is stored in turn with the records: a change of duty, and what the radio has confirmed of a
     // regroup command. Both hold in the session's memory at once. Returns the id as AppendLogRecord does.
     void AppendDuty(const QString& callsign, bool onDuty);
@@ -78,6 +78,7 @@ private:
     struct Spool;
 
     void Take(const LogRecord& record);
+    QString NumberOf(const QString& party) const;
     bool Open();
     void Close();
     void TakeOver(const QList<LogRecord>& left, const QString& console);

@@ -5,11 +5,18 @@
 
 QByteArray LineOf(const LogRecord& record)
 {
-    QJsonObject object{{"id", record.id},          {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
-                       {"type", record.type},      {"desc", record.desc},
-                       {"from", record.from},      {"to", record.to},
-                       {"duty", record.isDuty},    {"operator", record.operatorName},
-                       {"console", record.console}};
+    QJsonObject object{{"id", record.id},
+                       {"time", record.time.toUTC().toString(Qt::ISODateWithMs)},
+                       {"type", record.type},
+                       {"desc", record.desc},
+                       {"from", record.from},
+                       {"to", record.to},
+                       {"duty", record.isDuty},
+                       {"operator", record.operatorName},
+                       {"console", record.console},
+                       {"fromNumber", record.fromNumber},
+                       {"toNumber", record.toNumber},
+                       {"way", static_cast<int>(record.way)}};
     if (record.regroup)
         object.insert("regroup", record.regroup->ToJson());
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
@@ -25,6 +32,11 @@ std::optional<LogRecord> ParseLine(const QByteArray& line)
         object["duty"].toBool()};
     record.operatorName = object["operator"].toString();
     record.console = object["console"].toString();
+    record.fromNumber = object["fromNumber"].toString();
+    record.toNumber = object["toNumber"].toString();
+    const int way = object["way"].toInt();
+    if (way == static_cast<int>(MessageWay::In) || way == static_cast<int>(MessageWay::Out))
+        record.way = static_cast<MessageWay>(way);
     if (object.contains("regroup"))
         record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
     if (record.id.isEmpty() || (record.IsEvent() && !record.time.isValid()))

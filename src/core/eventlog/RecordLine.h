@@ -7,6 +7,9 @@
 #include <QString>
 #include <optional>
 
+// As the database numbers them.
+enum class MessageWay { Unknown, In, Out };
+
 // One record of the table event on its way there; or what is stored in turn with them: a change of duty that
 // came with one, where `from` is on duty from now on if `type` is 1, and off duty otherwise; or a regroup
 // that the radio has confirmed.
@@ -22,6 +25,10 @@ struct LogRecord {
     // Who took the record, and where; empty for those of older programs.
     QString operatorName{};
     QString console{};
+    // The parties' numbers at that time, where callsigns stand for them; empty where they were not known.
+    QString fromNumber{};
+    QString toNumber{};
+    MessageWay way = MessageWay::Unknown;
 
     bool IsEvent() const { return !isDuty && !regroup; }
 };

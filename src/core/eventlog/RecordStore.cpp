@@ -14,6 +14,7 @@ namespace {
 constexpr auto Table = "event";
 constexpr QLatin1String RecordIndex("i_record_id"); // unique
 constexpr qsizetype MostAgain = 256;                // in one statement
+constexpr qsizetype MostNumber = 64;                // characters, as the directory's
 
 QString Lost(const std::exception& reason, const LogRecord& record)
 {
@@ -39,8 +40,9 @@ QVariant OrNull(const QString& text)
     return text.isEmpty() ? QVariant() : QVariant(text);
 }
 
-const QStringList Fields{"time_stamp", "event_type", "desc",    "from_address",  "to_address",
-                         "record_id",  "operator",   "console", "console_number"};
+const QStringList Fields{"time_stamp",     "event_type",  "desc",      "from_address",
+                         "to_address",     "record_id",   "operator",  "console",
+                         "console_number", "from_number", "to_number", "direction"};
 
 QVariantList ValuesOf(const LogRecord& record, int descSize, qlonglong number)
 {
@@ -52,7 +54,10 @@ QVariantList ValuesOf(const LogRecord& record, int descSize, qlonglong number)
             record.id,
             OrNull(record.operatorName),
             OrNull(record.console),
-            record.console.isEmpty() ? QVariant() : QVariant(number)};
+            record.console.isEmpty() ? QVariant() : QVariant(number),
+            OrNull(record.fromNumber.left(MostNumber)),
+            OrNull(record.toNumber.left(MostNumber)),
+            record.way == MessageWay::Unknown ? QVariant() : QVariant(static_cast<int>(record.way))};
 }
 
 // The database's last word, so that waiting changes nothing.

@@ -1,5 +1,6 @@
 #include "dao/sqlite/Functions.h"
 #include "dao/base/TextMatch.h"
+#include "dao/base/Words.h"
 #include <sqlite3.h>
 
 namespace dao::sqlite {
@@ -39,6 +40,18 @@ void MatchFunction(sqlite3_context* context, int count, sqlite3_value** values)
     sqlite3_result_int(context, matches ? 1 : 0);
 }
 
+// Kind, content and parties; the words with blanks between them.
+void EventWordsFunction(sqlite3_context* context, int count, sqlite3_value** values)
+{
+    QStringList parties;
+    for (int i = 2; i < count; ++i)
+        parties.append(TextOf(values[i]));
+    const QByteArray words =
+        EventWords(sqlite3_value_int(values[0]), TextOf(values[1]), parties).join(u' ').toUtf8();
+    sqlite3_result_text64(context, words.constData(), static_cast<sqlite3_uint64>(words.size()),
+                          SQLITE_TRANSIENT, SQLITE_UTF8);
+}
+
 void NowFunction(sqlite3_context* context, int, sqlite3_value**)
 {
     const auto* facts = static_cast<const SessionFacts*>(sqlite3_user_data(context));
@@ -65,6 +78,8 @@ void RegisterFunctions(const Handle& file, const SessionFacts& facts)
                                                         nullptr, nullptr, nullptr),
                              sqlite3_create_function_v2(handle, "kyn_match", -1, pure, nullptr, MatchFunction,
                                                         nullptr, nullptr, nullptr),
+                             sqlite3_create_function_v2(handle, "kyn_event_words", -1, pure, nullptr,
+                                                        EventWordsFunction, nullptr, nullptr, nullptr),
                              sqlite3_create_function_v2(handle, "kyn_now", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,
                                                         data, NowFunction, nullptr, nullptr, nullptr),
                              sqlite3_create_function_v2(handle, "kyn_user", 0, SQLITE_UTF8 | SQLITE_INNOCUOUS,

@@ -22,10 +22,17 @@ void Handle::Close() noexcept
 {
     if (!m_handle)
         return;
-    while (sqlite3_stmt* statement = sqlite3_next_stmt(m_handle, nullptr))
+    for (sqlite3_stmt* statement : m_statements)
         sqlite3_finalize(statement);
+    m_statements.clear();
     sqlite3_close_v2(m_handle);
     m_handle = nullptr;
+}
+
+void Handle::End(sqlite3_stmt* statement) const noexcept
+{
+    if (m_statements.erase(statement) > 0)
+        sqlite3_finalize(statement);
 }
 
 sqlite3* Handle::Get() const

@@ -4,8 +4,10 @@
 #include <QElapsedTimer>
 #include <QString>
 #include <chrono>
+#include <unordered_set>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace dao::sqlite {
 
@@ -27,6 +29,10 @@ public:
     // How long each use waits for another program's lock, as the thread's Patience does.
     void SetLockTimeout(std::chrono::milliseconds timeout);
     void WaitForLocks(bool wait) { m_waitsForLocks = wait; }
+    // A statement that was prepared on it, which Close ends; the engine has others of its own, which it ends
+    // itself.
+    void Add(sqlite3_stmt* statement) const { m_statements.insert(statement); }
+    void End(sqlite3_stmt* statement) const noexcept;
     // Whether the path that was opened still leads to the same file.
     bool IsInPlace() const;
 
@@ -41,6 +47,7 @@ private:
     static int AwaitLock(void* handle, int calls);
 
     sqlite3* m_handle = nullptr;
+    mutable std::unordered_set<sqlite3_stmt*> m_statements;
     std::chrono::milliseconds m_lockTimeout{0};
     QElapsedTimer m_locked; // since the wait for the present lock began
     bool m_waitsForLocks = true;

@@ -16,6 +16,7 @@ Statement::Statement(const Handle& file, const QString& sql, bool kept) : m_file
         sqlite3_finalize(m_statement);
         throw Error(Kind::WrongUse, {sql});
     }
+    file.Add(m_statement);
     for (int i = 1; i <= sqlite3_bind_parameter_count(m_statement); ++i) {
         const char* name = sqlite3_bind_parameter_name(m_statement, i);
         m_parameterNames.append(name ? QString::fromUtf8(name + 1) : QString());
@@ -25,8 +26,7 @@ Statement::Statement(const Handle& file, const QString& sql, bool kept) : m_file
 
 Statement::~Statement()
 {
-    if (m_file.IsOpen())
-        sqlite3_finalize(m_statement);
+    m_file.End(m_statement);
 }
 
 // A column that shows a table's field unchanged has the field's declared type, which tells booleans and time

@@ -4,7 +4,8 @@
 
 void EventRecorder::Store(const LogEntry& entry)
 {
-    m_record = m_eventLog.AppendLogRecord(entry.time, entry.type, entry.desc, entry.from, entry.to);
+    m_record =
+        m_eventLog.AppendLogRecord(entry.time, entry.type, entry.desc, entry.from, entry.to, entry.way);
 }
 
 void EventRecorder::Show(const LogEntry& entry, const QString& text, const QString& party)

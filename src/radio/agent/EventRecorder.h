@@ -11,6 +11,7 @@ struct LogEntry {
     QString desc; // a status code, a text, or the description of a call
     QString from; // callsigns
     QString to;
+    MessageWay way;
 };
 
 // Writes what happened on the air into the database and onto the screen.

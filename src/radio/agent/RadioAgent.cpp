@@ -125,8 +125,8 @@ void RadioAgent::OnStatusReceived(qint16 prefix, qint16 ident, qint16 status)
     if (!IsConnected())
         return;
     const Caller sender = m_callers.Of(prefix, ident);
-    const LogEntry entry{m_services.clock.Now(), EventType::Status, QString::number(status), sender.callsign,
-                         m_numbering.MyCallsign()};
+    const LogEntry entry{m_services.clock.Now(), EventType::Status,        QString::number(status),
+                         sender.callsign,        m_numbering.MyCallsign(), MessageWay::In};
     m_recorder.Store(entry);
     m_recorder.Show(entry, m_services.statusTexts.StatusInText(status));
     m_addressBook.FollowStatus(sender.callsign, status);
@@ -138,8 +138,8 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
     if (!IsConnected())
         return;
     const Caller sender = m_callers.Of(prefix, ident);
-    const LogEntry entry{m_services.clock.Now(), EventType::Text, text, sender.callsign,
-                         m_numbering.MyCallsign()};
+    const LogEntry entry{m_services.clock.Now(), EventType::Text,          text,
+                         sender.callsign,        m_numbering.MyCallsign(), MessageWay::In};
     if (m_views.scada)
         PassScadaReport(text, {sender.dial, sender.callsign, entry.time}, *m_views.scada);
     m_recorder.Store(entry);
@@ -187,7 +187,8 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
         Notify();
     }
     CancelRegroup();
-    const LogEntry entry{time, EventType::Call, caption, caller.callsign, m_numbering.MyCallsign()};
+    const LogEntry entry{time,          EventType::Call, caption, caller.callsign, m_numbering.MyCallsign(),
+                         MessageWay::In};
     m_recorder.Store(entry);
     m_recorder.Show(entry, named(caption), caller.shown);
 }
@@ -359,8 +360,8 @@ void RadioAgent::WriteOutgoingRecord()
     OutgoingMessage& message = m_transaction.outgoing;
     if (!message.MessagePending)
         return;
-    const LogEntry entry{m_services.clock.Now(), message.LastSentKind, message.LastMessageText,
-                         m_numbering.MyCallsign(), message.LastDestination};
+    const LogEntry entry{m_services.clock.Now(),   message.LastSentKind,    message.LastMessageText,
+                         m_numbering.MyCallsign(), message.LastDestination, MessageWay::Out};
     m_recorder.Store(entry);
     if (message.LastSentKind == EventType::Status)
         message.LastMessageText = m_services.statusTexts.StatusOutText(message.LastMessageText.toInt());
