@@ -20,12 +20,13 @@ ROOMS = {
     "core": {"dao"},
     "radio": {"core", "dao", "map27", "addressing"},
     "numbering": {"radio", "core", "dao", "addressing"},
+    "logbook": {"radio", "core", "dao"},
     "mainwindow": {"radio", "core", "dao", "addressing"},
     "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
-    "ctl": {"numbering", "radio", "core", "dao", "addressing", "map27"},
+    "ctl": {"logbook", "numbering", "radio", "core", "dao", "addressing", "map27"},
     "tour": {"mainwindow", "core"},
-    "app": {"tour", "mainwindow", "admin", "numbering", "radio", "core", "dao", "addressing"},
+    "app": {"tour", "mainwindow", "logbook", "admin", "numbering", "radio", "core", "dao", "addressing"},
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
@@ -48,6 +49,7 @@ WINGS = {
         "agent": {"base", "line", "window"},
         "facade": {"base", "line", "window", "agent"},
     },
+    "logbook": {"query": set(), "window": {"query"}},
     "mainwindow": {
         "base": set(),
         "lists": {"base"},

@@ -8,6 +8,7 @@
 #include "core/texts/TextIds.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <optional>
 
@@ -88,4 +89,18 @@ QStringList CStringSourceImpl::DefaultFolders()
     if (QCoreApplication::instance())
         folders << QCoreApplication::applicationDirPath() + "/catalogue";
     return folders;
+}
+
+QList<Catalogue> CStringSourceImpl::Installed(const QStringList& satelliteFolders)
+{
+    InitCatalogueResource();
+    QList<Catalogue> catalogues{ReadCatalogue(BuiltInFile)};
+    for (const QString& folder : satelliteFolders)
+        for (const QFileInfo& file : QDir(folder).entryInfoList({QStringLiteral("*.CResourceStrs")}))
+            try {
+                catalogues.append(ReadCatalogue(file.filePath()));
+            } catch (const Error& error) {
+                ProgramLog::Write(error.Description());
+            }
+    return catalogues;
 }

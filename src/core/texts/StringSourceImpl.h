@@ -24,6 +24,8 @@ public:
     QString LoadString(int id) const override;
 
     static QStringList DefaultFolders();
+    // The built-in catalogue and every satellite in these folders that can be read.
+    static QList<Catalogue> Installed(const QStringList& satelliteFolders = DefaultFolders());
 
 private:
     QStringList m_folders;

@@ -1,8 +1,8 @@
 // The commands "status export" and "status import".
 
+#include "core/texts/CsvLine.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/ImportRun.h"
-#include "ctl/files/CsvWriter.h"
 #include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
 #include "dao/tables/StatusTable.h"

@@ -1,9 +1,9 @@
 #include "ctl/files/FleetPlanFile.h"
 
 #include "addressing/FleetPlanChecks.h"
+#include "core/texts/CsvLine.h"
 #include "core/texts/Errors.h"
 #include "ctl/files/CsvReader.h"
-#include "ctl/files/CsvWriter.h"
 #include "radio/base/AddressingText.h"
 
 #include <QHash>

@@ -59,3 +59,6 @@ Command FleetExportCommand();
 Command FleetImportCommand();
 Command TraceExplainCommand();
 Command RadioCheckCommand();
+Command LogShowCommand();
+Command LogExportCommand();
+Command LogFollowCommand();

@@ -15,7 +15,8 @@ QList<Command> AllCommands()
             DbBackupCommand(),        DbRestoreCommand(),    UserAddCommand(),      UserListCommand(),
             UserPasswordCommand(),    FleetExportCommand(),  FleetImportCommand(),  DirectoryExportCommand(),
             DirectoryImportCommand(), StatusExportCommand(), StatusImportCommand(), DialCommand(),
-            TraceExplainCommand(),    RadioCheckCommand()};
+            TraceExplainCommand(),    RadioCheckCommand(),   LogShowCommand(),      LogExportCommand(),
+            LogFollowCommand()};
 }
 
 QString Version()

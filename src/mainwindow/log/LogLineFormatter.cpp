@@ -1,9 +1,9 @@
 #include "mainwindow/log/LogLineFormatter.h"
 
 #include "core/texts/Errors.h"
-#include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "mainwindow/base/LongTime.h"
+#include "radio/base/EmergencyCalls.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
 
@@ -79,18 +79,9 @@ QString FormatLogData(const QString& data, LogDataView view)
 
 LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IStringSource& strings)
     : m_statusTexts(statusTexts),
+      m_emergencies(EmergencyCallTexts(strings)),
       m_unknownCaller(strings.LoadString(RadioText::UnknownCaller))
 {
-    const auto add = [&](int emergency, std::initializer_list<int> calls) {
-        for (const int call : calls) {
-            const QString desc = FormatMessage(strings, emergency, {strings.LoadString(call)});
-            m_emergencies.insert(desc);
-            m_emergencies.insert(FormatMessage(strings, RadioText::DataCall, {desc}));
-        }
-    };
-    add(RadioText::EmergencyIn, {RadioText::IncomingCall, RadioText::IncomingPstnCall,
-                                 RadioText::IncomingPabxCall, RadioText::IncomingSysWideCall});
-    add(RadioText::EmergencyOut, {RadioText::Voice, RadioText::PstnCall, RadioText::PabxCall});
 }
 
 // A record keeps only the words, in the language of the console that wrote it.

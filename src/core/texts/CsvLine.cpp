@@ -1,4 +1,4 @@
-#include "ctl/files/CsvWriter.h"
+#include "core/texts/CsvLine.h"
 
 #include <algorithm>
 
