@@ -24,6 +24,8 @@ Terminal::Terminal(TerminalParameters parameters)
              [this](const ToRadio& message, TimePoint now) {
                  return TransmitOrReport(EncodeToRadio(message), now);
              }),
+      m_endings(m_outbox, m_transaction, m_cancelled, m_held,
+                [this](const Octets& message, TimePoint now) { return TransmitOrReport(message, now); }),
       m_questions(m_outbox, parameters.questionWait, [this](const ToRadio& question, TimePoint now) {
           return Transmit(EncodeToRadio(question), now);
       })
@@ -58,7 +60,7 @@ TerminalOutput Terminal::OnTime(TimePoint now)
 {
     Take(m_link.OnTime(now), now);
     if (m_cancelled.MessageEnd() && *m_cancelled.MessageEnd() <= now)
-        ReleaseHeldMessage(now);
+        m_endings.ReleaseHeldMessage(now);
     m_questions.OnTime(now);
     m_held.OnTime(now);
     return TakeOutput(now);
@@ -74,8 +76,8 @@ TerminalOutput Terminal::ResetLink(Milliseconds pause, TimePoint now)
 {
     const bool wasOpen = State() != TerminalState::Idle;
     // Once the link is down nothing can be ended over it, and a call may outlive the link.
-    CancelMessage(now);
-    HangUp(now);
+    m_endings.CancelMessage(now);
+    m_endings.HangUp(now);
     m_held.LinkIsGone();
     m_held.GiveUpWish();
     m_cancelled.Forget();
@@ -237,7 +239,7 @@ bool Terminal::AnswersCancelledMessage(const RadioSignal& signal, TimePoint now)
     const bool nothingElseOpen = State() == TerminalState::Idle || m_transaction.IsHeld();
     const auto answer = m_cancelled.TakeForMessage(signal, nothingElseOpen);
     if (answer == CancelledRequests::Answer::EndOfMessage)
-        ReleaseHeldMessage(now);
+        m_endings.ReleaseHeldMessage(now);
     return answer != CancelledRequests::Answer::No;
 }
 
@@ -291,17 +293,6 @@ OperationResult Terminal::BeginMessage(Address to, const Request& request, TimeP
     return Finish(std::nullopt, now);
 }
 
-// The cancelled message has ended, or has taken too long.
-void Terminal::ReleaseHeldMessage(TimePoint now)
-{
-    m_cancelled.EndMessage();
-    const auto octets = m_transaction.Release();
-    if (!octets || TransmitOrReport(*octets, now))
-        return;
-    m_outbox.Tell(MessageProgress{Type::MessageNegative, 0, Type::MessageNegative, m_transaction.Party()});
-    m_transaction.End();
-}
-
 OperationResult Terminal::MakeCall(Address to, bool emergency, bool priority, bool dialog, TimePoint now)
 {
     return BeginCall(CallRequest(to, {emergency, priority, dialog}), now);
@@ -338,7 +329,7 @@ OperationResult Terminal::RefuseCall(TimePoint now)
 {
     if (State() != TerminalState::IncallWait)
         return Finish(Refusal{.code = RefusalCode::NoIncomingCall}, now);
-    HangUp(now);
+    m_endings.HangUp(now);
     return Finish(std::nullopt, now);
 }
 
@@ -359,14 +350,14 @@ OperationResult Terminal::SetTransmit(bool on, TimePoint now)
 
 TerminalOutput Terminal::ClearCall(TimePoint now)
 {
-    HangUp(now);
+    m_endings.HangUp(now);
     return TakeOutput(now);
 }
 
 OperationResult Terminal::PutOnHook(TimePoint now)
 {
     if (State() != TerminalState::Idle && State() != TerminalState::MessageWait) {
-        HangUp(now);
+        m_endings.HangUp(now);
         return Finish(std::nullopt, now);
     }
     auto refusal = Transmit(EncodeToRadio(RadioControlMessage{}), now);
@@ -377,47 +368,10 @@ OperationResult Terminal::PutOnHook(TimePoint now)
 
 TerminalOutput Terminal::CancelTransaction(TimePoint now)
 {
-    CancelMessage(now);
+    m_endings.CancelMessage(now);
     if (State() != TerminalState::Active)
-        HangUp(now);
+        m_endings.HangUp(now);
     return TakeOutput(now);
-}
-
-void Terminal::HangUp(TimePoint now)
-{
-    const Address party = m_transaction.Party();
-    switch (State()) {
-    case TerminalState::Idle:
-    case TerminalState::MessageWait:
-        return;
-    case TerminalState::IncallWait:
-        TransmitOrReport(EncodeToRadio(RadioControlMessage{}), now);
-        m_cancelled.AddControl(now);
-        break;
-    case TerminalState::OutcallWait:
-        TransmitOrReport(EncodeToRadio(ClearMessage{true, party, ClearCause::CancelAttempt}), now);
-        m_cancelled.AddCall(party, now);
-        break;
-    case TerminalState::Active:
-        TransmitOrReport(EncodeToRadio(ClearMessage{false, party, ClearCause::EndCall}), now);
-        m_cancelled.AddCall(party, now);
-        break;
-    }
-    m_held.HangingUp(party);
-    m_transaction.End();
-}
-
-void Terminal::CancelMessage(TimePoint now)
-{
-    if (State() != TerminalState::MessageWait)
-        return;
-    // A message that was never sent leaves no trace; the end that it waited for is still to come.
-    if (!m_transaction.IsHeld()) {
-        const ClearMessage cancel{true, m_transaction.Party(), ClearCause::CancelAttempt};
-        TransmitOrReport(EncodeToRadio(cancel), now);
-        m_cancelled.AddMessage(now);
-    }
-    m_transaction.End();
 }
 
 OperationResult Terminal::RequestRadioInfo(unsigned kind, TimePoint now)

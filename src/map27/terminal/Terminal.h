@@ -1,10 +1,8 @@
 #pragma once
 
-#include "map27/terminal/CancelledRequests.h"
-#include "map27/terminal/HeldCall.h"
+#include "map27/terminal/Endings.h"
 #include "map27/terminal/RadioQuestions.h"
 #include "map27/terminal/Requests.h"
-#include "map27/terminal/Transaction.h"
 
 namespace map27 {
 
@@ -116,9 +114,6 @@ private:
     OperationResult Finish(std::optional<Refusal> refusal, TimePoint now);
     OperationResult BeginMessage(Address to, const Request& request, TimePoint now);
     OperationResult BeginCall(const Request& request, TimePoint now);
-    void HangUp(TimePoint now);
-    void CancelMessage(TimePoint now);
-    void ReleaseHeldMessage(TimePoint now);
     TerminalOutput TakeOutput(TimePoint now);
 
     Link m_link;
@@ -126,6 +121,7 @@ private:
     Transaction m_transaction;
     CancelledRequests m_cancelled;
     HeldCall m_held;
+    Endings m_endings;
     RadioQuestions m_questions;
 };
 
