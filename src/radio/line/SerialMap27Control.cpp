@@ -6,6 +6,7 @@
 #include "core/texts/StringSource.h"
 #include "map27/codec/Causes.h"
 #include "radio/base/TextIds.h"
+#include "radio/line/LineConditionText.h"
 #include "radio/line/RefusalText.h"
 #include "radio/line/RegroupFormat.h"
 
@@ -61,29 +62,6 @@ map27::Party PartyOf(const map27::Octets& message)
             return progress->party;
     }
     return {};
-}
-
-LinkStatus::State StateOf(LineCondition::Kind kind)
-{
-    switch (kind) {
-    case LineCondition::Kind::Connecting:
-        return LinkStatus::State::Connecting;
-    case LineCondition::Kind::Ready:
-        return LinkStatus::State::Ready;
-    case LineCondition::Kind::Owes:
-        return LinkStatus::State::Silent;
-    default:
-        return LinkStatus::State::Lost;
-    }
-}
-
-int TextIdOf(map27::LinkFailure reason)
-{
-    if (reason == map27::LinkFailure::PeerReset)
-        return RadioText::LinkLostRestarted;
-    if (reason == map27::LinkFailure::RetriesUsedUp)
-        return RadioText::LinkLostRetries;
-    return RadioText::LinkLostSilent;
 }
 
 template <typename... Handlers> struct Overloaded : Handlers... {
@@ -150,7 +128,7 @@ void SerialMap27Control::OpenLink()
         throw Error(ErrorCode::General, PortProblemText(outcome.problem, m_strings));
     if (outcome.opening == ThreadedLine::Opening::GivenUp)
         throw Error(ErrorCode::First + RadioText::OpeningGivenUp, PortText(RadioText::OpeningGivenUp));
-    SetStatus(StateOf(LineCondition::Kind::Connecting), PortText(RadioText::LinkConnecting));
+    SetStatus(LinkStateOf(LineCondition::Kind::Connecting), PortText(RadioText::LinkConnecting));
 }
 
 void SerialMap27Control::CloseLink()
@@ -384,41 +362,12 @@ void SerialMap27Control::HandlePersonality(const map27::PersonalityMessage& pers
 void SerialMap27Control::HandleCondition(const LineCondition& condition)
 {
     using enum LineCondition::Kind;
-    const QString text = TextOf(condition);
+    const QString text = LineConditionText(condition, {m_portName, m_baudRate}, m_strings);
     if (condition.kind == LinkLost)
         ProgramLog::Write(QString::fromLatin1(map27::LinkFailureText(condition.reason)));
     else if (condition.kind != Connecting && condition.kind != Ready && text != m_status.text)
         ProgramLog::Write(text); // once, not at every retry
-    SetStatus(StateOf(condition.kind), text);
-}
-
-QString SerialMap27Control::TextOf(const LineCondition& condition) const
-{
-    using enum LineCondition::Kind;
-    switch (condition.kind) {
-    case Connecting:
-        return PortText(RadioText::LinkConnecting);
-    case Ready:
-        break;
-    case LinkLost:
-        return PortText(TextIdOf(condition.reason));
-    case PortFailed:
-        return FormatMessage(m_strings, RadioText::LinkLostPort,
-                             {PortProblemText(condition.problem, m_strings)});
-    case Owes:
-        return PortText(RadioText::LinkOwes);
-    case Silent:
-        return PortText(RadioText::LinkLostSilent);
-    case Foreign:
-        return FormatMessage(m_strings, RadioText::LinkForeign, {m_portName, condition.detail});
-    case Noise:
-        return FormatMessage(m_strings, RadioText::LinkNoise, {m_portName, QString::number(m_baudRate)});
-    case Damaged:
-        return PortText(RadioText::LinkDamaged);
-    case Echo:
-        return FormatMessage(m_strings, RadioText::LinkLostPort, {PortText(RadioText::LinkEcho)});
-    }
-    return {};
+    SetStatus(LinkStateOf(condition.kind), text);
 }
 
 void SerialMap27Control::SetStatus(LinkStatus::State state, const QString& text)

@@ -75,7 +75,6 @@ private:
     void HandleReport(const map27::Report& report);
     void HandlePersonality(const map27::PersonalityMessage& personality);
     void HandleCondition(const LineCondition& condition);
-    QString TextOf(const LineCondition& condition) const;
     void SetStatus(LinkStatus::State state, const QString& text);
     QString PortText(int id) const;
 
