@@ -88,6 +88,7 @@ TEST(RadioCommands, ATraceIsReadBeyondItsBadLines)
         EXPECT_TRUE(row.code == 0 || run.err.contains("one line is no part of a trace"))
             << run.err.toStdString();
     }
+    EXPECT_EQ(RunCtl({"trace", "explain", "-"}, "\xEF\xBB\xBF" + good + '\n').code, 0) << "an editor's mark";
     ExpectFailure(RunCtl({"trace", "explain", "-"}, "\n"), "there is no line of a trace");
 }
 

@@ -61,21 +61,7 @@ public:
     void Take(const TraceEntry& entry)
     {
         m_any = true;
-        m_last = entry.at;
-        const map27::TraceObserver::Seen seen = m_observer.Take(entry);
-        m_time.Take(entry);
-        if (m_findingsOnly && seen.findings.empty())
-            return;
-        const bool onWire = entry.kind == TraceEntry::Kind::Frame || entry.kind == TraceEntry::Kind::Noise;
-        Console::Print(QStringLiteral("%1 %2 %3")
-                           .arg(m_time.Text(entry.at), 12)
-                           .arg(QLatin1String(onWire ? map27::ArrowOf(entry.direction) : "-"),
-                                QString::fromStdString(seen.words)));
-        if (m_withOctets && onWire)
-            Console::Print(Indented("  ", map27::ToHex(entry.octets)));
-        for (const Finding& finding : seen.findings)
-            Console::Print(Indented(MarkOf(finding), std::string(EndOf(finding.by)) + ", " +
-                                                         std::string(finding.kind) + ": " + finding.text));
+        Show(entry);
     }
 
     // A line that is no part of a trace: what it was, nobody knows.
@@ -83,7 +69,7 @@ public:
     {
         if (++m_broken <= MostShown)
             Console::PrintError(QStringLiteral("veltorkynctl: %1").arg(problem));
-        Take({.kind = TraceEntry::Kind::Lost, .at = m_last, .number = 1});
+        Show({.kind = TraceEntry::Kind::Lost, .at = m_last, .number = 1});
     }
 
     // Raises Error when not all of it could be read.
@@ -108,6 +94,25 @@ public:
     }
 
 private:
+    void Show(const TraceEntry& entry)
+    {
+        m_last = entry.at;
+        const map27::TraceObserver::Seen seen = m_observer.Take(entry);
+        m_time.Take(entry);
+        if (m_findingsOnly && seen.findings.empty())
+            return;
+        const bool onWire = entry.kind == TraceEntry::Kind::Frame || entry.kind == TraceEntry::Kind::Noise;
+        Console::Print(QStringLiteral("%1 %2 %3")
+                           .arg(m_time.Text(entry.at), 12)
+                           .arg(QLatin1String(onWire ? map27::ArrowOf(entry.direction) : "-"),
+                                QString::fromStdString(seen.words)));
+        if (m_withOctets && onWire)
+            Console::Print(Indented("  ", map27::ToHex(entry.octets)));
+        for (const Finding& finding : seen.findings)
+            Console::Print(Indented(MarkOf(finding), std::string(EndOf(finding.by)) + ", " +
+                                                         std::string(finding.kind) + ": " + finding.text));
+    }
+
     static QString Indented(const char* mark, const std::string& text)
     {
         return QStringLiteral("%1 %2 %3")

@@ -32,6 +32,9 @@ std::optional<QByteArray> LineFile::Next()
         rest = Read();
     if (line.endsWith('\n'))
         line.chop(1);
+    // Some editors put it there.
+    if (m_number == 1 && line.startsWith("\xEF\xBB\xBF"))
+        line.remove(0, 3);
     return line;
 }
 

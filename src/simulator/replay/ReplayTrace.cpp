@@ -94,8 +94,9 @@ std::vector<ReplayEntry> LoadReplay(const QString& file)
     Loader loader;
     int number = 0;
     while (!source.atEnd()) {
-        const QByteArray line = source.readLine(LongestLine);
-        ++number;
+        QByteArray line = source.readLine(LongestLine);
+        if (++number == 1 && line.startsWith("\xEF\xBB\xBF"))
+            line.remove(0, 3); // some editors put it there
         if (line.trimmed().isEmpty())
             continue;
         const QByteArray inner = line.endsWith('\n') ? line.chopped(1) : line;
