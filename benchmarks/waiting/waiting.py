@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Measures what the console does while its database makes it wait: the real programs on a display of their own, a radio at
-9600 bit/s, a storm of 500 messages with emergency calls in it, under each condition of conditions.py or those whose name
-holds one of the words given."""
+9600 bit/s, a storm of messages or a regroup and changes of duty, with emergency calls in it, under each condition of
+conditions.py or those whose name holds one of the words given."""
 
 import argparse
 import json
@@ -30,7 +30,6 @@ from watch import Watch  # noqa: E402
 from wire import Radio  # noqa: E402
 
 SPEED = 9600
-STORM = 500
 CALLERS = ("Unit20", "Unit22", "Unit23", "Unit38", "Unit41")
 NOTED_LATER = 5e6  # ns by which the note of a written octet may be behind what the console does with it
 FIRST_CALL, BETWEEN_CALLS, CALL_LENGTH = 3.0, 3.5, 2.0  # seconds from the storm's begin
@@ -43,6 +42,8 @@ class Bench:
 
     def __init__(self, condition, programs, shim):
         self._condition, self._programs, self._shim = condition, programs, shim
+        self._task = condition.work
+        self._beside = self._failure = None
 
     def run(self):
         with Processes() as self.processes:
@@ -54,25 +55,26 @@ class Bench:
             finally:
                 self.site.close()
 
-    def repeat(self, act, times, pause):
-        """Several times, beside what else goes on."""
+    def beside(self, act):
+        """Beside what else goes on, until the end of the condition at the latest."""
         def go():
-            for _ in range(times):
+            try:
                 act()
-                time.sleep(pause)
-        threading.Thread(target=go, daemon=True).start()
+            except Trouble as trouble:
+                self._failure = trouble
+        self._beside = threading.Thread(target=go, daemon=True)
+        self._beside.start()
 
     def _open(self):
         _, number = self.processes.start_announced("Xvfb", "-displayfd", "{fd}", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
                                                    "-noreset")
         self.processes.environment.update(DISPLAY=f":{number}", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="0", NO_AT_BRIDGE="1")
-        self._screen = Screen(f":{number}")
+        self.screen = Screen(f":{number}")
         self.processes.start("openbox", "--sm-disable")
-        self._until(self._screen.is_managed, 20, "openbox does not manage the display")
+        self.until(self.screen.is_managed, 20, "openbox does not manage the display")
         self._watch = Watch(f":{number}")
         self.marks = Marks(self.processes.folder)
-        kind = sites.Server if self._condition.engine == "server" else sites.Files
-        self.site = kind(self.processes, self._programs, DIRECTORY)
+        self.site = self._condition.site(self.processes, self._programs, DIRECTORY)
 
     def _start(self):
         """The radio, the site and the console, logged on; seconds that the logon took."""
@@ -80,29 +82,30 @@ class Bench:
         scenario = self.processes.folder / "calm.json"
         scenario.write_text('{"base": "busy-day", "events": []}')
         self.processes.environment.update(self.marks.environment_of_radio(self._shim))
-        self._radio = Radio(self.processes, self._programs / "veltorkyn-radio", scenario, SPEED)
+        self.radio = Radio(self.processes, self._programs / "veltorkyn-radio", scenario, SPEED)
         self.processes.environment.clear()
         self.processes.environment.update(usual)
-        self.site.make_site(self._radio.port)
+        self.site.make_site(self.radio.port)
         self.site.set("prefs", "beepnotify", 0)  # the bell is that of emergency calls then
+        self._task.prepare(self)
         if self._condition.from_start:
             self._condition.begin(self)
         self.site.start(self.marks.environment(self._shim, self.processes.folder / "site.kyn"))
-        self._until(lambda: self._screen.active().startswith("Log On to"), 30, "no logon dialog")
+        self.until(lambda: self.screen.active().startswith("Log On to"), 30, "no logon dialog")
         time.sleep(0.5)
-        self._screen.chord("Ctrl+a")
-        self._screen.type(f"{OPERATOR[0]}\t{OPERATOR[1]}", 0.02)
+        self.screen.chord("Ctrl+a")
+        self.screen.type(f"{OPERATOR[0]}\t{OPERATOR[1]}", 0.02)
         begin = time.monotonic_ns()
-        self._screen.type("\n", 0)
-        self._until(lambda: not self._screen.find("Log On to*"), 60, "nobody gets logged on")
-        self._until(lambda: "link=ready" in self._radio.tell("state"), 60, "the radio's link stays down")
-        self._until(self._rests, 60, "the logon does not end")
+        self.screen.type("\n", 0)
+        self.until(lambda: not self.screen.find("Log On to*"), 60, "nobody gets logged on")
+        self.until(lambda: "link=ready" in self.radio.tell("state"), 60, "the radio's link stays down")
+        self.until(self._rests, 60, "the logon does not end")
         logon = (max(self.marks.rest_since(), begin) - begin) / 1e9
         # Every window has been open once.
         self._watch.expect()
-        self._radio.tell(f"call {CALLERS[0]} emergency")
-        self._until(lambda: self._watch.seen, 30, "no call window")
-        self._radio.tell("hangup")
+        self.radio.tell(f"call {CALLERS[0]} emergency")
+        self.until(lambda: self._watch.seen, 30, "no call window")
+        self.radio.tell("hangup")
         self._stored(30)
         return round(logon, 2)
 
@@ -112,6 +115,7 @@ class Bench:
         return since is not None and time.monotonic_ns() - since > 1.5e9
 
     def _work(self):
+        self._task.ask(self)
         self._links_before = self._trace().links
         self._messages_before = len(self._trace().messages)
         self._records_before = len(self.site.records())
@@ -120,31 +124,37 @@ class Bench:
             self._condition.begin(self)
         begin = time.monotonic()
         time.sleep(1)
-        self._radio.tell(f"storm {STORM} 0.2")
+        self._task.begin(self)
         self._calls = self._call_in(begin + 1 + FIRST_CALL) if self._condition.emergencies else []
         time.sleep(max(0, begin + self._condition.seconds - time.monotonic()))
         self._condition.end(self)
+        if self._beside is not None:
+            self._beside.join(90)
+        if self._failure is not None:
+            raise self._failure
         self._taken_all(40)
         self._stored(20)
 
     def _call_in(self, due):
         """Emergency calls, one after the other: [nanoseconds seen or None]."""
         seen = []
-        for caller in CALLERS:
+        for number, caller in enumerate(CALLERS):
             time.sleep(max(0, due - time.monotonic()))
             self._watch.expect()
-            self._radio.tell(f"call {caller} emergency")
-            time.sleep(CALL_LENGTH)
+            self.radio.tell(f"call {caller} emergency")
+            over = time.monotonic() + CALL_LENGTH
+            self._task.during_call(self, number)
+            time.sleep(max(0, over - time.monotonic()))
             seen.append(self._watch.seen)
             self._watch.give_up()
-            self._radio.tell("hangup")
+            self.radio.tell("hangup")
             due += BETWEEN_CALLS
         return seen
 
     def _taken_all(self, limit):
-        """Until the radio has got rid of the storm, or cannot."""
+        """Until the radio has got rid of its messages, or cannot."""
         deadline = time.monotonic() + limit
-        while len(self._new_messages()) < STORM and time.monotonic() < deadline:
+        while len(self._new_messages()) < self._task.messages and time.monotonic() < deadline:
             time.sleep(0.5)
 
     def _stored(self, limit):
@@ -175,12 +185,12 @@ class Bench:
         stored_duty = self.site.duty()
         wrong_duty = sum(stored_duty.get(callsign) != on for callsign, on in keys.duty(expected).items())
         screen, sound = self._latencies(trace)
-        return {"stall": round(stall), "screen": screen, "sound": sound, "taken": len(messages),
+        return {"stall": round(stall), "screen": screen, "sound": sound, "taken": len(messages), "of": self._task.messages,
                 "rate": round((len(messages) - 1) / span, 1) if span else 0,
                 "line": round(1000 * trace.line_use(messages[0][0], messages[-1][0]) / SPEED) if span else 0,
                 "links": trace.links - self._links_before,
                 "missing": compared.missing, "twice": compared.twice, "out of order": compared.out_of_order,
-                "duty wrong": wrong_duty, "by number": keys.by_number, "load": [round(value, 2) for value in os.getloadavg()]}
+                "duty wrong": wrong_duty, "by number": keys.by_number, "regroup wrong": self._task.wrong(self.site), "load": [round(value, 2) for value in os.getloadavg()]}
 
     def _latencies(self, trace):
         """Milliseconds from the last octet of each emergency call to the window and to the sound; None: not while it rang."""
@@ -198,7 +208,7 @@ class Bench:
         return screen, sound
 
     @staticmethod
-    def _until(condition, limit, problem):
+    def until(condition, limit, problem):
         deadline = time.monotonic() + limit
         while not condition():
             if time.monotonic() > deadline:
@@ -214,15 +224,15 @@ def _worst(values):
 def _row(result):
     if "failed" in result:
         return [result["condition"], result["failed"]] + [""] * 7
-    wrong = [f"{result[key]} {key}" for key in ("missing", "twice", "out of order", "duty wrong", "by number") if result[key]]
+    wrong = [f"{result[key]} {key}" for key in ("missing", "twice", "out of order", "duty wrong", "by number", "regroup wrong") if result[key]]
     return [result["condition"], f"{result['logon']:.1f} s", f"{result['stall']} ms", _worst(result["screen"]),
-            _worst(result["sound"]), f"{result['rate']:.1f} ({result['line']} %)", str(result["taken"]), str(result["links"]),
+            _worst(result["sound"]), f"{result['rate']:.1f} ({result['line']} %)", f"{result['taken']} of {result['of']}", str(result["links"]),
             ", ".join(wrong) or "each once, in order"]
 
 
 def table(results):
     lines = [["Condition", "Logon", "Longest stall", "Emergency on the screen", "to the sound", "Messages a second (line in use)",
-              "Taken of 500", "Links lost", "Records"]]
+              "Taken", "Links lost", "Records"]]
     lines += [["---"] * len(lines[0])] + [_row(result) for result in results]
     return "\n".join("| " + " | ".join(line) + " |" for line in lines)
 
