@@ -16,6 +16,8 @@
 #include "core/session/DbSession.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "logbook/query/LogIndexer.h"
+#include "logbook/window/frmLogbook.h"
 #include "mainwindow/frame/winMain.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmFleetPlan.h"
@@ -28,7 +30,8 @@
 ConsoleWindows::ConsoleWindows(const Services& services)
     : m_services(services),
       m_diagnostics(std::make_unique<frmNumInfoDiagnostics>(services.strings, services.executive)),
-      m_helpKey(std::make_unique<HelpKey>([this](const QString& page) { ShowHelp(page); }))
+      m_helpKey(std::make_unique<HelpKey>([this](const QString& page) { ShowHelp(page); })),
+      m_indexer(std::make_unique<LogIndexer>(services.session))
 {
 }
 
@@ -102,6 +105,16 @@ void ConsoleWindows::OpenStatusEditor(winMain& owner)
     frmStatusEditor window(Admin());
     QObject::connect(&window, &frmStatusEditor::StatiChanged, &owner, &winMain::LoadStati);
     ShowModal(window, owner);
+}
+
+void ConsoleWindows::OpenLogbook(winMain&)
+{
+    if (!m_logbook)
+        m_logbook =
+            std::make_unique<frmLogbook>(m_services.session, m_services.strings, m_services.clock, [this] {
+                return QStringList{m_services.executive.MyCallsign(), m_services.executive.MyAddress()};
+            });
+    m_logbook->Open();
 }
 
 void ConsoleWindows::OpenHelp(winMain&)

@@ -11,8 +11,10 @@
 class QDialog;
 class HelpGuide;
 class HelpKey;
+class LogIndexer;
 class frmAddressManager;
 class frmHelp;
+class frmLogbook;
 class frmNumInfoDiagnostics;
 struct INumberingView;
 
@@ -31,6 +33,7 @@ public:
     void OpenNumberingDiagnostics(winMain& owner) override;
     void OpenAddressDirectory(winMain& owner) override;
     void OpenStatusEditor(winMain& owner) override;
+    void OpenLogbook(winMain& owner) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
 
@@ -48,4 +51,6 @@ private:
     std::unique_ptr<HelpGuide> m_guide;
     std::unique_ptr<frmHelp> m_help;
     std::unique_ptr<HelpKey> m_helpKey;
+    std::unique_ptr<LogIndexer> m_indexer;
+    std::unique_ptr<frmLogbook> m_logbook; // kept hidden between uses
 };

@@ -15,7 +15,7 @@ ROLES = {
     "button": {"push button", "button", "toggle button", "button menu"},
     "box": {"check box", "radio button", "toggle button"},
     "tab": {"page tab"},
-    "line": {"table cell", "list item", "tree item", "table row"},
+    "line": {"table cell", "cell", "list item", "tree item", "table row"},
     "field": {"text", "combo box", "password text", "spin button", "entry"},
     "item": {"menu item", "check menu item", "radio menu item"},
     "label": {"label", "static"},

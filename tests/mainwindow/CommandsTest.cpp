@@ -32,6 +32,7 @@ const Expected Table[] = {
     {"miSettings", {T, T, T}, {T, T, T}},
     {"miPassword", {F, T, T}, {T, T, T}},
     {"miLogDataView", {F, T, T}, {F, T, T}},
+    {"miLogWindow", {F, T, T}, {T, T, T}},
     {"miOpCon", {F, T, T}, {F, T, T}},
     {"miSendCall", {F, T, T}, {F, T, T}},
     {"tbMain_addressdir", {F, F, T}, {F, F, T}},

@@ -12,6 +12,7 @@ struct RecordingWindows : IWindows {
     void OpenNumberingDiagnostics(winMain&) override { opened.append("diagnostics"); }
     void OpenAddressDirectory(winMain&) override { opened.append("directory"); }
     void OpenStatusEditor(winMain&) override { opened.append("statuses"); }
+    void OpenLogbook(winMain&) override { opened.append("logbook"); }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
 

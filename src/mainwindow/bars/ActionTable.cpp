@@ -56,6 +56,8 @@ constexpr CommandRow Rows[] = {
     {Menu, MainCommand::ViewMenu, "mbView", ViewMenu, 0, When::Always, When::Always},
     {Item, MainCommand::FullScreen, "miFullscreen", FullScreen, 0, When::NormalWindow, When::Always},
     {Item, MainCommand::LogDataView, "miLogDataView", LogDataView, 0, When::LoggedOn, When::LoggedOn},
+    {Separator, MainCommand::None, "", LogSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::LogWindow, "miLogWindow", LogWindow, 0, When::LoggedOn, When::Always},
 
     {Menu, MainCommand::HelpMenu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
     {Item, MainCommand::HelpTopics, "miHelpTopix", HelpTopics, 0, When::Always, When::Always},

@@ -58,6 +58,7 @@ enum class MainCommand {
     ViewMenu,
     FullScreen,
     LogDataView,
+    LogWindow,
 
     HelpMenu,
     HelpTopics,

@@ -166,9 +166,11 @@ void MainCommands::ConnectWindows()
         {MainCommand::SelectNumbering, &IWindows::OpenNumberingSelection},
         {MainCommand::AddressDir, &IWindows::OpenAddressDirectory},
         {MainCommand::EditStati, &IWindows::OpenStatusEditor},
+        {MainCommand::LogWindow, &IWindows::OpenLogbook},
         {MainCommand::HelpTopics, &IWindows::OpenHelp},
         {MainCommand::About, &IWindows::OpenAbout},
     };
+    m_parts.bars.Menu().Action(MainCommand::LogWindow).setShortcut(Qt::CTRL | Qt::Key_L);
     IWindows* windows = m_parts.services.windows;
     if (windows == nullptr)
         return;

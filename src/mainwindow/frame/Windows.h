@@ -16,6 +16,8 @@ struct IWindows {
     virtual void OpenNumberingDiagnostics(winMain& owner) = 0;
     virtual void OpenAddressDirectory(winMain& owner) = 0;
     virtual void OpenStatusEditor(winMain& owner) = 0;
+    // The log of all consoles. Returns at once.
+    virtual void OpenLogbook(winMain& owner) = 0;
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;
