@@ -64,6 +64,19 @@ END $$;
 CREATE TRIGGER index_events BEFORE UPDATE ON event_mark
 FOR EACH ROW EXECUTE FUNCTION kyn_index_events();
 
+-- The words come as a file's index takes them. The index is always asked: the server takes reading every block for cheaper with common
+-- words, since it does not count what unpacking their words costs.
+CREATE FUNCTION kyn_word_blocks(sought text, since timestamptz, until timestamptz) RETURNS SETOF bigint
+LANGUAGE plpgsql STABLE SET search_path = kyn, pg_temp SET enable_seqscan = off SET jit = off AS $$
+BEGIN
+    RETURN QUERY
+    WITH hit AS MATERIALIZED (
+        SELECT block, first_time, last_time
+        FROM event_block
+        WHERE words @@ replace(replace(replace(replace(sought, '"*', ''':*'), '"', ''''), ' AND ', ' & '), ' OR ', ' | ')::tsquery)
+    SELECT block FROM hit WHERE last_time >= since AND first_time < until;
+END $$;
+
 REVOKE ALL ON ALL FUNCTIONS IN SCHEMA kyn FROM PUBLIC;
 GRANT EXECUTE ON ALL FUNCTIONS IN SCHEMA kyn TO {users};
 GRANT SELECT ON event_block, event_mark TO {users};
@@ -75,25 +88,12 @@ INSERT INTO index_def (table_name, index_name, field_no, field_name, ignore_case
 
 {include event_queries.sql}
 
--- The words come as a file's index takes them. What hits is found first, so that a rare word is not looked for in every block.
 INSERT INTO stored_query (name, table_name, sql) VALUES
 ('index_events', NULL,
 'UPDATE event_mark SET wanted = :most'),
 
 ('find_word_blocks_before', NULL,
-'WITH hit AS MATERIALIZED (
-     SELECT block
-     FROM event_block
-     WHERE words @@ replace(replace(replace(replace(:words, ''"*'', '''''':*''), ''"'', ''''''''), '' AND '', '' & ''),
-                            '' OR '', '' | '')::tsquery
-       AND block < :bound AND last_time >= :since AND first_time < :until)
- SELECT block FROM hit ORDER BY block DESC LIMIT :most'),
+'SELECT block FROM kyn_word_blocks(:words, :since, :until) AS block WHERE block < :bound ORDER BY block DESC LIMIT :most'),
 
 ('find_word_blocks_after', NULL,
-'WITH hit AS MATERIALIZED (
-     SELECT block
-     FROM event_block
-     WHERE words @@ replace(replace(replace(replace(:words, ''"*'', '''''':*''), ''"'', ''''''''), '' AND '', '' & ''),
-                            '' OR '', '' | '')::tsquery
-       AND block > :bound AND last_time >= :since AND first_time < :until)
- SELECT block FROM hit ORDER BY block LIMIT :most');
+'SELECT block FROM kyn_word_blocks(:words, :since, :until) AS block WHERE block > :bound ORDER BY block LIMIT :most');
