@@ -132,13 +132,9 @@ TEST_F(LogonTest, AnOlderDatabaseIsMigratedWhileTheDialogSaysHowFarItIs)
         GTEST_SKIP() << "files only: a server is migrated by its owner";
     const auto file = dao::sqlite::Connection::Open(
         database.location.database, dao::sqlite::Connection::Mode::ReadWrite, std::chrono::seconds(1));
-    file->Execute("drop table event_words; drop table event_block; "
-                  "delete from index_def where table_name = 'event_block'; "
-                  "delete from stored_query where name like '%event_%' or name like '%blocks%' "
-                  "or name = 'find_events' or name = 'index_events'; "
-                  "update file_info set value = '4' where name = 'schema_version'");
-    for (const char* field : {"from_number", "to_number", "direction"})
-        file->Execute(QString("alter table event drop column ") + field);
+    file->Execute("drop table attention; drop table attention_act; alter table status drop column emergency; "
+                  "delete from index_def where table_name like 'attention%'; "
+                  "update file_info set value = value - 1 where name = 'schema_version'");
     file->Close();
     UseDatabase(database.location);
     QStringList said;

@@ -95,6 +95,16 @@ TEST_F(ServerTest, EachRoleDoesItsOwnWorkAndNothingElse)
         {"INSERT INTO regroup_request (request_id, group_id, pos) VALUES (gen_random_uuid(), 2, 3)", done,
          refused, done},
         {"DELETE FROM regroup_request", refused, refused, done},
+        {"INSERT INTO attention (caller, kind, entry_id, since, last) VALUES ('c', 1, 'e', now(), now()) "
+         "ON CONFLICT DO NOTHING",
+         done, done, done},
+        {"UPDATE attention SET taken_by = 'Olga'", done, done, done},
+        {"DELETE FROM attention", done, done, done},
+        {"INSERT INTO attention_act (act_id, entry_id, act, caller, kind, time_stamp) "
+         "VALUES (gen_random_uuid(), 'e', 1, 'c', 1, now())",
+         done, done, done},
+        {"UPDATE attention_act SET operator = 'Eve'", denied, denied, denied},
+        {"DELETE FROM attention_act", denied, denied, denied},
         {"UPDATE user_profile SET logged_on = true WHERE \"UserName\" = kyn_user()", done, done, done},
 
         {"UPDATE user_profile SET logged_on = true", refused, refused, done},
@@ -455,7 +465,7 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
          {DaoText::CheckNoProfile, DaoText::CheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
-         "UPDATE file_info SET value = '4' WHERE name = 'schema_version'",
+         "UPDATE file_info SET value = '5' WHERE name = 'schema_version'",
          {DaoText::CheckServerOlder}},
     };
     for (const Case& c : cases) {

@@ -39,6 +39,7 @@ WINGS = {
         "settings": {"base", "texts"},
         "session": {"base", "texts", "desktop", "settings"},
         "eventlog": {"base", "texts", "session"},
+        "attention": {"base", "texts", "session", "eventlog"},
         "logon": {"base", "texts", "widgets", "desktop", "settings", "session"},
     },
     "radio": {

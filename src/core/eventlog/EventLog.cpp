@@ -34,6 +34,13 @@ QString DescribeCause(const std::exception& failure, const IStringSource& string
     return DescribeError(failure, strings);
 }
 
+// Others did not know of it when it was done.
+void MarkAway(LogRecord& record)
+{
+    if (record.attention)
+        record.attention->away = true;
+}
+
 } // namespace
 
 // The file is opened by its lane.
@@ -117,6 +124,18 @@ QString EventLog::AppendRegroup(const RegroupChange& change)
     return record.id;
 }
 
+QString EventLog::AppendAttention(const QDateTime& time, const AttentionAct& act)
+{
+    const LogRecord record{.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                           .time = time,
+                           .desc = {},
+                           .from = {},
+                           .to = {},
+                           .attention = act};
+    Take(record);
+    return record.id;
+}
+
 // What waits to be stored holds in memory already.
 void EventLog::Await(const LogRecord& record)
 {
@@ -135,6 +154,8 @@ void EventLog::Take(const LogRecord& record)
     const bool open = Open();
     m_queue.push_back({record});
     Sign(m_queue.back().record);
+    if (m_late)
+        MarkAway(m_queue.back().record);
     m_unsafe.insert(record.id);
     if (open && !m_retry.isActive())
         StoreNext();
@@ -159,6 +180,15 @@ QList<LogRecord> EventLog::WaitingRecords() const
         if (entry.record.IsEvent())
             records.append(entry.record);
     return records;
+}
+
+QList<LogRecord> EventLog::WaitingActs() const
+{
+    QList<LogRecord> acts;
+    for (const Entry& entry : m_queue)
+        if (entry.record.attention)
+            acts.append(entry.record);
+    return acts;
 }
 
 void EventLog::Settle(std::chrono::milliseconds limit)
@@ -326,13 +356,18 @@ void EventLog::TakeOutcome(const RecordStore::Outcome& outcome)
     for (const QString& lost : outcome.unstorable)
         ProgramLog::Write(lost);
     QStringList ids;
+    QList<LogRecord> acts;
     TellRefused(outcome);
     for (int i = 0; i < outcome.stored; ++i) {
+        if (m_queue.front().record.attention)
+            acts.append(m_queue.front().record);
         ids.append(m_queue.front().record.id);
         m_session.Memory().Stored(ids.last());
         m_queue.pop_front();
     }
     MarkSafe(ids);
+    if (!acts.isEmpty())
+        Q_EMIT ActsStored(acts);
     TellMissing(outcome);
     if (outcome.failure && m_queue.empty()) { // nothing waits: nobody need be told
         m_follow = true;
@@ -405,6 +440,8 @@ void EventLog::Fail(const QString& cause)
 void EventLog::BeLate()
 {
     m_late = true;
+    for (Entry& entry : m_queue)
+        MarkAway(entry.record);
     SpoolWaiting();
     Q_EMIT WaitingChanged(Waiting());
 }

@@ -41,6 +41,8 @@ public:
     // regroup command. Both hold in the session's memory at once. Returns the id as AppendLogRecord does.
     void AppendDuty(const QString& callsign, bool onDuty);
     QString AppendRegroup(const RegroupChange& change);
+    // Likewise what becomes of somebody who waits for a person. It holds for who asks WaitingActs.
+    QString AppendAttention(const QDateTime& time, const AttentionAct& act);
     // False for a record that would be lost if the program were killed now.
     bool IsSafe(const QString& id) const { return !m_unsafe.contains(id); }
 
@@ -53,6 +55,12 @@ public:
     int Left() const { return m_left; }
     // What the database does not have yet, oldest first.
     QList<LogRecord> WaitingRecords() const;
+    // Likewise of those who wait for a person.
+    QList<LogRecord> WaitingActs() const;
+    bool IsOpen() const { return m_open; }
+    // Who stores records here and from where; empty while it is not open.
+    QString OperatorName() const { return m_open ? m_operator : QString(); }
+    QString Console() const { return m_console; }
     // Waits at most so long for what is just being stored.
     void Settle(std::chrono::milliseconds limit);
     // Why, in words; empty while nothing fails.
@@ -65,6 +73,8 @@ Q_SIGNALS:
     void WaitingChanged(int records);
     // The database has refused a regroup that the radio has confirmed; the text says what the radio holds.
     void Refused(const QString& id, const QString& text);
+    // The database has these acts now.
+    void ActsStored(const QList<LogRecord>& acts);
     // Once for each cause: records wait, and why.
     void Delayed(const QString& text);
     // Another server has taken over, and records that were missing there have been stored again.

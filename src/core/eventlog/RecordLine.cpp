@@ -19,6 +19,8 @@ QByteArray LineOf(const LogRecord& record)
                        {"way", static_cast<int>(record.way)}};
     if (record.regroup)
         object.insert("regroup", record.regroup->ToJson());
+    if (record.attention)
+        object.insert("attention", record.attention->ToJson());
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -39,7 +41,10 @@ std::optional<LogRecord> ParseLine(const QByteArray& line)
         record.way = static_cast<MessageWay>(way);
     if (object.contains("regroup"))
         record.regroup = RegroupChange::FromJson(object["regroup"].toObject());
-    if (record.id.isEmpty() || (record.IsEvent() && !record.time.isValid()))
+    if (object.contains("attention"))
+        record.attention = AttentionAct::FromJson(object["attention"].toObject());
+    const bool dated = record.IsEvent() || record.attention;
+    if (record.id.isEmpty() || (dated && !record.time.isValid()))
         return {};
     return record;
 }

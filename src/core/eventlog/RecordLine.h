@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/eventlog/AttentionAct.h"
 #include "core/eventlog/RegroupChange.h"
 
 #include <QByteArray>
@@ -12,7 +13,7 @@ enum class MessageWay { Unknown, In, Out };
 
 // One record of the table event on its way there; or what is stored in turn with them: a change of duty that
 // came with one, where `from` is on duty from now on if `type` is 1, and off duty otherwise; or a regroup
-// that the radio has confirmed.
+// that the radio has confirmed; or what becomes of somebody who waits.
 struct LogRecord {
     QString id; // made once, so that the database stores it once however often it is sent
     QDateTime time;
@@ -22,6 +23,7 @@ struct LogRecord {
     QString to;
     bool isDuty = false;
     std::optional<RegroupChange> regroup{};
+    std::optional<AttentionAct> attention{};
     // Who took the record, and where; empty for those of older programs.
     QString operatorName{};
     QString console{};
@@ -30,7 +32,8 @@ struct LogRecord {
     QString toNumber{};
     MessageWay way = MessageWay::Unknown;
 
-    bool IsEvent() const { return !isDuty && !regroup; }
+    bool IsEvent() const { return !isDuty && !regroup && !attention; }
+    AttentionActor Actor() const { return {id, time, operatorName, console}; }
 };
 
 // A record as a line of a file, a JSON object.

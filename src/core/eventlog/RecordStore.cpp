@@ -83,6 +83,13 @@ void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, bool e
     transaction.Commit();
 }
 
+void StoreAttention(dao::Workspace& workspace, const LogRecord& record)
+{
+    dao::Transaction transaction(workspace);
+    StoreAct(workspace.Database(), *record.attention, record.Actor());
+    transaction.Commit();
+}
+
 // An operator who logs on after another one stores what the first has left, whose request expires by itself.
 void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change)
 {
@@ -192,6 +199,8 @@ bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord
         for (const LogRecord& change : changes)
             if (change.regroup)
                 change.regroup->StoreIn(workspace.Database(), true);
+            else if (change.attention)
+                StoreAct(workspace.Database(), *change.attention, change.Actor());
             else
                 StoreDuty(workspace.Database(), change);
         if (transaction)
@@ -231,8 +240,10 @@ void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, O
         if (record.regroup && IsRefusal(failure.kind)) {
             outcome.refused.append({record, std::current_exception()});
             EndRequest(workspace, record.regroup->request);
-        } else if (failure.kind ==
-                   dao::Kind::BadValue) { // never to be stored: the others must not wait for it
+        } else if (failure.kind == dao::Kind::BadValue ||
+                   (record.attention &&
+                    failure.kind ==
+                        dao::Kind::NotPermitted)) { // never to be stored: the others must not wait for it
             outcome.unstorable.append(Lost(failure, record));
         } else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex) {
             throw;
@@ -248,6 +259,8 @@ void RecordStore::StoreRecord(dao::Workspace& workspace, const LogRecord& record
 {
     if (record.regroup)
         return StoreRegroup(workspace, *record.regroup);
+    if (record.attention)
+        return StoreAttention(workspace, record);
     if (record.isDuty)
         return StoreDuty(workspace.Database(), record);
     try {

@@ -79,5 +79,6 @@ constexpr int WaitMayBeGivenUp = 5960;
 constexpr int WaitMayNotBeGivenUp = 5961;
 constexpr int GiveUpWaiting = 5962;
 constexpr int RecordsLocked = 6182;
+constexpr int TakenByAnother = 6300;
 
 } // namespace CoreText

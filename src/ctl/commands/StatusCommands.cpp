@@ -59,7 +59,8 @@ public:
         const auto records = dao::StatusTable::Open(m_database);
         for (const auto& [code, fields] : m_rows) {
             records->Seek(code);
-            dao::StatusTable::Store(*records, {code, fields[1], fields[2]});
+            const bool emergency = !records->NoMatch() && dao::StatusTable::Read(*records).emergency;
+            dao::StatusTable::Store(*records, {code, fields[1], fields[2], emergency});
         }
     }
 

@@ -1,6 +1,7 @@
 #include "dao/tables/SessionReadings.h"
 
 #include "dao/tables/AddressTable.h"
+#include "dao/tables/AttentionTable.h"
 #include "dao/tables/RegistryTable.h"
 #include "dao/tables/RegroupTable.h"
 #include "dao/tables/StatusTable.h"
@@ -15,6 +16,7 @@ QList<Reading> SessionReadings(const QString& userName)
         {.source = AddressTable::Table},
         {.source = RegroupTable::Table},
         {.source = RegistryTable::Table},
+        {.source = AttentionTable::Table},
         UserProfileTable::ReadingOf(userName),
         {.source = FleetPlanQuery},
         {.source = StatusTable::ByCode()},

@@ -7,6 +7,7 @@ namespace {
 const QString CodeField = QStringLiteral("status_code");
 const QString InField = QStringLiteral("in_desc");
 const QString OutField = QStringLiteral("out_desc");
+const QString EmergencyField = QStringLiteral("emergency");
 
 } // namespace
 
@@ -29,7 +30,8 @@ StatusRecord StatusTable::Read(Recordset& rows)
 {
     return {.code = rows.Field(CodeField).toInt(),
             .in = rows.Field(InField).toString(),
-            .out = rows.Field(OutField).toString()};
+            .out = rows.Field(OutField).toString(),
+            .emergency = rows.Field(EmergencyField).toBool()};
 }
 
 void StatusTable::Store(Recordset& rows, const StatusRecord& record)
@@ -42,6 +44,7 @@ void StatusTable::Store(Recordset& rows, const StatusRecord& record)
     }
     rows.SetField(InField, record.in);
     rows.SetField(OutField, record.out);
+    rows.SetField(EmergencyField, record.emergency);
     rows.Update();
 }
 

@@ -7,8 +7,9 @@ namespace dao {
 // One status message of the network.
 struct StatusRecord {
     int code = 0;
-    QString in;  // shown when it is received
-    QString out; // shown when it is sent
+    QString in;             // shown when it is received
+    QString out;            // shown when it is sent
+    bool emergency = false; // who sends it needs help
 
     bool operator==(const StatusRecord&) const = default;
 };

@@ -1,0 +1,121 @@
+#include "dao/tables/AttentionTable.h"
+
+namespace dao {
+
+namespace {
+
+const QString ActTable = QStringLiteral("attention_act");
+
+QVariant OrNull(const QString& text)
+{
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
+AttentionRecord Read(Recordset& rows)
+{
+    return {.caller = rows.Field("caller").toString(),
+            .kind = static_cast<AttentionRecord::Kind>(rows.Field("kind").toInt()),
+            .id = rows.Field("entry_id").toString(),
+            .what = rows.Field("what").toString(),
+            .callBack = rows.Field("call_back").toString(),
+            .again = static_cast<AttentionRecord::Again>(rows.Field("message_type").toInt()),
+            .message = rows.Field("message").toString(),
+            .since = rows.Field("since").toDateTime(),
+            .last = rows.Field("last").toDateTime(),
+            .lastConsole = rows.Field("last_console").toString(),
+            .times = rows.Field("times").toInt(),
+            .takenBy = rows.Field("taken_by").toString(),
+            .takenOn = rows.Field("taken_on").toString(),
+            .takenAt = rows.Field("taken_at").toDateTime(),
+            .takenAway = rows.Field("taken_away").toBool()};
+}
+
+std::unique_ptr<Recordset> Seek(Database& database, const QString& caller, AttentionRecord::Kind kind)
+{
+    auto rows = database.OpenTable(AttentionTable::Table);
+    rows->SetIndex(QStringLiteral("PrimaryKey"));
+    rows->Seek(caller, static_cast<int>(kind));
+    return rows;
+}
+
+} // namespace
+
+std::vector<AttentionRecord> AttentionTable::ReadAll(Database& database)
+{
+    std::vector<AttentionRecord> records;
+    const auto rows = database.OpenSnapshot(Table);
+    for (; !rows->Eof(); rows->MoveNext())
+        records.push_back(Read(*rows));
+    return records;
+}
+
+std::optional<AttentionRecord> AttentionTable::Find(Database& database, const QString& caller,
+                                                    AttentionRecord::Kind kind)
+{
+    const auto rows = Seek(database, caller, kind);
+    if (rows->NoMatch())
+        return {};
+    return Read(*rows);
+}
+
+void AttentionTable::Put(Database& database, const AttentionRecord& record)
+{
+    const auto rows = Seek(database, record.caller, record.kind);
+    if (rows->NoMatch()) {
+        rows->AddNew();
+        rows->SetField("caller", record.caller);
+        rows->SetField("kind", static_cast<int>(record.kind));
+    } else {
+        rows->Edit();
+    }
+    rows->SetField("entry_id", record.id);
+    rows->SetField("what", record.what);
+    rows->SetField("call_back", record.callBack);
+    rows->SetField("message_type", static_cast<int>(record.again));
+    rows->SetField("message", record.message);
+    rows->SetField("since", record.since);
+    rows->SetField("last", record.last);
+    rows->SetField("last_console", record.lastConsole);
+    rows->SetField("times", record.times);
+    rows->SetField("taken_by", OrNull(record.takenBy));
+    rows->SetField("taken_on", OrNull(record.takenOn));
+    rows->SetField("taken_at", record.IsTaken() ? QVariant(record.takenAt) : QVariant());
+    rows->SetField("taken_away", record.takenAway);
+    rows->Update();
+}
+
+void AttentionTable::Remove(Database& database, const QString& caller, AttentionRecord::Kind kind)
+{
+    const auto rows = Seek(database, caller, kind);
+    if (!rows->NoMatch())
+        rows->Delete();
+}
+
+std::optional<QString> AttentionTable::EntryOf(Database& database, const QString& act)
+{
+    const auto rows = database.OpenTable(ActTable);
+    rows->SetIndex(QStringLiteral("PrimaryKey"));
+    rows->Seek(act);
+    if (rows->NoMatch())
+        return {};
+    return rows->Field("entry_id").toString();
+}
+
+void AttentionTable::Append(Database& database, const AttentionActRecord& act)
+{
+    const auto rows = database.OpenTable(ActTable, true);
+    rows->AddNew();
+    rows->SetField("act_id", act.id);
+    rows->SetField("entry_id", act.entry);
+    rows->SetField("act", static_cast<int>(act.act));
+    rows->SetField("caller", act.caller);
+    rows->SetField("kind", static_cast<int>(act.kind));
+    rows->SetField("what", act.what);
+    rows->SetField("time_stamp", act.time);
+    rows->SetField("operator", OrNull(act.operatorName));
+    rows->SetField("console", OrNull(act.console));
+    rows->SetField("away", act.away);
+    rows->Update();
+}
+
+} // namespace dao
