@@ -12,7 +12,7 @@
 #include "core/logon/DbSessionImpl.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/settings/Settings.h"
-#include "core/widgets/Beeper.h"
+#include "core/sounds/Beeper.h"
 #include "mainwindow/frame/Services.h"
 #include "mainwindow/frame/winMain.h"
 #include "radio/facade/Map27Executive.h"

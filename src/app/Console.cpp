@@ -1,11 +1,14 @@
 #include "app/Console.h"
 
+#include "core/attention/AttentionAlarm.h"
+#include "core/attention/AttentionBook.h"
 #include "core/eventlog/EventLog.h"
 #include "core/logon/frmPassword.h"
 #include "core/logon/frmSettings.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
 #include "core/session/UserProfile.h"
+#include "core/sounds/Sounds.h"
 #include "mainwindow/frame/Services.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/facade/FleetDataSource.h"
@@ -15,6 +18,9 @@
 Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control, QString& stage)
     : statusTexts(std::make_unique<StatusTexts>(base.strings)),
       eventLog(std::make_unique<EventLog>(base.session, base.strings, base.dataFolder, base.lanes)),
+      sounds(std::make_unique<Sounds>(base.settings, base.clock, base.beeper, base.strings)),
+      attention(std::make_unique<AttentionBook>(base.session, *eventLog, base.clock, base.strings)),
+      alarm(std::make_unique<AttentionAlarm>(*attention, *sounds, base.session)),
       profile(std::make_unique<UserProfile>(base.session, base.prompt, base.strings)),
       m_base(base)
 {
@@ -25,7 +31,7 @@ Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control,
     stage = QStringLiteral("Map27Executive");
     executive = std::make_unique<Map27Executive>(RadioServices{base.strings, base.prompt, base.settings,
                                                                base.session, *fleetData, *statusTexts,
-                                                               *eventLog, base.clock, base.beeper},
+                                                               *eventLog, base.clock, *attention, *sounds},
                                                  std::move(control));
     stage.clear();
     settingsDialog = std::make_unique<frmSettings>(SettingsServices{
@@ -37,9 +43,11 @@ Console::~Console() = default;
 
 Services Console::MainWindowServices() const
 {
-    return {m_base.strings, m_base.prompt,   m_base.session,       m_base.logon,        *fleetData,
-            *executive,     m_base.settings, m_base.clock,         m_base.beeper,       *statusTexts,
-            *profile,       *eventLog,       settingsDialog.get(), passwordDialog.get()};
+    return {m_base.strings,      m_base.prompt, m_base.session,  m_base.logon,
+            *fleetData,          *executive,    m_base.settings, m_base.clock,
+            m_base.beeper,       *statusTexts,  *profile,        *eventLog,
+            *attention,          *alarm,        *sounds,         settingsDialog.get(),
+            passwordDialog.get()};
 }
 
 void Console::CloseDialogs()

@@ -5,11 +5,14 @@
 #include <QString>
 #include <memory>
 
+class AttentionAlarm;
+class AttentionBook;
 class EventLog;
 class FleetDataSource;
 class Map27Control;
 class Map27Executive;
 class Settings;
+class Sounds;
 class StatusTexts;
 class UserProfile;
 class frmPassword;
@@ -51,6 +54,9 @@ public:
 
     const std::unique_ptr<StatusTexts> statusTexts;
     const std::unique_ptr<EventLog> eventLog;
+    const std::unique_ptr<Sounds> sounds;
+    const std::unique_ptr<AttentionBook> attention;
+    const std::unique_ptr<AttentionAlarm> alarm;
     const std::unique_ptr<UserProfile> profile;
     std::unique_ptr<FleetDataSource> fleetData;
     std::unique_ptr<Map27Executive> executive;

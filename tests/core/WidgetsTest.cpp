@@ -5,7 +5,6 @@
 #include "core/widgets/ListHelpers.h"
 #include "core/widgets/PlainIconDelegate.h"
 #include "core/widgets/ReadableSelection.h"
-#include "core/widgets/Tone.h"
 #include "support/DialogDriver.h"
 #include "support/FakeClock.h"
 #include "support/QtPrinters.h"
@@ -205,18 +204,6 @@ TEST(ListHelpersTest, FormsAreFoundByTheirExactName)
     EXPECT_TRUE(IsFormLoaded("frmUserManager"));
     EXPECT_FALSE(IsFormLoaded("frmusermanager"));
     EXPECT_FALSE(IsFormLoaded("frmChild"));
-}
-
-TEST(ToneTest, IsAudibleAndBeginsAndEndsInSilence)
-{
-    const QByteArray tone = MessageTone(48000);
-    QList<qint16> samples(tone.size() / 2);
-    std::memcpy(samples.data(), tone.constData(), static_cast<std::size_t>(tone.size()));
-    const auto [lowest, highest] = std::minmax_element(samples.begin(), samples.end());
-    EXPECT_GT(*highest, 10000);
-    EXPECT_LT(*lowest, -10000);
-    EXPECT_LT(std::abs(samples.first()), 100);
-    EXPECT_LT(std::abs(samples.last()), 100);
 }
 
 } // namespace

@@ -39,8 +39,9 @@ WINGS = {
         "settings": {"base", "texts"},
         "session": {"base", "texts", "desktop", "settings"},
         "eventlog": {"base", "texts", "session"},
-        "attention": {"base", "texts", "session", "eventlog"},
-        "logon": {"base", "texts", "widgets", "desktop", "settings", "session"},
+        "sounds": {"base", "texts", "settings"},
+        "attention": {"base", "texts", "session", "eventlog", "sounds"},
+        "logon": {"base", "texts", "widgets", "desktop", "settings", "session", "sounds"},
     },
     "radio": {
         "base": set(),

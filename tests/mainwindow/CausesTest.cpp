@@ -68,15 +68,15 @@ public:
     QString Strip()
     {
         QStringList texts;
-        for (const char* name : {"callText", "inUseText", "failedText", "missedText", "emergencyText"})
+        for (const char* name : {"callText", "inUseText", "failedText", "attentionText"})
             texts.append(Label(name));
         texts.removeAll(QString());
         return texts.join(u' ');
     }
     void Dismiss()
     {
-        for (const char* name : {"cmdDismissFailed", "cmdDismissMissed", "cmdDismissEmergency"})
-            if (auto& button = Find<QAbstractButton>(name); button.isVisible()) {
+        for (const char* name : {"cmdDismissFailed", "cmdAttentionDone"})
+            for (auto& button = Find<QAbstractButton>(name); button.isVisible();) {
                 Run(1500); // a button that has just moved does nothing
                 button.click();
             }

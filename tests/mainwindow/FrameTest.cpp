@@ -2,6 +2,7 @@
 // strip.
 
 #include "MainWindowStack.h"
+#include "core/attention/AttentionBook.h"
 #include "core/session/Registry.h"
 #include "mainwindow/bars/StatusBar.h"
 #include "mainwindow/bars/StatusPanel.h"
@@ -18,6 +19,7 @@
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QToolButton>
+#include <QTreeView>
 
 namespace {
 
@@ -408,42 +410,56 @@ TEST(LinkStrip, ANumberingThatContradictsTheRadioIsSaidOnce)
     EXPECT_EQ(stack.Find<QWidget>("tsMain").y(), tabsAlone);
 }
 
-TEST(LinkStrip, EachEmergencyStaysUntilItIsDismissed)
+constexpr qint16 EmergencyCall = 165;
+
+// Two emergencies, one of them twice, in a strip whose buttons do nothing for a second after each change.
+TEST(Attention, EachEmergencyStaysUntilItIsDealtWith)
 {
     LoggedOnStack stack;
-    constexpr qint16 Emergency = 165;
-    const auto text = [&] { return stack.Find<QLabel>("emergencyText").text(); };
-    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 2);
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"));
-    stack.clock.Step(std::chrono::seconds(7));
-    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 4);
-    Q_EMIT stack.control->IncomingCall(Emergency, 8, 0, 4);
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)"));
+    const auto text = [&] { return stack.Find<QLabel>("attentionText").text(); };
+    const auto wait = [&](int seconds) { stack.clock.Step(std::chrono::seconds(seconds)); };
+    Q_EMIT stack.control->IncomingCall(EmergencyCall, 8, 0, 2);
+    EXPECT_EQ(text(), QStringLiteral("EMERGENCY: Unit20 (Emergency Incoming Call), since 10:00:00 AM"));
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Emergency), 1);
+    wait(7);
+    Q_EMIT stack.control->IncomingCall(EmergencyCall, 8, 0, 4);
     Q_EMIT stack.control->TransactionCleared(0, 0);
     Q_EMIT stack.control->LinkChanged({LinkStatus::State::Ready, QString(), false});
-    stack.Click("cmdDismissEmergency");
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit22 at 10:00:07 AM (1 more)"))
-        << "came just before the click";
-    stack.clock.Step(std::chrono::seconds(1));
-    stack.Click("cmdDismissEmergency");
-    stack.Click("cmdDismissEmergency");
-    EXPECT_EQ(text(), QStringLiteral("Emergency call from Unit20 at 10:00:00 AM"))
-        << "the second click of a double click";
-    stack.clock.Step(std::chrono::seconds(1));
-    stack.Click("cmdDismissEmergency");
-    EXPECT_FALSE(stack.Find<QLabel>("emergencyText").isVisible());
+    EXPECT_EQ(text(),
+              QStringLiteral("EMERGENCY: Unit20 (Emergency Incoming Call), since 10:00:00 AM [in all: "
+                             "emergencies: 2]"));
+    stack.Click("cmdAttentionDone");
+    EXPECT_EQ(stack.console.attention->Entries().size(), 2U) << "another one came just before the click";
+    wait(1);
+    stack.Click("cmdSilence");
+    EXPECT_FALSE(stack.Find<QWidget>("cmdSilence").isVisible());
+    stack.Click("cmdTake");
+    EXPECT_TRUE(text().startsWith(QStringLiteral("EMERGENCY: Unit22"))) << "nobody has taken that one";
+    stack.Click("cmdTake");
+    wait(1);
+    stack.Click("cmdTake");
+    EXPECT_TRUE(text().contains(QStringLiteral("taken by admin at "))) << text().toStdString();
+    EXPECT_FALSE(stack.Find<QWidget>("cmdTake").isVisible());
+    Q_EMIT stack.control->IncomingCall(EmergencyCall, 8, 0, 4);
+    EXPECT_TRUE(text().contains(QStringLiteral("2 times"))) << "he calls again, so it is not over";
+    for (int i = 0; i < 2; ++i) {
+        wait(1);
+        stack.Click("cmdAttentionDone");
+    }
+    EXPECT_FALSE(stack.Find<QLabel>("attentionText").isVisible());
+    stack.executive.ResetTran();
 }
 
-TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
+TEST(Attention, ACallThatNobodyAnsweredStaysUntilItIsCalledBack)
 {
     LoggedOnStack stack;
-    const auto text = [&] { return stack.Find<QLabel>("missedText").text(); };
+    const auto text = [&] { return stack.Find<QLabel>("attentionText").text(); };
     const auto ring = [&](qint16 ident) { Q_EMIT stack.control->IncomingCall(0, 8, 0, ident); };
     const auto clear = [&] { Q_EMIT stack.control->TransactionCleared(0, 0); };
     ring(2);
-    EXPECT_FALSE(stack.Find<QWidget>("missedText").isVisible()) << "it still rings";
+    EXPECT_FALSE(stack.Find<QWidget>("attentionText").isVisible()) << "it still rings";
     clear();
-    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit20, 3/1/24 10:00:00 AM"));
+    EXPECT_EQ(text(), QStringLiteral("Missed call: Unit20 (Incoming Call), since 10:00:00 AM"));
 
     // Answered, refused, and one that takes over while another one rings.
     stack.clock.Step(std::chrono::seconds(7));
@@ -455,26 +471,95 @@ TEST(LinkStrip, ACallThatNobodyAnsweredStaysUntilItIsDismissed)
     clear();
     ring(4);
     stack.executive.AgentWindow().findChild<QAbstractButton*>(QStringLiteral("cmdClose"))->click();
-    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit20, 3/1/24 10:00:00 AM"));
+    EXPECT_EQ(stack.console.attention->Entries().size(), 1U);
     ring(2);
     ring(4);
-    EXPECT_EQ(text(), QStringLiteral("2 missed calls from Unit20 since 3/1/24 10:00:00 AM"));
+    EXPECT_TRUE(text().contains(QStringLiteral("2 times since 10:00:00 AM, last at 10:00:07 AM")));
 
     stack.LogOff(); // while the last one rings
-    EXPECT_EQ(text(), QStringLiteral("2 missed calls from Unit20 since 3/1/24 10:00:00 AM (1 more missed)"));
-    EXPECT_TRUE(stack.Find<QWidget>("missedText").isVisible());
-    EXPECT_FALSE(stack.Find<QWidget>("cmdCallBack").isEnabled());
-    EXPECT_FALSE(stack.Find<QWidget>("cmdDismissMissed").isEnabled()) << "somebody has to take note of it";
+    EXPECT_TRUE(text().endsWith(QStringLiteral("[in all: missed calls: 2]"))) << text().toStdString();
+    EXPECT_TRUE(stack.Find<QWidget>("attentionText").isVisible());
+    for (const char* name : {"cmdTake", "cmdCallBack", "cmdAttentionDone"})
+        EXPECT_FALSE(stack.Find<QWidget>(name).isEnabled()) << "somebody has to take note of it";
+    EXPECT_FALSE(stack.Find<QWidget>("lvAttention").isVisible());
     stack.LogOn();
-    stack.clock.Step(std::chrono::seconds(1));
-    stack.Click("cmdDismissMissed");
-    EXPECT_EQ(text(), QStringLiteral("Missed call from Unit22, 3/1/24 10:00:07 AM"));
+    EXPECT_TRUE(stack.Find<QWidget>("lvAttention").isVisible()) << "the next one is told";
+    EXPECT_FALSE(stack.Find<QWidget>("lvAttention").hasFocus());
     stack.control->TakeOperations();
     stack.clock.Step(std::chrono::seconds(1));
     stack.Click("cmdCallBack");
-    EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 4 off off on")}));
-    EXPECT_TRUE(stack.Find<QWidget>("missedText").isVisible());
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 2 off off on")}));
+    EXPECT_EQ(stack.console.attention->Entries().size(), 2U) << "not yet connected";
+    Q_EMIT stack.control->OutgoingCallProgress(196, 0);
+    EXPECT_EQ(stack.console.attention->Entries().size(), 1U);
     stack.executive.ResetTran();
+}
+
+TEST(Attention, AMessageThatFailedIsSentAgainAndAnEmergencyStatusSounds)
+{
+    LoggedOnStack stack;
+    const auto status = stack.session.Database().OpenTable("status");
+    status->Seek(7);
+    status->Edit();
+    status->SetField("emergency", true);
+    status->Update();
+    stack.Window().LoadStati();
+    stack.prompt.ExpectWarning(stack.Text(2202));
+    stack.executive.SendText(QStringLiteral("Unit20"), QStringLiteral("a \\x"), true);
+    stack.control->TakeOperations();
+    Q_EMIT stack.control->MessageProgress(224, 0, 0, 2);
+    QCoreApplication::processEvents();
+    stack.prompt.Finish();
+    const auto text = [&] { return stack.Find<QLabel>("attentionText").text(); };
+    EXPECT_TRUE(text().startsWith(QStringLiteral("Message not sent: Unit20 (a "))) << text().toStdString();
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Failure), 1);
+    stack.clock.Step(std::chrono::seconds(1));
+    stack.Click("cmdSendAgain");
+    EXPECT_EQ(stack.control->TakeOperations().size(), 1);
+    Q_EMIT stack.control->MessageProgress(192, 0, 0, 2);
+    EXPECT_TRUE(stack.console.attention->Entries().empty());
+
+    Q_EMIT stack.control->StatusReceived(0, 2, 5);
+    EXPECT_TRUE(stack.console.attention->Entries().empty());
+    stack.clock.Step(std::chrono::seconds(1));
+    Q_EMIT stack.control->StatusReceived(0, 2, 7);
+    EXPECT_TRUE(text().startsWith(QStringLiteral("EMERGENCY: Unit20 (07 - Busy)"))) << text().toStdString();
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Emergency), 1);
+}
+
+// A sentence that is being typed goes to its box, whatever comes in.
+TEST(Attention, TakesNoKeyThatWasMeantForSomethingElse)
+{
+    LoggedOnStack stack;
+    stack.Address().setFocus();
+    stack.Address().clearEditText();
+    Q_EMIT stack.control->IncomingCall(EmergencyCall, 0, 0, 2);
+    Q_EMIT stack.control->TransactionCleared(0, 0);
+    stack.Window().activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&stack.Window()));
+    stack.Address().setFocus();
+    stack.clock.Step(std::chrono::seconds(5));
+    for (int i = 0; i < 60; ++i) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+        ASSERT_FALSE(stack.Find<QWidget>("attentionPanel").isAncestorOf(QApplication::focusWidget()));
+    }
+    stack.Address().setFocus();
+    for (const Qt::Key key : {Qt::Key_T, Qt::Key_D, Qt::Key_S})
+        QTest::keyClick(&stack.Window(), key, Qt::AltModifier);
+    EXPECT_FALSE(stack.console.attention->Entries().front().IsTaken());
+
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F11); // on purpose
+    auto& list = stack.Find<QTreeView>("lvAttention");
+    EXPECT_TRUE(list.hasFocus());
+    QTest::keyClick(&list, Qt::Key_Return);
+    QTest::keyClick(&list, Qt::Key_Space);
+    EXPECT_FALSE(stack.console.attention->Entries().front().IsTaken());
+    stack.clock.Step(std::chrono::seconds(1)); // the row may have moved
+    QTest::keyClick(&stack.Find<QWidget>("cmdTake"), Qt::Key_Space);
+    EXPECT_TRUE(stack.console.attention->Entries().front().IsTaken());
+    QTest::keyClick(&list, Qt::Key_Escape);
+    EXPECT_FALSE(list.isVisible());
+    EXPECT_TRUE(stack.Address().hasFocus());
 }
 
 // What somebody wrote into the settings by hand is told once, all of it, and the window opens with the

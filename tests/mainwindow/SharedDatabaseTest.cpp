@@ -1,6 +1,7 @@
 // What other consoles do to the database while this one works, and a server that goes and comes back.
 
 #include "MainWindowStack.h"
+#include "core/attention/AttentionBook.h"
 #include "core/texts/TextIds.h"
 
 #include <QComboBox>
@@ -73,6 +74,45 @@ TEST_F(SharedDatabase, WhatOthersChangeShowsAndTheOperatorsWorkStays)
     EXPECT_EQ(Tree().currentIndex(), Group("Night"));
     EXPECT_EQ(status.currentData().toInt(), 7);
     EXPECT_EQ(stack.Address().currentText(), "2002");
+}
+
+// Another console of the database, without its window.
+TEST_F(SharedDatabase, AnEmergencyTakenElsewhereIsShownAndSilentWithinASecond)
+{
+    stack.database.AddOperator("olga", "olga");
+    TestSession session(stack.database);
+    session.Logoff();
+    session.logonName = session.logonPassword = "olga";
+    session.Logon(true, true);
+    const QTemporaryDir folder;
+    EventLog log(session, stack.strings, folder.path());
+    FakeClock clock;
+    AttentionBook book(session, log, clock, stack.strings);
+    const auto text = [&] { return stack.Find<QLabel>("attentionText").text(); };
+    const auto learns = [&](const std::function<bool()>& of) {
+        return QTest::qWaitFor(
+            [&] {
+                session.Changes().MayHaveChanged();
+                return of();
+            },
+            1100); // files are looked at once a second
+    };
+    Q_EMIT stack.control->IncomingCall(165, 0, 0, 2);
+    ASSERT_TRUE(learns([&] { return book.Entries().size() == 1; }));
+    EXPECT_TRUE(stack.Find<QWidget>("cmdSilence").isVisible());
+    book.Take(book.Entries().front());
+    EXPECT_TRUE(learns([&] { return text().contains("taken by olga at "); })) << text().toStdString();
+    EXPECT_FALSE(stack.Find<QWidget>("cmdSilence").isVisible());
+
+    // Both at once: the earlier has it.
+    Q_EMIT stack.control->IncomingCall(165, 0, 0, 4);
+    ASSERT_TRUE(learns([&] { return book.Entries().size() == 2; }));
+    stack.clock.Step(std::chrono::seconds(2));
+    stack.Click("cmdTake");
+    book.Take(*std::find_if(book.Entries().begin(), book.Entries().end(),
+                            [](const auto& entry) { return entry.caller == "Unit22"; }));
+    EXPECT_TRUE(learns([&] { return stack.Find<QLabel>("failedText").text().contains("olga"); }));
+    stack.executive.ResetTran();
 }
 
 // Not at each activation: the sign of a regroup and the place in a list stay while nothing was changed

@@ -1,6 +1,7 @@
 // What the radio brings in: over the real wire, to the real database, in virtual time.
 
 #include "RadioStack.h"
+#include "core/attention/AttentionBook.h"
 #include "core/session/Registry.h"
 #include "core/texts/TextIds.h"
 #include "radio/base/TextIds.h"
@@ -39,7 +40,7 @@ TEST(Incoming, NumberingShowsTheOwnRadioAndMarksItOnDuty)
 TEST(Incoming, StatusIsLoggedAnnouncedAndMovesTheDuty)
 {
     ConnectedStack stack;
-    const int beeps = stack.beeper.informationBeeps;
+    const int beeps = stack.beeper.Heard(SoundKind::Status);
     stack.radio.Perform(sim::StatusAction{stack.AddressOf(Unit27), 1});
     stack.Run(500);
     EXPECT_TRUE(OnDuty(stack, QStringLiteral("Unit27")));
@@ -55,13 +56,13 @@ TEST(Incoming, StatusIsLoggedAnnouncedAndMovesTheDuty)
                                               QStringLiteral("1|Status 2 in.|Unit27|Dispatch"),
                                               QStringLiteral("1|05 - Arrived|Unit27|Dispatch")}));
     EXPECT_EQ(stack.Records().last(), QStringLiteral("1|5|Unit27|Dispatch"));
-    EXPECT_EQ(stack.beeper.informationBeeps, beeps + 3);
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Status), beeps + 3);
 
     stack.settings.SetBeepNotify(false);
     stack.radio.Perform(sim::StatusAction{{0, Stranger}, 5});
     stack.Run(500);
     EXPECT_EQ(stack.Records().last(), QStringLiteral("1|5|200200158|Dispatch"));
-    EXPECT_EQ(stack.beeper.informationBeeps, beeps + 3);
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Status), beeps + 3);
 }
 
 TEST(Incoming, TextsAndScadaReports)
@@ -93,7 +94,7 @@ struct CallCase {
     const char* caption;
     const char* party;
     TransactionKind kind;
-    int emergencies;
+    std::size_t emergencies;
 };
 
 class IncomingCall : public testing::TestWithParam<CallCase> {};
@@ -119,15 +120,15 @@ TEST_P(IncomingCall, IsShownAndRecorded)
 {
     const CallCase& c = GetParam();
     ConnectedStack stack;
-    int emergencies = 0;
-    QObject::connect(&stack.executive, &Map27Executive::EmergencyCallReceived, [&] { ++emergencies; });
     stack.radio.Perform(c.call);
     stack.Run(500);
     EXPECT_TRUE(stack.AgentShown());
     EXPECT_EQ(stack.executive.TransactionKind(), c.kind);
     EXPECT_EQ(stack.executive.AgentWindow().windowTitle(), QString::fromLatin1(c.caption));
     EXPECT_EQ(stack.Agent<QListWidget>("lsParty").item(0)->text(), QString::fromLatin1(c.party));
-    EXPECT_EQ(emergencies, c.emergencies);
+    EXPECT_EQ(stack.console.attention->Entries().size(), c.emergencies);
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Emergency), static_cast<int>(c.emergencies));
+    EXPECT_EQ(stack.beeper.Heard(SoundKind::Ringing), c.emergencies == 0 ? 1 : 0);
     EXPECT_EQ(stack.Records(),
               QStringList(QStringLiteral("3|%1|%2|Dispatch")
                               .arg(QString::fromLatin1(c.caption), QString::fromLatin1(c.party))));

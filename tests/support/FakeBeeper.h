@@ -1,11 +1,23 @@
 #pragma once
 
-#include "core/widgets/Beeper.h"
+#include "core/sounds/Beeper.h"
+
+#include <vector>
 
 struct FakeBeeper : IBeeper {
-    void InformationBeep() override { ++informationBeeps; }
+    void Play(const Sound& sound) override { played.push_back(sound); }
+    bool HasOutput() const override { return hasOutput; }
     void Beep() override { ++beeps; }
 
-    int informationBeeps = 0;
+    int Heard(SoundKind kind) const
+    {
+        int count = 0;
+        for (const Sound& sound : played)
+            count += sound.kind == kind ? 1 : 0;
+        return count;
+    }
+
+    std::vector<Sound> played;
     int beeps = 0;
+    bool hasOutput = true;
 };

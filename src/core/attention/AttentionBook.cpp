@@ -96,7 +96,8 @@ void AttentionBook::Act(AttentionAct::Kind kind, const Entry& entry)
     AttentionAct act{kind, entry};
     for (QString* text : {&act.entry.caller, &act.entry.what, &act.entry.callBack, &act.entry.message})
         *text = dao::WithSignsForNull(*text); // which no server stores
-    m_eventLog.AppendAttention(m_clock.Now(), act);
+    const bool dated = kind == AttentionAct::Kind::Heard && entry.since.isValid();
+    m_eventLog.AppendAttention(dated ? entry.since : m_clock.Now(), act);
     Rebuild();
 }
 

@@ -31,7 +31,8 @@ public:
     // Null when it is not open any more.
     const Entry* Find(const QString& id) const;
 
-    // Somebody was heard. Of the entry caller, kind, what, callBack, again and message count.
+    // Somebody was heard. Of the entry caller, kind, what, callBack, again and message count, and when it
+    // was, `since`; invalid: now.
     void Hear(const Entry& entry);
     // The operator takes the entry as it is shown, or is done with it.
     void Take(const Entry& entry);

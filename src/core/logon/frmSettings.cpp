@@ -1,15 +1,16 @@
 #include "core/logon/frmSettings.h"
 
 #include "core/desktop/Prompt.h"
+#include "core/logon/frmSounds.h"
 #include "core/session/DbSession.h"
 #include "core/settings/SerialDefaults.h"
 #include "core/settings/SerialPortList.h"
 #include "core/settings/Settings.h"
+#include "core/sounds/Beeper.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
-#include "core/widgets/Beeper.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/FormLayout.h"
 #include "dao/base/Location.h"
@@ -61,6 +62,10 @@ frmSettings::frmSettings(const SettingsServices& services, QWidget* parent)
             m_ui->txtSysFile->setText(*file);
     });
     connect(m_ui->txtDbFile, &QLineEdit::textChanged, this, &frmSettings::ShowWhetherWorkgroupIsUsed);
+    connect(m_ui->cmdSounds, &QPushButton::clicked, this, [this] {
+        frmSounds sounds(m_services.settings, m_services.prompt, m_services.beeper, m_services.strings, this);
+        sounds.exec();
+    });
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &frmSettings::Save);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }

@@ -30,6 +30,10 @@ public:
     // Raises Error when the file cannot be written.
     void Write(const QString& section, const QString& key, const QString& value);
 
+    // For keys of a room's own. Raise Error for what is no number, out of range, or no Boolean.
+    int ReadInt(const QString& section, const QString& key, int fallback, int lowest, int highest) const;
+    bool ReadBool(const QString& section, const QString& key, bool fallback) const;
+
     double LogWidth() const; // window units
     void SetLogWidth(double width);
     QString LogView() const; // "text" or "hex"
@@ -71,9 +75,7 @@ public:
     void SetWindowPlacement(const Placement& placement);
 
 private:
-    int ReadInt(const QString& section, const QString& key, int fallback, int lowest, int highest) const;
     double ReadDouble(const QString& section, const QString& key, double fallback) const;
-    bool ReadBool(const QString& section, const QString& key, bool fallback) const;
 
     std::unique_ptr<IniFile> m_file;
     const IStringSource& m_strings;

@@ -80,5 +80,22 @@ constexpr int WaitMayNotBeGivenUp = 5961;
 constexpr int GiveUpWaiting = 5962;
 constexpr int RecordsLocked = 6182;
 constexpr int TakenByAnother = 6300;
+constexpr int SoundsCaption = 6340;
+constexpr int SoundEmergency = 6341;
+constexpr int SoundRinging = 6342;
+constexpr int SoundRadioLost = 6343;
+constexpr int SoundFailure = 6344;
+constexpr int SoundStatus = 6345;
+constexpr int SoundText = 6346;
+constexpr int SoundTune = 6347;
+constexpr int SoundTest = 6348;
+constexpr int SoundsNote = 6349;
+constexpr int SoundsNoOutput = 6350;
+constexpr int SoundsSave = 6351;
+constexpr int SoundsCancel = 6352;
+constexpr int SoundOf = 6353;
+constexpr int SoundTuneOf = 6354;
+constexpr int SoundVolumeOf = 6355;
+constexpr int SoundTestOf = 6356;
 
 } // namespace CoreText

@@ -84,8 +84,10 @@ constexpr CommandRow Rows[] = {
     {PaneButton, MainCommand::None, "cmdALLOFF", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdSearchAddress", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdCallBack", 0, 0, When::LoggedOn, When::Always},
-    {PaneButton, MainCommand::None, "cmdDismissMissed", 0, 0, When::LoggedOn, When::Always},
-    {PaneButton, MainCommand::None, "cmdDismissEmergency", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdTake", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdSilence", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdSendAgain", 0, 0, When::LoggedOn, When::Always},
+    {PaneButton, MainCommand::None, "cmdAttentionDone", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdDismissFailed", 0, 0, When::LoggedOn, When::Always},
     {PaneButton, MainCommand::None, "cmdHangUpRadio", 0, 0, When::LoggedOn, When::Always},
 };

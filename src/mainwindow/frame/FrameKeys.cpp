@@ -30,6 +30,10 @@ bool FrameKeys::Handle(const QKeyEvent& key)
         Q_EMIT NextTab();
         return true;
     }
+    if (modifiers == Qt::NoModifier && key.key() == Qt::Key_F11 && !key.isAutoRepeat()) {
+        Q_EMIT AttentionRequested();
+        return true;
+    }
     if (modifiers == Qt::AltModifier && (key.key() == Qt::Key_7 || key.key() == Qt::Key_8)) {
         Q_EMIT EncodingChosen(key.key() == Qt::Key_8);
         return true;

@@ -5,7 +5,7 @@
 class QKeyEvent;
 class QWidget;
 
-// The keys that the main window sees before its controls: Ctrl+Tab, Ctrl+Shift+Tab, Alt+7 and Alt+8.
+// The keys that the main window sees before its controls: Ctrl+Tab, Ctrl+Shift+Tab, Alt+7, Alt+8 and F11.
 class FrameKeys : public QObject {
     Q_OBJECT
 
@@ -17,6 +17,7 @@ Q_SIGNALS:
     void NextTab();
     void PreviousTab();
     void EncodingChosen(bool eightBit);
+    void AttentionRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

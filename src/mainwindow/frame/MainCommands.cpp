@@ -15,6 +15,7 @@
 #include "mainwindow/frame/Windows.h"
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/send/SendPane.h"
+#include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/strip/LinkStrip.h"
 #include "radio/facade/Map27Executive.h"
 
@@ -30,6 +31,7 @@ MainCommands::MainCommands(const Parts& parts) : m_parts(parts)
     ConnectCoverSetting();
     ConnectWindows();
     ConnectPanes();
+    ConnectAttention();
 }
 
 void MainCommands::ConnectDialogs()
@@ -198,12 +200,28 @@ void MainCommands::ConnectPanes()
     connect(&tabs, &MainTabs::MenuRequested, this, &MainCommands::ShowMessagingMenu);
 
     connect(&m_parts.send, &SendPane::SearchRequested, this, &MainCommands::SearchAddress);
-    connect(&m_parts.strip, &LinkStrip::CallBackRequested, this, [this](const QString& party) {
+    connect(&m_parts.strip, &LinkStrip::HangUpRequested, &m_parts.services.executive,
+            &Map27Executive::HangUpRadio);
+}
+
+void MainCommands::ConnectAttention()
+{
+    using Again = dao::AttentionRecord::Again;
+    connect(&m_parts.attention, &AttentionPanel::CallBackRequested, this, [this](const QString& party) {
         m_parts.send.SetAddress(party);
         CallParty(true);
     });
-    connect(&m_parts.strip, &LinkStrip::HangUpRequested, &m_parts.services.executive,
-            &Map27Executive::HangUpRadio);
+    connect(&m_parts.attention, &AttentionPanel::SendAgainRequested, this,
+            [this](const dao::AttentionRecord& entry) {
+                Map27Executive& executive = m_parts.services.executive;
+                if (!m_parts.session.LoggedOn)
+                    return;
+                if (entry.again == Again::Status)
+                    executive.SendStatus(entry.callBack, entry.message.toInt());
+                else
+                    executive.SendTextAgain(entry.callBack, entry.message,
+                                            entry.again == Again::TextInEightBits);
+            });
 }
 
 void MainCommands::AskRadio(int message, const std::function<void()>& ask)

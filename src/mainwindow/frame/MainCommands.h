@@ -7,6 +7,7 @@
 #include <QObject>
 #include <functional>
 
+class AttentionPanel;
 class CommandBars;
 class LinkStrip;
 class LogPane;
@@ -33,6 +34,7 @@ public:
         SendPane& send;
         StatusBar& status;
         LinkStrip& strip;
+        AttentionPanel& attention;
         // Runs a step that may raise, and tells the operator what went wrong; returns whether it succeeded.
         std::function<bool(const std::function<void()>& step)> attempt;
     };
@@ -50,6 +52,7 @@ private:
     void ConnectCoverSetting();
     void ConnectWindows();
     void ConnectPanes();
+    void ConnectAttention();
 
     void WhenLoggedOn(MainCommand command, const std::function<void()>& run);
     void AskRadio(int message, const std::function<void()>& ask);

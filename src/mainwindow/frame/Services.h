@@ -1,9 +1,12 @@
 #pragma once
 
+class AttentionAlarm;
+class AttentionBook;
 class EventLog;
 class FleetDataSource;
 class Map27Executive;
 class Settings;
+class Sounds;
 class StatusTexts;
 class UserProfile;
 class frmPassword;
@@ -32,6 +35,9 @@ struct Services {
     StatusTexts& statusTexts;
     UserProfile& profile;
     EventLog& eventLog;
+    AttentionBook& attention;
+    AttentionAlarm& alarm;
+    Sounds& sounds;
     // Loaded at start and kept hidden between uses; null where there is none (tests).
     frmSettings* settingsDialog = nullptr;
     frmPassword* passwordDialog = nullptr;

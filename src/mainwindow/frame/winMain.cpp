@@ -1,7 +1,12 @@
 #include "mainwindow/frame/winMain.h"
 
+#include "core/attention/AttentionAlarm.h"
+#include "core/attention/AttentionBook.h"
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
+#include "core/session/DatabaseChanges.h"
+#include "core/session/DbSession.h"
+#include "core/sounds/Sounds.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
@@ -18,8 +23,10 @@
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/scada/ScadaPane.h"
 #include "mainwindow/send/SendPane.h"
+#include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/strip/LinkStrip.h"
 #include "mainwindow/talkgroups/GroupsPane.h"
+#include "radio/base/LinkStatus.h"
 #include "radio/facade/Map27Executive.h"
 
 #include <QApplication>
@@ -67,7 +74,9 @@ void winMain::BuildFrame()
     setCentralWidget(m_client);
     m_bars = std::make_unique<CommandBars>(*menuBar(), *m_client, m_services.strings, m_session,
                                            m_services.profile);
-    m_strip = new LinkStrip(m_services.strings, m_services.clock, m_missedCalls, m_client);
+    m_attention = new AttentionPanel(
+        {m_services.strings, m_services.clock, m_services.attention, m_services.alarm}, m_client);
+    m_strip = new LinkStrip(m_services.strings, m_services.clock, *m_attention, m_client);
     m_tabs = std::make_unique<MainTabs>(m_services, m_session, m_client);
     picHPaneResize = new PaneSplitter(m_client);
     picLog = new LogPane({m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader,
@@ -81,8 +90,9 @@ void winMain::BuildFrame()
     m_client->installEventFilter(this);
 
     const auto attempt = [this](const std::function<void()>& step) { return Attempt(step); };
-    m_commands = std::make_unique<MainCommands>(MainCommands::Parts{
-        *this, m_services, m_session, *m_bars, *m_tabs, *picLog, *picSend, *sbrStatus, *m_strip, attempt});
+    m_commands = std::make_unique<MainCommands>(MainCommands::Parts{*this, m_services, m_session, *m_bars,
+                                                                    *m_tabs, *picLog, *picSend, *sbrStatus,
+                                                                    *m_strip, *m_attention, attempt});
     m_watch = std::make_unique<DatabaseWatch>(m_services, m_session, *m_tabs, *picSend, *m_strip, attempt);
     m_logonView = std::make_unique<LogonView>(*m_bars, *m_tabs, *picLog, *sbrStatus, [this] { LoadStati(); });
     m_logon = std::make_unique<LogonCommand>(m_services, m_session, *m_logonView);
@@ -103,6 +113,7 @@ void winMain::ConnectFrame()
     connect(keys, &FrameKeys::NextTab, m_tabs.get(), &MainTabs::SelectNext);
     connect(keys, &FrameKeys::PreviousTab, m_tabs.get(), &MainTabs::SelectPrevious);
     connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
+    connect(keys, &FrameKeys::AttentionRequested, m_attention, &AttentionPanel::ToggleList);
 }
 
 void winMain::ConnectServices()
@@ -116,30 +127,39 @@ void winMain::ConnectServices()
     views.individuals = &m_tabs->Individuals();
     views.numbering = m_services.numberingView;
     executive.SetViews(views);
-    connect(&executive, &Map27Executive::LinkChanged, m_strip, &LinkStrip::ShowLink);
-    connect(&executive, &Map27Executive::LinkChanged, this, [this](const LinkStatus& status) {
-        if (status.state == LinkStatus::State::Lost)
-            sbrStatus->ForgetOperatingConditions();
-        if (status.state == LinkStatus::State::Lost || status.state == LinkStatus::State::Silent)
-            sbrStatus->ForgetAnswer();
-    });
-    connect(&executive, &Map27Executive::EmergencyCallReceived, this, &winMain::ShowEmergency);
-    connect(&executive, &Map27Executive::CallMissed, this,
-            [this](const QString& party, const QString& callBack, const QDateTime& since) {
-                m_missedCalls.Add(party, callBack, since);
-                m_strip->ShowMissedCalls();
-            });
+    connect(&executive, &Map27Executive::LinkChanged, this, &winMain::ShowLink);
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     connect(&executive, &Map27Executive::Failed, m_strip, &LinkStrip::ShowFailure);
     connect(&executive, &Map27Executive::CallNoticed, m_strip, &LinkStrip::ShowCallNotice);
     connect(&executive, &Map27Executive::RadioInUse, m_strip, &LinkStrip::ShowRadioInUse);
     m_strip->ShowLink(executive.Link());
+    ConnectAttention();
 }
 
-void winMain::ShowEmergency(const QString& party, const QDateTime& time)
+void winMain::ConnectAttention()
 {
-    m_strip->ShowEmergency(party, time);
-    QApplication::alert(this);
+    AttentionBook& book = m_services.attention;
+    connect(&book, &AttentionBook::Appeared, this, [this](const dao::AttentionRecord& entry) {
+        if (entry.kind == dao::AttentionRecord::Kind::Emergency)
+            QApplication::alert(this);
+    });
+    connect(&book, &AttentionBook::Overruled, m_strip, &LinkStrip::ShowFailure);
+    connect(&m_services.session.Changes(), &DatabaseChanges::Opened, this, [this] {
+        m_strip->ShowSilent(m_services.sounds.HasOutput() ? QString() : Text(MainText::NoSoundOutput));
+    });
+}
+
+void winMain::ShowLink(const LinkStatus& status)
+{
+    using State = LinkStatus::State;
+    m_strip->ShowLink(status);
+    if (status.state == State::Lost)
+        sbrStatus->ForgetOperatingConditions();
+    if (status.state == State::Lost || status.state == State::Silent)
+        sbrStatus->ForgetAnswer();
+    if (status.state == State::Lost && m_radioWasReady)
+        m_services.sounds.Tell(SoundKind::RadioLost);
+    m_radioWasReady = status.state == State::Ready || (m_radioWasReady && status.state == State::Silent);
 }
 
 void winMain::Load()
@@ -311,6 +331,9 @@ void winMain::Unload()
     m_services.executive.SetViews({});
     m_services.executive.disconnect(this);
     m_services.executive.disconnect(m_strip);
+    m_services.attention.disconnect(this);
+    m_services.attention.disconnect(m_attention);
+    m_services.alarm.disconnect(m_attention);
     sbrStatus->StopClock();
     m_commands->ReleaseDialogs();
     Q_EMIT Unloaded();

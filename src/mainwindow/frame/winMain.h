@@ -6,12 +6,12 @@
 #include "mainwindow/frame/WindowPlacement.h"
 #include "mainwindow/log/LogLineFormatter.h"
 #include "mainwindow/log/LogReader.h"
-#include "mainwindow/strip/MissedCalls.h"
 
 #include <QMainWindow>
 #include <functional>
 #include <memory>
 
+class AttentionPanel;
 class CommandBars;
 class DatabaseWatch;
 class LinkStrip;
@@ -22,6 +22,7 @@ class MainCommands;
 class PaneSplitter;
 class SendPane;
 class StatusBar;
+struct LinkStatus;
 
 // The dispatcher's working surface. It creates, places and connects its panes and decides nothing that they
 // can decide themselves. Its constructor builds and loads it and raises whatever makes the window impossible;
@@ -76,7 +77,8 @@ private:
 
     void LayoutPanes();
     void StoreLogWidth();
-    void ShowEmergency(const QString& party, const QDateTime& time);
+    void ConnectAttention();
+    void ShowLink(const LinkStatus& status);
 
     bool AskExit();
     void Exit();
@@ -86,11 +88,11 @@ private:
 
     Services m_services;
     SessionState m_session;
-    MissedCalls m_missedCalls;
     LogLineFormatter m_logLines;
     LogReader m_logReader;
     WindowPlacement m_placement;
     QWidget* m_client = nullptr; // everything below the menu bar
+    AttentionPanel* m_attention = nullptr;
     LinkStrip* m_strip = nullptr;
     PaneSplitter* picHPaneResize = nullptr;
     LogPane* picLog = nullptr;
@@ -104,6 +106,7 @@ private:
     std::unique_ptr<LogonCommand> m_logon;
 
     double m_logWidth = 190;
+    bool m_radioWasReady = false;
     bool m_wasShown = false;
     bool m_logOnAtStart = false; // somebody has logged on here before
     QStringList m_startProblems; // named once the window is seen

@@ -2,8 +2,8 @@
 
 #include "core/desktop/Keyboard.h"
 #include "core/desktop/Prompt.h"
+#include "core/sounds/Beeper.h"
 #include "core/texts/StringSource.h"
-#include "core/widgets/Beeper.h"
 #include "core/widgets/PlainKey.h"
 #include "mainwindow/bars/KeyedToolBar.h"
 #include "mainwindow/base/SessionState.h"

@@ -18,7 +18,7 @@ std::vector<StatusItem> ReadStati(IDbSession& session, StatusTexts& statusTexts)
     try {
         for (const dao::StatusRecord& row : read) {
             items.push_back({row.code, StatusTexts::Line(row.code, row.out)});
-            statusTexts.Set(row.code, row.in, row.out);
+            statusTexts.Set(row.code, row.in, row.out, row.emergency);
         }
     } catch (const std::exception& failure) {
         ProgramLog::Write(QStringLiteral("status messages: ") + QString::fromUtf8(failure.what()));

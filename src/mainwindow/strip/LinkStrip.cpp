@@ -2,46 +2,42 @@
 
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
-#include "mainwindow/base/LongTime.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/lists/NoticeColours.h"
-#include "mainwindow/strip/MissedCalls.h"
+#include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/strip/StripRow.h"
 
-#include <QAccessible>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QLocale>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 using namespace NoticeColours;
 
-LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, MissedCalls& missed, QWidget* parent)
+LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, AttentionPanel& attention,
+                     QWidget* parent)
     : QWidget(parent),
       m_strings(strings),
       m_clock(clock),
-      m_missed(missed)
+      m_attention(attention)
 {
     setObjectName(QStringLiteral("linkStrip"));
-    m_emergencyRow = NewRow("emergency", "warning", EmergencyBack, White);
-    m_emergencyRow->SetBold();
     const QString dismiss = m_strings.LoadString(MainText::Dismiss);
-    m_emergencyRow->AddButton(QStringLiteral("cmdDismissEmergency"), dismiss, [this] { Dismiss(); });
-    BuildMissedRow();
     BuildRadioRows();
     m_stateRow = BuildStateRow();
     m_databaseRow = NewRow("database", "warning", WarningBack, WarningText);
+    m_soundRow = NewRow("sound", "warning", WarningBack, WarningText);
+    m_soundRow->AddButton(QStringLiteral("cmdDismissSound"), dismiss, [this] { ShowSilent({}); });
     m_doubtRow = NewRow("numbering", "warning", WarningBack, WarningText);
     m_doubtRow->AddButton(QStringLiteral("cmdDismissNumbering"), dismiss, [this] { ShowDoubts({}); });
 
     auto* rows = new QVBoxLayout(this);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(0);
-    for (QWidget* row : {static_cast<QWidget*>(m_emergencyRow), static_cast<QWidget*>(m_callRow),
-                         static_cast<QWidget*>(m_inUseRow), static_cast<QWidget*>(m_failedRow),
-                         static_cast<QWidget*>(m_missedRow), m_stateRow, static_cast<QWidget*>(m_databaseRow),
-                         static_cast<QWidget*>(m_doubtRow)}) {
+    rows->addWidget(&m_attention);
+    connect(&m_attention, &AttentionPanel::ContentChanged, this, &LinkStrip::ContentChanged);
+    for (QWidget* row : {static_cast<QWidget*>(m_callRow), static_cast<QWidget*>(m_inUseRow),
+                         static_cast<QWidget*>(m_failedRow), m_stateRow, static_cast<QWidget*>(m_soundRow),
+                         static_cast<QWidget*>(m_databaseRow), static_cast<QWidget*>(m_doubtRow)}) {
         rows->addWidget(row);
         row->hide();
     }
@@ -50,19 +46,6 @@ LinkStrip::LinkStrip(const IStringSource& strings, const Clock& clock, MissedCal
 StripRow* LinkStrip::NewRow(const char* topic, const char* picture, QRgb back, QRgb text)
 {
     return new StripRow(QLatin1String(topic), QLatin1String(picture), back, text, m_clock, this);
-}
-
-void LinkStrip::BuildMissedRow()
-{
-    m_missedRow = NewRow("missed", "callin", WarningBack, WarningText);
-    m_callBack =
-        &m_missedRow->AddButton(QStringLiteral("cmdCallBack"), m_strings.LoadString(MainText::CallBack),
-                                [this] { Q_EMIT CallBackRequested(m_missed.Parties().front().callBack); });
-    m_missedRow->AddButton(QStringLiteral("cmdDismissMissed"), m_strings.LoadString(MainText::Dismiss),
-                           [this] {
-                               m_missed.Dismiss(QString(m_missed.Parties().front().name));
-                               ShowMissedCalls();
-                           });
 }
 
 void LinkStrip::BuildRadioRows()
@@ -96,32 +79,6 @@ void LinkStrip::ShowLink(const LinkStatus& status)
     Q_EMIT ContentChanged();
 }
 
-void LinkStrip::ShowEmergency(const QString& party, const QDateTime& time)
-{
-    std::erase_if(m_emergencies, [&](const Emergency& earlier) { return earlier.party == party; });
-    m_emergencies.push_back({party, time});
-    ShowNewestEmergency();
-    QAccessibleEvent alert(m_emergencyRow, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
-}
-
-void LinkStrip::ShowMissedCalls()
-{
-    QString text;
-    if (!m_missed.Parties().empty()) {
-        const MissedCalls::Party& party = m_missed.Parties().front();
-        const QString since = QLocale().toString(party.since.date(), QLocale::ShortFormat) + u' ' +
-                              LongTime(party.since.time());
-        text = party.times == 1 ? FormatMessage(m_strings, MainText::MissedCall, {party.name, since})
-                                : FormatMessage(m_strings, MainText::MissedCallsSince,
-                                                {party.name, since, QString::number(party.times)});
-        if (const auto others = m_missed.Parties().size() - 1; others > 0)
-            text = FormatMessage(m_strings, MainText::MissedOthers, {text, QString::number(others)});
-    }
-    m_callBack->setVisible(!text.isEmpty() && !m_missed.Parties().front().callBack.isEmpty());
-    Say(*m_missedRow, text);
-}
-
 void LinkStrip::ShowFailure(const QString& text)
 {
     m_failures.removeAll(text);
@@ -136,6 +93,11 @@ void LinkStrip::ShowNewestFailure()
     Say(*m_failedRow, more > 0
                           ? FormatMessage(m_strings, MainText::FailedAndMore, {newest, QString::number(more)})
                           : newest);
+}
+
+void LinkStrip::ShowSilent(const QString& text)
+{
+    Say(*m_soundRow, text);
 }
 
 void LinkStrip::ShowCallNotice(const QString& text)
@@ -204,24 +166,4 @@ QWidget* LinkStrip::BuildStateRow()
     layout->addWidget(m_statePicture, 0, Qt::AlignTop);
     layout->addWidget(m_stateText, 1);
     return row;
-}
-
-void LinkStrip::Dismiss()
-{
-    m_emergencies.pop_back();
-    ShowNewestEmergency();
-}
-
-void LinkStrip::ShowNewestEmergency()
-{
-    QString text;
-    if (!m_emergencies.empty()) {
-        const Emergency& newest = m_emergencies.back();
-        const qsizetype more = static_cast<qsizetype>(m_emergencies.size()) - 1;
-        const QString time = LongTime(newest.time.time());
-        text = more == 0 ? FormatMessage(m_strings, MainText::EmergencyFrom, {newest.party, time})
-                         : FormatMessage(m_strings, MainText::EmergencyFromAndMore,
-                                         {newest.party, time, QString::number(more)});
-    }
-    Say(*m_emergencyRow, text);
 }

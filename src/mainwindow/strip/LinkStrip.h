@@ -2,35 +2,26 @@
 
 #include "radio/base/LinkStatus.h"
 
-#include <QDateTime>
 #include <QWidget>
-#include <vector>
 
-class MissedCalls;
+class AttentionPanel;
 class QLabel;
-class QPushButton;
 class StripRow;
 struct Clock;
 struct IStringSource;
 
-// The strip under the toolbar: state of the radio link, the word SIMULATION while the radio is a simulated
-// one, emergency calls, missed calls and what has failed until the operator has dismissed each, what there is
-// to know of the call in progress, a radio that is in use by itself, and a numbering that does not fit the
-// radio until it does or is dismissed. It takes up no room when it has nothing to say.
+// The strip under the toolbar: what waits for a person, state of the radio link, the word SIMULATION while
+// the radio is a simulated one, what has failed until the operator has dismissed each, what there is to know
+// of the call in progress, a radio that is in use by itself, and a numbering that does not fit the radio
+// until it does or is dismissed. It takes up no room when it has nothing to say.
 class LinkStrip : public QWidget {
     Q_OBJECT
 
 public:
-    // All must outlive the strip, which dismisses missed calls.
-    LinkStrip(const IStringSource& strings, const Clock& clock, MissedCalls& missed, QWidget* parent);
+    // All must outlive the strip; it takes the panel, made without a parent or with it.
+    LinkStrip(const IStringSource& strings, const Clock& clock, AttentionPanel& attention, QWidget* parent);
 
     void ShowLink(const LinkStatus& status);
-    // The newest call is shown, with the number of other parties whose calls have not been dismissed yet. A
-    // party that calls again takes the place of its earlier call.
-    void ShowEmergency(const QString& party, const QDateTime& time);
-    // The missed calls have changed: the party that has waited longest is shown, with the number of the
-    // others, so that none takes the place of one that somebody is about to call back.
-    void ShowMissedCalls();
     // The first one is shown; an empty list ends them.
     void ShowDoubts(const QStringList& doubts);
 
@@ -46,38 +37,29 @@ public:
     // In its place: how many wait on the disk for the next logon.
     void ShowRecordsLeft(int records);
 
+    // Nothing can be heard on this computer; empty ends it.
+    void ShowSilent(const QString& text);
+
     // Height that its content needs at a given width; 0 without content.
     int HeightAt(int width) const;
 
 Q_SIGNALS:
     // The height that the strip needs may have changed.
     void ContentChanged();
-    // The operator wants to call a party whose call was missed.
-    void CallBackRequested(const QString& party);
     // The operator wants the radio to end whatever it is doing.
     void HangUpRequested();
 
 private:
-    struct Emergency {
-        QString party;
-        QDateTime time;
-    };
-
     StripRow* NewRow(const char* topic, const char* picture, QRgb back, QRgb text);
-    void BuildMissedRow();
     void BuildRadioRows();
     void Say(StripRow& row, const QString& text);
     void ShowNewestFailure();
     QWidget* BuildStateRow();
-    void Dismiss();
-    void ShowNewestEmergency();
 
     const IStringSource& m_strings;
     const Clock& m_clock;
-    MissedCalls& m_missed;
-    StripRow* m_emergencyRow;
-    StripRow* m_missedRow;
-    QPushButton* m_callBack = nullptr;
+    AttentionPanel& m_attention;
+    StripRow* m_soundRow = nullptr;
     StripRow* m_callRow = nullptr;
     StripRow* m_inUseRow = nullptr;
     StripRow* m_failedRow = nullptr;
@@ -87,6 +69,5 @@ private:
     QLabel* m_simulation = nullptr;
     QLabel* m_statePicture = nullptr;
     QLabel* m_stateText = nullptr;
-    std::vector<Emergency> m_emergencies; // newest last
-    QStringList m_failures;               // likewise
+    QStringList m_failures; // newest last
 };

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -18,14 +19,28 @@ StripRow::StripRow(const QString& topic, const QString& picture, QRgb back, QRgb
                    QWidget* parent)
     : QWidget(parent),
       m_clock(clock),
-      m_row(NewStripLayout(this)),
+      m_lines(new QVBoxLayout(this)),
+      m_row(new QHBoxLayout),
+      m_buttons(m_row),
       m_text(NewStripText(topic + QStringLiteral("Text"), this))
 {
     setObjectName(topic + QStringLiteral("Row"));
     NoticeColours::Colour(*this, back, text);
+    m_lines->setContentsMargins(SideMargin, RowMargin, SideMargin, RowMargin);
+    m_lines->setSpacing(RowMargin);
+    m_row->setSpacing(SideMargin);
+    m_lines->addLayout(m_row);
     m_row->addWidget(NewStripPicture(picture, this), 0, Qt::AlignTop);
     m_row->addWidget(m_text, 1);
     hide();
+}
+
+void StripRow::PutButtonsBelow()
+{
+    m_buttons = new QHBoxLayout;
+    m_buttons->setSpacing(SideMargin);
+    m_buttons->addStretch(1);
+    m_lines->addLayout(m_buttons);
 }
 
 QPushButton& StripRow::AddButton(const QString& name, const QString& caption,
@@ -33,7 +48,7 @@ QPushButton& StripRow::AddButton(const QString& name, const QString& caption,
 {
     auto* button = new QPushButton(caption, this);
     button->setObjectName(name);
-    m_row->addWidget(button, 0, Qt::AlignTop);
+    m_buttons->addWidget(button, 0, Qt::AlignTop);
     connect(button, &QPushButton::clicked, this, [this, press] {
         if (m_clock.Ticks() - m_changed >= TimeToNotice)
             press();
@@ -41,10 +56,10 @@ QPushButton& StripRow::AddButton(const QString& name, const QString& caption,
     return *button;
 }
 
-void StripRow::SetBold()
+void StripRow::SetBold(bool on)
 {
     QFont bold = m_text->font();
-    bold.setBold(true);
+    bold.setBold(on);
     m_text->setFont(bold);
 }
 
@@ -54,6 +69,13 @@ void StripRow::Say(const QString& text)
         m_changed = m_clock.Ticks();
     m_text->setText(text);
     setVisible(!text.isEmpty());
+}
+
+void StripRow::SayAsked(const QString& text)
+{
+    const std::chrono::milliseconds changed = m_changed;
+    Say(text);
+    m_changed = changed;
 }
 
 void StripRow::moveEvent(QMoveEvent* event)

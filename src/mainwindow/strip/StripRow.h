@@ -6,6 +6,7 @@
 #include <functional>
 
 class QHBoxLayout;
+class QVBoxLayout;
 class QLabel;
 class QPushButton;
 struct Clock;
@@ -24,17 +25,23 @@ public:
     StripRow(const QString& topic, const QString& picture, QRgb back, QRgb text, const Clock& clock,
              QWidget* parent);
 
+    // Its buttons stand in a line of their own below the sentence; before the first is added.
+    void PutButtonsBelow();
     QPushButton& AddButton(const QString& name, const QString& caption, const std::function<void()>& press);
-    void SetBold();
+    void SetBold(bool on);
     // An empty text hides the row.
     void Say(const QString& text);
+    // The same, of what the operator has just asked to see: its buttons work at once.
+    void SayAsked(const QString& text);
 
 protected:
     void moveEvent(QMoveEvent* event) override;
 
 private:
     const Clock& m_clock;
+    QVBoxLayout* m_lines;
     QHBoxLayout* m_row;
+    QHBoxLayout* m_buttons;
     QLabel* m_text;
     std::chrono::milliseconds m_changed{0};
 };

@@ -3,10 +3,10 @@
 #include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
+#include "core/sounds/Sounds.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
-#include "core/widgets/Beeper.h"
 #include "map27/codec/Causes.h"
 #include "map27/codec/Messages.h"
 #include "radio/base/AddressBook.h"
@@ -49,7 +49,8 @@ RadioAgent::RadioAgent(const RadioServices& services, Map27Control& control, IAg
       m_recorder(services.eventLog, m_views),
       m_callers(m_numbering, addressBook, services.strings),
       m_notices(services.strings, m_callers, transaction, window, m_views),
-      m_reports(services, control, m_numbering, m_notices, m_views)
+      m_reports(services, control, m_numbering, m_notices, m_views),
+      m_attention(services.attention, services.sounds, services.statusTexts)
 {
     ConnectEvents();
     ConnectViews();
@@ -130,7 +131,7 @@ void RadioAgent::OnStatusReceived(qint16 prefix, qint16 ident, qint16 status)
     m_recorder.Store(entry);
     m_recorder.Show(entry, m_services.statusTexts.StatusInText(status));
     m_addressBook.FollowStatus(sender.callsign, status);
-    Notify();
+    m_attention.Status(sender, status, entry.time);
 }
 
 void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident)
@@ -144,7 +145,7 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
         PassScadaReport(text, {sender.dial, sender.callsign, entry.time}, *m_views.scada);
     m_recorder.Store(entry);
     m_recorder.Show(entry, text);
-    Notify();
+    m_services.sounds.Tell(SoundKind::Text);
 }
 
 void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qint16 ident,
@@ -162,6 +163,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     };
 
     // The new call takes over: what is still unconfirmed will never be confirmed.
+    NoteFailedMessage();
     m_transaction.outgoing.MessagePending = false;
     EndRinging();
 
@@ -170,7 +172,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     m_window.InCallPrepare(m_transaction.look, caller.shown);
     if (details.OffHookNeeded()) {
         m_transaction.MoveTo(TransactionKind::CallRinging);
-        m_ringing = Ringing{named(caller.shown), caller.callBack, time};
+        m_ringing = Ringing{caller.shown, caller.callBack, named(caption), time, emergency};
     } else {
         m_transaction.MoveTo(TransactionKind::CallConnected);
         m_window.SetMainButton(RadioText::Hungup);
@@ -180,12 +182,11 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     // The operator sees and hears it before the database is touched.
     m_window.ShowUnasked();
     m_window.PaintNow();
-    if (emergency) {
-        m_services.beeper.InformationBeep();
-        Q_EMIT EmergencyCallReceived(named(caller.shown), time);
-    } else {
-        Notify();
-    }
+    if (emergency)
+        m_attention.EmergencyCall(caller, named(caption), time);
+    else if (!m_ringing)
+        m_services.sounds.Tell(SoundKind::Ringing);
+    FollowSound();
     CancelRegroup();
     const LogEntry entry{time,          EventType::Call, caption, caller.callsign, m_numbering.MyCallsign(),
                          MessageWay::In};
@@ -208,7 +209,7 @@ void RadioAgent::OnCallTakenUp(qint16 prefix, qint16 ident)
     m_notices.Follow();
     m_window.ShowUnasked();
     m_notices.Say(FormatMessage(m_services.strings, RadioText::CallTakenUp, {call.party}));
-    Notify();
+    m_services.sounds.Tell(SoundKind::Ringing);
 }
 
 void RadioAgent::OnCause(const RadioCause& cause)
@@ -220,7 +221,11 @@ void RadioAgent::OnCause(const RadioCause& cause)
         const map27::Party& party = cause.party;
         const Caller caller = m_callers.Of(party.address.prefix, party.address.ident, party.description);
         m_notices.TakeNotedCall(caller.shown, cause);
-        Q_EMIT CallMissed(caller.shown, caller.callBack, m_services.clock.Now());
+        const QDateTime now = m_services.clock.Now();
+        if (cause.cause == map27::Cause::NotedForCallBack)
+            m_attention.WantsCallBack(caller.shown, caller.callBack, m_notices.Words(cause), now);
+        else
+            m_attention.Missed(caller.shown, caller.callBack, m_notices.Words(cause), now);
         return;
     }
     if (cause.type == 0 && (kind == TransactionKind::CallRinging || kind == TransactionKind::CallConnected))
@@ -247,6 +252,7 @@ void RadioAgent::Forget()
     m_lost.reset();
     m_transaction.Drop();
     m_notices.Follow();
+    FollowSound();
 }
 
 void RadioAgent::React(AgentTrigger trigger)
@@ -257,6 +263,7 @@ void RadioAgent::React(AgentTrigger trigger)
     if (!reaction)
         return;
     FollowRinging(trigger);
+    FollowMessage(trigger);
     if (!reaction->showFirst)
         Record(*reaction);
     if (reaction->storeRegroup)
@@ -272,6 +279,7 @@ void RadioAgent::React(AgentTrigger trigger)
         m_window.SetMainButton(reaction->buttonText);
     m_transaction.MoveTo(reaction->next);
     m_notices.Follow();
+    FollowSound();
     if (reaction->showFirst) {
         m_window.PaintNow();
         Record(*reaction);
@@ -297,6 +305,8 @@ void RadioAgent::Record(const AgentReaction& reaction)
 // Pressing Answer is not enough: the call may be over before it is connected.
 void RadioAgent::FollowRinging(AgentTrigger trigger)
 {
+    if (trigger == AgentTrigger::AnswerConnected && m_ringing && m_ringing->emergency)
+        m_attention.Answered(m_ringing->party);
     if (trigger == AgentTrigger::AnswerConnected || trigger == AgentTrigger::CloseButton)
         m_ringing.reset();
     else if (trigger == AgentTrigger::Cleared || trigger == AgentTrigger::AnswerFailed)
@@ -305,8 +315,32 @@ void RadioAgent::FollowRinging(AgentTrigger trigger)
 
 void RadioAgent::EndRinging()
 {
-    if (const auto call = std::exchange(m_ringing, std::nullopt))
-        Q_EMIT CallMissed(call->party, call->callBack, call->since);
+    const auto call = std::exchange(m_ringing, std::nullopt);
+    if (call && !call->emergency) // which waits as one
+        m_attention.Missed(call->party, call->callBack, call->what, call->since);
+}
+
+void RadioAgent::FollowMessage(AgentTrigger trigger)
+{
+    if (trigger == AgentTrigger::MessageFailed || trigger == AgentTrigger::Cleared)
+        NoteFailedMessage();
+    else if (trigger == AgentTrigger::MessageDelivered && m_transaction.outgoing.MessagePending)
+        m_attention.Delivered(m_transaction.outgoing);
+    else if (trigger == AgentTrigger::CallConnected)
+        m_attention.Connected(m_transaction.outgoing.LastDestination);
+}
+
+void RadioAgent::NoteFailedMessage()
+{
+    const TransactionKind kind = m_transaction.Kind();
+    const bool message = kind == TransactionKind::Status || kind == TransactionKind::Text;
+    if (message && m_transaction.outgoing.MessagePending)
+        m_attention.Failed(m_transaction.outgoing, m_notices.Reason(), m_services.clock.Now());
+}
+
+void RadioAgent::FollowSound()
+{
+    m_services.sounds.Ring(m_ringing && !m_ringing->emergency);
 }
 
 // Returns false when the request failed and the window has to stay.
@@ -384,18 +418,6 @@ void RadioAgent::CancelRegroup()
         return;
     m_views.talkgroups->CancelRegroup();
     m_views.talkgroups->CancelUngroup();
-}
-
-void RadioAgent::Notify()
-{
-    bool notify = true;
-    try {
-        notify = m_services.settings.BeepNotify();
-    } catch (const std::exception& failure) {
-        ProgramLog::Write(DescribeError(failure, m_services.strings));
-    }
-    if (notify)
-        m_services.beeper.InformationBeep();
 }
 
 int RadioAgent::TalkText() const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "radio/agent/AgentRules.h"
+#include "radio/agent/AttentionNotes.h"
 #include "radio/agent/CallerNames.h"
 #include "radio/agent/EventRecorder.h"
 #include "radio/agent/RadioBoxes.h"
@@ -51,17 +52,13 @@ public:
     // The call that rings ends without an answer, if there is one.
     void EndRinging();
 
-Q_SIGNALS:
-    void EmergencyCallReceived(const QString& party, const QDateTime& time);
-    // A call has rung since that time and was neither answered nor refused. `callBack` reaches the party;
-    // empty: nothing does.
-    void CallMissed(const QString& party, const QString& callBack, const QDateTime& since);
-
 private:
     struct Ringing {
         QString party;
         QString callBack;
+        QString what;
         QDateTime since;
+        bool emergency;
     };
     struct LostCall {
         QString party;
@@ -86,7 +83,9 @@ private:
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
     void StoreRegroup();
-    void Notify();
+    void FollowMessage(AgentTrigger trigger);
+    void NoteFailedMessage();
+    void FollowSound();
     // Of a call that is connected now.
     int TalkText() const;
     QString Text(int id) const;
@@ -103,6 +102,7 @@ private:
     CallerNames m_callers;
     RadioNotices m_notices;
     RadioReports m_reports;
+    AttentionNotes m_attention;
     bool m_transmitting = false;      // the radio has been told so
     std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
     std::optional<LostCall> m_lost;   // with the link

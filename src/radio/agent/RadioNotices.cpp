@@ -46,8 +46,10 @@ void RadioNotices::Take(const RadioCause& cause)
         m_views.status->ShowOutcome(text);
     if (NeedsAnAct(cause) && !goesOn)
         Q_EMIT Failed(text);
-    if (!goesOn)
+    if (!goesOn) {
+        m_reason = words;
         return;
+    }
     if (kind == TransactionKind::CallConnected || kind == TransactionKind::CallRinging)
         m_window.AppendLog(words);
     else
@@ -58,6 +60,11 @@ void RadioNotices::Take(const RadioCause& cause)
     }
 }
 
+QString RadioNotices::Words(const RadioCause& cause) const
+{
+    return CauseWords(m_strings, cause, {});
+}
+
 void RadioNotices::TakeNotedCall(const QString& caller, const RadioCause& cause)
 {
     if (m_views.status)
@@ -65,13 +72,15 @@ void RadioNotices::TakeNotedCall(const QString& caller, const RadioCause& cause)
                                                   CauseWords(m_strings, cause, {})));
 }
 
-// Boxes tell of refusals, the row of missed calls of those that rang, and a call that has ended normally was
-// ended by a person.
+// Boxes tell of refusals, what waits for a person has messages and those that rang, and a call that has ended
+// normally was ended by a person.
 bool RadioNotices::NeedsAnAct(const RadioCause& cause) const
 {
     switch (m_transaction.Kind()) {
     case TransactionKind::None:
     case TransactionKind::CallRinging:
+    case TransactionKind::Status:
+    case TransactionKind::Text:
         return false;
     case TransactionKind::CallConnected:
         return cause.type != Type::Disconnect;
@@ -118,6 +127,7 @@ void RadioNotices::TakeCondition(bool offHook, bool transmitting, const QString&
 void RadioNotices::Follow()
 {
     m_progress.clear();
+    m_reason.clear();
     if (m_transaction.Kind() != TransactionKind::CallConnected && std::exchange(m_callNoticed, false))
         Q_EMIT CallNoticed({});
     if (IsCall(m_transaction.Kind()))

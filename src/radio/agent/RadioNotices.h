@@ -26,8 +26,12 @@ public:
     void Take(const RadioCause& cause);
     // The radio has noted a call that never rang here.
     void TakeNotedCall(const QString& caller, const RadioCause& cause);
+    // A cause of the radio's as the dispatcher is told it.
+    QString Words(const RadioCause& cause) const;
     // What has been said of the transaction since, for the call window; empty: nothing.
     QString TakeProgress();
+    // Why what is in progress is ending, in words; empty where the radio has not said so.
+    QString Reason() const { return m_reason; }
     // A sentence in status bar and call window.
     void Say(const QString& text);
 
@@ -59,6 +63,7 @@ private:
     IAgentWindow& m_window;
     const RadioViews& m_views;
     QString m_progress;
+    QString m_reason;
     QString m_inUse;
     bool m_callNoticed = false;
     bool m_suspected = false; // and asked about

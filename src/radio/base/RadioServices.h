@@ -1,11 +1,12 @@
 #pragma once
 
+class AttentionBook;
 class EventLog;
 class FleetDataSource;
 class Settings;
+class Sounds;
 class StatusTexts;
 struct Clock;
-struct IBeeper;
 struct IDbSession;
 struct IPrompt;
 struct IStringSource;
@@ -20,5 +21,6 @@ struct RadioServices {
     StatusTexts& statusTexts;
     EventLog& eventLog;
     Clock& clock;
-    IBeeper& beeper;
+    AttentionBook& attention;
+    Sounds& sounds;
 };

@@ -10,13 +10,15 @@ void StatusTexts::Clear()
 {
     m_in.fill({});
     m_out.fill({});
+    m_emergency.fill(false);
 }
 
-void StatusTexts::Set(int code, const QString& inDescription, const QString& outDescription)
+void StatusTexts::Set(int code, const QString& inDescription, const QString& outDescription, bool emergency)
 {
     const std::size_t index = Index(code);
     m_in[index] = Line(code, inDescription);
     m_out[index] = Line(code, outDescription);
+    m_emergency[index] = emergency;
 }
 
 QString StatusTexts::StatusInText(int code) const
@@ -29,6 +31,11 @@ QString StatusTexts::StatusOutText(int code) const
 {
     const QString& text = m_out[Index(code)];
     return text.isEmpty() ? FormatMessage(m_strings, RadioText::StatusOut, {QString::number(code)}) : text;
+}
+
+bool StatusTexts::IsEmergency(int code) const
+{
+    return code >= 0 && code < Codes && m_emergency[static_cast<std::size_t>(code)];
 }
 
 QString StatusTexts::Line(int code, const QString& description)

@@ -21,8 +21,9 @@ enum class TransactionKind : qint16 {
 struct OutgoingMessage {
     bool MessagePending = false;
     EventType LastSentKind = EventType::Status;
-    QString LastDestination; // as the caller gave it, before lookup
-    QString LastMessageText; // status code, text, or description of the call
+    QString LastDestination;      // as the caller gave it, before lookup
+    QString LastMessageText;      // status code, text, or description of the call
+    bool LastInEightBits = false; // of a text
 };
 
 // How a call is shown.

@@ -48,8 +48,6 @@ Map27Executive::Map27Executive(const RadioServices& services, std::unique_ptr<cl
     connect(m_window.get(), &frmMap27Agent::CloseButtonPressed, m_agent.get(), &RadioAgent::PressCloseButton);
     connect(m_window.get(), &frmMap27Agent::TransmitRequested, m_agent.get(), &RadioAgent::SetTransmit);
     connect(m_control.get(), &Map27Control::LinkChanged, this, &Map27Executive::LinkChanged);
-    connect(m_agent.get(), &RadioAgent::EmergencyCallReceived, this, &Map27Executive::EmergencyCallReceived);
-    connect(m_agent.get(), &RadioAgent::CallMissed, this, &Map27Executive::CallMissed);
     const RadioNotices* notices = &m_agent->Notices();
     connect(notices, &RadioNotices::Failed, this, &Map27Executive::Failed);
     connect(notices, &RadioNotices::CallNoticed, this, &Map27Executive::CallNoticed);
@@ -228,9 +226,17 @@ void Map27Executive::SendText(const QString& address, const QString& text, bool 
         m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
         return;
     }
+    SendTextAgain(address, sent, eightBit);
+}
+
+void Map27Executive::SendTextAgain(const QString& address, const QString& text, bool eightBit)
+{
+    if (IsBusy(RadioText::NotReadyForText))
+        return;
+    m_transaction.outgoing.LastInEightBits = eightBit;
     StartMessage(
-        address, EventType::Text, sent, TransactionKind::Text, RadioText::SendingText,
-        [&](const RadioAddress& to) { m_control->SendTextMessage(Prefix(to), Ident(to), sent, eightBit); });
+        address, EventType::Text, text, TransactionKind::Text, RadioText::SendingText,
+        [&](const RadioAddress& to) { m_control->SendTextMessage(Prefix(to), Ident(to), text, eightBit); });
 }
 
 void Map27Executive::StartCall(const QString& address, bool emergency, bool priority, bool dialog)

@@ -72,6 +72,8 @@ public:
     void SendGroupName(const QString& target, int pos, const QString& name);
     void SendStatus(const QString& address, int status);
     void SendText(const QString& address, const QString& text, bool eightBit);
+    // The text of an earlier message, in which nothing is to be replaced any more.
+    void SendTextAgain(const QString& address, const QString& text, bool eightBit);
     void StartCall(const QString& address, bool emergency, bool priority, bool dialog);
     // Ends whatever is in progress and sets the link up again. Raises Error.
     void ResetTran();
@@ -96,11 +98,6 @@ public:
 
 Q_SIGNALS:
     void LinkChanged(const LinkStatus& status);
-    // An emergency call has arrived; party as shown in the call dialogue.
-    void EmergencyCallReceived(const QString& party, const QDateTime& time);
-    // An incoming call has rung since that time and nobody answered or refused it. `callBack` reaches the
-    // party; empty: nothing does.
-    void CallMissed(const QString& party, const QString& callBack, const QDateTime& since);
     // As in RadioNotices.
     void Failed(const QString& text);
     void CallNoticed(const QString& text);

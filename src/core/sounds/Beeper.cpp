@@ -1,6 +1,4 @@
-#include "core/widgets/Beeper.h"
-
-#include "core/widgets/Tone.h"
+#include "core/sounds/Beeper.h"
 
 #include <QApplication>
 #include <QAudioDevice>
@@ -8,18 +6,16 @@
 #include <QBuffer>
 #include <QMediaDevices>
 
-// One sound output with its tone. A sound asked for while one is playing adds nothing.
+// One sound output with what it plays.
 struct Beeper::Player {
-    explicit Player(const QAudioDevice& output) : device(output)
+    explicit Player(const QAudioDevice& output) : device(output), format(device.preferredFormat())
     {
-        QAudioFormat format = device.preferredFormat();
         format.setChannelCount(1);
         format.setSampleFormat(QAudioFormat::Int16);
         if (!device.isFormatSupported(format))
             return;
-        tone.setData(MessageTone(format.sampleRate()));
         sink = std::make_unique<QAudioSink>(device, format);
-        // Releases the output once the tone has been played; queued, since the sink is still busy when it
+        // Releases the output once the sound has been played; queued, since the sink is still busy when it
         // says so.
         QObject::connect(
             sink.get(), &QAudioSink::stateChanged, sink.get(),
@@ -33,28 +29,28 @@ struct Beeper::Player {
     }
 
     // False when the output refuses.
-    bool Play()
+    bool Play(const Sound& sound)
     {
         if (!sink)
             return false;
-        if (sink->state() == QAudio::ActiveState)
-            return true;
         sink->stop();
-        tone.close();
-        tone.open(QIODevice::ReadOnly);
-        sink->start(&tone);
+        samples.close();
+        samples.setData(SamplesOf(sound, format.sampleRate()));
+        samples.open(QIODevice::ReadOnly);
+        sink->start(&samples);
         return sink->error() == QAudio::NoError;
     }
 
     QAudioDevice device;
-    QBuffer tone;
+    QAudioFormat format;
+    QBuffer samples;
     std::unique_ptr<QAudioSink> sink;
 };
 
 Beeper::Beeper() = default;
 Beeper::~Beeper() = default;
 
-void Beeper::InformationBeep()
+void Beeper::Play(const Sound& sound)
 {
     // Looked up each time: a headset may have come or gone since the last sound.
     const QAudioDevice output = QMediaDevices::defaultAudioOutput();
@@ -62,8 +58,13 @@ void Beeper::InformationBeep()
         m_player.reset();
     else if (!m_player || m_player->device != output)
         m_player = std::make_unique<Player>(output);
-    if (!m_player || !m_player->Play())
+    if (!m_player || !m_player->Play(sound))
         QApplication::beep();
+}
+
+bool Beeper::HasOutput() const
+{
+    return !QMediaDevices::defaultAudioOutput().isNull();
 }
 
 void Beeper::Beep()
