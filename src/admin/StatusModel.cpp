@@ -45,7 +45,7 @@ QVariant StatusModel::data(const QModelIndex& index, int role) const
     if (role == TagRole)
         return row.code;
     if (role == Qt::DecorationRole && index.column() == Code)
-        return LoadIcon(QStringLiteral("status"));
+        return LoadIcon(row.emergency ? QStringLiteral("warning") : QStringLiteral("status"));
     if (role != Qt::DisplayRole)
         return {};
     switch (index.column()) {

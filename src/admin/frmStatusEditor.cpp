@@ -67,7 +67,8 @@ void frmStatusEditor::ConnectControls()
 {
     for (QWidget* control :
          {static_cast<QWidget*>(m_ui->lvStati), static_cast<QWidget*>(m_ui->cmbEditStatus),
-          static_cast<QWidget*>(m_ui->txtEditInDesc), static_cast<QWidget*>(m_ui->txtEditOutDesc)})
+          static_cast<QWidget*>(m_ui->txtEditInDesc), static_cast<QWidget*>(m_ui->txtEditOutDesc),
+          static_cast<QWidget*>(m_ui->chkEmergency)})
         control->installEventFilter(this);
     connect(m_ui->lvStati->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [this](const QItemSelection& selected) {
@@ -149,6 +150,7 @@ void frmStatusEditor::ShowCode()
         Try([&] { m_shown = Seek(code); });
     m_ui->txtEditInDesc->setText(m_shown ? m_shown->in : QString());
     m_ui->txtEditOutDesc->setText(m_shown ? m_shown->out : QString());
+    m_ui->chkEmergency->setChecked(m_shown && m_shown->emergency);
     m_justShown.start(0);
 }
 
@@ -157,7 +159,7 @@ void frmStatusEditor::EnableTexts(bool enabled)
 {
     for (QWidget* control :
          {static_cast<QWidget*>(m_ui->txtEditInDesc), static_cast<QWidget*>(m_ui->txtEditOutDesc),
-          static_cast<QWidget*>(m_ui->Command3)})
+          static_cast<QWidget*>(m_ui->chkEmergency), static_cast<QWidget*>(m_ui->Command3)})
         control->setEnabled(enabled);
 }
 
@@ -167,6 +169,7 @@ void frmStatusEditor::New()
     m_ui->cmbEditStatus->setFocus();
     m_ui->txtEditInDesc->clear();
     m_ui->txtEditOutDesc->clear();
+    m_ui->chkEmergency->setChecked(false);
 }
 
 void frmStatusEditor::EditText()
@@ -190,7 +193,8 @@ void frmStatusEditor::Set()
             }
             return;
         }
-        const dao::StatusRecord stored{code, m_ui->txtEditInDesc->text(), m_ui->txtEditOutDesc->text()};
+        const dao::StatusRecord stored{code, m_ui->txtEditInDesc->text(), m_ui->txtEditOutDesc->text(),
+                                       m_ui->chkEmergency->isChecked()};
         dao::StatusTable::Store(*m_rows, stored);
         m_shown = stored;
         FillList();
