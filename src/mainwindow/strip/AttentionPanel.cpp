@@ -107,6 +107,11 @@ void AttentionPanel::BuildList()
     for (QWidget* widget :
          std::initializer_list<QWidget*>{m_list, m_take, m_silence, m_callBack, m_sendAgain, m_done, m_open})
         widget->installEventFilter(this);
+    QWidget* before = m_list; // from the list to what can be done about its entry
+    for (QWidget* next : {m_take, m_silence, m_callBack, m_sendAgain, m_done, m_open}) {
+        setTabOrder(before, next);
+        before = next;
+    }
 }
 
 void AttentionPanel::ToggleList()
