@@ -20,6 +20,7 @@ using Entry = dao::AttentionRecord;
 namespace {
 
 const QString& Table = dao::AttentionTable::Table;
+constexpr qsizetype LongestCaller = 255; // as the table has it
 
 auto Rank(const Entry& entry)
 {
@@ -54,7 +55,6 @@ AttentionBook::AttentionBook(IDbSession& session, EventLog& eventLog, const Cloc
     connect(&changes, &DatabaseChanges::Opened, this, [this] {
         m_read.clear();
         m_unread.clear();
-        m_entries.clear();
         Read({});
         if (!m_entries.empty())
             Q_EMIT FoundOpen();
@@ -96,6 +96,7 @@ void AttentionBook::Act(AttentionAct::Kind kind, const Entry& entry)
     AttentionAct act{kind, entry};
     for (QString* text : {&act.entry.caller, &act.entry.what, &act.entry.callBack, &act.entry.message})
         *text = dao::WithSignsForNull(*text); // which no server stores
+    act.entry.caller.truncate(LongestCaller);
     const bool dated = kind == AttentionAct::Kind::Heard && entry.since.isValid();
     m_eventLog.AppendAttention(dated ? entry.since : m_clock.Now(), act);
     Rebuild();

@@ -54,8 +54,8 @@ QList<QPair<QString, qlonglong>> CountRecords(const Location& location)
 {
     const AttachedFiles files = AttachFiles(location, {});
     QList<QPair<QString, qlonglong>> counts;
-    for (const char* table :
-         {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile", "kyn_registry"})
+    for (const char* table : {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile",
+                              "kyn_registry", "attention", "attention_act"})
         counts.append(
             {table, files.connection->Value("SELECT count(*) FROM main." + Quoted(table)).toLongLong()});
     return counts;
