@@ -45,6 +45,7 @@ QString HelpPageFor(const QString& window)
         {"frmPassword", "password"},
         {"frmSettings", "settings"},
         {"frmMap27Agent", "calls"},
+        {"frmSentMessages", "sent"},
         {"frmAddressManager", "directory"},
         {"frmAddressEditor", "directory"},
         {"frmStatusEditor", "statuses"},

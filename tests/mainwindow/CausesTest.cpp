@@ -10,6 +10,8 @@
 #include "support/Table.h"
 
 #include <QAbstractButton>
+#include <QPushButton>
+#include <QTableView>
 
 namespace {
 
@@ -159,6 +161,97 @@ TEST(Causes, AreToldInWordsWhereTheDispatcherLooks)
         EXPECT_EQ(stack.executive.TransactionKind(), TransactionKind::None);
         ASSERT_FALSE(HasFailure());
     }
+}
+
+// The window of this shift's messages, newest first.
+QTableView& SentList()
+{
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (auto* list = window->findChild<QTableView*>("lvSent"))
+            return *list;
+    throw std::runtime_error("no list of what was sent");
+}
+
+QString SentCell(int row, int column)
+{
+    return SentList().model()->index(row, column).data().toString();
+}
+
+TEST(Causes, StandInTheListOfThisShift)
+{
+    Stack stack;
+    int sent = 0;
+    for (const TableRow& row : ReadTable("causes.tsv", "sent", 13)) {
+        SCOPED_TRACE(row.at(0) + ", " + row.at(2));
+        const QString to = QString::fromStdString(row.at(1));
+        if (row.at(0) == "status")
+            stack.executive.SendStatus(to, 5);
+        else
+            stack.executive.SendText(to, "Hello", false);
+        stack.Run(500);
+        if (row.at(2).find("E0") != std::string::npos || row.at(2).starts_with("B4"))
+            stack.prompt.ExpectWarning(stack.Text(RadioText::MessageNotSent));
+        if (row.at(2) == "unplug")
+            stack.radio.Unplug();
+        else if (row.at(2) == "cancel")
+            stack.executive.ResetTran();
+        else if (row.at(2) != "-")
+            for (const QString& octets : QString::fromStdString(row.at(2)).split(u','))
+                stack.Say(octets.toStdString());
+        stack.Run(500);
+        stack.prompt.Finish();
+        EXPECT_EQ(SentList().model()->rowCount(), ++sent);
+        EXPECT_EQ(SentCell(0, 1), to);
+        EXPECT_EQ(SentCell(0, 3).toStdString(), row.at(3));
+        EXPECT_EQ(SentCell(0, 4).toStdString(), row.at(4) == "-" ? "" : row.at(4));
+
+        stack.radio.plugged = true;
+        stack.Run(3000); // what was asked when the link came back has been answered
+        stack.executive.ResetTran();
+        ASSERT_TRUE(stack.BecomesReady());
+        stack.Run(1000);
+        EXPECT_EQ(SentCell(0, 3) == "Delivered", row.at(3) == "Delivered") << "nothing confirms it later";
+        ASSERT_FALSE(HasFailure());
+    }
+}
+
+TEST(Causes, AMessageIsSentAgainFromTheListAsANewOne)
+{
+    Stack stack;
+    stack.executive.SendText("Unit20", "Hello", true);
+    stack.Run(500);
+    stack.Say("C0 00 00 02 00 00");
+    stack.executive.SendStatus("Unit20", 11, Map27Executive::Purpose::Command);
+    stack.Run(500);
+    stack.Say("C0 00 00 02 00 00");
+    stack.prompt.ExpectWarning(stack.Text(RadioText::AddressUnknown).replace("#01", "Nobody"));
+    stack.executive.SendStatus("Nobody", 5);
+    stack.prompt.Finish();
+    EXPECT_EQ(SentCell(0, 3), "Not delivered") << "what never left is listed, too";
+    const qsizetype records = stack.Records().size();
+
+    stack.Find<QAction>("miSentMessages").trigger();
+    auto& again = *SentList().window()->findChild<QPushButton*>("cmdSendAgain");
+    EXPECT_FALSE(again.isEnabled()) << "nothing is chosen";
+    SentList().selectRow(1);
+    EXPECT_FALSE(again.isEnabled()) << "a command to an outstation";
+    stack.heard.clear();
+    QTest::keyClick(&SentList(), Qt::Key_Return);
+    SentList().selectRow(2);
+    QTest::keyPress(&SentList(), Qt::Key_Return);
+    QTest::keyPress(&SentList(), Qt::Key_Return); // still held
+    stack.Run(500);
+    ASSERT_EQ(stack.heard.size(), 1);
+    EXPECT_TRUE(stack.heard.first().startsWith("81") || stack.heard.first().startsWith("82"));
+    EXPECT_EQ(SentList().selectionModel()->selectedRows().value(0).row(), 3) << "the choice stays";
+    EXPECT_EQ(SentCell(0, 3), "Sending");
+    stack.Say("C0 00 00 02 00 00");
+    EXPECT_EQ(SentCell(0, 3), "Delivered");
+    EXPECT_EQ(stack.Records().size(), records + 1);
+
+    stack.prompt.ExpectConfirmation(stack.Text(2027), true);
+    stack.Find<QAction>("miLogOnLogOff").trigger();
+    EXPECT_EQ(SentList().model()->rowCount(), 0) << "the next operator's list is a new one";
 }
 
 TEST(Causes, NameWhoAndWhatIsCalling)

@@ -112,12 +112,22 @@ void Directory::Index()
     std::sort(m_byId.begin(), m_byId.end());
 }
 
-std::optional<QString> Directory::CallsignOf(const QString& ident) const
+std::optional<std::size_t> Directory::FindIdent(const QString& ident) const
 {
     const QByteArray key = ident.toUtf8();
-    const auto row =
-        Look(m_byIdent, ViewOf(key), [&](quint32 index) { return Ident(m_rows[index]) == ViewOf(key); });
+    return Look(m_byIdent, ViewOf(key), [&](quint32 index) { return Ident(m_rows[index]) == ViewOf(key); });
+}
+
+std::optional<QString> Directory::CallsignOf(const QString& ident) const
+{
+    const auto row = FindIdent(ident);
     return row ? std::optional(Text(Callsign(m_rows[*row]))) : std::nullopt;
+}
+
+std::optional<Directory::Type> Directory::TypeOf(const QString& ident) const
+{
+    const auto row = FindIdent(ident);
+    return row ? std::optional(m_rows[*row].type) : std::nullopt;
 }
 
 std::optional<QString> Directory::IdentOf(const QString& callsign) const

@@ -33,6 +33,7 @@ public:
 
     // What a Seek on "i_ident" and on "i_callsign" would find.
     std::optional<QString> CallsignOf(const QString& ident) const;
+    std::optional<Type> TypeOf(const QString& ident) const;
     std::optional<QString> IdentOf(const QString& callsign) const;
 
     // In the order of callsigns, 0 to Size() - 1.
@@ -66,6 +67,7 @@ private:
     void Index();
     QByteArray Folded(const QString& callsign) const;
     bool IsFoldedTo(std::string_view callsign, std::string_view folded) const;
+    std::optional<std::size_t> FindIdent(const QString& ident) const;
     std::optional<std::size_t> FindCallsign(const QString& callsign) const;
     std::string_view Callsign(const Row& row) const { return {m_texts.data() + row.texts, row.callsignSize}; }
     std::string_view Ident(const Row& row) const

@@ -35,6 +35,8 @@ constexpr CommandRow Rows[] = {
     {Separator, MainCommand::None, "", BroadcastSeparator, 0, When::Always, When::Always},
     {Item, MainCommand::SendStatus, "miSendStatus", SendStatus, 0, When::Always, When::Always},
     {Item, MainCommand::SendText, "miSendText", SendText, 0, When::Always, When::Always},
+    {Separator, MainCommand::None, "", SentSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::SentMessages, "miSentMessages", SentMessages, 0, When::LoggedOn, When::Always},
 
     {Menu, MainCommand::RegroupingMenu, "mbDynReg", RegroupingMenu, 0, When::LoggedOn, When::LoggedOn},
     {Item, MainCommand::DefaultDynamic, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always},

@@ -40,6 +40,7 @@ enum class MainCommand {
     SendPriorityBroadcast,
     SendStatus,
     SendText,
+    SentMessages,
 
     RegroupingMenu,
     DefaultDynamic,

@@ -144,4 +144,24 @@ constexpr int FailedAndMore = 6009;
 constexpr int EndsAfterCall = 6180;
 constexpr int RecordsLeft = 6181;
 
+// The messages of this shift.
+constexpr int StateSending = 6400;
+constexpr int StateWaiting = 6401;
+constexpr int StateDelivered = 6402;
+constexpr int StateGivenToMany = 6403;
+constexpr int StateFailed = 6404;
+constexpr int StateUnconfirmed = 6405;
+constexpr int StateGivenUp = 6406;
+constexpr int SentTime = 6407;
+constexpr int SentTo = 6408;
+constexpr int SentWhat = 6409;
+constexpr int SentState = 6410;
+constexpr int SentWhy = 6411;
+constexpr int SentCaption = 6412;
+constexpr int SendAgain = 6413;
+constexpr int CloseSent = 6414;
+constexpr int RepeatAtScada = 6415;
+constexpr int SentReason = 6416;
+constexpr int SentLine = 6417;
+
 } // namespace MainText

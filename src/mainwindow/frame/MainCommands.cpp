@@ -2,6 +2,7 @@
 
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
+#include "core/desktop/ShowWindow.h"
 #include "core/logon/frmPassword.h"
 #include "core/logon/frmSettings.h"
 #include "core/texts/Errors.h"
@@ -16,13 +17,18 @@
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/send/SendPane.h"
 #include "mainwindow/strip/AttentionPanel.h"
+#include "mainwindow/send/frmSentMessages.h"
 #include "mainwindow/strip/LinkStrip.h"
 #include "radio/facade/Map27Executive.h"
 
 #include <QAction>
 #include <QMenu>
+#include <QWindow>
 
-MainCommands::MainCommands(const Parts& parts) : m_parts(parts)
+MainCommands::MainCommands(const Parts& parts)
+    : m_parts(parts),
+      m_sent(
+          std::make_unique<frmSentMessages>(parts.services.strings, parts.services.executive, parts.session))
 {
     ConnectDialogs();
     ConnectRadio();
@@ -33,6 +39,8 @@ MainCommands::MainCommands(const Parts& parts) : m_parts(parts)
     ConnectPanes();
     ConnectAttention();
 }
+
+MainCommands::~MainCommands() = default;
 
 void MainCommands::ConnectDialogs()
 {
@@ -51,6 +59,7 @@ void MainCommands::ConnectDialogs()
 
 void MainCommands::ReleaseDialogs()
 {
+    m_sent->hide();
     const Services& services = m_parts.services;
     for (QDialog* dialog : std::initializer_list<QDialog*>{services.settingsDialog, services.passwordDialog})
         if (dialog != nullptr)
@@ -105,7 +114,9 @@ void MainCommands::ConnectMessaging()
             call.command, [&send, options = call.options] { send.PrepareCall(options); });
     bars.On(
         MainCommand::SendStatus, [&send] { send.SelectType(SendPane::MessageType::Status); });
-    bars.On(MainCommand::SendText, [&send] { send.SelectType(SendPane::MessageType::Text); });
+    bars.On(
+        MainCommand::SendText, [&send] { send.SelectType(SendPane::MessageType::Text); });
+    bars.On(MainCommand::SentMessages, [this] { ShowSentMessages(); });
 }
 
 void MainCommands::ConnectRegrouping()
@@ -234,6 +245,15 @@ void MainCommands::AskRadio(int message, const std::function<void()>& ask)
     } catch (const std::exception& failure) {
         m_parts.services.executive.TellFailure(failure);
     }
+}
+
+void MainCommands::ShowSentMessages()
+{
+    if (!m_parts.session.LoggedOn)
+        return;
+    m_sent->winId(); // creates the native window, which can then be given a parent
+    m_sent->windowHandle()->setTransientParent(m_parts.bars.ToolBar().window()->windowHandle());
+    BringToScreen(*m_sent, Activation::Take);
 }
 
 void MainCommands::ResetRadioLink()

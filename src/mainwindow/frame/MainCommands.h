@@ -6,6 +6,7 @@
 
 #include <QObject>
 #include <functional>
+#include <memory>
 
 class AttentionPanel;
 class CommandBars;
@@ -13,6 +14,7 @@ class LinkStrip;
 class LogPane;
 class MainTabs;
 class SendPane;
+class frmSentMessages;
 class winMain;
 struct Services;
 struct SessionState;
@@ -40,8 +42,10 @@ public:
     };
 
     explicit MainCommands(const Parts& parts);
+    ~MainCommands() override;
 
-    // Makes the settings and password dialogs children of the main window no longer.
+    // Closes the windows that are ours, and makes the settings and password dialogs children of the main
+    // window no longer.
     void ReleaseDialogs();
 
 private:
@@ -56,6 +60,7 @@ private:
 
     void WhenLoggedOn(MainCommand command, const std::function<void()>& run);
     void AskRadio(int message, const std::function<void()>& ask);
+    void ShowSentMessages();
     void ResetRadioLink();
     void RunPanelCommand(StatusBar::Part panel);
     void ShowPanelMenu(StatusBar::Part panel, const QPoint& place);
@@ -66,4 +71,5 @@ private:
     QString Text(int id) const;
 
     Parts m_parts;
+    std::unique_ptr<frmSentMessages> m_sent;
 };

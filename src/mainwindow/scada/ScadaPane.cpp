@@ -143,8 +143,13 @@ QWidget* ScadaPane::NewButton(const char* name, int textId, int statusCode)
     button->setObjectName(QLatin1String(name));
     button->setProperty("textId", textId);
     connect(button, &QPushButton::clicked, this,
-            [this, statusCode] { m_parts.executive.SendStatus(cmbScadaUnit->currentText(), statusCode); });
+            [this, statusCode] { Command(cmbScadaUnit->currentText(), statusCode); });
     return button;
+}
+
+void ScadaPane::Command(const QString& unit, int statusCode)
+{
+    m_parts.executive.SendStatus(unit, statusCode, Map27Executive::Purpose::Command);
 }
 
 void ScadaPane::Load()
@@ -232,7 +237,7 @@ void ScadaPane::SwitchSelected()
         return;
     const QString unit = ChosenUnit();
     if (unit.isEmpty()) { // nobody is commanded: the radio link says so, and no control waits
-        m_parts.executive.SendStatus(unit, ScadaCode::SwitchOn(control.row()));
+        Command(unit, ScadaCode::SwitchOn(control.row()));
         return;
     }
     // The name may have another address by now: the operator has to see that one's values first.

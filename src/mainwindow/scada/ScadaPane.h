@@ -60,6 +60,7 @@ private:
     ScadaStation& Reporting(const ScadaSource& source);
     void OfferUnit(const QString& name);
     void ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time);
+    void Command(const QString& unit, int statusCode);
     void SwitchSelected();
     void StoreName(ScadaModel& model, int item, const QString& name);
 

@@ -11,7 +11,8 @@ bool ScadaSwitch::Switch(const QString& unit, ScadaItems& controls, int control)
         return false;
     const bool off = item.picture == ScadaItem::Picture::On;
     const unsigned last = m_executive.LastTransaction();
-    m_executive.SendStatus(unit, off ? ScadaCode::SwitchOff(control) : ScadaCode::SwitchOn(control));
+    m_executive.SendStatus(unit, off ? ScadaCode::SwitchOff(control) : ScadaCode::SwitchOn(control),
+                           Map27Executive::Purpose::Command);
     if (m_executive.LastTransaction() != last) {
         m_item = &item;
         m_switchingOff = off;

@@ -1,6 +1,7 @@
 #include "radio/agent/CauseWords.h"
 
 #include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 #include "map27/codec/Causes.h"
 #include "map27/codec/Messages.h"
 #include "radio/base/TextIds.h"
@@ -64,6 +65,26 @@ constexpr Row Rows[] = {
     {0, 0, RadioText::CauseLinkLost},
 };
 
+// What to do about a message that has ended so. What only says that it is not known tells to ask first.
+constexpr Row AdviceRows[] = {
+    {Type::MessageNegative, Cause::Invalid, RadioText::AdviceCheckNumber},
+    {Type::MessageNegative, Cause::Unreachable, RadioText::AdviceLater},
+    {Type::MessageNegative, Cause::DivertedNoRetry, RadioText::AdviceDiverted},
+    {Type::MessageNegative, Cause::Aborted, RadioText::AdviceAgain},
+    {Type::MessageNegative, Cause::Overloaded, RadioText::AdviceAgain},
+    {Type::MessageNegative, Cause::EngagedOrRefused, RadioText::AdviceAgain},
+    {Type::MessageNegative, Cause::NoLongMessages, RadioText::AdviceShorter},
+    {Type::MessageNegative, Cause::DivertedUnavailable, RadioText::AdviceLater},
+    {Type::MessageNegative, Cause::DivertedToGroup, RadioText::AdviceDiverted},
+    {Type::Cancel, ClearCause::TooLong, RadioText::AdviceShorter},
+    {Type::Cancel, ClearCause::CodingImpossible, RadioText::AdvicePlainLetters},
+    {Type::ProtocolInfo, Reason::Unrecognised, RadioText::AdviceUnable},
+    {Type::ProtocolInfo, Reason::NotSupported, RadioText::AdviceUnable},
+    {Type::ProtocolInfo, Reason::StateMismatch, RadioText::AdviceAgain},
+    {Type::ProtocolInfo, Reason::CodingNotSupported, RadioText::AdvicePlainLetters},
+    {Type::ProtocolInfo, Reason::BusyLocally, RadioText::AdviceAgain},
+};
+
 template <std::size_t Count> int Find(const Row (&rows)[Count], int type, int cause)
 {
     for (const Row& row : rows)
@@ -114,6 +135,22 @@ QString CauseWords(const IStringSource& strings, const RadioCause& cause, const 
     const int text = TextOf(cause);
     const QString number = QString::number(cause.cause, 16).toUpper().rightJustified(2, QLatin1Char('0'));
     return FormatMessage(strings, text, {text == RadioText::CauseUnknown ? number : target});
+}
+
+QString CauseAdvice(const IStringSource& strings, const RadioCause& cause)
+{
+    const int fallback = IsRefusal(cause) ? RadioText::AdviceAgain : RadioText::AdviceAskFirst;
+    for (const Row& row : AdviceRows)
+        if (row.type == cause.type && row.cause == cause.cause)
+            return strings.LoadString(row.text);
+    return strings.LoadString(fallback);
+}
+
+bool IsRefusal(const RadioCause& cause)
+{
+    return cause.type == Type::MessageNegative || cause.type == Type::ProtocolInfo ||
+           (cause.type == Type::Cancel &&
+            (cause.cause == ClearCause::TooLong || cause.cause == ClearCause::CodingImpossible));
 }
 
 bool IsProgress(const RadioCause& cause)

@@ -9,6 +9,7 @@
 #include "core/texts/StringSource.h"
 #include "map27/codec/Causes.h"
 #include "map27/codec/Messages.h"
+#include "radio/agent/CauseWords.h"
 #include "radio/base/AddressBook.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
@@ -165,6 +166,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     // The new call takes over: what is still unconfirmed will never be confirmed.
     NoteFailedMessage();
     m_transaction.outgoing.MessagePending = false;
+    m_sent.Fail();
     EndRinging();
 
     m_transaction.party = caller.shown;
@@ -230,6 +232,11 @@ void RadioAgent::OnCause(const RadioCause& cause)
     }
     if (cause.type == 0 && (kind == TransactionKind::CallRinging || kind == TransactionKind::CallConnected))
         m_lost = LostCall{m_transaction.party, m_transaction.look};
+    if (kind == TransactionKind::Status || kind == TransactionKind::Text) {
+        const QString words =
+            CauseWords(m_services.strings, cause, m_callers.Target(cause.party.description));
+        m_sent.Explain(words, CauseAdvice(m_services.strings, cause), IsRefusal(cause));
+    }
     m_notices.Take(cause);
     if (cause.type == map27::Type::ReceiveWarning && cause.cause == map27::Cause::TransmissionDisabled)
         SetTransmit(false); // nobody hears what is said
@@ -249,6 +256,7 @@ void RadioAgent::Forget()
 {
     CancelRegroup();
     EndRinging();
+    m_sent.GiveUp(Text(RadioText::AdviceAskFirst));
     m_lost.reset();
     m_transaction.Drop();
     m_notices.Follow();
@@ -262,6 +270,7 @@ void RadioAgent::React(AgentTrigger trigger)
     const AgentReaction* reaction = FindReaction(m_transaction.Kind(), trigger);
     if (!reaction)
         return;
+    FollowMessage(trigger);
     FollowRinging(trigger);
     FollowMessage(trigger);
     if (!reaction->showFirst)
@@ -300,6 +309,24 @@ void RadioAgent::Record(const AgentReaction& reaction)
         WriteOutgoingRecord();
     if (reaction.forgetMessage)
         m_transaction.outgoing.MessagePending = false;
+}
+
+void RadioAgent::FollowMessage(AgentTrigger trigger)
+{
+    switch (trigger) {
+    case AgentTrigger::MessageSending:
+        return m_sent.Wait();
+    case AgentTrigger::MessageDelivered:
+        return m_sent.Confirm();
+    case AgentTrigger::MessageFailed:
+    case AgentTrigger::Cleared:
+        return m_sent.Fail();
+    case AgentTrigger::MainButton:
+    case AgentTrigger::CloseButton:
+        return m_sent.GiveUp(Text(RadioText::AdviceAskFirst));
+    default:
+        return;
+    }
 }
 
 // Pressing Answer is not enough: the call may be over before it is connected.

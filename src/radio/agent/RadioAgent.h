@@ -9,6 +9,7 @@
 #include "radio/agent/RadioReports.h"
 #include "radio/agent/Views.h"
 #include "radio/base/RadioServices.h"
+#include "radio/base/SentMessages.h"
 #include "radio/base/SessionNumbering.h"
 
 #include <QDateTime>
@@ -35,6 +36,8 @@ public:
 
     // What it says of causes, to be told on.
     const RadioNotices& Notices() const { return m_notices; }
+    // What has become of the messages of this shift.
+    SentMessages& Sent() { return m_sent; }
     // The facade has ended what was in progress.
     void Forget();
 
@@ -79,6 +82,7 @@ private:
 
     void React(AgentTrigger trigger);
     void Record(const AgentReaction& reaction);
+    void FollowMessage(AgentTrigger trigger);
     void FollowRinging(AgentTrigger trigger);
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
@@ -103,6 +107,7 @@ private:
     RadioNotices m_notices;
     RadioReports m_reports;
     AttentionNotes m_attention;
+    SentMessages m_sent;
     bool m_transmitting = false;      // the radio has been told so
     std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
     std::optional<LostCall> m_lost;   // with the link

@@ -33,6 +33,11 @@ QString AddressBook::LookupIdent(const QString& text) const
     return m_session.Memory().Addresses().IdentOf(trimmed).value_or(trimmed);
 }
 
+bool AddressBook::IsTalkgroup(const QString& dial) const
+{
+    return m_session.Memory().Addresses().TypeOf(dial) == Directory::Type::Talkgroup;
+}
+
 void AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
 {
     SessionMemory& memory = m_session.Memory();

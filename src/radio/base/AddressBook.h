@@ -19,6 +19,8 @@ public:
     // The dial text of a callsign; any other text only trimmed.
     QString LookupIdent(const QString& text) const;
 
+    bool IsTalkgroup(const QString& dial) const;
+
     // Holds at once here, and is stored in turn with the log records. Duties that the site does not keep are
     // left alone.
     void UpdateDutyStatus(const QString& callsign, bool onDuty);

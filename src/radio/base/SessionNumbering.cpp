@@ -117,6 +117,12 @@ void SessionNumbering::TakeOwnCallsign()
         Q_EMIT CallsignChanged();
 }
 
+bool SessionNumbering::IsOwnGroup(int prefix, int ident) const
+{
+    return m_reported && m_reported->groupBaseIdent > 0 && prefix == m_reported->prefix &&
+           ident >= m_reported->groupBaseIdent && ident <= m_reported->groupMaxIdent;
+}
+
 QString SessionNumbering::DialOf(int prefix, int ident) const
 {
     QString dial;

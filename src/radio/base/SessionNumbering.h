@@ -38,6 +38,9 @@ public:
     void SetReported(const RadioNumbering& numbering);
     void TakeOwnNumber();
 
+    // Whether it is one of the groups that the radio has reported as its fleet's.
+    bool IsOwnGroup(int prefix, int ident) const;
+
     // Empty until the radio has reported its number.
     const QString& MyAddress() const { return m_myAddress; }
     const QString& MyCallsign() const { return m_myCallsign; }

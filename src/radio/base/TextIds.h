@@ -146,4 +146,15 @@ constexpr int RadioTells = 6057;
 constexpr int OffHookUnasked = 6058;
 constexpr int TransmitsUnasked = 6059;
 
+// What to do about a message that has not arrived.
+constexpr int AdviceCheckNumber = 6420;
+constexpr int AdviceLater = 6421;
+constexpr int AdviceAgain = 6422;
+constexpr int AdviceDiverted = 6423;
+constexpr int AdviceShorter = 6424;
+constexpr int AdviceAskFirst = 6425;
+constexpr int AdvicePlainLetters = 6426;
+constexpr int AdviceUnable = 6427;
+constexpr int NoMessagesByTelephone = 6428;
+
 } // namespace RadioText

@@ -2,6 +2,7 @@
 
 #include "addressing/CreateAddressing.h"
 #include "addressing/MptAddressing.h"
+#include "core/base/Clock.h"
 #include "core/desktop/Prompt.h"
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
@@ -15,6 +16,7 @@
 #include "map27/terminal/Requests.h"
 #include "radio/agent/RadioAgent.h"
 #include "radio/base/AddressingText.h"
+#include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
 #include "radio/facade/FleetDataSource.h"
 #include "radio/line/Map27Control.h"
@@ -32,6 +34,16 @@ qint16 Prefix(const RadioAddress& address)
 qint16 Ident(const RadioAddress& address)
 {
     return static_cast<qint16>(address.ident);
+}
+
+// A code that no status can have is refused by the radio control.
+QString StatusInWords(const RadioServices& services, int status)
+{
+    try {
+        return services.statusTexts.StatusOutText(status);
+    } catch (const std::exception&) {
+        return QString::number(status);
+    }
 }
 
 } // namespace
@@ -102,6 +114,7 @@ void Map27Executive::Disconnect()
         m_control->ClearCall();
     }
     m_agent->Forget();
+    m_agent->Sent().Clear();
     m_agent->Numbering().SetAddressing(nullptr);
     m_control->CloseLink();
     m_window->HideAgent();
@@ -204,14 +217,19 @@ void Map27Executive::SendGroupName(const QString& target, int pos, const QString
     });
 }
 
-void Map27Executive::SendStatus(const QString& address, int status)
+void Map27Executive::SendStatus(const QString& address, int status, Purpose purpose)
 {
     if (IsBusy(RadioText::NotReadyForStatus))
         return;
-    StartMessage(address, EventType::Status, QString::number(status), TransactionKind::Status,
-                 RadioText::SendingStatus, [&](const RadioAddress& to) {
-                     m_control->SendStatusMessage(Prefix(to), Ident(to), static_cast<qint16>(status));
-                 });
+    SentMessage message{.time = m_services.clock.Now(),
+                        .kind = EventType::Status,
+                        .to = address,
+                        .message = QString::number(status)};
+    message.mayRepeat = purpose == Purpose::Message;
+    message.shown = StatusInWords(m_services, status);
+    StartMessage(message, message.message, [&](const RadioAddress& to) {
+        m_control->SendStatusMessage(Prefix(to), Ident(to), static_cast<qint16>(status));
+    });
 }
 
 void Map27Executive::SendText(const QString& address, const QString& text, bool eightBit)
@@ -234,9 +252,26 @@ void Map27Executive::SendTextAgain(const QString& address, const QString& text, 
     if (IsBusy(RadioText::NotReadyForText))
         return;
     m_transaction.outgoing.LastInEightBits = eightBit;
-    StartMessage(
-        address, EventType::Text, text, TransactionKind::Text, RadioText::SendingText,
-        [&](const RadioAddress& to) { m_control->SendTextMessage(Prefix(to), Ident(to), text, eightBit); });
+    SentMessage message{
+        .time = m_services.clock.Now(), .kind = EventType::Text, .to = address, .message = text};
+    message.shown = text;
+    message.eightBit = eightBit;
+    StartMessage(message, text, [&](const RadioAddress& to) {
+        m_control->SendTextMessage(Prefix(to), Ident(to), text, eightBit);
+    });
+}
+
+const SentMessages& Map27Executive::Sent() const
+{
+    return m_agent->Sent();
+}
+
+void Map27Executive::SendAgain(const SentMessage& message)
+{
+    if (message.kind == EventType::Status)
+        SendStatus(message.to, message.message.toInt());
+    else
+        SendTextAgain(message.to, message.message, message.eightBit);
 }
 
 void Map27Executive::StartCall(const QString& address, bool emergency, bool priority, bool dialog)
@@ -347,12 +382,19 @@ bool Map27Executive::ToAddress(const QString& dial, RadioAddress& address)
         return true;
     } catch (const AddressingError& failure) {
         // What is still a callsign after the look-up is not in the directory.
-        m_services.prompt.ShowWarning(
-            IsValidCallsign(dial) ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
-                                  : AddressingFailure(failure, m_services.strings).Description());
+        return Refuse(IsValidCallsign(dial)
+                          ? FormatMessage(m_services.strings, RadioText::AddressUnknown, {dial})
+                          : AddressingFailure(failure, m_services.strings).Description());
     } catch (const std::exception& failure) {
-        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
+        return Refuse(DescribeError(failure, m_services.strings));
     }
+}
+
+// Says why what was to be started is not.
+bool Map27Executive::Refuse(const QString& text)
+{
+    m_agent->Sent().Refuse(text);
+    m_services.prompt.ShowWarning(text);
     return false;
 }
 
@@ -362,20 +404,34 @@ void Map27Executive::PrepareMessaging(const QString& party, int captionText)
     m_window->SetCaption(Text(captionText));
 }
 
-void Map27Executive::StartMessage(const QString& address, EventType kind, const QString& text,
-                                  enum TransactionKind transaction, int captionText,
+void Map27Executive::StartMessage(const SentMessage& message, const QString& text,
                                   const std::function<void(const RadioAddress&)>& operation)
 {
-    m_transaction.outgoing.LastSentKind = kind;
+    const bool status = message.kind == EventType::Status;
+    const QString address = message.to;
+    m_agent->Sent().Begin(message);
+    m_transaction.outgoing.LastSentKind = message.kind;
     m_transaction.outgoing.LastMessageText = text;
     m_transaction.outgoing.LastDestination = address;
     const QString dial = m_addressBook.LookupIdent(address);
-    PrepareMessaging(dial, captionText);
+    PrepareMessaging(dial, status ? RadioText::SendingStatus : RadioText::SendingText);
     RadioAddress to;
-    if (!ToAddress(dial, to) || to.kind != AddressKind::Radio)
+    if (!ToAddress(dial, to))
         return;
+    if (to.kind != AddressKind::Radio) {
+        m_agent->Sent().Refuse(Text(RadioText::NoMessagesByTelephone));
+        return;
+    }
+    if (GoesToMany(dial, to))
+        m_agent->Sent().GoesToMany();
     m_transaction.outgoing.MessagePending = true;
-    Start(transaction, address, [&] { operation(to); });
+    Start(status ? TransactionKind::Status : TransactionKind::Text, address, [&] { operation(to); });
+}
+
+bool Map27Executive::GoesToMany(const QString& dial, const RadioAddress& address) const
+{
+    return m_addressBook.IsTalkgroup(dial) || address.ident > MaxSubscriberIdent ||
+           m_agent->Numbering().IsOwnGroup(address.prefix, address.ident);
 }
 
 bool Map27Executive::Start(enum TransactionKind kind, const QString& party,
@@ -387,8 +443,7 @@ bool Map27Executive::Start(enum TransactionKind kind, const QString& party,
         operation();
     } catch (const std::exception& failure) {
         m_transaction.MoveTo(TransactionKind::None);
-        m_services.prompt.ShowWarning(DescribeError(failure, m_services.strings));
-        return false;
+        return Refuse(DescribeError(failure, m_services.strings));
     }
     if (m_transaction.IsOpen())
         m_window->ShowAgent();

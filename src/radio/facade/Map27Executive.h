@@ -15,7 +15,9 @@
 class frmMap27Agent;
 class Map27Control;
 class RadioAgent;
+class SentMessages;
 struct RadioAddress;
+struct SentMessage;
 
 // The one object through which every window uses the radio. It starts one transaction at a time; the outcome
 // arrives at the radio agent. Send operations show their own messages and never raise.
@@ -70,10 +72,15 @@ public:
 
     bool SendRegroup(const QString& member, int pos, const QString& group);
     void SendGroupName(const QString& target, int pos, const QString& name);
-    void SendStatus(const QString& address, int status);
+    // Whoever commands an outstation repeats it where its answer is seen, not from the list of what was sent.
+    enum class Purpose { Message, Command };
+    void SendStatus(const QString& address, int status, Purpose purpose = Purpose::Message);
     void SendText(const QString& address, const QString& text, bool eightBit);
     // The text of an earlier message, in which nothing is to be replaced any more.
     void SendTextAgain(const QString& address, const QString& text, bool eightBit);
+    // The messages of this shift, and one of them as a new one.
+    const SentMessages& Sent() const;
+    void SendAgain(const SentMessage& message);
     void StartCall(const QString& address, bool emergency, bool priority, bool dialog);
     // Ends whatever is in progress and sets the link up again. Raises Error.
     void ResetTran();
@@ -109,11 +116,13 @@ Q_SIGNALS:
 private:
     bool IsBusy(int notReadyText);
     bool ToAddress(const QString& dial, RadioAddress& address);
+    bool Refuse(const QString& text);
     void PrepareMessaging(const QString& party, int captionText);
     bool Start(enum TransactionKind kind, const QString& party, const std::function<void()>& operation);
-    void StartMessage(const QString& address, EventType kind, const QString& text,
-                      enum TransactionKind transaction, int captionText,
+    // `text` is what is recorded.
+    void StartMessage(const SentMessage& message, const QString& text,
                       const std::function<void(const RadioAddress&)>& operation);
+    bool GoesToMany(const QString& dial, const RadioAddress& address) const;
     QString Text(int id) const;
 
     RadioServices m_services;
