@@ -3,7 +3,9 @@
 #include "MainWindowStack.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QToolButton>
 
 namespace {
@@ -231,6 +233,125 @@ TEST(SendPane, BoxesFollowTheWidthOfThePane)
     }
     stack.Window().resize(300, 400);
     EXPECT_EQ(stack.Address().width(), 450 - 195) << "a narrow pane is not rearranged";
+}
+
+// Keys as they come from a keyboard, in words; anything else is typed.
+void Press(QWidget& window, const QStringList& keys)
+{
+    for (const QString& key : keys) {
+        const QKeyCombination known = QKeySequence(key)[0];
+        if (key.size() > 1 && known.key() != Qt::Key_unknown)
+            QTest::keyClick(window.focusWidget(), known.key(), known.keyboardModifiers());
+        else
+            QTest::keyClicks(window.focusWidget(), key);
+    }
+}
+
+struct CompletionCase {
+    const char* name;
+    QStringList keys;
+    const char* offered; // the first of how many
+    int count;
+    const char* address; // afterwards
+    bool sent;
+};
+
+TEST(SendPane, PartiesAreOfferedAndChangeNothingUntilOneIsChosen)
+{
+    const CompletionCase CompletionCases[] = {
+        {"Callsign", {"unit"}, "Unit20", 2, "unit", false},
+        {"Number", {"20020012"}, "Dispatch", 3, "20020012", false},
+        {"Nothing", {"zzz"}, "", 0, "zzz", false},
+        {"TypedOut", {"Unit20"}, "", 0, "Unit20", false},
+        {"EnterWithNoneChosenSends", {"22", "Return"}, "", 0, "22", true},
+        {"Chosen", {"unit", "Down", "Down", "Return"}, "", 0, "Unit22", false},
+        {"ChosenAndSent", {"unit", "Down", "Return", "Return"}, "", 0, "Unit20", true},
+        {"PastTheEnd", {"un", "Up", "Down", "Return"}, "", 0, "un", true},
+        {"Closed", {"unit", "Down", "Esc"}, "", 0, "unit", false},
+        {"SecondAddress", {"Unit20;unit", "Up", "Return"}, "", 0, "Unit20;Unit22", false},
+    };
+    for (const CompletionCase& c : CompletionCases) {
+        SCOPED_TRACE(c.name);
+        LoggedOnStack stack;
+        stack.Window().activateWindow();
+        stack.Find<QComboBox>("cmbStatusMessage").setEditText("05");
+        stack.Address().setFocus();
+        const bool unknown = QByteArray(c.name) == "PastTheEnd";
+        if (unknown)
+            stack.prompt.ExpectWarning(stack.Text(5332).replace("#01", "un"));
+        Press(stack.Window(), c.keys);
+        auto& offer = stack.Find<QListWidget>("lsParties");
+        EXPECT_EQ(offer.isVisible(), c.count > 0);
+        if (c.count > 0) {
+            EXPECT_EQ(offer.count(), c.count);
+            EXPECT_TRUE(offer.item(0)->text().startsWith(c.offered)) << offer.item(0)->text().toStdString();
+        }
+        EXPECT_EQ(stack.Address().currentText(), QString(c.address));
+        EXPECT_EQ(stack.control->TakeOperations().isEmpty(), !c.sent || unknown);
+        EXPECT_EQ(stack.Address().count(), 0);
+        stack.Find<QComboBox>("cmbStatusMessage").setFocus();
+        EXPECT_FALSE(offer.isVisible()) << "it goes with the keyboard";
+    }
+}
+
+TEST(SendPane, WhatWasSentIsRecalledAndKeptInNoBox)
+{
+    LoggedOnStack stack;
+    stack.Click("tbMessageSelector_text");
+    auto& text = stack.Find<QComboBox>("cmbTextMessage");
+    for (const auto& [to, what] : {std::pair("Unit20", "first"), std::pair("Unit22", "second")}) {
+        stack.Address().setEditText(to);
+        text.setEditText(what);
+        stack.Click("cmdSend");
+        stack.executive.ResetTran();
+    }
+    text.setFocus();
+    text.setEditText("draft");
+    const auto after = [&](QComboBox& box, const char* key) {
+        Press(stack.Window(), {key});
+        return box.currentText();
+    };
+    EXPECT_EQ(after(text, "Up"), "second");
+    EXPECT_EQ(after(text, "Up"), "first");
+    EXPECT_EQ(after(text, "Up"), "first");
+    EXPECT_EQ(after(text, "Down"), "second");
+    EXPECT_EQ(after(text, "Down"), "draft");
+    EXPECT_EQ(after(text, "Down"), "draft");
+    stack.Address().setFocus();
+    EXPECT_EQ(after(stack.Address(), "Up"), "Unit22");
+    EXPECT_EQ(after(stack.Address(), "Alt+Up"), "Unit20") << "what stands there is not offered again";
+    EXPECT_EQ(text.count() + stack.Address().count(), 0);
+    stack.LogOff();
+    stack.LogOn();
+    stack.Address().setEditText({});
+    EXPECT_EQ(after(stack.Address(), "Alt+Up"), "") << "it was another operator's";
+}
+
+struct RoomCase {
+    const char* text;
+    bool eightBit;
+    const char* room;
+};
+
+TEST(SendPane, RemainingCharactersAreCountedByTheCoding)
+{
+    const std::string hundred(100, 'x');
+    const std::string eighty(89, 'x');
+    const RoomCase RoomCases[] = {
+        {"", false, "100 characters left"},
+        {"  Hello ", false, "95 characters left"},
+        {hundred.c_str(), false, "0 characters left"},
+        {(eighty).c_str(), true, "1 characters too many"},
+        {"\xC3\xA4", false, "\xC3\xA4 cannot be sent in this coding"},
+        {"\xC3\xA4", true, "87 characters left"},
+    };
+    LoggedOnStack stack;
+    stack.Click("tbMessageSelector_text");
+    for (const RoomCase& c : RoomCases) {
+        stack.Click(c.eightBit ? "tbSdmOptions_eight" : "tbSdmOptions_seven");
+        stack.Find<QComboBox>("cmbTextMessage").setEditText(c.text);
+        EXPECT_EQ(stack.Find<QLabel>("lblRoom").text(), QString(c.room)) << c.text;
+    }
 }
 
 } // namespace

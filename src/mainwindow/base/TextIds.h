@@ -164,4 +164,11 @@ constexpr int RepeatAtScada = 6415;
 constexpr int SentReason = 6416;
 constexpr int SentLine = 6417;
 
+// Quick hands.
+constexpr int CharactersLeft = 6430;
+constexpr int CharactersTooMany = 6431;
+constexpr int CharacterUnsendable = 6432;
+constexpr int PartiesName = 6433;
+constexpr int PartyLine = 6434;
+
 } // namespace MainText

@@ -82,9 +82,9 @@ void winMain::BuildFrame()
     picLog = new LogPane({m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader,
                           m_session, m_services.eventLog},
                          m_client);
-    picSend = new SendPane(
-        {m_services.strings, m_services.prompt, m_services.beeper, m_services.executive, m_session},
-        m_client);
+    picSend = new SendPane({m_services.strings, m_services.prompt, m_services.beeper, m_services.executive,
+                            m_session, m_services.session},
+                           m_client);
     // Last, so that it stays in front of the panes in a window that is too low for everything.
     sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
     m_client->installEventFilter(this);

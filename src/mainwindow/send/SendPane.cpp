@@ -8,7 +8,9 @@
 #include "mainwindow/bars/KeyedToolBar.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/base/TextIds.h"
+#include "mainwindow/send/SendRules.h"
 #include "mainwindow/send/StatusList.h"
+#include "mainwindow/send/TypingHelp.h"
 #include "radio/facade/Map27Executive.h"
 
 #include <QComboBox>
@@ -55,33 +57,6 @@ bool IsBlank(const QString& text)
     return text.trimmed().isEmpty();
 }
 
-// The status code at the beginning of a typed or chosen text: the integer value of its first two characters.
-// Nothing when they are no number or no code from 0 to 31.
-std::optional<int> StatusCodeOf(const QString& text)
-{
-    constexpr int HighestCode = 31;
-
-    bool number = false;
-    const int code = text.left(2).toInt(&number);
-    return number && code >= 0 && code <= HighestCode ? std::optional(code) : std::nullopt;
-}
-
-// The message to send: the text without leading and trailing blanks. Nothing when that is empty or longer
-// than 100 characters.
-std::optional<QString> MessageOf(const QString& text)
-{
-    constexpr qsizetype LongestMessage = 100;
-
-    qsizetype first = 0;
-    qsizetype end = text.size();
-    while (first < end && text[first] == QLatin1Char(' '))
-        ++first;
-    while (end > first && text[end - 1] == QLatin1Char(' '))
-        --end;
-    const QString message = text.mid(first, end - first);
-    return message.isEmpty() || message.size() > LongestMessage ? std::nullopt : std::optional(message);
-}
-
 } // namespace
 
 SendPane::SendPane(const Parts& parts, QWidget* parent)
@@ -96,6 +71,7 @@ SendPane::SendPane(const Parts& parts, QWidget* parent)
     BuildBoxes();
     BuildBars();
     BuildLabels();
+    m_help = new TypingHelp({m_strings, m_executive, parts.database}, *cmbAddress, *cmbTextMessage, *this);
     OrderTabs();
     SelectEncoding(false);
 }
@@ -142,6 +118,7 @@ void SendPane::BuildBars()
                             QStringLiteral("bit7"));
     tbSdmOptions->AddButton(Encoding::EightBit, QStringLiteral("eight"), Style::OneOfAll, MainText::EightTip,
                             QStringLiteral("bit8"));
+    tbSdmOptions->OnClick([this](Encoding) { m_help->Count(IsEightBitEncoding()); });
 
     tbCallOptions = new ToolBarOf<CallOption>(QStringLiteral("tbCallOptions"), this);
     tbCallOptions->setProperty("accessibleNameId", MainText::CallOptionsName);
@@ -221,6 +198,7 @@ void SendPane::SelectType(MessageType type)
     show(cmbStatusMessage, status);
     show(cmbTextMessage, text);
     show(tbSdmOptions, text);
+    show(&m_help->Room(), text);
     show(tbCallOptions, !status && !text);
 
     Label2->setVisible(status || text);
@@ -246,6 +224,7 @@ void SendPane::PrepareCall(const CallOptions& options)
 void SendPane::SelectEncoding(bool eightBit)
 {
     tbSdmOptions->SetPressed(eightBit ? Encoding::EightBit : Encoding::SevenBit, true);
+    m_help->Count(IsEightBitEncoding());
 }
 
 bool SendPane::IsEightBitEncoding() const
@@ -295,6 +274,7 @@ void SendPane::Send()
         m_prompt.ShowWarning(m_strings.LoadString(MainText::MultipleAddresses));
         return;
     }
+    m_help->Remember(destinations.first(), type == MessageType::Text ? *message : QString());
     if (type == MessageType::Status)
         m_executive.SendStatus(destinations.first(), *code);
     else if (type == MessageType::Text)
@@ -312,7 +292,7 @@ void SendPane::Refuse(QComboBox& box)
 bool SendPane::eventFilter(QObject* watched, QEvent* event)
 {
     if (event->type() == QEvent::KeyPress && IsPlainEnter(*static_cast<QKeyEvent*>(event))) {
-        if (IsFirstPress(*static_cast<QKeyEvent*>(event)))
+        if (IsFirstPress(*static_cast<QKeyEvent*>(event)) && !m_help->AcceptParty())
             Send();
         return true;
     }
@@ -407,4 +387,6 @@ void SendPane::PlaceControls(int paneWidth)
     tbCallOptions->setGeometry(left, top3, tbCallOptions->sizeHint().width(), row);
     const int sendWidth = std::max(textWidth(cmdSend), 2 * row + row);
     cmdSend->setGeometry(boxRight - sendWidth, top3, sendWidth, row);
+    const int roomLeft = left + tbSdmOptions->width() + Gap;
+    m_help->Room().setGeometry(roomLeft, top3, std::max(0, boxRight - sendWidth - Gap - roomLeft), row);
 }

@@ -9,7 +9,9 @@ class QComboBox;
 class QKeyEvent;
 class QLabel;
 class QPushButton;
+class TypingHelp;
 struct IBeeper;
+struct IDbSession;
 struct IPrompt;
 struct IStringSource;
 struct SessionState;
@@ -34,6 +36,7 @@ public:
         IBeeper& beeper;
         Map27Executive& executive;
         const SessionState& session;
+        IDbSession& database; // its directory completes addresses
     };
 
     SendPane(const Parts& parts, QWidget* parent);
@@ -94,6 +97,7 @@ private:
     Map27Executive& m_executive;
     const SessionState& m_session;
     bool m_placed = false;
+    TypingHelp* m_help;
     FreshKeys::Keys m_down; // that have sent, or went down elsewhere
     ToolBarOf<MessageType>* tbMessageSelector;
     ToolBarOf<Encoding>* tbSdmOptions;

@@ -261,6 +261,17 @@ void Map27Executive::SendTextAgain(const QString& address, const QString& text, 
     });
 }
 
+TextRoom Map27Executive::RoomIn(const QString& text, bool eightBit) const
+{
+    bool escapes = false;
+    try {
+        escapes = m_services.settings.PrintfEscapes();
+    } catch (const std::exception&) {
+        // Sending says so.
+    }
+    return RoomOf(escapes ? FormatMessage(text, {}) : text, eightBit);
+}
+
 const SentMessages& Map27Executive::Sent() const
 {
     return m_agent->Sent();

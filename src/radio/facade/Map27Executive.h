@@ -6,6 +6,7 @@
 #include "radio/base/LinkStatus.h"
 #include "radio/base/RadioServices.h"
 #include "radio/base/Transaction.h"
+#include "radio/facade/TextRoom.h"
 
 #include <QObject>
 #include <QStringList>
@@ -78,6 +79,8 @@ public:
     void SendText(const QString& address, const QString& text, bool eightBit);
     // The text of an earlier message, in which nothing is to be replaced any more.
     void SendTextAgain(const QString& address, const QString& text, bool eightBit);
+    // How much a text that is being typed may still grow. Raises nothing.
+    TextRoom RoomIn(const QString& text, bool eightBit) const;
     // The messages of this shift, and one of them as a new one.
     const SentMessages& Sent() const;
     void SendAgain(const SentMessage& message);
