@@ -1,7 +1,10 @@
 // The SCADA panel: reports, commands, switches that end in every way, names and the unit.
 
 #include "MainWindowStack.h"
+#include "core/session/Registry.h"
+#include "core/texts/FormatMessage.h"
 #include "mainwindow/scada/ScadaModel.h"
+#include "map27/codec/Messages.h"
 
 #include <QAbstractButton>
 #include <QComboBox>
@@ -240,6 +243,53 @@ TEST(Scada, NamesAndUnitAreKept)
     EXPECT_EQ(QTextDocumentFragment::fromHtml(tip).toPlainText(),
               QStringLiteral("Control 7 <b>Pump: Unknown"));
     EXPECT_EQ(stack.Find<QComboBox>("cmbScadaUnit").currentText(), QStringLiteral("Unit20"));
+}
+
+TEST(Scada, ACriticalControlAsksBeforeItIsSwitched)
+{
+    ScadaStack stack;
+    stack.Receive("O:00000010");
+    RegistryStore(stack.session, {{"scada_critical", "1; 3;x;99"}, {"scada_old_minutes", "15"}});
+    stack.DoubleClick(0);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 2 10"}) << "not marked";
+    stack.Progress(map27::Type::MessagePositive);
+    const auto ask = [&](int id, bool answer) {
+        stack.prompt.ExpectConfirmation(
+            FormatMessage(stack.strings, id, {id < 6447 ? "1" : "Unit20", "", "Unit20"}), answer);
+    };
+    ask(6446, false);
+    stack.DoubleClick(1);
+    ask(6448, false);
+    stack.Click("cmdALLOFF");
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    ask(6446, true);
+    stack.prompt.whileOpen = [&] { stack.Receive("O:00000000"); };
+    stack.DoubleClick(1);
+    stack.prompt.whileOpen = nullptr;
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList()) << "it is off meanwhile, which nobody has seen";
+    ask(6445, true);
+    stack.DoubleClick(1);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 2 11"});
+    stack.Progress(map27::Type::MessagePositive);
+    ask(6447, true);
+    stack.Click("cmdALLON");
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 2 18"});
+    stack.Progress(map27::Type::MessagePositive);
+
+    const auto isOld = [&] {
+        stack.Choose("Unit20"); // as the timer does
+        const QModelIndex item = stack.Controls().model()->index(0, 0);
+        EXPECT_EQ(item.data(Qt::ForegroundRole).isValid(), stack.Source("lblControls").contains("(old)"));
+        return item.data(Qt::AccessibleTextRole).toString().contains("(old)");
+    };
+    stack.clock.Step(std::chrono::minutes(15));
+    stack.Choose("");
+    EXPECT_FALSE(isOld());
+    stack.clock.Step(std::chrono::seconds(1));
+    stack.Choose("");
+    EXPECT_TRUE(isOld());
+    stack.Receive("O:00000000");
+    EXPECT_FALSE(isOld());
 }
 
 } // namespace

@@ -171,4 +171,17 @@ constexpr int CharacterUnsendable = 6432;
 constexpr int PartiesName = 6433;
 constexpr int PartyLine = 6434;
 
+// Guards of outstations.
+constexpr int MarkCritical = 6440;
+constexpr int OldAfter = 6441;
+constexpr int OldNever = 6442;
+constexpr int OldMinutes = 6443;
+constexpr int OldHours = 6444;
+constexpr int SwitchCriticalOn = 6445;
+constexpr int SwitchCriticalOff = 6446;
+constexpr int AllCriticalOn = 6447;
+constexpr int AllCriticalOff = 6448;
+constexpr int OldValue = 6449;
+constexpr int CriticalControl = 6450;
+
 } // namespace MainText

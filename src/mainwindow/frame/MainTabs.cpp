@@ -43,7 +43,8 @@ MainTabs::MainTabs(const Services& services, const SessionState& session, QWidge
     picGroups = new GroupsPane({s.strings, s.prompt, s.executive, s.settings, s.session, s.eventLog}, session,
                                client);
     picIndividuals = new IndividualsPane({s.strings, s.prompt, s.settings, s.session, session}, client);
-    picScada = new ScadaPane({s.strings, s.prompt, s.settings, s.executive, session}, client);
+    picScada =
+        new ScadaPane({s.strings, s.prompt, s.settings, s.executive, session, s.session, s.clock}, client);
     picGroups->SetMayDrag(
         [&session, &profile = s.profile] { return session.MayRegroup(profile.AllowDynamicRegrouping()); });
     ShowTab(tsMain->currentIndex());

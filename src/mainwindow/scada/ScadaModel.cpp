@@ -5,8 +5,11 @@
 #include "core/widgets/Icons.h"
 #include "mainwindow/base/TextIds.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <QPalette>
 #include <QTextDocument>
+#include <utility>
 
 namespace {
 
@@ -35,10 +38,17 @@ ScadaModel::ScadaModel(Kind kind, const IStringSource& strings, QObject* parent)
 {
 }
 
-void ScadaModel::Show(const ScadaItems& items)
+void ScadaModel::Show(const ScadaItems& items, bool old)
 {
     m_items = items;
+    m_old = old;
     Q_EMIT dataChanged(index(0), index(ScadaItemCount - 1));
+}
+
+void ScadaModel::MarkCritical(int item, bool on)
+{
+    if (std::exchange(m_critical[static_cast<std::size_t>(item)], on) != on)
+        Q_EMIT dataChanged(index(item), index(item));
 }
 
 void ScadaModel::SetName(int item, const QString& name)
@@ -63,8 +73,13 @@ QVariant ScadaModel::data(const QModelIndex& index, int role) const
         return m_names[place].isEmpty() ? QString::number(index.row()) : m_names[place];
     case Qt::EditRole:
         return m_names[place];
-    case Qt::DecorationRole:
-        return Icon(PictureKey(item), item.unknown);
+    case Qt::DecorationRole: {
+        const QIcon icon = Icon(PictureKey(item), item.unknown);
+        return m_old ? QIcon(icon.pixmap(GhostEdge, QIcon::Disabled)) : icon;
+    }
+    case Qt::ForegroundRole:
+        return m_old ? QVariant(QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text))
+                     : QVariant();
     case Qt::ToolTipRole:
         // A tool tip treats whatever looks like markup as markup.
         return Qt::convertFromPlainText(Describe(index.row()));
@@ -127,7 +142,12 @@ QString ScadaModel::Describe(int item) const
         state = MainText::StateUnknown;
     else if (shown.outcome == Outcome::NotDone)
         state = MainText::OutcomeNotDone;
-    return FormatMessage(
+    const auto marked = [this](int id, bool on, const QString& text) {
+        return on ? FormatMessage(m_strings, id, {text}) : text;
+    };
+    const QString text = FormatMessage(
         m_strings, m_kind == Kind::Sensors ? MainText::SensorState : MainText::ControlState,
         {QString::number(item), m_names[static_cast<std::size_t>(item)], m_strings.LoadString(state)});
+    return marked(MainText::CriticalControl, m_critical[static_cast<std::size_t>(item)],
+                  marked(MainText::OldValue, m_old, text));
 }

@@ -21,7 +21,9 @@ public:
 
     ScadaModel(Kind kind, const IStringSource& strings, QObject* parent);
 
-    void Show(const ScadaItems& items);
+    // `old`: the values are too old to be trusted.
+    void Show(const ScadaItems& items, bool old);
+    void MarkCritical(int item, bool on);
     void SetName(int item, const QString& name);
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -41,6 +43,8 @@ private:
     Kind m_kind;
     const IStringSource& m_strings;
     ScadaItems m_items;
+    bool m_old = false;
+    std::array<bool, ScadaItemCount> m_critical{};
     std::array<QString, ScadaItemCount> m_names;
     mutable QHash<QString, QIcon> m_icons;
 };

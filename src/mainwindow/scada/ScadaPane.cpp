@@ -1,5 +1,6 @@
 #include "mainwindow/scada/ScadaPane.h"
 
+#include "core/base/Clock.h"
 #include "core/desktop/Prompt.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
@@ -12,6 +13,7 @@
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/lists/OutcomeDelegate.h"
+#include "mainwindow/scada/ScadaGuardMenu.h"
 #include "mainwindow/scada/ScadaModel.h"
 #include "radio/facade/Map27Executive.h"
 
@@ -24,11 +26,13 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QTextDocument>
+#include <QTimer>
 #include <algorithm>
 
 namespace {
 
 constexpr int LeastLines = 3; // of a list
+constexpr std::chrono::seconds AgeingPause{10};
 
 QLabel* NewLabel(const char* name, int textId, QWidget* parent)
 {
@@ -56,10 +60,14 @@ ScadaPane::ScadaPane(const Parts& parts, QWidget* parent)
       m_parts(parts),
       m_sensors(new ScadaModel(ScadaModel::Kind::Sensors, parts.strings, this)),
       m_controls(new ScadaModel(ScadaModel::Kind::Controls, parts.strings, this)),
-      m_switch(parts.executive)
+      m_switch(parts.executive),
+      m_guard(parts.database),
+      m_ageing(new QTimer(this))
 {
     setObjectName(QStringLiteral("picScada"));
     Build();
+    connect(m_ageing, &QTimer::timeout, this, &ScadaPane::ShowUnit);
+    m_ageing->start(AgeingPause);
     for (ScadaModel* model : {m_sensors, m_controls}) {
         connect(
             model, &ScadaModel::Renamed, this,
@@ -133,6 +141,9 @@ QListView* ScadaPane::NewList(const char* name, int accessibleNameId, ScadaModel
     list->setItemDelegate(new OutcomeDelegate(list));
     list->setIconSize(IconSize(*this));
     list->setMinimumHeight(LeastLines * fontMetrics().lineSpacing()); // a small window has to hold the pane
+    list->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(list, &QListView::customContextMenuRequested, this,
+            [this, list](const QPoint& place) { ShowGuardMenu(*list, place); });
     list->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed);
     return list;
 }
@@ -142,8 +153,10 @@ QWidget* ScadaPane::NewButton(const char* name, int textId, int statusCode)
     auto* button = new QPushButton(this);
     button->setObjectName(QLatin1String(name));
     button->setProperty("textId", textId);
-    connect(button, &QPushButton::clicked, this,
-            [this, statusCode] { Command(cmbScadaUnit->currentText(), statusCode); });
+    connect(button, &QPushButton::clicked, this, [this, statusCode] {
+        if (MayCommandAll(statusCode))
+            Command(cmbScadaUnit->currentText(), statusCode);
+    });
     return button;
 }
 
@@ -205,8 +218,11 @@ void ScadaPane::ShowUnit()
     ScadaStation nothing;
     nothing.name = unit;
     const ScadaStation& shown = known != m_stations.end() ? known->second : nothing;
-    m_sensors->Show(shown.sensors);
-    m_controls->Show(shown.controls);
+    const QDateTime now = m_parts.clock.Now();
+    m_sensors->Show(shown.sensors, m_guard.IsOld(shown.sensorsTime, now));
+    m_controls->Show(shown.controls, m_guard.IsOld(shown.controlsTime, now));
+    for (int control = 0; control < ScadaItemCount; ++control)
+        m_controls->MarkCritical(control, m_guard.IsCritical(control));
     ShowSource(*lblSensors, MainText::SensorsName, shown, shown.sensorsTime);
     ShowSource(*lblControls, MainText::ControlsName, shown, shown.controlsTime);
 }
@@ -225,9 +241,49 @@ void ScadaPane::ShowSource(QLabel& label, int kindId, const ScadaStation& statio
         id = station.name.isEmpty() ? MainText::ScadaNoUnit : MainText::ScadaNotReported;
     }
     QString text = FormatMessage(strings, id, {strings.LoadString(kindId), station.name, when});
+    const bool old = m_guard.IsOld(time, m_parts.clock.Now());
+    if (old)
+        text = FormatMessage(strings, MainText::OldValue, {text});
+    label.setForegroundRole(old ? QPalette::PlaceholderText : QPalette::WindowText);
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     label.setText(text);
     label.setToolTip(Qt::convertFromPlainText(text));
+}
+
+// The second step of a switch that is marked as critical. What was reported meanwhile has to be looked at
+// first.
+bool ScadaPane::MaySwitch(int control, bool off)
+{
+    if (!m_guard.IsCritical(control))
+        return true;
+    const QModelIndex index = m_controls->index(control);
+    const QVariant seen = index.data(ScadaModel::PictureRole);
+    if (seen == QLatin1String("cwait"))
+        return false;
+    const QString question =
+        FormatMessage(m_parts.strings, off ? MainText::SwitchCriticalOff : MainText::SwitchCriticalOn,
+                      {QString::number(control), index.data(Qt::EditRole).toString(), ChosenUnit()});
+    return m_parts.prompt.AskConfirmation(question) && m_parts.session.LoggedOn &&
+           index.data(ScadaModel::PictureRole) == seen;
+}
+
+bool ScadaPane::MayCommandAll(int statusCode)
+{
+    const bool switches = statusCode == ScadaCode::AllOn || statusCode == ScadaCode::AllOff;
+    if (!switches || !m_guard.HasCritical())
+        return true;
+    const int question = statusCode == ScadaCode::AllOn ? MainText::AllCriticalOn : MainText::AllCriticalOff;
+    return m_parts.prompt.AskConfirmation(FormatMessage(m_parts.strings, question, {ChosenUnit()})) &&
+           m_parts.session.LoggedOn;
+}
+
+void ScadaPane::ShowGuardMenu(QListView& list, const QPoint& place)
+{
+    if (!m_parts.session.Administrator)
+        return;
+    const QModelIndex item = list.indexAt(place);
+    ScadaGuardMenu menu{m_parts.strings, m_parts.prompt, m_guard, [this] { ShowUnit(); }};
+    menu.PopUp(*this, list.viewport()->mapToGlobal(place), &list == lvControls ? item.row() : -1);
 }
 
 void ScadaPane::SwitchSelected()
@@ -244,6 +300,8 @@ void ScadaPane::SwitchSelected()
     const QVariant seen = control.data(ScadaModel::PictureRole);
     ShowUnit();
     if (control.data(ScadaModel::PictureRole) != seen)
+        return;
+    if (!MaySwitch(control.row(), seen == QLatin1String("con")))
         return;
     ScadaStation& station = m_stations[AddressOf(unit)];
     if (station.name.isEmpty())

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "mainwindow/scada/ScadaGuard.h"
 #include "mainwindow/scada/ScadaSwitch.h"
 #include "radio/agent/Views.h"
 
@@ -10,8 +11,11 @@ class Map27Executive;
 class QComboBox;
 class QLabel;
 class QListView;
+class QTimer;
 class ScadaModel;
 class Settings;
+struct Clock;
+struct IDbSession;
 struct IPrompt;
 struct IStringSource;
 struct SessionState;
@@ -28,6 +32,8 @@ public:
         Settings& settings;
         Map27Executive& executive;
         const SessionState& session;
+        IDbSession& database;
+        const Clock& clock;
     };
 
     ScadaPane(const Parts& parts, QWidget* parent);
@@ -61,6 +67,9 @@ private:
     void OfferUnit(const QString& name);
     void ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time);
     void Command(const QString& unit, int statusCode);
+    bool MaySwitch(int control, bool off);
+    bool MayCommandAll(int statusCode);
+    void ShowGuardMenu(QListView& list, const QPoint& place);
     void SwitchSelected();
     void StoreName(ScadaModel& model, int item, const QString& name);
 
@@ -68,6 +77,8 @@ private:
     ScadaModel* m_sensors;
     ScadaModel* m_controls;
     ScadaSwitch m_switch;
+    ScadaGuard m_guard;
+    QTimer* m_ageing;
     QWidget* m_content = nullptr;
     std::map<QString, ScadaStation> m_stations; // by address
     QString m_reportedLast;                     // address of a station
