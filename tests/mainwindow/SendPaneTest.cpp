@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QToolButton>
 
 namespace {
@@ -352,6 +353,62 @@ TEST(SendPane, RemainingCharactersAreCountedByTheCoding)
         stack.Find<QComboBox>("cmbTextMessage").setEditText(c.text);
         EXPECT_EQ(stack.Find<QLabel>("lblRoom").text(), QString(c.room)) << c.text;
     }
+}
+
+TEST(SendPane, AKeyPreparesWhatIsKeptUnderItAndSendsNothing)
+{
+    LoggedOnStack stack;
+    const auto key = [&](Qt::Key code) { QTest::keyClick(&stack.Window(), code, Qt::ControlModifier); };
+    stack.Address().setEditText("Unit20");
+    stack.Find<QComboBox>("cmbStatusMessage").setEditText("05");
+    stack.Trigger("miKeepFavourite1");
+    stack.Trigger("miSendCall");
+    stack.Address().setEditText("Unit22");
+    stack.Trigger("miKeepFavourite8");
+    for (const char* emergency : {"miSendEmrgCall", "miSendPriorBcast"}) {
+        stack.Trigger(emergency);
+        stack.prompt.ExpectWarning(stack.Text(6467));
+        stack.Trigger("miKeepFavourite2");
+        stack.prompt.Finish();
+    }
+    stack.Click("tbMessageSelector_text");
+    stack.Find<QComboBox>("cmbTextMessage").setEditText(" Return; to [base] ");
+    stack.Trigger("miKeepText9");
+
+    // The emergency call that was prepared last leaves nothing behind.
+    stack.Trigger("miSendEmrgCall");
+    stack.Address().setEditText("");
+    key(Qt::Key_F8);
+    EXPECT_EQ(stack.Address().currentText(), "Unit22");
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    QTest::keyClick(stack.Window().focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"MakeCall 0 4 off off on"});
+    stack.executive.ResetTran();
+    stack.control->TakeOperations();
+    key(Qt::Key_F1);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    QTest::keyClick(stack.Window().focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 2 5"});
+    stack.executive.ResetTran();
+    stack.control->TakeOperations();
+    key(Qt::Key_9);
+    EXPECT_EQ(stack.Find<QComboBox>("cmbTextMessage").currentText(), "Return; to [base]");
+    stack.prompt.ExpectInfo(stack.Text(6465));
+    key(Qt::Key_F2);
+    stack.prompt.Finish();
+    EXPECT_EQ(
+        stack.settings.Read("quick " + stack.session.Workspace().UserName().toCaseFolded(), "favourite1", {}),
+        "status 05 Unit20");
+
+    QMenu& parties = *stack.Action("miLastParties").menu();
+    Q_EMIT parties.aboutToShow();
+    ASSERT_EQ(parties.actions().size(), 2);
+    parties.actions().at(1)->trigger();
+    EXPECT_EQ(stack.Address().currentText(), "Unit22");
+    stack.LogOff();
+    key(Qt::Key_F1);
+    EXPECT_EQ(stack.Address().currentText(), "Unit22") << "nobody is logged on";
+    EXPECT_EQ(stack.control->TakeOperations().filter("Send"), QStringList());
 }
 
 } // namespace

@@ -37,6 +37,9 @@ constexpr CommandRow Rows[] = {
     {Item, MainCommand::SendText, "miSendText", SendText, 0, When::Always, When::Always},
     {Separator, MainCommand::None, "", SentSeparator, 0, When::Always, When::Always},
     {Item, MainCommand::SentMessages, "miSentMessages", SentMessages, 0, When::LoggedOn, When::Always},
+    {Item, MainCommand::Favourites, "miFavourites", Favourites, 0, When::LoggedOn, When::Always},
+    {Item, MainCommand::QuickTexts, "miQuickTexts", QuickTexts, 0, When::LoggedOn, When::Always},
+    {Item, MainCommand::LastParties, "miLastParties", LastParties, 0, When::LoggedOn, When::Always},
 
     {Menu, MainCommand::RegroupingMenu, "mbDynReg", RegroupingMenu, 0, When::LoggedOn, When::LoggedOn},
     {Item, MainCommand::DefaultDynamic, "miDefDynamic", DefaultDynamic, 0, When::Always, When::Always},

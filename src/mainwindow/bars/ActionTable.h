@@ -41,6 +41,9 @@ enum class MainCommand {
     SendStatus,
     SendText,
     SentMessages,
+    Favourites,
+    QuickTexts,
+    LastParties,
 
     RegroupingMenu,
     DefaultDynamic,

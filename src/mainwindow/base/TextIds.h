@@ -171,6 +171,15 @@ constexpr int CharacterUnsendable = 6432;
 constexpr int PartiesName = 6433;
 constexpr int PartyLine = 6434;
 
+constexpr int KeepFavourite = 6460;
+constexpr int KeepText = 6461;
+constexpr int FreePlace = 6462;
+constexpr int FavouriteStatus = 6463;
+constexpr int FavouriteCall = 6464;
+constexpr int NoFavourite = 6465;
+constexpr int NoQuickText = 6466;
+constexpr int NoEmergencyFavourite = 6467;
+
 // Guards of outstations.
 constexpr int MarkCritical = 6440;
 constexpr int OldAfter = 6441;

@@ -15,6 +15,7 @@
 #include "mainwindow/frame/Services.h"
 #include "mainwindow/frame/Windows.h"
 #include "mainwindow/log/LogPane.h"
+#include "mainwindow/send/QuickMenus.h"
 #include "mainwindow/send/SendPane.h"
 #include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/send/frmSentMessages.h"
@@ -117,6 +118,13 @@ void MainCommands::ConnectMessaging()
     bars.On(
         MainCommand::SendText, [&send] { send.SelectType(SendPane::MessageType::Text); });
     bars.On(MainCommand::SentMessages, [this] { ShowSentMessages(); });
+    const Services& services = m_parts.services;
+    const MainMenu& menu = bars.Menu();
+    new QuickMenus( // the pane's
+        QuickMenus::Parts{services.strings, services.prompt, services.settings, services.session,
+                          m_parts.session, services.statusTexts, send},
+        menu.Action(MainCommand::Favourites), menu.Action(MainCommand::QuickTexts),
+        menu.Action(MainCommand::LastParties));
 }
 
 void MainCommands::ConnectRegrouping()

@@ -221,6 +221,44 @@ void SendPane::PrepareCall(const CallOptions& options)
     tbCallOptions->SetPressed(CallOption::Dialog, options.dialog);
 }
 
+void SendPane::Prepare(const Favourite& favourite)
+{
+    SetAddress(favourite.to);
+    if (!favourite.status)
+        return PrepareCall({.emergency = false, .priority = false, .dialog = true});
+    SelectType(MessageType::Status);
+    cmbStatusMessage->setCurrentIndex(cmbStatusMessage->findData(*favourite.status));
+    if (cmbStatusMessage->currentIndex() < 0) // none of the network's, but it can be sent
+        cmbStatusMessage->setEditText(QStringLiteral("%1").arg(*favourite.status, 2, 10, QLatin1Char('0')));
+    cmbStatusMessage->lineEdit()->selectAll();
+}
+
+void SendPane::PrepareText(const QString& text)
+{
+    SelectType(MessageType::Text);
+    cmbTextMessage->setEditText(text);
+}
+
+std::optional<Favourite> SendPane::Composed() const
+{
+    const QStringList to = Map27Executive::ParseAddressLine(Address());
+    const auto type = tbMessageSelector->Pressed();
+    const auto status = StatusCodeOf(cmbStatusMessage->currentText());
+    if (to.size() != 1 || type == MessageType::Text || (type == MessageType::Status && !status))
+        return {};
+    return Favourite{to.first(), type == MessageType::Status ? status : std::nullopt};
+}
+
+QString SendPane::ComposedText() const
+{
+    return MessageOf(cmbTextMessage->currentText()).value_or(QString());
+}
+
+QStringList SendPane::LastParties() const
+{
+    return m_help->SentAddresses();
+}
+
 void SendPane::SelectEncoding(bool eightBit)
 {
     tbSdmOptions->SetPressed(eightBit ? Encoding::EightBit : Encoding::SevenBit, true);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/desktop/FreshKeys.h"
+#include "mainwindow/send/QuickStore.h"
 
 #include <QWidget>
 
@@ -53,6 +54,14 @@ public:
     // Presses the selector button and shows what belongs to it.
     void SelectType(MessageType type);
     void PrepareCall(const CallOptions& options);
+    // Fill the pane; nothing is sent.
+    void Prepare(const Favourite& favourite);
+    void PrepareText(const QString& text);
+    // The status or call that stands here, if it is one, and the text.
+    std::optional<Favourite> Composed() const;
+    QString ComposedText() const;
+    // To whom something was sent in this shift, newest first.
+    QStringList LastParties() const;
     void SelectEncoding(bool eightBit);
 
     bool IsEightBitEncoding() const;

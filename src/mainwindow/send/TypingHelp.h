@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class Map27Executive;
 class PartyPopup;
@@ -30,6 +31,7 @@ public:
     bool AcceptParty();
     // An empty text: it was none.
     void Remember(const QString& address, const QString& text);
+    QStringList SentAddresses() const;
     // By the coding that is chosen now.
     void Count(bool eightBit);
     QLabel& Room() { return *lblRoom; }
