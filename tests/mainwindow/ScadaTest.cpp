@@ -50,6 +50,7 @@ public:
         const QPoint place = Controls().visualRect(Controls().model()->index(row, 0)).center();
         QTest::mouseClick(Controls().viewport(), Qt::LeftButton, Qt::NoModifier, place);
         QTest::mouseDClick(Controls().viewport(), Qt::LeftButton, Qt::NoModifier, place);
+        QCoreApplication::sendPostedEvents(&Find<QWidget>("picScada"));
     }
 };
 

@@ -91,7 +91,8 @@ void ScadaPane::Build()
     QListView* sensors = NewList("lvSensors", MainText::SensorsName, *m_sensors);
     lvControls = NewList("lvControls", MainText::ControlsName, *m_controls);
     lvControls->installEventFilter(this);
-    connect(lvControls, &QListView::doubleClicked, this, &ScadaPane::SwitchSelected);
+    // After the list has done with the click: a box within it would let a name be edited behind itself.
+    connect(lvControls, &QListView::doubleClicked, this, &ScadaPane::SwitchSelected, Qt::QueuedConnection);
 
     auto* grid = new QGridLayout(NewContent());
     grid->setContentsMargins(4, 4, 4, 4);
