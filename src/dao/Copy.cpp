@@ -135,7 +135,7 @@ Digest DigestOf(Engine& engine, const TableShape& table, const QStringList& colu
     return digest;
 }
 
-// Ids that are not to be given again, though their records are gone.
+// Ids that are not to be given again, those of records that are gone too.
 void CopyCounter(const Side& from, const Side& to, const QString& table, const QString& column)
 {
     QVariant last;
@@ -148,6 +148,9 @@ void CopyCounter(const Side& from, const Side& to, const QString& table, const Q
                    from.engine->FirstRow("SELECT seq FROM main.sqlite_sequence WHERE name = ?", {table})) {
         last = row->first();
     }
+    // Files count only what is never to be given again; a server counts everything.
+    if (!last.isValid())
+        last = from.engine->FirstRow("SELECT max(" + Quoted(column) + ") FROM " + Quoted(table))->first();
     if (!last.isValid())
         return;
     if (to.server)
