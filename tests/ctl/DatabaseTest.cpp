@@ -1,5 +1,9 @@
 #include "ctl/Site.h"
 #include "ctl/TerminalRun.h"
+#include "dao/Recovery.h"
+#include "dao/Workspace.h"
+#include "dao/tables/RegistryTable.h"
+#include "support/OtherUser.h"
 
 namespace {
 
@@ -65,6 +69,48 @@ TEST_F(Databases, AccountsAreAddedListedAndTheirPasswordsChanged)
     EXPECT_EQ(User({"password", "Bo", "--as", "Cy"}, "second\nfourth\n").code, 0);
     EXPECT_EQ(User({"list", "--as", "Bo"}, "fourth\n").code, 0);
     EXPECT_EQ(RunCtl({"db", "check", m_target}).code, 0);
+}
+
+// A forgotten password, and a numbering that nobody can log on with.
+TEST_F(Databases, WaysBackInAreForTheOwnerAndLeaveARecord)
+{
+    ASSERT_EQ(CreateForAda().code, 0);
+    ASSERT_EQ(User({"add", "Bo", "--as", "Ada"}, "secret\nfirst\n").code, 0);
+    EXPECT_EQ(RunCtl({"user", "recover", m_target}).out, "Administrators: Ada\n");
+    ExpectFailure(User({"recover", "Cy"}, "new\n"), "Cy");
+    ExpectFailure(User({"recover", "Ada"}, "\n"), "");
+    for (const QString& path : {m_target, dao::WorkgroupFileFor(m_target)})
+        QFile::setPermissions(path, QFile::Permissions(0x6666)); // who may write is not who owns
+    QFile::setPermissions(m_folder.path(), QFile::Permissions(0x7777));
+    EXPECT_TRUE(AsNobody([&] {
+        try {
+            dao::RecoverAccount(dao::LocationOf(m_target), "Ada", "mine", "note");
+        } catch (const dao::Error& error) {
+            return error.kind == dao::Kind::NotOwner;
+        }
+        return false;
+    }));
+    EXPECT_EQ(User({"list", "--as", "Ada"}, "secret\n").code, 0);
+
+    EXPECT_EQ(User({"recover", "ADA"}, "new\n").out, "Ada has a new password; the log has a record of it\n");
+    EXPECT_EQ(User({"list", "--as", "Ada"}, "secret\n").code, 1);
+    const auto workspace = dao::OpenWorkspace(dao::LocationOf(m_target), "Ada", "new");
+    const auto events = workspace->Database().OpenTable("event");
+    EXPECT_TRUE(events->Field("desc").toString().contains("new password for ADA"));
+
+    for (const char* key : {"subscriber_numbering", "ANN_FPP"})
+        dao::RegistryTable::Store(workspace->Database(), key, "nonsense");
+    const auto settings = [&](const QStringList& arguments, const QByteArray& passwords) {
+        return RunWithPasswords(QStringList{"settings", arguments[0], m_target} + arguments.mid(1),
+                                passwords);
+    };
+    EXPECT_EQ(settings({"reset", "--as", "Ada"}, "new\n").code, 2) << "says not which";
+    ExpectFailure(settings({"reset", "ANN_FPP", "--as", "Bo"}, "first\n"), "Only an administrator");
+    EXPECT_EQ(settings({"show", "--as", "Bo"}, "first\n").out,
+              "ANN_FPP\tnonsense\nsubscriber_numbering\tnonsense\n");
+    EXPECT_EQ(settings({"reset", "subscriber_numbering", "--as", "Ada"}, "new\n").out,
+              "Was: subscriber_numbering\tnonsense\n");
+    EXPECT_EQ(settings({"show", "--as", "Ada"}, "new\n").out, "ANN_FPP\tnonsense\n");
 }
 
 TEST_F(Databases, RefusedChangesLeaveNothingBehind)

@@ -191,6 +191,9 @@ TEST_F(ServerCopy, IsBackedUpAndRestored)
     EXPECT_TRUE(BoCanLogOn(m_server, "new"));
     EXPECT_EQ(RunCtl({"db", "check", m_server}).code, 0);
     ExpectFailure(restore(m_server), "already exists");
+    const CtlRun recovered = RunWithPasswords({"user", "recover", m_server, "bo"}, "newer\n");
+    EXPECT_EQ(recovered.code, 0) << recovered.err.toStdString();
+    EXPECT_TRUE(!BoCanLogOn(m_server, "new") && BoCanLogOn(m_server, "newer"));
 
     const QString file = m_folder.filePath("restored.kyndb");
     ASSERT_EQ(restore(file).code, 0);

@@ -11,11 +11,29 @@ constexpr auto Name = "veltorkynctl";
 
 QList<Command> AllCommands()
 {
-    return {DbCreateCommand(),        DbCheckCommand(),      DbMigrateCommand(),    DbCopyCommand(),
-            DbBackupCommand(),        DbRestoreCommand(),    UserAddCommand(),      UserListCommand(),
-            UserPasswordCommand(),    FleetExportCommand(),  FleetImportCommand(),  DirectoryExportCommand(),
-            DirectoryImportCommand(), StatusExportCommand(), StatusImportCommand(), DialCommand(),
-            TraceExplainCommand(),    RadioCheckCommand(),   LogShowCommand(),      LogExportCommand(),
+    return {DbCreateCommand(),
+            DbCheckCommand(),
+            DbMigrateCommand(),
+            DbCopyCommand(),
+            DbBackupCommand(),
+            DbRestoreCommand(),
+            UserAddCommand(),
+            UserListCommand(),
+            UserPasswordCommand(),
+            UserRecoverCommand(),
+            SettingsShowCommand(),
+            SettingsResetCommand(),
+            FleetExportCommand(),
+            FleetImportCommand(),
+            DirectoryExportCommand(),
+            DirectoryImportCommand(),
+            StatusExportCommand(),
+            StatusImportCommand(),
+            DialCommand(),
+            TraceExplainCommand(),
+            RadioCheckCommand(),
+            LogShowCommand(),
+            LogExportCommand(),
             LogFollowCommand()};
 }
 

@@ -50,6 +50,7 @@ constexpr KindInfo Kinds[] = {
     {Kind::NotAMember, DaoText::NotAMember, "not a member"},
     {Kind::LastAdministrator, DaoText::LastAdministrator, "last administrator"},
     {Kind::NotPermitted, DaoText::NotPermitted, "not permitted"},
+    {Kind::NotOwner, DaoText::NotOwner, "not the owner"},
     {Kind::NoSuchQuery, DaoText::NoSuchQuery, "no such query"},
     {Kind::NoSuchParameter, DaoText::NoSuchParameter, "no such parameter"},
     {Kind::MissingParameter, DaoText::MissingParameter, "parameter not set"},

@@ -47,6 +47,7 @@ enum class Kind {
     NotAMember,        // user, group
     LastAdministrator, // user
     NotPermitted,      // none: needs an administrator
+    NotOwner,          // path, account of the operating system that it belongs to
     NoSuchQuery,       // name
     NoSuchParameter,   // query, parameter
     MissingParameter,  // query, parameter

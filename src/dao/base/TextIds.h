@@ -89,5 +89,6 @@ constexpr int CheckFieldMissing = 5920;
 constexpr int GivenUp = 5955;
 constexpr int Busy = 5956;
 constexpr int ServerAwayChangeSent = 5963;
+constexpr int NotOwner = 6500;
 
 } // namespace DaoText

@@ -32,4 +32,19 @@ void RegistryTable::Store(Database& database, const QString& key, const QString&
     database.Put(Table, {{KeyField, key}, {ValueField, value}});
 }
 
+QMap<QString, QString> RegistryTable::All(Database& database)
+{
+    QMap<QString, QString> values;
+    const auto rows = database.OpenTable(Table);
+    for (; !rows->Eof(); rows->MoveNext())
+        values.insert(rows->Field(KeyField).toString(), rows->Field(ValueField).toString());
+    return values;
+}
+
+void RegistryTable::Remove(Database& database, const QString& key)
+{
+    if (const auto rows = OpenAt(database, key); !rows->NoMatch())
+        rows->Delete();
+}
+
 } // namespace dao

@@ -2,6 +2,7 @@
 
 #include "dao/records/Database.h"
 
+#include <QMap>
 #include <optional>
 
 namespace dao {
@@ -19,6 +20,10 @@ public:
     static std::optional<QString> Find(Database& database, const QString& key);
     static Reading ReadingOf(const QString& key); // what Find reads
     static void Store(Database& database, const QString& key, const QString& value);
+    // By their keys.
+    static QMap<QString, QString> All(Database& database);
+    // Nothing happens when the key is not there.
+    static void Remove(Database& database, const QString& key);
 };
 
 } // namespace dao
