@@ -2,6 +2,7 @@
 
 #include "core/attention/AttentionAlarm.h"
 #include "core/attention/AttentionBook.h"
+#include "core/backup/DailyBackup.h"
 #include "core/eventlog/EventLog.h"
 #include "core/logon/frmPassword.h"
 #include "core/logon/frmSettings.h"
@@ -21,11 +22,19 @@ Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control,
       sounds(std::make_unique<Sounds>(base.settings, base.clock, base.beeper, base.strings)),
       attention(std::make_unique<AttentionBook>(base.session, *eventLog, base.clock, base.strings)),
       alarm(std::make_unique<AttentionAlarm>(*attention, *sounds, base.session)),
+      dailyBackup(std::make_unique<DailyBackup>(
+          [this] {
+              return dao::Location{m_base.logon.DatabaseFile(), m_base.logon.WorkgroupFile()};
+          },
+          base.settings, base.strings, base.clock, base.lanes)),
       profile(std::make_unique<UserProfile>(base.session, base.prompt, base.strings)),
       m_base(base)
 {
     QObject::connect(&base.session.Changes(), &DatabaseChanges::Opened, eventLog.get(),
                      &EventLog::WriteWaiting);
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::Opened, dailyBackup.get(),
+                     &DailyBackup::Begin);
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::Closed, dailyBackup.get(), &DailyBackup::End);
     stage = QStringLiteral("FleetDataSource");
     fleetData = std::make_unique<FleetDataSource>(base.session, base.strings);
     stage = QStringLiteral("Map27Executive");
@@ -33,6 +42,8 @@ Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control,
                                                                base.session, *fleetData, *statusTexts,
                                                                *eventLog, base.clock, *attention, *sounds},
                                                  std::move(control));
+    // The strip shows what the executive says has failed.
+    QObject::connect(dailyBackup.get(), &DailyBackup::Failed, executive.get(), &Map27Executive::Failed);
     stage.clear();
     settingsDialog = std::make_unique<frmSettings>(SettingsServices{
         base.logon, *executive, base.settings, base.prompt, base.beeper, base.strings, base.ports});

@@ -7,6 +7,7 @@
 
 class AttentionAlarm;
 class AttentionBook;
+class DailyBackup;
 class EventLog;
 class FleetDataSource;
 class Map27Control;
@@ -57,6 +58,7 @@ public:
     const std::unique_ptr<Sounds> sounds;
     const std::unique_ptr<AttentionBook> attention;
     const std::unique_ptr<AttentionAlarm> alarm;
+    const std::unique_ptr<DailyBackup> dailyBackup;
     const std::unique_ptr<UserProfile> profile;
     std::unique_ptr<FleetDataSource> fleetData;
     std::unique_ptr<Map27Executive> executive;

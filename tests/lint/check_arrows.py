@@ -42,6 +42,7 @@ WINGS = {
         "sounds": {"base", "texts", "settings"},
         "attention": {"base", "texts", "session", "eventlog", "sounds"},
         "logon": {"base", "texts", "widgets", "desktop", "settings", "session", "sounds"},
+        "backup": {"base", "texts", "settings"},
     },
     "radio": {
         "base": set(),
