@@ -1,10 +1,13 @@
 // The talkgroup tree with 500 groups and 20,000 radios in them, in the real window on a real database: how
 // long the operator waits. Goal: no pause that is noticed, 100 ms.
 
+#include "core/attention/AttentionAlarm.h"
+#include "core/attention/AttentionBook.h"
 #include "core/desktop/Prompt.h"
 #include "core/eventlog/EventLog.h"
 #include "core/session/UserProfile.h"
 #include "core/settings/Settings.h"
+#include "core/sounds/Sounds.h"
 #include "core/texts/StringSourceImpl.h"
 #include "mainwindow/frame/winMain.h"
 #include "mainwindow/talkgroups/NodeKeys.h"
@@ -114,11 +117,14 @@ int main(int argc, char** argv)
                                                                  {"prefix", 0},
                                                                  {"base_ident", 2},
                                                                  {"max_ident", 71}});
-    Map27Executive executive(
-        RadioServices{strings, prompt, settings, session, fleetData, statusTexts, eventLog, clock, beeper},
-        std::make_unique<FakeMap27Control>());
+    Sounds sounds(settings, clock, beeper, strings);
+    AttentionBook attention(session, eventLog, clock, strings);
+    AttentionAlarm alarm(attention, sounds, session);
+    Map27Executive executive(RadioServices{strings, prompt, settings, session, fleetData, statusTexts,
+                                           eventLog, clock, attention, sounds},
+                             std::make_unique<FakeMap27Control>());
     winMain window(Services{strings, prompt, session, session, fleetData, executive, settings, clock, beeper,
-                            statusTexts, profile, eventLog});
+                            statusTexts, profile, eventLog, attention, alarm, sounds});
     window.resize(800, 600);
     window.show();
     window.findChild<QAction*>(QStringLiteral("miLogOnLogOff"))->trigger();

@@ -376,7 +376,8 @@ static void MakeOlder(const QString& path, sqlite::FileKind kind)
     for (const QVariantList& table : file->AllRows(
              "select t.name, group_concat('\"' || f.name || '\"') from main.sqlite_master as t, "
              "pragma_table_info(t.name, 'main') as f where t.type = 'table' and t.name not like 'sqlite_%' "
-             "and t.name not in ('file_info', 'index_def', 'stored_query') group by 1"))
+             "and t.name not in ('file_info', 'index_def', 'stored_query') "
+             "and t.name not like 'event_words%' group by 1"))
         file->Execute(QStringLiteral("insert or replace into main.%1 (%2) select %2 from newer.%1")
                           .arg(table[0].toString(), table[1].toString()));
     file->Close();

@@ -17,8 +17,8 @@
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/send/QuickMenus.h"
 #include "mainwindow/send/SendPane.h"
-#include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/send/frmSentMessages.h"
+#include "mainwindow/strip/AttentionPanel.h"
 #include "mainwindow/strip/LinkStrip.h"
 #include "radio/facade/Map27Executive.h"
 

@@ -272,7 +272,7 @@ void RadioAgent::React(AgentTrigger trigger)
         return;
     FollowMessage(trigger);
     FollowRinging(trigger);
-    FollowMessage(trigger);
+    TellAttention(trigger);
     if (!reaction->showFirst)
         Record(*reaction);
     if (reaction->storeRegroup)
@@ -347,7 +347,7 @@ void RadioAgent::EndRinging()
         m_attention.Missed(call->party, call->callBack, call->what, call->since);
 }
 
-void RadioAgent::FollowMessage(AgentTrigger trigger)
+void RadioAgent::TellAttention(AgentTrigger trigger)
 {
     if (trigger == AgentTrigger::MessageFailed || trigger == AgentTrigger::Cleared)
         NoteFailedMessage();

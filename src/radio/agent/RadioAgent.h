@@ -87,7 +87,7 @@ private:
     bool Request(const AgentReaction& reaction);
     void WriteOutgoingRecord();
     void StoreRegroup();
-    void FollowMessage(AgentTrigger trigger);
+    void TellAttention(AgentTrigger trigger);
     void NoteFailedMessage();
     void FollowSound();
     // Of a call that is connected now.
