@@ -11,6 +11,7 @@
 #include "radio/base/Transaction.h"
 #include "radio/window/CallKeys.h"
 #include "radio/window/FrontRow.h"
+#include "radio/window/KeyboardHeir.h"
 #include "radio/window/TransmitButton.h"
 #include "ui_frmMap27Agent.h"
 
@@ -67,6 +68,7 @@ frmMap27Agent::frmMap27Agent(const IStringSource& strings, const Clock& clock)
     m_transmit = new TransmitButton(*m_form->cmdPTT, clock);
     new KeyGuard(*this, clock, std::chrono::milliseconds(0));
     new FrontRow(*this);
+    new KeyboardHeir(*this);
     m_form->cmdAnswerHungup->installEventFilter(this);
     connect(m_form->cmdAnswerHungup, &QPushButton::clicked, this, &frmMap27Agent::PressMainButton);
     connect(m_form->cmdClose, &QPushButton::clicked, this, &frmMap27Agent::CloseButtonPressed);
