@@ -173,7 +173,7 @@ void IniFile::Save(const QList<Line>& lines)
         file.open(QIODevice::WriteOnly) && (QFile::exists(m_file) || file.setPermissions(dao::OwnerOnly));
     for (const Line& line : lines)
         ok = ok && file.write(line.text.toUtf8() + '\n') >= 0;
-    if (!ok || !file.commit())
+    if (!ok || !dao::Commit(file))
         throw Error(ErrorCode::General,
                     FormatMessage(m_strings, CoreText::SettingsNotWritable, {m_file, file.errorString()}));
     m_stamp = FileStamp();

@@ -111,7 +111,7 @@ int Export(const Request& request)
             ++count;
         }
     }
-    if (!file.commit())
+    if (!dao::Commit(file))
         throw CannotWrite(path, file.errorString());
     Console::Print(QStringLiteral("Exported %1 records").arg(count));
     return exitOk;

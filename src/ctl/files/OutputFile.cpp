@@ -14,6 +14,6 @@ void WriteNewFile(const QString& path, const QString& text)
     const QByteArray bytes = text.toUtf8();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(dao::OwnerOnly) ||
-        file.write(bytes) != bytes.size() || !file.commit())
+        file.write(bytes) != bytes.size() || !dao::Commit(file))
         throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(path, file.errorString()));
 }

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -106,6 +107,11 @@ FileAccess AccessOfCopy(const QString& file)
 {
     const struct stat status = StatusOf(file);
     return (status.st_mode & S_IWGRP) != 0 ? FileAccess{SharedFile, status.st_gid} : FileAccess{};
+}
+
+bool Commit(QSaveFile& file)
+{
+    return file.flush() && file.error() == QFileDevice::NoError && file.commit();
 }
 
 bool MakeFile(const QString& file, const FileAccess& access)

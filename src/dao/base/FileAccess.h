@@ -5,6 +5,8 @@
 #include <QStringList>
 #include <sys/types.h>
 
+class QSaveFile;
+
 // Which accounts of the operating system may open what the program makes. What is there already keeps its
 // rights.
 namespace dao {
@@ -30,6 +32,10 @@ FileAccess AccessFor(const QString& file, const QString& group);
 
 // For a copy of a file: shared like the file, if it is shared by a group.
 FileAccess AccessOfCopy(const QString& file);
+
+// Puts what was written in the place of the file, and only when all of it has reached the disk: committing
+// alone does not tell of a disk that is full. False when it has not; errorString says why.
+bool Commit(QSaveFile& file);
 
 // Makes an empty file. False when there is one, when it cannot be made, or when its group cannot be set.
 bool MakeFile(const QString& file, const FileAccess& access);

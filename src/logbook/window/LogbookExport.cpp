@@ -58,7 +58,7 @@ public:
     }
     void Keep() override
     {
-        if (!m_file.commit())
+        if (!dao::Commit(m_file))
             Fail();
     }
 
@@ -83,7 +83,7 @@ public:
     void Add(const dao::EventRecord& record, const LogFacts& facts) override { m_paper.Add(record, facts); }
     void Keep() override
     {
-        if (!m_paper.End() || !m_file.commit())
+        if (!m_paper.End() || !dao::Commit(m_file))
             Fail();
     }
 
