@@ -45,7 +45,11 @@ AttentionPanel::AttentionPanel(const Parts& parts, QWidget* parent)
     layout->addWidget(m_list);
     LetKeysIn(false);
     connect(&parts.book, &AttentionBook::Changed, this, &AttentionPanel::Follow);
-    connect(&parts.book, &AttentionBook::Appeared, this, &AttentionPanel::Alert);
+    connect(&parts.book, &AttentionBook::Appeared, this, [this](const Entry& entry) {
+        if (entry.kind == Kind::Emergency)
+            GoToFirst();
+        Alert();
+    });
     connect(
         &parts.book, &AttentionBook::FoundOpen, this,
         [this] {
@@ -82,6 +86,8 @@ void AttentionPanel::BuildRow()
         [this] { OnTarget([this](const Entry& entry) { m_parts.book.Finish(entry); }); });
     m_open = button("cmdAttentionList", MainText::WaitingShowList,
                     [this] { OpenList(!m_list->isVisibleTo(this), true); });
+    m_open->setText(m_parts.strings.LoadString(MainText::WaitingHideList)); // the wider one
+    m_open->setMinimumWidth(m_open->sizeHint().width());
 }
 
 void AttentionPanel::BuildList()
@@ -172,6 +178,11 @@ void AttentionPanel::Follow()
     const std::vector<Entry>& entries = m_parts.book.Entries();
     m_filling = true;
     m_model->Replace(entries, m_parts.clock.Now());
+    const Entry* chosen = m_chosen.isEmpty() ? nullptr : m_parts.book.Find(m_chosen);
+    const bool emergencyWaits =
+        !entries.empty() && entries.front().kind == Kind::Emergency && !entries.front().IsTaken();
+    if (chosen != nullptr && chosen->IsTaken() && emergencyWaits)
+        m_chosen.clear(); // the next one is to be seen
     const int row = m_chosen.isEmpty() ? -1 : m_model->RowOf(m_chosen);
     if (row >= 0)
         m_list->setCurrentIndex(m_model->index(row, 0));
@@ -221,10 +232,12 @@ void AttentionPanel::ShowTarget(bool asked)
         m_open->setText(m_parts.strings.LoadString(m_list->isVisibleTo(this) ? MainText::WaitingHideList
                                                                              : MainText::WaitingShowList));
     }
+    const QString subject =
+        target != nullptr ? target->id + QString::number(m_parts.book.Entries().size()) : QString();
     if (asked)
-        m_row->SayAsked(text);
+        m_row->SayAsked(subject, text);
     else
-        m_row->Say(text);
+        m_row->SayOf(subject, text);
     ShowButtons(target);
 }
 
@@ -232,16 +245,32 @@ void AttentionPanel::ShowButtons(const Entry* target)
 {
     if (target == nullptr)
         return;
-    m_take->setVisible(!target->IsTaken());
-    m_silence->setVisible(m_parts.alarm.Sounds(*target));
-    m_callBack->setVisible(!target->callBack.isEmpty() && target->kind != Kind::Failed);
-    m_sendAgain->setVisible(target->again != Entry::Again::Nothing);
+    const auto offer = [this](QPushButton& button, bool on) {
+        if (!on && button.hasFocus()) // the next one must not get the key that was meant for this one
+            m_list->setFocus();
+        button.setVisible(on);
+    };
+    offer(*m_take, !target->IsTaken());
+    offer(*m_silence, m_parts.alarm.Sounds(*target));
+    offer(*m_callBack, !target->callBack.isEmpty() && target->kind != Kind::Failed);
+    offer(*m_sendAgain, target->again != Entry::Again::Nothing);
 }
 
 void AttentionPanel::OnTarget(const std::function<void(const Entry&)>& act)
 {
     if (const Entry* target = Target())
         act(Entry(*target)); // the list changes meanwhile
+}
+
+// Nothing that was chosen keeps an emergency out of sight.
+void AttentionPanel::GoToFirst()
+{
+    m_filling = true;
+    m_chosen.clear();
+    m_list->setCurrentIndex({});
+    m_filling = false;
+    m_list->scrollToTop();
+    ShowTarget(false);
 }
 
 void AttentionPanel::Alert()

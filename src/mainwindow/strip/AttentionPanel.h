@@ -54,6 +54,7 @@ private:
     void LetKeysIn(bool on);
     const Entry* Target() const;
     void OnTarget(const std::function<void(const Entry&)>& act);
+    void GoToFirst();
     void Alert();
 
     Parts m_parts;

@@ -48,6 +48,10 @@ QPushButton& StripRow::AddButton(const QString& name, const QString& caption,
 {
     auto* button = new QPushButton(caption, this);
     button->setObjectName(name);
+    // No other button comes under a pointer that is about to press again.
+    QSizePolicy place = button->sizePolicy();
+    place.setRetainSizeWhenHidden(true);
+    button->setSizePolicy(place);
     m_buttons->addWidget(button, 0, Qt::AlignTop);
     connect(button, &QPushButton::clicked, this, [this, press] {
         if (m_clock.Ticks() - m_changed >= TimeToNotice)
@@ -63,18 +67,19 @@ void StripRow::SetBold(bool on)
     m_text->setFont(bold);
 }
 
-void StripRow::Say(const QString& text)
+void StripRow::SayOf(const QString& subject, const QString& text)
 {
-    if (text != m_text->text())
+    if (subject != m_subject)
         m_changed = m_clock.Ticks();
+    m_subject = subject;
     m_text->setText(text);
     setVisible(!text.isEmpty());
 }
 
-void StripRow::SayAsked(const QString& text)
+void StripRow::SayAsked(const QString& subject, const QString& text)
 {
     const std::chrono::milliseconds changed = m_changed;
-    Say(text);
+    SayOf(subject, text);
     m_changed = changed;
 }
 

@@ -30,9 +30,11 @@ public:
     QPushButton& AddButton(const QString& name, const QString& caption, const std::function<void()>& press);
     void SetBold(bool on);
     // An empty text hides the row.
-    void Say(const QString& text);
+    void Say(const QString& text) { SayOf(text, text); }
+    // The same, about something: the buttons are safe as long as they are about the same, whatever the text.
+    void SayOf(const QString& subject, const QString& text);
     // The same, of what the operator has just asked to see: its buttons work at once.
-    void SayAsked(const QString& text);
+    void SayAsked(const QString& subject, const QString& text);
 
 protected:
     void moveEvent(QMoveEvent* event) override;
@@ -43,6 +45,7 @@ private:
     QHBoxLayout* m_row;
     QHBoxLayout* m_buttons;
     QLabel* m_text;
+    QString m_subject;
     std::chrono::milliseconds m_changed{0};
 };
 
