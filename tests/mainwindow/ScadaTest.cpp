@@ -1,6 +1,7 @@
 // The SCADA panel: reports, commands, switches that end in every way, names and the unit.
 
 #include "MainWindowStack.h"
+#include "core/attention/AttentionBook.h"
 #include "core/session/Registry.h"
 #include "core/texts/FormatMessage.h"
 #include "mainwindow/scada/ScadaModel.h"
@@ -163,6 +164,9 @@ TEST(Scada, ASwitchEndsWithItsOwnAnswerOnly)
         QCoreApplication::processEvents();
         stack.prompt.Finish();
         EXPECT_EQ(stack.Signs("lvControls"), QLatin1String(c.signs));
+        // A control is switched where its state is seen, and nowhere else.
+        for (const dao::AttentionRecord& entry : stack.console.attention->Entries())
+            EXPECT_TRUE(entry.message == "x" || entry.again == dao::AttentionRecord::Again::Nothing);
         EXPECT_EQ(stack.executive.TransactionKind(), TransactionKind::None);
     }
     // Refused by a busy radio: it waits for a report.

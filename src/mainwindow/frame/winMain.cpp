@@ -65,7 +65,13 @@ winMain::winMain(const Services& services)
 winMain::~winMain()
 {
     if (!m_unloaded)
-        m_services.executive.SetViews({});
+        LeaveExecutive();
+}
+
+void winMain::LeaveExecutive()
+{
+    m_services.executive.SetViews({});
+    m_services.executive.AskBeforeStatus({});
 }
 
 void winMain::BuildFrame()
@@ -127,6 +133,8 @@ void winMain::ConnectServices()
     views.individuals = &m_tabs->Individuals();
     views.numbering = m_services.numberingView;
     executive.SetViews(views);
+    executive.AskBeforeStatus(
+        [this](const QString& party, int status) { return m_tabs->Scada().MayBeSent(party, status); });
     connect(&executive, &Map27Executive::LinkChanged, this, &winMain::ShowLink);
     connect(&executive, &Map27Executive::NumberingDoubted, m_strip, &LinkStrip::ShowDoubts);
     connect(&executive, &Map27Executive::Failed, m_strip, &LinkStrip::ShowFailure);
@@ -328,7 +336,7 @@ void winMain::Unload()
         m_logon->EndSession();
         m_session = {};
     }
-    m_services.executive.SetViews({});
+    LeaveExecutive();
     m_services.executive.disconnect(this);
     m_services.executive.disconnect(m_strip);
     m_services.attention.disconnect(this);

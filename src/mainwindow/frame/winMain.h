@@ -68,6 +68,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void LeaveExecutive();
     void BuildFrame();
     void ConnectFrame();
     void ConnectServices();

@@ -268,6 +268,32 @@ bool ScadaPane::MaySwitch(int control, bool off)
            index.data(ScadaModel::PictureRole) == seen;
 }
 
+bool ScadaPane::IsOutstation(const QString& party) const
+{
+    const QString address = AddressOf(party);
+    const QString chosen = ChosenUnit();
+    return m_stations.contains(address) || (!chosen.isEmpty() && AddressOf(chosen) == address);
+}
+
+bool ScadaPane::MayBeSent(const QString& party, int statusCode)
+{
+    if (!m_guard.HasCritical() || !IsOutstation(party))
+        return true;
+    QString question;
+    for (int control = 0; control < ScadaItemCount; ++control) {
+        const bool off = statusCode == ScadaCode::SwitchOff(control);
+        if ((off || statusCode == ScadaCode::SwitchOn(control)) && m_guard.IsCritical(control))
+            question = FormatMessage(
+                m_parts.strings, off ? MainText::SwitchCriticalOff : MainText::SwitchCriticalOn,
+                {QString::number(control), m_controls->index(control).data(Qt::EditRole).toString(), party});
+    }
+    if (statusCode == ScadaCode::AllOn || statusCode == ScadaCode::AllOff)
+        question = FormatMessage(
+            m_parts.strings,
+            statusCode == ScadaCode::AllOn ? MainText::AllCriticalOn : MainText::AllCriticalOff, {party});
+    return question.isEmpty() || (m_parts.prompt.AskConfirmation(question) && m_parts.session.LoggedOn);
+}
+
 bool ScadaPane::MayCommandAll(int statusCode)
 {
     const bool switches = statusCode == ScadaCode::AllOn || statusCode == ScadaCode::AllOff;

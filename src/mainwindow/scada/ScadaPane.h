@@ -40,6 +40,9 @@ public:
 
     // The stored names and the unit. Raises Error when they cannot be read.
     void Load();
+    // The second step for a status that somebody sends from elsewhere and that would switch what is marked as
+    // critical. False: it must not be sent.
+    bool MayBeSent(const QString& party, int statusCode);
     // Raises Error when the settings cannot be written.
     void StoreUnit();
     // Call after names may have come to mean other addresses.
@@ -68,6 +71,7 @@ private:
     void ShowSource(QLabel& label, int kindId, const ScadaStation& station, const QDateTime& time);
     void Command(const QString& unit, int statusCode);
     bool MaySwitch(int control, bool off);
+    bool IsOutstation(const QString& party) const;
     bool MayCommandAll(int statusCode);
     void ShowGuardMenu(QListView& list, const QPoint& place);
     void SwitchSelected();

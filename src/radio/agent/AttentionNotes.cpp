@@ -13,6 +13,8 @@ namespace {
 
 Again AgainOf(const OutgoingMessage& message)
 {
+    if (!message.LastMayRepeat)
+        return Again::Nothing;
     if (message.LastSentKind == EventType::Status)
         return Again::Status;
     return message.LastInEightBits ? Again::TextInEightBits : Again::Text;

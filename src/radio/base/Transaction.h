@@ -24,6 +24,7 @@ struct OutgoingMessage {
     QString LastDestination;      // as the caller gave it, before lookup
     QString LastMessageText;      // status code, text, or description of the call
     bool LastInEightBits = false; // of a text
+    bool LastMayRepeat = true;    // false: what it commands is repeated where it is seen
 };
 
 // How a call is shown.

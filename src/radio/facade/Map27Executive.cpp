@@ -219,6 +219,8 @@ void Map27Executive::SendGroupName(const QString& target, int pos, const QString
 
 void Map27Executive::SendStatus(const QString& address, int status, Purpose purpose)
 {
+    if (purpose == Purpose::Message && m_mayBeSent && !m_mayBeSent(address, status))
+        return;
     if (IsBusy(RadioText::NotReadyForStatus))
         return;
     SentMessage message{.time = m_services.clock.Now(),
@@ -423,6 +425,7 @@ void Map27Executive::StartMessage(const SentMessage& message, const QString& tex
     m_agent->Sent().Begin(message);
     m_transaction.outgoing.LastSentKind = message.kind;
     m_transaction.outgoing.LastMessageText = text;
+    m_transaction.outgoing.LastMayRepeat = message.mayRepeat;
     m_transaction.outgoing.LastDestination = address;
     const QString dial = m_addressBook.LookupIdent(address);
     PrepareMessaging(dial, status ? RadioText::SendingStatus : RadioText::SendingText);

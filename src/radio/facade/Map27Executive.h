@@ -76,6 +76,11 @@ public:
     // Whoever commands an outstation repeats it where its answer is seen, not from the list of what was sent.
     enum class Purpose { Message, Command };
     void SendStatus(const QString& address, int status, Purpose purpose = Purpose::Message);
+    // Asked before a status is sent as a message; may open a box. Empty: nobody is asked.
+    void AskBeforeStatus(std::function<bool(const QString& address, int status)> mayBeSent)
+    {
+        m_mayBeSent = std::move(mayBeSent);
+    }
     void SendText(const QString& address, const QString& text, bool eightBit);
     // The text of an earlier message, in which nothing is to be replaced any more.
     void SendTextAgain(const QString& address, const QString& text, bool eightBit);
@@ -135,4 +140,5 @@ private:
     AddressBook m_addressBook;
     std::unique_ptr<RadioAgent> m_agent;
     QString m_appName;
+    std::function<bool(const QString&, int)> m_mayBeSent;
 };
