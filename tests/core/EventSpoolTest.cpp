@@ -59,4 +59,28 @@ TEST(EventSpool, ForgetsNothingThatItCannotClear)
     EXPECT_EQ(Ids(spool), QStringList());
 }
 
+// A record that nobody knows how to store is told of, and neither stored as another nor taken for done.
+TEST(EventSpool, TakesNoRecordThatItDoesNotKnow)
+{
+    const QByteArray known[] = {
+        R"({"id":"1","regroup":{"kind":4,"group":7,"pos":255}})",
+        R"({"id":"1","time":"2026-01-01T12:00:00.000Z","attention":{"act":3,"kind":4,"messageType":3}})"};
+    const std::pair<const char*, const char*> changes[] = {
+        {"\"kind\":4", "\"kind\":5"},      {"\"kind\":4", "\"kind\":\"4\""},
+        {"\"pos\":255", "\"pos\":256"},    {"\"act\":3", "\"act\":4"},
+        {"\"act\":3", "\"act\":0"},        {"\"messageType\":3", "\"messageType\":-1"},
+        {":{", ":{\"kind\":4},\"also\":{"}};
+    for (const QByteArray& line : known) {
+        const auto record = ParseLine(line);
+        ASSERT_TRUE(record) << line.constData();
+        EXPECT_EQ(LineOf(*ParseLine(LineOf(*record))), LineOf(*record));
+        for (const auto& [from, to] : changes) {
+            QByteArray changed = line;
+            if (changed.replace(from, to) != line) {
+                EXPECT_FALSE(ParseLine(changed)) << changed.constData();
+            }
+        }
+    }
+}
+
 } // namespace

@@ -67,34 +67,6 @@ AttentionRecord Taken(AttentionRecord open, const AttentionAct& act, const Atten
 
 } // namespace
 
-QJsonObject AttentionAct::ToJson() const
-{
-    return {{"act", static_cast<int>(kind)},
-            {"caller", entry.caller},
-            {"kind", static_cast<int>(entry.kind)},
-            {"entry", entry.id},
-            {"what", entry.what},
-            {"callBack", entry.callBack},
-            {"messageType", static_cast<int>(entry.again)},
-            {"message", entry.message},
-            {"times", entry.times},
-            {"away", away}};
-}
-
-AttentionAct AttentionAct::FromJson(const QJsonObject& object)
-{
-    return {.kind = static_cast<Kind>(object["act"].toInt()),
-            .entry = {.caller = object["caller"].toString(),
-                      .kind = static_cast<AttentionRecord::Kind>(object["kind"].toInt()),
-                      .id = object["entry"].toString(),
-                      .what = object["what"].toString(),
-                      .callBack = object["callBack"].toString(),
-                      .again = static_cast<AttentionRecord::Again>(object["messageType"].toInt()),
-                      .message = object["message"].toString(),
-                      .times = object["times"].toInt()},
-            .away = object["away"].toBool()};
-}
-
 std::optional<AttentionRecord> Apply(const std::optional<AttentionRecord>& open, const AttentionAct& act,
                                      const AttentionActor& actor, const QString& entryId)
 {

@@ -2,7 +2,6 @@
 
 #include "dao/tables/AttentionTable.h"
 
-#include <QJsonObject>
 #include <QString>
 #include <optional>
 #include <vector>
@@ -17,9 +16,6 @@ struct AttentionAct {
     // heard by then.
     dao::AttentionRecord entry;
     bool away = false; // the database was away, so that nobody else could know
-
-    QJsonObject ToJson() const;
-    static AttentionAct FromJson(const QJsonObject& object);
 };
 
 // Who has acted, when, and where; `id` is the act's own.

@@ -38,5 +38,5 @@ struct LogRecord {
 
 // A record as a line of a file, a JSON object.
 QByteArray LineOf(const LogRecord& record);
-// Nothing for a line that was cut short or is none.
+// Nothing for a line that was cut short or is none, or says what this program does not know.
 std::optional<LogRecord> ParseLine(const QByteArray& line);

@@ -49,26 +49,6 @@ QString Reason(const std::exception& failure, const IStringSource& strings)
 
 } // namespace
 
-QJsonObject RegroupChange::ToJson() const
-{
-    return {{"kind", static_cast<int>(kind)},
-            {"group", groupId},
-            {"oldGroup", oldGroupId},
-            {"member", memberId},
-            {"pos", pos},
-            {"request", request}};
-}
-
-RegroupChange RegroupChange::FromJson(const QJsonObject& object)
-{
-    return {.kind = static_cast<Kind>(object["kind"].toInt()),
-            .groupId = object["group"].toInt(),
-            .oldGroupId = object["oldGroup"].toInt(),
-            .memberId = object["member"].toInt(),
-            .pos = static_cast<quint8>(object["pos"].toInt()),
-            .request = object["request"].toString()};
-}
-
 void RegroupChange::ApplyTo(SessionMemory& memory) const
 {
     switch (kind) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QJsonObject>
 #include <QString>
 
 class SessionMemory;
@@ -26,9 +25,6 @@ struct RegroupChange {
     qint32 memberId = 0;
     quint8 pos = 0;
     QString request{};
-
-    QJsonObject ToJson() const;
-    static RegroupChange FromJson(const QJsonObject& object);
 
     void ApplyTo(SessionMemory& memory) const;
     // Within a transaction of the caller's. One that was stored before is stored no more. The request of
