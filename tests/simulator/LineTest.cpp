@@ -1,6 +1,7 @@
 #include "Bench.h"
 
 #include "map27/link/Framing.h"
+#include "map27/trace/FrameParts.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -76,6 +77,30 @@ TEST(FrameSplitter, KeepsEveryOctetInWhateverPiecesItComes)
         }
         EXPECT_EQ(frames, 3) << size;
         EXPECT_EQ(together, stream) << size;
+    }
+}
+
+// What the trace shows is what the receiver takes, wherever a frame breaks off and whatever of the next one
+// is lost.
+TEST(FrameSplitter, FindsTheFramesThatTheReceiverFinds)
+{
+    for (std::size_t kept = 0; kept <= frame.size(); ++kept) {
+        for (std::size_t lost = 0; lost < 4; ++lost) {
+            Octets stream(frame.begin(), frame.begin() + static_cast<std::ptrdiff_t>(kept));
+            stream.insert(stream.end(), frame.begin() + static_cast<std::ptrdiff_t>(lost), frame.end());
+            stream.insert(stream.end(), frame.begin(), frame.end());
+            std::vector<Octets> shown;
+            Octets together;
+            for (const map27::LinePiece& piece : map27::FrameSplitter().Feed(stream)) {
+                together.insert(together.end(), piece.octets.begin(), piece.octets.end());
+                const auto parts = map27::TakeApart(piece.octets);
+                EXPECT_EQ(piece.isFrame, parts.has_value());
+                if (parts && parts->IsGood())
+                    shown.push_back(parts->body);
+            }
+            EXPECT_EQ(shown, map27::FrameDecoder().Feed(stream)) << kept << ' ' << lost;
+            EXPECT_EQ(together, stream);
+        }
     }
 }
 

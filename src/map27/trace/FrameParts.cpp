@@ -18,9 +18,13 @@ std::optional<FrameParts> TakeApart(OctetSpan frame)
         if (frame[at] == Dle) {
             if (frame[at + 1] == Etx)
                 break;
-            if (frame[at + 1] != Dle)
-                return std::nullopt;
             ++at;
+            if (frame[at] == Stx) { // a start flag that lost its SYN: the receiver begins anew
+                parts.body.clear();
+                continue;
+            }
+            if (frame[at] != Dle)
+                return std::nullopt;
         }
         parts.body.push_back(frame[at]);
     }

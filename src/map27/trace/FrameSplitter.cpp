@@ -1,6 +1,7 @@
 #include "map27/trace/FrameSplitter.h"
 
 #include "map27/link/Framing.h"
+#include "map27/trace/FrameParts.h"
 
 #include <utility>
 
@@ -48,14 +49,13 @@ void FrameSplitter::Feed(std::uint8_t octet, std::vector<LinePiece>& pieces)
             m_state = State::BodyDle;
         break;
     case State::BodyDle:
-        m_state = octet == Etx ? State::Fcs1 : octet == Dle || octet == Stx ? State::Body : State::Between;
+        AfterDleInBody(octet, pieces);
         break;
     case State::Fcs1:
         m_state = State::Fcs2;
         break;
     case State::Fcs2:
-        m_state = State::Between;
-        Finish(true, pieces);
+        FinishFrame(pieces);
         break;
     }
     // A frame that never ends must not hold the line for ever.
@@ -63,6 +63,52 @@ void FrameSplitter::Feed(std::uint8_t octet, std::vector<LinePiece>& pieces)
         Finish(false, pieces);
         m_state = State::Between;
     }
+}
+
+void FrameSplitter::AfterDleInBody(std::uint8_t octet, std::vector<LinePiece>& pieces)
+{
+    if (octet == Etx) {
+        m_state = State::Fcs1;
+    } else if (octet == Dle) {
+        m_state = State::Body;
+    } else if (octet == Stx) { // the frame before has lost its end
+        m_state = State::Body;
+        constexpr std::size_t startFlag = 3;
+        if (m_held[m_held.size() - startFlag] == Syn)
+            KeepLast(startFlag, pieces);
+    } else if (octet == Syn) {
+        m_state = State::AfterSyn;
+        KeepLast(1, pieces);
+    } else {
+        m_state = State::Between;
+    }
+}
+
+// When octets were lost, those in place of the FCS may already be the next frame's.
+void FrameSplitter::FinishFrame(std::vector<LinePiece>& pieces)
+{
+    m_state = State::Between;
+    const std::optional<FrameParts> parts = TakeApart(m_held);
+    const std::uint8_t last = m_held.back();
+    const bool isBad = parts && !parts->IsGood();
+    if (isBad && last == Syn) {
+        m_state = State::AfterSyn;
+        KeepLast(1, pieces);
+    } else if (isBad && last == Dle && m_held[m_held.size() - 2] == Syn) {
+        m_state = State::AfterSynDle;
+        KeepLast(2, pieces);
+    } else {
+        Finish(parts.has_value(), pieces);
+    }
+}
+
+// What was held before the last octets is no frame.
+void FrameSplitter::KeepLast(std::size_t count, std::vector<LinePiece>& pieces)
+{
+    Octets kept(m_held.end() - static_cast<std::ptrdiff_t>(count), m_held.end());
+    m_held.resize(m_held.size() - count);
+    Finish(false, pieces);
+    m_held = std::move(kept);
 }
 
 void FrameSplitter::Finish(bool isFrame, std::vector<LinePiece>& pieces)

@@ -28,6 +28,9 @@ private:
     enum class State { Between, AfterSyn, AfterSynDle, Body, BodyDle, Fcs1, Fcs2 };
 
     void Feed(std::uint8_t octet, std::vector<LinePiece>& pieces);
+    void AfterDleInBody(std::uint8_t octet, std::vector<LinePiece>& pieces);
+    void FinishFrame(std::vector<LinePiece>& pieces);
+    void KeepLast(std::size_t count, std::vector<LinePiece>& pieces);
     void Finish(bool isFrame, std::vector<LinePiece>& pieces);
 
     State m_state = State::Between;
