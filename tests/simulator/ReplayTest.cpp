@@ -227,6 +227,7 @@ TEST(Replay, FilesThatAreNoTraceSayWhere)
         {twice.c_str(), "line 2, column 16: \"dir\" is neither D>R nor R>D"},
         {"{\"ms\":-1,\"event\":\"closed\"}\n", "line 1, column 7: "},
         {"{\"ms\":1,\"dir\":\"D>R\",\"frame\":\"16 1\"}\n", "line 1, column 33: not a pair"},
+        {"{\"ms\":1,\"event\":\"time\",\"time\":\"\xC3\"}\n", "line 1, column 32: not UTF-8"},
         {cutOff.c_str(), ""},
     };
     const QTemporaryDir folder;

@@ -90,13 +90,18 @@ private:
             const char c = m_line[m_at];
             if (static_cast<unsigned char>(c) < 0x20)
                 Fail("a control character within a text");
-            ++m_at;
+            std::string_view rest = m_line.substr(m_at);
+            if (!TakeUtf8(rest))
+                Fail("not UTF-8");
+            const std::size_t end = m_line.size() - rest.size();
+            const std::string_view character = m_line.substr(m_at, end - m_at);
+            m_at = end;
             if (c == '"')
                 return text;
             if (c == '\\')
                 AppendUtf8(text, TakeEscape());
             else
-                text += c;
+                text += character;
         }
     }
 
@@ -149,9 +154,16 @@ const FlatJson::Value* FlatJson::Find(std::string_view name) const
 std::string JsonQuoted(std::string_view text)
 {
     std::string quoted = "\"";
-    for (const char c : text) {
+    while (!text.empty()) {
+        const char c = text.front();
         const std::size_t known = Meant.find(c);
-        if (known != std::string_view::npos && c != '/') {
+        if (static_cast<unsigned char>(c) >= 0x80) {
+            if (const auto character = TakeUtf8(text)) {
+                AppendUtf8(quoted, *character);
+                continue;
+            }
+            AppendUtf8(quoted, ReplacementCharacter);
+        } else if (known != std::string_view::npos && c != '/') {
             quoted += '\\';
             quoted += Escapes[known];
         } else if (static_cast<unsigned char>(c) < 0x20) {
@@ -159,6 +171,7 @@ std::string JsonQuoted(std::string_view text)
         } else {
             quoted += c;
         }
+        text.remove_prefix(1);
     }
     return quoted + '"';
 }

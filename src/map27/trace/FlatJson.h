@@ -39,7 +39,7 @@ private:
     std::vector<Member> m_members;
 };
 
-// With quotes, and escaped where needed. UTF-8 stays as it is.
+// With quotes, and escaped where needed. UTF-8 stays as it is, and what is none becomes U+FFFD.
 std::string JsonQuoted(std::string_view text);
 
 } // namespace map27
