@@ -67,6 +67,7 @@ map27::Party PartyOf(const map27::Octets& message)
 template <typename... Handlers> struct Overloaded : Handlers... {
     using Handlers::operator()...;
 };
+template <typename... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 } // namespace
 

@@ -7,6 +7,7 @@ namespace {
 template <typename... Functions> struct Overloaded : Functions... {
     using Functions::operator()...;
 };
+template <typename... Functions> Overloaded(Functions...) -> Overloaded<Functions...>;
 
 std::string CheckSender(map27::Address from, const Fleet& fleet)
 {
