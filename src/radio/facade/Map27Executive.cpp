@@ -15,6 +15,7 @@
 #include "map27/codec/Messages.h"
 #include "map27/terminal/Requests.h"
 #include "radio/agent/RadioAgent.h"
+#include "radio/base/AddressLine.h"
 #include "radio/base/AddressingText.h"
 #include "radio/base/StatusTexts.h"
 #include "radio/base/TextIds.h"
@@ -356,13 +357,7 @@ QString Map27Executive::FirstUnsendable(const QString& text)
 
 QStringList Map27Executive::ParseAddressLine(const QString& line)
 {
-    QStringList addresses;
-    for (const QString& piece : line.split(QLatin1Char(';'))) {
-        const QString address = piece.trimmed();
-        if (!address.isEmpty())
-            addresses.append(address);
-    }
-    return addresses;
+    return ::ParseAddressLine(line);
 }
 
 QString Map27Executive::MakeFullAddress(const QString& dial) const
