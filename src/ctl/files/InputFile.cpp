@@ -8,6 +8,7 @@
 namespace {
 
 constexpr qint64 LargestFile = 16 * 1024 * 1024; // octets
+constexpr qint64 Piece = qint64{64} * 1024;      // octets; so much memory a small file takes at most
 constexpr std::size_t LongestLine = 4096;        // octets
 
 } // namespace
@@ -17,7 +18,9 @@ QByteArray ReadInputFile(const QString& path)
     QFile file(path);
     QByteArray bytes;
     if (file.open(QIODevice::ReadOnly))
-        bytes = file.read(LargestFile + 1);
+        for (QByteArray piece = file.read(Piece); !piece.isEmpty() && bytes.size() <= LargestFile;
+             piece = file.read(Piece))
+            bytes += piece;
     if (file.error() != QFileDevice::NoError)
         throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(path, file.errorString()));
     if (bytes.size() > LargestFile)
