@@ -10,6 +10,9 @@ xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
 # What ./package needs besides: dpkg's tools, the icons' renderer, and what examines the packages.
 PACKAGING_PACKAGES="dpkg-dev librsvg2-bin lintian appstream desktop-file-utils man-db bash-completion"
 
+# What ./test --fuzz needs: another compiler, for its fuzzing library.
+FUZZ_PACKAGES="clang-14 libclang-rt-14-dev"
+
 DESKTOP_PACKAGES="xfwm4 metacity mutter kwin-x11 xwayland qt6-wayland"
 
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.
