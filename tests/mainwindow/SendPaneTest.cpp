@@ -405,6 +405,13 @@ TEST(SendPane, AKeyPreparesWhatIsKeptUnderItAndSendsNothing)
     ASSERT_EQ(parties.actions().size(), 2);
     parties.actions().at(1)->trigger();
     EXPECT_EQ(stack.Address().currentText(), "Unit22");
+    // Whoever wrote or called stands in front, once, by what reaches him.
+    Q_EMIT stack.control->StatusReceived(0, 4, 5);
+    Q_EMIT stack.control->TextReceived("hello", 0, 77);
+    Q_EMIT parties.aboutToShow();
+    ASSERT_EQ(parties.actions().size(), 3);
+    EXPECT_EQ(parties.actions().at(0)->text(), "/0000077");
+    EXPECT_EQ(parties.actions().at(1)->text(), "Unit22");
     stack.LogOff();
     key(Qt::Key_F1);
     EXPECT_EQ(stack.Address().currentText(), "Unit22") << "nobody is logged on";

@@ -122,7 +122,7 @@ void MainCommands::ConnectMessaging()
     const MainMenu& menu = bars.Menu();
     new QuickMenus( // the pane's
         QuickMenus::Parts{services.strings, services.prompt, services.settings, services.session,
-                          m_parts.session, services.statusTexts, send},
+                          m_parts.session, services.statusTexts, services.executive, send},
         menu.Action(MainCommand::Favourites), menu.Action(MainCommand::QuickTexts),
         menu.Action(MainCommand::LastParties));
 }

@@ -9,7 +9,9 @@
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/send/SendPane.h"
+#include "radio/base/LastParties.h"
 #include "radio/base/StatusTexts.h"
+#include "radio/facade/Map27Executive.h"
 
 #include <QAction>
 #include <QMenu>
@@ -145,7 +147,7 @@ void QuickMenus::FillParties(QMenu& menu)
     constexpr qsizetype Most = 10;
 
     menu.clear();
-    const QStringList parties = m_parts.send.LastParties().mid(0, Most);
+    const QStringList parties = m_parts.executive.Parties().List().mid(0, Most);
     for (const QString& party : parties)
         connect(menu.addAction(Literally(party)), &QAction::triggered, this,
                 [this, party] { m_parts.send.SetAddress(party); });

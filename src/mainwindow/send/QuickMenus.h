@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 
+class Map27Executive;
 class QAction;
 class QMenu;
 class SendPane;
@@ -28,6 +29,7 @@ public:
         IDbSession& database;
         const SessionState& session;
         const StatusTexts& statusTexts;
+        const Map27Executive& executive;
         SendPane& send;
     };
 

@@ -19,7 +19,6 @@ public:
     // One step from what is shown; nothing at either end.
     std::optional<QString> Older(const QString& shown);
     std::optional<QString> Newer();
-    const QStringList& Items() const { return m_items; }
 
 private:
     QStringList m_items;
@@ -36,7 +35,6 @@ public:
 
     void Add(const QString& text) { m_recall.Add(text); }
     void Clear() { m_recall.Clear(); }
-    const QStringList& Items() const { return m_recall.Items(); }
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

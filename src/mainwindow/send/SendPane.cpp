@@ -254,11 +254,6 @@ QString SendPane::ComposedText() const
     return MessageOf(cmbTextMessage->currentText()).value_or(QString());
 }
 
-QStringList SendPane::LastParties() const
-{
-    return m_help->SentAddresses();
-}
-
 void SendPane::SelectEncoding(bool eightBit)
 {
     tbSdmOptions->SetPressed(eightBit ? Encoding::EightBit : Encoding::SevenBit, true);

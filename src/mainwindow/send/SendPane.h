@@ -60,8 +60,6 @@ public:
     // The status or call that stands here, if it is one, and the text.
     std::optional<Favourite> Composed() const;
     QString ComposedText() const;
-    // To whom something was sent in this shift, newest first.
-    QStringList LastParties() const;
     void SelectEncoding(bool eightBit);
 
     bool IsEightBitEncoding() const;

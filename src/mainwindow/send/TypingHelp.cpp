@@ -48,11 +48,6 @@ void TypingHelp::Remember(const QString& address, const QString& text)
         m_sentTexts->Add(text);
 }
 
-QStringList TypingHelp::SentAddresses() const
-{
-    return m_sentAddresses->Items();
-}
-
 void TypingHelp::Count(bool eightBit)
 {
     m_eightBit = eightBit;

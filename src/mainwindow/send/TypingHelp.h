@@ -31,7 +31,6 @@ public:
     bool AcceptParty();
     // An empty text: it was none.
     void Remember(const QString& address, const QString& text);
-    QStringList SentAddresses() const;
     // By the coding that is chosen now.
     void Count(bool eightBit);
     QLabel& Room() { return *lblRoom; }

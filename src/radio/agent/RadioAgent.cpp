@@ -127,6 +127,7 @@ void RadioAgent::OnStatusReceived(qint16 prefix, qint16 ident, qint16 status)
     if (!IsConnected())
         return;
     const Caller sender = m_callers.Of(prefix, ident);
+    m_parties.Note(sender.callBack);
     const LogEntry entry{m_services.clock.Now(), EventType::Status,        QString::number(status),
                          sender.callsign,        m_numbering.MyCallsign(), MessageWay::In};
     m_recorder.Store(entry);
@@ -140,6 +141,7 @@ void RadioAgent::OnTextReceived(const QString& text, qint16 prefix, qint16 ident
     if (!IsConnected())
         return;
     const Caller sender = m_callers.Of(prefix, ident);
+    m_parties.Note(sender.callBack);
     const LogEntry entry{m_services.clock.Now(), EventType::Text,          text,
                          sender.callsign,        m_numbering.MyCallsign(), MessageWay::In};
     if (m_views.scada)
@@ -155,6 +157,7 @@ void RadioAgent::OnIncomingCall(qint16 callCode, qint16 flags, qint16 prefix, qi
     if (!IsConnected())
         return;
     const Caller caller = m_callers.Of(prefix, ident, description);
+    m_parties.Note(caller.callBack);
     const map27::CallDetails details{static_cast<std::uint8_t>(flags)};
     const QDateTime time = m_services.clock.Now();
     const bool emergency = callCode == map27::Type::EmergencyCall;
@@ -222,6 +225,7 @@ void RadioAgent::OnCause(const RadioCause& cause)
     if (cause.type == map27::Type::ReceiveNegative && kind != TransactionKind::CallRinging) {
         const map27::Party& party = cause.party;
         const Caller caller = m_callers.Of(party.address.prefix, party.address.ident, party.description);
+        m_parties.Note(caller.callBack);
         m_notices.TakeNotedCall(caller.shown, cause);
         const QDateTime now = m_services.clock.Now();
         if (cause.cause == map27::Cause::NotedForCallBack)

@@ -8,6 +8,7 @@
 #include "radio/agent/RadioNotices.h"
 #include "radio/agent/RadioReports.h"
 #include "radio/agent/Views.h"
+#include "radio/base/LastParties.h"
 #include "radio/base/RadioServices.h"
 #include "radio/base/SentMessages.h"
 #include "radio/base/SessionNumbering.h"
@@ -38,6 +39,8 @@ public:
     const RadioNotices& Notices() const { return m_notices; }
     // What has become of the messages of this shift.
     SentMessages& Sent() { return m_sent; }
+    // With whom something was exchanged in this shift.
+    LastParties& Parties() { return m_parties; }
     // The facade has ended what was in progress.
     void Forget();
 
@@ -108,6 +111,7 @@ private:
     RadioReports m_reports;
     AttentionNotes m_attention;
     SentMessages m_sent;
+    LastParties m_parties;
     bool m_transmitting = false;      // the radio has been told so
     std::optional<Ringing> m_ringing; // the incoming call that is not connected yet
     std::optional<LostCall> m_lost;   // with the link

@@ -116,6 +116,7 @@ void Map27Executive::Disconnect()
     }
     m_agent->Forget();
     m_agent->Sent().Clear();
+    m_agent->Parties().Clear();
     m_agent->Numbering().SetAddressing(nullptr);
     m_control->CloseLink();
     m_window->HideAgent();
@@ -280,6 +281,11 @@ const SentMessages& Map27Executive::Sent() const
     return m_agent->Sent();
 }
 
+const LastParties& Map27Executive::Parties() const
+{
+    return m_agent->Parties();
+}
+
 void Map27Executive::SendAgain(const SentMessage& message)
 {
     if (message.kind == EventType::Status)
@@ -318,6 +324,7 @@ void Map27Executive::StartCall(const QString& address, bool emergency, bool prio
         m_transaction.outgoing.LastMessageText = FormatMessage(m_services.strings, RadioText::EmergencyOut,
                                                                {m_transaction.outgoing.LastMessageText});
     }
+    m_agent->Parties().Note(m_addressBook.LookupCallsign(dial));
     m_transaction.look = {caption, emergency, false};
     Start(TransactionKind::CallSetUp, address, [&] {
         if (to.kind == AddressKind::Radio)
@@ -433,6 +440,7 @@ void Map27Executive::StartMessage(const SentMessage& message, const QString& tex
     }
     if (GoesToMany(dial, to))
         m_agent->Sent().GoesToMany();
+    m_agent->Parties().Note(m_addressBook.LookupCallsign(dial));
     m_transaction.outgoing.MessagePending = true;
     Start(status ? TransactionKind::Status : TransactionKind::Text, address, [&] { operation(to); });
 }

@@ -14,6 +14,7 @@
 #include <memory>
 
 class frmMap27Agent;
+class LastParties;
 class Map27Control;
 class RadioAgent;
 class SentMessages;
@@ -89,6 +90,8 @@ public:
     // The messages of this shift, and one of them as a new one.
     const SentMessages& Sent() const;
     void SendAgain(const SentMessage& message);
+    // With whom something was exchanged in this shift, newest first.
+    const LastParties& Parties() const;
     void StartCall(const QString& address, bool emergency, bool priority, bool dialog);
     // Ends whatever is in progress and sets the link up again. Raises Error.
     void ResetTran();
