@@ -46,6 +46,7 @@ QString HelpPageFor(const QString& window)
         {"frmSettings", "settings"},
         {"frmMap27Agent", "calls"},
         {"frmSentMessages", "sent"},
+        {"frmKeys", "keys"},
         {"frmAddressManager", "directory"},
         {"frmAddressEditor", "directory"},
         {"frmStatusEditor", "statuses"},

@@ -67,6 +67,7 @@ enum class MainCommand {
     HelpMenu,
     HelpTopics,
     About,
+    Keys,
 
     Disconnect,
     Refresh,

@@ -54,6 +54,7 @@ constexpr int HelpMenu = 4143;
 constexpr int HelpTopics = 4144;
 constexpr int HelpSeparator = 4145;
 constexpr int About = 4146;
+constexpr int Keys = 6600;
 
 constexpr int FullScreenTip = 2006;
 constexpr int DisconnectTip = 2007;

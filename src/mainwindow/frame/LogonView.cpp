@@ -11,12 +11,13 @@
 #include <QAction>
 
 LogonView::LogonView(CommandBars& bars, MainTabs& tabs, LogPane& log, StatusBar& status,
-                     const std::function<void()>& loadStati)
+                     const std::function<void()>& loadStati, const std::function<void()>& loadKeys)
     : m_bars(bars),
       m_tabs(tabs),
       m_log(log),
       m_status(status),
-      m_loadStati(loadStati)
+      m_loadStati(loadStati),
+      m_loadKeys(loadKeys)
 {
 }
 
@@ -79,4 +80,5 @@ void LogonView::CoverLists(bool on)
 void LogonView::SetCommandStates()
 {
     m_bars.SetCommandStates();
+    m_loadKeys();
 }

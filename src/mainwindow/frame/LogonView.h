@@ -10,9 +10,10 @@ class StatusBar;
 // Shows in the bars and panes what logging on and off changes.
 class LogonView : public ILogonView {
 public:
-    // All must outlive the view. loadStati reads the status messages; it never raises.
+    // All must outlive the view. loadStati reads the status messages, loadKeys the keys of whoever is logged
+    // on now, if anybody is; they never raise.
     LogonView(CommandBars& bars, MainTabs& tabs, LogPane& log, StatusBar& status,
-              const std::function<void()>& loadStati);
+              const std::function<void()>& loadStati, const std::function<void()>& loadKeys);
 
     void PressSessionButton(bool pressed) override;
     void SetSessionCaption(const QString& caption) override;
@@ -32,4 +33,5 @@ private:
     LogPane& m_log;
     StatusBar& m_status;
     std::function<void()> m_loadStati;
+    std::function<void()> m_loadKeys;
 };

@@ -14,6 +14,8 @@
 #include "mainwindow/frame/MainTabs.h"
 #include "mainwindow/frame/Services.h"
 #include "mainwindow/frame/Windows.h"
+#include "mainwindow/keys/KeyBindings.h"
+#include "mainwindow/keys/frmKeys.h"
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/send/QuickMenus.h"
 #include "mainwindow/send/SendPane.h"
@@ -29,7 +31,8 @@
 MainCommands::MainCommands(const Parts& parts)
     : m_parts(parts),
       m_sent(
-          std::make_unique<frmSentMessages>(parts.services.strings, parts.services.executive, parts.session))
+          std::make_unique<frmSentMessages>(parts.services.strings, parts.services.executive, parts.session)),
+      m_keySheet(std::make_unique<frmKeys>(parts.services.strings, parts.services.prompt, parts.keys))
 {
     ConnectDialogs();
     ConnectRadio();
@@ -61,6 +64,7 @@ void MainCommands::ConnectDialogs()
 void MainCommands::ReleaseDialogs()
 {
     m_sent->hide();
+    m_keySheet->hide();
     const Services& services = m_parts.services;
     for (QDialog* dialog : std::initializer_list<QDialog*>{services.settingsDialog, services.passwordDialog})
         if (dialog != nullptr)
@@ -117,12 +121,15 @@ void MainCommands::ConnectMessaging()
         MainCommand::SendStatus, [&send] { send.SelectType(SendPane::MessageType::Status); });
     bars.On(
         MainCommand::SendText, [&send] { send.SelectType(SendPane::MessageType::Text); });
-    bars.On(MainCommand::SentMessages, [this] { ShowSentMessages(); });
+    bars.On(MainCommand::SentMessages, [this] {
+        if (m_parts.session.LoggedOn)
+            ShowBeside(*m_sent);
+    });
     const Services& services = m_parts.services;
     const MainMenu& menu = bars.Menu();
     new QuickMenus( // the pane's
         QuickMenus::Parts{services.strings, services.prompt, services.settings, services.session,
-                          m_parts.session, services.statusTexts, services.executive, send},
+                          m_parts.session, services.statusTexts, services.executive, send, m_parts.keys},
         menu.Action(MainCommand::Favourites), menu.Action(MainCommand::QuickTexts),
         menu.Action(MainCommand::LastParties));
 }
@@ -191,7 +198,10 @@ void MainCommands::ConnectWindows()
         {MainCommand::HelpTopics, &IWindows::OpenHelp},
         {MainCommand::About, &IWindows::OpenAbout},
     };
-    m_parts.bars.Menu().Action(MainCommand::LogWindow).setShortcut(Qt::CTRL | Qt::Key_L);
+    const MainMenu& menu = m_parts.bars.Menu();
+    m_parts.keys.Follow(menu.Action(MainCommand::LogWindow), KeyCommand::LogWindow);
+    m_parts.keys.Follow(menu.Action(MainCommand::SentMessages), KeyCommand::SentMessages);
+    m_parts.bars.On(MainCommand::Keys, [this] { ShowBeside(*m_keySheet); });
     IWindows* windows = m_parts.services.windows;
     if (windows == nullptr)
         return;
@@ -255,13 +265,11 @@ void MainCommands::AskRadio(int message, const std::function<void()>& ask)
     }
 }
 
-void MainCommands::ShowSentMessages()
+void MainCommands::ShowBeside(QDialog& window)
 {
-    if (!m_parts.session.LoggedOn)
-        return;
-    m_sent->winId(); // creates the native window, which can then be given a parent
-    m_sent->windowHandle()->setTransientParent(m_parts.bars.ToolBar().window()->windowHandle());
-    BringToScreen(*m_sent, Activation::Take);
+    window.winId(); // creates the native window, which can then be given a parent
+    window.windowHandle()->setTransientParent(m_parts.bars.ToolBar().window()->windowHandle());
+    BringToScreen(window, Activation::Take);
 }
 
 void MainCommands::ResetRadioLink()

@@ -10,10 +10,13 @@
 
 class AttentionPanel;
 class CommandBars;
+class KeyBindings;
 class LinkStrip;
 class LogPane;
 class MainTabs;
+class QDialog;
 class SendPane;
+class frmKeys;
 class frmSentMessages;
 class winMain;
 struct Services;
@@ -37,6 +40,7 @@ public:
         StatusBar& status;
         LinkStrip& strip;
         AttentionPanel& attention;
+        KeyBindings& keys;
         // Runs a step that may raise, and tells the operator what went wrong; returns whether it succeeded.
         std::function<bool(const std::function<void()>& step)> attempt;
     };
@@ -60,7 +64,7 @@ private:
 
     void WhenLoggedOn(MainCommand command, const std::function<void()>& run);
     void AskRadio(int message, const std::function<void()>& ask);
-    void ShowSentMessages();
+    void ShowBeside(QDialog& window);
     void ResetRadioLink();
     void RunPanelCommand(StatusBar::Part panel);
     void ShowPanelMenu(StatusBar::Part panel, const QPoint& place);
@@ -72,4 +76,5 @@ private:
 
     Parts m_parts;
     std::unique_ptr<frmSentMessages> m_sent;
+    std::unique_ptr<frmKeys> m_keySheet;
 };

@@ -11,6 +11,7 @@
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/Icons.h"
+#include "dao/Workspace.h"
 #include "mainwindow/bars/CommandBars.h"
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/frame/DatabaseWatch.h"
@@ -20,6 +21,7 @@
 #include "mainwindow/frame/PaneLayout.h"
 #include "mainwindow/frame/PaneSplitter.h"
 #include "mainwindow/individuals/IndividualsPane.h"
+#include "mainwindow/keys/KeyBindings.h"
 #include "mainwindow/log/LogPane.h"
 #include "mainwindow/scada/ScadaPane.h"
 #include "mainwindow/send/SendPane.h"
@@ -77,6 +79,7 @@ void winMain::LeaveExecutive()
 void winMain::BuildFrame()
 {
     m_client = new QWidget(this);
+    m_keys = std::make_unique<KeyBindings>(m_services.settings, m_services.strings);
     setCentralWidget(m_client);
     m_bars = std::make_unique<CommandBars>(*menuBar(), *m_client, m_services.strings, m_session,
                                            m_services.profile);
@@ -96,11 +99,12 @@ void winMain::BuildFrame()
     m_client->installEventFilter(this);
 
     const auto attempt = [this](const std::function<void()>& step) { return Attempt(step); };
-    m_commands = std::make_unique<MainCommands>(MainCommands::Parts{*this, m_services, m_session, *m_bars,
-                                                                    *m_tabs, *picLog, *picSend, *sbrStatus,
-                                                                    *m_strip, *m_attention, attempt});
+    m_commands = std::make_unique<MainCommands>(
+        MainCommands::Parts{*this, m_services, m_session, *m_bars, *m_tabs, *picLog, *picSend, *sbrStatus,
+                            *m_strip, *m_attention, *m_keys, attempt});
     m_watch = std::make_unique<DatabaseWatch>(m_services, m_session, *m_tabs, *picSend, *m_strip, attempt);
-    m_logonView = std::make_unique<LogonView>(*m_bars, *m_tabs, *picLog, *sbrStatus, [this] { LoadStati(); });
+    m_logonView = std::make_unique<LogonView>(
+        *m_bars, *m_tabs, *picLog, *sbrStatus, [this] { LoadStati(); }, [this] { LoadKeys(); });
     m_logon = std::make_unique<LogonCommand>(m_services, m_session, *m_logonView);
 }
 
@@ -115,7 +119,7 @@ void winMain::ConnectFrame()
     connect(m_tabs.get(), &MainTabs::TabChanged, this, &winMain::LayoutPanes);
     connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
 
-    auto* keys = new FrameKeys(*this);
+    auto* keys = new FrameKeys(*this, *m_keys);
     connect(keys, &FrameKeys::NextTab, m_tabs.get(), &MainTabs::SelectNext);
     connect(keys, &FrameKeys::PreviousTab, m_tabs.get(), &MainTabs::SelectPrevious);
     connect(keys, &FrameKeys::EncodingChosen, picSend, &SendPane::SelectEncoding);
@@ -200,6 +204,17 @@ void winMain::LogOnAtStart()
     }
     if (m_logOnAtStart && !m_session.LoggedOn)
         m_logon->Run();
+}
+
+// What an operator's file says of keys and cannot be used is told; the keys hold as the console comes.
+void winMain::LoadKeys()
+{
+    QStringList problems;
+    Attempt([&] {
+        problems = m_keys->Load(m_session.LoggedOn ? m_services.session.Workspace().UserName() : QString());
+    });
+    if (!problems.isEmpty())
+        m_services.prompt.ShowWarning(problems.join(QLatin1Char('\n')));
 }
 
 // The first logon waits until the window is in place, so that its dialog appears in front of it.

@@ -14,6 +14,7 @@
 class AttentionPanel;
 class CommandBars;
 class DatabaseWatch;
+class KeyBindings;
 class LinkStrip;
 class LogPane;
 class LogonCommand;
@@ -75,6 +76,7 @@ private:
     void Load();
     void RestoreWindowPlacement();
     void LogOnAtStart();
+    void LoadKeys();
 
     void LayoutPanes();
     void StoreLogWidth();
@@ -99,6 +101,7 @@ private:
     LogPane* picLog = nullptr;
     SendPane* picSend = nullptr;
     StatusBar* sbrStatus = nullptr;
+    std::unique_ptr<KeyBindings> m_keys;
     std::unique_ptr<CommandBars> m_bars;
     std::unique_ptr<MainTabs> m_tabs;
     std::unique_ptr<MainCommands> m_commands;

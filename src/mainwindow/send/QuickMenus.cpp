@@ -8,6 +8,7 @@
 #include "dao/Workspace.h"
 #include "mainwindow/base/SessionState.h"
 #include "mainwindow/base/TextIds.h"
+#include "mainwindow/keys/KeyBindings.h"
 #include "mainwindow/send/SendPane.h"
 #include "radio/base/LastParties.h"
 #include "radio/base/StatusTexts.h"
@@ -18,11 +19,7 @@
 
 namespace {
 
-// A key of the keyboard's own row, with Ctrl.
-QKeySequence KeyOf(int first, int place)
-{
-    return QKeySequence(QKeyCombination(Qt::ControlModifier, static_cast<Qt::Key>(first + place)));
-}
+static_assert(FavouriteKeys == QuickStore::Favourites && QuickTextKeys == QuickStore::Texts);
 
 QString Literally(QString text)
 {
@@ -58,7 +55,7 @@ void QuickMenus::BuildFavourites(QAction& item)
         const auto index = static_cast<std::size_t>(place);
         m_favourites[index] = menu->addAction(QString());
         m_favourites[index]->setObjectName(QStringLiteral("miFavourite%1").arg(place + 1));
-        m_favourites[index]->setShortcut(KeyOf(Qt::Key_F1, place));
+        m_parts.keys.Follow(*m_favourites[index], KeyCommand::Favourite, place);
         connect(m_favourites[index], &QAction::triggered, this, [this, place] { PrepareFavourite(place); });
         m_keepFavourites[index] = keep->addAction(QString());
         m_keepFavourites[index]->setObjectName(QStringLiteral("miKeepFavourite%1").arg(place + 1));
@@ -77,7 +74,7 @@ void QuickMenus::BuildTexts(QAction& item)
         const auto index = static_cast<std::size_t>(place);
         m_texts[index] = menu->addAction(QString());
         m_texts[index]->setObjectName(QStringLiteral("miQuickText%1").arg(place + 1));
-        m_texts[index]->setShortcut(KeyOf(Qt::Key_1, place));
+        m_parts.keys.Follow(*m_texts[index], KeyCommand::QuickText, place);
         connect(m_texts[index], &QAction::triggered, this, [this, place] { PrepareText(place); });
         m_keepTexts[index] = keep->addAction(QString());
         m_keepTexts[index]->setObjectName(QStringLiteral("miKeepText%1").arg(place + 1));
@@ -122,7 +119,7 @@ void QuickMenus::FillFavourites()
             const QString text = favourite ? Literally(Describe(*favourite)) : unused;
             m_favourites[static_cast<std::size_t>(place)]->setText(text);
             m_keepFavourites[static_cast<std::size_t>(place)]->setText(
-                KeyOf(Qt::Key_F1, place).toString(QKeySequence::NativeText) + QLatin1String("   ") + text);
+                m_parts.keys.TextOf(KeyCommand::Favourite, place) + QLatin1String("   ") + text);
         }
     });
 }
@@ -137,7 +134,7 @@ void QuickMenus::FillTexts()
             const QString text = kept.isEmpty() ? unused : Literally(kept);
             m_texts[static_cast<std::size_t>(place)]->setText(text);
             m_keepTexts[static_cast<std::size_t>(place)]->setText(
-                KeyOf(Qt::Key_1, place).toString(QKeySequence::NativeText) + QLatin1String("   ") + text);
+                m_parts.keys.TextOf(KeyCommand::QuickText, place) + QLatin1String("   ") + text);
         }
     });
 }

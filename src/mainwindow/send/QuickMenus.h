@@ -6,6 +6,7 @@
 #include <array>
 #include <functional>
 
+class KeyBindings;
 class Map27Executive;
 class QAction;
 class QMenu;
@@ -16,8 +17,8 @@ struct IPrompt;
 struct IStringSource;
 struct SessionState;
 
-// The menus of favourites, texts and last parties, with their keys: Ctrl+F1 and so on, Ctrl+1 and so on. What
-// is chosen is only prepared in the send pane: a key sends nothing, Enter does.
+// The menus of favourites, texts and last parties, with their keys. What is chosen is only prepared in the
+// send pane: a key sends nothing, Enter does.
 class QuickMenus : public QObject {
     Q_OBJECT
 
@@ -31,6 +32,7 @@ public:
         const StatusTexts& statusTexts;
         const Map27Executive& executive;
         SendPane& send;
+        KeyBindings& keys;
     };
 
     // Belongs to the send pane. Each becomes the menu of its item.
