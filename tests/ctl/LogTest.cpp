@@ -93,6 +93,24 @@ TEST_F(Log, LinesAreSafeForTerminalsAndSpreadsheets)
                       QByteArray::fromStdString(row.at(1)), 2);
 }
 
+TEST_F(Log, ShiftReportCountsAndSaysWhatIsWrong)
+{
+    Fill(false);
+    const QString file = m_folder.filePath("shift.csv");
+    const QStringList report{
+        "shift", "report", m_target, "--from", "2024-03-01T12:00:00Z", "--to", "2024-03-01T15:25:00Z",
+        "--csv", file};
+    const CtlRun text = RunWithPasswords(report);
+    EXPECT_TRUE(text.out.contains("Statuses: 1 received, 1 sent\nTexts: 200 received, 0 sent\n"
+                                  "Calls: 2 received, 0 made\nEmergency calls in the log: 1\n"))
+        << text.out.toStdString() << text.err.toStdString();
+    EXPECT_TRUE(ReadFile(file).contains("\ncount,text_in,200,,")) << ReadFile(file).toStdString();
+    ExpectFailure(RunWithPasswords(report), "exists already");
+    ExpectFailure(RunWithPasswords({"shift", "report", m_target}), "--from is missing", 2);
+    ExpectFailure(RunWithPasswords({"shift", "report", m_target, "--from", "1h", "--to", "2h"}),
+                  "--from is not before --to", 2);
+}
+
 TEST_F(Log, FollowPrintsWhatComes)
 {
     Fill(true);

@@ -11,11 +11,6 @@ namespace {
 // The consoles' clocks and radios differ by so much at most for one call.
 constexpr qint64 SameCall = 5000; // ms
 
-bool IsHeardTwice(const AttentionRecord& open, const AttentionActor& actor)
-{
-    return open.lastConsole != actor.console && std::abs(open.last.msecsTo(actor.time)) < SameCall;
-}
-
 AttentionRecord Opened(const AttentionAct& act, const AttentionActor& actor)
 {
     AttentionRecord entry = act.entry;
@@ -32,7 +27,7 @@ AttentionRecord Opened(const AttentionAct& act, const AttentionActor& actor)
 
 AttentionRecord HeardAgain(AttentionRecord open, const AttentionAct& act, const AttentionActor& actor)
 {
-    if (IsHeardTwice(open, actor))
+    if (IsSameCall(open.lastConsole, open.last, actor.console, actor.time))
         return open;
     const AttentionRecord now = Opened(act, actor);
     ++open.times;
@@ -66,6 +61,12 @@ AttentionRecord Taken(AttentionRecord open, const AttentionAct& act, const Atten
 }
 
 } // namespace
+
+bool IsSameCall(const QString& console, const QDateTime& time, const QString& otherConsole,
+                const QDateTime& otherTime)
+{
+    return console != otherConsole && std::abs(time.msecsTo(otherTime)) < SameCall;
+}
 
 std::optional<AttentionRecord> Apply(const std::optional<AttentionRecord>& open, const AttentionAct& act,
                                      const AttentionActor& actor, const QString& entryId)

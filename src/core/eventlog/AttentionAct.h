@@ -26,6 +26,10 @@ struct AttentionActor {
     QString console{};
 };
 
+// Whether two consoles have heard one and the same call.
+bool IsSameCall(const QString& console, const QDateTime& time, const QString& otherConsole,
+                const QDateTime& otherTime);
+
 // What an act makes of the open entry of its caller and kind; nothing: there is none, or none any more.
 //
 // One call that several consoles hear counts once. Who is heard again after he was taken waits again. Of two

@@ -13,25 +13,6 @@ UsageError NotOne(const QString& option, const QString& value, const QString& ri
     return UsageError(QStringLiteral("--%1 %2: expected %3").arg(option, value, right));
 }
 
-// "2026-11-23", "2026-11-23 14:05", "2026-11-23T14:05:00+01:00", or how long ago: "90m", "2h", "3d".
-QDateTime TimeOf(const Request& request, const QString& option)
-{
-    const QString value = request.options.value(option).trimmed();
-    if (!request.options.isSet(option))
-        return {};
-    static const QRegularExpression ago(QStringLiteral("^([0-9]{1,6})([mhd])$"));
-    if (const auto match = ago.match(value); match.hasMatch()) {
-        const qint64 seconds = match.captured(2) == "m" ? 60 : match.captured(2) == "h" ? 3600 : 86400;
-        return QDateTime::currentDateTimeUtc().addSecs(-seconds * match.captured(1).toLongLong());
-    }
-    const QString iso = QString(value).replace(u' ', u'T');
-    const QDateTime time = QDateTime::fromString(iso, Qt::ISODateWithMs);
-    if (!time.isValid())
-        throw NotOne(option, value,
-                     "a time as 2026-11-23, \"2026-11-23 14:05\", or 90m, 2h, 3d for how long ago");
-    return time;
-}
-
 int KindOf(const QString& word)
 {
     for (const auto& [name, kind] : {std::pair("status", EventType::Status),
@@ -64,6 +45,25 @@ QString LogOptions::About()
         "TIME is local: 2026-11-23, \"2026-11-23 14:05\", or 90m, 2h, 3d for how long ago. Records that an\n"
         "older version has stored do not say which way they went; --radio says whose they are. Asks for the\n"
         "password of the account that does it.");
+}
+
+// "2026-11-23", "2026-11-23 14:05", "2026-11-23T14:05:00+01:00", or how long ago: "90m", "2h", "3d".
+QDateTime LogOptions::TimeOf(const Request& request, const QString& option)
+{
+    const QString value = request.options.value(option).trimmed();
+    if (!request.options.isSet(option))
+        return {};
+    static const QRegularExpression ago(QStringLiteral("^([0-9]{1,6})([mhd])$"));
+    if (const auto match = ago.match(value); match.hasMatch()) {
+        const qint64 seconds = match.captured(2) == "m" ? 60 : match.captured(2) == "h" ? 3600 : 86400;
+        return QDateTime::currentDateTimeUtc().addSecs(-seconds * match.captured(1).toLongLong());
+    }
+    const QString iso = QString(value).replace(u' ', u'T');
+    const QDateTime time = QDateTime::fromString(iso, Qt::ISODateWithMs);
+    if (!time.isValid())
+        throw NotOne(option, value,
+                     "a time as 2026-11-23, \"2026-11-23 14:05\", or 90m, 2h, 3d for how long ago");
+    return time;
 }
 
 LogFilter LogOptions::FilterOf(const Request& request)

@@ -12,6 +12,8 @@ QString About();
 
 // UsageError for a value that is none.
 LogFilter FilterOf(const Request& request);
+// Invalid when the option is not given.
+QDateTime TimeOf(const Request& request, const QString& option);
 LogFacts FactsOf(const Request& request, dao::Database& database);
 
 enum class Format { Text, Csv, Json };

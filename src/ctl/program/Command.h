@@ -65,3 +65,4 @@ Command RadioCheckCommand();
 Command LogShowCommand();
 Command LogExportCommand();
 Command LogFollowCommand();
+Command ShiftReportCommand();

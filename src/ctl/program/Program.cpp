@@ -34,7 +34,8 @@ QList<Command> AllCommands()
             RadioCheckCommand(),
             LogShowCommand(),
             LogExportCommand(),
-            LogFollowCommand()};
+            LogFollowCommand(),
+            ShiftReportCommand()};
 }
 
 QString Version()

@@ -1,5 +1,7 @@
 #include "dao/tables/AttentionTable.h"
 
+#include "dao/tables/EventIndex.h"
+
 namespace dao {
 
 namespace {
@@ -28,6 +30,28 @@ AttentionRecord Read(Recordset& rows)
             .takenOn = rows.Field("taken_on").toString(),
             .takenAt = rows.Field("taken_at").toDateTime(),
             .takenAway = rows.Field("taken_away").toBool()};
+}
+
+AttentionActRecord ReadAct(Recordset& rows)
+{
+    return {.id = rows.Field("act_id").toString(),
+            .entry = rows.Field("entry_id").toString(),
+            .act = static_cast<AttentionActRecord::Act>(rows.Field("act").toInt()),
+            .caller = rows.Field("caller").toString(),
+            .kind = static_cast<AttentionRecord::Kind>(rows.Field("kind").toInt()),
+            .what = rows.Field("what").toString(),
+            .time = rows.Field("time_stamp").toDateTime(),
+            .operatorName = rows.Field("operator").toString(),
+            .console = rows.Field("console").toString(),
+            .away = rows.Field("away").toBool()};
+}
+
+// The engines write a time each in its own way, so the last log record before it stands for it.
+QString TimeBefore(qlonglong firstRecord)
+{
+    return QStringLiteral("(SELECT max(time_stamp) FROM event WHERE time_stamp < "
+                          "(SELECT time_stamp FROM event WHERE event_id = %1))")
+        .arg(firstRecord);
 }
 
 std::unique_ptr<Recordset> Seek(Database& database, const QString& caller, AttentionRecord::Kind kind)
@@ -116,6 +140,31 @@ void AttentionTable::Append(Database& database, const AttentionActRecord& act)
     rows->SetField("console", OrNull(act.console));
     rows->SetField("away", act.away);
     rows->Update();
+}
+
+std::vector<AttentionActRecord> AttentionTable::ActsSince(Database& database, const QDateTime& since)
+{
+    const auto first = EventIndex::FirstSince(database, since);
+    const QString from = first ? TimeBefore(*first) : QStringLiteral("(SELECT max(time_stamp) FROM event)");
+    const QString sql = QStringLiteral(
+        "SELECT act_id, entry_id, act, caller, kind, what, time_stamp, operator, console, away "
+        "FROM attention_act WHERE time_stamp >= coalesce(%1, (SELECT min(time_stamp) FROM attention_act)) "
+        "ORDER BY time_stamp, act");
+    std::vector<AttentionActRecord> acts;
+    const auto rows = database.OpenSnapshot(sql.arg(from));
+    for (; !rows->Eof(); rows->MoveNext())
+        acts.push_back(ReadAct(*rows));
+    return acts;
+}
+
+std::optional<AttentionActRecord> AttentionTable::OpeningOf(Database& database, const QString& entry)
+{
+    const auto rows = database.OpenTable(ActTable);
+    rows->SetIndex(QStringLiteral("PrimaryKey"));
+    rows->Seek(entry);
+    if (rows->NoMatch())
+        return {};
+    return ReadAct(*rows);
 }
 
 } // namespace dao

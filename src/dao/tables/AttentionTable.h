@@ -67,6 +67,10 @@ public:
     // The entry that an act went into; nothing when there is no such act.
     static std::optional<QString> EntryOf(Database& database, const QString& act);
     static void Append(Database& database, const AttentionActRecord& act);
+    // The acts since then, in the order of their times; there may be some in front that are older.
+    static std::vector<AttentionActRecord> ActsSince(Database& database, const QDateTime& since);
+    // The act that has opened an entry; nothing where it is not there.
+    static std::optional<AttentionActRecord> OpeningOf(Database& database, const QString& entry);
 };
 
 } // namespace dao

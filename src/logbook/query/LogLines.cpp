@@ -39,17 +39,6 @@ QString DirectionOf(const dao::EventRecord& record, const LogFacts& facts)
     return {};
 }
 
-QString Printable(const QString& text)
-{
-    QString printable;
-    for (const QChar character : text)
-        if (character.category() == QChar::Other_Control || character.category() == QChar::Other_Format)
-            printable += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
-        else
-            printable += character;
-    return printable;
-}
-
 // What a spreadsheet would calculate.
 QString Harmless(const QString& field)
 {
@@ -63,6 +52,17 @@ QString NumberOrNothing(qlonglong number)
 }
 
 } // namespace
+
+QString LogLines::Printable(const QString& text)
+{
+    QString printable;
+    for (const QChar character : text)
+        if (character.category() == QChar::Other_Control || character.category() == QChar::Other_Format)
+            printable += QStringLiteral("\\x%1").arg(character.unicode(), 2, 16, QLatin1Char('0'));
+        else
+            printable += character;
+    return printable;
+}
 
 QString LogLines::Party(const QString& name, const QString& number)
 {
@@ -91,23 +91,22 @@ QString LogLines::CsvHeader()
 
 QString LogLines::Csv(const dao::EventRecord& record, const LogFacts& facts)
 {
-    QStringList fields{QString::number(record.id),
-                       WithOffset(record.time),
-                       DirectionOf(record, facts),
-                       KindOf(record),
-                       facts.IsEmergency(record) ? "yes" : "no",
-                       record.from,
-                       record.fromNumber,
-                       record.to,
-                       record.toNumber,
-                       facts.TextOf(record),
-                       record.operatorName,
-                       record.console,
-                       NumberOrNothing(record.consoleNumber),
-                       record.recordId};
+    return CsvOf({QString::number(record.id), WithOffset(record.time), DirectionOf(record, facts),
+                  KindOf(record), facts.IsEmergency(record) ? "yes" : "no", record.from, record.fromNumber,
+                  record.to, record.toNumber, facts.TextOf(record), record.operatorName, record.console,
+                  NumberOrNothing(record.consoleNumber), record.recordId});
+}
+
+QString LogLines::CsvOf(QStringList fields)
+{
     for (QString& field : fields)
         field = Harmless(field);
     return CsvLine(fields);
+}
+
+QString LogLines::CsvTime(const QDateTime& time)
+{
+    return time.isValid() ? WithOffset(time) : QString();
 }
 
 QString LogLines::Json(const dao::EventRecord& record, const LogFacts& facts)
