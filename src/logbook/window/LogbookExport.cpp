@@ -5,15 +5,11 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "dao/Workspace.h"
-#include "dao/base/FileAccess.h"
 #include "logbook/query/LogLines.h"
+#include "logbook/window/ExportTable.h"
 #include "logbook/window/TextIds.h"
 
 #include <QLocale>
-#include <QPageLayout>
-#include <QPdfWriter>
-#include <QPrinter>
-#include <QSaveFile>
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -23,6 +19,9 @@ namespace {
 constexpr int PageSize = 1000;
 constexpr std::chrono::milliseconds BetweenSigns{100};
 
+// Of the width, in the order of the columns: nobody needs the console's whole identity on paper.
+constexpr int Shares[] = {15, 5, 8, 15, 15, 28, 8, 6};
+
 // Where the lines go.
 struct Sink {
     virtual ~Sink() = default;
@@ -30,102 +29,37 @@ struct Sink {
     virtual void Keep() = 0;
 };
 
-class FileSink : public Sink {
+class CsvSink : public Sink {
 public:
-    explicit FileSink(const QString& path) : m_file(path)
-    {
-        if (!m_file.open(QIODevice::WriteOnly) || !m_file.setPermissions(dao::OwnerOnly))
-            Fail();
-    }
-
-protected:
-    [[noreturn]] void Fail() const
-    {
-        throw Error(ErrorCode::General,
-                    QStringLiteral("%1: %2").arg(m_file.fileName(), m_file.errorString()));
-    }
-
-    QSaveFile m_file;
-};
-
-class CsvSink : public FileSink {
-public:
-    explicit CsvSink(const QString& path) : FileSink(path) { Write(LogLines::CsvHeader()); }
+    explicit CsvSink(const QString& path) : m_file(path) { m_file.Write(LogLines::CsvHeader()); }
 
     void Add(const dao::EventRecord& record, const LogFacts& facts) override
     {
-        Write(LogLines::Csv(record, facts));
+        m_file.Write(LogLines::Csv(record, facts));
     }
-    void Keep() override
-    {
-        if (!dao::Commit(m_file))
-            Fail();
-    }
+    void Keep() override { m_file.Keep(); }
 
 private:
-    void Write(const QString& line)
-    {
-        const QByteArray bytes = line.toUtf8();
-        if (m_file.write(bytes) != bytes.size())
-            Fail();
-    }
+    ExportFile m_file;
 };
 
-class PdfSink : public FileSink {
+class TableSink : public Sink {
 public:
-    PdfSink(const QString& path, const LogPaper::Texts& texts)
-        : FileSink(path),
-          m_writer(&m_file),
-          m_paper(Prepared(m_writer, texts), texts)
+    TableSink(std::unique_ptr<ExportTable> table, const LogbookLine& line)
+        : m_table(std::move(table)),
+          m_line(line)
     {
     }
 
-    void Add(const dao::EventRecord& record, const LogFacts& facts) override { m_paper.Add(record, facts); }
-    void Keep() override
+    void Add(const dao::EventRecord& record, const LogFacts& facts) override
     {
-        if (!m_paper.End() || !dao::Commit(m_file))
-            Fail();
+        m_table->Paper().Add(m_line.Cells(record, facts), facts.IsEmergency(record));
     }
+    void Keep() override { m_table->Keep(); }
 
 private:
-    static QPdfWriter& Prepared(QPdfWriter& writer, const LogPaper::Texts& texts)
-    {
-        constexpr int Resolution = 300;
-        constexpr qreal Margin = 12; // mm
-        writer.setResolution(Resolution);
-        writer.setTitle(texts.title);
-        writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape,
-                                         QMarginsF(Margin, Margin, Margin, Margin), QPageLayout::Millimeter));
-        return writer;
-    }
-
-    QPdfWriter m_writer;
-    LogPaper m_paper;
-};
-
-class PaperSink : public Sink {
-public:
-    PaperSink(QPrinter& printer, const LogPaper::Texts& texts) : m_printer(printer), m_paper(printer, texts)
-    {
-    }
-    ~PaperSink() override
-    {
-        if (!m_kept)
-            m_printer.abort();
-    }
-
-    void Add(const dao::EventRecord& record, const LogFacts& facts) override { m_paper.Add(record, facts); }
-    void Keep() override
-    {
-        m_kept = true;
-        if (!m_paper.End())
-            throw Error(ErrorCode::General, m_printer.printerName());
-    }
-
-private:
-    QPrinter& m_printer;
-    LogPaper m_paper;
-    bool m_kept = false;
+    std::unique_ptr<ExportTable> m_table;
+    LogbookLine m_line;
 };
 
 } // namespace
@@ -163,10 +97,13 @@ struct LogbookExport::Run {
 LogbookExport::LogbookExport(IDbSession& session, const IStringSource& strings)
     : m_session(session),
       m_strings(strings),
-      m_texts{LogbookLine(strings),
-              {},
-              strings.LoadString(LogbookText::Page),
-              strings.LoadString(LogbookText::CannotPaint)}
+      m_line(strings),
+      m_texts{.headings = m_line.Headings(),
+              .shares = {std::begin(Shares), std::end(Shares)},
+              .title = {},
+              .introduction = {},
+              .page = strings.LoadString(LogbookText::Page),
+              .failure = strings.LoadString(LogbookText::CannotPaint)}
 {
     m_progress.setInterval(BetweenSigns);
     connect(&m_progress, &QTimer::timeout, this, [this] { Q_EMIT Progress(m_run->percent, m_run->lines); });
@@ -184,21 +121,22 @@ void LogbookExport::Begin(Target target, const QString& file, const std::shared_
     m_target = target;
     m_file = file;
     m_run = std::make_shared<Run>();
-    LogPaper::Texts texts = m_texts;
+    TablePaper::Texts texts = m_texts;
     texts.title = FormatMessage(m_strings, LogbookText::PaperTitle,
                                 {QLocale().toString(QDateTime::currentDateTime(), QLocale::ShortFormat)});
     m_lane = std::make_unique<Lane>(Lane::Kind::OwnThread);
     m_progress.start();
-    m_lane->Do([this, open, target, file, printer, filter, facts, texts, run = m_run]() -> Lane::Answer {
+    m_lane->Do([this, open, target, file, printer, filter, facts, texts, line = m_line,
+                run = m_run]() -> Lane::Answer {
         try {
             const auto workspace = open();
             std::unique_ptr<Sink> sink;
             if (target == Target::Csv)
                 sink = std::make_unique<CsvSink>(file);
             else if (target == Target::Pdf)
-                sink = std::make_unique<PdfSink>(file, texts);
+                sink = std::make_unique<TableSink>(std::make_unique<PdfTable>(file, texts), line);
             else
-                sink = std::make_unique<PaperSink>(*printer, texts);
+                sink = std::make_unique<TableSink>(std::make_unique<PrintedTable>(*printer, texts), line);
             const LogSearch search(filter, facts);
             if (!run->Write(workspace->Database(), search, facts, *sink))
                 return [this] {

@@ -2,7 +2,8 @@
 
 #include "core/base/Lane.h"
 #include "logbook/query/LogSearch.h"
-#include "logbook/window/LogPaper.h"
+#include "logbook/window/LogbookLine.h"
+#include "logbook/window/TablePaper.h"
 
 #include <QObject>
 #include <QString>
@@ -49,7 +50,8 @@ private:
 
     IDbSession& m_session;
     const IStringSource& m_strings;
-    LogPaper::Texts m_texts;
+    LogbookLine m_line;
+    TablePaper::Texts m_texts;
     Target m_target = Target::Csv;
     QString m_file;
     std::shared_ptr<Run> m_run;

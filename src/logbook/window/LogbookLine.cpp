@@ -47,6 +47,14 @@ QString LogbookLine::Cell(const dao::EventRecord& record, const LogFacts& facts,
     }
 }
 
+QStringList LogbookLine::Cells(const dao::EventRecord& record, const LogFacts& facts) const
+{
+    QStringList cells;
+    for (int column = 0; column < Columns; ++column)
+        cells.append(Cell(record, facts, column));
+    return cells;
+}
+
 QString LogbookLine::KindOf(const dao::EventRecord& record, const LogFacts& facts) const
 {
     return facts.IsEmergency(record) ? m_emergency : m_kinds.value(record.kind, QString::number(record.kind));

@@ -15,7 +15,9 @@ public:
     explicit LogbookLine(const IStringSource& strings);
 
     QString Heading(int column) const { return m_headings.value(column); }
+    QStringList Headings() const { return m_headings; }
     QString Cell(const dao::EventRecord& record, const LogFacts& facts, int column) const;
+    QStringList Cells(const dao::EventRecord& record, const LogFacts& facts) const;
 
 private:
     QString KindOf(const dao::EventRecord& record, const LogFacts& facts) const;

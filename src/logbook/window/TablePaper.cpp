@@ -1,4 +1,4 @@
-#include "logbook/window/LogPaper.h"
+#include "logbook/window/TablePaper.h"
 
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
@@ -9,13 +9,11 @@
 namespace {
 
 constexpr int PointSize = 8;
-// Shares of the width, in the order of the columns: nobody needs the console's whole identity on paper.
-constexpr int Shares[] = {15, 5, 8, 15, 15, 28, 8, 6};
 constexpr int CellFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap | Qt::TextWrapAnywhere;
 
 } // namespace
 
-LogPaper::LogPaper(QPagedPaintDevice& device, const Texts& texts) : m_device(device), m_texts(texts)
+TablePaper::TablePaper(QPagedPaintDevice& device, const Texts& texts) : m_device(device), m_texts(texts)
 {
     if (!m_painter.begin(&device))
         throw Error(ErrorCode::General, texts.failure);
@@ -26,19 +24,19 @@ LogPaper::LogPaper(QPagedPaintDevice& device, const Texts& texts) : m_device(dev
     BeginPage();
 }
 
-void LogPaper::MeasureColumns()
+void TablePaper::MeasureColumns()
 {
     const int width = m_painter.viewport().width();
     const int gap = QFontMetrics(m_font, &m_device).averageCharWidth();
     int left = 0;
-    for (const int share : Shares) {
+    for (const int share : m_texts.shares) {
         const int right = left + width * share / 100;
         m_columns.emplace_back(left, 0, right - left - gap, 0);
         left = right;
     }
 }
 
-void LogPaper::BeginPage()
+void TablePaper::BeginPage()
 {
     if (m_page > 0)
         m_device.newPage();
@@ -49,19 +47,19 @@ void LogPaper::BeginPage()
     m_painter.drawText(line, Qt::AlignLeft, m_texts.title);
     m_painter.drawText(line, Qt::AlignRight, FormatMessage(m_texts.page, {QString::number(m_page)}));
     m_y = 2 * line.height();
-    QStringList headings;
-    for (int column = 0; column < LogbookLine::Columns; ++column)
-        headings.append(m_texts.line.Heading(column));
-    Draw(headings);
+    if (m_page == 1)
+        DrawIntroduction();
+    m_painter.setFont(m_bold);
+    Draw(m_texts.headings);
     m_painter.drawLine(0, m_y, line.width(), m_y);
     m_y += line.height() / 3;
     m_painter.setFont(m_font);
 }
 
-int LogPaper::HeightOf(const QStringList& cells) const
+int TablePaper::HeightOf(const QStringList& cells) const
 {
     int height = 0;
-    for (int column = 0; column < LogbookLine::Columns; ++column) {
+    for (qsizetype column = 0; column < m_texts.shares.size(); ++column) {
         const QRect& place = m_columns[static_cast<std::size_t>(column)];
         constexpr int Unlimited = 1'000'000;
         height = std::max(height, m_painter.fontMetrics()
@@ -71,25 +69,37 @@ int LogPaper::HeightOf(const QStringList& cells) const
     return height;
 }
 
-void LogPaper::Draw(const QStringList& cells)
+void TablePaper::Draw(const QStringList& cells)
 {
     const int height = HeightOf(cells);
-    for (int column = 0; column < LogbookLine::Columns; ++column) {
+    for (qsizetype column = 0; column < m_texts.shares.size(); ++column) {
         const QRect& place = m_columns[static_cast<std::size_t>(column)];
         m_painter.drawText(QRect(place.left(), m_y, place.width(), height), CellFlags, cells[column]);
     }
     m_y += height;
 }
 
-void LogPaper::Add(const dao::EventRecord& record, const LogFacts& facts)
+void TablePaper::DrawIntroduction()
 {
-    QStringList cells;
-    for (int column = 0; column < LogbookLine::Columns; ++column)
-        cells.append(m_texts.line.Cell(record, facts, column));
-    m_painter.setFont(facts.IsEmergency(record) ? m_bold : m_font);
+    m_painter.setFont(m_font);
+    const int width = m_painter.viewport().width();
+    for (const QString& line : m_texts.introduction) {
+        constexpr int Unlimited = 1'000'000;
+        const QRect place = m_painter.fontMetrics().boundingRect(0, 0, width, Unlimited, CellFlags, line);
+        m_painter.drawText(QRect(0, m_y, width, place.height()), CellFlags, line);
+        m_y += place.height();
+    }
+    if (!m_texts.introduction.isEmpty())
+        m_y += m_painter.fontMetrics().lineSpacing();
+}
+
+void TablePaper::Add(const QStringList& cells, bool bold)
+{
+    const QFont& font = bold ? m_bold : m_font;
+    m_painter.setFont(font);
     if (m_y + HeightOf(cells) > m_painter.viewport().height()) {
         BeginPage();
-        m_painter.setFont(facts.IsEmergency(record) ? m_bold : m_font);
+        m_painter.setFont(font);
     }
     Draw(cells);
 }

@@ -1,35 +1,38 @@
 #pragma once
 
-#include "logbook/window/LogbookLine.h"
-
 #include <QFont>
+#include <QList>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QString>
 #include <QStringList>
 #include <vector>
 
-// Lines of the log on paper, or in a PDF: a title and the headings of the columns on each page. May be used
-// on a thread of its own.
-class LogPaper {
+// A table on paper, or in a PDF: a title and the headings of the columns on each page, and on the first one
+// what introduces it. May be used on a thread of its own.
+class TablePaper {
 public:
     struct Texts {
-        LogbookLine line;
+        QStringList headings;
+        QList<int> shares; // of the width for each column, in hundredths
         QString title;
-        QString page; // with a place for the number
+        QStringList introduction; // a line each
+        QString page;             // with a place for the number
         QString failure;
     };
 
     // Raises Error when nothing can be painted on the device, which outlives it.
-    LogPaper(QPagedPaintDevice& device, const Texts& texts);
+    TablePaper(QPagedPaintDevice& device, const Texts& texts);
 
-    void Add(const dao::EventRecord& record, const LogFacts& facts);
+    // As many cells as there are headings.
+    void Add(const QStringList& cells, bool bold = false);
     // True unless the device has failed.
     bool End() { return m_painter.end(); }
 
 private:
     void MeasureColumns();
     void BeginPage();
+    void DrawIntroduction();
     int HeightOf(const QStringList& cells) const;
     void Draw(const QStringList& cells);
 
