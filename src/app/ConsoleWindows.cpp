@@ -18,6 +18,7 @@
 #include "core/texts/StringSource.h"
 #include "logbook/query/LogIndexer.h"
 #include "logbook/window/frmLogbook.h"
+#include "logbook/window/frmShiftReport.h"
 #include "mainwindow/frame/winMain.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmFleetPlan.h"
@@ -107,14 +108,25 @@ void ConsoleWindows::OpenStatusEditor(winMain& owner)
     ShowModal(window, owner);
 }
 
+QStringList ConsoleWindows::OwnNames() const
+{
+    return {m_services.executive.MyCallsign(), m_services.executive.MyAddress()};
+}
+
 void ConsoleWindows::OpenLogbook(winMain&)
 {
     if (!m_logbook)
-        m_logbook =
-            std::make_unique<frmLogbook>(m_services.session, m_services.strings, m_services.clock, [this] {
-                return QStringList{m_services.executive.MyCallsign(), m_services.executive.MyAddress()};
-            });
+        m_logbook = std::make_unique<frmLogbook>(m_services.session, m_services.strings, m_services.clock,
+                                                 [this] { return OwnNames(); });
     m_logbook->Open();
+}
+
+void ConsoleWindows::OpenShiftReport(winMain&)
+{
+    if (!m_shift)
+        m_shift = std::make_unique<frmShiftReport>(m_services.session, m_services.strings, m_services.clock,
+                                                   [this] { return OwnNames(); });
+    m_shift->Open();
 }
 
 void ConsoleWindows::OpenHelp(winMain&)

@@ -16,6 +16,7 @@ class frmAddressManager;
 class frmHelp;
 class frmLogbook;
 class frmNumInfoDiagnostics;
+class frmShiftReport;
 struct INumberingView;
 
 // The windows around the main window, on the application's services.
@@ -34,12 +35,14 @@ public:
     void OpenAddressDirectory(winMain& owner) override;
     void OpenStatusEditor(winMain& owner) override;
     void OpenLogbook(winMain& owner) override;
+    void OpenShiftReport(winMain& owner) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
 
 private:
     AdminServices Admin() const;
     NumberingServices ForNumbering() const;
+    QStringList OwnNames() const;
     void ShowDialog(winMain& owner, const std::function<std::unique_ptr<QDialog>()>& make);
 
     // Opens the guide at a page; at its contents for an empty one. Says so when there is no guide.
@@ -52,5 +55,6 @@ private:
     std::unique_ptr<frmHelp> m_help;
     std::unique_ptr<HelpKey> m_helpKey;
     std::unique_ptr<LogIndexer> m_indexer;
-    std::unique_ptr<frmLogbook> m_logbook; // kept hidden between uses
+    std::unique_ptr<frmLogbook> m_logbook;   // kept hidden between uses
+    std::unique_ptr<frmShiftReport> m_shift; // likewise
 };

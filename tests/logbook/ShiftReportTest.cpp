@@ -3,8 +3,19 @@
 #include "core/eventlog/AttentionAct.h"
 #include "core/texts/StringSourceImpl.h"
 #include "logbook/query/ShiftLines.h"
+#include "logbook/window/frmShiftReport.h"
+#include "support/FakeClock.h"
+#include "support/Files.h"
 #include "support/TestDatabase.h"
 
+#include <QDateTimeEdit>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
 #include <gtest/gtest.h>
 
 namespace {
@@ -101,6 +112,41 @@ TEST_F(ShiftReportTest, TellsWaitsAsTheyWereInThatTime)
               "Emergency: 2, answered 2; time to answer 0:01:00 (median), 0:10:00 (longest)\n"
               "Missed call: 1, answered none\nCall for a call-back: 0, answered none\n"
               "Message that failed: 0, answered none\nOpen at the beginning: 2, at the end: 3");
+}
+
+TEST_F(ShiftReportTest, WindowShowsAndWritesIt)
+{
+    const FakeClock clock(At(60));
+    TestSession session(database);
+    frmShiftReport window(session, strings, clock, [] { return QStringList(); });
+    Store(Act::Heard, "!Car", 3, "A");
+    Store(Act::Taken, "!Car", 5, "B");
+    window.Open();
+    const auto& table = *window.findChild<QTableView*>("lvShift");
+    const auto& state = *window.findChild<QLabel*>("lblState");
+    ASSERT_TRUE(QTest::qWaitFor([&] { return table.model()->rowCount() == 1; }, 10000));
+    EXPECT_EQ(table.model()->index(0, ShiftLines::TakenBy).data().toString(), "B (B-desk)");
+    EXPECT_TRUE(window.findChild<QLabel*>("lblSummary")->text().endsWith("at the end: 1"));
+
+    const QTemporaryDir folder;
+    const auto write = [&](const char* button, const QString& file) {
+        QTest::mouseClick(window.findChild<QPushButton*>(button), Qt::LeftButton);
+        auto* dialog = window.findChild<QFileDialog*>("fileDialog");
+        dialog->findChild<QLineEdit*>("fileNameEdit")->setText(file);
+        QTest::keyClick(dialog, Qt::Key_Return);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return state.text().contains(file); }, 10000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !window.findChild<QFileDialog*>("fileDialog"); }, 5000));
+        return ReadFile(file);
+    };
+    EXPECT_TRUE(write("cmdExportCsv", folder.filePath("shift.csv")).startsWith("line,kind,"));
+    EXPECT_TRUE(write("cmdExportPdf", folder.filePath("shift.pdf")).startsWith("%PDF-"));
+    window.findChild<QDateTimeEdit*>("txtFrom")->setDateTime(At(61).toLocalTime());
+    QTest::mouseClick(window.findChild<QPushButton*>("cmdShow"), Qt::LeftButton);
+    EXPECT_EQ(state.text(), strings.LoadString(6686));
+    EXPECT_EQ(table.model()->rowCount(), 0);
+    EXPECT_FALSE(window.findChild<QPushButton*>("cmdPrint")->isEnabled());
+    session.Logoff();
+    EXPECT_FALSE(window.isVisible());
 }
 
 } // namespace

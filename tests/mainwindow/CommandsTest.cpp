@@ -34,6 +34,7 @@ const Expected Table[] = {
     {"miPassword", {F, T, T}, {T, T, T}},
     {"miLogDataView", {F, T, T}, {F, T, T}},
     {"miLogWindow", {F, T, T}, {T, T, T}},
+    {"miShiftReport", {F, T, T}, {T, T, T}},
     {"miOpCon", {F, T, T}, {F, T, T}},
     {"miSendCall", {F, T, T}, {F, T, T}},
     {"tbMain_addressdir", {F, F, T}, {F, F, T}},

@@ -13,6 +13,7 @@ struct RecordingWindows : IWindows {
     void OpenAddressDirectory(winMain&) override { opened.append("directory"); }
     void OpenStatusEditor(winMain&) override { opened.append("statuses"); }
     void OpenLogbook(winMain&) override { opened.append("logbook"); }
+    void OpenShiftReport(winMain&) override { opened.append("shift"); }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
 

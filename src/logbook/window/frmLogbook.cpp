@@ -9,6 +9,7 @@
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
 #include "core/widgets/Icons.h"
+#include "logbook/window/ExportDialogs.h"
 #include "logbook/window/LogbookExport.h"
 #include "logbook/window/LogbookFeed.h"
 #include "logbook/window/LogbookFilterBar.h"
@@ -16,13 +17,10 @@
 #include "logbook/window/TextIds.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScreen>
@@ -271,16 +269,8 @@ void frmLogbook::Select(int row)
 
 void frmLogbook::AskForFile(bool pdf)
 {
-    auto* dialog = new QFileDialog(this, m_strings.LoadString(LogbookText::ExportCaption));
-    dialog->setObjectName(QStringLiteral("fileDialog"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilter(m_strings.LoadString(pdf ? LogbookText::PdfFiles : LogbookText::CsvFiles));
-    dialog->setDefaultSuffix(pdf ? QStringLiteral("pdf") : QStringLiteral("csv"));
-    // The desktop's own dialog would be hidden behind a call's window.
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
     const LogFilter filter = m_feed->Filter(); // what is shown, whatever is typed meanwhile
-    connect(dialog, &QFileDialog::fileSelected, this, [this, pdf, filter](const QString& file) {
+    ExportDialogs::AskForFile(*this, m_strings, pdf, [this, pdf, filter](const QString& file) {
         try {
             m_export->Begin(pdf ? LogbookExport::Target::Pdf : LogbookExport::Target::Csv, file, nullptr,
                             filter, m_feed->Facts());
@@ -289,26 +279,20 @@ void frmLogbook::AskForFile(bool pdf)
             Say(DescribeError(failure, m_strings));
         }
     });
-    dialog->open();
 }
 
 void frmLogbook::AskForPrinter()
 {
-    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
-    printer->setPageOrientation(QPageLayout::Landscape);
-    auto* dialog = new QPrintDialog(printer.get(), this);
-    dialog->setObjectName(QStringLiteral("printDialog"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    const LogFilter filter = m_feed->Filter();
-    connect(dialog, &QDialog::accepted, this, [this, printer, filter] {
-        try {
-            m_export->Begin(LogbookExport::Target::Paper, {}, printer, filter, m_feed->Facts());
-            ShowExport(true);
-        } catch (const std::exception& failure) {
-            Say(DescribeError(failure, m_strings));
-        }
-    });
-    dialog->open();
+    ExportDialogs::AskForPrinter(
+        *this,
+        [this, filter = m_feed->Filter()](const auto& printer) {
+            try {
+                m_export->Begin(LogbookExport::Target::Paper, {}, printer, filter, m_feed->Facts());
+                ShowExport(true);
+            } catch (const std::exception& failure) {
+                Say(DescribeError(failure, m_strings));
+            }
+        });
 }
 
 void frmLogbook::ShowExport(bool running)

@@ -8,7 +8,6 @@ class LogbookFeed;
 class LogbookFilterBar;
 class LogbookModel;
 class QCheckBox;
-class QFileDialog;
 class QLabel;
 class QProgressBar;
 class QPushButton;

@@ -63,6 +63,7 @@ enum class MainCommand {
     FullScreen,
     LogDataView,
     LogWindow,
+    ShiftReport,
 
     HelpMenu,
     HelpTopics,

@@ -50,6 +50,7 @@ constexpr int FullScreen = 4141;
 constexpr int LogDataView = 4142;
 constexpr int LogSeparator = 6221;
 constexpr int LogWindow = 6220;
+constexpr int ShiftReport = 6650;
 constexpr int HelpMenu = 4143;
 constexpr int HelpTopics = 4144;
 constexpr int HelpSeparator = 4145;

@@ -195,6 +195,7 @@ void MainCommands::ConnectWindows()
         {MainCommand::AddressDir, &IWindows::OpenAddressDirectory},
         {MainCommand::EditStati, &IWindows::OpenStatusEditor},
         {MainCommand::LogWindow, &IWindows::OpenLogbook},
+        {MainCommand::ShiftReport, &IWindows::OpenShiftReport},
         {MainCommand::HelpTopics, &IWindows::OpenHelp},
         {MainCommand::About, &IWindows::OpenAbout},
     };

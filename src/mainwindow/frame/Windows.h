@@ -18,6 +18,7 @@ struct IWindows {
     virtual void OpenStatusEditor(winMain& owner) = 0;
     // The log of all consoles. Returns at once.
     virtual void OpenLogbook(winMain& owner) = 0;
+    virtual void OpenShiftReport(winMain& owner) = 0;
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;
