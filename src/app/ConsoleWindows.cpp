@@ -19,6 +19,7 @@
 #include "logbook/query/LogIndexer.h"
 #include "logbook/window/frmLogbook.h"
 #include "logbook/window/frmShiftReport.h"
+#include "logbook/window/frmWhoIsWhere.h"
 #include "mainwindow/frame/winMain.h"
 #include "numbering/frmActionetSettings.h"
 #include "numbering/frmFleetPlan.h"
@@ -127,6 +128,14 @@ void ConsoleWindows::OpenShiftReport(winMain&)
         m_shift = std::make_unique<frmShiftReport>(m_services.session, m_services.strings, m_services.clock,
                                                    [this] { return OwnNames(); });
     m_shift->Open();
+}
+
+void ConsoleWindows::OpenWhoIsWhere(winMain&)
+{
+    if (!m_where)
+        m_where = std::make_unique<frmWhoIsWhere>(m_services.session, m_services.strings, m_services.clock,
+                                                  [this] { return OwnNames(); });
+    m_where->Open();
 }
 
 void ConsoleWindows::OpenHelp(winMain&)

@@ -17,6 +17,7 @@ class frmHelp;
 class frmLogbook;
 class frmNumInfoDiagnostics;
 class frmShiftReport;
+class frmWhoIsWhere;
 struct INumberingView;
 
 // The windows around the main window, on the application's services.
@@ -36,6 +37,7 @@ public:
     void OpenStatusEditor(winMain& owner) override;
     void OpenLogbook(winMain& owner) override;
     void OpenShiftReport(winMain& owner) override;
+    void OpenWhoIsWhere(winMain& owner) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
 
@@ -57,4 +59,5 @@ private:
     std::unique_ptr<LogIndexer> m_indexer;
     std::unique_ptr<frmLogbook> m_logbook;   // kept hidden between uses
     std::unique_ptr<frmShiftReport> m_shift; // likewise
+    std::unique_ptr<frmWhoIsWhere> m_where;
 };

@@ -35,6 +35,7 @@ const Expected Table[] = {
     {"miLogDataView", {F, T, T}, {F, T, T}},
     {"miLogWindow", {F, T, T}, {T, T, T}},
     {"miShiftReport", {F, T, T}, {T, T, T}},
+    {"miWhoIsWhere", {F, T, T}, {T, T, T}},
     {"miOpCon", {F, T, T}, {F, T, T}},
     {"miSendCall", {F, T, T}, {F, T, T}},
     {"tbMain_addressdir", {F, F, T}, {F, F, T}},

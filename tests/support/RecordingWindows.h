@@ -14,6 +14,7 @@ struct RecordingWindows : IWindows {
     void OpenStatusEditor(winMain&) override { opened.append("statuses"); }
     void OpenLogbook(winMain&) override { opened.append("logbook"); }
     void OpenShiftReport(winMain&) override { opened.append("shift"); }
+    void OpenWhoIsWhere(winMain&) override { opened.append("where"); }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
 

@@ -12,6 +12,8 @@ constexpr int Answered = 6662;
 constexpr int NoneAnswered = 6663;
 constexpr int Open = 6664;
 constexpr int FirstColumn = 6665; // as ShiftLines::Column has them
-constexpr int FirstState = 6676;  // as ShiftWait::State has them
+constexpr int SinceColumn = 6668;
+constexpr int StateColumn = 6675;
+constexpr int FirstState = 6676; // as ShiftWait::State has them
 
 } // namespace ShiftText

@@ -64,6 +64,7 @@ constexpr CommandRow Rows[] = {
     {Separator, MainCommand::None, "", LogSeparator, 0, When::Always, When::Always},
     {Item, MainCommand::LogWindow, "miLogWindow", LogWindow, 0, When::LoggedOn, When::Always},
     {Item, MainCommand::ShiftReport, "miShiftReport", ShiftReport, 0, When::LoggedOn, When::Always},
+    {Item, MainCommand::WhoIsWhere, "miWhoIsWhere", WhoIsWhere, 0, When::LoggedOn, When::Always},
 
     {Menu, MainCommand::HelpMenu, "mbHelp", HelpMenu, 0, When::Always, When::Always},
     {Item, MainCommand::HelpTopics, "miHelpTopix", HelpTopics, 0, When::Always, When::Always},

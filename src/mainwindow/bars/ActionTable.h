@@ -64,6 +64,7 @@ enum class MainCommand {
     LogDataView,
     LogWindow,
     ShiftReport,
+    WhoIsWhere,
 
     HelpMenu,
     HelpTopics,

@@ -51,6 +51,7 @@ constexpr int LogDataView = 4142;
 constexpr int LogSeparator = 6221;
 constexpr int LogWindow = 6220;
 constexpr int ShiftReport = 6650;
+constexpr int WhoIsWhere = 6689;
 constexpr int HelpMenu = 4143;
 constexpr int HelpTopics = 4144;
 constexpr int HelpSeparator = 4145;

@@ -196,6 +196,7 @@ void MainCommands::ConnectWindows()
         {MainCommand::EditStati, &IWindows::OpenStatusEditor},
         {MainCommand::LogWindow, &IWindows::OpenLogbook},
         {MainCommand::ShiftReport, &IWindows::OpenShiftReport},
+        {MainCommand::WhoIsWhere, &IWindows::OpenWhoIsWhere},
         {MainCommand::HelpTopics, &IWindows::OpenHelp},
         {MainCommand::About, &IWindows::OpenAbout},
     };

@@ -19,6 +19,7 @@ struct IWindows {
     // The log of all consoles. Returns at once.
     virtual void OpenLogbook(winMain& owner) = 0;
     virtual void OpenShiftReport(winMain& owner) = 0;
+    virtual void OpenWhoIsWhere(winMain& owner) = 0;
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;

@@ -4,17 +4,7 @@
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
 #include "core/texts/Validation.h"
-
-namespace {
-
-bool MeansStatus(const QString& setting, int status)
-{
-    bool numeric = false;
-    const double code = setting.trimmed().toDouble(&numeric);
-    return numeric && code == status;
-}
-
-} // namespace
+#include "radio/base/DutyCodes.h"
 
 AddressBook::AddressBook(IDbSession& session, EventLog& eventLog) : m_session(session), m_eventLog(eventLog)
 {
@@ -50,9 +40,11 @@ void AddressBook::UpdateDutyStatus(const QString& callsign, bool onDuty)
 
 void AddressBook::FollowStatus(const QString& callsign, int status)
 {
-    SessionMemory& memory = m_session.Memory();
-    if (MeansStatus(memory.Setting(QStringLiteral("radio_onduty"), QStringLiteral("1")), status))
+    const DutyCodes codes([this](const QString& key, const QString& fallback) {
+        return m_session.Memory().Setting(key, fallback);
+    });
+    if (codes.IsOn(status))
         UpdateDutyStatus(callsign, true);
-    if (MeansStatus(memory.Setting(QStringLiteral("radio_offduty"), QStringLiteral("2")), status))
+    if (codes.IsOff(status))
         UpdateDutyStatus(callsign, false);
 }
