@@ -25,7 +25,7 @@ namespace {
 constexpr int ShiftHours = 8;
 constexpr qint64 Minute = 60'000; // ms
 // Characters of each column at first; what was wanted gets what is left.
-constexpr int Widths[] = {22, 20, 40, 24, 8, 22, 24, 16, 22, 24, 14};
+constexpr int Widths[] = {18, 14, 22, 24, 8, 16, 24, 17, 14, 24, 12};
 constexpr int Shares[] = {9, 10, 19, 10, 5, 10, 10, 6, 8, 8, 5};
 constexpr int Lines = 36;
 
@@ -79,19 +79,18 @@ frmShiftReport::~frmShiftReport()
     delete m_reader; // before what it shows
 }
 
-QDateTimeEdit* frmShiftReport::TimeField(const char* name, int textId)
+QDateTimeEdit* frmShiftReport::TimeField(const char* name)
 {
     auto* field = new QDateTimeEdit(this);
     field->setObjectName(QLatin1String(name));
-    field->setProperty("accessibleNameId", textId);
     field->setCalendarPopup(true);
     return field;
 }
 
 void frmShiftReport::BuildPeriod()
 {
-    txtFrom = TimeField("txtFrom", ReportText::From);
-    txtTo = TimeField("txtTo", ReportText::To);
+    txtFrom = TimeField("txtFrom");
+    txtTo = TimeField("txtTo");
     auto* show = new QPushButton(this);
     show->setObjectName(QStringLiteral("cmdShow"));
     show->setProperty("textId", ReportText::Show);
@@ -122,6 +121,7 @@ void frmShiftReport::BuildTable()
     lvShift->verticalHeader()->hide();
     lvShift->verticalHeader()->setDefaultSectionSize(fontMetrics().lineSpacing() + 4);
     lvShift->horizontalHeader()->setHighlightSections(false);
+    lvShift->horizontalHeader()->setSectionResizeMode(ShiftLines::What, QHeaderView::Stretch);
     lvShift->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
 }
 

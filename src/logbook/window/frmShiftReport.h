@@ -36,7 +36,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    QDateTimeEdit* TimeField(const char* name, int textId);
+    QDateTimeEdit* TimeField(const char* name);
     void BuildPeriod();
     void BuildTable();
     void Read();

@@ -30,7 +30,7 @@ namespace {
 constexpr int DaysBack = 7;
 constexpr std::chrono::seconds BetweenReadings{30};
 // Characters of each column at first.
-constexpr int Widths[] = {20, 16, 28, 14, 24, 24, 34, 28};
+constexpr int Widths[] = {15, 13, 22, 11, 24, 24, 32, 18};
 constexpr int Shares[] = {11, 9, 16, 8, 13, 13, 16, 14};
 constexpr int Lines = 34;
 
@@ -111,7 +111,6 @@ void frmWhoIsWhere::BuildSearch()
     label->setProperty("textId", LogbookText::Search);
     label->setBuddy(txtSearch);
     txtSearch->setObjectName(QStringLiteral("txtSearch"));
-    txtSearch->setProperty("accessibleNameId", LogbookText::Search);
     txtSearch->setClearButtonEnabled(true);
     auto* row = new QHBoxLayout;
     row->addWidget(label);
