@@ -35,7 +35,7 @@ void ExportFile::Write(const QString& text)
 
 void ExportFile::Keep()
 {
-    if (!m_file.commit())
+    if (!dao::Commit(m_file))
         Fail();
 }
 
