@@ -280,6 +280,15 @@ TEST(Scada, ACriticalControlAsksBeforeItIsSwitched)
     stack.Click("cmdALLON");
     EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 2 18"});
     stack.Progress(map27::Type::MessagePositive);
+    // From elsewhere, too, and by the outstation's number as well.
+    for (const char* party : {"Unit20", "20"}) {
+        stack.prompt.ExpectConfirmation(FormatMessage(stack.strings, 6445, {"3", "", party}), false);
+        stack.executive.SendStatus(party, 13);
+    }
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList());
+    stack.executive.SendStatus("Unit22", 13);
+    EXPECT_EQ(stack.control->TakeOperations(), QStringList{"SendStatusMessage 0 4 13"}) << "no outstation";
+    stack.Progress(map27::Type::MessagePositive);
 
     const auto isOld = [&] {
         stack.Choose("Unit20"); // as the timer does

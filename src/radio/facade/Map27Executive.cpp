@@ -221,7 +221,8 @@ void Map27Executive::SendGroupName(const QString& target, int pos, const QString
 
 void Map27Executive::SendStatus(const QString& address, int status, Purpose purpose)
 {
-    if (purpose == Purpose::Message && m_mayBeSent && !m_mayBeSent(address, status))
+    const auto mayBeSent = m_mayBeSent; // the program may end while a box is open
+    if (purpose == Purpose::Message && mayBeSent && !mayBeSent(address, status))
         return;
     if (IsBusy(RadioText::NotReadyForStatus))
         return;
