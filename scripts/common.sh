@@ -7,8 +7,8 @@ libsodium-dev libsqlite3-dev libpq-dev libx11-dev fonts-dejavu-core"
 TEST_PACKAGES="libgtest-dev clang-format postgresql
 xvfb openbox at-spi2-core python3-gi python3-xlib dbus-daemon"
 
-# What ./package needs besides: dpkg's tools, the icons' renderer, and what examines the packages.
-PACKAGING_PACKAGES="dpkg-dev librsvg2-bin lintian appstream desktop-file-utils man-db bash-completion"
+# What ./package needs besides: dpkg's tools, the icons' renderer, the book's, and what examines the packages.
+PACKAGING_PACKAGES="dpkg-dev librsvg2-bin cmark-gfm lintian appstream desktop-file-utils man-db bash-completion"
 
 # What ./test --fuzz needs: another compiler, for its fuzzing library.
 FUZZ_PACKAGES="clang-14 libclang-rt-14-dev"

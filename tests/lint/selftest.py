@@ -51,7 +51,6 @@ CLEAN = {
 }
 
 CATALOGUE = "src/resources/catalogue/CKYN.CResourceStrs"
-SATELLITE = "src/resources/catalogue/satellites/CKYNPL7.CResourceStrs"
 FORM = "src/core/texts/frmBox.ui"
 LATER = "tests/lint/later_ids.txt"
 
@@ -88,13 +87,6 @@ FAULTS = [
     ("catalogue", CATALOGUE, "", '2003 "Again"\n', "id 2003 stands already"),
     ("catalogue", CATALOGUE, "", '2004 Unquoted\n', "neither an entry nor a comment"),
     ("catalogue", CATALOGUE, "Said", "S\\aid", "is no escape"),
-    ("catalogue", SATELLITE, '2003 "Gesagt"\n', "", "id 2003 is not translated"),
-    ("catalogue", SATELLITE, "", '2256 "Benutzer"\n', "id 2256 must not be translated"),
-    ("catalogue", SATELLITE, "", '2900 "Mehr"\n', "id 2900 is not in the built-in catalogue"),
-    ("catalogue", SATELLITE, "#02", "#03", "id 2000 has other placeholders"),
-    ("catalogue", SATELLITE, "\\n", " ", "id 2000 has other escapes"),
-    ("catalogue", SATELLITE, '" &Port', '"&Port', "id 2001 has other blanks"),
-    ("catalogue", SATELLITE, "Gesagt", "", "id 2003 is empty"),
     ("catalogue", "src/resources/catalogue/satellites/German.CResourceStrs", None, "", "is not named after"),
     ("catalogue", FORM, "<string>...", "<string>Port", "is typed into the form"),
     ("catalogue", "src/core/texts/Box.cpp", '"---"', '"Ready"', 'typed text "Ready"'),

@@ -10,6 +10,8 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 // Outside any namespace, as Q_INIT_RESOURCE demands: the texts lie in a static library.
@@ -51,8 +53,7 @@ CStringSourceImpl::CStringSourceImpl(QStringList satelliteFolders)
     : m_folders(std::move(satelliteFolders)),
       m_langId(LangIdOf(QLocale::system()))
 {
-    InitCatalogueResource();
-    m_builtIn = ReadCatalogue(BuiltInFile);
+    m_builtIn = BuiltIn();
 }
 
 void CStringSourceImpl::SetLangID(quint16 langId)
@@ -91,10 +92,20 @@ QStringList CStringSourceImpl::DefaultFolders()
     return folders;
 }
 
-QList<Catalogue> CStringSourceImpl::Installed(const QStringList& satelliteFolders)
+Catalogue CStringSourceImpl::BuiltIn()
 {
     InitCatalogueResource();
-    QList<Catalogue> catalogues{ReadCatalogue(BuiltInFile)};
+    return ReadCatalogue(BuiltInFile);
+}
+
+bool CStringSourceImpl::IsTranslated(int id)
+{
+    return std::find(std::begin(NeverTranslated), std::end(NeverTranslated), id) == std::end(NeverTranslated);
+}
+
+QList<Catalogue> CStringSourceImpl::Installed(const QStringList& satelliteFolders)
+{
+    QList<Catalogue> catalogues{BuiltIn()};
     for (const QString& folder : satelliteFolders)
         for (const QFileInfo& file : QDir(folder).entryInfoList({QStringLiteral("*.CResourceStrs")}))
             try {

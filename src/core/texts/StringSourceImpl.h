@@ -24,6 +24,9 @@ public:
     QString LoadString(int id) const override;
 
     static QStringList DefaultFolders();
+    static Catalogue BuiltIn();
+    // False for the few texts that a satellite does not replace: names and numbers that are stored.
+    static bool IsTranslated(int id);
     // The built-in catalogue and every satellite in these folders that can be read.
     static QList<Catalogue> Installed(const QStringList& satelliteFolders = DefaultFolders());
 

@@ -60,6 +60,7 @@ Command SettingsResetCommand();
 Command DialCommand();
 Command FleetExportCommand();
 Command FleetImportCommand();
+Command CatalogueCheckCommand();
 Command TraceExplainCommand();
 Command RadioCheckCommand();
 Command LogShowCommand();

@@ -30,6 +30,7 @@ QList<Command> AllCommands()
             StatusExportCommand(),
             StatusImportCommand(),
             DialCommand(),
+            CatalogueCheckCommand(),
             TraceExplainCommand(),
             RadioCheckCommand(),
             LogShowCommand(),
