@@ -103,11 +103,14 @@ void Directory::Index()
     m_byIdent.assign(room, 0);
     m_byCallsign.assign(room, 0);
     m_byId.reserve(m_rows.size());
+    m_search.Reserve(m_rows.size(), m_texts.size());
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
         m_rows[row] = sorted[row].second;
         Put(m_byIdent, Ident(m_rows[row]), row);
         Put(m_byCallsign, sorted[row].first, row);
         m_byId.emplace_back(m_rows[row].id, static_cast<quint32>(row));
+        const Entry entry = At(row);
+        m_search.Add(entry.callsign, entry.ident, entry.name);
     }
     std::sort(m_byId.begin(), m_byId.end());
 }

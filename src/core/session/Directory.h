@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/session/DirectorySearch.h"
+
 #include <QByteArray>
 #include <QString>
 #include <optional>
@@ -11,7 +13,8 @@ class Database;
 }
 
 // The address directory in memory, as it was last read: what a radio event needs of it, found at once. The
-// texts lie one after the other in UTF-8, about 60 octets an entry with both look-up tables.
+// texts lie one after the other in UTF-8, and in lower case again, about 110 octets an entry with all look-up
+// tables.
 class Directory {
 public:
     // Types as the database numbers them.
@@ -44,6 +47,11 @@ public:
         return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
     }
     std::optional<Entry> Find(qint32 id) const;
+    // Indices of entries with this text, the likeliest first.
+    std::vector<std::size_t> Search(const QString& text, std::size_t most) const
+    {
+        return m_search.Find(text, most);
+    }
 
     // Of the individual with this callsign; false when there is none.
     bool SetOnDuty(const QString& callsign, bool onDuty);
@@ -77,6 +85,7 @@ private:
 
     bool m_read = false;
     std::vector<char> m_texts;
+    DirectorySearch m_search;
     std::vector<Row> m_rows;
     QString m_dottedI; // as the database folds it; empty while no callsign may have it
     Slots m_byIdent;
