@@ -19,6 +19,7 @@
 class TestDatabase {
     QTemporaryDir m_folder;
     const QString m_server;
+    const bool m_isKept = false;
 
 public:
     static constexpr auto userName = "admin";
@@ -43,9 +44,19 @@ public:
             throw std::runtime_error("the test database cannot be copied");
     }
 
+    // A database that stays, made when it is not there.
+    explicit TestDatabase(const dao::Location& kept) : m_isKept(true), location(kept)
+    {
+        try {
+            Open();
+        } catch (const dao::Error&) {
+            dao::CreateDatabase(location, userName, password, dao::PasswordCost::Lowest());
+        }
+    }
+
     ~TestDatabase()
     {
-        if (!m_server.isEmpty())
+        if (!m_server.isEmpty() && !m_isKept)
             dao::postgresql::DropServerDatabase(dao::postgresql::ServerAddress::Parse(location.database));
     }
 
