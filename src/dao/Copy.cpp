@@ -18,8 +18,9 @@ namespace dao {
 namespace {
 
 // Those that others refer to come first.
-constexpr const char* Tables[] = {"address",      "status",       "event",     "dynamic_regroup", "fleet",
-                                  "user_profile", "kyn_registry", "attention", "attention_act"};
+constexpr const char* Tables[] = {"address",       "status",       "event",        "dynamic_regroup",
+                                  "fleet",         "user_profile", "kyn_registry", "attention",
+                                  "attention_act", "regroup_act"};
 constexpr int PageSize = 2000;
 constexpr int RowsAtOnce = 50;
 

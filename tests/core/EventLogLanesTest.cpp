@@ -3,6 +3,7 @@
 #include "core/eventlog/EventLog.h"
 #include "core/texts/StringSourceImpl.h"
 #include "dao/Workspace.h"
+#include "dao/tables/RegroupActTable.h"
 #include "support/Files.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
@@ -209,8 +210,8 @@ TEST_F(EventLogLanes, StoreRegroupsInTurnAndOnce)
         sqlite3* other = run("BEGIN EXCLUSIVE");
         EventLog log(session, strings, folder.path(), Lane::Kind::OwnThread);
         QStringList ids = Append(log, 1, 1);
-        ids += log.AppendRegroup(entered);
-        ids += log.AppendRegroup(moved);
+        ids += log.AppendRegroup(time, entered);
+        ids += log.AppendRegroup(time.addSecs(60), moved);
         ids += Append(log, 2, 2);
         EXPECT_TRUE(QTest::qWaitFor([&] { return AllSafe(log, ids); }, 3000)) << "in the spool file";
         session.Changes().Tell("dynamic_regroup"); // cannot be read now, and has to be read again later
@@ -229,8 +230,14 @@ TEST_F(EventLogLanes, StoreRegroupsInTurnAndOnce)
         EXPECT_TRUE(QTest::qWaitFor([&] { return log.Waiting() == 0 && Stored() == Numbers(2); }, 10000));
         EXPECT_EQ(groups(), logon == 0 ? "2" : "1") << logon;
         EXPECT_TRUE(session.Database().OpenSnapshot("regroup_request")->Eof());
+        QStringList acts; // who has done what: once, however often the file is read
+        for (const auto& act : dao::RegroupActTable::Newest(session.Database(), 3, 10))
+            acts.append(act.member + ' ' + act.oldGroup + '>' + act.group + ' ' + act.operatorName);
+        EXPECT_EQ(acts.join(", ").toStdString(),
+                  "Entry3 Entry1>Entry2 " + session.Workspace().UserName().toStdString() +
+                      ", Entry3 >Entry1 " + session.Workspace().UserName().toStdString());
         if (logon == 1) { // a request that somebody has ended is a change that was stored
-            log.AppendRegroup({Kind::Moved, 2, 2, 3, 4, {}});
+            log.AppendRegroup(time, {Kind::Moved, 2, 2, 3, 4, {}});
             EXPECT_TRUE(QTest::qWaitFor([&] { return !refused.isEmpty(); }, 5000));
             EXPECT_TRUE(refused.value(0).startsWith("The radio Entry3 holds the group Entry2 at position 4"));
         }

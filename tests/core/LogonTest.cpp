@@ -132,8 +132,7 @@ TEST_F(LogonTest, AnOlderDatabaseIsMigratedWhileTheDialogSaysHowFarItIs)
         GTEST_SKIP() << "files only: a server is migrated by its owner";
     const auto file = dao::sqlite::Connection::Open(
         database.location.database, dao::sqlite::Connection::Mode::ReadWrite, std::chrono::seconds(1));
-    file->Execute("drop table attention; drop table attention_act; alter table status drop column emergency; "
-                  "delete from index_def where table_name like 'attention%'; "
+    file->Execute("drop table regroup_act; delete from index_def where table_name = 'regroup_act'; "
                   "update file_info set value = value - 1 where name = 'schema_version'");
     file->Close();
     UseDatabase(database.location);

@@ -68,7 +68,7 @@ TEST_F(FilesTest, BadFilesAreToldApart)
     WriteFile(m_folder.filePath("empty"), "");
     Tamper(m_folder.filePath("foreign"), "create table t (a)");
     WriteFile(m_folder.filePath("newer.kyndb"), ReadFile(database));
-    Tamper(m_folder.filePath("newer.kyndb"), "update file_info set value='7' where name='schema_version'");
+    Tamper(m_folder.filePath("newer.kyndb"), "update file_info set value='8' where name='schema_version'");
     WriteFile(m_folder.filePath("newer.kynw"), ReadFile(workgroup));
     Tamper(m_folder.filePath("newer.kynw"), "update file_info set value='7' where name='schema_version'");
     WriteFile(m_folder.filePath("torn.kyndb"), ReadFile(database).left(8192) + QByteArray(4096, '\xA5'));

@@ -105,6 +105,11 @@ TEST_F(ServerTest, EachRoleDoesItsOwnWorkAndNothingElse)
          done, done, done},
         {"UPDATE attention_act SET operator = 'Eve'", denied, denied, denied},
         {"DELETE FROM attention_act", denied, denied, denied},
+        {"INSERT INTO regroup_act (act_id, member_id, member, group_id, pos, time_stamp) "
+         "VALUES (gen_random_uuid(), 1, 'a', 2, 3, now())",
+         done, done, done},
+        {"UPDATE regroup_act SET operator = 'Eve'", denied, denied, denied},
+        {"DELETE FROM regroup_act", denied, denied, denied},
         {"UPDATE user_profile SET logged_on = true WHERE \"UserName\" = kyn_user()", done, done, done},
 
         {"UPDATE user_profile SET logged_on = true", refused, refused, done},
@@ -465,7 +470,7 @@ TEST_F(ServerTest, CheckFindsWhatIsWrong)
          "UPDATE user_profile SET \"UserName\" = 'Olga' WHERE \"UserName\" = 'x'",
          {DaoText::CheckNoProfile, DaoText::CheckNoAccount}},
         {"UPDATE file_info SET value = '0' WHERE name = 'schema_version'",
-         "UPDATE file_info SET value = '5' WHERE name = 'schema_version'",
+         "UPDATE file_info SET value = '6' WHERE name = 'schema_version'",
          {DaoText::CheckServerOlder}},
     };
     for (const Case& c : cases) {

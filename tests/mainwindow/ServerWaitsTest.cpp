@@ -132,7 +132,8 @@ TEST_F(ServerWaits, AreThreeAtMostForWhatAPersonAsksFor)
     Expect("change a user", changing, [&] { Click(*users, "cmdApply"); });
     EXPECT_TRUE(stack.session.Workspace().Users().IsMember("Zoe", "Admins"));
 
-    RegroupStore store(stack.session, stack.eventLog); // nobody waits for what the radio confirms
+    RegroupStore store(stack.session, stack.eventLog,
+                       stack.clock); // nobody waits for what the radio confirms
     Expect("regroup command", most, [&] {
         store.RequireRight();
         store.Open({.groupId = 1, .memberId = 2, .pos = 3});

@@ -112,10 +112,10 @@ void EventLog::AppendDuty(const QString& callsign, bool onDuty)
           .isDuty = true});
 }
 
-QString EventLog::AppendRegroup(const RegroupChange& change)
+QString EventLog::AppendRegroup(const QDateTime& time, const RegroupChange& change)
 {
     const LogRecord record{.id = QUuid::createUuid().toString(QUuid::WithoutBraces),
-                           .time = {},
+                           .time = time,
                            .desc = {},
                            .from = {},
                            .to = {},

@@ -40,7 +40,7 @@ public:
     // Take what is stored in turn with the records: a change of duty, and what the radio has confirmed of a
     // regroup command. Both hold in the session's memory at once. Returns the id as AppendLogRecord does.
     void AppendDuty(const QString& callsign, bool onDuty);
-    QString AppendRegroup(const RegroupChange& change);
+    QString AppendRegroup(const QDateTime& time, const RegroupChange& change);
     // Likewise what becomes of somebody who waits for a person. It holds for who asks WaitingActs.
     QString AppendAttention(const QDateTime& time, const AttentionAct& act);
     // False for a record that would be lost if the program were killed now.

@@ -76,10 +76,11 @@ void StoreDuty(dao::Database& database, const LogRecord& change)
     query->ExecuteLater();
 }
 
-void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, bool endRequest)
+void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, const AttentionActor& actor,
+                  bool endRequest)
 {
     dao::Transaction transaction(workspace);
-    change.StoreIn(workspace.Database(), endRequest);
+    change.StoreIn(workspace.Database(), endRequest, actor);
     transaction.Commit();
 }
 
@@ -91,14 +92,14 @@ void StoreAttention(dao::Workspace& workspace, const LogRecord& record)
 }
 
 // An operator who logs on after another one stores what the first has left, whose request expires by itself.
-void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change)
+void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change, const AttentionActor& actor)
 {
     try {
-        StoreRegroup(workspace, change, true);
+        StoreRegroup(workspace, change, actor, true);
     } catch (const dao::Error& failure) {
         if (failure.kind != dao::Kind::NotPermitted)
             throw;
-        StoreRegroup(workspace, change, false);
+        StoreRegroup(workspace, change, actor, false);
     }
 }
 
@@ -106,7 +107,7 @@ void StoreRegroup(dao::Workspace& workspace, const RegroupChange& change)
 void EndRequest(dao::Workspace& workspace, const QString& request) noexcept
 {
     try {
-        StoreRegroup(workspace, {.request = request});
+        StoreRegroup(workspace, {.request = request}, {});
     } catch (const std::exception&) {
     }
 }
@@ -198,7 +199,7 @@ bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord
         InsertTogether(workspace.Database(), events);
         for (const LogRecord& change : changes)
             if (change.regroup)
-                change.regroup->StoreIn(workspace.Database(), true);
+                change.regroup->StoreIn(workspace.Database(), true, change.Actor());
             else if (change.attention)
                 StoreAct(workspace.Database(), *change.attention, change.Actor());
             else
@@ -258,7 +259,7 @@ void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, O
 void RecordStore::StoreRecord(dao::Workspace& workspace, const LogRecord& record)
 {
     if (record.regroup)
-        return StoreRegroup(workspace, *record.regroup);
+        return StoreRegroup(workspace, *record.regroup, record.Actor());
     if (record.attention)
         return StoreAttention(workspace, record);
     if (record.isDuty)

@@ -1,5 +1,6 @@
 #include "core/eventlog/RegroupChange.h"
 
+#include "core/eventlog/AttentionAct.h"
 #include "core/session/DbSession.h"
 #include "core/session/SessionMemory.h"
 #include "core/texts/Errors.h"
@@ -7,6 +8,8 @@
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/base/Error.h"
+#include "dao/tables/AddressTable.h"
+#include "dao/tables/RegroupActTable.h"
 #include "dao/tables/RegroupTable.h"
 
 #include <memory>
@@ -27,6 +30,17 @@ void EndWith(dao::Database& database, const QString& request)
     const auto query = database.QueryDef(QStringLiteral("drop_regroup_request"));
     query->SetParameter(QStringLiteral("id"), request);
     query->Execute();
+}
+
+// As the database has it now; empty for no entry.
+QString StoredCallsign(dao::Database& database, qint32 id)
+{
+    if (id == 0)
+        return {};
+    const auto entries = database.OpenTable(dao::AddressTable::Table);
+    entries->SetIndex(QStringLiteral("PrimaryKey"));
+    entries->Seek(id);
+    return entries->NoMatch() ? QString() : entries->Field(dao::AddressTable::CallsignField).toString();
 }
 
 QString CallsignOf(qint32 id, SessionMemory& memory)
@@ -64,12 +78,47 @@ void RegroupChange::ApplyTo(SessionMemory& memory) const
     }
 }
 
-void RegroupChange::StoreIn(dao::Database& database, bool endRequest) const
+// Of every radio that the change concerns, as long as the table holds what it replaces.
+void RegroupChange::AppendActs(dao::Database& database, const AttentionActor& actor) const
+{
+    const bool enters = kind == Kind::Entered || kind == Kind::Moved;
+    std::vector<dao::RegroupRecord> before;
+    const auto rows = dao::RegroupTable::OpenSnapshot(database);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const dao::RegroupRecord record = dao::RegroupTable::Read(*rows);
+        const bool concerned =
+            kind == Kind::Dissolved ? record.groupId == groupId : record.memberId == memberId;
+        if (concerned && record.pos == pos)
+            before.push_back(record);
+    }
+    rows->Close();
+    if (before.empty() && enters)
+        before.push_back({.memberId = memberId, .pos = pos});
+    for (const dao::RegroupRecord& record : before) {
+        const qint32 entered = enters ? groupId : 0;
+        dao::RegroupActTable::Append(database, {.id = actor.id,
+                                                .memberId = record.memberId,
+                                                .member = StoredCallsign(database, record.memberId),
+                                                .oldGroupId = record.groupId,
+                                                .oldGroup = StoredCallsign(database, record.groupId),
+                                                .groupId = entered,
+                                                .group = StoredCallsign(database, entered),
+                                                .pos = pos,
+                                                .time = actor.time,
+                                                .operatorName = actor.operatorName,
+                                                .console = actor.console});
+    }
+}
+
+void RegroupChange::StoreIn(dao::Database& database, bool endRequest, const AttentionActor& actor) const
 {
     const dao::RegroupRecord record{.groupId = groupId, .memberId = memberId, .pos = pos};
     const auto found = request.isEmpty() ? nullptr : Find(database, request);
     if (found && found->NoMatch())
         return; // stored before, only the answer had not arrived
+    // One that an older program has left does not say when it was done.
+    if (kind != Kind::Withdrawn && actor.time.isValid())
+        AppendActs(database, actor);
     switch (kind) {
     case Kind::Withdrawn:
         break;

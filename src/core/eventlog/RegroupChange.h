@@ -3,6 +3,7 @@
 #include <QString>
 
 class SessionMemory;
+struct AttentionActor;
 struct IDbSession;
 struct IStringSource;
 namespace dao {
@@ -29,9 +30,12 @@ struct RegroupChange {
     void ApplyTo(SessionMemory& memory) const;
     // Within a transaction of the caller's. One that was stored before is stored no more. The request of
     // another account cannot be ended. Raises dao::Error: Kind::RecordGone when somebody else has changed the
-    // group of a member that moved.
-    void StoreIn(dao::Database& database, bool endRequest) const;
+    // group of a member that moved. Who has done it, and when, is kept with it.
+    void StoreIn(dao::Database& database, bool endRequest, const AttentionActor& actor) const;
     // For the operator: what the radio holds, that it is not recorded, and why.
     QString DescribeRefusal(const std::exception& reason, IDbSession& session,
                             const IStringSource& strings) const;
+
+private:
+    void AppendActs(dao::Database& database, const AttentionActor& actor) const;
 };

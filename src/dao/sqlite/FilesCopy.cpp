@@ -55,7 +55,7 @@ QList<QPair<QString, qlonglong>> CountRecords(const Location& location)
     const AttachedFiles files = AttachFiles(location, {});
     QList<QPair<QString, qlonglong>> counts;
     for (const char* table : {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile",
-                              "kyn_registry", "attention", "attention_act"})
+                              "kyn_registry", "attention", "attention_act", "regroup_act"})
         counts.append(
             {table, files.connection->Value("SELECT count(*) FROM main." + Quoted(table)).toLongLong()});
     return counts;

@@ -53,6 +53,8 @@ const Rule Rules[] = {
     {"regroup_request", "UPDATE", "1"},
     {"attention_act", "UPDATE", "1"},
     {"attention_act", "DELETE", "1"},
+    {"regroup_act", "UPDATE", "1"},
+    {"regroup_act", "DELETE", "1"},
     {"regroup_request", "DELETE",
      QString("kyn_fold(OLD.\"UserName\") <> kyn_fold(kyn_user()) AND %1").arg(NotAdministrator)},
 };

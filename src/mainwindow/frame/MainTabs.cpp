@@ -40,8 +40,8 @@ MainTabs::MainTabs(const Services& services, const SessionState& session, QWidge
 {
     BuildTabs();
     const Services& s = services;
-    picGroups = new GroupsPane({s.strings, s.prompt, s.executive, s.settings, s.session, s.eventLog}, session,
-                               client);
+    picGroups = new GroupsPane({s.strings, s.prompt, s.executive, s.settings, s.session, s.eventLog, s.clock},
+                               session, client);
     picIndividuals = new IndividualsPane({s.strings, s.prompt, s.settings, s.session, session}, client);
     picScada =
         new ScadaPane({s.strings, s.prompt, s.settings, s.executive, session, s.session, s.clock}, client);

@@ -37,7 +37,7 @@ QString TagOf(const QModelIndex& node)
 RegroupCommands::RegroupCommands(const TalkgroupServices& services, TalkgroupModel& model)
     : m_services(services),
       m_model(model),
-      m_store(services.session, services.eventLog)
+      m_store(services.session, services.eventLog, services.clock)
 {
 }
 

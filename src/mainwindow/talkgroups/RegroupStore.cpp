@@ -1,5 +1,6 @@
 #include "mainwindow/talkgroups/RegroupStore.h"
 
+#include "core/base/Clock.h"
 #include "core/eventlog/EventLog.h"
 #include "core/session/DbSession.h"
 #include "dao/Workspace.h"
@@ -37,23 +38,24 @@ QString RegroupStore::Open(const RequestedChange& change)
 void RegroupStore::Close(const QString& request)
 {
     if (!request.isEmpty())
-        m_eventLog.AppendRegroup({.request = request});
+        m_eventLog.AppendRegroup(m_clock.Now(), {.request = request});
 }
 
 QString RegroupStore::Store(const RegroupRequest& confirmed, const QString& request)
 {
     return m_eventLog.AppendRegroup(
-        {.kind = confirmed.move ? RegroupChange::Kind::Moved : RegroupChange::Kind::Entered,
-         .groupId = confirmed.groupId,
-         .oldGroupId = confirmed.oldGroupId,
-         .memberId = confirmed.memberId,
-         .pos = confirmed.pos,
-         .request = request});
+        m_clock.Now(), {.kind = confirmed.move ? RegroupChange::Kind::Moved : RegroupChange::Kind::Entered,
+                        .groupId = confirmed.groupId,
+                        .oldGroupId = confirmed.oldGroupId,
+                        .memberId = confirmed.memberId,
+                        .pos = confirmed.pos,
+                        .request = request});
 }
 
 QString RegroupStore::Store(const UngroupRequest& confirmed, const QString& request)
 {
     return m_eventLog.AppendRegroup(
+        m_clock.Now(),
         {.kind = confirmed.wholeGroup ? RegroupChange::Kind::Dissolved : RegroupChange::Kind::Left,
          .groupId = confirmed.groupId,
          .memberId = confirmed.memberId,

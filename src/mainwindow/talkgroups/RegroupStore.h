@@ -3,6 +3,7 @@
 #include <QString>
 
 class EventLog;
+struct Clock;
 struct IDbSession;
 struct RegroupRequest;
 struct UngroupRequest;
@@ -19,7 +20,12 @@ struct RequestedChange {
 // database before.
 class RegroupStore {
 public:
-    RegroupStore(IDbSession& session, EventLog& eventLog) : m_session(session), m_eventLog(eventLog) {}
+    RegroupStore(IDbSession& session, EventLog& eventLog, Clock& clock)
+        : m_session(session),
+          m_eventLog(eventLog),
+          m_clock(clock)
+    {
+    }
 
     // Raises Error and dao::Error; dao::Kind::NotPermitted when the operator has no right to regroup at this
     // moment.
@@ -39,4 +45,5 @@ public:
 private:
     IDbSession& m_session;
     EventLog& m_eventLog;
+    Clock& m_clock;
 };

@@ -3,6 +3,7 @@
 class EventLog;
 class Map27Executive;
 class Settings;
+struct Clock;
 struct IDbSession;
 struct IPrompt;
 struct IStringSource;
@@ -15,4 +16,5 @@ struct TalkgroupServices {
     Settings& settings;
     IDbSession& session;
     EventLog& eventLog;
+    Clock& clock;
 };
