@@ -18,6 +18,7 @@
 #include "core/texts/StringSource.h"
 #include "logbook/query/LogIndexer.h"
 #include "logbook/window/frmLogbook.h"
+#include "logbook/window/frmRegroupHistory.h"
 #include "logbook/window/frmShiftReport.h"
 #include "logbook/window/frmWhoIsWhere.h"
 #include "mainwindow/frame/winMain.h"
@@ -132,10 +133,21 @@ void ConsoleWindows::OpenShiftReport(winMain&)
 
 void ConsoleWindows::OpenWhoIsWhere(winMain&)
 {
-    if (!m_where)
-        m_where = std::make_unique<frmWhoIsWhere>(m_services.session, m_services.strings, m_services.clock,
-                                                  [this] { return OwnNames(); });
+    if (!m_where) {
+        m_where = std::make_unique<frmWhoIsWhere>(
+            m_services.session, m_services.strings, m_services.clock, [this] { return OwnNames(); });
+        QObject::connect(m_where.get(), &frmWhoIsWhere::HistoryRequested, m_where.get(),
+                         [this](qint32 id, const QString& callsign) { OpenRegroupHistory(id, callsign); });
+    }
     m_where->Open();
+}
+
+void ConsoleWindows::OpenRegroupHistory(qint32 addressId, const QString& callsign)
+{
+    if (!m_regroupings)
+        m_regroupings =
+            std::make_unique<frmRegroupHistory>(m_services.session, m_services.strings, m_services.clock);
+    m_regroupings->Open(addressId, callsign);
 }
 
 void ConsoleWindows::OpenHelp(winMain&)

@@ -16,6 +16,7 @@ class frmAddressManager;
 class frmHelp;
 class frmLogbook;
 class frmNumInfoDiagnostics;
+class frmRegroupHistory;
 class frmShiftReport;
 class frmWhoIsWhere;
 struct INumberingView;
@@ -38,6 +39,7 @@ public:
     void OpenLogbook(winMain& owner) override;
     void OpenShiftReport(winMain& owner) override;
     void OpenWhoIsWhere(winMain& owner) override;
+    void OpenRegroupHistory(qint32 addressId, const QString& callsign) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
 
@@ -60,4 +62,5 @@ private:
     std::unique_ptr<frmLogbook> m_logbook;   // kept hidden between uses
     std::unique_ptr<frmShiftReport> m_shift; // likewise
     std::unique_ptr<frmWhoIsWhere> m_where;
+    std::unique_ptr<frmRegroupHistory> m_regroupings;
 };

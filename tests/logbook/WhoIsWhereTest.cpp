@@ -1,12 +1,15 @@
-// Who is where, in its window, on a real database.
+// Who is where, and who has moved whom, in their windows, on a real database.
 
+#include "core/eventlog/AttentionAct.h"
+#include "core/eventlog/RegroupChange.h"
 #include "core/texts/StringSourceImpl.h"
-#include "dao/tables/RegroupTable.h"
+#include "logbook/window/frmRegroupHistory.h"
 #include "logbook/window/frmWhoIsWhere.h"
 #include "support/FakeClock.h"
 #include "support/TestDatabase.h"
 
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTableView>
 #include <QTest>
 #include <gtest/gtest.h>
@@ -35,7 +38,12 @@ TEST(WhoIsWhere, TellsWhatTheLogAndTheDirectoryTell)
          {at(-65), 2, "old name", "Berta", "2002", 1},
          {at(-60), 2, "here", "ANNA", {}, 1},
          {at(-50), 1, "7", "Anna", "2001", 2}}); // went out
-    dao::RegroupTable::Store(workspace->Database(), {.groupId = 4, .memberId = 2, .pos = 1});
+    RegroupChange{.kind = RegroupChange::Kind::Entered, .groupId = 4, .memberId = 1, .pos = 2}.StoreIn(
+        workspace->Database(), true, {"first", at(-40), "Olga", "C1"});
+    RegroupChange{.kind = RegroupChange::Kind::Entered, .groupId = 4, .memberId = 2, .pos = 1}.StoreIn(
+        workspace->Database(), true, {"second", at(-30), "Otto", "C2"});
+    RegroupChange{.kind = RegroupChange::Kind::Dissolved, .groupId = 4, .pos = 2}.StoreIn(
+        workspace->Database(), true, {"third", at(-20), "Otto", "C2"});
 
     const FakeClock clock(Noon);
     TestSession session(database);
@@ -46,7 +54,7 @@ TEST(WhoIsWhere, TellsWhatTheLogAndTheDirectoryTell)
     QStringList lines;
     for (int row = 0; row < 3; ++row) {
         QStringList cells;
-        for (const int column : {0, 3, 4, 5, 6, 7})
+        for (const int column : {0, 3, 4, 5, 6, 7, 8})
             cells.append(table.model()->index(row, column).data().toString());
         lines.append(cells.join('|'));
     }
@@ -57,18 +65,48 @@ TEST(WhoIsWhere, TellsWhatTheLogAndTheDirectoryTell)
     dao::EventRecord status;
     status.kind = status.direction = 1;
     status.desc = "1";
-    EXPECT_EQ(lines[0].toStdString(), QString("Anna|on duty|%1|%2|%3|")
+    EXPECT_EQ(lines[0].toStdString(), QString("Anna|on duty|%1|%2|%3||")
                                           .arg(shown(-80), shown(-60), LogFacts(strings, {}).TextOf(status))
                                           .toStdString());
-    EXPECT_EQ(lines[1].toStdString(), ("Bert|off duty||" + shown(-65) + "||Storm").toStdString());
-    EXPECT_EQ(lines[2].toStdString(), "Never|off duty||||");
+    EXPECT_EQ(lines[1].toStdString(),
+              ("Bert|off duty||" + shown(-65) + "||Storm|Otto, " + shown(-30)).toStdString());
+    EXPECT_EQ(lines[2].toStdString(), "Never|off duty|||||");
 
     table.sortByColumn(5, Qt::DescendingOrder); // by time, not by letters
     EXPECT_EQ(table.model()->index(0, 0).data().toString(), "Anna");
     EXPECT_EQ(table.model()->index(2, 0).data().toString(), "Never");
     QTest::keyClicks(window.findChild<QLineEdit*>("txtSearch"), "storm");
     EXPECT_EQ(table.model()->rowCount(), 1);
+
+    // What has become of a radio, from there; and of its group.
+    frmRegroupHistory history(session, strings, clock);
+    QObject::connect(&window, &frmWhoIsWhere::HistoryRequested, &history, &frmRegroupHistory::Open);
+    QTest::keyClicks(window.findChild<QLineEdit*>("txtSearch"), "\b\b\b\b\banna");
+    auto& button = *window.findChild<QPushButton*>("cmdRegroupings");
+    EXPECT_FALSE(button.isEnabled());
+    table.setCurrentIndex(table.model()->index(0, 0));
+    button.click();
+    auto& moves = *history.findChild<QTableView*>("lvRegroupings");
+    const auto isShown = [&](const QStringList& expected) {
+        QStringList found;
+        for (int row = 0; row < moves.model()->rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < 7; ++column)
+                cells.append(moves.model()->index(row, column).data().toString());
+            found.append(cells.join('|'));
+        }
+        return found == expected;
+    };
+    const QString left = shown(-20) + "|Anna|Storm||2|Otto|C2";
+    const QString entered = shown(-40) + "|Anna||Storm|2|Olga|C1";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isShown({left, entered}); }, 10000));
+    EXPECT_TRUE(history.windowTitle().contains("Anna"));
+    history.Open(4, "Storm");
+    const QString other = shown(-30) + "|Bert||Storm|1|Otto|C2";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isShown({left, other, entered}); }, 10000));
+
     session.Logoff();
+    EXPECT_FALSE(history.isVisible());
     EXPECT_FALSE(window.isVisible());
     EXPECT_EQ(table.model()->rowCount(), 0);
 }

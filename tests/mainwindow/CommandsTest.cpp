@@ -36,6 +36,7 @@ const Expected Table[] = {
     {"miLogWindow", {F, T, T}, {T, T, T}},
     {"miShiftReport", {F, T, T}, {T, T, T}},
     {"miWhoIsWhere", {F, T, T}, {T, T, T}},
+    {"miRegroupHistory", {F, T, T}, {F, T, T}},
     {"miOpCon", {F, T, T}, {F, T, T}},
     {"miSendCall", {F, T, T}, {F, T, T}},
     {"tbMain_addressdir", {F, F, T}, {F, F, T}},

@@ -15,6 +15,10 @@ struct RecordingWindows : IWindows {
     void OpenLogbook(winMain&) override { opened.append("logbook"); }
     void OpenShiftReport(winMain&) override { opened.append("shift"); }
     void OpenWhoIsWhere(winMain&) override { opened.append("where"); }
+    void OpenRegroupHistory(qint32 id, const QString& callsign) override
+    {
+        opened.append("regroupings " + QString::number(id) + ' ' + callsign);
+    }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
 

@@ -4,11 +4,11 @@
 #include "dao/base/TextMatch.h"
 #include "dao/tables/AddressTable.h"
 #include "dao/tables/RegistryTable.h"
+#include "dao/tables/RegroupActTable.h"
 #include "dao/tables/RegroupTable.h"
 #include "logbook/query/LogSearch.h"
 #include "radio/base/DutyCodes.h"
 
-#include <QHash>
 #include <algorithm>
 
 using dao::AddressTable;
@@ -93,8 +93,6 @@ Whereabouts Whereabouts::Read(dao::Database& database, const LogFacts& facts, co
 
 void Whereabouts::ReadDirectory(dao::Database& database)
 {
-    QHash<qint32, QString> groups;
-    QHash<qint32, std::size_t> members;
     const auto rows = database.OpenSnapshot(AddressTable::Table);
     const int id = rows->Position(AddressTable::IdField);
     const int type = rows->Position(AddressTable::TypeField);
@@ -102,28 +100,45 @@ void Whereabouts::ReadDirectory(dao::Database& database)
     const int ident = rows->Position(AddressTable::IdentField);
     const int name = rows->Position(AddressTable::NameField);
     const int onDuty = rows->Position(AddressTable::OnDutyField);
+    QHash<qint32, QString> groups;
     for (; !rows->Eof(); rows->MoveNext()) {
         const auto number = static_cast<qint32>(rows->NumberAt(id));
-        if (rows->NumberAt(type) != static_cast<int>(dao::EntryKind::Individual)) {
+        if (rows->NumberAt(type) != static_cast<int>(dao::EntryKind::Individual))
             groups.insert(number, rows->TextAt(callsign));
-            continue;
-        }
-        members.insert(number, m_radios.size());
-        m_radios.push_back({.callsign = rows->TextAt(callsign),
-                            .number = rows->TextAt(ident),
-                            .name = rows->TextAt(name),
-                            .onDuty = rows->NumberAt(onDuty) != 0});
+        else
+            m_radios.push_back({.id = number,
+                                .callsign = rows->TextAt(callsign),
+                                .number = rows->TextAt(ident),
+                                .name = rows->TextAt(name),
+                                .onDuty = rows->NumberAt(onDuty) != 0});
     }
     rows->Close();
+    ReadGroups(database, groups);
+    std::sort(m_radios.begin(), m_radios.end(),
+              [](const Radio& a, const Radio& b) { return dao::Fold(a.callsign) < dao::Fold(b.callsign); });
+}
+
+// What a tool has stored has nobody who did it.
+void Whereabouts::ReadGroups(dao::Database& database, const QHash<qint32, QString>& groups)
+{
+    QHash<qint32, std::size_t> members;
+    for (std::size_t i = 0; i < m_radios.size(); ++i)
+        members.insert(m_radios[i].id, i);
+    const std::vector<dao::RegroupActRecord> acts = dao::RegroupActTable::LastOfRegrouped(database);
     const auto regrouped = dao::RegroupTable::OpenSnapshot(database);
     for (; !regrouped->Eof(); regrouped->MoveNext()) {
         const dao::RegroupRecord record = dao::RegroupTable::Read(*regrouped);
         const auto member = members.constFind(record.memberId);
-        if (member != members.constEnd())
-            m_radios[*member].groups.append(groups.value(record.groupId));
+        if (member == members.constEnd())
+            continue;
+        Group group{.callsign = groups.value(record.groupId)};
+        for (const dao::RegroupActRecord& act : acts)
+            if (act.memberId == record.memberId && act.pos == record.pos && act.groupId == record.groupId) {
+                group.movedBy = act.operatorName;
+                group.movedAt = act.time;
+            }
+        m_radios[*member].groups.push_back(group);
     }
-    std::sort(m_radios.begin(), m_radios.end(),
-              [](const Radio& a, const Radio& b) { return dao::Fold(a.callsign) < dao::Fold(b.callsign); });
 }
 
 void Whereabouts::ReadLog(dao::Database& database, const LogFacts& facts, const QDateTime& since,

@@ -3,22 +3,20 @@
 #include "logbook/query/Whereabouts.h"
 #include "logbook/window/TableExport.h"
 
-#include <QSortFilterProxyModel>
 #include <QTimer>
 #include <QWidget>
 #include <functional>
 
-class QLineEdit;
-class QTableView;
+class QPushButton;
 class ReportReader;
-class TableModel;
+class SearchedTable;
 struct Clock;
 struct IDbSession;
 struct IStringSource;
 
 // The radios of the directory: on duty since when, heard when, with which status last, in which dynamic
-// group. Read again every half a minute while it is open. Stands beside the other windows; ends with the
-// operator's session.
+// group, and who has moved them there. Read again every half a minute while it is open. Stands beside the
+// other windows; ends with the operator's session.
 class frmWhoIsWhere : public QWidget {
     Q_OBJECT
 
@@ -30,18 +28,20 @@ public:
 
     void Open();
 
+Q_SIGNALS:
+    // The operator wants to see the regroupings of a radio.
+    void HistoryRequested(qint32 addressId, const QString& callsign);
+
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    enum Column { Callsign, Number, Name, State, Since, Heard, Status, Group };
-    static constexpr int Columns = 8;
+    enum Column { Callsign, Number, Name, State, Since, Heard, Status, Group, MovedBy };
 
     static QStringList Headings(const IStringSource& strings);
-    void BuildSearch();
-    void BuildTable();
     void Read();
+    void OpenHistory();
     void Show(const Whereabouts& whereabouts, const QDateTime& since);
     void Forget();
     TableExport::Content Content() const;
@@ -49,11 +49,10 @@ private:
     const IStringSource& m_strings;
     const Clock& m_clock;
     std::function<QStringList()> m_own;
-    TableModel* m_model;
-    QSortFilterProxyModel* m_sorted;
     ReportReader* m_reader;
     QTimer m_again;
-    QLineEdit* txtSearch;
-    QTableView* lvRadios;
+    SearchedTable* m_table;
+    QPushButton* cmdRegroupings;
     TableExport* m_export;
+    std::vector<std::pair<qint32, QString>> m_shown; // id and callsign, by row of the table
 };

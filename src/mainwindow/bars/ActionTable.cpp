@@ -46,6 +46,8 @@ constexpr CommandRow Rows[] = {
     {Item, MainCommand::Regroup, "miRegroup", RegroupItem, 0, When::Regroup, When::Always},
     {Item, MainCommand::Ungroup, "miUngroup", UngroupItem, 0, When::Ungroup, When::Always},
     {Item, MainCommand::SendName, "miSetGroupName", SetGroupName, 0, When::SendName, When::Always},
+    {Separator, MainCommand::None, "", RegroupSeparator, 0, When::Always, When::Always},
+    {Item, MainCommand::RegroupHistory, "miRegroupHistory", RegroupHistory, 0, When::LoggedOn, When::Always},
 
     {Menu, MainCommand::AdminMenu, "mbAdmin", AdminMenu, 0, When::Administrator, When::Administrator},
     {Item, MainCommand::UserManager, "miUserManager", UserManager, 0, When::Always, When::Always},

@@ -50,6 +50,7 @@ enum class MainCommand {
     Regroup,
     Ungroup,
     SendName,
+    RegroupHistory,
 
     AdminMenu,
     UserManager,

@@ -146,6 +146,11 @@ void MainCommands::ConnectRegrouping()
     WhenLoggedOn(
         MainCommand::Ungroup, [&tabs] { tabs.Ungroup(); });
     WhenLoggedOn(MainCommand::SendName, [&tabs] { tabs.SendGroupName(); });
+    WhenLoggedOn(MainCommand::RegroupHistory, [this, &tabs] {
+        const MainTabs::RegroupParty party = tabs.SelectedRegroupParty();
+        if (IWindows* windows = m_parts.services.windows)
+            windows->OpenRegroupHistory(party.addressId, party.callsign);
+    });
 }
 
 void MainCommands::WhenLoggedOn(MainCommand command, const std::function<void()>& run)

@@ -199,6 +199,24 @@ void MainTabs::SendGroupName()
     picGroups->Commands().SendGroupName(picGroups->SelectedNode());
 }
 
+MainTabs::RegroupParty MainTabs::SelectedRegroupParty() const
+{
+    const QModelIndex item = picIndividuals->SelectedItem();
+    if (Selected() == Tab::Individuals && item.isValid())
+        return {IndividualIdOf(item.data(IndividualsModel::KeyRole).toString()),
+                item.data(IndividualsModel::TagRole).toString()};
+    const QModelIndex node = picGroups->SelectedNode();
+    if (Selected() != Tab::Talkgroups)
+        return {};
+    const QString key = node.data(TalkgroupModel::KeyRole).toString();
+    const QString callsign = node.data(TalkgroupModel::TagRole).toString();
+    if (IsDynamicMemberNode(node))
+        return {PartsOfMemberKey(key).memberId, callsign};
+    if (IsDynamicGroupNode(node))
+        return {PartsOfGroupKey(key).groupId, callsign};
+    return {};
+}
+
 void MainTabs::SetDefaultGroup()
 {
     if (Selected() != Tab::Talkgroups) {

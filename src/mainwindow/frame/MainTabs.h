@@ -53,6 +53,12 @@ public:
     void Regroup();
     void Ungroup();
     void SendGroupName();
+    // The radio or dynamic group that is selected; 0 for none.
+    struct RegroupParty {
+        qint32 addressId = 0;
+        QString callsign{};
+    };
+    RegroupParty SelectedRegroupParty() const;
     // Raises Error when it cannot be stored.
     void SetDefaultGroup();
 

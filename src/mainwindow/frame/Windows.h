@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 class winMain;
 
 // Opens the windows that do not belong to the main window's own room. The application implements it, so that
@@ -20,6 +22,8 @@ struct IWindows {
     virtual void OpenLogbook(winMain& owner) = 0;
     virtual void OpenShiftReport(winMain& owner) = 0;
     virtual void OpenWhoIsWhere(winMain& owner) = 0;
+    // Of a radio or group of the directory; of all for 0. Returns at once.
+    virtual void OpenRegroupHistory(qint32 addressId, const QString& callsign) = 0;
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;
