@@ -37,6 +37,8 @@ class Screen:
         self._hand = _open(hand) if hand else self._display
         self._pause = 0.3 if hand else 0.03  # a session that paints itself shows a window some time after it is there
         self._root = self._display.screen().root
+        self.clicks = 0  # of buttons and of keys that were pressed; keys that go together are one
+        self.keys = 0
 
     # What is seen
 
@@ -157,6 +159,7 @@ class Screen:
         self._hand.sync()
         time.sleep(self._pause)
         for _ in range(times):
+            self.clicks += 1
             xtest.fake_input(self._hand, X.ButtonPress, button)
             xtest.fake_input(self._hand, X.ButtonRelease, button)
             self._hand.sync()
@@ -182,6 +185,7 @@ class Screen:
     def chord(self, text):
         """Presses and releases keys as in Ctrl+Shift+Tab."""
         names = text.split("+") if text != "+" else ["+"]
+        self.keys += 1
         for name in names:
             self.key(name, True)
             time.sleep(0.01)
@@ -197,6 +201,7 @@ class Screen:
             if not codes or codes[0][1] > 1:
                 raise ValueError(f"no key of the keyboard gives {sign!r}")
             code, level = codes[0]
+            self.keys += 1
             if level:
                 self._fake(shift, True)
             self._fake(code, True)

@@ -359,8 +359,22 @@ def key_up(bench, key):
     bench.screen.key(key, False)
 
 
+@word("count input")
+def count_input(bench):
+    bench.counted_from = (bench.screen.clicks, bench.screen.keys)
+
+
+@word("input was NUMBER clicks, NUMBER keys")
+def input_was(bench, clicks, keys):
+    """Since it was counted last; a double click is two."""
+    seen = (bench.screen.clicks - bench.counted_from[0], bench.screen.keys - bench.counted_from[1])
+    if seen != (clicks, keys):
+        raise Failure(f"expected: {int(clicks)} clicks, {int(keys)} keys\nseen: {seen[0]} clicks, {seen[1]} keys")
+
+
 @word("hold KEY NUMBER s")
 def hold(bench, key, seconds):
+    bench.screen.keys += 1
     bench.screen.key(key, True)
     time.sleep(seconds)
     bench.screen.key(key, False)
