@@ -20,6 +20,11 @@ protected:
         ASSERT_EQ(Create().code, 0);
         ASSERT_EQ(Import("status", "code,in,out\n5,Arrived,Go there\n").code, 0);
         const auto workspace = dao::OpenWorkspace(dao::LocationOf(m_target), "admin", "secret");
+        const auto status = workspace->Database().OpenTable("status");
+        status->Seek(5);
+        status->Edit();
+        status->SetField("emergency", true);
+        status->Update();
         std::vector<QVariantList> rows;
         for (int i = 1; i <= 400; ++i)
             rows.push_back(

@@ -7,6 +7,8 @@
 #include "mainwindow/bars/StatusBar.h"
 #include "mainwindow/bars/StatusPanel.h"
 #include "mainwindow/frame/PaneLayout.h"
+#include "mainwindow/log/LogModel.h"
+#include "mainwindow/log/LogPane.h"
 #include "support/DialogDriver.h"
 
 #include <QAction>
@@ -487,8 +489,10 @@ TEST(Attention, ACallThatNobodyAnsweredStaysUntilItIsCalledBack)
     EXPECT_FALSE(stack.Find<QWidget>("lvAttention").hasFocus());
     stack.control->TakeOperations();
     stack.clock.Step(std::chrono::seconds(1));
+    stack.Address().setEditText("half a line");
     stack.Click("cmdCallBack");
     EXPECT_EQ(stack.control->TakeOperations(), QStringList({QStringLiteral("MakeCall 0 2 off off on")}));
+    EXPECT_EQ(stack.Address().currentText(), "half a line");
     EXPECT_EQ(stack.console.attention->Entries().size(), 2U) << "not yet connected";
     Q_EMIT stack.control->OutgoingCallProgress(196, 0);
     EXPECT_EQ(stack.console.attention->Entries().size(), 1U);
@@ -525,6 +529,13 @@ TEST(Attention, AMessageThatFailedIsSentAgainAndAnEmergencyStatusSounds)
     Q_EMIT stack.control->StatusReceived(0, 2, 7);
     EXPECT_TRUE(text().startsWith(QStringLiteral("EMERGENCY: Unit20 (07 - Busy)"))) << text().toStdString();
     EXPECT_EQ(stack.beeper.Heard(SoundKind::Emergency), 1);
+    const auto last = [&] {
+        const auto& log = *stack.Find<QTreeView>("lvLog").model();
+        return log.index(log.rowCount() - 1, 0);
+    };
+    EXPECT_TRUE(last().data(LogModel::EmergencyRole).toBool()) << last().data().toString().toStdString();
+    stack.Find<LogPane>("picLog").ReloadLog();
+    EXPECT_TRUE(last().data(LogModel::EmergencyRole).toBool()) << "read back";
 }
 
 // A sentence that is being typed goes to its box, whatever comes in.

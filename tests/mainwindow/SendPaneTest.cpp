@@ -374,6 +374,9 @@ TEST(SendPane, AKeyPreparesWhatIsKeptUnderItAndSendsNothing)
     stack.Click("tbMessageSelector_text");
     stack.Find<QComboBox>("cmbTextMessage").setEditText(" Return; to [base] ");
     stack.Trigger("miKeepText9");
+    stack.prompt.ExpectWarning(stack.Text(6740));
+    stack.Trigger("miKeepFavourite8"); // which would free the place
+    stack.prompt.Finish();
 
     // The emergency call that was prepared last leaves nothing behind.
     stack.Trigger("miSendEmrgCall");

@@ -2,6 +2,7 @@
 
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
+#include "core/widgets/PlainFileIcons.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -33,6 +34,7 @@ QString FilePicker::Pick(const IStringSource& strings, QWidget* parent) const
     dialog.setDefaultSuffix(suffix);
     // The desktop's own dialog would be hidden behind a call's window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
+    UsePlainFileIcons(dialog);
     // Nothing is overwritten anyway: an existing file is refused when the new one is to be created.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     const QFileInfo startFile(start);

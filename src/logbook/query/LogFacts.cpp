@@ -29,10 +29,13 @@ LogFacts::LogFacts(const IStringSource& strings, const QStringList& own)
 
 void LogFacts::ReadStatuses(dao::Database& database)
 {
+    m_emergencyStatuses.clear();
     for (const auto rows = dao::StatusTable::OpenSnapshot(database); !rows->Eof(); rows->MoveNext()) {
         const dao::StatusRecord status = dao::StatusTable::Read(*rows);
         Put(status.code, StatusTexts::Line(status.code, status.in),
             StatusTexts::Line(status.code, status.out));
+        if (status.emergency)
+            m_emergencyStatuses.insert(status.code);
     }
 }
 
@@ -62,7 +65,12 @@ QString LogFacts::TextOf(const dao::EventRecord& record) const
 
 bool LogFacts::IsEmergency(const dao::EventRecord& record) const
 {
-    return record.kind == static_cast<int>(EventType::Call) && m_emergencies.contains(record.desc);
+    if (record.kind == static_cast<int>(EventType::Call))
+        return m_emergencies.contains(record.desc);
+    bool isCode = false;
+    const int code = record.desc.toInt(&isCode);
+    return record.kind == static_cast<int>(EventType::Status) && isCode &&
+           m_emergencyStatuses.contains(code) && DirectionOf(record) != Out;
 }
 
 bool LogFacts::IsUnknown(const QString& party)

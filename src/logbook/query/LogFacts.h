@@ -25,11 +25,14 @@ public:
     // The text of a status, of a text message or of a call. A status of which nobody knows the direction has
     // the text of one that came in.
     QString TextOf(const dao::EventRecord& record) const;
+    // A call, or a status that came in and is marked as one now, whenever that was.
     bool IsEmergency(const dao::EventRecord& record) const;
     // Whether one party of it is nobody that is known.
     static bool IsUnknown(const QString& party);
 
     const QSet<QString>& EmergencyCalls() const { return m_emergencies; }
+    // The codes of the statuses whose sender needs help, as they are marked now.
+    const QSet<int>& EmergencyStatuses() const { return m_emergencyStatuses; }
     // The codes of statuses with a word that begins so.
     QStringList StatusesWith(const QString& beginning) const;
     // The words of a status's texts, whichever way it goes.
@@ -40,6 +43,7 @@ private:
 
     QStringList m_own;
     QSet<QString> m_emergencies;
+    QSet<int> m_emergencyStatuses;
     QHash<int, QString> m_in;
     QHash<int, QString> m_out;
     QHash<int, QStringList> m_statusWords;

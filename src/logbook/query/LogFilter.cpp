@@ -114,6 +114,8 @@ QString LogMatch::IndexWords() const
             if (!words.isEmpty())
                 any.append(u'(' + words.join(QLatin1String(" AND ")) + u')');
         }
+        for (const int code : m_facts.EmergencyStatuses())
+            any.append(Exactly(dao::WordOfStatus(QString::number(code))));
         any.sort();
         all.append(AnyOf(any));
     }

@@ -1,6 +1,7 @@
 #include "logbook/window/ExportDialogs.h"
 
 #include "core/texts/StringSource.h"
+#include "core/widgets/PlainFileIcons.h"
 #include "logbook/window/TextIds.h"
 
 #include <QFileDialog>
@@ -18,6 +19,7 @@ void ExportDialogs::AskForFile(QWidget& owner, const IStringSource& strings, boo
     dialog->setDefaultSuffix(pdf ? QStringLiteral("pdf") : QStringLiteral("csv"));
     // The desktop's own dialog would be hidden behind a call's window.
     dialog->setOption(QFileDialog::DontUseNativeDialog);
+    UsePlainFileIcons(*dialog);
     QObject::connect(dialog, &QFileDialog::fileSelected, &owner, then);
     dialog->open();
 }

@@ -179,6 +179,7 @@ constexpr int FavouriteCall = 6464;
 constexpr int NoFavourite = 6465;
 constexpr int NoQuickText = 6466;
 constexpr int NoEmergencyFavourite = 6467;
+constexpr int NoSuchFavourite = 6740;
 
 // Guards of outstations.
 constexpr int MarkCritical = 6440;

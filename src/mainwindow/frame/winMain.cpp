@@ -249,7 +249,8 @@ void winMain::LayoutPanes()
     m_bars->AllowFullScreen(m_placement.IsNormal());
 
     const int barHeight = m_bars->ToolBar().sizeHint().height();
-    const int stripHeight = m_strip->HeightAt(m_client->width());
+    m_attention->ShortenList(0);
+    int stripHeight = m_strip->HeightAt(m_client->width());
     PaneSizes sizes;
     sizes.toolBarHeight = barHeight + stripHeight;
     sizes.statusBarHeight = sbrStatus->sizeHint().height();
@@ -262,6 +263,11 @@ void winMain::LayoutPanes()
     const int room =
         screen()->availableGeometry().height() - (frameGeometry().height() - height()) - menuBar()->height();
     const int leastPane = LeastPaneLines * fontMetrics().lineSpacing();
+    if (const int missing = LowestClient(sizes, leastPane) - room; missing > 0) {
+        m_attention->ShortenList(missing);
+        stripHeight = m_strip->HeightAt(m_client->width());
+        sizes.toolBarHeight = barHeight + stripHeight;
+    }
     const int lowest = LowestClient(sizes, leastPane);
     m_client->setMinimumHeight(
         std::clamp(LowestClient(sizes, m_tabs->LeastPaneHeight(leastPane)), lowest, std::max(lowest, room)));

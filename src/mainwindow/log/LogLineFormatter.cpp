@@ -84,10 +84,18 @@ LogLineFormatter::LogLineFormatter(const StatusTexts& statusTexts, const IString
 {
 }
 
-// A record keeps only the words, in the language of the console that wrote it.
-bool LogLineFormatter::IsEmergency(EventType type, const QString& desc) const
+// A record of a call keeps only the words, in the language of the console that wrote it. A status is one as
+// it is marked now.
+bool LogLineFormatter::IsEmergency(EventType type, const QString& text, bool in) const
 {
-    return type == EventType::Call && m_emergencies.contains(desc);
+    if (type == EventType::Call)
+        return m_emergencies.contains(text);
+    if (type != EventType::Status || !in)
+        return false;
+    for (int code = 0; code < StatusTexts::Codes; ++code)
+        if (m_statusTexts.IsEmergency(code) && m_statusTexts.StatusInText(code) == text)
+            return true;
+    return false;
 }
 
 std::optional<LogLine> LogLineFormatter::CheckDayChange(const QDateTime& time)
@@ -113,15 +121,18 @@ LogLine LogLineFormatter::LiveLine(const QDateTime& time, EventType type, const 
         party = from;
     }
     const QString text = type == EventType::Text ? FormatLogData(desc, view) : desc;
-    return Line(time, text, StoredEvent::KeyOf(type) + direction, party, shown, IsEmergency(type, desc));
+    return Line(time, text, StoredEvent::KeyOf(type) + direction, party, shown,
+                IsEmergency(type, desc, direction == QLatin1String(In)));
 }
 
 LogLine LogLineFormatter::StoredLine(const StoredEvent& event, const OwnRadio& own, LogDataView view) const
 {
     const bool in = own.Is(event.to);
     const QString& party = in ? event.from : event.to;
-    return Line(event.time, StoredText(event, in, view), event.iconKey + QLatin1String(in ? In : Out), party,
-                {}, IsEmergency(static_cast<EventType>(event.eventType), event.desc));
+    const QString text = StoredText(event, in, view);
+    const auto type = static_cast<EventType>(event.eventType);
+    return Line(event.time, text, event.iconKey + QLatin1String(in ? In : Out), party, {},
+                IsEmergency(type, text, in));
 }
 
 LogLine LogLineFormatter::Line(const QDateTime& time, const QString& desc, const QString& iconKey,

@@ -63,7 +63,7 @@ private:
                  const QString& shown, bool emergency) const;
     QString StoredText(const StoredEvent& event, bool in, LogDataView view) const;
 
-    bool IsEmergency(EventType type, const QString& desc) const;
+    bool IsEmergency(EventType type, const QString& text, bool in) const; // as it is shown
 
     const StatusTexts& m_statusTexts;
     QSet<QString> m_emergencies; // descriptions of emergency calls

@@ -60,6 +60,8 @@ public:
     // The status or call that stands here, if it is one, and the text.
     std::optional<Favourite> Composed() const;
     QString ComposedText() const;
+    // Whether nobody is addressed and no text stands here.
+    bool IsEmpty() const { return Address().trimmed().isEmpty() && ComposedText().isEmpty(); }
     void SelectEncoding(bool eightBit);
 
     bool IsEightBitEncoding() const;

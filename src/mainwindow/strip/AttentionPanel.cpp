@@ -193,8 +193,8 @@ void AttentionPanel::Follow()
         m_list->resizeColumnToContents(column);
     const int lines = std::clamp(static_cast<int>(entries.size()), 1, MostLines);
     const int line = m_list->sizeHintForRow(0) > 0 ? m_list->sizeHintForRow(0) : fontMetrics().height();
-    m_list->setFixedHeight(m_list->header()->sizeHint().height() + lines * line + 2 * m_list->frameWidth() +
-                           m_list->fontMetrics().height() / 2);
+    m_leastHeight = m_list->header()->sizeHint().height() + line + 2 * m_list->frameWidth();
+    m_wantedHeight = m_leastHeight + (lines - 1) * line + m_list->fontMetrics().height() / 2;
     if (entries.empty() && m_list->isVisibleTo(this)) {
         const bool hadKeys = isAncestorOf(QApplication::focusWidget());
         m_list->hide();
@@ -205,6 +205,11 @@ void AttentionPanel::Follow()
     ShowTarget(false);
     setVisible(!entries.empty());
     Q_EMIT ContentChanged();
+}
+
+void AttentionPanel::ShortenList(int missing)
+{
+    m_list->setFixedHeight(std::max(m_leastHeight, m_wantedHeight - missing));
 }
 
 const dao::AttentionRecord* AttentionPanel::Target() const

@@ -33,6 +33,8 @@ public:
 
     // Opens the list with the keyboard in it, or closes it and gives the keyboard back.
     void ToggleList();
+    // The list gets as many pixels less than it wants as the window is short of, but keeps a line.
+    void ShortenList(int missing);
 
 Q_SIGNALS:
     void ContentChanged();
@@ -71,4 +73,6 @@ private:
     QString m_chosen;             // in the list
     QPointer<QWidget> m_hadFocus; // before the list was opened by a key
     bool m_filling = false;
+    int m_leastHeight = 0; // of the list
+    int m_wantedHeight = 0;
 };

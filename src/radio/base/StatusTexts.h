@@ -8,6 +8,8 @@ struct IStringSource;
 // The status messages of the network in words, by code 0..31. Shared by the log and the radio agent.
 class StatusTexts {
 public:
+    static constexpr int Codes = 32;
+
     explicit StatusTexts(const IStringSource& strings);
 
     void Clear();
@@ -25,7 +27,6 @@ public:
     static QString Line(int code, const QString& description);
 
 private:
-    static constexpr int Codes = 32;
     std::size_t Index(int code) const;
 
     const IStringSource& m_strings;
