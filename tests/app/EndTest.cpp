@@ -16,7 +16,8 @@ TEST(End, ASignalEndsTheConsoleInGoodOrder)
         const QString settings = folder.filePath(QStringLiteral("end.ini"));
         QProcess console;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("XDG_DATA_HOME"), folder.path());
+        for (const char* home : {"XDG_DATA_HOME", "XDG_STATE_HOME"})
+            environment.insert(QLatin1String(home), folder.path());
         console.setProcessEnvironment(environment);
         console.start(QStringLiteral(CONSOLE_PROGRAM), {QStringLiteral("-session"), QStringLiteral("1"),
                                                         QStringLiteral("--settings"), settings});

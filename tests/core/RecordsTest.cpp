@@ -1,5 +1,6 @@
 // What this library reads and writes in the open database: profile, registry, log records.
 
+#include "core/base/FileLock.h"
 #include "core/base/ProgramLog.h"
 #include "core/eventlog/EventLog.h"
 #include "core/session/Registry.h"
@@ -8,6 +9,8 @@
 #include "support/Files.h"
 #include "support/ScriptedPrompt.h"
 #include "support/TestDatabase.h"
+
+#include <QDir>
 
 namespace {
 
@@ -204,19 +207,30 @@ TEST_F(EventLogTest, WhatCannotBeStoredWaitsAndIsToldOnce)
     EXPECT_EQ(Stored()->Field("Desc").toString(), "1");
 }
 
-TEST(ProgramLogTest, KeepsOneOlderGeneration)
+// What another console of the same user writes, and one that cannot write.
+TEST(ProgramLogTest, IsBoundedAndNobodyElses)
 {
     QTemporaryDir folder;
-    ProgramLog::Open(folder.filePath("made/here"));
+    const QString path = folder.filePath("made/here");
+    QDir().mkpath(path);
+    FileLock another(path + "/veltorkyn.log.lock");
+    ASSERT_EQ(another.TryLock(), FileLock::Result::Locked);
+    ProgramLog::Open(path);
+    EXPECT_EQ(ProgramLog::FileName(), path + "/veltorkyn-2.log");
     const QString line(1000, u'x');
-    for (int i = 0; i < 5000; ++i)
+    for (int i = 0; i < 7000; ++i)
         ProgramLog::Write(QString("%1 %2").arg(i).arg(line));
-    const QFileInfo current(ProgramLog::FileName()), older(ProgramLog::FileName() + ".1");
-    EXPECT_GT(current.size(), 0);
-    EXPECT_LE(current.size(), 2 * 1024 * 1024);
-    EXPECT_GT(older.size(), 1024 * 1024);
-    EXPECT_LE(older.size(), 2 * 1024 * 1024);
-    EXPECT_TRUE(ReadFile(ProgramLog::FileName()).contains(" 4999 xxx"));
+    const QFileInfoList files = QDir(path).entryInfoList({"*-2.log", "*-2.log.?"}, QDir::Files, QDir::Name);
+    EXPECT_EQ(files.size(), ProgramLog::OlderFiles + 1);
+    for (const QFileInfo& file : files)
+        EXPECT_LE(file.size(), ProgramLog::LargestFile) << file.fileName().toStdString();
+    EXPECT_TRUE(ReadFile(ProgramLog::FileName()).contains(" 6999 xxx"));
+    EXPECT_FALSE(ReadFile(files.last().filePath()).contains(" 0 xxx"));
+
+    WriteFile(folder.filePath("a file"), "");
+    ProgramLog::Open(folder.filePath("a file/below"));
+    ProgramLog::Write("nowhere"); // to standard error
+    ProgramLog::Open(path);
 }
 
 } // namespace

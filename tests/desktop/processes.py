@@ -55,7 +55,8 @@ class Processes:
         self.environment.setdefault("PATH", "/usr/local/bin:/usr/bin:/bin")
         self.environment.update(LANG="C.UTF-8")
         for name, folder in (("HOME", "home"), ("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"),
-                             ("XDG_CACHE_HOME", "cache"), ("XDG_RUNTIME_DIR", "runtime"), ("TMPDIR", "tmp")):
+                             ("XDG_STATE_HOME", "state"), ("XDG_CACHE_HOME", "cache"),
+                             ("XDG_RUNTIME_DIR", "runtime"), ("TMPDIR", "tmp")):
             path = self.folder / folder
             path.mkdir(mode=0o700)
             self.environment[name] = str(path)

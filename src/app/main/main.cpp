@@ -98,7 +98,7 @@ int Run(const CommandLine& line)
         default:
             break;
         }
-        ProgramLog::Open(AppPaths::DataFolder());
+        ProgramLog::Open(AppPaths::StateFolder());
         return RunConsole(strings, line.settingsFile.isEmpty() ? Settings::DefaultFile() : line.settingsFile);
     } catch (const std::exception& failure) {
         Print(DescribeError(failure, strings) + QLatin1Char('\n'), stderr);

@@ -19,6 +19,14 @@ QString AppPaths::DataFolder()
     return Inside(QStandardPaths::GenericDataLocation);
 }
 
+// Qt 6.4 does not know this one yet.
+QString AppPaths::StateFolder()
+{
+    const QString named = qEnvironmentVariable("XDG_STATE_HOME");
+    const QString folder = QDir::isAbsolutePath(named) ? named : QDir::homePath() + "/.local/state";
+    return QDir::cleanPath(folder) + u'/' + Title;
+}
+
 QString AppPaths::DefaultSettingsFile()
 {
     return Inside(QStandardPaths::GenericConfigLocation) + u'/' + Title + ".ini";

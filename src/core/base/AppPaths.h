@@ -8,7 +8,8 @@ namespace AppPaths {
 
 inline constexpr auto Title = "VeltorKyn"; // of the application; names its folders too
 
-QString DataFolder();          // databases and the log file, "~/.local/share/VeltorKyn"
+QString DataFolder();          // databases and records that wait, "~/.local/share/VeltorKyn"
+QString StateFolder();         // the program's log and the trace of the line, "~/.local/state/VeltorKyn"
 QString DefaultSettingsFile(); // "~/.config/VeltorKyn/VeltorKyn.ini"
 
 // A file that comes with the programs: beside them, as the build leaves it, or else where the package puts

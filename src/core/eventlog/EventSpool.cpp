@@ -68,7 +68,8 @@ void EventSpool::Load(const QString& name)
         if (const auto record = ParseLine(line))
             m_records.append(*record);
         else // it was being written when the machine failed, and never accepted
-            ProgramLog::Write(QStringLiteral("%1: not a record: %2").arg(name, QString::fromUtf8(line)));
+            ProgramLog::Write(
+                QStringLiteral("%1: %2 octets that are no record are left out").arg(name).arg(line.size()));
     }
 }
 

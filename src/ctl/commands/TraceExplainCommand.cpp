@@ -171,7 +171,7 @@ stays the same from version to version. The last line counts everything. Texts o
 shown as they are.
 
 FILE is what the console keeps of the last hour, line-trace.jsonl and the older
-line-trace.1.jsonl in ~/.local/share/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
+line-trace.1.jsonl in ~/.local/state/VeltorKyn; or what veltorkyn-radio --trace or veltorkynctl
 radio check --trace have written. Several are taken as one, so the older one goes first. "-" is
 standard input. Files may be of any length. A last line that was cut off is left out, with a word
 on standard error. Of any other line that is no part of a trace standard error has the place and

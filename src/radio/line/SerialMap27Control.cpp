@@ -5,6 +5,7 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "map27/codec/Causes.h"
+#include "map27/trace/TextMask.h"
 #include "radio/base/TextIds.h"
 #include "radio/line/LineConditionText.h"
 #include "radio/line/RefusalText.h"
@@ -44,7 +45,8 @@ QString HexOf(const map27::Octets& octets)
 
 void Log(const std::string& text, const map27::Octets& octets)
 {
-    ProgramLog::Write(QStringLiteral("%1 %2").arg(QString::fromStdString(text), HexOf(octets)));
+    ProgramLog::Write(QStringLiteral("%1 %2").arg(
+        QString::fromStdString(text), HexOf(map27::WithoutText(octets, map27::Direction::FromRadio))));
 }
 
 // What was asked for has happened, whatever the cause.
