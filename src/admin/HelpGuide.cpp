@@ -44,6 +44,8 @@ QString HelpPageFor(const QString& window)
         {"frmLogon", "logon"},
         {"frmPassword", "password"},
         {"frmSettings", "settings"},
+        {"frmBackup", "backup"},
+        {"frmDiagnostics", "diagnostics"},
         {"frmMap27Agent", "calls"},
         {"frmSentMessages", "sent"},
         {"frmKeys", "keys"},

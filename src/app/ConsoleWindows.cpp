@@ -9,6 +9,7 @@
 #include "admin/frmUserManager.h"
 #include "app/HelpKey.h"
 #include "core/base/AppPaths.h"
+#include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
 #include "core/desktop/ShowWindow.h"
@@ -16,6 +17,8 @@
 #include "core/session/DbSession.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "health/HealthCollector.h"
+#include "health/frmDiagnostics.h"
 #include "logbook/query/LogIndexer.h"
 #include "logbook/window/frmLogbook.h"
 #include "logbook/window/frmRegroupHistory.h"
@@ -28,13 +31,23 @@
 #include "numbering/frmSelectNumbering.h"
 #include "radio/facade/Map27Executive.h"
 
+#include <QFileInfo>
 #include <QWindow>
+
+// Of this run: the demonstration and the tour have one of their own.
+static QString StateFolder()
+{
+    return QFileInfo(ProgramLog::FileName()).path();
+}
 
 ConsoleWindows::ConsoleWindows(const Services& services)
     : m_services(services),
       m_diagnostics(std::make_unique<frmNumInfoDiagnostics>(services.strings, services.executive)),
       m_helpKey(std::make_unique<HelpKey>([this](const QString& page) { ShowHelp(page); })),
-      m_indexer(std::make_unique<LogIndexer>(services.session))
+      m_indexer(std::make_unique<LogIndexer>(services.session)),
+      m_health(std::make_unique<HealthCollector>(
+          HealthCollector::Sources{services.settings, services.logon, services.executive, services.eventLog,
+                                   services.sounds, services.clock, StateFolder()}))
 {
 }
 
@@ -173,6 +186,14 @@ void ConsoleWindows::OpenAbout(winMain& owner)
 {
     frmAbout window(m_services.prompt, m_services.strings);
     ShowModal(window, owner);
+}
+
+void ConsoleWindows::OpenDiagnostics(winMain&)
+{
+    if (!m_healthWindow)
+        m_healthWindow = std::make_unique<frmDiagnostics>(*m_health, m_services.strings, m_services.clock,
+                                                          StateFolder(), Lane::Kind::OwnThread);
+    m_healthWindow->Open();
 }
 
 AdminServices ConsoleWindows::Admin() const

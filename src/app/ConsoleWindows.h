@@ -9,10 +9,12 @@
 #include <memory>
 
 class QDialog;
+class HealthCollector;
 class HelpGuide;
 class HelpKey;
 class LogIndexer;
 class frmAddressManager;
+class frmDiagnostics;
 class frmHelp;
 class frmLogbook;
 class frmNumInfoDiagnostics;
@@ -42,6 +44,7 @@ public:
     void OpenRegroupHistory(qint32 addressId, const QString& callsign) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
+    void OpenDiagnostics(winMain& owner) override;
 
 private:
     AdminServices Admin() const;
@@ -63,4 +66,6 @@ private:
     std::unique_ptr<frmShiftReport> m_shift; // likewise
     std::unique_ptr<frmWhoIsWhere> m_where;
     std::unique_ptr<frmRegroupHistory> m_regroupings;
+    std::unique_ptr<HealthCollector> m_health;
+    std::unique_ptr<frmDiagnostics> m_healthWindow;
 };

@@ -21,12 +21,13 @@ ROOMS = {
     "radio": {"core", "dao", "map27", "addressing"},
     "numbering": {"radio", "core", "dao", "addressing"},
     "logbook": {"radio", "core", "dao"},
+    "health": {"radio", "core", "dao", "map27"},
     "mainwindow": {"radio", "core", "dao", "addressing"},
     "admin": {"radio", "core", "dao"},
     "simulator": {"map27", "addressing"},
     "ctl": {"logbook", "numbering", "radio", "core", "dao", "addressing", "map27"},
     "tour": {"mainwindow", "core"},
-    "app": {"tour", "mainwindow", "logbook", "admin", "numbering", "radio", "core", "dao", "addressing"},
+    "app": {"tour", "mainwindow", "logbook", "health", "admin", "numbering", "radio", "core", "dao", "addressing"},
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
@@ -41,8 +42,8 @@ WINGS = {
         "eventlog": {"base", "texts", "session"},
         "sounds": {"base", "texts", "settings"},
         "attention": {"base", "texts", "session", "eventlog", "sounds"},
-        "logon": {"base", "texts", "widgets", "desktop", "settings", "session", "sounds"},
-        "backup": {"base", "texts", "settings"},
+        "logon": {"base", "texts", "widgets", "desktop", "settings", "session", "sounds", "backup"},
+        "backup": {"base", "texts", "widgets", "desktop", "settings"},
     },
     "radio": {
         "base": set(),

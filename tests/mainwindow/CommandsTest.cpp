@@ -51,6 +51,7 @@ const Expected Table[] = {
     {"miDefDynamic", {F, T, T}, {F, T, T}},
     {"cmdSearchAddress", {F, T, T}, {T, T, T}},
     {"miAbout", {T, T, T}, {T, T, T}},
+    {"miDiagnostics", {T, T, T}, {T, T, T}},
 };
 
 void ExpectStates(MainWindowStack& stack, Who who)

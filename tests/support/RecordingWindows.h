@@ -21,6 +21,7 @@ struct RecordingWindows : IWindows {
     }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
+    void OpenDiagnostics(winMain&) override { opened.append("diagnostics"); }
 
     QStringList opened;
 };

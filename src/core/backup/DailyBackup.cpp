@@ -19,7 +19,6 @@ constexpr int LongestWork = 15 * 60;   // seconds
 constexpr int PauseAfterFailure = 600; // seconds
 constexpr int SecondsOfADay = 86400;
 
-// What a person wrote that is no number counts as nothing.
 int Number(const Settings& settings, const QString& key, int fallback)
 {
     bool valid = false;
@@ -41,6 +40,12 @@ DailyBackup::DailyBackup(std::function<dao::Location()> location, const Settings
 {
     connect(&m_timer, &QTimer::timeout, this, &DailyBackup::Look);
     m_timer.setInterval(LookPause);
+}
+
+BackupPlan DailyBackup::PlanIn(const Settings& settings)
+{
+    const BackupPlan plan;
+    return {Number(settings, NewestKey, plan.newest), Number(settings, DaysKey, plan.days)};
 }
 
 void DailyBackup::Begin()
@@ -74,7 +79,7 @@ void DailyBackup::Look()
     BackupPlan plan;
     try {
         m_folder = m_settings.Read(Section, FolderKey, {});
-        plan = {Number(m_settings, NewestKey, plan.newest), Number(m_settings, DaysKey, plan.days)};
+        plan = PlanIn(m_settings);
     } catch (const std::exception& failure) {
         return Fail(DescribeError(failure, m_strings));
     }

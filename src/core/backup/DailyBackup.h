@@ -32,6 +32,9 @@ public:
     DailyBackup(std::function<dao::Location()> location, const Settings& settings,
                 const IStringSource& strings, const Clock& clock, Lane::Kind lane);
 
+    // How many the settings say are kept. What is no number counts as nothing.
+    static BackupPlan PlanIn(const Settings& settings);
+
     void Begin(); // somebody has logged on
     void End();
     // Makes a backup if one is due; it does so by itself every minute.

@@ -2,6 +2,7 @@
 
 #include "core/base/FileLock.h"
 #include "dao/base/FileAccess.h"
+#include "dao/base/Location.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -69,7 +70,7 @@ void Rotate(LogFile& log)
 // One record is one line, whatever it quotes.
 QByteArray Record(QString text)
 {
-    text.replace(u'\\', "\\\\").replace(u'\r', "\\r").replace(u'\n', "\\n");
+    text = dao::WithoutPassword(text).replace(u'\\', "\\\\").replace(u'\r', "\\r").replace(u'\n', "\\n");
     return (QDateTime::currentDateTime().toString(Qt::ISODateWithMs) + u' ' + text + u'\n').toUtf8();
 }
 

@@ -1,5 +1,6 @@
 #include "core/logon/frmSettings.h"
 
+#include "core/backup/frmBackup.h"
 #include "core/desktop/Prompt.h"
 #include "core/logon/frmSounds.h"
 #include "core/session/DbSession.h"
@@ -65,6 +66,10 @@ frmSettings::frmSettings(const SettingsServices& services, QWidget* parent)
     connect(m_ui->cmdSounds, &QPushButton::clicked, this, [this] {
         frmSounds sounds(m_services.settings, m_services.prompt, m_services.beeper, m_services.strings, this);
         sounds.exec();
+    });
+    connect(m_ui->cmdBackup, &QPushButton::clicked, this, [this] {
+        frmBackup backup(m_services.settings, m_services.prompt, m_services.strings, this);
+        backup.exec();
     });
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &frmSettings::Save);
     connect(m_ui->cmdCancel, &QPushButton::clicked, this, &QDialog::reject);

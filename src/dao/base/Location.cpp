@@ -1,6 +1,7 @@
 #include "dao/base/Location.h"
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace dao {
 
@@ -8,6 +9,14 @@ bool IsServerTarget(const QString& database)
 {
     return database.startsWith("postgresql://", Qt::CaseInsensitive) ||
            database.startsWith("postgres://", Qt::CaseInsensitive);
+}
+
+QString WithoutPassword(QString text)
+{
+    static const QRegularExpression userInfo("([a-z]+://)[^/?\\s]*@",
+                                             QRegularExpression::CaseInsensitiveOption);
+    static const QRegularExpression password("([?&](?:sslpassword|password|user)=)[^&\\s]*");
+    return text.replace(userInfo, "\\1").replace(password, "\\1...");
 }
 
 QString WorkgroupFileFor(const QString& database)

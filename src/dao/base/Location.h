@@ -17,6 +17,10 @@ struct Location {
 // True for targets that name a database server.
 bool IsServerTarget(const QString& database);
 
+// A target, or a text with targets in it, as it may be shown: what stands between "//" and "@" is left out,
+// and so is a password among the options.
+QString WithoutPassword(QString text);
+
 // The workgroup file that belongs to a database by convention: beside it, same base name, extension "kynw"
 // ("/data/site.kyndb" -> "/data/site.kynw"). Empty for an empty path and for a server.
 QString WorkgroupFileFor(const QString& database);

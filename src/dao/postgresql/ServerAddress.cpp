@@ -1,22 +1,13 @@
 #include "dao/postgresql/ServerAddress.h"
 #include "dao/base/Error.h"
+#include "dao/base/Location.h"
 #include <QHash>
-#include <QRegularExpression>
 #include <libpq-fe.h>
 #include <memory>
 
 namespace dao::postgresql {
 
 namespace {
-
-// What stands between "//" and "@" is never shown, and neither is a password among the options.
-QString WithoutSecrets(QString target)
-{
-    static const QRegularExpression userInfo("^([a-z]+://)[^/?]*@",
-                                             QRegularExpression::CaseInsensitiveOption);
-    static const QRegularExpression password("([?&](?:password|user)=)[^&]*");
-    return target.replace(userInfo, "\\1").replace(password, "\\1...");
-}
 
 QHash<QByteArray, QByteArray> OptionsOf(const QString& target)
 {
@@ -26,7 +17,7 @@ QHash<QByteArray, QByteArray> OptionsOf(const QString& target)
     if (!parsed) {
         const QString text = QString::fromUtf8(reason).trimmed();
         PQfreemem(reason);
-        throw Error(Kind::BadServerAddress, {WithoutSecrets(target), text}, text);
+        throw Error(Kind::BadServerAddress, {WithoutPassword(target), text}, text);
     }
     QHash<QByteArray, QByteArray> options;
     for (const PQconninfoOption* option = parsed.get(); option->keyword; ++option)
@@ -47,7 +38,7 @@ ServerAddress ServerAddress::Parse(const QString& target)
 {
     QHash<QByteArray, QByteArray> options = OptionsOf(target);
     ServerAddress address;
-    address.m_shown = WithoutSecrets(target);
+    address.m_shown = WithoutPassword(target);
     address.m_database = QString::fromUtf8(options.take("dbname"));
     address.m_user = options.take("user");
     address.m_password = options.take("password");

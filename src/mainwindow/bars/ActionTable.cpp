@@ -74,6 +74,7 @@ constexpr CommandRow Rows[] = {
     {Item, MainCommand::About, "miAbout", About, 0, When::Always, When::Always},
     {Separator, MainCommand::None, "", HelpSeparator, 0, When::Always, When::Always},
     {Item, MainCommand::Keys, "miKeys", Keys, 0, When::Always, When::Always},
+    {Item, MainCommand::Diagnostics, "miDiagnostics", Diagnostics, 0, When::Always, When::Always},
 
     {ToolButton, MainCommand::FullScreen, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow,
      When::Always},

@@ -71,6 +71,7 @@ enum class MainCommand {
     HelpTopics,
     About,
     Keys,
+    Diagnostics,
 
     Disconnect,
     Refresh,

@@ -58,6 +58,7 @@ constexpr int HelpMenu = 4143;
 constexpr int HelpTopics = 4144;
 constexpr int HelpSeparator = 4145;
 constexpr int About = 4146;
+constexpr int Diagnostics = 6864;
 constexpr int Keys = 6600;
 
 constexpr int FullScreenTip = 2006;

@@ -204,6 +204,7 @@ void MainCommands::ConnectWindows()
         {MainCommand::WhoIsWhere, &IWindows::OpenWhoIsWhere},
         {MainCommand::HelpTopics, &IWindows::OpenHelp},
         {MainCommand::About, &IWindows::OpenAbout},
+        {MainCommand::Diagnostics, &IWindows::OpenDiagnostics},
     };
     const MainMenu& menu = m_parts.bars.Menu();
     m_parts.keys.Follow(menu.Action(MainCommand::LogWindow), KeyCommand::LogWindow);

@@ -27,4 +27,6 @@ struct IWindows {
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;
+    // Returns at once.
+    virtual void OpenDiagnostics(winMain& owner) = 0;
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "radio/base/LinkStatus.h"
+#include "radio/line/LineFigures.h"
 #include "radio/line/RadioCause.h"
 
 #include <QObject>
@@ -56,6 +57,8 @@ public:
                                  bool dialog) = 0;
 
     virtual LinkStatus Link() const = 0;
+    // What has gone over the line.
+    virtual LineFigures Figures() const { return {}; }
 
 Q_SIGNALS:
     void StatusReceived(qint16 prefix, qint16 ident, qint16 status);

@@ -40,6 +40,7 @@ void RadioLine::Open(quint64 opening, const QString& portName, int bitsPerSecond
     });
     m_terminal = std::make_unique<map27::Terminal>(
         map27::TerminalParameters::ForBitRate(static_cast<unsigned>(bitsPerSecond)));
+    m_meter.Set({});
     m_retryPause = FirstRetry;
     m_port->Open();
 }
@@ -102,6 +103,7 @@ void RadioLine::Take(map27::TerminalOutput output)
         m_events.push_back(std::move(event));
     if (!m_takingEvents)
         TakeEvents();
+    Count();
     Schedule();
 }
 
@@ -240,6 +242,21 @@ void RadioLine::Tell(const LineCondition& condition)
 {
     m_owes = condition.kind == LineCondition::Kind::Owes;
     m_reports.Add(m_opening, condition);
+}
+
+void RadioLine::Count()
+{
+    if (!m_terminal)
+        return;
+    const map27::LinkCounters counters = m_terminal->LinkCounters();
+    const map27::FramingCounters& framing = counters.framing;
+    const LineFigures before = m_meter.Figures();
+    m_meter.Set({.received = counters.framesIn,
+                 .sent = counters.framesOut,
+                 .repeated = counters.retransmissions,
+                 .damaged = framing.wrongFcs + framing.brokenEscapes + framing.restarts + framing.overlong,
+                 .noise = framing.noiseOctets,
+                 .lastHeard = counters.framesIn > before.received ? m_clock.Now() : before.lastHeard});
 }
 
 void RadioLine::Schedule()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "map27/terminal/Terminal.h"
+#include "radio/line/LineFigures.h"
 #include "radio/line/LineReports.h"
 #include "radio/line/LinkWatch.h"
 
@@ -53,6 +54,9 @@ public:
     // What the timer does when it is due.
     void OnTime();
 
+    // Of the line that is open, or was. Any thread may ask.
+    LineFigures Figures() const { return m_meter.Figures(); }
+
 private:
     void Take(map27::TerminalOutput output);
     void TakeEvents();
@@ -68,6 +72,7 @@ private:
     void Tell(LinkWatch::Finding finding);
     void Tell(const LineCondition& condition);
     void Schedule();
+    void Count();
     map27::TimePoint Now() const;
 
     const Clock& m_clock;
@@ -77,6 +82,7 @@ private:
     std::unique_ptr<RadioPort> m_port; // null when closed
     std::unique_ptr<map27::Terminal> m_terminal;
     LinkWatch m_watch;
+    LineMeter m_meter;
     QTimer m_timer;
     std::deque<map27::TerminalEvent> m_events; // not reported yet
     bool m_takingEvents = false;

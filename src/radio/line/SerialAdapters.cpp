@@ -31,3 +31,17 @@ QString SerialAdapters::DeviceOf(const QString& identity) const
             return port.systemLocation();
     return {};
 }
+
+QString SerialAdapters::NameOf(const QString& device)
+{
+    for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
+        if (port.systemLocation() != device || !port.hasVendorIdentifier())
+            continue;
+        return QStringLiteral("%1 %2 (%3:%4)")
+            .arg(port.manufacturer(), port.description())
+            .arg(port.vendorIdentifier(), 4, 16, QLatin1Char('0'))
+            .arg(port.productIdentifier(), 4, 16, QLatin1Char('0'))
+            .simplified();
+    }
+    return {};
+}

@@ -13,4 +13,7 @@ public:
     virtual QString IdentityOf(const QString& device) const;
     // The device under which an adapter is plugged in now; empty when it is not.
     virtual QString DeviceOf(const QString& identity) const;
+
+    // Maker, product and their numbers, for a person; empty for a device that is no adapter.
+    static QString NameOf(const QString& device);
 };

@@ -55,6 +55,7 @@ public:
                          bool dialog) override;
 
     LinkStatus Link() const override { return m_status; }
+    LineFigures Figures() const override { return m_line.Figures(); }
 
     // What is shown while OpenLink waits for a port, from 300 ms on.
     void SetWaitSign(ThreadedLine::WaitSign sign) { m_line.SetWaitSign(std::move(sign)); }

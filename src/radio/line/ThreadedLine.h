@@ -40,6 +40,7 @@ public:
     // Does not wait; nothing is reported any more. Harmless when closed.
     void Close();
     bool IsOpen() const { return m_open; }
+    LineFigures Figures() const { return m_line->Figures(); }
 
     // Hands one request to the terminal of an open line; gives back why it did not begin. The operation runs
     // on the line's thread while this one waits. LinkBusy for a line that has got stuck in its device.
