@@ -3,6 +3,7 @@
 #include "core/attention/AttentionAlarm.h"
 #include "core/attention/AttentionBook.h"
 #include "core/backup/DailyBackup.h"
+#include "core/base/ProgramLog.h"
 #include "core/eventlog/EventLog.h"
 #include "core/logon/frmPassword.h"
 #include "core/logon/frmSettings.h"
@@ -35,6 +36,15 @@ Console::Console(const ConsoleBase& base, std::unique_ptr<Map27Control> control,
     QObject::connect(&base.session.Changes(), &DatabaseChanges::Opened, dailyBackup.get(),
                      &DailyBackup::Begin);
     QObject::connect(&base.session.Changes(), &DatabaseChanges::Closed, dailyBackup.get(), &DailyBackup::End);
+    const auto note = [](const char* text) {
+        return [text] { ProgramLog::Write(QStringLiteral("Database: ") + QLatin1String(text)); };
+    };
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::Opened, eventLog.get(), note("opened"));
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::Closed, eventLog.get(), note("closed"));
+    QObject::connect(&base.session.Changes(), &DatabaseChanges::AwayChanged, eventLog.get(), [](bool away) {
+        ProgramLog::Write(away ? QStringLiteral("Database: does not answer")
+                               : QStringLiteral("Database: answers again"));
+    });
     stage = QStringLiteral("FleetDataSource");
     fleetData = std::make_unique<FleetDataSource>(base.session, base.strings);
     stage = QStringLiteral("Map27Executive");

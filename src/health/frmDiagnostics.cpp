@@ -55,7 +55,6 @@ frmDiagnostics::frmDiagnostics(HealthCollector& collector, const IStringSource& 
     BuildButtons();
     LoadCaptions(*this, strings);
     const int character = fontMetrics().averageCharWidth();
-    lvHealth->setColumnWidth(0, ItemWidth * character);
     resize(QSize((ItemWidth + ValueWidth) * character, Lines * fontMetrics().lineSpacing())
                .boundedTo(screen()->availableSize()));
     m_again.setInterval(BetweenLooks);
@@ -110,6 +109,7 @@ void frmDiagnostics::Open()
     if (!isVisible()) {
         Say({});
         Look();
+        lvHealth->resizeColumnToContents(0);
         m_again.start();
     }
     BringToScreen(*this, Activation::Take);

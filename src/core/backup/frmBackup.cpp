@@ -2,6 +2,7 @@
 
 #include "core/backup/DailyBackup.h"
 #include "core/backup/TextIds.h"
+#include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
@@ -121,6 +122,7 @@ void frmBackup::Save()
         m_settings.Write(DailyBackup::Section, DailyBackup::FolderKey, folder);
         m_settings.Write(DailyBackup::Section, DailyBackup::NewestKey, QString::number(m_newest->value()));
         m_settings.Write(DailyBackup::Section, DailyBackup::DaysKey, QString::number(m_days->value()));
+        ProgramLog::Write(QStringLiteral("Settings: backups in %1").arg(folder));
         accept();
     } catch (const std::exception& failure) {
         m_prompt.ShowError(DescribeError(failure, m_strings));

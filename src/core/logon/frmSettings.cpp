@@ -1,6 +1,7 @@
 #include "core/logon/frmSettings.h"
 
 #include "core/backup/frmBackup.h"
+#include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/logon/frmSounds.h"
 #include "core/session/DbSession.h"
@@ -170,6 +171,8 @@ void frmSettings::Save()
     }
     try {
         Store(port);
+        ProgramLog::Write(
+            QStringLiteral("Settings: stored, port %1, database %2").arg(port, m_ui->txtDbFile->text()));
         accept();
     } catch (const std::exception& failure) {
         m_services.prompt.ShowError(DescribeError(failure, m_services.strings));

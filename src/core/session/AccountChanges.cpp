@@ -1,5 +1,6 @@
 #include "core/session/AccountChanges.h"
 
+#include "core/base/ProgramLog.h"
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
 #include "dao/tables/UserProfileTable.h"
@@ -26,6 +27,7 @@ void AddAccount(dao::Workspace& workspace, const NewAccount& account)
     if (!account.group.isEmpty())
         user->Groups().Append(account.group);
     transaction.Commit();
+    ProgramLog::Write(QStringLiteral("Accounts: %1 added").arg(account.userName));
 }
 
 void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
@@ -44,6 +46,7 @@ void ChangeAccount(dao::Workspace& workspace, const AccountChange& change)
         groups.Append(change.newGroup);
     }
     transaction.Commit();
+    ProgramLog::Write(QStringLiteral("Accounts: %1 changed").arg(change.userName));
 }
 
 void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString& userName)
@@ -54,6 +57,7 @@ void DeleteAccount(dao::Workspace& workspace, qlonglong profileId, const QString
     RequireChange(*query);
     workspace.Users().Delete(userName);
     transaction.Commit();
+    ProgramLog::Write(QStringLiteral("Accounts: %1 deleted").arg(userName));
 }
 
 QString ShownGroup(const QStringList& groups)

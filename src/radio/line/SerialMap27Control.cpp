@@ -378,6 +378,10 @@ void SerialMap27Control::SetStatus(LinkStatus::State state, const QString& text)
     const LinkStatus status{state, text, m_status.simulation};
     if (status == m_status && state != LinkStatus::State::Closed)
         return;
+    if (state != m_status.state && state == LinkStatus::State::Ready)
+        ProgramLog::Write(QStringLiteral("Link: ready on %1").arg(m_portName));
+    if (state != m_status.state && state == LinkStatus::State::Closed)
+        ProgramLog::Write(QStringLiteral("Link: closed"));
     m_status = status;
     Q_EMIT LinkChanged(m_status);
 }
