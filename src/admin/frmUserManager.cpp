@@ -112,7 +112,10 @@ void frmUserManager::ListAgain()
     if (m_ui->stkPanes->currentWidget() != m_ui->picUserList)
         return; // what is being entered stays as it is
     const QVariant key = GetSelectedItem(*m_ui->lvUsers).data(UserModel::KeyRole);
-    List();
+    const bool counted = m_ui->sbStatus->text() == CountText(); // otherwise what was done last stays there
+    Try([this] { ReadList(); });
+    if (counted)
+        m_ui->sbStatus->setText(CountText());
     if (key.isValid())
         for (const QModelIndex& row :
              m_users->match(m_users->index(0, 0), UserModel::KeyRole, key, 1, Qt::MatchExactly))
@@ -122,11 +125,20 @@ void frmUserManager::ListAgain()
 void frmUserManager::List()
 {
     Try([this] {
-        m_users->Replace(ReadUsers(m_services.session, m_query, m_ui->txtLookFor->text()));
-        AutosizeColumns(*m_ui->lvUsers, true);
-        m_ui->sbStatus->setText(
-            FormatMessage(m_services.strings, AdminText::UsersFound, {QString::number(m_users->rowCount())}));
+        ReadList();
+        m_ui->sbStatus->setText(CountText());
     });
+}
+
+void frmUserManager::ReadList()
+{
+    m_users->Replace(ReadUsers(m_services.session, m_query, m_ui->txtLookFor->text()));
+    AutosizeColumns(*m_ui->lvUsers, true);
+}
+
+QString frmUserManager::CountText() const
+{
+    return FormatMessage(m_services.strings, AdminText::UsersFound, {QString::number(m_users->rowCount())});
 }
 
 void frmUserManager::SortBy(int column)

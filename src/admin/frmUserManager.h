@@ -25,6 +25,8 @@ private:
 
     void ConnectControls();
     void List();
+    void ReadList();
+    QString CountText() const;
     // Another console changed accounts; the selected one stays selected.
     void ListAgain();
     void SortBy(int column);

@@ -38,6 +38,9 @@ int Reset(const Request& request)
         Console::Print(QStringLiteral("Was: %1\t%2").arg(setting.key(), setting.value()));
     }
     transaction.Commit();
+    for (const QString& key : keys)
+        if (!settings.contains(key))
+            Console::Print(QStringLiteral("Was never stored: %1").arg(key));
     return exitOk;
 }
 

@@ -1,5 +1,6 @@
 #include "logbook/query/ShiftReport.h"
 
+#include "core/eventlog/EventLog.h"
 #include "logbook/query/LogSearch.h"
 
 #include <QHash>
@@ -74,7 +75,8 @@ void ShiftReport::CountRecords(dao::Database& database, const LogFacts& facts,
             const auto way = static_cast<std::size_t>(facts.DirectionOf(record));
             if (kind < m_records.size())
                 ++m_records[kind][way < std::tuple_size_v<Ways> ? way : 0];
-            m_emergencyCalls += facts.IsEmergency(record) ? 1 : 0;
+            const bool call = record.kind == static_cast<int>(EventType::Call);
+            m_emergencyCalls += call && facts.IsEmergency(record) ? 1 : 0;
         }
     }
 }

@@ -25,7 +25,7 @@ namespace {
 constexpr int DaysBack = 7;
 constexpr std::chrono::seconds BetweenReadings{30};
 // Characters of each column at first.
-constexpr int Widths[] = {15, 13, 20, 11, 26, 26, 28, 18, 34};
+constexpr int Widths[] = {14, 13, 20, 11, 26, 26, 24, 16, 30};
 constexpr int Shares[] = {10, 8, 13, 8, 12, 12, 13, 10, 14};
 constexpr int Lines = 34;
 

@@ -246,7 +246,7 @@ void MainCommands::ConnectAttention()
     using Again = dao::AttentionRecord::Again;
     connect(&m_parts.attention, &AttentionPanel::CallBackRequested, this, [this](const QString& party) {
         if (m_parts.session.LoggedOn) // what is being written in the send pane stays
-            m_parts.services.executive.StartCall(party, false, false, m_parts.send.IsDialogAllowed());
+            m_parts.services.executive.StartCall(party, false, false, true);
     });
     connect(&m_parts.attention, &AttentionPanel::SendAgainRequested, this,
             [this](const dao::AttentionRecord& entry) {

@@ -269,8 +269,10 @@ void winMain::LayoutPanes()
         sizes.toolBarHeight = barHeight + stripHeight;
     }
     const int lowest = LowestClient(sizes, leastPane);
-    m_client->setMinimumHeight(
-        std::clamp(LowestClient(sizes, m_tabs->LeastPaneHeight(leastPane)), lowest, std::max(lowest, room)));
+    const int least =
+        std::clamp(LowestClient(sizes, m_tabs->LeastPaneHeight(leastPane)), lowest, std::max(lowest, room));
+    m_grows = m_grows || (isVisible() && least > m_client->height());
+    m_client->setMinimumHeight(least);
     const QSize client = m_client->size();
     sizes.client = client;
     const PaneLayout layout = ArrangePanes(sizes);
@@ -283,6 +285,18 @@ void winMain::LayoutPanes()
     picHPaneResize->SetRange(layout.tabStripClient);
     picSend->setGeometry(layout.send);
     sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
+}
+
+// A window that stands low on the screen and has grown over the edge, since the panes need it, goes up.
+void winMain::resizeEvent(QResizeEvent* event)
+{
+    QMainWindow::resizeEvent(event);
+    if (!std::exchange(m_grows, false) || !m_placement.IsNormal())
+        return;
+    const QRect available = screen()->availableGeometry();
+    const int over = frameGeometry().bottom() - available.bottom();
+    if (over > 0)
+        move(x(), std::max(available.top(), y() - over));
 }
 
 void winMain::StoreLogWidth()

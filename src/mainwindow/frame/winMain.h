@@ -66,6 +66,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -96,6 +97,7 @@ private:
     WindowPlacement m_placement;
     QWidget* m_client = nullptr; // everything below the menu bar
     AttentionPanel* m_attention = nullptr;
+    bool m_grows = false; // to the height that the panes need
     LinkStrip* m_strip = nullptr;
     PaneSplitter* picHPaneResize = nullptr;
     LogPane* picLog = nullptr;

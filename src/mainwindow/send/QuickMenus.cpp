@@ -177,11 +177,11 @@ void QuickMenus::PrepareText(int place)
 void QuickMenus::KeepFavourite(int place)
 {
     Attempt([&] {
-        if (m_parts.send.IsEmergencyCall() || m_parts.send.IsPriorityCall())
-            return m_parts.prompt.ShowWarning(m_parts.strings.LoadString(MainText::NoEmergencyFavourite));
         const auto favourite = m_parts.send.Composed();
         if (!favourite && !m_parts.send.IsEmpty()) // must not free the place
             return m_parts.prompt.ShowWarning(m_parts.strings.LoadString(MainText::NoSuchFavourite));
+        if (m_parts.send.IsEmergencyCall() || m_parts.send.IsPriorityCall())
+            return m_parts.prompt.ShowWarning(m_parts.strings.LoadString(MainText::NoEmergencyFavourite));
         Store().KeepFavourite(place, favourite);
     });
 }

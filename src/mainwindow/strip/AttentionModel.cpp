@@ -49,7 +49,9 @@ QVariant AttentionModel::data(const QModelIndex& index, int role) const
     if (role == IdRole)
         return entry.id;
     if (role == Qt::DecorationRole && index.column() == Kind)
-        return LoadIcon(emergency ? QStringLiteral("warning") : QStringLiteral("callin"));
+        return LoadIcon(emergency                                          ? QStringLiteral("warning")
+                        : entry.kind == dao::AttentionRecord::Kind::Failed ? QStringLiteral("notdone")
+                                                                           : QStringLiteral("callin"));
     if (role == Qt::FontRole && emergency && !entry.IsTaken()) {
         QFont bold;
         bold.setBold(true);
