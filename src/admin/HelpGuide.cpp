@@ -40,6 +40,7 @@ QString HelpPageFor(const QString& window)
         {"winMain/individuals", "individuals"},
         {"winMain/scada", "scada"},
         {"frmFirstRun", "first-start"},
+        {"frmSetUp", "first-start"},
         {"frmLogbook", "logbook"},
         {"frmLogon", "logon"},
         {"frmPassword", "password"},

@@ -2,12 +2,14 @@
 
 #include "app/Console.h"
 #include "app/ConsoleWindows.h"
+#include "app/Demonstration.h"
 #include "core/base/AppPaths.h"
 #include "core/base/Clock.h"
 #include "core/base/ProgramLog.h"
 #include "core/desktop/HeldKeys.h"
 #include "core/desktop/ModalFocus.h"
 #include "core/desktop/Prompt.h"
+#include "core/desktop/ShowModal.h"
 #include "core/desktop/Waiting.h"
 #include "core/logon/DbSessionImpl.h"
 #include "core/session/DatabaseChanges.h"
@@ -20,6 +22,7 @@
 #include "radio/line/SystemSerialPorts.h"
 #include "radio/trace/TracedPort.h"
 #include "radio/trace/WireTrace.h"
+#include "setup/frmSetUp.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -97,11 +100,40 @@ void Application::ShowMainWindow()
     Services services = o.console->MainWindowServices();
     o.windows = std::make_unique<ConsoleWindows>(services);
     services.windows = o.windows.get();
+    o.windows->SetAssistant([this](QWidget* owner) { return SetUp(owner); });
+    o.session->SetAssistant([this] { SetUp(m_objects->mainWindow.get()); });
     services.numberingView = &o.windows->NumberingView();
     o.mainWindow = std::make_unique<winMain>(services);
     // Not quit(), which first asks every window that is open whether it may be closed.
     QObject::connect(o.mainWindow.get(), &winMain::Unloaded, qApp, [] { QCoreApplication::exit(0); });
     o.mainWindow->show();
+}
+
+bool Application::SetUp(QWidget* owner)
+{
+    Objects& o = *m_objects;
+    const auto makeControl = [this, &o]() -> std::unique_ptr<Map27Control> {
+        auto control = std::make_unique<SerialMap27Control>(
+            m_strings, o.clock, SerialMap27Control::Place::OwnThread, TracedPorts(*o.wireTrace, o.clock));
+        control->SetWaitSign([&o](const QString& port, std::function<void()> giveUp) {
+            return o.waiting->ShowFor(port, std::move(giveUp));
+        });
+        return control;
+    };
+    frmSetUp assistant(
+        {.strings = m_strings,
+         .settings = *o.settings,
+         .logon = *o.session,
+         .prompt = *o.prompt,
+         .beeper = o.beeper,
+         .serial = *o.console->executive,
+         .ports = &o.serialPorts,
+         .makeControl = makeControl,
+         .startDemonstration = [this] { return Demonstration::StartBeside(m_strings); },
+         .logOnNextAs = [&o](const QString& user,
+                             const QString& password) { o.session->LogOnNextAs(user, password); },
+         .options = {}});
+    return ShowModal(assistant, *owner) == QDialog::Accepted && assistant.HasDatabase();
 }
 
 void Application::EndAtOnce()

@@ -5,6 +5,8 @@
 #include <QString>
 #include <memory>
 
+class QWidget;
+
 // The process-wide objects of the console: built in their prescribed order, wired, and torn down in reverse.
 class Application {
 public:
@@ -26,6 +28,7 @@ private:
     struct Objects;
 
     void ShowMainWindow();
+    bool SetUp(QWidget* owner);
 
     const IStringSource& m_strings;
     std::unique_ptr<Objects> m_objects;

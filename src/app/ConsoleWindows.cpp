@@ -163,6 +163,11 @@ void ConsoleWindows::OpenRegroupHistory(qint32 addressId, const QString& callsig
     m_regroupings->Open(addressId, callsign);
 }
 
+bool ConsoleWindows::OpenSetUp(winMain& owner)
+{
+    return m_assistant && m_assistant(&owner);
+}
+
 void ConsoleWindows::OpenHelp(winMain&)
 {
     ShowHelp({});

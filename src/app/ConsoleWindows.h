@@ -9,6 +9,7 @@
 #include <memory>
 
 class QDialog;
+class QWidget;
 class HealthCollector;
 class HelpGuide;
 class HelpKey;
@@ -29,6 +30,9 @@ public:
     explicit ConsoleWindows(const Services& services);
     ~ConsoleWindows() override;
 
+    // Shows the assistant in front of a window. True when a database can be opened then.
+    void SetAssistant(std::function<bool(QWidget*)> assistant) { m_assistant = std::move(assistant); }
+
     // The window that keeps what the radio reports of its numbering.
     INumberingView& NumberingView();
 
@@ -42,6 +46,7 @@ public:
     void OpenShiftReport(winMain& owner) override;
     void OpenWhoIsWhere(winMain& owner) override;
     void OpenRegroupHistory(qint32 addressId, const QString& callsign) override;
+    bool OpenSetUp(winMain& owner) override;
     void OpenHelp(winMain& owner) override;
     void OpenAbout(winMain& owner) override;
     void OpenDiagnostics(winMain& owner) override;
@@ -55,6 +60,7 @@ private:
     // Opens the guide at a page; at its contents for an empty one. Says so when there is no guide.
     void ShowHelp(const QString& page);
 
+    std::function<bool(QWidget*)> m_assistant;
     Services m_services; // its `windows` is null: they are this object
     std::unique_ptr<frmNumInfoDiagnostics> m_diagnostics;
     std::unique_ptr<frmAddressManager> m_directory; // kept hidden between uses

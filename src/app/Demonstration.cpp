@@ -1,9 +1,12 @@
 #include "app/Demonstration.h"
 
+#include "app/TextIds.h"
+#include "core/base/AppPaths.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
 #include "core/texts/Errors.h"
 #include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
 #include "dao/Workspace.h"
 #include "dao/base/FileAccess.h"
@@ -139,6 +142,18 @@ Demonstration::~Demonstration()
     m_radio.waitForFinished(AnswerTimeout);
 }
 
+QString Demonstration::StartBeside(const IStringSource& strings)
+{
+    const QString radio = QCoreApplication::applicationDirPath() + QStringLiteral("/veltorkyn-radio");
+    if (!QFileInfo(radio).isExecutable())
+        return FormatMessage(strings, AppText::DemonstrationRadioMissing, {radio});
+    const QString folder = AppPaths::DataFolder() + QStringLiteral("/demonstration");
+    if (!QProcess::startDetached(QCoreApplication::applicationFilePath(),
+                                 {QStringLiteral("--demonstration"), folder}))
+        return strings.LoadString(AppText::DemonstrationNotStarted);
+    return {};
+}
+
 QString Demonstration::SettingsFile() const
 {
     return m_folder + QStringLiteral("/VeltorKyn.ini");
@@ -190,6 +205,10 @@ void Demonstration::WriteSettings() const
     settings.SetSerialPort(PortLink());
     settings.Write(QStringLiteral("DB"), QStringLiteral("databasefile"), DatabaseFile());
     settings.Write(QStringLiteral("DB"), QStringLiteral("workgroupfile"), WorkgroupFile());
+    settings.Write(
+        QStringLiteral("DB"), QStringLiteral("logonnote"),
+        FormatMessage(m_strings, AppText::DemonstrationAccounts,
+                      {Operator.user, Operator.password, Administrator.user, Administrator.password}));
     if (settings.GetLogonCount() == 0) {
         settings.SetLogWidth(460);
         settings.SetWindowPlacement({.x = 60, .y = 60, .width = 1040, .height = 680});

@@ -28,6 +28,10 @@ public:
     // Ends the simulated radio.
     ~Demonstration();
 
+    // A program of its own with a demonstration in the user's data folder. Returns why there is none; empty
+    // when it runs.
+    static QString StartBeside(const IStringSource& strings);
+
     const QString& Folder() const { return m_folder; }
     QString SettingsFile() const;
     QString DatabaseFile() const;

@@ -20,6 +20,7 @@ ROOMS = {
     "core": {"dao"},
     "radio": {"core", "dao", "map27", "addressing"},
     "numbering": {"radio", "core", "dao", "addressing"},
+    "setup": {"numbering", "radio", "core", "dao", "addressing"},
     "logbook": {"radio", "core", "dao"},
     "health": {"radio", "core", "dao", "map27"},
     "mainwindow": {"radio", "core", "dao", "addressing"},
@@ -27,7 +28,7 @@ ROOMS = {
     "simulator": {"map27", "addressing"},
     "ctl": {"logbook", "numbering", "radio", "core", "dao", "addressing", "map27"},
     "tour": {"mainwindow", "core"},
-    "app": {"tour", "mainwindow", "logbook", "health", "admin", "numbering", "radio", "core", "dao", "addressing"},
+    "app": {"tour", "mainwindow", "logbook", "health", "admin", "setup", "numbering", "radio", "core", "dao", "addressing"},
 }
 # The folders of a room, "" for the files outside of them, and which of them each may include.
 WINGS = {
@@ -53,6 +54,7 @@ WINGS = {
         "agent": {"base", "line", "window"},
         "facade": {"base", "line", "window", "agent"},
     },
+    "setup": {"base": set(), "pages": {"base"}, "": {"base", "pages"}},
     "logbook": {"query": set(), "window": {"query"}},
     "mainwindow": {
         "base": set(),

@@ -19,6 +19,11 @@ struct RecordingWindows : IWindows {
     {
         opened.append("regroupings " + QString::number(id) + ' ' + callsign);
     }
+    bool OpenSetUp(winMain&) override
+    {
+        opened.append("setup");
+        return false;
+    }
     void OpenHelp(winMain&) override { opened.append("help"); }
     void OpenAbout(winMain&) override { opened.append("about"); }
     void OpenDiagnostics(winMain&) override { opened.append("diagnostics"); }

@@ -84,9 +84,26 @@ int RunDemonstration(const IStringSource& strings, const QString& folder)
     return RunConsole(strings, demonstration.SettingsFile());
 }
 
+// The language that somebody has chosen, if there is one; a file that cannot be read is told of later.
+void ChooseLanguage(CStringSourceImpl& source, const QString& settingsFile)
+{
+    try {
+        const Settings settings(settingsFile, source);
+        bool isNumber = false;
+        const quint16 language =
+            settings.Read(QStringLiteral("Language"), QStringLiteral("LangID"), {}).toUShort(&isNumber, 16);
+        if (isNumber)
+            source.SetLangID(language);
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(QString::fromUtf8(failure.what()));
+    }
+}
+
 int Run(const CommandLine& line)
 {
     CStringSourceImpl source;
+    if (line.mode == CommandLine::Mode::Console)
+        ChooseLanguage(source, line.settingsFile.isEmpty() ? Settings::DefaultFile() : line.settingsFile);
     const IStringSource& strings = source.CreateStringSource(QStringLiteral("CKYN"));
     try {
         switch (line.mode) {

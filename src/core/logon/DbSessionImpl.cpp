@@ -23,6 +23,7 @@ namespace {
 constexpr auto DatabaseKey = "databasefile";
 constexpr auto WorkgroupKey = "workgroupfile";
 constexpr auto LastUserKey = "lastuser";
+constexpr auto LogonNoteKey = "logonnote"; // a demonstration names its accounts
 
 QString DefaultDatabaseFile()
 {
@@ -39,6 +40,18 @@ QString PathOrEmpty(const std::function<QString()>& read)
             throw;
         return {};
     }
+}
+
+bool IsChosen(const dao::Location& location)
+{
+    return !location.database.isEmpty() &&
+           (dao::IsServerTarget(location.database) || !location.workgroup.isEmpty());
+}
+
+bool IsThere(const dao::Location& location)
+{
+    return IsChosen(location) &&
+           (dao::IsServerTarget(location.database) || QFileInfo::exists(location.database));
 }
 
 QString PickExisting(FilePicker::Kind kind, const QString& start, const IStringSource& strings)
@@ -121,14 +134,37 @@ void DbSession::Logon(bool, bool)
 {
     Logoff();
     dao::Location location = StoredLocation();
-    const bool chosen = !location.database.isEmpty() &&
-                        (dao::IsServerTarget(location.database) || !location.workgroup.isEmpty());
-    if (!chosen || (!dao::IsServerTarget(location.database) && !QFileInfo::exists(location.database)))
-        location = SetUpDatabase(chosen ? location.database : QString());
+    if (!IsThere(location) && m_assistant && m_settings.Read(m_section, LastUserKey, QString()).isEmpty()) {
+        RunAssistant();
+        location = StoredLocation();
+    } else if (!IsThere(location)) {
+        location = SetUpDatabase(IsChosen(location) ? location.database : QString());
+    }
+    LogOnPrepared(location);
     if (!m_workspace)
         AskUser(location);
     Remember(location);
     WatchDatabase();
+}
+
+void DbSession::RunAssistant()
+{
+    m_assistant();
+    if (!IsThere(StoredLocation()))
+        RaiseCancelled();
+}
+
+// One that does not succeed ends in the dialog, like any other.
+void DbSession::LogOnPrepared(const dao::Location& location)
+{
+    const auto next = std::exchange(m_next, {});
+    if (m_workspace || next.userName.isEmpty())
+        return;
+    try {
+        m_workspace = dao::OpenWorkspace(location, next.userName, next.password, m_options);
+    } catch (const std::exception& failure) {
+        ProgramLog::Write(DescribeError(failure, m_strings));
+    }
 }
 
 void DbSession::WatchDatabase()
@@ -237,6 +273,7 @@ void DbSession::AskUser(const dao::Location& location)
     shown = &dialog;
     dialog.SetAppName(m_appName);
     dialog.SetUserName(m_settings.Read(m_section, LastUserKey, QString()));
+    dialog.SetNote(m_settings.Read(m_section, LogonNoteKey, QString()));
     dialog.exec();
     if (failure)
         std::rethrow_exception(failure);

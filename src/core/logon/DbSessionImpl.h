@@ -6,6 +6,7 @@
 #include "core/session/SessionMemory.h"
 #include "dao/Workspace.h"
 
+#include <functional>
 #include <memory>
 
 class Settings;
@@ -31,6 +32,11 @@ public:
     void SetAppName(const QString& name) { m_appName = name; }
     void SetSettingsSection(const QString& section) { m_section = section; }
 
+    // Sets the console up instead of the dialog below, when nobody has ever logged on here.
+    void SetAssistant(std::function<void()> assistant) { m_assistant = std::move(assistant); }
+    // The next logon is that of this account, without a question.
+    void LogOnNextAs(const QString& userName, const QString& password) { m_next = {userName, password}; }
+
     // When there is no database (no file at the path, or a cleared path), offers to create one with its first
     // administrator, who is logged on at once, or to open another. A session that is open is closed first.
     void Logon(bool askUser, bool openDatabase) override;
@@ -44,6 +50,8 @@ public:
 
 private:
     dao::Location StoredLocation() const;
+    void RunAssistant();
+    void LogOnPrepared(const dao::Location& location);
     dao::Location SetUpDatabase(const QString& missing);
     QString CarryOut(const FirstRunChoice& choice);
     void AskUser(const dao::Location& location);
@@ -60,4 +68,9 @@ private:
     DatabaseChanges m_changes;
     SessionMemory m_memory{*this, m_changes};
     std::unique_ptr<dao::Workspace> m_workspace;
+    std::function<void()> m_assistant;
+    struct {
+        QString userName;
+        QString password;
+    } m_next; // of an account that was just made
 };

@@ -32,6 +32,8 @@ public:
 
     // Shown in the caption.
     void SetAppName(const QString& name);
+    // Shown while no refusal is.
+    void SetNote(const QString& text) { ShowMessage(text); }
     void SetUserName(const QString& name);
     // While an attempt migrates the database: says so and how far it is, and keeps the windows painted.
     // Nothing that the operator does arrives before the attempt has ended.

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <algorithm>
 #include <iterator>
 #include <optional>
@@ -90,6 +91,25 @@ QStringList CStringSourceImpl::DefaultFolders()
     if (QCoreApplication::instance())
         folders << QCoreApplication::applicationDirPath() + "/catalogue";
     return folders;
+}
+
+QList<quint16> CStringSourceImpl::InstalledLanguages(const QStringList& satelliteFolders)
+{
+    static const QRegularExpression name(QStringLiteral("^CKYN([SP])L([0-9A-F]+)\\.CResourceStrs$"));
+    QList<quint16> languages{LangIdEnglishUs};
+    for (const QString& folder : satelliteFolders) {
+        for (const QString& file : QDir(folder).entryList({QStringLiteral("*.CResourceStrs")})) {
+            const QRegularExpressionMatch match = name.match(file);
+            if (!match.hasMatch())
+                continue;
+            quint16 language = match.captured(2).toUShort(nullptr, 16);
+            if (match.captured(1) == QLatin1String("P"))
+                language = LangIdOf(LocaleOf(language));
+            if (!languages.contains(language))
+                languages.append(language);
+        }
+    }
+    return languages;
 }
 
 Catalogue CStringSourceImpl::BuiltIn()

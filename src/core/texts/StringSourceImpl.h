@@ -27,6 +27,8 @@ public:
     static Catalogue BuiltIn();
     // False for the few texts that a satellite does not replace: names and numbers that are stored.
     static bool IsTranslated(int id);
+    // English, and the languages of the satellites in these folders, as Windows language identifiers.
+    static QList<quint16> InstalledLanguages(const QStringList& satelliteFolders = DefaultFolders());
     // The built-in catalogue and every satellite in these folders that can be read.
     static QList<Catalogue> Installed(const QStringList& satelliteFolders = DefaultFolders());
 

@@ -75,6 +75,7 @@ constexpr CommandRow Rows[] = {
     {Separator, MainCommand::None, "", HelpSeparator, 0, When::Always, When::Always},
     {Item, MainCommand::Keys, "miKeys", Keys, 0, When::Always, When::Always},
     {Item, MainCommand::Diagnostics, "miDiagnostics", Diagnostics, 0, When::Always, When::Always},
+    {Item, MainCommand::SetUp, "miSetUp", SetUp, 0, When::LoggedOff, When::Always},
 
     {ToolButton, MainCommand::FullScreen, "tbMain_fullscreen", 0, FullScreenTip, When::NormalWindow,
      When::Always},
@@ -111,6 +112,8 @@ bool Holds(When when, const CommandContext& context)
         return true;
     case When::LoggedOn:
         return context.loggedOn;
+    case When::LoggedOff:
+        return !context.loggedOn;
     case When::Administrator:
         return context.loggedOn && context.administrator;
     case When::Regroup:

@@ -8,6 +8,7 @@
 enum class When {
     Always,
     LoggedOn,
+    LoggedOff,
     Administrator, // implies logged on
     Regroup,       // logged on, permitted to regroup, and the selection allows the command
     Ungroup,
@@ -72,6 +73,7 @@ enum class MainCommand {
     About,
     Keys,
     Diagnostics,
+    SetUp,
 
     Disconnect,
     Refresh,

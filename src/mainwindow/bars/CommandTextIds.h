@@ -68,5 +68,6 @@ constexpr int RegroupTip = 2009;
 constexpr int UngroupTip = 2010;
 constexpr int SendNameTip = 2011;
 constexpr int AddressDirTip = 2012;
+constexpr int SetUp = 7021;
 
 } // namespace CommandText

@@ -193,5 +193,8 @@ constexpr int AllCriticalOn = 6447;
 constexpr int AllCriticalOff = 6448;
 constexpr int OldValue = 6449;
 constexpr int CriticalControl = 6450;
+constexpr int NobodyLoggedOnYet = 7018;
+constexpr int LogonNow = 7019;
+constexpr int SetUpNow = 7020;
 
 } // namespace MainText

@@ -24,6 +24,8 @@ struct IWindows {
     virtual void OpenWhoIsWhere(winMain& owner) = 0;
     // Of a radio or group of the directory; of all for 0. Returns at once.
     virtual void OpenRegroupHistory(qint32 addressId, const QString& callsign) = 0;
+    // The assistant. True when a database can be opened now.
+    virtual bool OpenSetUp(winMain& owner) = 0;
     // At its contents. Returns at once.
     virtual void OpenHelp(winMain& owner) = 0;
     virtual void OpenAbout(winMain& owner) = 0;

@@ -20,6 +20,8 @@
 #include "mainwindow/frame/MainCommands.h"
 #include "mainwindow/frame/PaneLayout.h"
 #include "mainwindow/frame/PaneSplitter.h"
+#include "mainwindow/frame/StartPanel.h"
+#include "mainwindow/frame/Windows.h"
 #include "mainwindow/individuals/IndividualsPane.h"
 #include "mainwindow/keys/KeyBindings.h"
 #include "mainwindow/log/LogPane.h"
@@ -96,6 +98,7 @@ void winMain::BuildFrame()
                            m_client);
     // Last, so that it stays in front of the panes in a window that is too low for everything.
     sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
+    m_start = new StartPanel(m_services.strings, m_client);
     m_client->installEventFilter(this);
 
     const auto attempt = [this](const std::function<void()>& step) { return Attempt(step); };
@@ -114,6 +117,11 @@ void winMain::ConnectFrame()
         MainCommand::LogOnLogOff, [this] { m_logon->Run(); });
     m_bars->On(
         MainCommand::FullScreen, [this] { SetFullScreen(!IsFullScreen()); });
+    m_bars->On(
+        MainCommand::SetUp, [this] { SetUp(); });
+    connect(m_start, &StartPanel::LogonWanted, this, [this] { m_logon->Run(); });
+    connect(m_start, &StartPanel::SetUpWanted, this, &winMain::SetUp);
+    connect(&m_services.session.Changes(), &DatabaseChanges::Opened, m_start, &QWidget::hide);
     m_bars->On(MainCommand::Exit, [this] { Exit(); });
     connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
     connect(m_tabs.get(), &MainTabs::TabChanged, this, &winMain::LayoutPanes);
@@ -206,6 +214,12 @@ void winMain::LogOnAtStart()
         m_logon->Run();
 }
 
+void winMain::SetUp()
+{
+    if (m_services.windows != nullptr && !m_session.LoggedOn && m_services.windows->OpenSetUp(*this))
+        m_logon->Run();
+}
+
 // What an operator's file says of keys and cannot be used is told; the keys hold as the console comes.
 void winMain::LoadKeys()
 {
@@ -283,6 +297,7 @@ void winMain::LayoutPanes()
     picLog->setGeometry(layout.log);
     picHPaneResize->setGeometry(layout.splitter);
     picHPaneResize->SetRange(layout.tabStripClient);
+    m_start->Place(QRect(QPoint(0, sizes.toolBarHeight), QPoint(client.width(), layout.log.bottom())));
     picSend->setGeometry(layout.send);
     sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
 }

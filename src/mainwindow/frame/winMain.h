@@ -22,6 +22,7 @@ class LogonView;
 class MainCommands;
 class PaneSplitter;
 class SendPane;
+class StartPanel;
 class StatusBar;
 struct LinkStatus;
 
@@ -78,6 +79,7 @@ private:
     void RestoreWindowPlacement();
     void LogOnAtStart();
     void LoadKeys();
+    void SetUp();
 
     void LayoutPanes();
     void StoreLogWidth();
@@ -103,6 +105,7 @@ private:
     LogPane* picLog = nullptr;
     SendPane* picSend = nullptr;
     StatusBar* sbrStatus = nullptr;
+    StartPanel* m_start = nullptr;
     std::unique_ptr<KeyBindings> m_keys;
     std::unique_ptr<CommandBars> m_bars;
     std::unique_ptr<MainTabs> m_tabs;
