@@ -5,8 +5,10 @@
 #include "dao/base/Passwords.h"
 #include "dao/postgresql/ServerAddress.h"
 #include "dao/sqlite/FilesCopy.h"
+#include "dao/sqlite/Session.h"
 #include <QDir>
 #include <QFileInfo>
+#include <QSaveFile>
 #include <QTemporaryDir>
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,6 +20,7 @@ namespace {
 constexpr auto TimeFormat = "yyyyMMdd'T'HHmmss'Z'";
 constexpr int TimeLength = 16; // characters
 constexpr auto DatabaseEnding = ".kyndb";
+constexpr int TextEvent = 2; // of a log record
 
 QString NameOf(const Location& database)
 {
@@ -40,6 +43,7 @@ class NewGeneration {
 public:
     NewGeneration(const QString& folder, const QString& name, const QDateTime& time)
         : m_folder(folder),
+          m_time(time),
           m_path(QDir(folder).filePath(name + '-' + time.toUTC().toString(TimeFormat))),
           m_temporary(QDir(folder).filePath('.' + QFileInfo(m_path).fileName() + '.' + RandomText(8))),
           m_files(LocationOf(QDir(m_temporary).filePath(name + DatabaseEnding)))
@@ -64,6 +68,7 @@ public:
         for (const Finding& finding : CheckDatabase(m_files))
             if (finding.severity == Finding::Severity::Error)
                 throw Error(Kind::Damaged, {m_path}, finding.values.join(' '));
+        WriteReceipt();
         SyncFolder(m_temporary);
         if (!QDir().rename(m_temporary, m_path))
             throw Error(Kind::CannotCreate, {m_path});
@@ -71,7 +76,19 @@ public:
     }
 
 private:
+    void WriteReceipt() const
+    {
+        Database database(sqlite::AttachFiles(m_files, {}).connection);
+        if (!EventTable::HasChains(database))
+            return;
+        QSaveFile file(QDir(m_temporary).filePath(LogReceipt::FileName));
+        if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(OwnerOnly) ||
+            file.write(EventTable::Receipt(database, m_time).Text().toUtf8()) <= 0 || !Commit(file))
+            throw Error(Kind::CannotCreate, {m_path}, file.errorString());
+    }
+
     QString m_folder;
+    QDateTime m_time;
     QString m_path;
     QString m_temporary;
     Location m_files;
@@ -98,7 +115,8 @@ CopyReport Counted(const Location& files)
 }
 
 // The files of a backup as a database that may be written to. Examined before anything is made of it.
-void CopySound(const Location& backup, const Location& to, const QString& admin, const QString& password)
+void CopySound(const Location& backup, const Location& to, const QString& admin, const QString& password,
+               const QString& note, const EventTable::Signer& signer)
 {
     sqlite::CopyRestingFiles(backup, to);
     try {
@@ -106,6 +124,10 @@ void CopySound(const Location& backup, const Location& to, const QString& admin,
             if (finding.severity == Finding::Severity::Error)
                 throw Error(Kind::Damaged, {backup.database}, finding.values.join(' '));
         sqlite::RequireAdministrator(to, admin, password);
+        Database database(sqlite::AttachFiles(to, {}).connection);
+        if (!note.isEmpty() && EventTable::HasChains(database))
+            EventTable::AppendSigned(
+                database, {.time = QDateTime::currentDateTimeUtc(), .kind = TextEvent, .desc = note}, signer);
     } catch (const Error&) {
         QFile::remove(to.database);
         QFile::remove(to.workgroup);
@@ -156,11 +178,11 @@ BackupReport MakeBackupOfFiles(const Location& from, const QString& folder, cons
 }
 
 CopyReport RestoreBackup(const QString& backup, const Location& to, const QString& admin,
-                         const QString& password)
+                         const QString& password, const QString& note, const EventTable::Signer& signer)
 {
     const Location files = FilesOf(backup);
     if (!IsServerTarget(to.database)) {
-        CopySound(files, to, admin, password);
+        CopySound(files, to, admin, password, note, signer);
         return Counted(to);
     }
     // Brought to this program's schema on the way, which the backup itself is not.
@@ -168,7 +190,7 @@ CopyReport RestoreBackup(const QString& backup, const Location& to, const QStrin
     if (!scratch.isValid())
         throw Error(Kind::CannotCreate, {scratch.path()}, scratch.errorString());
     const Location copy = LocationOf(scratch.filePath(QStringLiteral("copy") + DatabaseEnding));
-    CopySound(files, copy, admin, password);
+    CopySound(files, copy, admin, password, note, signer);
     return CopyDatabase(copy, to, admin, password);
 }
 

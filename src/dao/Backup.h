@@ -2,6 +2,7 @@
 
 #include "dao/Copy.h"
 #include "dao/base/Location.h"
+#include "dao/tables/EventTable.h"
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -10,7 +11,8 @@
 namespace dao {
 
 // Backups of a database. A folder holds the generations of one or several: each a folder of its own, named
-// after the database and its time, with the two files of a whole database, of a server too. A generation gets
+// after the database and its time, with the two files of a whole database, of a server too, and
+// a receipt that says how far each console's log had come. A generation gets
 // its name when it is complete and was examined, so that one with a name can be trusted.
 
 struct BackupReport : CopyReport {
@@ -37,9 +39,10 @@ BackupReport MakeBackupOfFiles(const Location& from, const QString& folder, cons
 
 // Makes a new database at `to`, files or on a server, of a generation, which is named by its folder or by the
 // database file in it and is not changed. `admin` is an administrator in it. Nothing that exists is touched
-// (Kind::FileExists); on failure there is nothing at `to`. The kinds of CopyDatabase; Kind::Damaged when the
-// backup is not sound.
+// (Kind::FileExists); on failure there is nothing at `to`. Its log gets a record of the signer with `note` as
+// its text. The kinds of CopyDatabase; Kind::Damaged when the backup is not sound.
 CopyReport RestoreBackup(const QString& backup, const Location& to, const QString& admin,
-                         const QString& password);
+                         const QString& password, const QString& note = {},
+                         const EventTable::Signer& signer = {});
 
 } // namespace dao

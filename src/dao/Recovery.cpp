@@ -89,7 +89,7 @@ QStringList AdministratorsOf(const Location& location)
 }
 
 QString RecoverAccount(const Location& location, const QString& user, const QString& password,
-                       const QString& note)
+                       const QString& note, const EventTable::Signer& signer)
 {
     if (password.isEmpty())
         throw Error(Kind::BadPassword);
@@ -98,9 +98,9 @@ QString RecoverAccount(const Location& location, const QString& user, const QStr
     // Either both or none: nobody gets in without a trace.
     owned.engine->Begin();
     StorePassword(owned, name, password);
-    owned.engine->Change("INSERT INTO event (time_stamp, event_type, \"desc\", from_address, to_address) "
-                         "VALUES (?, ?, ?, '', '')",
-                         {QDateTime::currentDateTimeUtc(), NoRadioEvent, note});
+    Database database(owned.engine);
+    EventTable::AppendSigned(
+        database, {.time = QDateTime::currentDateTimeUtc(), .kind = NoRadioEvent, .desc = note}, signer);
     owned.engine->Commit();
     return name;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dao/base/Location.h"
+#include "dao/tables/EventTable.h"
 #include <QString>
 #include <QStringList>
 
@@ -12,10 +13,10 @@ namespace dao {
 // The accounts in "Admins", sorted.
 QStringList AdministratorsOf(const Location& location);
 
-// Gives an account a new password, and the log a record that says so, with `note` as its text. Returns the
-// name as it was spelled at its creation. Kind::NoSuchUser, Kind::BadPassword, Kind::NotOwner, the kinds of
-// OpenWorkspace.
+// Gives an account a new password, and the log a record of the signer that says so, with `note` as its text.
+// Returns the name as it was spelled at its creation. Kind::NoSuchUser, Kind::BadPassword, Kind::NotOwner,
+// the kinds of OpenWorkspace.
 QString RecoverAccount(const Location& location, const QString& user, const QString& password,
-                       const QString& note);
+                       const QString& note, const EventTable::Signer& signer = {});
 
 } // namespace dao

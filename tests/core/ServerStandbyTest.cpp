@@ -1,6 +1,9 @@
 // Log records while a standby takes the place of its server.
 
+#include "core/eventlog/ChainCheck.h"
 #include "core/eventlog/EventLog.h"
+#include "core/eventlog/LogHeads.h"
+#include "core/eventlog/LogKey.h"
 #include "core/texts/StringSourceImpl.h"
 #include "support/QtPrinters.h"
 #include "support/TestDatabase.h"
@@ -83,6 +86,20 @@ public:
             texts.append(rows->Field(field).toString());
         return texts;
     }
+    // The log proves itself, and every head that the console has kept is in it.
+    bool IsProved()
+    {
+        const QString id = m_session->Database().Id();
+        QList<ChainCheck::Promise> promises;
+        for (const LogHeads::Kept& kept : LogHeads::Read(m_folder.path(), id))
+            promises.append({kept.head, {}});
+        ChainCheck check({LogChain(LogKey::Own(m_folder.path()), id)}, {}, promises);
+        for (const dao::EventRecord& record :
+             dao::EventTable::ReadChained(m_session->Database(), 0, 1000000, 100000))
+            check.Take(record);
+        check.End();
+        return check.IsWhole() && !promises.isEmpty() && check.Consoles().value(0).isOurs;
+    }
     const QStringList& Sent() const { return m_sent; }
     bool IsAway() const { return m_session->Changes().IsAway(); }
 
@@ -121,6 +138,7 @@ TEST_F(ServerStandbyTest, SynchronousTakesOverInTheMiddleOfAStorm)
     EXPECT_TRUE(QTest::qWaitFor([&] { return !desk.IsAway(); }, 10000)) << "without a second logon";
     EXPECT_EQ(desk.Stored(), desk.Sent());
     EXPECT_EQ(desk.told, QStringList()) << "nothing was missing";
+    EXPECT_TRUE(desk.IsProved());
 }
 
 TEST_F(ServerStandbyTest, AsynchronousGetsWhatItHadMissed)
@@ -142,6 +160,7 @@ TEST_F(ServerStandbyTest, AsynchronousGetsWhatItHadMissed)
     EXPECT_EQ(desk.Stored(), desk.Sent());
     EXPECT_EQ(desk.Stored("console_number").first(), "1");
     EXPECT_EQ(desk.Stored("console_number").last(), "75") << "they have their numbers again";
+    EXPECT_TRUE(desk.IsProved()) << "and their chains";
     EXPECT_EQ(desk.told.size(), 1);
     EXPECT_TRUE(desk.told.value(0).endsWith(": 50")) << desk.told.value(0).toStdString();
 }

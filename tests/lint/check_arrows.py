@@ -77,7 +77,7 @@ WINGS = {
         "tables": {"base", "records"},
         "sqlite": {"base", "records"},
         "postgresql": {"base", "records"},
-        "": {"base", "records", "sqlite", "postgresql"},
+        "": {"base", "records", "tables", "sqlite", "postgresql"},
     },
     "simulator": {
         "base": set(),

@@ -216,13 +216,16 @@ bool EventLog::Open()
         id = m_session.Database().Id();
         m_operator = m_session.Workspace().UserName();
         m_onServer = m_session.Workspace().IsOnServer();
+        auto proof = m_spoolFolder.isEmpty() ? nullptr : std::make_unique<LogProof>(m_spoolFolder, id);
         if (m_lanes == Lane::Kind::OwnThread)
             m_store = std::make_shared<RecordStore>(
                 m_session.Workspace().Again(), RecordStore::Present(), id,
-                m_spoolFolder.isEmpty() ? nullptr : std::make_unique<MissingRecords>(m_spoolFolder, id));
+                m_spoolFolder.isEmpty() ? nullptr : std::make_unique<MissingRecords>(m_spoolFolder, id),
+                std::move(proof));
         else
             m_store = std::make_shared<RecordStore>(
-                RecordStore::Opener(), [this]() -> dao::Workspace& { return m_session.Workspace(); }, id);
+                RecordStore::Opener(), [this]() -> dao::Workspace& { return m_session.Workspace(); }, id,
+                nullptr, std::move(proof));
     } catch (const std::exception& failure) {
         Fail(DescribeCause(failure, m_strings));
         return false;

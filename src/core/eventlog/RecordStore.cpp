@@ -3,11 +3,10 @@
 #include "dao/Transaction.h"
 #include "dao/Workspace.h"
 #include "dao/base/TextMatch.h"
-#include "dao/tables/EventTable.h"
-
 #include <algorithm>
 #include <bit>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -40,24 +39,40 @@ QVariant OrNull(const QString& text)
     return text.isEmpty() ? QVariant() : QVariant(text);
 }
 
-const QStringList Fields{"time_stamp",     "event_type",  "desc",      "from_address",
-                         "to_address",     "record_id",   "operator",  "console",
-                         "console_number", "from_number", "to_number", "direction"};
+const QStringList Fields{"time_stamp", "event_type", "desc",    "from_address",   "to_address",
+                         "record_id",  "operator",   "console", "console_number", "from_number",
+                         "to_number",  "direction",  "chain"};
 
-QVariantList ValuesOf(const LogRecord& record, int descSize, qlonglong number)
+dao::EventRecord AsStored(const LogRecord& record, int descSize)
+{
+    return {.time = record.time,
+            .kind = record.type,
+            .desc = CutTo(record.desc, descSize),
+            .from = record.from,
+            .to = record.to,
+            .fromNumber = record.fromNumber.left(MostNumber),
+            .toNumber = record.toNumber.left(MostNumber),
+            .direction = static_cast<int>(record.way),
+            .operatorName = record.operatorName,
+            .console = record.console,
+            .recordId = record.id};
+}
+
+QVariantList ValuesOf(const dao::EventRecord& record)
 {
     return {record.time,
-            record.type,
-            CutTo(record.desc, descSize),
+            record.kind,
+            record.desc,
             record.from,
             record.to,
-            record.id,
+            record.recordId,
             OrNull(record.operatorName),
             OrNull(record.console),
-            record.console.isEmpty() ? QVariant() : QVariant(number),
-            OrNull(record.fromNumber.left(MostNumber)),
-            OrNull(record.toNumber.left(MostNumber)),
-            record.way == MessageWay::Unknown ? QVariant() : QVariant(static_cast<int>(record.way))};
+            record.console.isEmpty() ? QVariant() : QVariant(record.consoleNumber),
+            OrNull(record.fromNumber),
+            OrNull(record.toNumber),
+            record.direction == 0 ? QVariant() : QVariant(record.direction),
+            OrNull(record.chain)};
 }
 
 // The database's last word, so that waiting changes nothing.
@@ -115,11 +130,12 @@ void EndRequest(dao::Workspace& workspace, const QString& request) noexcept
 } // namespace
 
 RecordStore::RecordStore(Opener open, Present present, QString databaseId,
-                         std::unique_ptr<MissingRecords> missing)
+                         std::unique_ptr<MissingRecords> missing, std::unique_ptr<LogProof> proof)
     : m_open(std::move(open)),
       m_present(std::move(present)),
       m_databaseId(std::move(databaseId)),
-      m_missing(std::move(missing))
+      m_missing(std::move(missing)),
+      m_proof(std::move(proof))
 {
 }
 
@@ -133,9 +149,10 @@ RecordStore::Outcome RecordStore::Store(const QList<LogRecord>& records)
         Follow(outcome);
         StorePart(workspace, records, outcome);
     } catch (...) {
-        m_numbers.clear(); // something may have been stored
+        Forget(); // something may have been stored
         outcome.failure = std::current_exception();
     }
+    KeepHeads();
     Keep(records, outcome);
     return outcome;
 }
@@ -162,7 +179,7 @@ void RecordStore::Follow(Outcome& outcome)
     if (!m_missing || !m_workspace || !m_workspace->IsOnServer())
         return;
     m_missing->Follow(*m_workspace, [&](QList<LogRecord> missing) {
-        m_numbers.clear(); // this server's last numbers are others
+        Forget(); // this server's last numbers are others
         while (!missing.isEmpty()) {
             Outcome again;
             StorePart(*m_workspace, missing.first(std::min(MostAgain, missing.size())), again);
@@ -207,7 +224,7 @@ bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord
         if (transaction)
             transaction->Commit();
     } catch (const dao::Error& failure) {
-        m_numbers.clear();
+        Forget();
         if (IsRefusal(failure.kind))
             return false;
         throw;
@@ -218,16 +235,12 @@ bool RecordStore::StoreTogether(dao::Workspace& workspace, const QList<LogRecord
 
 void RecordStore::InsertTogether(dao::Database& database, const QList<LogRecord>& events)
 {
-    const int descSize = database.FieldSize(Table, "desc");
     for (qsizetype first = 0; first < events.size();) {
         const auto left = static_cast<std::size_t>(events.size() - first);
         const auto size = static_cast<qsizetype>(std::bit_floor(left));
         std::vector<QVariantList> rows;
-        for (const LogRecord& record : events.mid(first, size)) {
-            const qlonglong number = LastNumber(database, record.console) + 1;
-            m_numbers.insert(record.console, number);
-            rows.push_back(ValuesOf(record, descSize, number));
-        }
+        for (const LogRecord& record : events.mid(first, size))
+            rows.push_back(NextValues(database, record));
         database.Append(Table, Fields, rows);
         first += size;
     }
@@ -248,9 +261,7 @@ void RecordStore::StoreOne(dao::Workspace& workspace, const LogRecord& record, O
             outcome.unstorable.append(Lost(failure, record));
         } else if (failure.kind != dao::Kind::DuplicateKey || failure.values.value(0) != RecordIndex) {
             throw;
-        } else { // it had arrived, only the answer had not
-            m_numbers.remove(record.console);
-        }
+        } // otherwise it had arrived, only the answer had not
     }
     RequirePlace();
     ++outcome.stored;
@@ -279,27 +290,55 @@ void RecordStore::StoreRecord(dao::Workspace& workspace, const LogRecord& record
 
 void RecordStore::Insert(dao::Database& database, const LogRecord& record)
 {
-    const qlonglong number = LastNumber(database, record.console) + 1;
-    const QVariantList values = ValuesOf(record, database.FieldSize(Table, "desc"), number);
-    const auto rows = database.OpenTable(Table, true);
-    rows->AddNew();
-    for (qsizetype i = 0; i < Fields.size(); ++i)
-        rows->SetField(Fields[i], values[i]);
-    rows->Update();
-    m_numbers.insert(record.console, number);
+    try {
+        const QVariantList values = NextValues(database, record);
+        const auto rows = database.OpenTable(Table, true);
+        rows->AddNew();
+        for (qsizetype i = 0; i < Fields.size(); ++i)
+            rows->SetField(Fields[i], values[i]);
+        rows->Update();
+    } catch (const dao::Error&) {
+        m_last.remove(record.console);
+        throw;
+    }
+}
+
+// Of the console's next record, which is then its last.
+QVariantList RecordStore::NextValues(dao::Database& database, const LogRecord& record)
+{
+    dao::EventRecord next = AsStored(record, database.FieldSize(Table, "desc"));
+    if (record.console.isEmpty())
+        return ValuesOf(next);
+    auto& last = LastOf(database, record.console);
+    next.consoleNumber = ++last.number;
+    if (m_proof)
+        next.chain = m_proof->ChainOf(next, last.chain);
+    if (!next.chain.isEmpty())
+        last.chain = next.chain;
+    m_grown.insert(record.console);
+    return ValuesOf(next);
 }
 
 // The database itself keeps the count: the console's last record has it.
-qlonglong RecordStore::LastNumber(dao::Database& database, const QString& console)
+dao::EventTable::Last& RecordStore::LastOf(dao::Database& database, const QString& console)
 {
-    if (console.isEmpty())
-        return 0;
-    const auto known = m_numbers.constFind(console);
-    if (known != m_numbers.constEnd())
-        return *known;
-    const qlonglong number = dao::EventTable::LastNumberOf(database, console);
-    m_numbers.insert(console, number);
-    return number;
+    const auto known = m_last.find(console);
+    return known != m_last.end() ? *known
+                                 : *m_last.insert(console, dao::EventTable::LastOf(database, console));
+}
+
+// Of what is stored for certain. A head that falls behind does no harm.
+void RecordStore::KeepHeads()
+{
+    for (const QString& console : std::exchange(m_grown, {}))
+        if (const auto last = m_last.constFind(console); m_proof && last != m_last.constEnd())
+            m_proof->Keep(console, last->number, last->chain);
+}
+
+void RecordStore::Forget()
+{
+    m_last.clear();
+    m_grown.clear();
 }
 
 dao::Workspace& RecordStore::Workspace()

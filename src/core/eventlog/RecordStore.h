@@ -1,8 +1,10 @@
 #pragma once
 
+#include "core/eventlog/LogProof.h"
 #include "core/eventlog/MissingRecords.h"
 
 #include <QHash>
+#include <QSet>
 #include <QStringList>
 #include <exception>
 #include <functional>
@@ -23,9 +25,9 @@ public:
     using Present = std::function<dao::Workspace&()>;
 
     // `databaseId`: records reach no other database, whatever stands in its place. `missing`: what follows a
-    // database that is opened here to another server.
+    // database that is opened here to another server. `proof`: what ties the records together.
     RecordStore(Opener open, Present present, QString databaseId,
-                std::unique_ptr<MissingRecords> missing = nullptr);
+                std::unique_ptr<MissingRecords> missing = nullptr, std::unique_ptr<LogProof> proof = nullptr);
     ~RecordStore();
 
     struct Outcome {
@@ -52,7 +54,10 @@ private:
     void StoreOne(dao::Workspace& workspace, const LogRecord& record, Outcome& outcome);
     void StoreRecord(dao::Workspace& workspace, const LogRecord& record);
     void Insert(dao::Database& database, const LogRecord& record);
-    qlonglong LastNumber(dao::Database& database, const QString& console);
+    QVariantList NextValues(dao::Database& database, const LogRecord& record);
+    dao::EventTable::Last& LastOf(dao::Database& database, const QString& console);
+    void KeepHeads();
+    void Forget();
     void RequirePlace() const;
 
     Opener m_open;
@@ -60,6 +65,8 @@ private:
     QString m_databaseId;
     std::unique_ptr<MissingRecords> m_missing;
     std::unique_ptr<dao::Workspace> m_workspace;
-    // The number of each console's last record, as long as it is known for certain.
-    QHash<QString, qlonglong> m_numbers;
+    std::unique_ptr<LogProof> m_proof;
+    // Number and chain of each console's last record, as long as they are known for certain.
+    QHash<QString, dao::EventTable::Last> m_last;
+    QSet<QString> m_grown; // consoles that have got records since their heads were kept
 };

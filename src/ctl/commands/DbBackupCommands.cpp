@@ -1,10 +1,17 @@
+#include "core/eventlog/ChainCheck.h"
 #include "ctl/commands/AccountOptions.h"
+#include "ctl/commands/LogSigner.h"
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
 #include "dao/Backup.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 namespace {
+
+constexpr qsizetype MostNamed = 200; // characters of a backup's name in a record
 
 void PrintTables(const dao::CopyReport& report)
 {
@@ -41,8 +48,13 @@ int Restore(const Request& request)
     RequireGiven(request.arguments[1], "NEW_TARGET");
     const QString admin = request.options.value("as");
     PasswordReader passwords(request.options.isSet("password-stdin"));
+    const QString password = passwords.Existing(admin);
+    const QString note =
+        ChainCheck::RestoreText + QFileInfo(QDir::cleanPath(request.arguments[0])).fileName().left(MostNamed);
+    LogSigner signer;
     const dao::CopyReport report = dao::RestoreBackup(
-        request.arguments[0], dao::LocationOf(request.arguments[1]), admin, passwords.Existing(admin));
+        request.arguments[0], dao::LocationOf(request.arguments[1]), admin, password, note, signer.Signer());
+    signer.Keep();
     PrintTables(report);
     Console::Print(QStringLiteral("Restored and examined"));
     AccountOptions::TellWithoutPassword(report.withoutPassword);
@@ -60,8 +72,8 @@ Command DbBackupCommand()
         .help =
             AccountOptions::AboutTargetWithUser() +
             R"(FOLDER gets a new folder, named after the database and the time, with everything that the database
-holds, accounts and groups too, as files; it is examined before it gets its name. Others stay as they
-are. Consoles may go on meanwhile. Asks for the password of an administrator of the database.
+holds, accounts and groups too, as files, and a receipt for "log verify"; it is examined before it
+gets its name. Others stay as they are. Consoles may go on meanwhile. Asks for the password of an administrator of the database.
 
 Of a database on a server, USER has to be one that may act as its owner. Passwords of its accounts are
 only taken along when USER is a superuser, and only come back on a server; all others have to be reset
@@ -82,7 +94,8 @@ Command DbRestoreCommand()
             R"(BACKUP is a folder that "db backup" or the console has made, and stays as it is. NEW_TARGET is the
 path of a database file, or postgresql://USER@HOST/NAME, whose USER may make databases and roles
 there; it must not exist yet: nothing is ever overwritten. Point the consoles to it afterwards.
-Asks for the password of an administrator in the backup.)",
+Asks for the password of an administrator in the backup. The log gets a record that says what was
+restored, by which "log verify" knows what is missing since then.)",
         .options = {AccountOptions::ActingAccount(), AccountOptions::PasswordFromStdin()},
         .fewestArguments = 2,
         .mostArguments = 2,

@@ -1,4 +1,5 @@
 #include "ctl/commands/AccountOptions.h"
+#include "ctl/commands/LogSigner.h"
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
@@ -28,7 +29,10 @@ int Run(const Request& request)
     PasswordReader passwords(request.options.isSet("password-stdin"));
     const QString note = QStringLiteral("veltorkynctl: new password for %1, set by %2 of this computer")
                              .arg(account, OwnAccount());
-    const QString name = dao::RecoverAccount(location, account, passwords.New(account), note);
+    const QString password = passwords.New(account);
+    LogSigner signer;
+    const QString name = dao::RecoverAccount(location, account, password, note, signer.Signer());
+    signer.Keep();
     Console::Print(QStringLiteral("%1 has a new password; the log has a record of it").arg(name));
     return exitOk;
 }

@@ -66,4 +66,6 @@ Command RadioCheckCommand();
 Command LogShowCommand();
 Command LogExportCommand();
 Command LogFollowCommand();
+Command LogVerifyCommand();
+Command LogReceiptCommand();
 Command ShiftReportCommand();

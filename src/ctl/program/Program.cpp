@@ -36,6 +36,8 @@ QList<Command> AllCommands()
             LogShowCommand(),
             LogExportCommand(),
             LogFollowCommand(),
+            LogVerifyCommand(),
+            LogReceiptCommand(),
             ShiftReportCommand()};
 }
 

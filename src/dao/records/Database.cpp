@@ -175,6 +175,11 @@ std::unique_ptr<dao::QueryDef> Database::QueryDef(const QString& name)
     return std::make_unique<dao::QueryDef>(m_engine, std::move(query));
 }
 
+bool Database::HasField(const QString& table, const QString& field)
+{
+    return Table(table)->ColumnNames().contains(field, Qt::CaseInsensitive);
+}
+
 int Database::FieldSize(const QString& table, const QString& field)
 {
     const auto shape = Table(table);

@@ -62,6 +62,7 @@ public:
     // Inserts a record, or changes these fields of the one that has the same key. Raises what Update does.
     void Put(const QString& table, const QList<QPair<QString, QVariant>>& fields);
 
+    bool HasField(const QString& table, const QString& field);
     // Defined size of a text field in characters; 0 for one without a limit and for a field that is not text.
     int FieldSize(const QString& table, const QString& field);
 

@@ -12,18 +12,19 @@ namespace dao {
 // A record of the message log with all that was stored of it. Texts are empty where nothing was.
 struct EventRecord {
     qlonglong id = 0; // records are numbered in the order in which they are stored
-    QDateTime time;
+    QDateTime time{};
     int kind = 0;
-    QString desc;
-    QString from;
-    QString to;
-    QString fromNumber;
-    QString toNumber;
+    QString desc{};
+    QString from{};
+    QString to{};
+    QString fromNumber{};
+    QString toNumber{};
     int direction = 0; // 1 in, 2 out, 0 not known
-    QString operatorName;
-    QString console;
+    QString operatorName{};
+    QString console{};
     qlonglong consoleNumber = 0;
-    QString recordId;
+    QString recordId{};
+    QString chain{}; // ties it to the console's record before it; only EventTable reads it
 };
 
 // The message log as it is searched: records by their numbers, and the index behind them, which knows for
