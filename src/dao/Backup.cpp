@@ -10,8 +10,6 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QTemporaryDir>
-#include <fcntl.h>
-#include <unistd.h>
 
 namespace dao {
 
@@ -26,16 +24,6 @@ QString NameOf(const Location& database)
 {
     return IsServerTarget(database.database) ? postgresql::ServerAddress::Parse(database.database).Database()
                                              : QFileInfo(database.database).completeBaseName();
-}
-
-// What a power cut must not take back.
-void SyncFolder(const QString& folder)
-{
-    if (const int handle = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY);
-        handle >= 0) {
-        ::fsync(handle);
-        ::close(handle);
-    }
 }
 
 // A generation under construction. Deleted again unless Publish was reached.

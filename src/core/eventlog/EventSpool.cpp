@@ -23,15 +23,6 @@ constexpr int MostConsoles = 20;
                 QStringLiteral("%1: %2").arg(file, QString::fromLocal8Bit(strerror(errno))));
 }
 
-void SyncFolder(const QString& folder)
-{
-    const int handle = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (handle >= 0) {
-        fsync(handle);
-        close(handle);
-    }
-}
-
 } // namespace
 
 EventSpool::EventSpool(const QString& folder, const QString& databaseId) : m_folder(folder)
@@ -100,7 +91,7 @@ void EventSpool::Append(const QList<LogRecord>& records)
     }
     close(handle);
     if (isNew)
-        SyncFolder(QFileInfo(file).path());
+        dao::SyncFolder(QFileInfo(file).path());
     m_records.append(records);
 }
 

@@ -130,6 +130,15 @@ bool MakeFile(const QString& file, const FileAccess& access)
     return made;
 }
 
+void SyncFolder(const QString& folder)
+{
+    const int handle = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (handle >= 0) {
+        fsync(handle);
+        close(handle);
+    }
+}
+
 QStringList SystemGroups()
 {
     QStringList names;

@@ -37,6 +37,10 @@ FileAccess AccessOfCopy(const QString& file);
 // alone does not tell of a disk that is full. False when it has not; errorString says why.
 bool Commit(QSaveFile& file);
 
+// What was made, renamed or removed in the folder is not taken back by a power cut. What cannot be done about
+// that is left.
+void SyncFolder(const QString& folder);
+
 // Makes an empty file. False when there is one, when it cannot be made, or when its group cannot be set.
 bool MakeFile(const QString& file, const FileAccess& access);
 

@@ -17,7 +17,8 @@ std::shared_ptr<Connection> Connection::Open(const QString& path, Mode mode,
     connection->m_file->SetLockTimeout(busyTimeout);
     RegisterFunctions(*connection->m_file, connection->m_facts);
     // The rollback journal: it alone keeps a commit over two files atomic and works on a network share.
-    connection->Execute("PRAGMA foreign_keys=ON; PRAGMA synchronous=FULL;");
+    // A power cut does not bring a journal back that a commit has removed, and take the commit back with it.
+    connection->Execute("PRAGMA foreign_keys=ON; PRAGMA synchronous=EXTRA;");
     return connection;
 }
 
@@ -38,7 +39,7 @@ void Connection::Attach(const QString& path, const QString& schema)
     const auto attach = Prepare("ATTACH ? AS " + schema);
     attach->Bind(0, path);
     attach->Step();
-    Execute("PRAGMA " + schema + ".synchronous=FULL;");
+    Execute("PRAGMA " + schema + ".synchronous=EXTRA;");
     Value("SELECT count(*) FROM " + schema + ".sqlite_schema");
 }
 

@@ -90,6 +90,7 @@ void NewFile::Publish()
         throw Error(QFileInfo::exists(m_path) ? Kind::FileExists : Kind::CannotCreate, {m_path},
                     temporary.errorString());
     m_published = true;
+    SyncFolder(QFileInfo(m_path).absolutePath());
 }
 
 void CopyContents(const QString& from, const QString& to, std::chrono::milliseconds busyTimeout,
