@@ -41,7 +41,7 @@ install_packages() {
         }
 }
 
-# build_preset NAME [CMAKE ARGUMENT...] : configures when needed and builds the preset; its output goes to the build folder's
+# [TARGET=NAME] build_preset NAME [CMAKE ARGUMENT...] : configures when needed and builds the preset, or a target of it; its output goes to the build folder's
 # build.log and is shown only when something fails.
 build_preset() {
     local preset=$1 folder log
@@ -55,7 +55,7 @@ build_preset() {
         cmake --preset "$preset" "$@" >"$log" 2>&1 || { cat "$log" >&2; return 1; }
     fi
     echo "Building ($preset) ..."
-    cmake --build --preset "$preset" >"$log" 2>&1 || { tail -n 60 "$log" >&2; return 1; }
+    cmake --build --preset "$preset" ${TARGET:+--target "$TARGET"} >"$log" 2>&1 || { tail -n 60 "$log" >&2; return 1; }
 }
 
 # test_desktops : the tests of windows, focus and placement under other window managers and in a Wayland session.

@@ -1,6 +1,12 @@
-// Kills a console that stores log records, at random moments and under each condition that makes records
-// wait, and looks whether all that were safe are there, each once, after the next logon.
-//   bench_kills [KILLS [SEED]]
+// Stores log records as a console does, for the tests of faults.
+//   faults_records kill KILLS SEED CONDITION...  kills a console at random moments, under each of these
+//   conditions or all, and looks
+//                                                whether all records that were safe are there, each once,
+//                                                after the next logon
+//   faults_records store FOLDER COUNT            makes a database there and stores so many, with FOLDER/spool
+//   for those that wait;
+//                                                says "b" when it begins, and "t" and "s" with its id when
+//                                                one is taken and when it is safe
 
 #include "core/eventlog/EventLog.h"
 #include "core/texts/StringSourceImpl.h"
@@ -12,7 +18,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <functional>
+#include <limits>
 #include <map>
 #include <poll.h>
 #include <set>
@@ -170,14 +178,14 @@ void Say(int output, char what, const QString& id)
         _exit(2);
 }
 
-// Records without end; of each it says when it is taken and when its line loses the mark.
-void Store(EventLog& log, int output)
+// So many records; of each it says when it is taken and when its line loses the mark.
+void Store(EventLog& log, int output, int count)
 {
-    QObject::connect(&log, &EventLog::Safe, [&](const QStringList& ids) {
+    QObject::connect(&log, &EventLog::Safe, [=](const QStringList& ids) {
         for (const QString& id : ids)
             Say(output, 's', id);
     });
-    for (;;) {
+    for (int number = 0; number < count; ++number) {
         Say(output, 't',
             log.AppendLogRecord(QDateTime::currentDateTimeUtc(), EventType::Text, "a text", "Car 1", "200"));
         for (int i = 0; i < 5; ++i) {
@@ -212,7 +220,9 @@ void Kill(const Condition& condition, milliseconds after, Outcome& outcome)
     const QTemporaryDir spool(QDir::tempPath() + "/spool");
     QByteArray lines;
     {
-        Console console(database, spool.path(), Store);
+        Console console(database, spool.path(), [](EventLog& log, int output) {
+            Store(log, output, std::numeric_limits<int>::max());
+        });
         while (!lines.contains("\ns"))
             console.Read(milliseconds(20), lines);
         condition.begin(database);
@@ -252,6 +262,28 @@ void Kill(const Condition& condition, milliseconds after, Outcome& outcome)
     ++outcome.kills;
 }
 
+// Without a process of its own: the shim records what this one does.
+int StoreSome(const QString& folder, int count)
+{
+    constexpr int Limit = 20000; // ms
+    int none = 0;
+    QCoreApplication application(none, nullptr);
+    // Never released: that would drop a database on a server, which this is not.
+    const auto& database = *new TestDatabase(folder + "/site.kyndb");
+    const CStringSourceImpl strings{QStringList{}};
+    TestSession session(database);
+    EventLog log(session, strings, folder + "/spool", Lane::Kind::OwnThread);
+    Say(STDOUT_FILENO, 'b', {});
+    Store(log, STDOUT_FILENO, count);
+    QElapsedTimer time;
+    time.start();
+    while ((log.Waiting() > 0 || !log.WaitingRecords().isEmpty()) && time.elapsed() < Limit) {
+        QCoreApplication::processEvents();
+        usleep(1000);
+    }
+    return log.WaitingRecords().isEmpty() ? 0 : 1;
+}
+
 // Starts the program again behind the shim, with folders that it can tell the database by.
 void StartBehindShim(char** arguments)
 {
@@ -282,20 +314,31 @@ void StartBehindShim(char** arguments)
 
 int main(int argc, char** argv)
 {
+    const QString mode = argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString();
+    if (mode == "store" && argc == 4)
+        return StoreSome(QString::fromLocal8Bit(argv[2]), std::atoi(argv[3]));
+    if (mode != "kill" || argc < 4) {
+        std::fprintf(stderr, "usage: faults_records kill KILLS SEED CONDITION... | store FOLDER COUNT\n");
+        return 2;
+    }
     if (!qEnvironmentVariableIsSet("WAITING_CONTROL"))
         StartBehindShim(argv);
     QFile control(qEnvironmentVariable("WAITING_CONTROL"));
     if (!control.open(QIODevice::ReadWrite))
         return 1;
     switches = reinterpret_cast<Switches*>(control.map(0, sizeof(Switches)));
-    const int kills = argc > 1 ? std::atoi(argv[1]) : 100;
-    QRandomGenerator random(argc > 2 ? static_cast<quint32>(std::atoi(argv[2])) : 1);
-    const std::vector<Condition> conditions = Conditions();
+    const int kills = std::atoi(argv[2]);
+    QRandomGenerator random(static_cast<quint32>(std::atoi(argv[3])));
+    std::vector<Condition> conditions = Conditions();
+    if (argc > 4)
+        std::erase_if(conditions, [&](const Condition& one) {
+            return std::find_if(argv + 4, argv + argc, [&](const char* name) {
+                       return std::strcmp(name, one.name) == 0;
+                   }) == argv + argc;
+        });
     bool sound = true;
     for (std::size_t i = 0; i < conditions.size(); ++i) {
         const Condition& condition = conditions[i];
-        if (condition.onServer && !TestServer::IsInstalled())
-            continue;
         condition.onServer ? qputenv("VELTORKYN_TEST_ENGINE", "postgresql")
                            : qunsetenv("VELTORKYN_TEST_ENGINE");
         Outcome outcome;
