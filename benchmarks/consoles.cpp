@@ -3,7 +3,9 @@
 //
 //     bench_consoles [SECONDS [RECORDS]]    for each measurement and console; 20 seconds and 1000 records
 //     unless given
+//     bench_consoles --news CONSOLES        only how soon a change is seen
 
+#include "Report.h"
 #include "support/ConsoleLoad.h"
 
 #include <QApplication>
@@ -88,19 +90,19 @@ void Measure(const char* name, int count, std::chrono::seconds longest, bool cra
 }
 
 // One console changes an entry; all the others have to be told.
-void MeasureNews(int changes)
+void MeasureNews(int changes, int count)
 {
     TestDatabase database;
     ConsoleLoad::Prepare(database);
     std::vector<std::unique_ptr<dao::Workspace>> sessions;
     int told = 0;
-    for (int i = 0; i < consoles; ++i) {
+    for (int i = 0; i < count; ++i) {
         sessions.push_back(database.Open());
         sessions.back()->Watch({[&](const QString&) { ++told; }, [](bool) {}});
     }
     std::vector<qint64> times;
     for (int i = 0; i < changes; ++i) {
-        dao::Workspace& one = *sessions[static_cast<std::size_t>(i % consoles)];
+        dao::Workspace& one = *sessions[static_cast<std::size_t>(i % count)];
         const auto duty = one.Database().QueryDef("update_duty_status");
         duty->SetParameter("cs", QString("Unit1"));
         duty->SetParameter("ds", i % 2 == 0);
@@ -108,15 +110,15 @@ void MeasureNews(int changes)
         QElapsedTimer time;
         time.start();
         duty->Execute();
-        while (told < consoles - 1 && time.elapsed() < 10000)
+        while (told < count - 1 && time.elapsed() < 10000)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 5);
         times.push_back(time.elapsed());
     }
     std::sort(times.begin(), times.end());
     const qint64 p99 = times[times.size() * 99 / 100];
-    std::printf("a change seen by all of %d consoles: p50 %lld ms, p99 %lld ms, longest %lld ms\n", consoles,
-                static_cast<long long>(times[times.size() / 2]), static_cast<long long>(p99),
-                static_cast<long long>(times.back()));
+    PrintRow("a change seen by all consoles, p99", static_cast<double>(p99), "ms", {}, count);
+    PrintRow("a change seen by all consoles, median", static_cast<double>(times[times.size() / 2]), "ms", {},
+             count);
     sound = sound && p99 < 1000;
 }
 
@@ -127,6 +129,11 @@ int main(int argc, char** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qputenv("VELTORKYN_TEST_DURABLE", "1");
     const QApplication application(argc, argv);
+    if (argc > 2 && QByteArray(argv[1]) == "--news") {
+        qputenv("VELTORKYN_TEST_ENGINE", "postgresql");
+        MeasureNews(300, std::atoi(argv[2]));
+        return sound ? 0 : 1;
+    }
     const std::chrono::seconds longest(argc > 1 ? std::atoi(argv[1]) : 20);
     recordsEach = argc > 2 ? std::atoi(argv[2]) : recordsEach;
     qunsetenv("VELTORKYN_TEST_ENGINE");
@@ -140,6 +147,6 @@ int main(int argc, char** argv)
     Measure("server, one console", 1, longest, false);
     Measure("server, 16 consoles", consoles, longest, false);
     Measure("server, 16 consoles, server crashes", consoles, longest, true);
-    MeasureNews(300);
+    MeasureNews(300, consoles);
     return sound ? 0 : 1;
 }

@@ -1,7 +1,13 @@
 // A storm of messages over a pseudo terminal paced like a 9600 bit/s line, with the real radio control and
 // the real veltorkyn-radio: what arrived, whether in order, and how long the operator's own statuses had to
-// wait among it. Arguments: minutes (10).
+// wait among it.
+//
+//     bench_storm [MINUTES]                  10 unless given
+//     bench_storm --radios COUNT SECONDS     on a line without a speed, so many radios that send a status
+//     every
+//                                            five seconds: what of a processor veltorkyn-radio takes
 
+#include "Report.h"
 #include "core/base/Clock.h"
 #include "core/texts/StringSourceImpl.h"
 #include "map27/codec/Messages.h"
@@ -12,6 +18,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -19,6 +26,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
+#include <sys/resource.h>
 
 namespace {
 
@@ -144,20 +152,62 @@ void Report(const QStringList& transmitted, Operator& person)
                     person.waits.back());
 }
 
+// A fleet that does nothing but send statuses, spread evenly over five seconds.
+void WriteFleet(const QString& name, int radios)
+{
+    constexpr double interval = 5; // s
+    constexpr int firstIdent = 1000;
+    QJsonArray fleet;
+    QJsonArray events;
+    for (int i = 0; i < radios; ++i) {
+        const QString radio = QStringLiteral("Busy%1").arg(i);
+        fleet.append(QJsonObject{{"name", radio},
+                                 {"prefix", 0},
+                                 {"ident", firstIdent + i},
+                                 {"kind", "unit"},
+                                 {"behaviour", "answers"}});
+        events.append(QJsonObject{{"at", 2 + interval * i / radios},
+                                  {"every", interval},
+                                  {"do", QStringLiteral("status %1 %2").arg(radio).arg(i % 32)}});
+    }
+    QFile file(name);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(
+            QJsonDocument(QJsonObject{{"base", "busy-day"}, {"fleet", fleet}, {"events", events}}).toJson());
+}
+
+// Of the children that have ended.
+double ProcessorSeconds()
+{
+    rusage used{};
+    getrusage(RUSAGE_CHILDREN, &used);
+    const auto seconds = [](const timeval& time) {
+        return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+    };
+    return seconds(used.ru_utime) + seconds(used.ru_stime);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    const double minutes = argc > 1 ? std::atof(argv[1]) : 10;
+    const int radios = argc > 3 ? std::atoi(argv[2]) : 0;
+    const double minutes = radios > 0 ? std::atof(argv[3]) / 60 : argc > 1 ? std::atof(argv[1]) : 10;
     QTemporaryDir folder;
+    QString scenario = QStringLiteral("storm");
+    if (radios > 0) {
+        scenario = folder.filePath(QStringLiteral("busy.json"));
+        WriteFleet(scenario, radios);
+    }
     const QString link = folder.filePath(QStringLiteral("radio"));
     const QString trace = folder.filePath(QStringLiteral("wire.jsonl"));
     QProcess simulated;
     simulated.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     simulated.start(QCoreApplication::applicationDirPath() + QStringLiteral("/../bin/veltorkyn-radio"),
-                    {QStringLiteral("--pty"), link, QStringLiteral("--scenario"), QStringLiteral("storm"),
-                     QStringLiteral("--trace"), trace});
+                    {QStringLiteral("--pty"), link, QStringLiteral("--scenario"), scenario,
+                     QStringLiteral("--trace"), trace, QStringLiteral("--speed"),
+                     radios > 0 ? QStringLiteral("0") : QStringLiteral("9600")});
     if (!simulated.waitForReadyRead())
         return 1;
 
@@ -175,6 +225,16 @@ int main(int argc, char** argv)
     QCoreApplication::exec();
     simulated.terminate();
     simulated.waitForFinished();
-    Report(Transmitted(trace), person);
+    const QStringList transmitted = Transmitted(trace);
+    if (radios == 0) {
+        Report(transmitted, person);
+        return 0;
+    }
+    const double seconds = minutes * 60;
+    if (transmitted == person.received && person.received.size() >= radios * (seconds - 8) / 5)
+        PrintRow("veltorkyn-radio of one core", 100 * ProcessorSeconds() / seconds, "%", {}, radios);
+    else
+        std::printf("%lld on the line, %lld received\n", static_cast<long long>(transmitted.size()),
+                    static_cast<long long>(person.received.size()));
     return 0;
 }

@@ -13,6 +13,9 @@ PACKAGING_PACKAGES="dpkg-dev librsvg2-bin cmark-gfm lintian appstream desktop-fi
 # What ./test --fuzz needs: another compiler, for its fuzzing library.
 FUZZ_PACKAGES="clang-14 libclang-rt-14-dev"
 
+# What ./bench --profile needs: callgrind.
+PROFILE_PACKAGES="valgrind"
+
 DESKTOP_PACKAGES="xfwm4 metacity mutter kwin-x11 xwayland qt6-wayland"
 
 # install_packages NAME... : installs the Debian packages that are missing; quick when none is.

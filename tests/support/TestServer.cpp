@@ -109,7 +109,7 @@ void TestServer::Start()
     m_process = Spawn({Programs() + "postgres", "-D", m_folder.filePath("data"), "-k", m_folder.path(), "-c",
                        "listen_addresses=", "-c",
                        qEnvironmentVariableIsSet("VELTORKYN_TEST_DURABLE") ? "fsync=on" : "fsync=off", "-c",
-                       "max_connections=64", "-c", "shared_buffers=32MB"},
+                       "max_connections=100", "-c", "shared_buffers=32MB"},
                       m_folder.filePath("log"));
     for (int i = 0; i < 500; ++i) {
         if (QProcess::execute(Programs() + "pg_isready", {"-q", "-h", m_folder.path()}) == 0)
