@@ -49,7 +49,7 @@ private:
     std::array<std::optional<double>, 0x250> m_known; // Latin letters
 };
 
-// What the widest row of all needs.
+// What the widest row of all needs. The view by itself only has to look at the rows that are seen.
 int WidthOf(QAbstractItemView& view, int column, TextWidths& widths)
 {
     const QAbstractItemModel* model = view.model();
@@ -78,11 +78,14 @@ void AutosizeColumns(QAbstractItemView& view, bool fitHeaders)
     if (!header)
         return;
     TextWidths widths{QFontMetricsF(view.font())};
+    const int precision = header->resizeContentsPrecision();
+    header->setResizeContentsPrecision(0);
     for (int column = 0; column < header->count(); ++column) {
         const int contents = WidthOf(view, column, widths);
         const int caption = fitHeaders ? header->sectionSizeHint(column) : 0;
         header->resizeSection(column, std::max({contents, caption, header->minimumSectionSize()}));
     }
+    header->setResizeContentsPrecision(precision);
 }
 
 void SetFullRowSelect(QAbstractItemView& view, bool on)
