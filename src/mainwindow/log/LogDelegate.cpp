@@ -64,6 +64,7 @@ void LogDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, c
     const QRect place =
         item.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget);
     const int edge = place.height();
-    PaintPicture(*painter, item, LoadIcon(QStringLiteral("emergency")),
-                 {place.right() + 1 - edge, place.top(), edge, edge});
+    if (m_emergency.isNull())
+        m_emergency = LoadIcon(QStringLiteral("emergency"));
+    PaintPicture(*painter, item, m_emergency, {place.right() + 1 - edge, place.top(), edge, edge});
 }

@@ -2,6 +2,8 @@
 
 #include "core/widgets/PlainIconDelegate.h"
 
+#include <QIcon>
+
 // Draws a line of the log on one line: line ends and other control characters of a message appear as signs.
 // An emergency has a mark of its own beside the line's picture.
 class LogDelegate : public PlainIconDelegate {
@@ -16,4 +18,7 @@ public:
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
+
+private:
+    mutable QIcon m_emergency; // read from its file once
 };
