@@ -13,7 +13,9 @@ from pathlib import Path
 
 import files
 import interrupted
+import radio
 import records
+import server
 from place import OLD_SCHEMA, Broken, Site
 
 TABLE = Path(__file__).with_name("faults.tsv")
@@ -21,10 +23,10 @@ INJECTORS = {
     "kill_commands": interrupted.killed, "full_commands": interrupted.full, "power_commands": interrupted.power_cut,
     "kill_records": records.killed, "full_records": records.full, "power_records": records.power_cut,
     "damaged": files.damaged, "exchanged": files.exchanged, "read_only": files.read_only, "locked": files.locked,
-    "together": files.together,
+    "together": files.together, "radio": radio.bad, "server": server.bad,
 }
 AT_ONCE = 2
-WITHOUT_SITE = ("kill_records", "full_records", "power_records")
+WITHOUT_SITE = ("kill_records", "full_records", "power_records", "radio", "server")
 
 
 def inject(line):
