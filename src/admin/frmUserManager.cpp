@@ -112,31 +112,33 @@ void frmUserManager::ListAgain()
     if (m_ui->stkPanes->currentWidget() != m_ui->picUserList)
         return; // what is being entered stays as it is
     const QVariant key = GetSelectedItem(*m_ui->lvUsers).data(UserModel::KeyRole);
-    const bool counted = m_ui->sbStatus->text() == CountText(); // otherwise what was done last stays there
-    Try([this] { ReadList(); });
-    if (counted)
-        m_ui->sbStatus->setText(CountText());
-    if (key.isValid())
-        for (const QModelIndex& row :
-             m_users->match(m_users->index(0, 0), UserModel::KeyRole, key, 1, Qt::MatchExactly))
-            m_ui->lvUsers->setCurrentIndex(row);
+    const QString said = m_ui->sbStatus->text();
+    const bool wasCount = said == Found();
+    List();
+    if (!wasCount)
+        m_ui->sbStatus->setText(said); // what was done stays told: nobody asked for this list
+    const int row = RowOf(key);
+    if (row >= 0)
+        m_ui->lvUsers->setCurrentIndex(m_users->index(row, 0));
+}
+
+int frmUserManager::RowOf(const QVariant& key) const
+{
+    if (!key.isValid())
+        return -1;
+    return m_users->match(m_users->index(0, 0), UserModel::KeyRole, key, 1, Qt::MatchExactly).value(0).row();
 }
 
 void frmUserManager::List()
 {
     Try([this] {
-        ReadList();
-        m_ui->sbStatus->setText(CountText());
+        m_users->Replace(ReadUsers(m_services.session, m_query, m_ui->txtLookFor->text()));
+        AutosizeColumns(*m_ui->lvUsers, true);
+        m_ui->sbStatus->setText(Found());
     });
 }
 
-void frmUserManager::ReadList()
-{
-    m_users->Replace(ReadUsers(m_services.session, m_query, m_ui->txtLookFor->text()));
-    AutosizeColumns(*m_ui->lvUsers, true);
-}
-
-QString frmUserManager::CountText() const
+QString frmUserManager::Found() const
 {
     return FormatMessage(m_services.strings, AdminText::UsersFound, {QString::number(m_users->rowCount())});
 }
@@ -241,15 +243,20 @@ void frmUserManager::Delete()
     const UserRow* user = Selected();
     if (!user)
         return;
-    if (IsOwn(*user)) {
+    // The list may be read again while the question is open.
+    const UserRow chosen = *user;
+    const QVariant key = GetSelectedItem(*m_ui->lvUsers).data(UserModel::KeyRole);
+    if (IsOwn(chosen)) {
         m_services.prompt.ShowWarning(Text(AdminText::OwnAccount));
         return;
     }
     if (!m_services.prompt.AskConfirmation(Text(AdminText::DeleteUserQuestion)))
         return;
-    if (!Try([&] { DeleteAccount(m_services.session.Workspace(), user->profileId, user->userName); }))
+    if (!Try([&] { DeleteAccount(m_services.session.Workspace(), chosen.profileId, chosen.userName); }))
         return;
-    m_users->Remove(GetSelectedItem(*m_ui->lvUsers).row());
+    const int row = RowOf(key);
+    if (row >= 0)
+        m_users->Remove(row);
     SelectNothing(*m_ui->lvUsers); // the view would select the neighbour, and the next Delete would hit it
     Say(AdminText::UserDeleted);
 }
@@ -276,17 +283,23 @@ void frmUserManager::ResetPassword()
 void frmUserManager::Unlog()
 {
     const UserRow* user = Selected();
-    if (!user || !user->loggedOn || !m_services.prompt.AskConfirmation(Text(AdminText::UnlogQuestion)))
+    if (!user || !user->loggedOn)
+        return;
+    const qlonglong profileId = user->profileId; // the list may be read again while the question is open
+    const QVariant key = GetSelectedItem(*m_ui->lvUsers).data(UserModel::KeyRole);
+    if (!m_services.prompt.AskConfirmation(Text(AdminText::UnlogQuestion)))
         return;
     const bool unlogged = Try([&] {
         const auto query = m_services.session.Database().QueryDef(QStringLiteral("unlog_user"));
-        query->SetParameter(QStringLiteral("id"), user->profileId);
+        query->SetParameter(QStringLiteral("id"), profileId);
         if (query->Execute() == 0)
             throw dao::Error(dao::Kind::RecordGone);
     });
     if (!unlogged)
         return;
-    m_users->SetLoggedOff(GetSelectedItem(*m_ui->lvUsers).row());
+    const int row = RowOf(key);
+    if (row >= 0)
+        m_users->SetLoggedOff(row);
     Say(AdminText::UserUnlogged);
 }
 

@@ -25,10 +25,11 @@ private:
 
     void ConnectControls();
     void List();
-    void ReadList();
-    QString CountText() const;
+    QString Found() const;
     // Another console changed accounts; the selected one stays selected.
     void ListAgain();
+    // By UserModel::KeyRole; -1: not listed.
+    int RowOf(const QVariant& key) const;
     void SortBy(int column);
     void EnableButtons();
     const UserRow* Selected() const;

@@ -60,6 +60,21 @@ TEST_F(UserManagerTest, AccountsOfAnotherConsoleShowAndTheSelectionStays)
         session.Changes().Tell(QString());
     EXPECT_TRUE(QTest::qWaitFor([&] { return Users().size() == 3; }, 5000));
     EXPECT_EQ(list.currentIndex().data().toString(), "Zoe");
+    EXPECT_EQ(Shown(*window, "sbStatus"), Text(2266)) << "what was done stays told";
+
+    // The list is read again while the question is open.
+    AddAccount(*other, {"Ada", "PID2", "pw", "Alfa", "Operators", false});
+    prompt.whileOpen = [&] {
+        if (!TestServer::IsWanted())
+            session.Changes().Tell(QString());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return Users().size() == 4; }, 5000));
+    };
+    prompt.ExpectConfirmation(Text(2261), true);
+    Click(*window, "cmdDel");
+    prompt.Finish();
+    EXPECT_EQ(Rows("user_profile", {"UserName"}), QStringList({"admin", "Mia", "Ada"}));
+    EXPECT_TRUE(Users().filter("Zoe").isEmpty());
+    EXPECT_EQ(Users().size(), 3);
 }
 
 TEST_F(UserManagerTest, AccountsAreListedFoundAndSorted)
