@@ -75,21 +75,20 @@ void MeasureTyping(TestSession& session, const IStringSource& strings, long entr
     window.show();
     box.setFocus();
     std::vector<double> times;
-    QElapsedTimer timer;
     for (int round = 0; round < 5; ++round)
         for (const char* typed :
              {"unit 99999", "299999", "99999th", "keeper of", "zebra", "\xC3\xB6st", "7"}) {
             box.clearEditText();
             for (const QChar letter : QString::fromUtf8(typed)) {
-                timer.start();
-                if (letter.unicode() < 0x80) {
-                    QTest::keyClick(box.lineEdit(), letter.toLatin1());
-                } else {
-                    QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
-                    QApplication::sendEvent(box.lineEdit(), &press);
-                }
-                QCoreApplication::processEvents();
-                times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e6);
+                times.push_back(Milliseconds([&] {
+                    if (letter.unicode() < 0x80) {
+                        QTest::keyClick(box.lineEdit(), letter.toLatin1());
+                    } else {
+                        QKeyEvent press(QEvent::KeyPress, 0, Qt::NoModifier, QString(letter));
+                        QApplication::sendEvent(box.lineEdit(), &press);
+                    }
+                    QCoreApplication::processEvents();
+                }));
             }
         }
     PrintRow("a key typed into an address, longest", *std::max_element(times.begin(), times.end()), "ms", {},

@@ -37,7 +37,7 @@ void MeasureAppend(EventLog& log, Bare& bare, const QString& engine, long events
                                 QStringLiteral("On the way"), QStringLiteral("Unit20"),
                                 QStringLiteral("Dispatch"), MessageWay::In);
         },
-        201);
+        401);
     PrintRow(qPrintable("log record, " + engine), times.ours * 1000, "us", times.bare * 1000, events);
 }
 

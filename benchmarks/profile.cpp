@@ -14,6 +14,7 @@
 namespace {
 
 constexpr int Messages = 64;
+constexpr int Records = 500;
 
 // The main window on a database that bench_data has made, with a radio that says nothing.
 class KeptStack {
@@ -52,21 +53,16 @@ public:
     winMain window;
 };
 
-void Send(RegroupStack& stack)
-{
-    for (int i = 0; i < Messages; ++i) {
-        stack.radio.Perform(sim::StatusAction{stack.AddressOf(2), static_cast<std::uint8_t>(i % 32)});
-        stack.Run(20);
-    }
-}
-
 } // namespace
 
 extern "C" {
 
 [[gnu::noinline]] void ProfiledMessage(RegroupStack& stack)
 {
-    Send(stack);
+    for (int i = 0; i < Messages; ++i) {
+        stack.radio.Perform(sim::StatusAction{stack.AddressOf(2), static_cast<std::uint8_t>(i % 32)});
+        stack.Run(20);
+    }
 }
 
 [[gnu::noinline]] void ProfiledReload(RegroupStack& stack)
@@ -99,9 +95,15 @@ int main(int argc, char** argv)
         qputenv("TMPDIR", "/dev/shm");
         RegroupStack stack;
         stack.window->resize(1000, 640);
-        ProfiledMessage(stack);
-        if (is("reload"))
-            ProfiledReload(stack);
+        if (is("message")) {
+            ProfiledMessage(stack);
+            return 0;
+        }
+        for (int i = 0; i < Records; ++i) // what is shown is chosen by the database's own time
+            stack.eventLog.AppendLogRecord(QDateTime::currentDateTimeUtc(), EventType::Text,
+                                           QStringLiteral("Tunnel is clear, driving on"),
+                                           QStringLiteral("Unit20"), QStringLiteral("Dispatch"));
+        ProfiledReload(stack);
         return 0;
     }
     if (argc < 3) {

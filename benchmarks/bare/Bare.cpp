@@ -22,6 +22,7 @@ constexpr auto EventFields =
     "event_id, time_stamp, event_type, \"desc\", from_address, to_address, from_number, "
     "to_number, direction, operator, console, console_number, record_id";
 constexpr int EventColumns = 13;
+constexpr qint64 RecordsInBlock = 128; // of the index of words
 
 class BareFile : public Bare {
 public:
@@ -42,17 +43,17 @@ public:
                            "CASE event_type WHEN 1 THEN 'status' WHEN 2 THEN 'text' WHEN 3 THEN 'call' ELSE "
                            "'' END FROM event WHERE time_stamp >= ?1 AND (from_address IN (?2, ?3) OR "
                            "to_address IN (?2, ?3)) ORDER BY time_stamp, event_id");
-        m_search = Prepare((std::string("SELECT ") + EventFields +
-                            " FROM event_words JOIN event ON event_id BETWEEN event_words.rowid * 128 AND "
-                            "event_words.rowid * 128 + 127 WHERE event_words MATCH ? AND \"desc\" LIKE ? "
-                            "ORDER BY event_words.rowid DESC, event_id DESC LIMIT ?")
-                               .c_str());
+        m_blocks = Prepare("SELECT rowid FROM event_words WHERE event_words MATCH ? ORDER BY rowid DESC");
+        m_records = Prepare((std::string("SELECT ") + EventFields +
+                             " FROM event WHERE event_id BETWEEN ? AND ? AND \"desc\" LIKE ? ORDER BY "
+                             "event_id DESC")
+                                .c_str());
         m_directory = Prepare("SELECT address_id, callsign, \"IDENT\", dynamic, CASE \"Type\" WHEN 2 THEN "
                               "'talkgroup' ELSE 'individual' END FROM address ORDER BY kyn_fold(callsign)");
     }
     ~BareFile() override
     {
-        for (sqlite3_stmt* statement : {m_insert, m_reload, m_search, m_directory})
+        for (sqlite3_stmt* statement : {m_insert, m_reload, m_blocks, m_records, m_directory})
             sqlite3_finalize(statement);
         sqlite3_close_v2(m_handle);
     }
@@ -84,21 +85,27 @@ public:
         sqlite3_reset(m_reload);
         return sum;
     }
+    // One statement for both would sort all that has the word.
     int Search(const QByteArray& word, int most) override
     {
         const QByteArray match = '"' + word + "\"*";
         const QByteArray like = '%' + word + '%';
-        sqlite3_bind_text(m_search, 1, match.constData(), -1, SQLITE_STATIC);
-        sqlite3_bind_text(m_search, 2, like.constData(), -1, SQLITE_STATIC);
-        sqlite3_bind_int(m_search, 3, most);
+        sqlite3_bind_text(m_blocks, 1, match.constData(), -1, SQLITE_STATIC);
+        sqlite3_bind_text(m_records, 3, like.constData(), -1, SQLITE_STATIC);
         std::vector<QStringList> found;
-        while (sqlite3_step(m_search) == SQLITE_ROW) {
-            QStringList texts;
-            for (int column = 0; column < EventColumns; ++column)
-                texts.append(Column(m_search, column));
-            found.push_back(texts);
+        while (static_cast<int>(found.size()) < most && sqlite3_step(m_blocks) == SQLITE_ROW) {
+            const qint64 first = sqlite3_column_int64(m_blocks, 0) * RecordsInBlock;
+            sqlite3_bind_int64(m_records, 1, first);
+            sqlite3_bind_int64(m_records, 2, first + RecordsInBlock - 1);
+            while (static_cast<int>(found.size()) < most && sqlite3_step(m_records) == SQLITE_ROW) {
+                QStringList texts;
+                for (int column = 0; column < EventColumns; ++column)
+                    texts.append(Column(m_records, column));
+                found.push_back(texts);
+            }
+            sqlite3_reset(m_records);
         }
-        sqlite3_reset(m_search);
+        sqlite3_reset(m_blocks);
         return static_cast<int>(found.size());
     }
     qint64 ReadDirectory() override
@@ -142,7 +149,8 @@ private:
     sqlite3* m_handle = nullptr;
     sqlite3_stmt* m_insert = nullptr;
     sqlite3_stmt* m_reload = nullptr;
-    sqlite3_stmt* m_search = nullptr;
+    sqlite3_stmt* m_blocks = nullptr;
+    sqlite3_stmt* m_records = nullptr;
     sqlite3_stmt* m_directory = nullptr;
 };
 

@@ -47,6 +47,9 @@ class Data:
             if self._server and engine == "server":
                 self._server.run("VACUUM ANALYZE", database)
             done.touch()
+        elif engine == "server":  # files do that when they are opened
+            subprocess.run([self._programs.parent / "bin/veltorkynctl", "db", "migrate", database], check=True,
+                           stdout=subprocess.DEVNULL)
         return database
 
     @staticmethod
