@@ -38,9 +38,17 @@ class Control:
         return bool(self._states >> _STATES[state] & 1)
 
     @property
+    def place(self):
+        return self._extents(self._node)
+
+    @property
     def middle(self):
-        x, y, width, height = self._extents(self._node)
+        x, y, width, height = self.place
         return x + width // 2, y + height // 2
+
+    def name_now(self):
+        """Its name asked anew; the control has to be there still."""
+        return self._bus.ask(self._node, _PROPERTIES, "Get", _NAME)[0]
 
     @property
     def text(self):

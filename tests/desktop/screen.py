@@ -114,6 +114,9 @@ class Screen:
             lines.append(f"  {window.title!r} {place} {' '.join(marks)}")
         return "\n".join(lines) or "  no windows"
 
+    def pixels(self, x, y, width, height):
+        return self._hand.screen().root.get_image(x, y, width, height, X.ZPixmap, 0xFFFFFFFF).data
+
     def picture(self, path):
         pictures.save(self._hand.screen().root, path)
 
@@ -159,11 +162,15 @@ class Screen:
         self._hand.sync()
         time.sleep(self._pause)
         for _ in range(times):
-            self.clicks += 1
-            xtest.fake_input(self._hand, X.ButtonPress, button)
-            xtest.fake_input(self._hand, X.ButtonRelease, button)
-            self._hand.sync()
+            self.press_button(button)
             time.sleep(0.03)
+
+    def press_button(self, button=1):
+        """Where the pointer is."""
+        self.clicks += 1
+        xtest.fake_input(self._hand, X.ButtonPress, button)
+        xtest.fake_input(self._hand, X.ButtonRelease, button)
+        self._hand.sync()
 
     def drag(self, start, end):
         xtest.fake_input(self._hand, X.MotionNotify, x=start[0], y=start[1])
