@@ -149,9 +149,12 @@ void CopyCounter(const Side& from, const Side& to, const QString& table, const Q
                    from.engine->FirstRow("SELECT seq FROM main.sqlite_sequence WHERE name = ?", {table})) {
         last = row->first();
     }
-    // Files count only what is never to be given again; a server counts everything.
-    if (!last.isValid())
-        last = from.engine->FirstRow("SELECT max(" + Quoted(column) + ") FROM " + Quoted(table))->first();
+    // Files count only what is never to be given again; a server counts everything. The count of a file that
+    // a server was copied to stays behind the records that came later.
+    const QVariant newest =
+        from.engine->FirstRow("SELECT max(" + Quoted(column) + ") FROM " + Quoted(table))->first();
+    if (!last.isValid() || newest.toLongLong() > last.toLongLong())
+        last = newest;
     if (!last.isValid())
         return;
     if (to.server)

@@ -81,14 +81,17 @@ protected:
     }
 
     // Everything that callers can see, in one text.
-    static QString Contents(const QString& target)
+    // A restore adds a record of its own to the log.
+    static QString Contents(const QString& target, bool restored = false)
     {
         const auto workspace = dao::OpenWorkspace(dao::LocationOf(target), "Ada", "secret");
         QString contents = workspace->Database().Id() + '\n';
         for (const char* table :
              {"address", "status", "event", "dynamic_regroup", "fleet", "user_profile", "kyn_registry"}) {
             const auto records = workspace->Database().OpenTable(table);
-            for (; !records->Eof(); records->MoveNext())
+            qsizetype last = contents.size();
+            for (; !records->Eof(); records->MoveNext()) {
+                last = contents.size();
                 for (const QString& field : records->FieldNames()) {
                     const QVariant value = records->Field(field);
                     contents += value.isValid() ? value.toString() + (value.typeId() == QMetaType::QDateTime
@@ -97,6 +100,9 @@ protected:
                                                 : QString("null");
                     contents += '|';
                 }
+            }
+            if (restored && QByteArrayView(table) == "event")
+                contents.truncate(last);
         }
         for (const QString& user : workspace->Users().Names())
             contents += user + ':' + workspace->Users().Item(user)->Pid() + ':' +
@@ -187,7 +193,7 @@ TEST_F(ServerCopy, IsBackedUpAndRestored)
     EXPECT_EQ(restore(m_server, "wrong\n").code, 1);
     const CtlRun restored = restore(m_server);
     ASSERT_EQ(restored.code, 0) << restored.err.toStdString();
-    EXPECT_TRUE(Contents(m_server) == contents);
+    EXPECT_EQ(Contents(m_server, true), contents);
     EXPECT_TRUE(BoCanLogOn(m_server, "new"));
     EXPECT_EQ(RunCtl({"db", "check", m_server}).code, 0);
     ExpectFailure(restore(m_server), "already exists");
@@ -197,7 +203,7 @@ TEST_F(ServerCopy, IsBackedUpAndRestored)
 
     const QString file = m_folder.filePath("restored.kyndb");
     ASSERT_EQ(restore(file).code, 0);
-    EXPECT_TRUE(Contents(file) == contents);
+    EXPECT_EQ(Contents(file, true), contents);
     EXPECT_FALSE(BoCanLogOn(file, "new"));
 }
 
