@@ -5,6 +5,7 @@
 #include "app/EndRequest.h"
 #include "app/TextIds.h"
 #include "core/base/AppPaths.h"
+#include "core/base/CoreDumps.h"
 #include "core/base/FileLock.h"
 #include "core/base/ProgramLog.h"
 #include "core/settings/Settings.h"
@@ -139,6 +140,7 @@ void ChoosePlatform(bool tour)
 
 int main(int argc, char** argv)
 {
+    ForbidCoreDumps();
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments.append(QString::fromLocal8Bit(argv[i]));

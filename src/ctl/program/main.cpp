@@ -1,3 +1,4 @@
+#include "core/base/CoreDumps.h"
 #include "ctl/program/Program.h"
 
 #include <QCoreApplication>
@@ -8,6 +9,7 @@
 
 int main(int argc, char* argv[])
 {
+    ForbidCoreDumps();
     // Scripts often run without a locale. Qt would switch to UTF-8 by itself, but with a warning on standard
     // error.
     std::setlocale(LC_ALL, "");

@@ -16,9 +16,9 @@
 #include "mainwindow/base/TextIds.h"
 #include "mainwindow/frame/DatabaseWatch.h"
 #include "mainwindow/frame/FrameKeys.h"
+#include "mainwindow/frame/FramePanes.h"
 #include "mainwindow/frame/LogonView.h"
 #include "mainwindow/frame/MainCommands.h"
-#include "mainwindow/frame/PaneLayout.h"
 #include "mainwindow/frame/PaneSplitter.h"
 #include "mainwindow/frame/StartPanel.h"
 #include "mainwindow/frame/Windows.h"
@@ -42,12 +42,6 @@ static void InitIconResource()
 {
     Q_INIT_RESOURCE(veltorkyn_icons);
 }
-
-namespace {
-
-constexpr int LeastPaneLines = 3;
-
-} // namespace
 
 winMain::winMain(const Services& services)
     : m_services(services),
@@ -80,28 +74,30 @@ void winMain::LeaveExecutive()
 
 void winMain::BuildFrame()
 {
-    m_client = new QWidget(this);
+    auto* client = new QWidget(this); // everything below the menu bar
     m_keys = std::make_unique<KeyBindings>(m_services.settings, m_services.strings);
-    setCentralWidget(m_client);
-    m_bars = std::make_unique<CommandBars>(*menuBar(), *m_client, m_services.strings, m_session,
-                                           m_services.profile);
+    setCentralWidget(client);
+    m_bars =
+        std::make_unique<CommandBars>(*menuBar(), *client, m_services.strings, m_session, m_services.profile);
     m_attention = new AttentionPanel(
-        {m_services.strings, m_services.clock, m_services.attention, m_services.alarm}, m_client);
-    m_strip = new LinkStrip(m_services.strings, m_services.clock, *m_attention, m_client);
-    m_tabs = std::make_unique<MainTabs>(m_services, m_session, m_client);
-    picHPaneResize = new PaneSplitter(m_client);
+        {m_services.strings, m_services.clock, m_services.attention, m_services.alarm}, client);
+    m_strip = new LinkStrip(m_services.strings, m_services.clock, *m_attention, client);
+    m_tabs = std::make_unique<MainTabs>(m_services, m_session, client);
+    auto* splitter = new PaneSplitter(client);
     picLog = new LogPane({m_services.strings, m_services.settings, m_services.clock, m_logLines, m_logReader,
                           m_session, m_services.eventLog},
-                         m_client);
+                         client);
     picSend = new SendPane({m_services.strings, m_services.prompt, m_services.beeper, m_services.executive,
                             m_session, m_services.session},
-                           m_client);
+                           client);
     // Last, so that it stays in front of the panes in a window that is too low for everything.
-    sbrStatus = new StatusBar(m_services.strings, m_services.clock, m_client);
-    m_start = new StartPanel(m_services.strings, m_client);
-    m_client->installEventFilter(this);
+    sbrStatus = new StatusBar(m_services.strings, m_services.clock, client);
+    m_start = new StartPanel(m_services.strings, client);
 
     const auto attempt = [this](const std::function<void()>& step) { return Attempt(step); };
+    m_panes = std::make_unique<FramePanes>(
+        FramePanes::Parts{*this, m_placement, m_services.settings, *m_bars, *m_attention, *m_strip, *m_tabs,
+                          *splitter, *picLog, *picSend, *sbrStatus, *m_start, attempt});
     m_commands = std::make_unique<MainCommands>(
         MainCommands::Parts{*this, m_services, m_session, *m_bars, *m_tabs, *picLog, *picSend, *sbrStatus,
                             *m_strip, *m_attention, *m_keys, attempt});
@@ -123,9 +119,6 @@ void winMain::ConnectFrame()
     connect(m_start, &StartPanel::SetUpWanted, this, &winMain::SetUp);
     connect(&m_services.session.Changes(), &DatabaseChanges::Opened, m_start, &QWidget::hide);
     m_bars->On(MainCommand::Exit, [this] { Exit(); });
-    connect(m_strip, &LinkStrip::ContentChanged, this, &winMain::LayoutPanes);
-    connect(m_tabs.get(), &MainTabs::TabChanged, this, &winMain::LayoutPanes);
-    connect(picHPaneResize, &PaneSplitter::Dropped, this, &winMain::StoreLogWidth);
 
     auto* keys = new FrameKeys(*this, *m_keys);
     connect(keys, &FrameKeys::NextTab, m_tabs.get(), &MainTabs::SelectNext);
@@ -185,7 +178,7 @@ void winMain::ShowLink(const LinkStatus& status)
 void winMain::Load()
 {
     m_bars->SetCommandStates();
-    Attempt([this] { m_logWidth = m_services.settings.LogWidth(); });
+    m_panes->LoadLogWidth();
     Attempt([this] { picLog->LoadLogDataView(); });
     Attempt([this] { picLog->LoadLogPrefs(); });
     m_tabs->Individuals().SizeColumns();
@@ -244,82 +237,8 @@ void winMain::showEvent(QShowEvent* event)
 void winMain::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (sbrStatus != nullptr &&
-        (event->type() == QEvent::WindowStateChange || event->type() == QEvent::FontChange))
-        LayoutPanes();
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_session.LoggedOn)
         Attempt([this] { m_watch->LookNow(); });
-}
-
-bool winMain::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched == m_client && event->type() == QEvent::Resize)
-        LayoutPanes();
-    return QMainWindow::eventFilter(watched, event);
-}
-
-void winMain::LayoutPanes()
-{
-    m_bars->AllowFullScreen(m_placement.IsNormal());
-
-    const int barHeight = m_bars->ToolBar().sizeHint().height();
-    m_attention->ShortenList(0);
-    int stripHeight = m_strip->HeightAt(m_client->width());
-    PaneSizes sizes;
-    sizes.toolBarHeight = barHeight + stripHeight;
-    sizes.statusBarHeight = sbrStatus->sizeHint().height();
-    sizes.tabRowHeight = m_tabs->RowHeight();
-    sizes.splitterWidth = PaneSplitter::Width;
-    sizes.sendPaneHeight = picSend->PaneHeight();
-    sizes.logWidth = m_logWidth;
-    // With a large font the strip could push the panes out of a small window: the window grows instead, as
-    // far as the screen has room.
-    const int room =
-        screen()->availableGeometry().height() - (frameGeometry().height() - height()) - menuBar()->height();
-    const int leastPane = LeastPaneLines * fontMetrics().lineSpacing();
-    if (const int missing = LowestClient(sizes, leastPane) - room; missing > 0) {
-        m_attention->ShortenList(missing);
-        stripHeight = m_strip->HeightAt(m_client->width());
-        sizes.toolBarHeight = barHeight + stripHeight;
-    }
-    const int lowest = LowestClient(sizes, leastPane);
-    const int least =
-        std::clamp(LowestClient(sizes, m_tabs->LeastPaneHeight(leastPane)), lowest, std::max(lowest, room));
-    m_grows = m_grows || (isVisible() && least > m_client->height());
-    m_client->setMinimumHeight(least);
-    const QSize client = m_client->size();
-    sizes.client = client;
-    const PaneLayout layout = ArrangePanes(sizes);
-
-    m_bars->ToolBar().setGeometry(0, 0, client.width(), barHeight);
-    m_strip->setGeometry(0, barHeight, client.width(), stripHeight);
-    m_tabs->Place({0, layout.tabStrip.top(), client.width(), sizes.tabRowHeight}, layout.tabPane);
-    picLog->setGeometry(layout.log);
-    picHPaneResize->setGeometry(layout.splitter);
-    picHPaneResize->SetRange(layout.tabStripClient);
-    m_start->Place(QRect(QPoint(0, sizes.toolBarHeight), QPoint(client.width(), layout.log.bottom())));
-    picSend->setGeometry(layout.send);
-    sbrStatus->setGeometry(0, client.height() - sizes.statusBarHeight, client.width(), sizes.statusBarHeight);
-}
-
-// A window that stands low on the screen and has grown over the edge, since the panes need it, goes up.
-void winMain::resizeEvent(QResizeEvent* event)
-{
-    QMainWindow::resizeEvent(event);
-    if (!std::exchange(m_grows, false) || !m_placement.IsNormal())
-        return;
-    const QRect available = screen()->availableGeometry();
-    const int over = frameGeometry().bottom() - available.bottom();
-    if (over > 0)
-        move(x(), std::max(available.top(), y() - over));
-}
-
-void winMain::StoreLogWidth()
-{
-    const int right = picLog->x() + picLog->width();
-    m_logWidth = right - (picHPaneResize->x() + picHPaneResize->width());
-    Attempt([this] { m_services.settings.SetLogWidth(m_logWidth); });
-    LayoutPanes();
 }
 
 void winMain::SetFullScreen(bool on)

@@ -14,13 +14,13 @@
 class AttentionPanel;
 class CommandBars;
 class DatabaseWatch;
+class FramePanes;
 class KeyBindings;
 class LinkStrip;
 class LogPane;
 class LogonCommand;
 class LogonView;
 class MainCommands;
-class PaneSplitter;
 class SendPane;
 class StartPanel;
 class StatusBar;
@@ -67,8 +67,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void LeaveExecutive();
@@ -81,8 +79,6 @@ private:
     void LoadKeys();
     void SetUp();
 
-    void LayoutPanes();
-    void StoreLogWidth();
     void ConnectAttention();
     void ShowLink(const LinkStatus& status);
 
@@ -97,11 +93,8 @@ private:
     LogLineFormatter m_logLines;
     LogReader m_logReader;
     WindowPlacement m_placement;
-    QWidget* m_client = nullptr; // everything below the menu bar
     AttentionPanel* m_attention = nullptr;
-    bool m_grows = false; // to the height that the panes need
     LinkStrip* m_strip = nullptr;
-    PaneSplitter* picHPaneResize = nullptr;
     LogPane* picLog = nullptr;
     SendPane* picSend = nullptr;
     StatusBar* sbrStatus = nullptr;
@@ -109,12 +102,12 @@ private:
     std::unique_ptr<KeyBindings> m_keys;
     std::unique_ptr<CommandBars> m_bars;
     std::unique_ptr<MainTabs> m_tabs;
+    std::unique_ptr<FramePanes> m_panes;
     std::unique_ptr<MainCommands> m_commands;
     std::unique_ptr<DatabaseWatch> m_watch;
     std::unique_ptr<LogonView> m_logonView;
     std::unique_ptr<LogonCommand> m_logon;
 
-    double m_logWidth = 190;
     bool m_radioWasReady = false;
     bool m_wasShown = false;
     bool m_logOnAtStart = false; // somebody has logged on here before
