@@ -11,6 +11,7 @@
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
 #include "core/desktop/Waiting.h"
+#include "core/desktop/WindowRole.h"
 #include "core/logon/DbSessionImpl.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/settings/Settings.h"
@@ -62,6 +63,7 @@ Application::~Application()
 
 void Application::StartUp(const QString& settingsFile)
 {
+    TellWindowRoles();
     m_objects = std::make_unique<Objects>();
     Objects& o = *m_objects;
     o.settings = std::make_unique<Settings>(settingsFile, m_strings);

@@ -3,6 +3,7 @@
 #include "core/desktop/Prompt.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
+#include "core/widgets/Captions.h"
 #include "setup/base/SetUpWork.h"
 #include "setup/base/TextIds.h"
 #include "setup/pages/AdministratorPage.h"
@@ -30,6 +31,7 @@ frmSetUp::frmSetUp(const SetUpServices& services, QWidget* parent) : QWizard(par
              new LanguagePage(m_services), new DatabasePage(m_services), radio, numbering,
              new AdministratorPage(m_services), new SoundsPage(m_services), new LastPage(m_services)})
         addPage(page);
+    NameLists(*this);
     connect(this, &QWizard::currentIdChanged, this, [this] {
         if (SetUpPage* page = Current())
             page->Enter(m_choice);

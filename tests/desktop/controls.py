@@ -22,8 +22,10 @@ ROLES = {
     "list": {"tree", "list", "table", "tree table"},
 }
 _WINDOWS = {"frame", "dialog", "alert", "window", "popup menu"}
+# What somebody works with, and so has to have a name. A cell is called by what it holds, which may be nothing.
+_WORKED_WITH = set().union(*(roles for kind, roles in ROLES.items() if kind not in ("line", "label"))) | {"slider"}
 # Bits of a state set.
-_STATES = {"ACTIVE": 1, "CHECKED": 4, "ENABLED": 8, "FOCUSED": 12, "SELECTED": 23, "SHOWING": 25}
+_STATES = {"ACTIVE": 1, "CHECKED": 4, "ENABLED": 8, "FOCUSABLE": 11, "FOCUSED": 12, "SELECTED": 23, "SHOWING": 25}
 
 
 class Control:
@@ -66,6 +68,17 @@ class Control:
     def description(self):
         return self._bus.ask(self._node, "org.freedesktop.DBus.Properties", "Get",
                              GLib.Variant("(ss)", ("org.a11y.atspi.Accessible", "Description")))[0]
+
+    @property
+    def fault(self):
+        """Why somebody who does not see it cannot tell what it is; nothing when he can."""
+        if not self.path:
+            return "" if self.role in _WINDOWS and self.name else f"window {self.name!r} is a {self.role!r}"
+        if self.role in _WORKED_WITH and (not _plain(self.name) or self.name == self._value):
+            return f"a {self.role} without a name"
+        if self.has("FOCUSABLE") and self.role in ("unknown", "filler", "panel"):
+            return f"{self.name!r} takes the keyboard and is a {self.role!r}"
+        return ""
 
     def answers_to(self, role, pattern):
         names = {_plain(self.name), self.name}

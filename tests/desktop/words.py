@@ -458,6 +458,15 @@ def control_is(bench, control, state):
     _until(bench, f"\"{control[1]}\" {state}", look)
 
 
+@word("every control has a name")
+def every_control_has_a_name(bench):
+    """And a role that says what can be done with it, in all windows that are open."""
+    def look():
+        faults = [f"{' > '.join(c.path)}: {c.fault} at {c.middle}" for c in bench.controls.all() if c.fault]
+        return "\n".join(faults) or None
+    _until(bench, "every control with a name and a role", look)
+
+
 @word("focus is CONTROL")
 def focus_is(bench, control):
     def look():

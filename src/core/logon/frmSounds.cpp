@@ -8,6 +8,7 @@
 #include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/TextIds.h"
+#include "core/widgets/Captions.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -72,6 +73,7 @@ frmSounds::frmSounds(Settings& settings, IPrompt& prompt, IBeeper& beeper, const
     layout->addWidget(buttons);
     connect(save, &QPushButton::clicked, this, &frmSounds::Save);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
+    NameLists(*this);
     Load();
 }
 

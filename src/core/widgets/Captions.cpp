@@ -2,7 +2,11 @@
 
 #include "core/texts/StringSource.h"
 
+#include <QAbstractItemView>
 #include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
 #include <QVariant>
 #include <QWidget>
 #include <stdexcept>
@@ -48,6 +52,36 @@ void FillAll(QObject& object, const IStringSource& strings)
     Fill(object, "placeholderId", "placeholderText", strings);
 }
 
+QLabel* LabelOf(const QWidget& widget)
+{
+    for (QLabel* label : widget.parentWidget()->findChildren<QLabel*>(Qt::FindDirectChildrenOnly))
+        if (label->buddy() == &widget)
+            return label;
+    return nullptr;
+}
+
+// Qt tells an aid for the blind of a box with a list what is chosen in it, and the label that stands for it:
+// a box without one gets one that is not shown. The field inside has the same name.
+void NameBox(QComboBox& box)
+{
+    QLabel* label = LabelOf(box);
+    if (!label && !box.accessibleName().isEmpty()) {
+        label = new QLabel(box.accessibleName(), box.parentWidget());
+        label->setBuddy(&box);
+        label->hide();
+    }
+    if (label && box.lineEdit() && box.lineEdit()->accessibleName().isEmpty())
+        box.lineEdit()->setAccessibleName(label->text().remove(u'&'));
+}
+
+// Qt passes over the label of a list.
+void NameList(QAbstractItemView& list)
+{
+    const QLabel* label = LabelOf(list);
+    if (label && list.accessibleName().isEmpty())
+        list.setAccessibleName(label->text().remove(u'&'));
+}
+
 } // namespace
 
 void LoadCaptions(QWidget& window, const IStringSource& strings)
@@ -57,4 +91,13 @@ void LoadCaptions(QWidget& window, const IStringSource& strings)
         FillAll(*widget, strings);
     for (QAction* action : window.findChildren<QAction*>())
         FillAll(*action, strings);
+    NameLists(window);
+}
+
+void NameLists(QWidget& window)
+{
+    for (QComboBox* box : window.findChildren<QComboBox*>())
+        NameBox(*box);
+    for (QAbstractItemView* list : window.findChildren<QAbstractItemView*>())
+        NameList(*list);
 }

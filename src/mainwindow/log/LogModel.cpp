@@ -1,29 +1,34 @@
 #include "mainwindow/log/LogModel.h"
 
+#include "core/texts/StringSource.h"
 #include "core/widgets/Icons.h"
+#include "mainwindow/base/TextIds.h"
 #include "mainwindow/lists/WaitingMark.h"
-
-#include <algorithm>
-#include <iterator>
+#include "mainwindow/log/LogTextIds.h"
 
 namespace {
 
-// The pictures of lines; a line without a direction shows none, although its kind has one elsewhere.
-bool IsPictureOfLine(const QString& key)
-{
-    static constexpr const char* Keys[] = {"newday",  "statusin", "statusout", "textin",
-                                           "textout", "callin",   "callout"};
-    return std::any_of(std::begin(Keys), std::end(Keys),
-                       [&](const char* known) { return key == QLatin1String(known); });
-}
+struct Picture {
+    const char* key;
+    int says;
+};
+
+// A line without a direction shows none, although its kind has one elsewhere.
+constexpr Picture Pictures[] = {{"statusin", LogText::StatusIn}, {"statusout", LogText::StatusOut},
+                                {"textin", LogText::TextIn},     {"textout", LogText::TextOut},
+                                {"callin", LogText::CallIn},     {"callout", LogText::CallOut}};
 
 } // namespace
 
-LogModel::LogModel(const QString& caption, const QString& waiting, QObject* parent)
+LogModel::LogModel(const IStringSource& strings, QObject* parent)
     : QAbstractListModel(parent),
-      m_caption(caption),
-      m_waiting(waiting)
+      m_caption(strings.LoadString(MainText::LogColumn)),
+      m_waiting(strings.LoadString(MainText::RecordNotStored)),
+      m_emergency(strings.LoadString(LogText::Emergency))
 {
+    for (const Picture& picture : Pictures)
+        m_pictures.insert(QLatin1String(picture.key), strings.LoadString(picture.says));
+    m_pictures.insert(QStringLiteral("newday"), {});
 }
 
 void LogModel::Append(const LogLine& line)
@@ -108,7 +113,7 @@ QVariant LogModel::data(const QModelIndex& index, int role) const
     case WaitingRole:
         return !line.record.isEmpty();
     case Qt::AccessibleTextRole:
-        return line.record.isEmpty() ? line.text : line.text + u' ' + m_waiting;
+        return Spoken(line);
     case Qt::ToolTipRole:
         return line.marked ? m_waiting : QVariant();
     case Qt::FontRole:
@@ -132,6 +137,21 @@ QVariant LogModel::headerData(int section, Qt::Orientation orientation, int role
 QIcon LogModel::Icon(const QString& key) const
 {
     const auto known = m_icons.constFind(key);
-    return known != m_icons.constEnd() ? *known
-                                       : *m_icons.insert(key, IsPictureOfLine(key) ? LoadIcon(key) : QIcon());
+    return known != m_icons.constEnd()
+               ? *known
+               : *m_icons.insert(key, m_pictures.contains(key) ? LoadIcon(key) : QIcon());
+}
+
+// The line with what its pictures and its type say to the eye.
+QString LogModel::Spoken(const LogLine& line) const
+{
+    QStringList parts;
+    if (line.emergency)
+        parts += m_emergency;
+    parts += m_pictures.value(line.iconKey);
+    parts += line.text.trimmed();
+    if (!line.record.isEmpty())
+        parts += m_waiting;
+    parts.removeAll(QString());
+    return parts.join(u' ');
 }

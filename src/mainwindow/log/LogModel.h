@@ -6,6 +6,8 @@
 #include <deque>
 #include <vector>
 
+struct IStringSource;
+
 // One line of the message log.
 struct LogLine {
     QString text;
@@ -25,8 +27,7 @@ class LogModel : public QAbstractListModel {
 public:
     enum Role { TagRole = Qt::UserRole, IconKeyRole, EmergencyRole };
 
-    // `waiting`: what is said of a line whose record is not on a disk.
-    LogModel(const QString& caption, const QString& waiting, QObject* parent);
+    LogModel(const IStringSource& strings, QObject* parent);
 
     void Append(const LogLine& line);
     void RemoveFirst(); // does nothing without a line
@@ -43,10 +44,13 @@ public:
 
 private:
     QIcon Icon(const QString& key) const;
+    QString Spoken(const LogLine& line) const;
     void Tell(std::size_t row);
 
     QString m_caption;
-    QString m_waiting;
+    QString m_waiting; // what is said of a line whose record is not on a disk
+    QString m_emergency;
+    QHash<QString, QString> m_pictures; // by the key of each, what it says
     std::deque<LogLine> m_lines;
     mutable QHash<QString, QIcon> m_icons; // filled on demand
 };

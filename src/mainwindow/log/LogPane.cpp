@@ -49,8 +49,7 @@ std::optional<LogDataView> DataViewOf(const QString& stored)
 LogPane::LogPane(const Parts& parts, QWidget* parent)
     : QWidget(parent),
       m_parts(parts),
-      m_model(new LogModel(parts.strings.LoadString(MainText::LogColumn),
-                           parts.strings.LoadString(MainText::RecordNotStored), this)),
+      m_model(new LogModel(parts.strings, this)),
       lvLog(new LogList(*m_model, this)),
       m_cover(NewPaneCover(parts.strings, this)),
       m_notice(new ListNotice(QStringLiteral("logNotice"), this)),

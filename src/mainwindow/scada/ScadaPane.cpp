@@ -119,6 +119,7 @@ QWidget* ScadaPane::NewContent()
     area->setFrameShape(QFrame::NoFrame);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus); // what is in it scrolls it
     m_content = new QWidget;
     m_content->setMinimumWidth(1); // narrower than its captions rather than scrolled sideways
     area->setWidget(m_content);
