@@ -7,6 +7,7 @@
 #include "core/base/ProgramLog.h"
 #include "core/desktop/Prompt.h"
 #include "core/desktop/ShowModal.h"
+#include "core/session/DbSession.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
 #include "core/widgets/Captions.h"
@@ -14,6 +15,9 @@
 #include "core/widgets/ListHelpers.h"
 #include "core/widgets/PlainIconDelegate.h"
 #include "core/widgets/PlainKey.h"
+#include "dao/tables/AddressTable.h"
+#include "exchange/DirectoryImport.h"
+#include "exchange/TableExchange.h"
 #include "ui_frmAddressManager.h"
 
 #include <QHeaderView>
@@ -23,6 +27,21 @@
 namespace {
 
 constexpr int ListLines = 18;
+
+ExchangedTable ExchangedDirectory(const AdminServices& services)
+{
+    const auto import = [services](CsvTable table, bool) {
+        return std::make_unique<DirectoryImport>(
+            services.session.Database(), std::move(table),
+            DirectoryImport::AddressingOf(services.session, services.strings), services.strings);
+    };
+    return {
+        .name = dao::AddressTable::Table,
+        .file = QStringLiteral("directory.csv"),
+        .columns = DirectoryImport::Columns(),
+        .import = import,
+        .text = [services](int& count) { return DirectoryImport::Text(services.session.Database(), count); }};
+}
 
 } // namespace
 
@@ -58,6 +77,8 @@ void frmAddressManager::ConnectControls()
     connect(m_ui->Command2, &QPushButton::clicked, this, addTalkgroup);
     connect(m_ui->cmdEdit, &QPushButton::clicked, this, &frmAddressManager::EditSelected);
     connect(m_ui->Command4, &QPushButton::clicked, this, &frmAddressManager::DeleteSelected);
+    connect(m_ui->cmdImport, &QPushButton::clicked, this, &frmAddressManager::Import);
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, &frmAddressManager::Export);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(new QShortcut(Qt::CTRL | Qt::Key_I, this), &QShortcut::activated, this, addIndividual);
     connect(new QShortcut(Qt::CTRL | Qt::Key_G, this), &QShortcut::activated, this, addTalkgroup);
@@ -155,6 +176,21 @@ void frmAddressManager::DeleteSelected()
         m_directoryChanged = true;
     if (m_directoryChanged)
         ReloadDir();
+}
+
+void frmAddressManager::Import()
+{
+    const ExchangeServices services{m_services.session, m_services.prompt, m_services.strings};
+    if (!TableExchange::Import(services, ExchangedDirectory(m_services), *this))
+        return;
+    m_directoryChanged = true;
+    ReloadDir();
+}
+
+void frmAddressManager::Export()
+{
+    TableExchange::Export({m_services.session, m_services.prompt, m_services.strings},
+                          ExchangedDirectory(m_services), *this);
 }
 
 // The main window's lists are up to date before this window makes way for them.

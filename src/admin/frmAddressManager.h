@@ -38,6 +38,8 @@ private:
     void SortBy(int column);
     void EditSelected();
     void DeleteSelected();
+    void Import();
+    void Export();
     void Edit(void (frmAddressEditor::*prepare)());
     void Run(frmAddressEditor& editor);
     bool HandleKey(QObject* watched, const QKeyEvent& key);

@@ -15,6 +15,8 @@
 #include "dao/Workspace.h"
 #include "dao/tables/RegistryTable.h"
 #include "dao/tables/StatusTable.h"
+#include "exchange/StatusImport.h"
+#include "exchange/TableExchange.h"
 #include "ui_frmStatusEditor.h"
 
 #include <QKeyEvent>
@@ -28,6 +30,20 @@ constexpr int FieldWidth = 44; // characters
 const QString InUse = QStringLiteral("on_off_duty");
 const QString OnDuty = QStringLiteral("radio_onduty");
 const QString OffDuty = QStringLiteral("radio_offduty");
+
+ExchangedTable ExchangedStati(const AdminServices& services)
+{
+    const auto import = [services](CsvTable table, bool) {
+        return std::make_unique<StatusImport>(services.session.Database(), std::move(table),
+                                              services.strings);
+    };
+    return {
+        .name = dao::StatusTable::Table,
+        .file = QStringLiteral("status.csv"),
+        .columns = StatusImport::Columns(),
+        .import = import,
+        .text = [services](int& count) { return StatusImport::Text(services.session.Database(), count); }};
+}
 
 } // namespace
 
@@ -92,6 +108,8 @@ void frmStatusEditor::ConnectControls()
     connect(m_ui->Command4, &QPushButton::clicked, this, &frmStatusEditor::EditText);
     connect(m_ui->Command5, &QPushButton::clicked, this, &frmStatusEditor::Delete);
     connect(m_ui->cmdApplyDuty, &QPushButton::clicked, this, &frmStatusEditor::ApplyDuty);
+    connect(m_ui->cmdImport, &QPushButton::clicked, this, &frmStatusEditor::Import);
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, &frmStatusEditor::Export);
     connect(m_ui->Command2, &QPushButton::clicked, this, &QDialog::reject);
 }
 
@@ -234,6 +252,22 @@ void frmStatusEditor::ApplyDuty()
                                            {OnDuty, m_ui->cmbOnDuty->currentText()},
                                            {OffDuty, m_ui->cmbOffDuty->currentText()}});
     });
+}
+
+void frmStatusEditor::Import()
+{
+    const ExchangeServices services{m_services.session, m_services.prompt, m_services.strings};
+    if (!TableExchange::Import(services, ExchangedStati(m_services), *this))
+        return;
+    FillList();
+    ShowCode();
+    Q_EMIT StatiChanged();
+}
+
+void frmStatusEditor::Export()
+{
+    TableExchange::Export({m_services.session, m_services.prompt, m_services.strings},
+                          ExchangedStati(m_services), *this);
 }
 
 bool frmStatusEditor::eventFilter(QObject* watched, QEvent* event)

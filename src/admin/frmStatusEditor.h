@@ -44,6 +44,8 @@ private:
     void Set();
     void Delete();
     void ApplyDuty();
+    void Import();
+    void Export();
     // Returns the stored message of a code and makes it current; nothing when there is none.
     std::optional<dao::StatusRecord> Seek(int code);
     bool HandleKey(QObject* watched, const QKeyEvent& key);

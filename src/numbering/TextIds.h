@@ -35,4 +35,10 @@ constexpr int NotesTooLong = 5702;
 constexpr int RadioHasNoUnits = 5703;
 constexpr int RadioHasNoGroups = 5704;
 
+// A fleet plan from a file
+constexpr int UnknownType = 7253;
+constexpr int NotANumber = 7254;
+constexpr int NameTwice = 7255;
+constexpr int RemoveOthers = 7224;
+
 } // namespace NumberingText

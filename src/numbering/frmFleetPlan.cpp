@@ -8,6 +8,9 @@
 #include "core/widgets/Captions.h"
 #include "core/widgets/ListHelpers.h"
 #include "dao/base/Error.h"
+#include "exchange/TableExchange.h"
+#include "numbering/FleetImport.h"
+#include "numbering/FleetPlanFile.h"
 #include "numbering/TextIds.h"
 #include "radio/facade/Map27Executive.h"
 #include "radio/line/Map27Control.h"
@@ -22,6 +25,27 @@ namespace {
 constexpr int ShortestNumber = 2; // digits; the first entry of the list of digits
 constexpr int NotesLines = 3;
 constexpr int ListWidth = 28; // characters
+
+ExchangedTable ExchangedPlan(const NumberingServices& services)
+{
+    const auto import = [services](CsvTable table, bool removeOthers) {
+        return std::make_unique<FleetImport>(
+            services.session.Database(), std::move(table),
+            removeOthers ? FleetImport::Others::Remove : FleetImport::Others::Stay, services.strings);
+    };
+    const auto text = [services](int& count) {
+        const std::vector<FleetRecord> plan = FleetPlanTable(services.session.Database()).Read();
+        count = static_cast<int>(plan.size());
+        return FormatFleetPlan(plan);
+    };
+    return {.name = QStringLiteral("fleet"),
+            .file = QStringLiteral("fleets.csv"),
+            .columns = FleetPlanColumns(),
+            .import = import,
+            .text = text,
+            .optionText = NumberingText::RemoveOthers,
+            .mayLeaveOut = false};
+}
 
 } // namespace
 
@@ -76,6 +100,8 @@ void frmFleetPlan::ConnectButtons()
     connect(m_ui->cmdSave, &QPushButton::clicked, this, &frmFleetPlan::Save);
     connect(m_ui->cmdUndo, &QPushButton::clicked, this, &frmFleetPlan::Undo);
     connect(m_ui->cmdDelete, &QPushButton::clicked, this, &frmFleetPlan::Delete);
+    connect(m_ui->cmdImport, &QPushButton::clicked, this, &frmFleetPlan::Import);
+    connect(m_ui->cmdExport, &QPushButton::clicked, this, &frmFleetPlan::Export);
     connect(m_ui->cmdClose, &QPushButton::clicked, this, &QDialog::reject);
     connect(
         m_ui->cmdAskUnitNumbering, &QPushButton::clicked, this, [this] { AskNumbering(Request::Units); });
@@ -216,6 +242,21 @@ void frmFleetPlan::Delete()
         ClearFields();
         m_ui->lstPlan->setFocus();
     });
+}
+
+void frmFleetPlan::Import()
+{
+    const ExchangeServices services{m_services.session, m_services.prompt, m_services.strings};
+    if (!TableExchange::Import(services, ExchangedPlan(m_services), *this))
+        return;
+    New();
+    Attempt([this] { LoadList(); });
+}
+
+void frmFleetPlan::Export()
+{
+    TableExchange::Export({m_services.session, m_services.prompt, m_services.strings},
+                          ExchangedPlan(m_services), *this);
 }
 
 void frmFleetPlan::SelectionChanged()

@@ -49,6 +49,8 @@ private:
     void Undo();
     void Save();
     void Delete();
+    void Import();
+    void Export();
     void SelectionChanged();
     void Select(const QString& name);
     std::optional<QString> SelectedName() const;

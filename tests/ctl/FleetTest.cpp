@@ -38,14 +38,17 @@ TEST_F(Fleet, ARefusedRowImportsNothing)
         {"units,2,1,2,71,,\n", "line 3: Please enter the name of fleet."},
         {"units,3,1,2,72,Odd,\n", "line 3: Please enter correct fleet size"},
         {"units,3,0,70,79,Other,\n", "line 3: Fleet 200/2035 overlaps fleet 200/2001."},
-        {harbour.chopped(1) + "x\n" + harbour, "line 4: Fleet 201/2510 overlaps"},
+        {harbour + "units,3,1,1020,1089,Haven,\n", "line 4: Fleet 201/2510 overlaps"},
         {harbour + "units,2,5,2,71,Harbour,\n", "line 4: the fleet name \"Harbour\" comes twice"},
         {"units,2,1,2,71," + QByteArray(65, 'n') + ",\n", "line 3: The name of a fleet can have up to 64"},
         {"units,2,1,2,71,N," + QByteArray(256, 'n') + "\n",
          "line 3: The comments of a fleet can have up to 255"},
     };
     for (const auto& [row, reason] : refused) {
-        ExpectFailure(ImportRows("groups,2,9,7000,7009,Good,\n" + row), reason);
+        const CtlRun run = ImportRows("groups,2,9,7000,7009,Good,\n" + row);
+        EXPECT_EQ(run.code, 1);
+        EXPECT_TRUE(run.err.contains(reason)) << run.err.toStdString() << " lacks " << reason.toStdString();
+        EXPECT_TRUE(run.err.contains("nothing was imported")) << run.err.toStdString();
         EXPECT_EQ(Exported("fleet"), headings + city);
     }
 }

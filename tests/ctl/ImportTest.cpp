@@ -37,8 +37,9 @@ TEST_F(Importing, WhatWasExportedComesBackExactly)
     EXPECT_TRUE(Exported("directory").contains("individual,unit20,200200122,"));
     EXPECT_TRUE(Exported("directory").contains("talkgroup,Night,"));
 
-    const QByteArray stati = "code,in,out\n0,,\n5,Arrived,\"Go, now\"\n31,Ende,Schluß\n";
+    const QByteArray stati = "code,in,out,emergency\n0,,,no\n5,Arrived,\"Go, now\",yes\n31,Ende,Schluß,no\n";
     EXPECT_EQ(Import("status", stati).code, 0);
+    EXPECT_EQ(Import("status", "code,in,out\n31,Ende,Schluß\n").code, 0);
     EXPECT_EQ(Exported("status"), stati);
 }
 
@@ -72,7 +73,7 @@ TEST_F(Importing, EveryBadLineIsToldAndNothingIsStoredUnlessLeftOut)
     run = Import("status",
                  "code,in,out\n32,a,b\n-1,a,b\nx,a,b\n3,a,b\n3,c,d\n4," + QByteArray(256, 'x') + ",\n");
     EXPECT_TRUE(run.err.contains("5 of 6 lines are bad")) << run.err.toStdString();
-    EXPECT_EQ(Exported("status"), "code,in,out\n");
+    EXPECT_EQ(Exported("status"), "code,in,out,emergency\n");
 }
 
 TEST_F(Importing, OperatorsExportButDoNotImport)

@@ -3,12 +3,13 @@
 #include "core/texts/CsvLine.h"
 #include "core/texts/Errors.h"
 #include "core/texts/StringSource.h"
-#include "ctl/files/CsvReader.h"
-#include "ctl/files/CsvTable.h"
-#include "ctl/files/FleetPlanFile.h"
 #include "ctl/files/OwnNumberingFile.h"
+#include "exchange/CsvReader.h"
+#include "exchange/CsvTable.h"
+#include "exchange/InputFile.h"
 #include "fuzz/Input.h"
 #include "fuzz/ScratchFile.h"
+#include "numbering/FleetPlanFile.h"
 
 namespace {
 
@@ -28,15 +29,14 @@ template <typename Read> void Try(Read read)
 // Written again, a table holds the same; a record of nothing but blanks is a blank line.
 void CheckCsv(ScratchFile& file)
 {
-    const QList<CsvRecord> records = ReadCsvFile(file.Name());
+    const AnyText strings;
+    const QList<CsvRecord> records = ReadCsv(file.Name(), ReadInputFile(file.Name()), strings);
     QString again = CsvLine({QStringLiteral("heading")});
     for (const CsvRecord& record : records) {
         MUST_HOLD(record.line >= 1 && !record.fields.isEmpty());
         again += CsvLine(record.fields);
     }
-    ScratchFile second;
-    second.Fill(again.toUtf8());
-    const QList<CsvRecord> read = ReadCsvFile(second.Name());
+    const QList<CsvRecord> read = ReadCsv(file.Name(), again.toUtf8(), strings);
     MUST_HOLD(read.size() == records.size() + 1);
     for (qsizetype i = 0; i < records.size(); ++i)
         MUST_HOLD(read[i + 1].fields == records[i].fields);
@@ -65,7 +65,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     static ScratchFile file;
     file.Fill({reinterpret_cast<const char*>(data), static_cast<qsizetype>(size)});
     Try([] { CheckCsv(file); });
-    Try([] { CsvTable(file.Name(), {QStringLiteral("number"), QStringLiteral("text")}); });
+    Try([] {
+        CsvTable::Read(file.Name(),
+                       {.needed = {QStringLiteral("number")}, .optional = {QStringLiteral("text")}},
+                       AnyText());
+    });
     Try([] { CheckFleetPlan(file); });
     Try([] { ReadOwnNumbering(file.Name()); });
     return 0;

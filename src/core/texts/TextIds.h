@@ -97,5 +97,8 @@ constexpr int SoundOf = 6353;
 constexpr int SoundTuneOf = 6354;
 constexpr int SoundVolumeOf = 6355;
 constexpr int SoundTestOf = 6356;
+constexpr int TableFiles = 7218;
+constexpr int SelectTableCaption = 7219;
+constexpr int NewTableCaption = 7220;
 
 } // namespace CoreText

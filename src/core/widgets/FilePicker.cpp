@@ -16,22 +16,40 @@ QString Filter(const IStringSource& strings, int textId, const QString& suffix)
         .arg(strings.LoadString(textId), suffix, strings.LoadString(CoreText::AllFiles));
 }
 
+// What is said of the files of a kind.
+struct FileWords {
+    QString suffix;
+    int files;
+    int newCaption;
+    int caption;
+};
+
+FileWords WordsOf(FilePicker::Kind kind)
+{
+    switch (kind) {
+    case FilePicker::Kind::Workgroup:
+        return {"kynw", CoreText::WorkgroupFiles, CoreText::NewDatabaseCaption,
+                CoreText::SelectWorkgroupCaption};
+    case FilePicker::Kind::Table:
+        return {"csv", CoreText::TableFiles, CoreText::NewTableCaption, CoreText::SelectTableCaption};
+    case FilePicker::Kind::Database:
+        break;
+    }
+    return {"kyndb", CoreText::DatabaseFiles, CoreText::NewDatabaseCaption, CoreText::SelectDatabaseCaption};
+}
+
 } // namespace
 
 QString FilePicker::Pick(const IStringSource& strings, QWidget* parent) const
 {
-    const bool database = kind == Kind::Database;
-    const QString suffix = database ? "kyndb" : "kynw";
-    const int caption = newFile
-                            ? CoreText::NewDatabaseCaption
-                            : (database ? CoreText::SelectDatabaseCaption : CoreText::SelectWorkgroupCaption);
+    const FileWords words = WordsOf(kind);
+    const int caption = newFile ? words.newCaption : words.caption;
     QFileDialog dialog(parent, strings.LoadString(caption));
     dialog.setObjectName("fileDialog");
-    dialog.setNameFilter(
-        Filter(strings, database ? CoreText::DatabaseFiles : CoreText::WorkgroupFiles, suffix));
+    dialog.setNameFilter(Filter(strings, words.files, words.suffix));
     dialog.setAcceptMode(newFile ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(newFile ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix(suffix);
+    dialog.setDefaultSuffix(words.suffix);
     // The desktop's own dialog would be hidden behind a call's window.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     UsePlainFileIcons(dialog);

@@ -7,7 +7,7 @@ struct IStringSource;
 
 // Lets the operator pick a file in a dialog (object name "fileDialog").
 struct FilePicker {
-    enum class Kind { Database, Workgroup };
+    enum class Kind { Database, Workgroup, Table };
 
     Kind kind;
     bool newFile = false; // names a file to be made, else an existing one

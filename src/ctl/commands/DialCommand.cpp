@@ -1,10 +1,10 @@
 #include "addressing/CreateAddressing.h"
 #include "core/texts/Errors.h"
-#include "ctl/files/FleetPlanFile.h"
-#include "ctl/files/InputFile.h"
+#include "ctl/files/InputLine.h"
 #include "ctl/files/OwnNumberingFile.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
+#include "numbering/FleetPlanFile.h"
 #include "radio/base/AddressingText.h"
 
 #include <QJsonArray>

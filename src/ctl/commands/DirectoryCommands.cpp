@@ -1,18 +1,14 @@
 // The commands "directory export" and "directory import".
 
-#include "addressing/CreateAddressing.h"
 #include "core/session/DatabaseChanges.h"
 #include "core/session/DbSession.h"
-#include "core/session/Registry.h"
 #include "core/session/SessionMemory.h"
-#include "core/texts/CsvLine.h"
 #include "ctl/commands/AccountOptions.h"
-#include "ctl/commands/DirectoryImport.h"
 #include "ctl/commands/ImportRun.h"
-#include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
 #include "dao/Workspace.h"
-#include "radio/facade/FleetDataSource.h"
+#include "exchange/DirectoryImport.h"
+#include "exchange/OutputFile.h"
 
 namespace {
 
@@ -42,47 +38,20 @@ int Export(const Request& request)
 {
     const QString path = ImportRun::FileOf(request);
     const auto workspace = ImportRun::Open(request);
-    QString text = CsvLine(DirectoryImport::Columns());
     int count = 0;
-    for (const dao::EntryKind kind : {dao::EntryKind::Individual, dao::EntryKind::Talkgroup})
-        for (auto rows = dao::AddressTable::OpenSnapshot(workspace->Database(), kind); !rows->Eof();
-             rows->MoveNext(), ++count)
-            text += CsvLine(DirectoryImport::FieldsOf(dao::AddressTable::Read(*rows)));
-    WriteNewFile(path, text);
+    WriteNewFile(path, DirectoryImport::Text(workspace->Database(), count));
     Console::Print(QStringLiteral("Exported %1 lines").arg(count));
     return exitOk;
 }
 
-// The conversion of the numbering that the database is configured for; null when it is not.
-std::unique_ptr<MptAddressing> AddressingOf(dao::Workspace& workspace, const IStringSource& strings)
-{
-    WorkspaceSession session(workspace);
-    FleetDataSource source(session, strings);
-    const QString code = RegistryGet(session, "subscriber_numbering", "MPT1343");
-    auto addressing = CreateAddressing(code.toStdString());
-    try {
-        if (addressing)
-            addressing->SetConfigSource(source, source);
-        return addressing;
-    } catch (const std::exception&) {
-        return nullptr;
-    }
-}
-
 int Import(const Request& request)
 {
-    const CsvTable table(ImportRun::FileOf(request), DirectoryImport::Columns());
+    CsvTable table = CsvTable::Read(ImportRun::FileOf(request), DirectoryImport::Columns(), request.strings);
     const auto workspace = ImportRun::Open(request);
-    auto addressing = AddressingOf(*workspace, request.strings);
-    if (!addressing)
-        Console::PrintError(
-            "veltorkynctl: warning: the numbering is not configured, so addresses are not checked");
-    DirectoryImport import(workspace->Database(), std::move(addressing), request.strings);
-    for (const CsvTable::Row& row : table.Rows())
-        import.Announce(row.fields);
-    return ImportRun::Run(
-        request, *workspace, table, [&](const CsvTable::Row& row) { return import.Check(row.fields); },
-        [&] { import.Store(); });
+    WorkspaceSession session(*workspace);
+    DirectoryImport import(workspace->Database(), std::move(table),
+                           DirectoryImport::AddressingOf(session, request.strings), request.strings);
+    return ImportRun::Run(request, *workspace, import);
 }
 
 } // namespace

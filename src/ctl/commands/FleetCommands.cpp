@@ -1,14 +1,11 @@
 // The commands "fleet export" and "fleet import".
 
-#include "core/texts/Errors.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/ImportRun.h"
-#include "ctl/files/CsvReader.h"
-#include "ctl/files/FleetPlanFile.h"
-#include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
-#include "dao/Transaction.h"
-#include "numbering/FleetPlanTable.h"
+#include "exchange/OutputFile.h"
+#include "numbering/FleetImport.h"
+#include "numbering/FleetPlanFile.h"
 
 #include <algorithm>
 
@@ -27,92 +24,26 @@ int Export(const Request& request)
     return exitOk;
 }
 
-auto Named(const QString& name)
-{
-    return [name](const FleetRecord& record) { return record.name == name; };
-}
-
-// The plan with the rows of the file in it, each in the place of the one with its name.
-std::vector<FleetRecord> Merged(std::vector<FleetRecord> plan, const std::vector<FleetPlanRow>& rows,
-                                const QString& path)
-{
-    QStringList names;
-    for (const FleetPlanRow& row : rows) {
-        const QString& name = row.record.name;
-        if (names.contains(name) && !name.isEmpty())
-            RaiseLineError(path, row.line, QStringLiteral("the fleet name \"%1\" comes twice").arg(name));
-        names.append(name);
-        const auto same = std::find_if(plan.begin(), plan.end(), Named(name));
-        if (same == plan.end())
-            plan.push_back(row.record);
-        else
-            *same = row.record;
-    }
-    return plan;
-}
-
-// Every row of the file has to pass the checks of the plan's editor, against the whole new plan.
-void CheckRows(const std::vector<FleetRecord>& plan, const std::vector<FleetPlanRow>& rows,
-               FleetPlanContext context, const Request& request)
-{
-    for (const FleetPlanRow& row : rows) {
-        context.others = plan;
-        std::erase_if(context.others, Named(row.record.name));
-        if (const auto refusal = CheckFleetEntry(ToEntry(row.record), context, request.strings))
-            RaiseLineError(FileOf(request), row.line, refusal->text);
-    }
-}
-
-struct ImportCounts {
-    int added = 0;
-    int changed = 0;
-    int removed = 0;
-};
-
-ImportCounts ImportRows(dao::Database& database, const std::vector<FleetPlanRow>& rows,
-                        const Request& request)
-{
-    ImportCounts counts;
-    FleetPlanTable table(database);
-    FleetPlanContext context = table.ContextFor(std::nullopt);
-    const std::vector<FleetRecord> before = context.others;
-    const bool replace = request.options.isSet("replace");
-    CheckRows(Merged(replace ? std::vector<FleetRecord>() : before, rows, FileOf(request)), rows, context,
-              request);
-    for (const FleetRecord& record : before) {
-        const bool inFile = std::any_of(rows.begin(), rows.end(), [&](const FleetPlanRow& row) {
-            return row.record.name == record.name;
-        });
-        if (replace && !inFile) {
-            table.Delete(record.name);
-            ++counts.removed;
-        }
-    }
-    for (const FleetPlanRow& row : rows) {
-        if (std::any_of(before.begin(), before.end(), Named(row.record.name))) {
-            table.Change(row.record.name, row.record);
-            ++counts.changed;
-        } else {
-            table.Add(row.record);
-            ++counts.added;
-        }
-    }
-    return counts;
-}
-
-// All rows or none.
+// All fleets or none.
 int Import(const Request& request)
 {
-    const std::vector<FleetPlanRow> rows = ReadFleetPlan(FileOf(request), request.strings);
+    CsvTable table = CsvTable::Read(FileOf(request), FleetPlanColumns(), request.strings);
     const auto workspace = Open(request);
-    dao::Transaction transaction(*workspace);
-    const ImportCounts counts = ImportRows(workspace->Database(), rows, request);
-    transaction.Commit();
+    const auto others =
+        request.options.isSet("replace") ? FleetImport::Others::Remove : FleetImport::Others::Stay;
+    FleetImport import(workspace->Database(), std::move(table), others, request.strings);
+    const std::vector<ImportLine> lines = ImportRun::Run(request, *workspace, import, false);
+    const auto count = [&](ImportOutcome outcome) {
+        return std::count_if(lines.begin(), lines.end(),
+                             [&](const ImportLine& line) { return line.outcome == outcome; });
+    };
+    const auto added = count(ImportOutcome::Added);
+    const auto replaced = count(ImportOutcome::Changed) + count(ImportOutcome::Unchanged);
     Console::Print(QStringLiteral("Imported %1 fleets: %2 new, %3 replaced, %4 removed")
-                       .arg(rows.size())
-                       .arg(counts.added)
-                       .arg(counts.changed)
-                       .arg(counts.removed));
+                       .arg(added + replaced)
+                       .arg(added)
+                       .arg(replaced)
+                       .arg(count(ImportOutcome::Removed)));
     return exitOk;
 }
 

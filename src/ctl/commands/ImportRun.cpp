@@ -1,10 +1,14 @@
 #include "ctl/commands/ImportRun.h"
 
 #include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/PasswordReader.h"
 #include "ctl/program/Console.h"
 #include "dao/Transaction.h"
+#include "exchange/TextIds.h"
+
+#include <algorithm>
 
 namespace ImportRun {
 
@@ -33,29 +37,38 @@ std::unique_ptr<dao::Workspace> Open(const Request& request)
     return AccountOptions::OpenAs(request.options.value("as"), request, passwords);
 }
 
-int Run(const Request& request, dao::Workspace& workspace, const CsvTable& table,
-        const std::function<QString(const CsvTable::Row&)>& check, const std::function<void()>& store)
+std::vector<ImportLine> Run(const Request& request, dao::Workspace& workspace, TableImport& import,
+                            bool leaveOutBad)
 {
-    // Locked from here on, so that the rows are stored into what they were checked against.
+    // Locked from here on, so that the lines are stored into what they were checked against.
     dao::Transaction transaction(workspace);
+    if (const QString notice = import.Notice(); !notice.isEmpty())
+        Console::PrintError(QStringLiteral("veltorkynctl: %1").arg(notice));
+    const std::vector<ImportLine> lines = import.Check();
     int bad = 0;
-    for (const CsvTable::Row& row : table.Rows()) {
-        const QString problem = row.fields.isEmpty()
-                                    ? QStringLiteral("another number of fields than the heading has")
-                                    : check(row);
-        if (problem.isEmpty())
+    for (const ImportLine& line : lines) {
+        if (line.outcome != ImportOutcome::Refused)
             continue;
         ++bad;
-        Console::PrintError(
-            QStringLiteral("%1, line %2: %3").arg(FileOf(request)).arg(row.line).arg(problem));
+        Console::PrintError(FormatMessage(request.strings, ExchangeText::ProblemOfLine,
+                                          {FileOf(request), QString::number(line.line), line.reason}));
     }
-    if (bad > 0 && !request.options.isSet("skip-bad"))
+    if (bad > 0 && !leaveOutBad)
         throw Error(
             ErrorCode::General,
-            QStringLiteral("%1 of %2 lines are bad, nothing was imported").arg(bad).arg(table.Rows().size()));
-    store();
+            QStringLiteral("%1 of %2 lines are bad, nothing was imported").arg(bad).arg(lines.size()));
+    import.Store();
     transaction.Commit();
-    QString done = QStringLiteral("Imported %1 lines").arg(table.Rows().size() - bad);
+    return lines;
+}
+
+int Run(const Request& request, dao::Workspace& workspace, TableImport& import)
+{
+    const std::vector<ImportLine> lines = Run(request, workspace, import, request.options.isSet("skip-bad"));
+    const auto bad = std::count_if(lines.begin(), lines.end(), [](const ImportLine& line) {
+        return line.outcome == ImportOutcome::Refused;
+    });
+    QString done = QStringLiteral("Imported %1 lines").arg(static_cast<qsizetype>(lines.size()) - bad);
     if (bad > 0)
         done += QStringLiteral(", left out %1").arg(bad);
     Console::Print(done);

@@ -1,10 +1,9 @@
 #pragma once
 
-#include "ctl/files/CsvTable.h"
 #include "ctl/program/Command.h"
 #include "dao/Workspace.h"
+#include "exchange/TableImport.h"
 
-#include <functional>
 #include <memory>
 
 // What the commands "... export" and "... import" share: options, the checking of all lines before any is
@@ -19,10 +18,11 @@ QString FileOf(const Request& request);
 // The database TARGET with the account that does it.
 std::unique_ptr<dao::Workspace> Open(const Request& request);
 
-// Checks every row: `check` gives the reason why one cannot be imported, empty when it can. Reports each bad
-// row with its line. Without --skip-bad one bad row ends in Error and nothing is stored. Then stores the good
-// rows, all or none, and returns the exit code.
-int Run(const Request& request, dao::Workspace& workspace, const CsvTable& table,
-        const std::function<QString(const CsvTable::Row&)>& check, const std::function<void()>& store);
+// Checks every line and reports each bad one. Unless bad ones are to be left out, one of them ends in Error
+// and nothing is stored. Then stores the good lines, all or none, and returns what was done with each.
+std::vector<ImportLine> Run(const Request& request, dao::Workspace& workspace, TableImport& import,
+                            bool leaveOutBad);
+// The same for the commands that have --skip-bad; says how many lines there were. Returns the exit code.
+int Run(const Request& request, dao::Workspace& workspace, TableImport& import);
 
 } // namespace ImportRun

@@ -8,11 +8,11 @@
 #include "core/texts/Errors.h"
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/PasswordReader.h"
-#include "ctl/files/InputFile.h"
-#include "ctl/files/OutputFile.h"
 #include "ctl/program/Command.h"
 #include "ctl/program/Console.h"
 #include "dao/tables/EventTable.h"
+#include "exchange/InputFile.h"
+#include "exchange/OutputFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,7 +1,7 @@
 #include "ctl/commands/PasswordReader.h"
 
 #include "core/texts/Errors.h"
-#include "ctl/files/InputFile.h"
+#include "ctl/files/InputLine.h"
 
 #include <csignal>
 #include <fcntl.h>

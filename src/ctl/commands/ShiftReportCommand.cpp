@@ -3,8 +3,8 @@
 #include "ctl/commands/AccountOptions.h"
 #include "ctl/commands/LogOptions.h"
 #include "ctl/commands/PasswordReader.h"
-#include "ctl/files/OutputFile.h"
 #include "ctl/program/Console.h"
+#include "exchange/OutputFile.h"
 #include "logbook/query/LogLines.h"
 #include "logbook/query/ShiftLines.h"
 

@@ -2,8 +2,7 @@
 
 #include "addressing/RadioAddress.h"
 #include "core/texts/Errors.h"
-#include "ctl/files/CsvReader.h"
-#include "ctl/files/InputFile.h"
+#include "exchange/InputFile.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -56,7 +55,10 @@ RadioNumbering ReadOwnNumbering(const QString& path)
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (error.error != QJsonParseError::NoError)
-        RaiseLineError(path, static_cast<int>(bytes.left(error.offset).count('\n')) + 1, error.errorString());
+        throw Error(ErrorCode::General, QStringLiteral("%1, line %2: %3")
+                                            .arg(path)
+                                            .arg(bytes.left(error.offset).count('\n') + 1)
+                                            .arg(error.errorString()));
     if (!document.isObject())
         throw Error(ErrorCode::General, QStringLiteral("%1: this is not a JSON object").arg(path));
     RadioNumbering numbering;

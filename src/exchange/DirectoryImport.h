@@ -2,6 +2,8 @@
 
 #include "addressing/MptAddressing.h"
 #include "dao/tables/AddressTable.h"
+#include "exchange/CsvTable.h"
+#include "exchange/TableImport.h"
 
 #include <QHash>
 #include <QString>
@@ -9,25 +11,26 @@
 #include <memory>
 #include <vector>
 
+struct IDbSession;
 struct IStringSource;
 
 // Entries of the address directory from a file: each is checked against the directory and the lines before
 // it, then all are stored. An entry takes the place of the one with its callsign.
-class DirectoryImport {
+class DirectoryImport : public TableImport {
 public:
-    static QStringList Columns();
-    static QStringList FieldsOf(const dao::AddressRecord& entry);
+    static CsvTable::Columns Columns();
+    // The directory as such a file holds it; counts its entries.
+    static QString Text(dao::Database& database, int& count);
+    // The conversion of the numbering that the database is configured for; null when it is not.
+    static std::unique_ptr<MptAddressing> AddressingOf(IDbSession& session, const IStringSource& strings);
 
     // Addresses are checked with the database's numbering; without a usable one only their length is.
-    DirectoryImport(dao::Database& database, std::unique_ptr<MptAddressing> addressing,
+    DirectoryImport(dao::Database& database, CsvTable table, std::unique_ptr<MptAddressing> addressing,
                     const IStringSource& strings);
 
-    // Announces a line: the address of its entry may pass to another one. All lines are announced before the
-    // first is checked.
-    void Announce(const QStringList& fields);
-    // Why the fields of a line cannot be imported; empty when they can, and are then remembered.
-    QString Check(const QStringList& fields);
-    void Store();
+    std::vector<ImportLine> Check() override;
+    void Store() override;
+    QString Notice() const override;
 
 private:
     struct Known {
@@ -36,6 +39,9 @@ private:
     };
 
     void ReadDirectory();
+    void Announce(const QStringList& fields);
+    ImportLine CheckRow(const CsvTable::Row& row);
+    QString TooLong(const QString& field, const QString& text) const;
     QString Prepare(const QStringList& fields, dao::AddressRecord& entry) const;
     QString Parse(const QStringList& fields, dao::AddressRecord& entry) const;
     QString CheckFields(const dao::AddressRecord& entry) const;
@@ -44,10 +50,11 @@ private:
     void ParkIdents(dao::Recordset& rows);
 
     dao::Database& m_database;
+    CsvTable m_table;
     std::unique_ptr<MptAddressing> m_addressing;
     const IStringSource& m_strings;
     QHash<QString, Known> m_known;        // by folded callsign
     QHash<QString, QString> m_identOwner; // folded callsign of an address, as it will be after the import
-    std::vector<dao::AddressRecord> m_entries;
-    QHash<QString, bool> m_seen; // callsigns of the file, folded
+    std::vector<dao::AddressRecord> m_entries; // added and changed ones
+    QHash<QString, bool> m_seen;               // callsigns of the file, folded
 };

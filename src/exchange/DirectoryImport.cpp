@@ -1,11 +1,17 @@
-#include "ctl/commands/DirectoryImport.h"
+#include "exchange/DirectoryImport.h"
 
+#include "addressing/CreateAddressing.h"
+#include "core/session/Registry.h"
+#include "core/texts/CsvLine.h"
 #include "core/texts/Errors.h"
+#include "core/texts/FormatMessage.h"
 #include "core/texts/StringSource.h"
 #include "core/texts/Validation.h"
 #include "dao/base/TextMatch.h"
 #include "dao/tables/RegroupTable.h"
+#include "exchange/TextIds.h"
 #include "radio/base/AddressingText.h"
+#include "radio/facade/FleetDataSource.h"
 
 namespace {
 
@@ -16,22 +22,8 @@ const QString Talkgroup = QStringLiteral("talkgroup");
 const QString Yes = QStringLiteral("yes");
 const QString No = QStringLiteral("no");
 
-QString TooLong(dao::Database& database, const QString& field, const QString& text)
-{
-    const int longest = database.FieldSize(dao::AddressTable::Table, field);
-    return text.toUcs4().size() <= longest
-               ? QString()
-               : QStringLiteral("%1 has more than %2 characters").arg(field).arg(longest);
-}
-
-} // namespace
-
-QStringList DirectoryImport::Columns()
-{
-    return {"type", "callsign", "ident", "name", "note", "dynamic", "position"};
-}
-
-QStringList DirectoryImport::FieldsOf(const dao::AddressRecord& entry)
+// As a line of a file.
+QStringList FieldsOf(const dao::AddressRecord& entry)
 {
     const bool individual = entry.kind == dao::EntryKind::Individual;
     return {individual ? Individual : Talkgroup,
@@ -43,13 +35,64 @@ QStringList DirectoryImport::FieldsOf(const dao::AddressRecord& entry)
             individual ? QString() : QString::number(entry.position)};
 }
 
-DirectoryImport::DirectoryImport(dao::Database& database, std::unique_ptr<MptAddressing> addressing,
-                                 const IStringSource& strings)
+} // namespace
+
+CsvTable::Columns DirectoryImport::Columns()
+{
+    return {.needed = {"type", "callsign", "ident", "name", "note", "dynamic", "position"}, .optional = {}};
+}
+
+QString DirectoryImport::Text(dao::Database& database, int& count)
+{
+    QString text = CsvLine(Columns().needed);
+    count = 0;
+    for (const dao::EntryKind kind : {dao::EntryKind::Individual, dao::EntryKind::Talkgroup})
+        for (auto rows = dao::AddressTable::OpenSnapshot(database, kind); !rows->Eof();
+             rows->MoveNext(), ++count)
+            text += CsvLine(FieldsOf(dao::AddressTable::Read(*rows)));
+    return text;
+}
+
+std::unique_ptr<MptAddressing> DirectoryImport::AddressingOf(IDbSession& session,
+                                                             const IStringSource& strings)
+{
+    FleetDataSource source(session, strings);
+    const QString code = RegistryGet(session, "subscriber_numbering", "MPT1343");
+    auto addressing = CreateAddressing(code.toStdString());
+    try {
+        if (addressing)
+            addressing->SetConfigSource(source, source);
+        return addressing;
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+DirectoryImport::DirectoryImport(dao::Database& database, CsvTable table,
+                                 std::unique_ptr<MptAddressing> addressing, const IStringSource& strings)
     : m_database(database),
+      m_table(std::move(table)),
       m_addressing(std::move(addressing)),
       m_strings(strings)
 {
+}
+
+QString DirectoryImport::Notice() const
+{
+    return m_addressing ? QString() : m_strings.LoadString(ExchangeText::AddressesNotChecked);
+}
+
+// The address of each line's entry may pass to another line's, so all are announced before the first is
+// checked.
+std::vector<ImportLine> DirectoryImport::Check()
+{
     ReadDirectory();
+    for (const CsvTable::Row& row : m_table.Rows())
+        Announce(row.fields);
+    std::vector<ImportLine> lines;
+    for (const CsvTable::Row& row : m_table.Rows())
+        lines.push_back(CheckRow(row));
+    return lines;
 }
 
 void DirectoryImport::ReadDirectory()
@@ -81,19 +124,29 @@ void DirectoryImport::Announce(const QStringList& fields)
         m_identOwner.remove(known->entry.ident);
 }
 
-QString DirectoryImport::Check(const QStringList& fields)
+ImportLine DirectoryImport::CheckRow(const CsvTable::Row& row)
 {
+    ImportLine line{row.line, row.fields.value(Callsign).trimmed(), ImportOutcome::Refused, {}};
     dao::AddressRecord entry;
-    QString problem = Prepare(fields, entry);
-    if (problem.isEmpty())
-        problem = CheckBesideDirectory(entry);
-    if (!problem.isEmpty())
-        return problem;
+    line.reason = row.fields.isEmpty() ? m_strings.LoadString(ExchangeText::OtherFieldCount)
+                                       : Prepare(row.fields, entry);
+    if (line.reason.isEmpty())
+        line.reason = CheckBesideDirectory(entry);
+    if (!line.reason.isEmpty())
+        return line;
     const QString key = dao::Fold(entry.callsign);
     m_identOwner.insert(entry.ident, key);
     m_seen.insert(key, true);
-    m_entries.push_back(entry);
-    return {};
+    const auto known = m_known.constFind(key);
+    if (known == m_known.constEnd())
+        line.outcome = ImportOutcome::Added;
+    else if (FieldsOf(known->entry) == FieldsOf(entry))
+        line.outcome = ImportOutcome::Unchanged;
+    else
+        line.outcome = ImportOutcome::Changed;
+    if (line.outcome != ImportOutcome::Unchanged)
+        m_entries.push_back(entry);
+    return line;
 }
 
 // The entry of a line as it would be stored, its address in its canonical form.
@@ -111,10 +164,11 @@ QString DirectoryImport::Parse(const QStringList& fields, dao::AddressRecord& en
 {
     const QString type = fields[Type].trimmed().toLower();
     if (type != Individual && type != Talkgroup)
-        return QStringLiteral("type is \"%1\", not individual or talkgroup").arg(fields[Type]);
+        return FormatMessage(m_strings, ExchangeText::UnknownType, {fields[Type]});
     const QString dynamic = fields[Dynamic].trimmed().toLower();
     if (dynamic != Yes && dynamic != No)
-        return QStringLiteral("dynamic is \"%1\", not yes or no").arg(fields[Dynamic]);
+        return FormatMessage(m_strings, ExchangeText::NotYesOrNo,
+                             {Columns().needed[Dynamic], fields[Dynamic]});
     entry.kind = type == Individual ? dao::EntryKind::Individual : dao::EntryKind::Talkgroup;
     entry.callsign = fields[Callsign].trimmed();
     entry.ident = fields[Ident].trimmed();
@@ -127,8 +181,16 @@ QString DirectoryImport::Parse(const QStringList& fields, dao::AddressRecord& en
     bool isNumber = false;
     entry.position = fields[Position].trimmed().toInt(&isNumber);
     if (!isNumber || entry.position < 1 || entry.position > dao::AddressTable::LastPosition)
-        return QStringLiteral("position is \"%1\", not a number from 1 to 16").arg(fields[Position]);
+        return FormatMessage(m_strings, ExchangeText::BadPosition, {fields[Position]});
     return {};
+}
+
+QString DirectoryImport::TooLong(const QString& field, const QString& text) const
+{
+    const int longest = m_database.FieldSize(dao::AddressTable::Table, field);
+    return text.toUcs4().size() <= longest
+               ? QString()
+               : FormatMessage(m_strings, ExchangeText::TooLong, {field, QString::number(longest)});
 }
 
 QString DirectoryImport::CheckFields(const dao::AddressRecord& entry) const
@@ -139,7 +201,7 @@ QString DirectoryImport::CheckFields(const dao::AddressRecord& entry) const
     for (const auto& [field, text] : {std::pair(dao::AddressTable::NameField, entry.name),
                                       std::pair(dao::AddressTable::NoteField, entry.note),
                                       std::pair(dao::AddressTable::IdentField, entry.ident)}) {
-        const QString problem = TooLong(m_database, field, text);
+        const QString problem = TooLong(field, text);
         if (!problem.isEmpty())
             return problem;
     }
@@ -149,7 +211,7 @@ QString DirectoryImport::CheckFields(const dao::AddressRecord& entry) const
 QString DirectoryImport::CompleteIdent(QString& ident) const
 {
     if (ident.isEmpty())
-        return QStringLiteral("ident is empty");
+        return m_strings.LoadString(ExchangeText::IdentEmpty);
     if (!m_addressing)
         return {};
     try {
@@ -157,8 +219,8 @@ QString DirectoryImport::CompleteIdent(QString& ident) const
             m_addressing->AddressToDial(m_addressing->DialToAddress(ident.toStdString())));
         return {};
     } catch (const AddressingError& failure) {
-        return QStringLiteral("ident \"%1\": %2")
-            .arg(ident, AddressingFailure(failure, m_strings).Description());
+        return FormatMessage(m_strings, ExchangeText::BadIdent,
+                             {ident, AddressingFailure(failure, m_strings).Description()});
     }
 }
 
@@ -166,20 +228,19 @@ QString DirectoryImport::CheckBesideDirectory(const dao::AddressRecord& entry) c
 {
     const QString key = dao::Fold(entry.callsign);
     if (m_seen.contains(key))
-        return QStringLiteral("the callsign \"%1\" comes twice").arg(entry.callsign);
+        return FormatMessage(m_strings, ExchangeText::CallsignTwice, {entry.callsign});
     const QString owner = m_identOwner.value(entry.ident);
     if (!owner.isEmpty() && owner != key)
-        return QStringLiteral("the ident \"%1\" belongs to another entry").arg(entry.ident);
+        return FormatMessage(m_strings, ExchangeText::IdentTaken, {entry.ident});
     const auto known = m_known.constFind(key);
     if (known == m_known.constEnd())
         return {};
     if (known->entry.kind != entry.kind)
-        return QStringLiteral("\"%1\" is in the directory as the other type").arg(entry.callsign);
+        return FormatMessage(m_strings, ExchangeText::OtherType, {entry.callsign});
     const bool keyChanged = known->entry.callsign != entry.callsign || known->entry.ident != entry.ident ||
                             known->entry.dynamic != entry.dynamic || known->entry.position != entry.position;
     if (known->regrouped && keyChanged)
-        return QStringLiteral("\"%1\" takes part in dynamic regrouping: only its name and note can change")
-            .arg(entry.callsign);
+        return FormatMessage(m_strings, ExchangeText::Regrouped, {entry.callsign});
     return {};
 }
 

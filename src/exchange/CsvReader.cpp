@@ -1,7 +1,9 @@
-#include "ctl/files/CsvReader.h"
+#include "exchange/CsvReader.h"
 
 #include "core/texts/Errors.h"
-#include "ctl/files/InputFile.h"
+#include "core/texts/FormatMessage.h"
+#include "core/texts/StringSource.h"
+#include "exchange/TextIds.h"
 
 #include <QStringDecoder>
 
@@ -9,7 +11,12 @@ namespace {
 
 class CsvParser {
 public:
-    CsvParser(const QString& path, const QString& text) : m_path(path), m_text(text) {}
+    CsvParser(const QString& path, const QString& text, const IStringSource& strings)
+        : m_path(path),
+          m_text(text),
+          m_strings(strings)
+    {
+    }
 
     QList<CsvRecord> Parse()
     {
@@ -32,8 +39,7 @@ private:
         while (Take(u','));
         Take(u'\r');
         if (m_pos < m_text.size() && !Take(u'\n'))
-            RaiseLineError(m_path, m_line,
-                           QStringLiteral("a quoted field must be followed by a comma or the line's end"));
+            Raise(m_line, ExchangeText::AfterQuotedField);
         ++m_line;
         return record;
     }
@@ -43,8 +49,7 @@ private:
         const qsizetype start = m_pos;
         while (m_pos < m_text.size() && Peek() != u',' && Peek() != u'\n') {
             if (Peek() == u'"')
-                RaiseLineError(m_path, m_line,
-                               QStringLiteral("a quote inside a field that does not begin with one"));
+                Raise(m_line, ExchangeText::QuoteInField);
             ++m_pos;
         }
         qsizetype end = m_pos;
@@ -66,7 +71,12 @@ private:
                 ++m_line;
             field += c;
         }
-        RaiseLineError(m_path, firstLine, QStringLiteral("a quoted field has no closing quote"));
+        Raise(firstLine, ExchangeText::NoClosingQuote);
+    }
+
+    [[noreturn]] void Raise(int line, int reason) const
+    {
+        RaiseLineError(m_path, line, m_strings.LoadString(reason), m_strings);
     }
 
     // The next character; NUL at the end.
@@ -82,23 +92,24 @@ private:
 
     const QString& m_path;
     const QString& m_text;
+    const IStringSource& m_strings;
     qsizetype m_pos = 0;
     int m_line = 1;
 };
 
 } // namespace
 
-void RaiseLineError(const QString& path, int line, const QString& reason)
+void RaiseLineError(const QString& path, int line, const QString& reason, const IStringSource& strings)
 {
-    throw Error(ErrorCode::General, QStringLiteral("%1, line %2: %3").arg(path).arg(line).arg(reason));
+    throw Error(ErrorCode::General,
+                FormatMessage(strings, ExchangeText::ProblemOfLine, {path, QString::number(line), reason}));
 }
 
-QList<CsvRecord> ReadCsvFile(const QString& path)
+QList<CsvRecord> ReadCsv(const QString& path, const QByteArray& bytes, const IStringSource& strings)
 {
-    const QByteArray bytes = ReadInputFile(path);
     QStringDecoder decode(QStringDecoder::Utf8);
     const QString text = decode(bytes);
     if (decode.hasError())
-        throw Error(ErrorCode::General, QStringLiteral("%1: the file is not UTF-8").arg(path));
-    return CsvParser(path, text).Parse();
+        throw Error(ErrorCode::General, FormatMessage(strings, ExchangeText::NotUtf8, {path}));
+    return CsvParser(path, text, strings).Parse();
 }

@@ -1,4 +1,4 @@
-#include "ctl/files/OutputFile.h"
+#include "exchange/OutputFile.h"
 
 #include "core/texts/Errors.h"
 #include "dao/base/FileAccess.h"
@@ -6,11 +6,10 @@
 #include <QFileInfo>
 #include <QSaveFile>
 
-void WriteNewFile(const QString& path, const QString& text)
+void WriteNewFile(const QString& path, const QString& text, const QString& exists)
 {
     if (QFileInfo::exists(path))
-        throw Error(ErrorCode::General,
-                    QStringLiteral("%1: the file exists already, nothing was overwritten").arg(path));
+        throw Error(ErrorCode::General, QStringLiteral("%1: %2").arg(path, exists));
     const QByteArray bytes = text.toUtf8();
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(dao::OwnerOnly) ||
