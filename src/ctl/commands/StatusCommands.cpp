@@ -50,10 +50,10 @@ Command StatusImportCommand()
             .help =
                 AccountOptions::AboutTarget() +
                 R"(FILE.csv is UTF-8, its first line naming the columns code (0..31), in, out and, if wanted,
-emergency (yes or no) in any order. A message takes the place of the one with its code, and keeps its
-mark of an emergency without that column; others stay. All lines are checked first, and
-nothing is imported unless all are good or --skip-bad is given. Asks for the password of the
-account that does it.)",
+emergency (yes or no) in any order. A message takes the place of the one with its code, and keeps
+its mark of an emergency without that column; others stay. All lines are checked first, and nothing
+is imported unless all are good or --skip-bad is given. Asks for the password of the account that
+does it.)",
             .options = ImportRun::ImportOptions(),
             .fewestArguments = 2,
             .mostArguments = 2,
