@@ -17,6 +17,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTreeView>
 #include <QVBoxLayout>
 
@@ -193,8 +194,9 @@ void AttentionPanel::Follow()
         m_list->resizeColumnToContents(column);
     const int lines = std::clamp(static_cast<int>(entries.size()), 1, MostLines);
     const int line = m_list->sizeHintForRow(0) > 0 ? m_list->sizeHintForRow(0) : fontMetrics().height();
-    m_leastHeight = m_list->header()->sizeHint().height() + line + 2 * m_list->frameWidth();
-    m_wantedHeight = m_leastHeight + (lines - 1) * line + m_list->fontMetrics().height() / 2;
+    m_leastHeight = m_list->header()->sizeHint().height() + line + 2 * m_list->frameWidth() +
+                    m_list->horizontalScrollBar()->sizeHint().height();
+    m_wantedHeight = m_leastHeight + (lines - 1) * line;
     if (entries.empty() && m_list->isVisibleTo(this)) {
         const bool hadKeys = isAncestorOf(QApplication::focusWidget());
         m_list->hide();
